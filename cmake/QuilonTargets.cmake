@@ -1,0 +1,64 @@
+# The compile settings that all targets of the project share, and the functions that declare them.
+
+# How our own code is compiled. Linked PRIVATE, so that it never reaches a user's build.
+#   -ffp-contract=off  a fused multiply-add would make results differ between compilers and machines
+add_library(quilon_compile_options INTERFACE)
+target_compile_features(quilon_compile_options INTERFACE cxx_std_20)
+if(MSVC)
+  target_compile_options(quilon_compile_options INTERFACE /W4 /utf-8 /fp:precise $<$<BOOL:${QUILON_WERROR}>:/WX>)
+else()
+  target_compile_options(
+    quilon_compile_options
+    INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off $<$<BOOL:${QUILON_WERROR}>:-Werror>)
+  if(QUILON_SANITIZE)
+    target_compile_options(quilon_compile_options INTERFACE -fsanitize=${QUILON_SANITIZE} -fno-sanitize-recover=all
+                                                            -fno-omit-frame-pointer)
+    target_link_options(quilon_compile_options INTERFACE -fsanitize=${QUILON_SANITIZE})
+  endif()
+endif()
+
+# Settings of one target: our warnings, C++20 without extensions, hidden visibility.
+function(quilon_configure target)
+  target_link_libraries(${target} PRIVATE quilon_compile_options)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON
+                                             CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+endfunction()
+
+# quilon_add_sibling(<name> SOURCES ... [LOWER <sibling>...] [DEPENDS <library>...])
+# A shared sibling library: sees the contract, its own include/ and src/, and the include/ of lower siblings.
+function(quilon_add_sibling name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LOWER;DEPENDS" ${ARGN})
+  add_library(${name} SHARED ${arg_SOURCES})
+  quilon_configure(${name})
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
+                             PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC quilon_contract ${arg_LOWER} PRIVATE ${arg_DEPENDS})
+  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+endfunction()
+
+# quilon_add_test(<name> SOURCES ... [LINK <library>...])
+# A GoogleTest program; every test in it becomes a test of CTest, named <name>.<suite>.<test>.
+function(quilon_add_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  quilon_configure(${name})
+  target_link_libraries(${name} PRIVATE ${arg_LINK} GTest::gmock GTest::gtest GTest::gtest_main)
+  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600)
+endfunction()
+
+# quilon_add_fuzz(<name> SOURCE <file> SEEDS <folder> [LINK <library>...])
+# A libFuzzer target <name>. Without Clang's fuzzer the same source is linked with a main that runs it over the seeds, so
+# that every seed and every regression input is a plain test of every build.
+function(quilon_add_fuzz name)
+  cmake_parse_arguments(arg "" "SOURCE;SEEDS" "LINK" ${ARGN})
+  add_executable(${name} ${arg_SOURCE})
+  quilon_configure(${name})
+  target_link_libraries(${name} PRIVATE ${arg_LINK})
+  if(QUILON_BUILD_FUZZ)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  else()
+    target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/fuzz_seed_main.cpp)
+  endif()
+  add_test(NAME ${name}.seeds COMMAND ${name} ${arg_SEEDS})
+  set_tests_properties(${name}.seeds PROPERTIES TIMEOUT 300)
+endfunction()
