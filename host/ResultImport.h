@@ -1,0 +1,59 @@
+#pragma once
+
+/// @file
+/// From solver result files to a database.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+class FED_Database;
+class OnfResultRequestFile;
+
+namespace quilon {
+
+struct ImportOptions
+{
+  int  iteration      = 0;
+  bool strict         = false;  ///< anything skipped is a failure
+  bool keepWholeSteps = false;  ///< on bad input keep the steps that were whole, then fail all the same
+  /// Which results to derive at the end; null derives all that can be.
+  OnfResultRequestFile* requests = nullptr;
+  /// Phase name, work done and work in all (bytes or items). May throw to interrupt.
+  std::function<void(const std::string& phase, std::uint64_t done, std::uint64_t total)> progress;
+};
+
+/// What an import left out and how often.
+struct SkippedRows
+{
+  std::string reason;  ///< "element type without extrapolation: C3D6", "rows in local systems", ...
+  std::size_t rows = 0;
+};
+
+/// Our nodal averages beside the solver's own, over every node and result time of one element type.
+struct AverageDeviation
+{
+  std::string elementType;    ///< "C3D4", ...; nodes that several types share count for "mixed"
+  std::string quantity;       ///< "stress" or "strain"
+  std::size_t nodes   = 0;    ///< node and time pairs compared
+  double      largest = 0.0;  ///< of |ours - theirs|, as a fraction of the field's largest magnitude at that time
+};
+
+struct ImportReport
+{
+  std::vector<SkippedRows>      skipped;
+  std::vector<AverageDeviation> deviations;
+  std::vector<std::string>      notices;  ///< what a user should know, a line each
+  std::size_t                   blocks = 0;
+};
+
+/// Reads `.frd` and `.dat` files (a `.sta` beside them helps to match times) into the database and derives what is
+/// requested. Files of one job share their stem; several jobs are read one after the other, as given.
+/// @throws FED_Failure for bad input; the database then holds what was read before, and the caller drops it
+ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_Database& target,
+                           const ImportOptions& options);
+
+}  // namespace quilon

@@ -1,0 +1,64 @@
+#pragma once
+
+/// @file
+/// Streaming reader of the solver's .frd files, ASCII (long format) and binary.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace quilon::calculix {
+
+/// One result data set as its header lines describe it.
+struct FrdDataset
+{
+  std::string              name;                ///< "DISP", "STRESS", ... without trailing blanks
+  std::vector<std::string> components;          ///< stored components only (a viewer's "ALL" is none)
+  double                   value        = 0.0;  ///< total time; frequency in modal steps
+  int                      kind         = 0;    ///< ictype: 0 time, 2 modes, others as the file says
+  int                      step         = 0;    ///< from the preceding 1PSTEP line
+  int                      increment    = 0;    ///< from the preceding 1PSTEP line
+  int                      outputNumber = 0;    ///< running output number
+  int                      mode         = 0;    ///< from 1PMODE, 0 when there was none
+  std::int64_t             line         = 0;    ///< of the 100C line, from 1
+};
+
+/// One element. Node order is that of a deck, whatever the file's order is.
+struct FrdElement
+{
+  int                  id       = 0;
+  int                  type     = 0;  ///< the file's type code: 1 hex8, 2 wedge6, 3 tet4, 4 hex20, ... 12 line3
+  int                  material = 0;
+  std::span<const int> nodes;
+};
+
+/// Receives what a file holds, in the file's order. Rows arrive in batches that are valid during the call only.
+class FrdSink
+{
+public:
+  virtual ~FrdSink() = default;
+
+  /// @param coordinates shape [ids.size(), 3]
+  virtual void OnNodes(std::span<const int> ids, std::span<const double> coordinates) = 0;
+  virtual void OnElements(std::span<const FrdElement> elements)                       = 0;
+  virtual void OnDatasetBegin(const FrdDataset& dataset)                              = 0;
+  /// @param values shape [ids.size(), dataset.components.size()]
+  /// @param line   of the first row of the batch (0 in binary files), rows follow each other
+  virtual void OnRows(const FrdDataset& dataset, std::span<const int> ids, std::span<const double> values,
+                      std::int64_t line)               = 0;
+  virtual void OnDatasetEnd(const FrdDataset& dataset) = 0;
+};
+
+/// Bytes read so far of all bytes; called now and then. May throw to stop the reading.
+using ReadProgress = std::function<void(std::uint64_t done, std::uint64_t total)>;
+
+/// Reads a whole file with flat memory.
+/// @throws FED_Failure "FILE:LINE: what was expected" for a file that ends early, a damaged number, a count that lies
+///         or a line that fits no rule; what the sink received before stays with it
+void ReadFrd(const std::filesystem::path& path, FrdSink& sink, const ReadProgress& progress = {});
+
+}  // namespace quilon::calculix

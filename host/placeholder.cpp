@@ -1,0 +1,1 @@
+// Holds the target's place until its first source.
