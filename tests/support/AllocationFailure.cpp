@@ -1,0 +1,65 @@
+#include "AllocationFailure.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local std::size_t allocationCount  = 0;
+thread_local std::size_t failAtAllocation = 0;
+
+void CountOne()
+{
+  if (++allocationCount == failAtAllocation) throw std::bad_alloc();
+}
+
+void* Require(void* memory)
+{
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+}  // namespace
+
+// The other forms of new and delete end in these.
+void* operator new(std::size_t size)
+{
+  CountOne();
+  return Require(std::malloc(size == 0 ? 1 : size));
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+  CountOne();
+  const std::size_t unit = static_cast<std::size_t>(alignment);
+  return Require(std::aligned_alloc(unit, (size + unit - 1) / unit * unit));
+}
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+
+namespace quilon_test {
+
+AllocationFailure::AllocationFailure(std::size_t allocation) noexcept
+    : formerCount_(allocationCount), formerFailAt_(failAtAllocation)
+{
+  allocationCount  = 0;
+  failAtAllocation = allocation;
+}
+
+AllocationFailure::~AllocationFailure()
+{
+  allocationCount += formerCount_;
+  failAtAllocation = formerFailAt_;
+}
+
+std::size_t AllocationFailure::GetCount() const noexcept { return allocationCount; }
+
+bool AllocationFailure::HasFailed() const noexcept
+{
+  return failAtAllocation != 0 && allocationCount >= failAtAllocation;
+}
+
+}  // namespace quilon_test

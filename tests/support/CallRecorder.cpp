@@ -1,0 +1,24 @@
+#include "CallRecorder.h"
+
+#include <utility>
+
+namespace quilon_test {
+
+void CallRecorder::Call(Detail level, std::string line)
+{
+  Free(level, std::move(line));
+  if (++callCount_ == failAtCall_) std::rethrow_exception(failure_);
+}
+
+void CallRecorder::Free(Detail level, std::string line)
+{
+  if (level <= detail_) lines_.push_back(std::move(line));
+}
+
+void CallRecorder::FailAt(std::size_t call, std::exception_ptr failure)
+{
+  failAtCall_ = call;
+  failure_    = std::move(failure);
+}
+
+}  // namespace quilon_test
