@@ -1,0 +1,5 @@
+#include "QuilonUtilities/QuilonMathUtil.h"
+
+#include <cmath>
+
+double QuilonMathUtil::acosh(double x) { return std::acosh(x); }
