@@ -157,7 +157,7 @@ std::string OnfCatalogue::MarkdownPage()
   }
   page += kUserKindsHead;
   for (const UserRange& range : UserRanges()) {
-    page += Row({std::to_string(range.first) + "-" + std::to_string(range.last), range.stem + "-<id>",
+    page += Row({std::to_string(range.first) + "-" + std::to_string(range.last), "`" + range.stem + "-<id>`",
                  KindName(range.entityKind), FormatCell(range.recordFormat), range.description});
   }
   page += kPageTail;
