@@ -6,10 +6,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
+#include <iosfwd>
 #include <span>
 #include <string>
 #include <vector>
+
+#include "calculix/ReadProgress.h"
 
 namespace quilon::calculix {
 
@@ -53,12 +55,15 @@ public:
   virtual void OnDatasetEnd(const FrdDataset& dataset) = 0;
 };
 
-/// Bytes read so far of all bytes; called now and then. May throw to stop the reading.
-using ReadProgress = std::function<void(std::uint64_t done, std::uint64_t total)>;
-
-/// Reads a whole file with flat memory.
+/// Reads a whole file with flat memory: one bit per node id and buffers of fixed size.
+/// Every node of an element or a row is a node of the mesh, and no node is there twice. A node count or a row count is
+/// that of the rows; an element count is not, since the solver miscounts composite shells.
 /// @throws FED_Failure "FILE:LINE: what was expected" for a file that ends early, a damaged number, a count that lies
 ///         or a line that fits no rule; what the sink received before stays with it
 void ReadFrd(const std::filesystem::path& path, FrdSink& sink, const ReadProgress& progress = {});
+
+/// The same from a seekable stream.
+/// @param name stands for the file in messages
+void ReadFrd(std::istream& in, const std::string& name, FrdSink& sink, const ReadProgress& progress = {});
 
 }  // namespace quilon::calculix
