@@ -6,8 +6,9 @@ namespace quilon_test {
 
 void CallRecorder::Call(Detail level, std::string line)
 {
-  Free(level, std::move(line));
-  if (++callCount_ == failAtCall_) std::rethrow_exception(failure_);
+  const bool fails = ++callCount_ == failAtCall_;
+  Free(level, fails ? line + " fails" : std::move(line));
+  if (fails) std::rethrow_exception(failure_);
 }
 
 void CallRecorder::Free(Detail level, std::string line)

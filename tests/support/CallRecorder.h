@@ -24,7 +24,8 @@ class CallRecorder
 public:
   explicit CallRecorder(Detail detail) noexcept : detail_(detail) {}
 
-  /// Counts a call, writes it down before it is passed on, and throws if it is the one that is to fail.
+  /// Counts a call, writes it down before it is passed on, and throws if it is the one that is to fail; its line then
+  /// ends in " fails".
   void Call(Detail level, std::string line);
 
   /// Writes down a call that frees something. It is not counted: freeing never fails.

@@ -31,7 +31,7 @@ std::string Content(const FED_ConstDataRecord& record);
 ///     pool.FindOrAddIndex(1, 30)
 ///     block<595 it=1>.SetRecord(7, [I 3; Db 1 2])
 ///     record<595 it=1>.SetInteger(1, 3)
-/// A line is written before the call is passed on, so a call that fails has its line too.
+/// A line is written before the call is passed on. The line of a call that fails on demand ends in " fails".
 ///
 /// The wrapped database is borrowed. Blocks are handed out as wrappers, one for each block of the database, owned
 /// here: id views and walks over them reach the database through the wrappers alone, as with any foreign block. While
