@@ -1,0 +1,48 @@
+#pragma once
+
+/// @file
+/// Whole columns of a block.
+
+#include <cstddef>
+#include <vector>
+
+#include "bundled/FED_RecordFormat.h"
+#include "quilon_contract_export.h"
+#include "QuilonDbConnector/FED_DataBlock.h"
+#include "QuilonUtilities/QuilonContainer.h"
+
+/// What the blocks of FED_ResultDatabase offer beyond the contract: their format, and their values by column, for walks
+/// that need no indices (least and greatest value, checksums). Reach it with a dynamic_cast from FED_DataBlock.
+///
+/// Rows stand in the order in which indices first got a record. Chunk c of a column holds the rows from
+/// c * GetRowsPerChunk() on. Spans are valid until the block is next written.
+class QUILON_DB_CONNECTOR_API FED_ColumnDataBlock : public FED_DataBlock
+{
+public:
+  ~FED_ColumnDataBlock() override;
+
+  /// @return without fields while the block has no format
+  virtual const FED_RecordFormat& GetRecordFormat() const noexcept = 0;
+  virtual std::size_t             GetRecordCount() const noexcept  = 0;
+  /// @return all indices that hold a record, ascending
+  virtual std::vector<std::size_t> GetIndices() const = 0;
+  /// @return the row of an index
+  /// @throws FED_Failure when no record is there
+  virtual std::size_t GetRow(std::size_t index) const = 0;
+
+  virtual std::size_t GetRowsPerChunk() const noexcept = 0;
+  virtual std::size_t GetChunkCount() const noexcept   = 0;
+
+  /// Values of a field of doubles (D, d, V, T), shape [rows, 1, 3 or 6].
+  /// @param field counts from 1
+  /// @param chunk 0 <= chunk < GetChunkCount()
+  /// @throws FED_Failure for another field, type or chunk
+  virtual QuilonContainer::Span<const double> GetDoubleChunk(std::size_t field, std::size_t chunk) const = 0;
+  /// Values of an integer field, shape [rows].
+  virtual QuilonContainer::Span<const int> GetIntegerChunk(std::size_t field, std::size_t chunk) const = 0;
+  /// Values of a float field, shape [rows].
+  virtual QuilonContainer::Span<const float> GetFloatChunk(std::size_t field, std::size_t chunk) const = 0;
+
+protected:
+  using FED_DataBlock::FED_DataBlock;
+};

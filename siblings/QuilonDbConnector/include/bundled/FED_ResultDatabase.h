@@ -1,0 +1,68 @@
+#pragma once
+
+/// @file
+/// The bundled result database.
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bundled/FED_ResultIdMapsPool.h"
+#include "quilon_contract_export.h"
+#include "QuilonDbConnector/FED_Database.h"
+
+class FED_RecordFormat;
+class ResultDataBlock;
+
+/// A database in memory. Blocks are columns (see FED_ColumnDataBlock) and stay where they are until they are deleted.
+///
+/// Indices: 0 to 2147483647; any other is a FED_Failure before anything is allocated. They need not be dense: a lone
+///          record at a great index costs no more than one at 1.
+/// Hints:   expected records reserve memory, at most 256 MiB a block.
+/// Errors:  FED_Failure that names the block's descriptor. A failed write, one that runs out of memory too, leaves the
+///          block as it was.
+/// Threads: one at a time.
+class QUILON_DB_CONNECTOR_API FED_ResultDatabase : public FED_Database
+{
+public:
+  FED_ResultDatabase();
+  FED_ResultDatabase(const FED_ResultDatabase&)            = delete;
+  FED_ResultDatabase& operator=(const FED_ResultDatabase&) = delete;
+  ~FED_ResultDatabase() override;
+
+  bool IsInitialized() const override;
+
+  /// @param firstSize    expected records
+  /// @param secondSize   without effect
+  /// @param recordFormat empty: the block has no format until its first record, or keeps the one it has. A block that
+  ///                     has none takes this one.
+  FED_DataBlock* CreateDataBlock(const FED_DataDescriptor& descriptor, std::size_t firstSize, std::size_t secondSize,
+                                 const std::string& recordFormat) override;
+  FED_DataBlock& GetOrCreateDataBlock(const FED_DataDescriptor& descriptor, std::size_t expectedRecords) override;
+  bool           HasDataBlock(const FED_DataDescriptor& descriptor) const override;
+  const FED_DataBlock& GetConstDataBlock(const FED_DataDescriptor& descriptor) const override;
+  FED_DataBlock&       GetDataBlock(const FED_DataDescriptor& descriptor) override;
+  /// In ascending order of the descriptors.
+  std::vector<FED_DataBlock*> GetDataBlocks(const FED_DataDescriptorPattern& pattern) override;
+  void                        DeleteDataBlock(const FED_DataDescriptor& descriptor) override;
+  /// In ascending order.
+  std::vector<FED_DataDescriptor> GetDataDescriptors(const FED_DataDescriptorPattern& pattern) const override;
+
+  FED_ResultIdMapsPool&       GetIdMapsPool() override;
+  const FED_ResultIdMapsPool& GetIdMapsPool() const override;
+
+  std::string GetUserKindName(FED_OnfId onf) const override;
+  /// An empty name removes the kind's name.
+  /// @throws FED_Failure unless 1000 <= onf <= 1999
+  void SetUserKindName(FED_OnfId onf, const std::string& name) override;
+
+private:
+  ResultDataBlock& FindOrMakeBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format);
+  ResultDataBlock& RequireBlock(const FED_DataDescriptor& descriptor) const;
+
+  std::map<FED_DataDescriptor, std::unique_ptr<ResultDataBlock>> blocks_;
+  FED_ResultIdMapsPool                                           idMaps_;
+  std::map<int, std::string>                                     userKindNames_;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+/// @file
+/// The id maps of the bundled database.
+
+#include <array>
+#include <cstddef>
+#include <memory>
+
+#include "quilon_contract_export.h"
+#include "QuilonDbConnector/FED_IdMapsPool.h"
+
+/// Id maps for the kinds 0 to 14.
+///
+/// Memory: 8 bytes per id where ids are dense, up to 36 where they are scattered, 4 where they count up by one.
+class QUILON_DB_CONNECTOR_API FED_ResultIdMapsPool final : public FED_IdMapsPool
+{
+public:
+  static constexpr int kNumKinds = 15;
+
+  FED_ResultIdMapsPool();
+  FED_ResultIdMapsPool(FED_ResultIdMapsPool&& other) noexcept;
+  FED_ResultIdMapsPool& operator=(FED_ResultIdMapsPool&& other) noexcept;
+  ~FED_ResultIdMapsPool() override;
+
+  /// All throw FED_Failure unless 0 <= kind <= 14: ids of other kinds are indices themselves and have no map.
+  std::size_t FindIndex(int kind, int id) const override;
+  /// @throws std::bad_alloc; the maps are then as before
+  std::size_t FindOrAddIndex(int kind, int id) override;
+  int         GetId(int kind, std::size_t index) const override;
+
+  /// @return the number of ids of the kind; their indices are 1 to this number
+  std::size_t GetCount(int kind) const;
+
+private:
+  class IdMap;
+
+  IdMap& GetMap(int kind) const;
+
+  std::array<std::unique_ptr<IdMap>, kNumKinds> maps_;
+};

@@ -1,0 +1,3 @@
+#include "bundled/FED_ColumnDataBlock.h"
+
+FED_ColumnDataBlock::~FED_ColumnDataBlock() = default;

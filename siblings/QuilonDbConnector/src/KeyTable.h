@@ -1,0 +1,78 @@
+#pragma once
+
+/// @file
+/// Numbers to rows: block indices and entity ids alike.
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// Maps keys below 2^31 to rows below 2^31. Keys only arrive, none leaves.
+///
+/// Three forms, the cheapest that the keys allow: a run (consecutive keys in consecutive rows: no memory at all), a
+/// direct table (4 bytes per number up to the greatest key) and a hash table (16 to 32 bytes per key). It takes the
+/// table only while that needs no more memory than hashing would, so a lone huge key costs little.
+class KeyTable
+{
+public:
+  static constexpr std::uint32_t kNone   = 0xffffffffu;
+  static constexpr std::uint32_t kMaxKey = 0x7fffffffu;
+
+  std::size_t GetCount() const noexcept { return count_; }
+  /// @return 0 when empty
+  std::uint32_t GetMaxKey() const noexcept { return maxKey_; }
+
+  /// @return the key's row, kNone when it is unknown
+  std::uint32_t Find(std::uint32_t key) const noexcept
+  {
+    if (form_ == Form::Run) {
+      const std::uint32_t offset = key - firstKey_;  // wraps for smaller keys, which is past the run too
+      return offset < count_ ? firstRow_ + offset : kNone;
+    }
+    if (form_ == Form::Direct) return key < direct_.size() ? direct_[key] : kNone;
+    return FindHashed(key);
+  }
+
+  /// Sizes a direct table for this many keys when one comes to be needed.
+  void Expect(std::size_t count) noexcept;
+
+  /// Makes the room that Insert() of the same pair needs. When it throws, and as long as Insert() does not follow, the
+  /// table answers as before.
+  void Prepare(std::uint32_t key, std::uint32_t row);
+
+  /// Adds a prepared, unknown key.
+  void Insert(std::uint32_t key, std::uint32_t row) noexcept;
+
+  /// @return all keys, ascending
+  std::vector<std::uint32_t> GetKeys() const;
+
+private:
+  enum class Form
+  {
+    Run,
+    Direct,
+    Hashed
+  };
+
+  struct Slot
+  {
+    std::uint32_t key = kNone;
+    std::uint32_t row = kNone;
+  };
+
+  std::uint32_t FindHashed(std::uint32_t key) const noexcept;
+  bool          DirectPays(std::uint32_t maxKey) const noexcept;
+  void          BecomeDirect(std::uint32_t maxKey);
+  void          BecomeHashed();
+  template <typename Visit>
+  void ForEach(Visit visit) const;
+
+  Form                       form_     = Form::Run;
+  std::uint32_t              count_    = 0;
+  std::uint32_t              firstKey_ = 0;  // of a run
+  std::uint32_t              firstRow_ = 0;  // of a run
+  std::uint32_t              maxKey_   = 0;
+  std::uint32_t              expected_ = 0;
+  std::vector<std::uint32_t> direct_;  // row of each key, kNone where there is none
+  std::vector<Slot>          hashed_;  // open addressing, a power of two of slots, at most half of them used
+};
