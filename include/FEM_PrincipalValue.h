@@ -16,12 +16,12 @@ namespace FEM_PrincipalValue {
 /// threshold counts as zero and leaves a quadratic.
 ///
 /// Thresholds are absolute and made for stresses: a component or a determinant counts as zero when its magnitude is
-/// less than 1e-15. A tensor of small numbers, such as strains of 1e-5, has a determinant below that and would lose its
-/// least principal value. Scale such a tensor first by a power of two that brings its largest component near 1, and the
-/// result back: both are exact.
+/// less than 1e-15. A tensor of small numbers, such as strains of 1e-5, has a determinant below that, and its results
+/// are off by a good part of their size. Scale such a tensor first by a power of two that brings its largest component
+/// near 1, and the result back: both are exact.
 ///
 /// Accuracy is that of the closed form, relative to the tensor's largest component: about 1e-15 with separate principal
-/// values, about 2e-8 near a double one and 8e-6 near a triple one.
+/// values, about 3e-8 near a double one and 1e-5 near a triple one.
 ///
 /// A NaN never counts as zero and never disappears: at least one result is then a NaN. Components beyond about 1e102
 /// may overflow the invariants, and the results are then not finite.
