@@ -26,35 +26,34 @@ bool FED_ResultDatabase::IsInitialized() const { return true; }
 FED_DataBlock* FED_ResultDatabase::CreateDataBlock(const FED_DataDescriptor& descriptor, std::size_t firstSize,
                                                    std::size_t, const std::string&                   recordFormat)
 {
-  const FED_RecordFormat  format  = FED_RecordFormat::Parse(recordFormat);
-  ResultDataBlock&        block   = FindOrMakeBlock(descriptor, format);
-  const FED_RecordFormat& present = block.GetRecordFormat();
-  if (!format.IsEmpty() && present.IsEmpty())
-    block.SetRecordFormat(format);
-  else if (!format.IsEmpty() && !(present == format))
+  const FED_RecordFormat format = FED_RecordFormat::Parse(recordFormat);
+  ResultDataBlock*       block  = FindBlock(descriptor);
+  if (block == nullptr) return &MakeBlock(descriptor, format, firstSize);
+  const FED_RecordFormat& present = block->GetRecordFormat();
+  if (!format.IsEmpty() && !present.IsEmpty() && !(present == format))
     ThrowBlockFailure(
         descriptor, "the record format is \"" + present.ToString() + "\", \"" + format.ToString() + "\" was asked for",
         kTag);
-  block.Expect(firstSize);
-  return &block;
+  block->Expect(firstSize);
+  if (present.IsEmpty()) block->SetRecordFormat(format);
+  return block;
 }
 
 FED_DataBlock& FED_ResultDatabase::GetOrCreateDataBlock(const FED_DataDescriptor& descriptor,
                                                         std::size_t               expectedRecords)
 {
-  const auto       found = blocks_.find(descriptor);
-  const auto       onf   = static_cast<FED_OnfId>(descriptor.values[FED_DataDescriptor::OnfId]);
-  ResultDataBlock& block =
-      found != blocks_.end()
-          ? *found->second
-          : FindOrMakeBlock(descriptor, FED_RecordFormat::Parse(FED_OnfInfoPool::GetOnfInfo(onf).GetRecordFormat()));
-  block.Expect(expectedRecords);
-  return block;
+  if (ResultDataBlock* block = FindBlock(descriptor)) {
+    block->Expect(expectedRecords);
+    return *block;
+  }
+  const auto onf = static_cast<FED_OnfId>(descriptor.values[FED_DataDescriptor::OnfId]);
+  return MakeBlock(descriptor, FED_RecordFormat::Parse(FED_OnfInfoPool::GetOnfInfo(onf).GetRecordFormat()),
+                   expectedRecords);
 }
 
 bool FED_ResultDatabase::HasDataBlock(const FED_DataDescriptor& descriptor) const
 {
-  return blocks_.find(descriptor) != blocks_.end();
+  return FindBlock(descriptor) != nullptr;
 }
 
 const FED_DataBlock& FED_ResultDatabase::GetConstDataBlock(const FED_DataDescriptor& descriptor) const
@@ -111,21 +110,26 @@ void FED_ResultDatabase::SetUserKindName(FED_OnfId onf, const std::string& name)
     userKindNames_[onf] = name;
 }
 
-// The format is that of a block that has to be made.
-ResultDataBlock& FED_ResultDatabase::FindOrMakeBlock(const FED_DataDescriptor& descriptor,
-                                                     const FED_RecordFormat&   format)
+ResultDataBlock* FED_ResultDatabase::FindBlock(const FED_DataDescriptor& descriptor) const
 {
   const auto found = blocks_.find(descriptor);
-  if (found != blocks_.end()) return *found->second;
-  FED_DataDescriptor key = descriptor;
-  key.cached[0]          = -1;
-  key.cached[1]          = -1;
-  return *blocks_.emplace(key, std::make_unique<ResultDataBlock>(key, format)).first->second;
+  return found == blocks_.end() ? nullptr : found->second.get();
 }
 
 ResultDataBlock& FED_ResultDatabase::RequireBlock(const FED_DataDescriptor& descriptor) const
 {
-  const auto found = blocks_.find(descriptor);
-  if (found == blocks_.end()) ThrowBlockFailure(descriptor, "the database has no such block", kTag);
-  return *found->second;
+  ResultDataBlock* block = FindBlock(descriptor);
+  if (block == nullptr) ThrowBlockFailure(descriptor, "the database has no such block", kTag);
+  return *block;
+}
+
+ResultDataBlock& FED_ResultDatabase::MakeBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format,
+                                               std::size_t expectedRecords)
+{
+  FED_DataDescriptor key = descriptor;
+  key.cached[0]          = -1;
+  key.cached[1]          = -1;
+  auto block             = std::make_unique<ResultDataBlock>(key, format);
+  block->Expect(expectedRecords);
+  return *blocks_.emplace(key, std::move(block)).first->second;
 }

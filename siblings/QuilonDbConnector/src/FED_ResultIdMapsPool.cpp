@@ -68,8 +68,9 @@ int FED_ResultIdMapsPool::GetId(int kind, std::size_t index) const
   const std::vector<int>& ids = GetMap(kind).GetIds();
   if (index >= 1 && index <= ids.size()) return ids[index - 1];
   if (kind == kUnknownKind && index <= KeyTable::kMaxKey) return static_cast<int>(index);
+  const std::string present = ids.empty() ? "there are none" : "indices are 1 to " + std::to_string(ids.size());
   throw FED_Failure("id map of entity kind " + std::to_string(kind) + ": no id has the index " + std::to_string(index) +
-                        ", indices are 1 to " + std::to_string(ids.size()),
+                        ", " + present,
                     kTag);
 }
 

@@ -158,16 +158,19 @@ ResultDataBlock::ResultDataBlock(const FED_DataDescriptor& descriptor, const FED
     : FED_ColumnDataBlock(descriptor), columns_(format)
 {}
 
-void ResultDataBlock::SetRecordFormat(const FED_RecordFormat& format) { columns_ = Columns(format); }
+void ResultDataBlock::SetRecordFormat(const FED_RecordFormat& format)
+{
+  Columns columns(format);
+  Reserve(columns);
+  columns_ = std::move(columns);
+}
 
 void ResultDataBlock::Expect(std::size_t records)
 {
   if (records == 0) return;
-  expected_ = records;
   rows_.Expect(records);
-  if (columns_.format.IsEmpty()) return;
-  const std::size_t rows = std::min(records, kMaxExpectedBytes / GetRowBytes(columns_.format));
-  for (Column& column : columns_.columns) std::visit([rows](auto& typed) { typed.EnsureRows(rows); }, column);
+  expected_ = records;
+  Reserve(columns_);
 }
 
 bool ResultDataBlock::HasRecord(std::size_t index) const { return FindRow(index) != KeyTable::kNone; }
@@ -213,7 +216,8 @@ void ResultDataBlock::SetScalarAt(std::size_t index, double value)
   }
   if (!columns_.format.IsEmpty())
     Fail("a scalar was given, the record format is \"" + columns_.format.ToString() + '"');
-  Columns             columns(FED_RecordFormat::Parse("D"));
+  Columns columns(FED_RecordFormat::Parse("D"));
+  Reserve(columns);
   const std::uint32_t row      = PrepareRow(columns, index);
   *columns.single->GetRow(row) = value;
   columns_                     = std::move(columns);
@@ -317,6 +321,14 @@ std::uint32_t ResultDataBlock::FindRow(std::size_t index) const noexcept
   return index <= KeyTable::kMaxKey ? rows_.Find(static_cast<std::uint32_t>(index)) : KeyTable::kNone;
 }
 
+// The rows that are expected, as far as the hint may reserve them.
+void ResultDataBlock::Reserve(Columns& columns) const
+{
+  if (columns.columns.empty()) return;
+  const std::size_t rows = std::min(expected_, kMaxExpectedBytes / GetRowBytes(columns.format));
+  for (Column& column : columns.columns) std::visit([rows](auto& typed) { typed.EnsureRows(rows); }, column);
+}
+
 // The row of the index; one that is not there yet gets room behind all others.
 std::uint32_t ResultDataBlock::PrepareRow(Columns& columns, std::size_t index)
 {
@@ -364,6 +376,7 @@ void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
   if (isFirst) {
     if (fields.empty()) Fail("the record has no fields and the block no record format");
     adopted = Columns(FED_RecordFormat::FromRecord(record));
+    Reserve(adopted);
   } else {
     RequireFit(record);
   }

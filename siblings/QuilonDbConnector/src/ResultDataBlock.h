@@ -73,6 +73,7 @@ private:
 
   [[noreturn]] void Fail(const std::string& text) const;
   std::uint32_t     FindRow(std::size_t index) const noexcept;
+  void              Reserve(Columns& columns) const;
   std::uint32_t     PrepareRow(Columns& columns, std::size_t index);
   void              CommitRow(std::size_t index, std::uint32_t row) noexcept;
   void              RequireFit(const ResultRecord& record) const;

@@ -8,20 +8,7 @@
 #include "QuilonDbConnector/FED_DataDescriptorPattern.h"
 #include "QuilonUtilities/FED_Failure.h"
 
-namespace {
-
-template <typename Call>
-std::string MessageOf(Call call)
-{
-  try {
-    call();
-  } catch (const FED_Failure& failure) {
-    return failure.what();
-  }
-  return "no failure";
-}
-
-}  // namespace
+#include "failure_message.h"
 
 TEST(FED_DataDescriptor, StartsWithNothingSet)
 {

@@ -12,23 +12,14 @@
 #include "QuilonDbConnector/FED_DataBlockSet.h"
 #include "QuilonUtilities/FED_Failure.h"
 
+#include "failure_message.h"
+
 namespace {
 
 constexpr auto kDisplacement = static_cast<FED_OnfId>(510);
 constexpr auto kStress       = static_cast<FED_OnfId>(521);
 constexpr auto kMatrix       = static_cast<FED_OnfId>(593);
 constexpr auto kNoFormat     = static_cast<FED_OnfId>(590);
-
-template <typename Call>
-std::string MessageOf(Call call)
-{
-  try {
-    call();
-  } catch (const FED_Failure& failure) {
-    return failure.what();
-  }
-  return "no failure";
-}
 
 FED_DataDescriptor Key(FED_OnfId onf, int loadCase = 0)
 {

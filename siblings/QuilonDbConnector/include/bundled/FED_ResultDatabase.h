@@ -59,8 +59,10 @@ public:
   void SetUserKindName(FED_OnfId onf, const std::string& name) override;
 
 private:
-  ResultDataBlock& FindOrMakeBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format);
+  ResultDataBlock* FindBlock(const FED_DataDescriptor& descriptor) const;
   ResultDataBlock& RequireBlock(const FED_DataDescriptor& descriptor) const;
+  ResultDataBlock& MakeBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format,
+                             std::size_t expectedRecords);
 
   std::map<FED_DataDescriptor, std::unique_ptr<ResultDataBlock>> blocks_;
   FED_ResultIdMapsPool                                           idMaps_;

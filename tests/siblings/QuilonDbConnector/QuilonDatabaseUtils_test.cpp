@@ -1,0 +1,218 @@
+#include "QuilonDbConnector/QuilonDatabaseUtils.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "bundled/FED_RecordFormat.h"
+#include "bundled/FED_ResultDatabase.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "QuilonUtilities/FED_Failure.h"
+
+#include "failure_message.h"
+#include "RecordingDatabase.h"
+
+using QuilonDatabaseUtils::copy_datablocks;
+using QuilonDatabaseUtils::CopyEmptyBlocks;
+using QuilonDatabaseUtils::SkipEmptyBlocks;
+
+namespace {
+
+constexpr auto kTemperature = static_cast<FED_OnfId>(514);
+constexpr auto kStress      = static_cast<FED_OnfId>(521);
+constexpr auto kNoFormat    = static_cast<FED_OnfId>(590);
+constexpr auto kUser        = static_cast<FED_OnfId>(1001);
+constexpr auto kUnknown     = static_cast<FED_OnfId>(77);
+
+FED_DataDescriptor Key(FED_OnfId onf) { return FED_DataDescriptor(0, onf); }
+
+void SetScalar(FED_Database& database, FED_OnfId onf, int id, double value)
+{
+  FED_IdDataBlock(database.GetOrCreateDataBlock(Key(onf), 0), database.GetIdMapsPool(), true).SetScalar(id, value);
+}
+
+double GetScalar(FED_Database& database, FED_OnfId onf, int id)
+{
+  double value = 0.0;
+  FED_ConstIdDataBlock(database.GetConstDataBlock(Key(onf)), database.GetIdMapsPool()).GetScalar(id, value);
+  return value;
+}
+
+std::string FormatOf(const FED_DataBlock& block)
+{
+  return FED_RecordFormat::FromRecord(*block.CreateConstDataRecord()).ToString();
+}
+
+class CopyDatablocks : public testing::Test
+{
+protected:
+  FED_ResultDatabase source;
+  FED_ResultDatabase target;
+};
+
+}  // namespace
+
+TEST_F(CopyDatablocks, EmptyDatabaseCopiesNothing)
+{
+  EXPECT_EQ(copy_datablocks(source, target, {}, SkipEmptyBlocks), 0u);
+  EXPECT_TRUE(target.GetDataDescriptors({}).empty());
+}
+
+TEST_F(CopyDatablocks, RecordsStayWithTheirIdsInATargetOfAnotherOrderOfFirstUse)
+{
+  for (const int id : {30, 10, -20}) SetScalar(source, kTemperature, id, id + 0.5);
+  for (const int id : {10, 99, 30}) target.GetIdMapsPool().FindOrAddIndex(0, id);
+  EXPECT_EQ(copy_datablocks(source, target, {}, SkipEmptyBlocks), 1u);
+  for (const int id : {30, 10, -20}) EXPECT_EQ(GetScalar(target, kTemperature, id), id + 0.5);
+  // 10 -> 1, 99 -> 2, 30 -> 3, and -20 is new.
+  EXPECT_EQ(target.GetConstDataBlock(Key(kTemperature)).GetScalarAt(1), 10.5);
+  EXPECT_FALSE(target.GetConstDataBlock(Key(kTemperature)).HasRecord(2));
+  EXPECT_EQ(target.GetConstDataBlock(Key(kTemperature)).GetScalarAt(4), -19.5);
+}
+
+TEST_F(CopyDatablocks, TargetWithoutIdsGetsTheOrderOfTheSource)
+{
+  for (const int id : {30, 10, 20}) SetScalar(source, kTemperature, id, 0.0);
+  copy_datablocks(source, target, {}, SkipEmptyBlocks);
+  EXPECT_EQ(target.GetIdMapsPool().GetId(0, 1), 30);
+  EXPECT_EQ(target.GetIdMapsPool().GetId(0, 3), 20);
+}
+
+TEST_F(CopyDatablocks, IndexAddressedBlocksKeepTheirIndices)
+{
+  FED_DataBlock& block = source.GetOrCreateDataBlock(Key(FED_OnfId_ScalarHistory), 0);
+  block.SetScalarAt(0, 1.0);
+  block.SetScalarAt(7, 2.0);
+  copy_datablocks(source, target, {}, SkipEmptyBlocks);
+  EXPECT_EQ(target.GetConstDataBlock(Key(FED_OnfId_ScalarHistory)).GetScalarAt(0), 1.0);
+  EXPECT_EQ(target.GetConstDataBlock(Key(FED_OnfId_ScalarHistory)).GetScalarAt(7), 2.0);
+}
+
+TEST_F(CopyDatablocks, UnknownKindIsCopiedById)
+{
+  SetScalar(source, kUnknown, 900, 1.0);
+  target.GetIdMapsPool().FindOrAddIndex(14, 5);
+  copy_datablocks(source, target, {}, SkipEmptyBlocks);
+  EXPECT_EQ(GetScalar(target, kUnknown, 900), 1.0);
+}
+
+TEST_F(CopyDatablocks, FormatsKeepTheirPairCodesAndRecordsAllTheirFields)
+{
+  FED_DataBlock*  block  = source.CreateDataBlock(Key(static_cast<FED_OnfId>(593)), 0, 0, "iISlbDb");
+  FED_DataRecord* record = block->CreateDataRecord();
+  record->SetInteger(1, 4);
+  record->SetString(3, "text");
+  record->SetIntList(4, std::vector<int>{1, 2, 3});
+  record->SetDoubleList(5, std::vector<double>{0.5});
+  block->SetRecord(3, *record);
+  copy_datablocks(source, target, {}, SkipEmptyBlocks);
+  const FED_DataBlock& copy = target.GetConstDataBlock(Key(static_cast<FED_OnfId>(593)));
+  EXPECT_EQ(FormatOf(copy), "iISlbDb");
+  FED_ConstDataRecord* read = copy.CreateConstDataRecord();
+  copy.GetRecord(3, *read);
+  EXPECT_EQ(read->GetInteger(1), 4);
+  EXPECT_EQ(read->GetString(3), "text");
+  EXPECT_EQ(read->GetIntListLen(4), 3u);
+  EXPECT_EQ(read->GetDoubleListLen(5), 1u);
+}
+
+TEST_F(CopyDatablocks, NamesOfUserKindsComeAlongWithTheirBlocksOnly)
+{
+  source.SetUserKindName(kUser, "creep");
+  source.SetUserKindName(static_cast<FED_OnfId>(1002), "unused");
+  SetScalar(source, kUser, 1, 1.0);
+  copy_datablocks(source, target, {}, SkipEmptyBlocks);
+  EXPECT_EQ(target.GetUserKindName(kUser), "creep");
+  EXPECT_EQ(target.GetUserKindName(static_cast<FED_OnfId>(1002)), "");
+}
+
+TEST_F(CopyDatablocks, EqualTargetBlockIsReplacedWhateverItsFormat)
+{
+  SetScalar(source, kTemperature, 1, 1.0);
+  FED_DataBlock* old       = target.CreateDataBlock(Key(kTemperature), 0, 0, "V");
+  const double   vector[3] = {};
+  old->SetValuesAt(40, vector);
+  EXPECT_EQ(copy_datablocks(source, target, {}, SkipEmptyBlocks), 1u);
+  EXPECT_EQ(target.GetConstDataBlock(Key(kTemperature)).GetMaxIndex(), 1u);
+  EXPECT_EQ(GetScalar(target, kTemperature, 1), 1.0);
+}
+
+TEST_F(CopyDatablocks, OtherTargetBlocksStay)
+{
+  SetScalar(source, kTemperature, 1, 1.0);
+  SetScalar(target, kUser, 8, 2.0);
+  copy_datablocks(source, target, {}, SkipEmptyBlocks);
+  EXPECT_EQ(GetScalar(target, kUser, 8), 2.0);
+}
+
+TEST_F(CopyDatablocks, PatternSelectsBlocks)
+{
+  SetScalar(source, kTemperature, 1, 1.0);
+  SetScalar(source, kUser, 1, 1.0);
+  FED_DataDescriptorPattern pattern;
+  pattern.SetEqual(FED_DataDescriptor::OnfId, kUser);
+  EXPECT_EQ(copy_datablocks(source, target, pattern, SkipEmptyBlocks), 1u);
+  EXPECT_FALSE(target.HasDataBlock(Key(kTemperature)));
+}
+
+TEST_F(CopyDatablocks, EmptyBlocksAreSkippedOrCopiedWithTheirFormat)
+{
+  source.GetOrCreateDataBlock(Key(kStress), 0);
+  source.GetOrCreateDataBlock(Key(kNoFormat), 0);
+  SetScalar(target, kTemperature, 1, 1.0);
+  EXPECT_EQ(copy_datablocks(source, target, {}, SkipEmptyBlocks), 0u);
+  EXPECT_FALSE(target.HasDataBlock(Key(kStress)));
+  EXPECT_EQ(copy_datablocks(source, target, {}, CopyEmptyBlocks), 2u);
+  EXPECT_EQ(FormatOf(target.GetConstDataBlock(Key(kStress))), "T");
+  EXPECT_EQ(FormatOf(target.GetConstDataBlock(Key(kNoFormat))), "");
+}
+
+TEST_F(CopyDatablocks, SkippedEmptyBlockLeavesAnEqualTargetBlockAlone)
+{
+  source.GetOrCreateDataBlock(Key(kTemperature), 0);
+  SetScalar(target, kTemperature, 4, 2.0);
+  copy_datablocks(source, target, {}, SkipEmptyBlocks);
+  EXPECT_EQ(GetScalar(target, kTemperature, 4), 2.0);
+}
+
+TEST_F(CopyDatablocks, BlockWithOneRecordAtIndexZeroIsNotEmpty)
+{
+  source.GetOrCreateDataBlock(Key(FED_OnfId_ScalarHistory), 0).SetScalarAt(0, 3.0);
+  EXPECT_EQ(copy_datablocks(source, target, {}, SkipEmptyBlocks), 1u);
+  EXPECT_EQ(target.GetConstDataBlock(Key(FED_OnfId_ScalarHistory)).GetScalarAt(0), 3.0);
+}
+
+TEST_F(CopyDatablocks, IndexThatNoIdHasIsAFailureAndTheTargetBlockStays)
+{
+  source.GetOrCreateDataBlock(Key(kTemperature), 0).SetScalarAt(3, 1.0);
+  SetScalar(target, kTemperature, 4, 2.0);
+  EXPECT_EQ(MessageOf([&] { copy_datablocks(source, target, {}, SkipEmptyBlocks); }),
+            "id map of entity kind 0: no id has the index 3, there are none");
+  EXPECT_EQ(GetScalar(target, kTemperature, 4), 2.0);
+}
+
+TEST_F(CopyDatablocks, OneDatabaseIsNoPairToCopyBetween)
+{
+  SetScalar(source, kTemperature, 1, 1.0);
+  EXPECT_EQ(MessageOf([&] { copy_datablocks(source, source, {}, SkipEmptyBlocks); }),
+            "copy_datablocks: source and target are one database, expected two");
+  EXPECT_EQ(GetScalar(source, kTemperature, 1), 1.0);
+}
+
+TEST_F(CopyDatablocks, WorksBetweenForeignDatabasesAndFreesItsScratchRecords)
+{
+  SetScalar(source, kTemperature, 12, 1.5);
+  FED_DataBlock*    block = source.CreateDataBlock(Key(FED_OnfId_ElementNodes), 0, 0, "lb");
+  FED_IdDataBlock   view(*block, source.GetIdMapsPool(), true);
+  FED_IdDataRecord& record = view.CreateIdDataRecord();
+  record.SetIntList(1, std::vector<int>{3, 4});
+  view.SetRecord(9, record);
+  quilon_test::RecordingDatabase foreignSource(source), foreignTarget(target);
+  EXPECT_EQ(copy_datablocks(foreignSource, foreignTarget, {}, SkipEmptyBlocks), 2u);
+  EXPECT_EQ(GetScalar(target, kTemperature, 12), 1.5);
+  EXPECT_EQ(target.GetConstDataBlock(Key(FED_OnfId_ElementNodes)).GetMaxIndex(), 1u);
+  EXPECT_EQ(FormatOf(target.GetConstDataBlock(Key(FED_OnfId_ElementNodes))), "lb");
+  EXPECT_EQ(foreignSource.GetLiveScratchRecords(), 0u);
+  EXPECT_EQ(foreignTarget.GetLiveScratchRecords(), 0u);
+}
