@@ -6,10 +6,12 @@
 namespace {
 
 thread_local std::size_t allocationCount  = 0;
+thread_local std::size_t allocatedBytes   = 0;
 thread_local std::size_t failAtAllocation = 0;
 
-void CountOne()
+void CountOne(std::size_t size)
 {
+  allocatedBytes += size;
   if (++allocationCount == failAtAllocation) throw std::bad_alloc();
 }
 
@@ -24,13 +26,13 @@ void* Require(void* memory)
 // The other forms of new and delete end in these.
 void* operator new(std::size_t size)
 {
-  CountOne();
+  CountOne(size);
   return Require(std::malloc(size == 0 ? 1 : size));
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment)
 {
-  CountOne();
+  CountOne(size);
   const std::size_t unit = static_cast<std::size_t>(alignment);
   return Require(std::aligned_alloc(unit, (size + unit - 1) / unit * unit));
 }
@@ -43,19 +45,23 @@ void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std
 namespace quilon_test {
 
 AllocationFailure::AllocationFailure(std::size_t allocation) noexcept
-    : formerCount_(allocationCount), formerFailAt_(failAtAllocation)
+    : formerCount_(allocationCount), formerBytes_(allocatedBytes), formerFailAt_(failAtAllocation)
 {
   allocationCount  = 0;
+  allocatedBytes   = 0;
   failAtAllocation = allocation;
 }
 
 AllocationFailure::~AllocationFailure()
 {
   allocationCount += formerCount_;
+  allocatedBytes += formerBytes_;
   failAtAllocation = formerFailAt_;
 }
 
 std::size_t AllocationFailure::GetCount() const noexcept { return allocationCount; }
+
+std::size_t AllocationFailure::GetBytes() const noexcept { return allocatedBytes; }
 
 bool AllocationFailure::HasFailed() const noexcept
 {

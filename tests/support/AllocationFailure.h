@@ -21,11 +21,14 @@ public:
 
   /// @return allocations since the construction, the failed one included
   std::size_t GetCount() const noexcept;
+  /// @return bytes asked for since the construction, those of the failed one included
+  std::size_t GetBytes() const noexcept;
   /// @return whether the allocation has failed
   bool HasFailed() const noexcept;
 
 private:
   std::size_t formerCount_;
+  std::size_t formerBytes_;
   std::size_t formerFailAt_;
 };
 
