@@ -533,7 +533,7 @@ TEST_F(ResultDatabase, ListsGrowShrinkAndEmptyInPlace)
   EXPECT_EQ(read(2), std::vector<double>{9});
 }
 
-TEST_F(ResultDatabase, ListsThatKeepGrowingLeaveNoMoreGarbageThanTheyHold)
+TEST_F(ResultDatabase, ListsThatKeepGrowingStayWholeWhileTheirPoolIsCleaned)
 {
   // Each of four rows is rewritten ever longer, so that the pool is cleaned several times; the neighbours stay whole.
   FED_DataBlock*  block  = database.CreateDataBlock(Key(kNoFormat), 0, 0, "LbS");

@@ -1,0 +1,152 @@
+#include "KeyTable.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <random>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Keys = std::vector<std::uint32_t>;
+
+// Row of a key: its place in the order of arrival.
+void Add(KeyTable& table, const Keys& keys)
+{
+  for (const std::uint32_t key : keys) {
+    const auto row = static_cast<std::uint32_t>(table.GetCount());
+    table.Prepare(key, row);
+    table.Insert(key, row);
+  }
+}
+
+// Compares with a map, and asks for the neighbours of every key.
+void ExpectHolds(const KeyTable& table, const Keys& keys)
+{
+  std::map<std::uint32_t, std::uint32_t> model;
+  for (const std::uint32_t key : keys) model.emplace(key, static_cast<std::uint32_t>(model.size()));
+  ASSERT_EQ(table.GetCount(), model.size());
+  std::size_t wrong = 0;
+  for (const std::uint32_t key : keys)
+    for (const std::uint32_t asked : {key - 1, key, key + 1}) {
+      if (asked > KeyTable::kMaxKey) continue;
+      const auto          found    = model.find(asked);
+      const std::uint32_t expected = found == model.end() ? KeyTable::kNone : found->second;
+      if (table.Find(asked) != expected) ++wrong;
+    }
+  EXPECT_EQ(wrong, 0u);
+  Keys ascending;
+  for (const auto& [key, row] : model) ascending.push_back(key);
+  EXPECT_EQ(table.GetKeys(), ascending);
+  EXPECT_EQ(table.GetMaxKey(), model.empty() ? 0u : model.rbegin()->first);
+}
+
+}  // namespace
+
+TEST(KeyTable, EmptyTableFindsNothing)
+{
+  const KeyTable table;
+  EXPECT_EQ(table.Find(0), KeyTable::kNone);
+  EXPECT_EQ(table.Find(KeyTable::kMaxKey), KeyTable::kNone);
+  EXPECT_TRUE(table.GetKeys().empty());
+  EXPECT_EQ(table.GetMaxKey(), 0u);
+}
+
+// Each pattern ends in one of the three forms, or passes from one into another.
+TEST(KeyTable, HoldsKeysOfEveryPattern)
+{
+  struct Row
+  {
+    const char* name;
+    Keys        keys;
+  };
+  Keys run, backwards, steps, powers, far;
+  for (std::uint32_t i = 0; i < 3000; ++i) {
+    run.push_back(i + 17);
+    backwards.push_back(5000 - i);
+    steps.push_back(i * 65536);
+  }
+  for (unsigned bit = 0; bit < 31; ++bit) {
+    const std::uint32_t power = 1u << bit;
+    powers.push_back(power);
+    if (bit > 1) powers.push_back(power - 1);
+    if (bit > 1) powers.push_back(power + 1);
+  }
+  far = run;
+  far.push_back(KeyTable::kMaxKey);
+  for (std::uint32_t i = 0; i < 20000; ++i) far.push_back(4000 + i);  // hashed, and dense again
+  const Row rows[] = {
+      {"nothing", {}},
+      {"zero", {0}},
+      {"greatest", {KeyTable::kMaxKey}},
+      {"two at the ends", {KeyTable::kMaxKey, 0}},
+      {"run", run},
+      {"run from zero, then a gap", {0, 1, 2, 9}},
+      {"backwards", backwards},
+      {"steps of 65536", steps},
+      {"powers of two and their neighbours", powers},
+      {"run, one far key, run", far},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    KeyTable table;
+    Add(table, row.keys);
+    ExpectHolds(table, row.keys);
+  }
+}
+
+TEST(KeyTable, HoldsRandomKeysOfAnySpread)
+{
+  for (const std::uint32_t spread : {100u, 3000u, 100000u, KeyTable::kMaxKey}) {
+    SCOPED_TRACE(spread);
+    std::mt19937                                 random(spread);
+    std::uniform_int_distribution<std::uint32_t> pick(0, spread);
+    KeyTable                                     table;
+    Keys                                         keys;
+    for (int i = 0; i < 5000; ++i) {
+      const std::uint32_t key = pick(random);
+      if (table.Find(key) != KeyTable::kNone) continue;
+      Add(table, {key});
+      keys.push_back(key);
+    }
+    ExpectHolds(table, keys);
+  }
+}
+
+TEST(KeyTable, RunWhoseRowsAreNotConsecutiveIsNoRun)
+{
+  KeyTable table;
+  table.Prepare(5, 0);
+  table.Insert(5, 0);
+  table.Prepare(6, 3);
+  table.Insert(6, 3);
+  EXPECT_EQ(table.Find(5), 0u);
+  EXPECT_EQ(table.Find(6), 3u);
+}
+
+TEST(KeyTable, PreparingWithoutInsertingChangesNoAnswer)
+{
+  KeyTable   table;
+  const Keys keys = {1, 2, 3};
+  Add(table, keys);
+  for (const std::uint32_t key : {4u, 40u, KeyTable::kMaxKey, 0u}) {
+    table.Prepare(key, 3);
+    EXPECT_EQ(table.Find(key), KeyTable::kNone);
+    ExpectHolds(table, keys);
+  }
+  Add(table, {KeyTable::kMaxKey, 4});
+  ExpectHolds(table, {1, 2, 3, KeyTable::kMaxKey, 4});
+}
+
+TEST(KeyTable, HintChangesNoAnswer)
+{
+  for (const std::size_t hint : {std::size_t{1}, std::size_t{5000}, static_cast<std::size_t>(-1)}) {
+    KeyTable table;
+    table.Expect(hint);
+    const Keys keys = {9, 3, 100, 4};
+    Add(table, keys);
+    ExpectHolds(table, keys);
+  }
+}

@@ -1,0 +1,265 @@
+// Random work on a database and on plain maps beside it: after every step both say the same.
+
+#include <array>
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "bundled/FED_ColumnDataBlock.h"
+#include "bundled/FED_RecordFormat.h"
+#include "bundled/FED_ResultDatabase.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "QuilonDbConnector/QuilonDatabaseUtils.h"
+#include "QuilonUtilities/FED_Failure.h"
+
+namespace {
+
+using Value       = std::variant<int, float, std::vector<double>, std::string, std::vector<int>>;
+using ModelRecord = std::vector<Value>;
+
+struct ModelBlock
+{
+  std::vector<int>                   types;  // empty while the block has no format
+  std::map<std::size_t, ModelRecord> records;
+};
+
+class Random
+{
+public:
+  explicit Random(unsigned seed) : engine_(seed) {}
+  int    Int(int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine_); }
+  double Double() { return std::uniform_real_distribution<double>(-1e6, 1e6)(engine_); }
+
+private:
+  std::mt19937 engine_;
+};
+
+std::size_t DoublesOf(int type) { return FED_FieldType::GetDoubleCount(FED_FieldType::GetClass(type)); }
+
+ModelRecord MakeRecord(const std::vector<int>& types, Random& random)
+{
+  ModelRecord record;
+  for (const int type : types) {
+    const auto length = static_cast<std::size_t>(random.Int(0, random.Int(0, 9) == 0 ? 400 : 12));
+    switch (FED_FieldType::GetClass(type)) {
+      case FED_FieldType::Integer:
+        record.emplace_back(random.Int(-1000, 1000));
+        break;
+      case FED_FieldType::Float:
+        record.emplace_back(static_cast<float>(random.Int(-1000, 1000)) / 8.0f);
+        break;
+      case FED_FieldType::String:
+        record.emplace_back(std::string(length, static_cast<char>(random.Int(1, 120))));
+        break;
+      case FED_FieldType::IntList: {
+        std::vector<int> list(length);
+        for (int& value : list) value = random.Int(-9, 9);
+        record.emplace_back(list);
+        break;
+      }
+      default: {
+        std::vector<double> values(DoublesOf(type) == 0 ? length : DoublesOf(type));
+        for (double& value : values) value = random.Double();
+        record.emplace_back(values);
+        break;
+      }
+    }
+  }
+  return record;
+}
+
+void SetFields(FED_DataRecord& record, const std::vector<int>& types, const ModelRecord& model)
+{
+  for (std::size_t i = 0; i < types.size(); ++i) {
+    switch (FED_FieldType::GetClass(types[i])) {
+      case FED_FieldType::Integer:
+        record.SetInteger(i + 1, std::get<int>(model[i]));
+        break;
+      case FED_FieldType::Float:
+        record.SetFloat(i + 1, std::get<float>(model[i]));
+        break;
+      case FED_FieldType::String:
+        record.SetString(i + 1, std::get<std::string>(model[i]));
+        break;
+      case FED_FieldType::IntList:
+        record.SetIntList(i + 1, std::get<std::vector<int>>(model[i]));
+        break;
+      case FED_FieldType::Double:
+        record.SetDouble(i + 1, std::get<std::vector<double>>(model[i])[0]);
+        break;
+      case FED_FieldType::Vector:
+        record.SetVector(i + 1, std::get<std::vector<double>>(model[i]).data());
+        break;
+      case FED_FieldType::Tensor:
+        record.SetTensor(i + 1, std::get<std::vector<double>>(model[i]).data());
+        break;
+      default:
+        record.SetDoubleList(i + 1, std::get<std::vector<double>>(model[i]));
+        break;
+    }
+  }
+}
+
+ModelRecord GetFields(const FED_ConstDataRecord& record)
+{
+  ModelRecord model;
+  for (std::size_t field = 1; field <= record.GetFieldCount(); ++field) {
+    std::vector<double> values(DoublesOf(record.GetFieldType(field)));
+    FED_IntArray        integers;
+    FED_DoubleArray     doubles;
+    switch (FED_FieldType::GetClass(record.GetFieldType(field))) {
+      case FED_FieldType::Integer:
+        model.emplace_back(record.GetInteger(field));
+        break;
+      case FED_FieldType::Float:
+        model.emplace_back(record.GetFloat(field));
+        break;
+      case FED_FieldType::String:
+        model.emplace_back(record.GetString(field));
+        break;
+      case FED_FieldType::IntList:
+        record.GetIntList(field, integers);
+        model.emplace_back(std::vector<int>(integers.GetData(), integers.GetData() + integers.GetSize()));
+        break;
+      case FED_FieldType::Double:
+        values[0] = record.GetDouble(field);
+        model.emplace_back(values);
+        break;
+      case FED_FieldType::Vector:
+        record.GetVector(field, values.data());
+        model.emplace_back(values);
+        break;
+      case FED_FieldType::Tensor:
+        record.GetTensor(field, values.data());
+        model.emplace_back(values);
+        break;
+      default:
+        record.GetDoubleList(field, doubles);
+        model.emplace_back(std::vector<double>(doubles.GetData(), doubles.GetData() + doubles.GetSize()));
+        break;
+    }
+  }
+  return model;
+}
+
+void ExpectSame(const FED_DataBlock& block, const ModelBlock& model)
+{
+  FED_ConstDataRecord* record = block.CreateConstDataRecord();
+  std::size_t          count  = 0;
+  for (const std::size_t index : dynamic_cast<const FED_ColumnDataBlock&>(block).GetIndices()) {
+    const auto found = model.records.find(index);
+    ASSERT_NE(found, model.records.end()) << index;
+    block.GetRecord(index, *record);
+    ASSERT_TRUE(GetFields(*record) == found->second) << "index " << index;
+    ++count;
+  }
+  ASSERT_EQ(count, model.records.size());
+  ASSERT_EQ(block.GetMaxIndex(), model.records.empty() ? 0u : model.records.rbegin()->first);
+  ASSERT_EQ(FED_RecordFormat::FromRecord(*record).GetTypes(), model.types);
+  block.DeleteDataRecord(record);
+}
+
+const char* const kFormats[] = {"", "D", "V", "T", "DdV", "I", "iFS", "Lb", "lbDb", "IIbDbLbLb", "SSDb"};
+
+}  // namespace
+
+TEST(DatabaseModel, RandomWorkOnBlocksMatchesPlainMaps)
+{
+  for (unsigned seed = 1; seed <= 60; ++seed) {
+    SCOPED_TRACE(seed);
+    Random                                   random(seed);
+    FED_ResultDatabase                       database;
+    std::map<FED_DataDescriptor, ModelBlock> model;
+    const int                                spread = std::array<int, 4>{5, 60, 3000, 2147483647}[seed % 4];
+    for (int step = 0; step < 400; ++step) {
+      FED_DataDescriptor key(random.Int(0, 2), FED_OnfId_ScalarHistory);
+      const int          action = random.Int(0, 19);
+      if (action == 0) {
+        ASSERT_EQ(database.HasDataBlock(key), model.erase(key) == 1);
+        if (database.HasDataBlock(key)) database.DeleteDataBlock(key);
+        continue;
+      }
+      if (model.find(key) == model.end()) {
+        const char* format = kFormats[random.Int(0, 10)];
+        database.CreateDataBlock(key, static_cast<std::size_t>(random.Int(0, 300)), 0, format);
+        model[key].types = FED_RecordFormat::Parse(format).GetTypes();
+      }
+      FED_DataBlock&    block   = database.GetDataBlock(key);
+      ModelBlock&       twin    = model[key];
+      const auto        index   = static_cast<std::size_t>(random.Int(0, spread));
+      const std::size_t doubles = twin.types.empty() ? 0 : FED_RecordFormat(twin.types).GetDoubleCount();
+      if (action < 4 && (twin.types.empty() || doubles == 1)) {
+        const double value = random.Double();
+        block.SetScalarAt(index, value);
+        if (twin.types.empty()) twin.types = {2};
+        twin.records[index] = {std::vector<double>{value}};
+      } else if (action < 8 && doubles > 0) {
+        const ModelRecord   record = MakeRecord(twin.types, random);
+        std::vector<double> values;
+        for (const Value& value : record)
+          for (const double part : std::get<std::vector<double>>(value)) values.push_back(part);
+        block.SetValuesAt(index, values.data());
+        twin.records[index] = record;
+      } else {
+        if (twin.types.empty()) twin.types = FED_RecordFormat::Parse("IDSLbV").GetTypes();
+        const ModelRecord record  = MakeRecord(twin.types, random);
+        FED_DataRecord*   scratch = block.CreateDataRecord();
+        SetFields(*scratch, twin.types, record);
+        block.SetRecord(index, *scratch);
+        if (random.Int(0, 1) == 0) block.DeleteDataRecord(scratch);  // the others go with the block
+        twin.records[index] = record;
+      }
+      ASSERT_TRUE(block.HasRecord(index));
+      if (step % 20 == 0) ExpectSame(block, twin);
+      if (HasFatalFailure()) return;
+    }
+    ASSERT_EQ(database.GetDataDescriptors({}).size(), model.size());
+    for (const auto& [key, twin] : model) ExpectSame(database.GetDataBlock(key), twin);
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST(DatabaseModel, RandomIdsMatchPlainMapsAndSurviveACopy)
+{
+  for (unsigned seed = 1; seed <= 30; ++seed) {
+    SCOPED_TRACE(seed);
+    Random                                random(seed);
+    FED_ResultDatabase                    source, target;
+    std::map<std::pair<int, int>, double> model;  // ONF id and entity id to value
+    const int                             low  = std::array<int, 3>{1, -50, -2147483647 - 1}[seed % 3];
+    const int                             high = std::array<int, 3>{300, 50, 2147483647}[seed % 3];
+    const int kinds[] = {514, 540, 541, 77};  // two of nodes, one of elements, one of no known kind
+    for (int i = 0; i < 50; ++i) target.GetIdMapsPool().FindOrAddIndex(0, random.Int(low, high));
+    for (int step = 0; step < 600; ++step) {
+      const FED_DataDescriptor key(0, static_cast<FED_OnfId>(kinds[random.Int(0, 3)]));
+      FED_IdDataBlock          view(source.GetOrCreateDataBlock(key, 0), source.GetIdMapsPool(), true);
+      const int                id    = random.Int(low, high);
+      const double             value = random.Double();
+      view.SetScalar(id, value);
+      model[{key.values[1], id}] = value;
+    }
+    QuilonDatabaseUtils::copy_datablocks(source, target, {}, QuilonDatabaseUtils::SkipEmptyBlocks);
+    for (FED_ResultDatabase* database : {&source, &target}) {
+      std::size_t count = 0;
+      for (const FED_DataBlock* block : database->GetDataBlocks({})) {
+        const FED_ConstIdDataBlock view(*block, database->GetIdMapsPool());
+        for (const std::size_t index : dynamic_cast<const FED_ColumnDataBlock&>(*block).GetIndices()) {
+          const int  id    = view.GetId(index);
+          const auto found = model.find({block->GetDescriptor().values[1], id});
+          ASSERT_NE(found, model.end()) << id;
+          double value = 0.0;
+          view.GetScalar(id, value);
+          ASSERT_EQ(value, found->second) << id;
+          ++count;
+        }
+      }
+      ASSERT_EQ(count, model.size());
+    }
+  }
+}
