@@ -1,0 +1,25 @@
+#pragma once
+
+/// @file
+/// Values as text.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace quilon {
+
+/// @return the shortest decimal form that reads back to the same bits; "nan", "inf", "-inf"
+std::string FormatNumber(double value);
+std::string FormatNumber(float value);
+
+/// @return bytes for people: "512 B", "1.8 KiB", "20 MiB"
+std::string FormatBytes(std::size_t bytes);
+
+/// @return "1 block", "2 blocks"
+std::string Counted(std::size_t count, std::string_view noun);
+
+/// @return the text with control characters replaced by '?': names out of files must not drive a terminal
+std::string Printable(std::string_view text);
+
+}  // namespace quilon

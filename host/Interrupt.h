@@ -1,0 +1,25 @@
+#pragma once
+
+/// @file
+/// Ctrl-C.
+
+#include <exception>
+
+namespace quilon {
+
+/// The user has asked to stop.
+class Interrupted : public std::exception
+{
+public:
+  const char* what() const noexcept override { return "interrupted"; }
+};
+
+/// From now on the first interrupt or termination signal only leaves a mark, so that work stops where it can stop
+/// cleanly; a second one ends the program at once. A closed pipe no longer kills the program: writing reports it.
+void WatchSignals();
+
+/// Called now and then by long work.
+/// @throws Interrupted when a signal has left its mark
+void ThrowIfInterrupted();
+
+}  // namespace quilon

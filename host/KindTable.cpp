@@ -1,0 +1,121 @@
+#include "KindTable.h"
+
+#include <charconv>
+#include <limits>
+#include <optional>
+#include <system_error>
+
+#include <bundled/OnfCatalogue.h>
+
+#include "Failure.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
+#include "Suggestion.h"
+#include "UserKinds.h"
+
+namespace quilon {
+
+namespace {
+
+std::string Folded(std::string_view text)
+{
+  std::string folded(text);
+  for (char& c : folded)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return folded;
+}
+
+bool BeginsWith(const std::string& text, const std::string& beginning)
+{
+  return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+/// The names of several kinds for a message, cut where a reader has seen enough.
+std::string Enumerated(const std::vector<std::string>& names)
+{
+  constexpr std::size_t kEnough = 5;
+  std::string           text;
+  for (std::size_t i = 0; i < names.size() && i < kEnough; ++i) text += (i == 0 ? "" : ", ") + names[i];
+  if (names.size() > kEnough) text += ", ...";
+  return text;
+}
+
+}  // namespace
+
+KindTable::KindTable()
+{
+  for (const OnfCatalogue::Entry& entry : OnfCatalogue::Entries()) Add(entry.metaData.GetName(), entry.onf);
+}
+
+KindTable::KindTable(const FED_Database& database) : KindTable()
+{
+  ForEachUserKind([&](FED_OnfId onf) {
+    const std::string name = database.GetUserKindName(onf);
+    if (!name.empty()) Add(name, onf);
+  });
+}
+
+void KindTable::Add(const std::string& name, int onf)
+{
+  static const std::string kNodal    = "nodal-";
+  const std::string        folded    = Folded(name);
+  const std::string        shortName = BeginsWith(folded, kNodal) ? folded.substr(kNodal.size()) : folded;
+  kinds_.push_back({name, folded, shortName, onf});
+}
+
+int KindTable::Resolve(std::string_view text) const
+{
+  int         onf   = 0;
+  const char* end   = text.data() + text.size();
+  const auto  taken = std::from_chars(text.data(), end, onf);
+  if (taken.ptr == end && taken.ec == std::errc()) return onf;
+  if (taken.ptr == end && taken.ec == std::errc::result_out_of_range)
+    Fail("ONF id " + std::string(text) + " is out of range, expected at most " +
+         std::to_string(std::numeric_limits<int>::max()));
+  if (text.empty()) Fail("a kind is empty, expected an ONF id or the name of a kind");
+
+  const std::string word = Folded(text);
+  for (const Kind& kind : kinds_)
+    if (kind.folded == word) return kind.onf;
+  for (const Kind& kind : kinds_)
+    if (kind.shortName == word) return kind.onf;
+  for (const std::string Kind::*name : {&Kind::folded, &Kind::shortName}) {
+    std::vector<std::string> names;
+    for (const Kind& kind : kinds_) {
+      if (!BeginsWith(kind.*name, word)) continue;
+      onf = kind.onf;
+      names.push_back(kind.name);
+    }
+    if (names.size() == 1) return onf;
+    if (names.size() > 1)
+      Fail("kind '" + std::string(text) + "' may be any of " + Enumerated(names) + ": write more of the name");
+  }
+  // The names that nobody gave still stand for their user kinds, but take no part in beginnings: there are a thousand.
+  if (const std::optional<FED_OnfId> id = OnfCatalogue::FindIdByName(word)) return *id;
+
+  std::vector<std::string> candidates;
+  for (const Kind& kind : kinds_) {
+    candidates.push_back(kind.shortName);
+    candidates.push_back(kind.folded);
+  }
+  const std::string suggestion = DidYouMean(word, candidates);
+  Fail("unknown kind '" + std::string(text) + "'" +
+       (suggestion.empty() ? ", expected an ONF id or the name of a kind" : suggestion));
+}
+
+std::string KindTable::GetName(int onf) const
+{
+  for (const Kind& kind : kinds_)
+    if (kind.onf == onf) return kind.name;
+  return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetName();
+}
+
+std::string KindTable::GetName(const FED_DataDescriptor& descriptor) const
+{
+  const auto quantity = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
+  const int  onf      = descriptor.GetInteger(FED_DataDescriptor::OnfId);
+  if (onf == FED_OnfId_ScalarHistory && descriptor.IsSet(quantity)) return GetName(descriptor.GetInteger(quantity));
+  return GetName(onf);
+}
+
+}  // namespace quilon

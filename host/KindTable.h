@@ -1,0 +1,54 @@
+#pragma once
+
+/// @file
+/// Kinds of results by name.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+class FED_DataDescriptor;
+class FED_Database;
+
+namespace quilon {
+
+/// Result index 10 of a block of scalar histories (ONF id 500) says which quantity it holds.
+inline constexpr int kQuantityIndex = 10;
+
+/// The names of the catalogue and those that a database gives to its user kinds.
+class KindTable
+{
+public:
+  /// The catalogue alone.
+  KindTable();
+  /// The catalogue and the names of the database's user kinds.
+  explicit KindTable(const FED_Database& database);
+
+  /// Finds the kind that a user wrote. In this order, letters compared without their case: an ONF id; a kind's name; its
+  /// name without a leading "nodal-"; the beginning of exactly one name; the beginning of exactly one name without
+  /// "nodal-".
+  /// @throws FED_Failure for a text that names no kind (a near miss gets a suggestion) or several
+  int Resolve(std::string_view text) const;
+
+  /// @return the name that the database gives the kind, else the catalogue's
+  std::string GetName(int onf) const;
+
+  /// @return the name of what the block holds: of its quantity for a block of scalar histories that says which, else of
+  ///         its kind
+  std::string GetName(const FED_DataDescriptor& descriptor) const;
+
+private:
+  struct Kind
+  {
+    std::string name;
+    std::string folded;     ///< the name in lower case
+    std::string shortName;  ///< folded, without a leading "nodal-"
+    int         onf = 0;
+  };
+
+  void Add(const std::string& name, int onf);
+
+  std::vector<Kind> kinds_;
+};
+
+}  // namespace quilon

@@ -1,0 +1,63 @@
+#pragma once
+
+/// @file
+/// Records as rows of a table.
+
+#include <cstddef>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "QuilonDbConnector/FED_DataDescriptor.h"
+
+class FED_ConstDataRecord;
+class FED_DataBlock;
+class FED_IdMapsPool;
+
+namespace quilon {
+
+class KindTable;
+
+/// A value of a row.
+using Cell = std::variant<int, float, double, std::string, std::vector<int>, std::vector<double>>;
+
+/// @param listLimit of a longer list so many entries are shown and the rest is told by dots
+std::string FormatCell(const Cell& cell, std::size_t listLimit);
+
+/// How the records of a block read as rows. Most records are one row; integration points and nodal values of elements
+/// are a row each.
+class RecordRows
+{
+public:
+  /// @param block borrowed
+  RecordRows(const FED_DataBlock& block, const KindTable& kinds);
+
+  /// Names of the columns, the id ("id", or "index" where a block has no ids) first.
+  const std::vector<std::string>& GetColumns() const noexcept { return columns_; }
+
+  /// @return the record's rows, a cell for each column
+  std::vector<std::vector<Cell>> GetRows(int id, const FED_ConstDataRecord& record) const;
+
+private:
+  enum class Layout
+  {
+    Fields,   ///< one row, the fields side by side
+    Points,   ///< (count, six doubles a point): a row per point
+    Triples,  ///< three doubles per node of an element: a row per node
+  };
+
+  Layout                   layout_ = Layout::Fields;
+  std::vector<std::string> columns_;
+};
+
+/// A record's id, or its index in a block without ids.
+struct RecordKey
+{
+  int         id;
+  std::size_t index;
+};
+
+/// @return the keys of all records, by ascending id
+std::vector<RecordKey> GetRecordKeys(const FED_DataBlock& block, const FED_IdMapsPool& pool);
+
+}  // namespace quilon

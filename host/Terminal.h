@@ -1,0 +1,22 @@
+#pragma once
+
+/// @file
+/// What stands at the other end of the standard streams.
+
+namespace quilon {
+
+/// The standard streams by their descriptor.
+enum class StandardStream : int
+{
+  Output = 1,
+  Error  = 2
+};
+
+/// @return whether people look at it
+bool IsTerminal(StandardStream stream);
+
+/// @return whether text on it may be coloured: a terminal that is not "dumb", and no NO_COLOR in the environment (an
+///         empty one does not count; https://no-color.org)
+bool MayColour(StandardStream stream);
+
+}  // namespace quilon

@@ -1,0 +1,238 @@
+#include "Selection.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "KindTable.h"
+#include "QuilonUtilities/FED_Failure.h"
+
+namespace {
+
+using quilon::KindTable;
+using quilon::Selection;
+
+using Descriptors = std::vector<FED_DataDescriptor>;
+
+/// A block of iteration 0.
+FED_DataDescriptor Block(int onf, int loadCase, int substep)
+{
+  FED_DataDescriptor descriptor(0, static_cast<FED_OnfId>(onf));
+  descriptor.SetInteger(FED_DataDescriptor::LoadCase, loadCase);
+  descriptor.SetInteger(FED_DataDescriptor::Substep, substep);
+  return descriptor;
+}
+
+FED_DataDescriptor Mesh(int onf) { return FED_DataDescriptor(0, static_cast<FED_OnfId>(onf)); }
+
+FED_DataDescriptor History(int quantity, int loadCase)
+{
+  FED_DataDescriptor descriptor = Block(500, loadCase, 1);
+  descriptor.SetInteger(static_cast<FED_DataDescriptor::ResultIndex>(10), quantity);
+  return descriptor;
+}
+
+/// Two load cases; stress has fewer substeps than displacement.
+Descriptors Blocks()
+{
+  return {History(501, 1),  History(505, 1),  History(501, 2),  Block(510, 1, 1), Block(510, 1, 2), Block(510, 2, 1),
+          Block(510, 2, 2), Block(510, 2, 3), Block(521, 1, 1), Block(521, 2, 1), Block(521, 2, 2), Mesh(516)};
+}
+
+std::string Select(const std::string& text, const std::string& steps = "")
+{
+  Selection selection(text, KindTable());
+  if (!steps.empty()) selection.SetSteps(steps);
+  std::string names;
+  for (const FED_DataDescriptor& descriptor : selection.Apply(Blocks()))
+    names += (names.empty() ? "" : " ") + quilon::ToSelectionText(descriptor);
+  return names;
+}
+
+std::string MessageOf(const std::string& text)
+{
+  try {
+    const Selection selection(text, KindTable());
+  } catch (const FED_Failure& failure) {
+    return failure.what();
+  }
+  return "no failure";
+}
+
+std::string StepsMessageOf(const std::string& text)
+{
+  try {
+    Selection().SetSteps(text);
+  } catch (const FED_Failure& failure) {
+    return failure.what();
+  }
+  return "no failure";
+}
+
+TEST(Selection, WithoutTextSelectsEverything) { EXPECT_EQ(Selection().Apply(Blocks()), Blocks()); }
+
+TEST(Selection, AllSelectsEveryKind)
+{
+  EXPECT_EQ(Select("all@lc=2,sub=2"), "510@it=0,lc=2,sub=2 521@it=0,lc=2,sub=2");
+  EXPECT_EQ(Select("*@lc=2,sub=2"), Select("all@lc=2,sub=2"));
+  EXPECT_EQ(Select("@lc=2,sub=2"), Select("all@lc=2,sub=2"));
+}
+
+TEST(Selection, NamesAndOnfIdsMeanTheSame)
+{
+  EXPECT_EQ(Select("stress@lc=1"), "521@it=0,lc=1,sub=1");
+  EXPECT_EQ(Select("nodal-stress@lc=1"), Select("stress@lc=1"));
+  EXPECT_EQ(Select("521@lc=1"), Select("stress@lc=1"));
+  EXPECT_EQ(Select("Nodal-Stress@lc=1"), Select("stress@lc=1"));
+}
+
+TEST(Selection, BeginningOfOneNameIsEnough) { EXPECT_EQ(Select("coord"), "516@it=0"); }
+
+TEST(Selection, SeveralKindsAreAList)
+{
+  EXPECT_EQ(Select("stress,disp@lc=1,sub=1"), "510@it=0,lc=1,sub=1 521@it=0,lc=1,sub=1");
+}
+
+TEST(Selection, QuantityNameSelectsItsHistories)
+{
+  EXPECT_EQ(Select("time"), "500@it=0,lc=1,sub=1,i10=501 500@it=0,lc=2,sub=1,i10=501");
+  EXPECT_EQ(Select("total-internal-energy"), "500@it=0,lc=1,sub=1,i10=505");
+  EXPECT_EQ(Select("scalar-history@lc=2"), "500@it=0,lc=2,sub=1,i10=501");
+  EXPECT_EQ(Select("scalar-history@quantity=505"), "500@it=0,lc=1,sub=1,i10=505");
+}
+
+TEST(Selection, LongKeysMeanTheSame)
+{
+  EXPECT_EQ(Select("510@iteration=0,load-case=1,substep=2"), "510@it=0,lc=1,sub=2");
+}
+
+TEST(Selection, ValuesAreListsAndRanges)
+{
+  EXPECT_EQ(Select("510@lc=2,sub=1,3"), "510@it=0,lc=2,sub=1 510@it=0,lc=2,sub=3");
+  EXPECT_EQ(Select("510@lc=2,sub=2-9"), "510@it=0,lc=2,sub=2 510@it=0,lc=2,sub=3");
+  EXPECT_EQ(Select("510@lc=2,sub=1:3"), "510@it=0,lc=2,sub=1 510@it=0,lc=2,sub=2 510@it=0,lc=2,sub=3");
+  EXPECT_EQ(Select("510@lc=2,sub=1:3:2"), "510@it=0,lc=2,sub=1 510@it=0,lc=2,sub=3");
+  EXPECT_EQ(Select("510@sub=2,lc=1-2"), "510@it=0,lc=1,sub=2 510@it=0,lc=2,sub=2");
+}
+
+TEST(Selection, NegativeValuesAreNumbers)
+{
+  const FED_DataDescriptor block = Block(510, -3, 1);
+  EXPECT_EQ(Selection("510@lc=-5--2", KindTable()).Apply({block}).size(), 1U);
+  EXPECT_EQ(Selection("510@lc=-3", KindTable()).Apply({block}).size(), 1U);
+  EXPECT_EQ(Selection("510@lc=3", KindTable()).Apply({block}).size(), 0U);
+}
+
+TEST(Selection, WidestRangeHoldsEveryNumber)
+{
+  EXPECT_EQ(Selection("510@lc=-2147483648:2147483647", KindTable()).Apply(Blocks()).size(), 5U);
+  EXPECT_EQ(Selection("510@lc=-2147483648:2147483647:2147483647", KindTable()).Apply({Block(510, -1, 1)}).size(), 1U);
+}
+
+TEST(Selection, LastIsAnsweredPerKindFromWhatOtherKeysLeave)
+{
+  EXPECT_EQ(Select("510,521@lc=2,sub=last"), "510@it=0,lc=2,sub=3 521@it=0,lc=2,sub=2");
+  EXPECT_EQ(Select("510@lc=1,sub=last"), "510@it=0,lc=1,sub=2");
+  EXPECT_EQ(Select("510@sub=first,lc=last"), "510@it=0,lc=2,sub=1");
+}
+
+TEST(Selection, LastKeysAreAnsweredInTheOrderWritten)
+{
+  EXPECT_EQ(Select("521@lc=last,sub=last"), "521@it=0,lc=2,sub=2");
+  EXPECT_EQ(Select("521@lc=first,sub=last"), "521@it=0,lc=1,sub=1");
+  EXPECT_EQ(Select("521@sub=last,lc=first"), "521@it=0,lc=2,sub=2");
+}
+
+TEST(Selection, FilterBehindLastStillCountsFirst) { EXPECT_EQ(Select("510@sub=last,lc=1"), "510@it=0,lc=1,sub=2"); }
+
+TEST(Selection, KeyMatchesOnlyBlocksThatHaveItSet)
+{
+  EXPECT_EQ(Select("516@lc=0"), "");
+  EXPECT_EQ(Select("@lc=none"), "516@it=0");
+  EXPECT_EQ(Select("516,521@lc=none,1"), "521@it=0,lc=1,sub=1 516@it=0");
+  EXPECT_EQ(Select("516@lc=all"), "516@it=0");
+  EXPECT_EQ(Select("516@lc=last"), "");
+}
+
+TEST(Selection, KindThatIsNotThereSelectsNothing) { EXPECT_EQ(Select("velocity"), ""); }
+
+// Steps of Blocks(): 1 (lc 1, sub 1), 2 (1, 2), 3 (2, 1), 4 (2, 2), 5 (2, 3).
+TEST(Selection, StepsAreCountedOverTheWholeDatabase)
+{
+  EXPECT_EQ(Select("521", "1"), "521@it=0,lc=1,sub=1");
+  EXPECT_EQ(Select("521", "3"), "521@it=0,lc=2,sub=1");
+  EXPECT_EQ(Select("521", "last"), "");
+  EXPECT_EQ(Select("510", "last"), "510@it=0,lc=2,sub=3");
+  EXPECT_EQ(Select("510", "1:9:2"), "510@it=0,lc=1,sub=1 510@it=0,lc=2,sub=1 510@it=0,lc=2,sub=3");
+}
+
+TEST(Selection, StepsKeepHistoriesOfTheirLoadCaseAndBlocksOfNoStep)
+{
+  EXPECT_EQ(Select("all", "5"), "500@it=0,lc=2,sub=1,i10=501 510@it=0,lc=2,sub=3 516@it=0");
+}
+
+TEST(Selection, ItsOwnTextSelectsABlock)
+{
+  for (const FED_DataDescriptor& block : Blocks()) {
+    const std::string text = quilon::ToSelectionText(block);
+    EXPECT_EQ(Selection(text, KindTable()).Apply(Blocks()), Descriptors{block}) << text;
+  }
+}
+
+TEST(Selection, EveryKeyIsSelectable)
+{
+  for (int index = 0; index < FED_DataDescriptor::kNumIndices; ++index) {
+    if (index == FED_DataDescriptor::OnfId) continue;
+    FED_DataDescriptor block = Mesh(510);
+    block.SetInteger(static_cast<FED_DataDescriptor::ResultIndex>(index), 7);
+    EXPECT_EQ(Selection(quilon::ToSelectionText(block), KindTable()).Apply({Mesh(510), block}), Descriptors{block})
+        << index;
+  }
+}
+
+TEST(Selection, UnknownKindGetsASuggestion)
+{
+  EXPECT_EQ(MessageOf("strss"), "unknown kind 'strss', did you mean 'stress'?");
+  EXPECT_EQ(MessageOf("stress,displacment@lc=1"), "unknown kind 'displacment', did you mean 'displacement'?");
+  EXPECT_EQ(MessageOf("banana"), "unknown kind 'banana', expected an ONF id or the name of a kind");
+}
+
+TEST(Selection, BeginningOfSeveralNamesIsAnError)
+{
+  EXPECT_EQ(MessageOf("element-s"),
+            "kind 'element-s' may be any of element-stress-principal, element-stress, element-strain-principal, "
+            "element-strain: write more of the name");
+}
+
+TEST(Selection, UnknownKeyGetsASuggestion)
+{
+  EXPECT_EQ(MessageOf("stress@lcc=1"), "unknown key 'lcc', did you mean 'lc'?");
+  EXPECT_EQ(MessageOf("stress@banana=1"),
+            "unknown key 'banana', expected it, an, lc, sub, inc, layer or i2, i7, i8, i10 to i13");
+}
+
+TEST(Selection, BrokenTextsAreErrors)
+{
+  EXPECT_EQ(MessageOf(""), "the selection is empty, expected KIND, KIND@KEY=VALUE or @KEY=VALUE");
+  EXPECT_EQ(MessageOf("stress,@lc=1"), "a kind is empty, expected an ONF id or the name of a kind");
+  EXPECT_EQ(MessageOf("lc=2"), "selection 'lc=2' has no '@' before its keys, expected KIND@KEY=VALUE or @KEY=VALUE");
+  EXPECT_EQ(MessageOf("stress@"), "selection 'stress@' has '' behind its '@', expected KEY=VALUE");
+  EXPECT_EQ(MessageOf("stress@2"), "selection 'stress@2' has '2' behind its '@', expected KEY=VALUE");
+  EXPECT_EQ(MessageOf("99999999999"), "ONF id 99999999999 is out of range, expected at most 2147483647");
+}
+
+TEST(Selection, BrokenValuesAreErrors)
+{
+  const std::string expected = ", expected a number, a range such as 1-9 or 1:9:2, first, last, none or all";
+  for (const char* value : {"", "x", "1x", "1-", "1:", "1:2:", "1:2:3:4", "99999999999", "1-2-3", "+1"})
+    EXPECT_EQ(MessageOf(std::string("521@lc=") + value), std::string("a value of 'lc' is '") + value + "'" + expected)
+        << value;
+  EXPECT_EQ(MessageOf("521@sub=lst"), "a value of 'sub' is 'lst', did you mean 'last'?");
+  EXPECT_EQ(MessageOf("521@lc=9-5"),
+            "a value of 'lc' is '9-5', a range that runs backwards, expected the least number first");
+  EXPECT_EQ(MessageOf("521@lc=1:9:0"), "a value of 'lc' is '1:9:0': the stride is 0, expected 1 or more");
+  EXPECT_EQ(StepsMessageOf("1:9:-1"), "a step is '1:9:-1': the stride is -1, expected 1 or more");
+}
+
+}  // namespace

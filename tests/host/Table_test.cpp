@@ -1,0 +1,106 @@
+#include "Table.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Output.h"
+
+namespace {
+
+using quilon::Output;
+using quilon::TableStyle;
+using quilon::TableWriter;
+
+/// A file in memory of the system, read back whole.
+class Sheet
+{
+public:
+  Sheet() : file_(std::tmpfile()), output(file_) {}
+  Sheet(const Sheet&)            = delete;
+  Sheet& operator=(const Sheet&) = delete;
+  ~Sheet() { std::fclose(file_); }
+
+  std::string Read()
+  {
+    output.Flush();
+    std::rewind(file_);
+    std::string text;
+    for (int c = std::fgetc(file_); c != EOF; c = std::fgetc(file_)) text += static_cast<char>(c);
+    return text;
+  }
+
+private:
+  std::FILE* file_;
+
+public:
+  Output output;
+};
+
+std::string Written(TableStyle style, const std::vector<std::vector<std::string>>& rows, bool bold = false)
+{
+  Sheet       sheet;
+  TableWriter table(sheet.output, style, bold, {{"id", false}, {"name", true}, {"value", false}});
+  for (const std::vector<std::string>& row : rows) table.Row(row);
+  table.Finish();
+  return sheet.Read();
+}
+
+TEST(Table, AlignsNumbersRightAndTextsLeft)
+{
+  EXPECT_EQ(Written(TableStyle::Aligned, {{"1", "a", "0.5"}, {"1000", "long name", "-12"}}),
+            "  id  name       value\n"
+            "   1  a            0.5\n"
+            "1000  long name    -12\n");
+}
+
+TEST(Table, SeparatesPlainCellsByTabs)
+{
+  EXPECT_EQ(Written(TableStyle::Plain, {{"1", "a b", "0.5"}}), "id\tname\tvalue\n1\ta b\t0.5\n");
+}
+
+TEST(Table, QuotesCsvCellsThatNeedIt)
+{
+  EXPECT_EQ(Written(TableStyle::Csv, {{"1", "a,b", "2"}, {"2", "say \"x\"", ""}, {"3", "two\nlines", "4"}}),
+            "id,name,value\n1,\"a,b\",2\n2,\"say \"\"x\"\"\",\n3,\"two\nlines\",4\n");
+}
+
+TEST(Table, WithoutRowsHasItsHeader)
+{
+  EXPECT_EQ(Written(TableStyle::Aligned, {}), "id  name  value\n");
+  EXPECT_EQ(Written(TableStyle::Plain, {}), "id\tname\tvalue\n");
+  EXPECT_EQ(Written(TableStyle::Csv, {}), "id,name,value\n");
+}
+
+TEST(Table, CountsCharactersAndNotBytes)
+{
+  EXPECT_EQ(Written(TableStyle::Aligned, {{"1", "\xc3\xa4", "2"}, {"2", "abcd", "3"}}),
+            "id  name  value\n 1  \xc3\xa4         2\n 2  abcd      3\n");
+}
+
+TEST(Table, ControlCharactersOfNamesNeverReachTheTerminal)
+{
+  EXPECT_EQ(Written(TableStyle::Aligned, {{"1", "\x1b[31m", "2"}}), "id  name   value\n 1  ?[31m      2\n");
+  EXPECT_EQ(Written(TableStyle::Plain, {{"1", "a\tb", "2"}}), "id\tname\tvalue\n1\ta?b\t2\n");
+}
+
+TEST(Table, HeaderIsBoldWhereAskedFor)
+{
+  EXPECT_EQ(Written(TableStyle::Aligned, {}, true), "\x1b[1mid  name  value\x1b[0m\n");
+}
+
+TEST(Table, KeepsItsWidthsBeyondTheRowsItHolds)
+{
+  Sheet       sheet;
+  TableWriter table(sheet.output, TableStyle::Aligned, false, {{"a", false}, {"b", false}});
+  for (std::size_t i = 0; i < TableWriter::kRowsHeld; ++i) table.Row({"1", "2"});
+  table.Row({"1000", "3"});
+  table.Finish();
+  std::string expected = "a  b\n";
+  for (std::size_t i = 0; i < TableWriter::kRowsHeld; ++i) expected += "1  2\n";
+  EXPECT_EQ(sheet.Read(), expected + "1000  3\n");
+}
+
+}  // namespace
