@@ -5,7 +5,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "native_path.h"
+#include "bundled/NativePath.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "native_path.h"
+#include "bundled/NativePath.h"
 
 bool QuilonFileUtil::FileExists(const std::wstring& path)
 {

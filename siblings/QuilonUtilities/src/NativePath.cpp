@@ -1,4 +1,4 @@
-#include "native_path.h"
+#include "bundled/NativePath.h"
 
 #ifndef _WIN32
 #  include "QuilonUtilities/QuilonStringUtil.h"

@@ -1,0 +1,14 @@
+#pragma once
+
+/// @file
+/// Wide paths as the file system takes them.
+
+#include <filesystem>
+#include <string>
+
+#include "quilon_contract_export.h"
+
+/// The standard library converts wide paths by the process's locale, which knows no letter beyond ASCII until a program
+/// sets one.
+/// @return the path; characters that are none become U+FFFD, so that no conversion fails and the path names nothing
+QUILON_UTILITIES_API std::filesystem::path NativePath(const std::wstring& path);
