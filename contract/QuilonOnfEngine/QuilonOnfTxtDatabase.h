@@ -16,7 +16,9 @@
 /// ONF text results as a database. Construct with the folder, InitDb(), use, ReleaseDb(), destroy.
 ///
 /// Opened for writing it collects blocks in memory and ReleaseDb() publishes them; destroyed without ReleaseDb() it
-/// leaves the folder as it was. Blocks belong to the database and live until ReleaseDb(true) or its end.
+/// leaves the folder as it was. Opened for reading it takes nothing new, and reads a block's records when the block is
+/// first asked for: a malformed block fails there. Blocks belong to the database and live until ReleaseDb(true), the
+/// next InitDb() or its end.
 class QUILON_ONF_ENGINE_API QuilonOnfTxtDatabase : public FED_Database
 {
 public:

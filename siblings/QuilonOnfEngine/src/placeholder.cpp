@@ -1,1 +1,0 @@
-// Holds the target's place until its first source.
