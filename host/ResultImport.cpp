@@ -1,0 +1,191 @@
+#include "ResultImport.h"
+
+#include <algorithm>
+#include <cctype>
+#include <exception>
+#include <optional>
+
+#include <QuilonDbConnector/FED_Database.h>
+#include <QuilonOnfEngine/OnfResultRequestFile.h>
+#include <QuilonUtilities/FED_Failure.h>
+#include <QuilonUtilities/FED_LogMacros.h>
+
+#include "calculix/DatResultFile.h"
+#include "calculix/FrdResultFile.h"
+#include "calculix/ImportJob.h"
+#include "Derivation.h"
+
+namespace quilon {
+
+namespace {
+
+using calculix::DatResultFile;
+using calculix::FrdResultFile;
+using calculix::ImportJob;
+using calculix::ImportRecord;
+using calculix::UserKindPool;
+
+constexpr char kTag[] = "|%P|QuilonHost|ResultImport";
+
+/// The files of one job; paths that are not given are empty.
+struct JobFiles
+{
+  std::filesystem::path stem;
+  std::filesystem::path frd;
+  std::filesystem::path dat;
+  std::filesystem::path sta;
+};
+
+class EveryRequest : public OnfResultRequestFile
+{
+public:
+  bool typeIsRequested(int) const override { return true; }
+};
+
+std::string LowerExtension(const std::filesystem::path& path)
+{
+  std::string extension = path.extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return extension;
+}
+
+std::vector<JobFiles> GroupByStem(const std::vector<std::filesystem::path>& files)
+{
+  std::vector<JobFiles> jobs;
+  for (const std::filesystem::path& file : files) {
+    const std::filesystem::path stem = std::filesystem::path(file).replace_extension();
+    auto job = std::find_if(jobs.begin(), jobs.end(), [&stem](const JobFiles& known) { return known.stem == stem; });
+    if (job == jobs.end()) job = jobs.insert(jobs.end(), JobFiles{stem, {}, {}, {}});
+
+    const std::string extension = LowerExtension(file);
+    if (extension == ".frd") {
+      job->frd = file;
+    } else if (extension == ".dat") {
+      job->dat = file;
+    } else if (extension == ".sta") {
+      job->sta = file;
+    } else {
+      throw FED_Failure(file.string() + ": expected a result file .frd, .dat or .sta", kTag);
+    }
+  }
+
+  for (JobFiles& job : jobs) {
+    if (job.frd.empty() && job.dat.empty()) {
+      throw FED_Failure(job.sta.string() + ": expected a .frd or .dat of the same name with it", kTag);
+    }
+    const std::filesystem::path beside = std::filesystem::path(job.stem) += ".sta";
+    if (job.sta.empty() && std::filesystem::exists(beside)) job.sta = beside;
+  }
+  return jobs;
+}
+
+/// Reads the files of one job one after the other.
+class JobReader
+{
+public:
+  JobReader(const JobFiles& files, ImportJob& job) : files_(files), job_(job) {}
+
+  /// @throws FED_Failure for bad input. With keepWholeSteps the results before the bad one are complete by then.
+  void Read()
+  {
+    if (files_.dat.empty()) {
+      ReadFrdPass(FrdResultFile::PassAll);
+    } else {
+      if (!files_.frd.empty()) ReadFrdPass(FrdResultFile::PassMesh);
+      if (!files_.sta.empty()) job_.Steps().AddStatusFile(files_.sta);
+      ReadDatFile();
+      // Last, because the solver's averages go elsewhere where there are ours, and are compared with them.
+      if (!files_.frd.empty()) ReadFrdPass(FrdResultFile::PassResults);
+    }
+    job_.DropBroken();
+    job_.WriteScalars();
+    if (failure_) std::rethrow_exception(failure_);
+  }
+
+private:
+  void ReadFrdPass(FrdResultFile::Pass pass)
+  {
+    FrdResultFile file(files_.frd, pass, job_);
+    ReadOrLimit(file);
+  }
+
+  void ReadDatFile()
+  {
+    if (files_.frd.empty()) {
+      job_.Record().Notice(files_.dat.filename().string() + ": no .frd with its mesh, nothing is averaged at nodes");
+    }
+    DatResultFile file(files_.dat, job_);
+    ReadOrLimit(file);
+  }
+
+  /// Keeping whole steps is the one reason to hold a failure back: what precedes the broken result is still completed
+  /// from the job's other files, and the failure follows then.
+  template <typename ResultFile>
+  void ReadOrLimit(ResultFile& file)
+  {
+    try {
+      file.Read();
+    } catch (const FED_Failure&) {
+      if (!job_.Options().keepWholeSteps) throw;
+      if (!failure_) failure_ = std::current_exception();
+      job_.LimitTo(file.Current().value_or(calculix::StepKey{}));
+    }
+  }
+
+  const JobFiles&    files_;
+  ImportJob&         job_;
+  std::exception_ptr failure_;
+};
+
+void RefuseSkipped(const ImportRecord& record)
+{
+  std::string message;
+  for (const SkippedRows& skipped : record.Skipped()) {
+    message += (message.empty() ? "" : "; ") + std::to_string(skipped.rows) + " x " + skipped.reason;
+  }
+  if (!message.empty()) throw FED_Failure("expected to read everything, left out: " + message, kTag);
+}
+
+void Derive(FED_Database& target, const ImportOptions& options)
+{
+  if (options.requests != nullptr) {
+    DeriveResults(target, *options.requests, options.iteration);
+  } else {
+    EveryRequest everything;
+    DeriveResults(target, everything, options.iteration);
+  }
+}
+
+std::size_t CountBlocks(const FED_Database& database, int iteration)
+{
+  FED_DataDescriptorPattern pattern;
+  pattern.SetEqual(FED_DataDescriptor::Iteration, iteration);
+  return database.GetDataDescriptors(pattern).size();
+}
+
+}  // namespace
+
+ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_Database& target,
+                           const ImportOptions& options)
+{
+  ImportRecord record;
+  UserKindPool kinds(target);
+  for (const JobFiles& jobFiles : GroupByStem(files)) {
+    ImportJob job(target, options, kinds, record, jobFiles.frd);
+    try {
+      JobReader(jobFiles, job).Read();
+    } catch (const FED_Failure&) {
+      if (options.keepWholeSteps) Derive(target, options);
+      throw;
+    }
+  }
+  if (options.strict) RefuseSkipped(record);
+
+  Derive(target, options);
+  ImportReport report = record.Take();
+  report.blocks       = CountBlocks(target, options.iteration);
+  return report;
+}
+
+}  // namespace quilon

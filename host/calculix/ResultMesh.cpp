@@ -1,0 +1,119 @@
+#include "calculix/ResultMesh.h"
+
+#include <string>
+#include <utility>
+
+#include <QuilonDbConnector/FED_Database.h>
+#include <QuilonDbConnector/FED_IdDataBlock.h>
+#include <QuilonUtilities/FED_Failure.h>
+
+#include "calculix/FrdReader.h"
+#include "FEM_ResultUtil.h"
+
+namespace quilon::calculix {
+
+namespace {
+
+constexpr char kTag[] = "|%P|QuilonHost|ResultMesh";
+
+constexpr int kCoordinates  = 516;
+constexpr int kElementNodes = 595;
+constexpr int kElementType  = 596;
+
+}  // namespace
+
+ResultMesh::ResultMesh(std::filesystem::path path) : path_(std::move(path)) {}
+
+void ResultMesh::AddNodes(std::span<const int> ids, std::span<const double> coordinates)
+{
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    const std::size_t position = nodes_.FindOrInsert(ids[i]);
+    if (coordinates_.size() < 3 * (position + 1)) coordinates_.resize(3 * (position + 1));
+    for (std::size_t k = 0; k < 3; ++k) coordinates_[3 * position + k] = coordinates[3 * i + k];
+  }
+}
+
+void ResultMesh::AddElements(std::span<const FrdElement> elements)
+{
+  for (const FrdElement& element : elements) {
+    const std::string name = path_.string() + ": element " + std::to_string(element.id);
+    if (elements_.Find(element.id) != IdRadixMap<Element>::npos) {
+      throw FED_Failure(name + " is listed twice, expected once", kTag);
+    }
+    for (const int id : element.nodes) {
+      Node* node = FindNode(id);
+      if (node == nullptr) {
+        throw FED_Failure(name + " names node " + std::to_string(id) + ", expected one of the file's nodes", kTag);
+      }
+      ++node->numElements;
+    }
+    elements_.At(elements_.FindOrInsert(element.id)) = {
+        element.type, element.material, elementNodes_.size(), element.nodes.size(), {}};
+    elementNodes_.insert(elementNodes_.end(), element.nodes.begin(), element.nodes.end());
+  }
+}
+
+void ResultMesh::Save(FED_Database& database, int iteration)
+{
+  if (!nodes_.Entries().empty()) SaveCoordinates(database, iteration);
+  if (!elements_.Entries().empty()) SaveElements(database, iteration);
+  coordinates_ = {};
+}
+
+void ResultMesh::SaveCoordinates(FED_Database& database, int iteration)
+{
+  const FED_DataDescriptor descriptor(iteration, static_cast<FED_OnfId>(kCoordinates));
+  FED_DataBlock&           block = database.GetOrCreateDataBlock(descriptor, nodes_.Entries().size());
+  FED_IdDataBlock          view(block, database.GetIdMapsPool(), true);
+  std::size_t              position = 0;
+  for (const auto& [id, node] : nodes_.Entries()) view.SetVector(id, &coordinates_[3 * position++]);
+}
+
+void ResultMesh::SaveElements(FED_Database& database, int iteration)
+{
+  const FED_DataDescriptor nodesDescriptor(iteration, static_cast<FED_OnfId>(kElementNodes));
+  const FED_DataDescriptor typeDescriptor(iteration, static_cast<FED_OnfId>(kElementType));
+  const bool               known       = database.HasDataBlock(nodesDescriptor);
+  const std::size_t        numElements = elements_.Entries().size();
+
+  FED_IdDataBlock nodesView(database.GetOrCreateDataBlock(nodesDescriptor, numElements), database.GetIdMapsPool(),
+                            true);
+  FED_IdDataBlock typeView(database.GetOrCreateDataBlock(typeDescriptor, numElements), database.GetIdMapsPool(), true);
+  FED_IdDataRecord& nodesRecord = nodesView.CreateIdDataRecord();
+  FED_IdDataRecord& typeRecord  = typeView.CreateIdDataRecord();
+
+  std::vector<int> list;
+  for (const auto& [id, element] : elements_.Entries()) {
+    const std::span<const int> nodes = NodesOf(element);
+    list.assign(nodes.begin(), nodes.end());
+    // Results of one iteration share their elements, so another file's list is the same or a mistake.
+    if (!known || !FEM_ResultUtil::AreElementNodesDefined(database, nodesDescriptor, id, list)) {
+      nodesRecord.SetIntList(1, list);
+      nodesView.SetRecord(id, nodesRecord);
+    }
+    typeRecord.SetInteger(1, element.type);
+    typeRecord.SetInteger(2, element.material);
+    typeView.SetRecord(id, typeRecord);
+  }
+  nodesView.DeleteIdDataRecord(nodesRecord);
+  typeView.DeleteIdDataRecord(typeRecord);
+}
+
+ResultMesh::Node* ResultMesh::FindNode(int id) noexcept
+{
+  const std::size_t position = nodes_.Find(id);
+  return position == IdRadixMap<Node>::npos ? nullptr : &nodes_.At(position);
+}
+
+ResultMesh::Element* ResultMesh::FindElement(int id) noexcept
+{
+  const std::size_t position = elements_.Find(id);
+  return position == IdRadixMap<Element>::npos ? nullptr : &elements_.At(position);
+}
+
+std::span<const int> ResultMesh::NodesOf(const Element& element) const noexcept
+{
+  return std::span(elementNodes_).subspan(element.first, element.count);
+}
+
+}  // namespace quilon::calculix
