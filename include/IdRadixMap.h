@@ -51,8 +51,7 @@ public:
   IdRadixMap(IdRadixMap&& other) noexcept
       : entries_(std::move(other.entries_)),
         pool_(std::move(other.pool_)),
-        roots_(std::exchange(other.roots_, kNoRoots)),
-        lastLeaf_(std::exchange(other.lastLeaf_, LastLeaf()))
+        roots_(std::exchange(other.roots_, kNoRoots))
   {}
   /// When the copy throws, this map is unchanged.
   IdRadixMap& operator=(const IdRadixMap& other)
@@ -73,10 +72,8 @@ public:
   ///         iterators are valid until the next insertion of a new id.
   std::size_t FindOrInsert(int id)
   {
-    const Word leaf = FindOrAddLeaf(static_cast<std::uint32_t>(id));
-    const Word slot = leaf + LeafIndex(static_cast<std::uint32_t>(id));
-    const Word word = pool_[static_cast<std::size_t>(slot)];
-    return word != kEmpty ? static_cast<std::size_t>(word) : Append(id, slot);
+    const std::size_t position = Find(id);
+    return position != npos ? position : Insert(id);
   }
 
   /// @return the position of the id's entry, npos when the id is not held; creates nothing
@@ -135,8 +132,7 @@ public:
   {
     entries_.clear();
     pool_.clear();
-    roots_    = kNoRoots;
-    lastLeaf_ = LastLeaf();
+    roots_ = kNoRoots;
   }
 
 private:
@@ -152,40 +148,25 @@ private:
 
   static constexpr Roots kNoRoots = {kEmpty, kEmpty, kEmpty, kEmpty};
 
-  /// The leaf that was last written to, by the upper 24 bits of its ids.
-  struct LastLeaf
-  {
-    std::uint32_t prefix = 0xFFFFFFFFu;  ///< more than 24 bits: no leaf
-    Word          node   = kEmpty;
-  };
-
   /// Bytes of the id, less one. Ids of different depths share no node.
   static int Depth(std::uint32_t bits) noexcept
   {
     return static_cast<int>(bits > 0xFFu) + static_cast<int>(bits > 0xFFFFu) + static_cast<int>(bits > 0xFFFFFFu);
   }
 
-  static Word LeafIndex(std::uint32_t bits) noexcept { return static_cast<Word>(bits & 0xFFu); }
-
   static Word Child(const Word* pool, Word node, std::uint32_t index) noexcept
   {
     return node == kEmpty ? kEmpty : pool[static_cast<std::size_t>(node) + index];
   }
 
-  /// Neighbouring ids come in a row where meshes are read: most calls meet the leaf of the call before.
-  Word FindOrAddLeaf(std::uint32_t bits)
+  /// Inserts an id that is not held. This is a second descent, so that the first one, with which most calls end, only
+  /// reads and stays short. Growth comes before the word that names what has grown: if it throws, no word names a node
+  /// or an entry that is not there.
+  std::size_t Insert(int id)
   {
-    if (bits >> 8 != lastLeaf_.prefix) {
-      lastLeaf_.node   = DescendToLeaf(bits);
-      lastLeaf_.prefix = bits >> 8;
-    }
-    return lastLeaf_.node;
-  }
-
-  Word DescendToLeaf(std::uint32_t bits)
-  {
-    const int depth = Depth(bits);
-    Word      node  = roots_[static_cast<std::size_t>(depth)];
+    const auto bits  = static_cast<std::uint32_t>(id);
+    const int  depth = Depth(bits);
+    Word       node  = roots_[static_cast<std::size_t>(depth)];
     if (node == kEmpty) {
       node                                    = AppendNode();
       roots_[static_cast<std::size_t>(depth)] = node;
@@ -194,13 +175,15 @@ private:
       const std::size_t slot  = static_cast<std::size_t>(node) + (bits >> shift & 0xFFu);
       Word              child = pool_[slot];
       if (child == kEmpty) {
-        // Grow first: if this throws, no word names a node that is not there.
         child       = AppendNode();
         pool_[slot] = child;
       }
       node = child;
     }
-    return node;
+    const std::size_t position = entries_.size();
+    entries_.emplace_back(std::piecewise_construct, std::forward_as_tuple(id), std::forward_as_tuple());
+    pool_[static_cast<std::size_t>(node) + (bits & 0xFFu)] = static_cast<Word>(position);
+    return position;
   }
 
   Word AppendNode()
@@ -210,27 +193,16 @@ private:
     return static_cast<Word>(node);
   }
 
-  std::size_t Append(int id, Word slot)
-  {
-    // Grow first: if this throws, no word names an entry that is not there.
-    const std::size_t position = entries_.size();
-    entries_.emplace_back(std::piecewise_construct, std::forward_as_tuple(id), std::forward_as_tuple());
-    pool_[static_cast<std::size_t>(slot)] = static_cast<Word>(position);
-    return position;
-  }
-
   void Swap(IdRadixMap& other) noexcept
   {
     entries_.swap(other.entries_);
     pool_.swap(other.pool_);
     std::swap(roots_, other.roots_);
-    std::swap(lastLeaf_, other.lastLeaf_);
   }
 
   std::vector<Entry> entries_;
   std::vector<Word>  pool_;
   Roots              roots_ = kNoRoots;
-  LastLeaf           lastLeaf_;
 };
 
 /// A traversal cursor: forward iterator over the entries by ascending unsigned id.
@@ -329,9 +301,24 @@ private:
   /// @return the index of the first word from `index` on that is not empty, 256 when there is none
   static std::size_t FindNextWord(const Word* words, std::size_t index) noexcept
   {
-    while (index < kNodeSize && words[index] == kEmpty) ++index;
-    return index;
+    // In dense maps the next word is the one.
+    if (index < kNodeSize && words[index] != kEmpty) return index;
+    for (; index % kStride != 0; ++index) {
+      if (words[index] != kEmpty) return index;
+    }
+    for (; index < kNodeSize; index += kStride) {
+      // Positions are not negative, so the bits common to all words are all set only where every word is empty.
+      Word common = kEmpty;
+      for (std::size_t i = 0; i < kStride; ++i) common &= words[index + i];
+      if (common == kEmpty) continue;
+      while (words[index] == kEmpty) ++index;
+      return index;
+    }
+    return kNodeSize;
   }
+
+  static constexpr std::size_t kStride = 8;  ///< empty words are skipped by eights: most nodes of scattered ids are
+                                             ///< all but empty
 
   Map*                         map_      = nullptr;
   int                          depth_    = kNumDepth;
