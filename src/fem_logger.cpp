@@ -16,6 +16,7 @@ std::string ListSubsteps(const std::set<int>& substeps)
 {
   std::ostringstream text;
   text.imbue(std::locale::classic());  // no thousands separators, whatever the program's locale is
+  text.exceptions(std::ios::badbit);   // otherwise the stream swallows a failed allocation and the line is cut short
   text << (substeps.size() == 1 ? "substep " : "substeps ");
 
   for (auto first = substeps.begin(); first != substeps.end();) {

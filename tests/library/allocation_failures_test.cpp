@@ -1,0 +1,155 @@
+// Memory that runs out at each allocation in turn: std::bad_alloc arrives and nothing is left half done.
+
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <bundled/FED_ResultDatabase.h>
+#include <bundled/LogSink.h>
+#include <FEM_ResultUtil.h>
+#include <FemLogger.h>
+
+#include "AllocationFailure.h"
+#include "RecordingDatabase.h"
+#include "Snapshot.h"
+
+namespace {
+
+using quilon_test::AllocationFailure;
+using quilon_test::RecordingDatabase;
+using quilon_test::Snapshot;
+
+FED_DataDescriptor Descriptor(int onf) { return FED_DataDescriptor(1, static_cast<FED_OnfId>(onf)); }
+
+class Logger : public FemLogger
+{
+public:
+  const std::set<int>& Read() const { return readSubsteps_; }
+  int                  LoadCase() const { return loadCase_; }
+
+protected:
+  void PrintResultTypeStatus(int) override {}
+};
+
+// Calls operation(state) on a fresh state of `prepare` with its 1st, 2nd, ... allocation failing, until one run needs
+// no more; after each failure check(state).
+template <typename Prepare, typename Operation, typename Check>
+void SweepAllocations(const Prepare& prepare, const Operation& operation, const Check& check)
+{
+  constexpr std::size_t kMost = 1000;
+  for (std::size_t allocation = 1; allocation <= kMost; ++allocation) {
+    auto state     = prepare();
+    bool hasFailed = false;
+    bool isDue     = false;
+    {
+      const AllocationFailure failure(allocation);
+      try {
+        operation(*state);
+      } catch (const std::bad_alloc&) {
+        hasFailed = true;
+      }
+      isDue = failure.HasFailed();
+    }
+    EXPECT_EQ(hasFailed, isDue) << "allocation " << allocation << ": a failure was swallowed";
+    if (!isDue) {
+      EXPECT_GT(allocation, 1u) << "the operation allocates nothing";
+      return;
+    }
+    check(*state);
+  }
+  ADD_FAILURE() << "still failing after " << kMost << " allocations";
+}
+
+}  // namespace
+
+TEST(AllocationFailures, FlushingKeepsThePendingSubstepsAndTheLoadCase)
+{
+  const QuilonLog::Sink former  = QuilonLog::SetSink([](const QuilonLog::Line&) {});
+  const auto            prepare = [] {
+    auto logger = std::make_unique<Logger>();
+    for (int substep = 1; substep < 40; substep += 2) logger->SetReadSubstep(1, 12, substep);
+    return logger;
+  };
+  const std::set<int> pending = prepare()->Read();
+  SweepAllocations(
+      prepare, [](Logger& logger) { logger.SetReadSubstep(1, 13, 1); },
+      [&](Logger& logger) {
+        // Either the flush failed and all is pending still, or the new substep found no room after it.
+        if (logger.LoadCase() == 12) {
+          EXPECT_EQ(logger.Read(), pending);
+        } else {
+          EXPECT_TRUE(logger.Read().empty());
+        }
+      });
+  QuilonLog::SetSink(former);
+}
+
+TEST(AllocationFailures, OneInTheDestructorOfALoggerArrivesToo)
+{
+  const QuilonLog::Sink former    = QuilonLog::SetSink([](const QuilonLog::Line&) {});
+  bool                  hasFailed = false;
+  try {
+    // Deliberately in this order: the failure is armed while the logger is destroyed.
+    std::optional<AllocationFailure> failure;
+    Logger                           logger;
+    for (int substep = 1; substep < 40; substep += 2) logger.SetReadSubstep(1, 12, substep);
+    failure.emplace(1);
+  } catch (const std::bad_alloc&) {
+    hasFailed = true;
+  }
+  QuilonLog::SetSink(former);
+  EXPECT_TRUE(hasFailed);
+}
+
+TEST(AllocationFailures, AResultMatrixIsStoredWholeOrNotAtAll)
+{
+  // Element 30 has a matrix; memory runs out while it is replaced.
+  const auto prepare = [] {
+    auto db = std::make_unique<FED_ResultDatabase>();
+    FEM_ResultUtil::SetResultMatrix(*db, Descriptor(597), 30, 2, {1, 2, 3, 4});
+    return db;
+  };
+  const auto                before = Snapshot(*prepare());
+  const std::vector<double> values(100, 2.5);
+  SweepAllocations(
+      prepare, [&](FED_Database& db) { FEM_ResultUtil::SetResultMatrix(db, Descriptor(597), 30, 10, values); },
+      [&](FED_Database& db) {
+        EXPECT_EQ(Snapshot(db), before);
+        FEM_ResultUtil::SetResultMatrix(db, Descriptor(597), 30, 2, {1, 2, 3, 4});
+        EXPECT_EQ(Snapshot(db), before) << "and the database is in working order";
+      });
+}
+
+TEST(AllocationFailures, AScratchRecordOfReadingElementNodesGoesWithTheBlockAtTheLatest)
+{
+  struct State
+  {
+    FED_ResultDatabase inner;
+    RecordingDatabase  db{inner, quilon_test::Detail::Database};
+  };
+  const std::vector<int> nodes   = {1, 2, 3, 4, 5, 6, 7, 8};
+  const auto             prepare = [&] {
+    auto                  state  = std::make_unique<State>();
+    FED_DataBlock&        block  = state->inner.GetOrCreateDataBlock(Descriptor(595), 0);
+    FED_DataRecord* const record = block.CreateDataRecord();
+    record->SetIntList(1, nodes);
+    block.SetRecord(state->inner.GetIdMapsPool().FindOrAddIndex(1, 30), *record);
+    block.DeleteDataRecord(record);
+    return state;
+  };
+  const auto stored = Snapshot(prepare()->inner);
+  SweepAllocations(
+      prepare,
+      [&](State& state) { EXPECT_TRUE(FEM_ResultUtil::AreElementNodesDefined(state.db, Descriptor(595), 30, nodes)); },
+      [&](State& state) {
+        EXPECT_EQ(Snapshot(state.inner), stored);
+        state.db.DeleteDataBlock(Descriptor(595));
+        EXPECT_EQ(state.db.GetLiveScratchRecords(), 0u);
+      });
+}
