@@ -26,6 +26,21 @@ int GetEntityKind(const FED_DataBlock& block)
   return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind();
 }
 
+// The doubles of a record of the block; `unknown` while it has no format.
+std::size_t CountDoubles(const FED_DataBlock& block, std::size_t unknown)
+{
+  const ScratchGuard<FED_ConstDataRecord> record(block, block.CreateConstDataRecord());
+  return record->GetFieldCount() == 0 ? unknown : FED_RecordFormat::FromRecord(*record).GetDoubleCount();
+}
+
+[[noreturn]] void ThrowWrongCount(const FED_DataBlock& block, std::size_t actual, std::size_t expected)
+{
+  ThrowBlockFailure(block.GetDescriptor(),
+                    "doubles in a record: " + std::to_string(actual) + ", expected " + std::to_string(expected) +
+                        (actual == 0 ? " (the record format is not made of doubles)" : ""),
+                    kTag);
+}
+
 }  // namespace
 
 FED_ConstIdDataBlock::FED_ConstIdDataBlock(const FED_DataBlock& block, const FED_IdMapsPool& pool)
@@ -115,17 +130,10 @@ std::size_t FED_ConstIdDataBlock::RequireIndex(int id) const
 
 void FED_ConstIdDataBlock::RequireDoubles(std::size_t count) const
 {
-  if (doubleCount_ == kUnknownCount) {
-    const ScratchGuard<FED_ConstDataRecord> record(block_, block_.CreateConstDataRecord());
-    // A block without a format may get one later and is asked again.
-    if (record->GetFieldCount() == 0) return;
-    doubleCount_ = FED_RecordFormat::FromRecord(*record).GetDoubleCount();
-  }
   if (doubleCount_ == count) return;
-  ThrowBlockFailure(GetDescriptor(),
-                    "doubles in a record: " + std::to_string(doubleCount_) + ", expected " + std::to_string(count) +
-                        (doubleCount_ == 0 ? " (the record format is not made of doubles)" : ""),
-                    kTag);
+  // A block without a format may get one later and is asked again.
+  if (doubleCount_ == kUnknownCount) doubleCount_ = CountDoubles(block_, kUnknownCount);
+  if (doubleCount_ != count && doubleCount_ != kUnknownCount) ThrowWrongCount(block_, doubleCount_, count);
 }
 
 FED_ConstIdDataRecord& FED_ConstIdDataBlock::Keep(std::unique_ptr<FED_ConstIdDataRecord> record) const

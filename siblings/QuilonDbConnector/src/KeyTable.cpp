@@ -36,40 +36,6 @@ void KeyTable::Expect(std::size_t count) noexcept
   expected_ = static_cast<std::uint32_t>(std::min(count, kMaxExpected));
 }
 
-void KeyTable::Prepare(std::uint32_t key, std::uint32_t row)
-{
-  const std::uint32_t maxKey = std::max(maxKey_, key);
-  switch (form_) {
-    case Form::Run:
-      if (count_ == 0 || (key == firstKey_ + count_ && row == firstRow_ + count_)) return;
-      break;
-    case Form::Direct:
-      if (key < direct_.size()) return;
-      break;
-    case Form::Hashed:
-      if (2 * (std::size_t{count_} + 1) <= hashed_.size()) return;
-      break;
-  }
-  if (DirectPays(maxKey))
-    BecomeDirect(maxKey);
-  else
-    BecomeHashed();
-}
-
-void KeyTable::Insert(std::uint32_t key, std::uint32_t row) noexcept
-{
-  if (form_ == Form::Direct) {
-    direct_[key] = row;
-  } else if (form_ == Form::Hashed) {
-    hashed_[FindSlot(hashed_, key)] = {key, row};
-  } else if (count_ == 0) {
-    firstKey_ = key;
-    firstRow_ = row;
-  }
-  maxKey_ = std::max(maxKey_, key);
-  ++count_;
-}
-
 std::vector<std::uint32_t> KeyTable::GetKeys() const
 {
   std::vector<std::uint32_t> keys;
@@ -79,7 +45,21 @@ std::vector<std::uint32_t> KeyTable::GetKeys() const
   return keys;
 }
 
+void KeyTable::Grow(std::uint32_t key)
+{
+  const std::uint32_t maxKey = std::max(maxKey_, key);
+  if (DirectPays(maxKey))
+    BecomeDirect(maxKey);
+  else
+    BecomeHashed();
+}
+
 std::uint32_t KeyTable::FindHashed(std::uint32_t key) const noexcept { return hashed_[FindSlot(hashed_, key)].row; }
+
+void KeyTable::InsertHashed(std::uint32_t key, std::uint32_t row) noexcept
+{
+  hashed_[FindSlot(hashed_, key)] = {key, row};
+}
 
 bool KeyTable::DirectPays(std::uint32_t maxKey) const noexcept
 {

@@ -38,10 +38,25 @@ public:
 
   /// Makes the room that Insert() of the same pair needs. When it throws, and as long as Insert() does not follow, the
   /// table answers as before.
-  void Prepare(std::uint32_t key, std::uint32_t row);
+  void Prepare(std::uint32_t key, std::uint32_t row)
+  {
+    if (!HasRoom(key, row)) Grow(key);
+  }
 
   /// Adds a prepared, unknown key.
-  void Insert(std::uint32_t key, std::uint32_t row) noexcept;
+  void Insert(std::uint32_t key, std::uint32_t row) noexcept
+  {
+    if (form_ == Form::Direct)
+      direct_[key] = row;
+    else if (form_ == Form::Hashed)
+      InsertHashed(key, row);
+    else if (count_ == 0) {
+      firstKey_ = key;
+      firstRow_ = row;
+    }
+    if (key > maxKey_) maxKey_ = key;
+    ++count_;
+  }
 
   /// @return all keys, ascending
   std::vector<std::uint32_t> GetKeys() const;
@@ -60,7 +75,16 @@ private:
     std::uint32_t row = kNone;
   };
 
+  bool HasRoom(std::uint32_t key, std::uint32_t row) const noexcept
+  {
+    if (form_ == Form::Run) return count_ == 0 || (key == firstKey_ + count_ && row == firstRow_ + count_);
+    if (form_ == Form::Direct) return key < direct_.size();
+    return 2 * (std::size_t{count_} + 1) <= hashed_.size();
+  }
+
+  void          Grow(std::uint32_t key);
   std::uint32_t FindHashed(std::uint32_t key) const noexcept;
+  void          InsertHashed(std::uint32_t key, std::uint32_t row) noexcept;
   bool          DirectPays(std::uint32_t maxKey) const noexcept;
   void          BecomeDirect(std::uint32_t maxKey);
   void          BecomeHashed();

@@ -115,6 +115,28 @@ void ReadField(const ListColumn<double>& column, std::size_t row, ResultRecord::
   std::copy_n(column.GetRow(row), list.GetSize(), list.GetData());
 }
 
+// Widths are 1, 3 and 6: copied in place, where a general copy would be a call for each record.
+template <std::size_t width>
+void CopyWidth(const double* from, double* to) noexcept
+{
+  for (std::size_t i = 0; i < width; ++i) to[i] = from[i];
+}
+
+void CopyDoubles(const double* from, std::size_t width, double* to) noexcept
+{
+  switch (width) {
+    case 1:
+      CopyWidth<1>(from, to);
+      break;
+    case 3:
+      CopyWidth<3>(from, to);
+      break;
+    default:
+      CopyWidth<6>(from, to);
+      break;
+  }
+}
+
 std::string Count(std::size_t count, const char* what)
 {
   return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
@@ -216,9 +238,10 @@ void ResultDataBlock::SetScalarAt(std::size_t index, double value)
   }
   if (!columns_.format.IsEmpty())
     Fail("a scalar was given, the record format is \"" + columns_.format.ToString() + '"');
+  RequireIndex(index);
   Columns columns(FED_RecordFormat::Parse("D"));
   Reserve(columns);
-  const std::uint32_t row      = PrepareRow(columns, index);
+  const std::uint32_t row      = PrepareNewRow(columns, index);
   *columns.single->GetRow(row) = value;
   columns_                     = std::move(columns);
   CommitRow(index, row);
@@ -236,13 +259,13 @@ void ResultDataBlock::SetValuesAt(std::size_t index, const double* values)
 {
   if (columns_.doubleCount == 0) RequireDoubleFormat();
   std::uint32_t row = FindRow(index);
-  if (row == KeyTable::kNone) row = PrepareRow(columns_, index);
+  if (row == KeyTable::kNone) row = PrepareNewRow(columns_, index);
   if (columns_.single != nullptr) {
-    std::copy_n(values, columns_.single->GetWidth(), columns_.single->GetRow(row));
+    CopyDoubles(values, columns_.single->GetWidth(), columns_.single->GetRow(row));
   } else {
     for (Column& column : columns_.columns) {
       auto& doubles = *std::get_if<ValueColumn<double>>(&column);
-      std::copy_n(values, doubles.GetWidth(), doubles.GetRow(row));
+      CopyDoubles(values, doubles.GetWidth(), doubles.GetRow(row));
       values += doubles.GetWidth();
     }
   }
@@ -253,13 +276,14 @@ void ResultDataBlock::GetValuesAt(std::size_t index, double* out) const
 {
   const std::size_t row = GetRow(index);
   if (columns_.single != nullptr) {
-    std::copy_n(columns_.single->GetRow(row), columns_.single->GetWidth(), out);
+    CopyDoubles(columns_.single->GetRow(row), columns_.single->GetWidth(), out);
     return;
   }
   if (columns_.doubleCount == 0) RequireDoubleFormat();
   for (const Column& column : columns_.columns) {
     const auto& doubles = *std::get_if<ValueColumn<double>>(&column);
-    out                 = std::copy_n(doubles.GetRow(row), doubles.GetWidth(), out);
+    CopyDoubles(doubles.GetRow(row), doubles.GetWidth(), out);
+    out += doubles.GetWidth();
   }
 }
 
@@ -326,19 +350,30 @@ void ResultDataBlock::Reserve(Columns& columns) const
 {
   if (columns.columns.empty()) return;
   const std::size_t rows = std::min(expected_, kMaxExpectedBytes / GetRowBytes(columns.format));
+  EnsureRows(columns, rows);
+}
+
+void ResultDataBlock::EnsureRows(Columns& columns, std::size_t rows)
+{
   for (Column& column : columns.columns) std::visit([rows](auto& typed) { typed.EnsureRows(rows); }, column);
 }
 
-// The row of the index; one that is not there yet gets room behind all others.
-std::uint32_t ResultDataBlock::PrepareRow(Columns& columns, std::size_t index)
+void ResultDataBlock::RequireIndex(std::size_t index) const
 {
   if (index > KeyTable::kMaxKey) Fail("index is " + std::to_string(index) + ", expected 0 to 2147483647");
-  const std::uint32_t found = FindRow(index);
-  if (found != KeyTable::kNone) return found;
-  const std::size_t row = rows_.GetCount();
-  for (Column& column : columns.columns) std::visit([row](auto& typed) { typed.EnsureRows(row + 1); }, column);
-  rows_.Prepare(static_cast<std::uint32_t>(index), static_cast<std::uint32_t>(row));
-  return static_cast<std::uint32_t>(row);
+}
+
+// Room behind all rows for an index that has none.
+std::uint32_t ResultDataBlock::PrepareNewRow(Columns& columns, std::size_t index)
+{
+  RequireIndex(index);
+  const auto row = static_cast<std::uint32_t>(rows_.GetCount());
+  if (columns.single != nullptr)
+    columns.single->EnsureRows(std::size_t{row} + 1);
+  else
+    EnsureRows(columns, std::size_t{row} + 1);
+  rows_.Prepare(static_cast<std::uint32_t>(index), row);
+  return row;
 }
 
 void ResultDataBlock::CommitRow(std::size_t index, std::uint32_t row) noexcept
@@ -370,6 +405,7 @@ void ResultDataBlock::RequireDoubleFormat() const
 
 void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
 {
+  RequireIndex(index);
   const auto& fields  = record.GetFields();
   const bool  isFirst = columns_.format.IsEmpty();
   Columns     adopted;
@@ -382,7 +418,8 @@ void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
   }
   Columns&            columns  = isFirst ? adopted : columns_;
   const std::size_t   rowCount = rows_.GetCount();
-  const std::uint32_t row      = PrepareRow(columns, index);
+  const std::uint32_t present  = FindRow(index);
+  const std::uint32_t row      = present != KeyTable::kNone ? present : PrepareNewRow(columns, index);
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const Elements elements = GetElements(fields[i].value);
     if (elements.length > kMaxListLength)

@@ -74,7 +74,9 @@ private:
   [[noreturn]] void Fail(const std::string& text) const;
   std::uint32_t     FindRow(std::size_t index) const noexcept;
   void              Reserve(Columns& columns) const;
-  std::uint32_t     PrepareRow(Columns& columns, std::size_t index);
+  static void       EnsureRows(Columns& columns, std::size_t rows);
+  void              RequireIndex(std::size_t index) const;
+  std::uint32_t     PrepareNewRow(Columns& columns, std::size_t index);
   void              CommitRow(std::size_t index, std::uint32_t row) noexcept;
   void              RequireFit(const ResultRecord& record) const;
   void              RequireDoubleFormat() const;
