@@ -159,7 +159,7 @@ void QuilonOnfToVtm::CopyOnfToVector(const std::wstring& onfPath, QuilonContaine
                                      QuilonContainer::Span<double> x, QuilonContainer::Span<double> y,
                                      QuilonContainer::Span<double> z, const FED_DataDescriptor& descriptor)
 {
-  // A block has at most 2^31 - 1 records that an int can count; the comparison with the span's size widens it.
+  // The counter is an int; no block has more records than it counts. Compared with the span's size it is widened.
   ReadBlock<int>(onfPath, descriptor, ids, [&](const FED_ConstIdDataBlock& view, int id, int n) {
     double vector[3] = {};
     view.GetVector(id, vector);

@@ -1,5 +1,6 @@
 #include "FemLogger.h"
 
+#include <iterator>
 #include <locale>
 #include <sstream>
 #include <utility>
