@@ -4,6 +4,6 @@
 
 namespace quilon {
 
-void Fail(const std::string& message) { throw FED_Failure(message, "|%P|QuilonHost|host"); }
+void Fail(const std::string& message) { throw FED_Failure(message, "|%P|quilon|host"); }
 
 }  // namespace quilon

@@ -14,6 +14,7 @@
 #include "calculix/FrdResultFile.h"
 #include "calculix/ImportJob.h"
 #include "Derivation.h"
+#include "Failure.h"
 
 namespace quilon {
 
@@ -24,8 +25,6 @@ using calculix::FrdResultFile;
 using calculix::ImportJob;
 using calculix::ImportRecord;
 using calculix::UserKindPool;
-
-constexpr char kTag[] = "|%P|QuilonHost|ResultImport";
 
 /// The files of one job; paths that are not given are empty.
 struct JobFiles
@@ -66,13 +65,13 @@ std::vector<JobFiles> GroupByStem(const std::vector<std::filesystem::path>& file
     } else if (extension == ".sta") {
       job->sta = file;
     } else {
-      throw FED_Failure(file.string() + ": expected a result file .frd, .dat or .sta", kTag);
+      Fail(file.string() + ": expected a result file .frd, .dat or .sta");
     }
   }
 
   for (JobFiles& job : jobs) {
     if (job.frd.empty() && job.dat.empty()) {
-      throw FED_Failure(job.sta.string() + ": expected a .frd or .dat of the same name with it", kTag);
+      Fail(job.sta.string() + ": expected a .frd or .dat of the same name with it");
     }
     const std::filesystem::path beside = std::filesystem::path(job.stem) += ".sta";
     if (job.sta.empty() && std::filesystem::exists(beside)) job.sta = beside;
@@ -144,7 +143,7 @@ void RefuseSkipped(const ImportRecord& record)
   for (const SkippedRows& skipped : record.Skipped()) {
     message += (message.empty() ? "" : "; ") + std::to_string(skipped.rows) + " x " + skipped.reason;
   }
-  if (!message.empty()) throw FED_Failure("expected to read everything, left out: " + message, kTag);
+  if (!message.empty()) Fail("expected to read everything, left out: " + message);
 }
 
 void Derive(FED_Database& target, const ImportOptions& options)

@@ -6,17 +6,15 @@
 #include <cmath>
 
 #include <QuilonDbConnector/FED_Database.h>
-#include <QuilonUtilities/FED_Failure.h>
 
 #include "calculix/Extrapolation.h"
 #include "Derivation.h"
+#include "Failure.h"
 #include "FEM_ResultUtil.h"
 
 namespace quilon::calculix {
 
 namespace {
-
-constexpr char kTag[] = "|%P|QuilonHost|DatResultFile";
 
 constexpr int         kLoggedDatFile = 2;
 constexpr std::size_t kNumComponents = 6;
@@ -118,7 +116,7 @@ void DatResultFile::Read()
 
 void DatResultFile::Fail(std::int64_t line, const std::string& message) const
 {
-  throw FED_Failure(path_.string() + ":" + std::to_string(line) + ": " + message, kTag);
+  quilon::Fail(path_.string() + ":" + std::to_string(line) + ": " + message);
 }
 
 void DatResultFile::OnModes(std::span<const DatMode> modes)

@@ -5,16 +5,14 @@
 
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
-#include <QuilonUtilities/FED_Failure.h>
 
 #include "calculix/FrdReader.h"
+#include "Failure.h"
 #include "FEM_ResultUtil.h"
 
 namespace quilon::calculix {
 
 namespace {
-
-constexpr char kTag[] = "|%P|QuilonHost|ResultMesh";
 
 constexpr int kCoordinates  = 516;
 constexpr int kElementNodes = 595;
@@ -38,12 +36,12 @@ void ResultMesh::AddElements(std::span<const FrdElement> elements)
   for (const FrdElement& element : elements) {
     const std::string name = path_.string() + ": element " + std::to_string(element.id);
     if (elements_.Find(element.id) != IdRadixMap<Element>::npos) {
-      throw FED_Failure(name + " is listed twice, expected once", kTag);
+      Fail(name + " is listed twice, expected once");
     }
     for (const int id : element.nodes) {
       Node* node = FindNode(id);
       if (node == nullptr) {
-        throw FED_Failure(name + " names node " + std::to_string(id) + ", expected one of the file's nodes", kTag);
+        Fail(name + " names node " + std::to_string(id) + ", expected one of the file's nodes");
       }
       ++node->numElements;
     }
