@@ -26,6 +26,8 @@ using calculix::ImportJob;
 using calculix::ImportRecord;
 using calculix::UserKindPool;
 
+constexpr char kTag[] = "|%P|QuilonHost|ResultImport";
+
 /// The files of one job; paths that are not given are empty.
 struct JobFiles
 {
@@ -97,9 +99,14 @@ public:
       // Last, because the solver's averages go elsewhere where there are ours, and are compared with them.
       if (!files_.frd.empty()) ReadFrdPass(FrdResultFile::PassResults);
     }
-    job_.DropBroken();
+    const std::size_t numWhole = job_.DropBroken();
     job_.WriteScalars();
-    if (failure_) std::rethrow_exception(failure_);
+    if (failure_) {
+      FED_LogMacros::log_msg(FED_LogMacros::LogNotice, "host/ResultImport", __LINE__, kTag,
+                             "keeping %Iu whole results of %s, what follows is broken", numWhole,
+                             files_.stem.filename().string().c_str());
+      std::rethrow_exception(failure_);
+    }
   }
 
 private:

@@ -249,17 +249,19 @@ void DatResultFile::OnRows(const DatBlock& block, std::span<const DatRow> rows)
     if (!skipReason_.empty()) job_.Record().Skip(skipReason_, rows.size());
     return;
   }
+  std::size_t numFaces   = 0;
+  std::size_t numUnknown = 0;
   for (const DatRow& row : rows) {
     switch (block.rows) {
       case DatRows::Node:
-        if (!job_.Mesh().IsEmpty() && job_.Mesh().FindNode(row.id) == nullptr) job_.Record().Skip(kNoMeshNodes, 1);
+        if (!job_.Mesh().IsEmpty() && job_.Mesh().FindNode(row.id) == nullptr) ++numUnknown;
         WriteRow(row);
         break;
       case DatRows::Element:
         if (row.point == 0) {
           WriteRow(row);
         } else {
-          job_.Record().Skip(kFaces, 1);
+          ++numFaces;
         }
         break;
       case DatRows::Point:
@@ -270,6 +272,10 @@ void DatResultFile::OnRows(const DatBlock& block, std::span<const DatRow> rows)
         break;
     }
   }
+  job_.Record().Skip(kFaces, numFaces);
+  // No mistake in itself: the .frd lists neither the original nodes of expanded shells nor those that rotate a rigid
+  // body.
+  job_.Record().Skip(kNoMeshNodes, numUnknown);
 }
 
 void DatResultFile::WriteRow(const DatRow& row)

@@ -98,15 +98,20 @@ void ImportJob::LimitTo(const StepKey& key)
   if (IsWithin(key)) limit_ = key;
 }
 
-void ImportJob::DropBroken()
+std::size_t ImportJob::DropBroken()
 {
+  std::size_t numWhole = 0;
   for (const auto& [key, onfs] : written_) {
-    if (IsWithin(key)) continue;
+    if (IsWithin(key)) {
+      ++numWhole;
+      continue;
+    }
     for (const int onf : onfs) {
       const FED_DataDescriptor descriptor = MakeDescriptor(key, onf);
       if (database_.HasDataBlock(descriptor)) database_.DeleteDataBlock(descriptor);
     }
   }
+  return numWhole;
 }
 
 }  // namespace quilon::calculix

@@ -120,7 +120,8 @@ public:
   bool HasLimit() const noexcept { return limit_.has_value(); }
   bool IsWithin(const StepKey& key) const { return !limit_ || key < *limit_; }
   /// Deletes what was written of results that are broken.
-  void DropBroken();
+  /// @return the number of results that are whole
+  std::size_t DropBroken();
 
 private:
   FED_DataDescriptor MakeDescriptor(const StepKey& key, int onf) const;
