@@ -1,1 +1,32 @@
-# install
+# What goes into the install tree, and the package that finds it: find_package(Quilon), then Quilon::DbDataTools and, with
+# the bundled siblings, Quilon::Utilities, Quilon::OnfSpecification, Quilon::DbConnector and Quilon::OnfEngine.
+include(CMakePackageConfigHelpers)
+
+set(quilon_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Quilon)
+
+set_target_properties(quilon_contract PROPERTIES EXPORT_NAME Contract)
+set_target_properties(QuilonDbDataTools PROPERTIES EXPORT_NAME DbDataTools)
+install(TARGETS quilon_contract QuilonDbDataTools EXPORT QuilonTargets
+        FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quilon)
+install(DIRECTORY contract/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quilon/contract FILES_MATCHING PATTERN *.h)
+
+if(QUILON_SIBLINGS STREQUAL bundled)
+  foreach(sibling Utilities OnfSpecification DbConnector OnfEngine)
+    set_target_properties(Quilon${sibling} PROPERTIES EXPORT_NAME ${sibling})
+    target_include_directories(
+      Quilon${sibling} INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/quilon/siblings>)
+    install(TARGETS Quilon${sibling} EXPORT QuilonTargets)
+    install(DIRECTORY siblings/Quilon${sibling}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quilon/siblings
+            FILES_MATCHING PATTERN *.h)
+  endforeach()
+  set_target_properties(quilon PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS quilon)
+endif()
+set_property(TARGET QuilonDbDataTools PROPERTY INSTALL_RPATH "\$ORIGIN")
+
+install(EXPORT QuilonTargets NAMESPACE Quilon:: DESTINATION ${quilon_package_dir})
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/QuilonConfig.cmake
+     CONTENT "include(\${CMAKE_CURRENT_LIST_DIR}/QuilonTargets.cmake)\n")
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/QuilonConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/QuilonConfig.cmake ${PROJECT_BINARY_DIR}/QuilonConfigVersion.cmake
+        DESTINATION ${quilon_package_dir})

@@ -1,0 +1,60 @@
+#!/usr/bin/env python3
+"""Compares what the shared library exports with the list of what it promises.
+
+usage: scripts/check_exports.py LIBRARY LIST [--update]
+
+LIST holds one demangled symbol a line, sorted. Instantiations of standard templates are nobody's promise and left out.
+The library may need nothing at run time but the C++ and C libraries; that is checked too. --update writes the list.
+"""
+
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+MAY_NEED = re.compile(r"^(libstdc\+\+|libm|libc|libgcc_s|ld-linux[^.]*|libasan|libubsan|libtsan)\.so")
+STANDARD = re.compile(r"^(?:(?:virtual thunk to|typeinfo for|typeinfo name for|vtable for|guard variable for) )?"
+                      r"(?:[\w:<>,&* ]+ )?(?:std|__gnu_cxx)::|^operator (?:new|delete)|^__(?:asan|odr)|^_(?:init|fini)$")
+
+
+def exported(library):
+    lines = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True, text=True).stdout
+    names = set()
+    for line in lines.splitlines():
+        _, kind, name = line.split(maxsplit=2)
+        if kind in "TWVBDRu" and not STANDARD.match(name):
+            names.add(name)
+    return sorted(names)
+
+
+def needed(library):
+    lines = subprocess.run(["readelf", "-dW", library], check=True, capture_output=True, text=True).stdout
+    return re.findall(r"\(NEEDED\).*\[(.+)\]", lines)
+
+
+def main():
+    arguments = [a for a in sys.argv[1:] if a != "--update"]
+    if len(arguments) != 2:
+        print(__doc__)
+        return 0 if "--help" in arguments or "-h" in arguments else 2
+    library, listing = arguments[0], Path(arguments[1])
+    found = exported(library)
+    if "--update" in sys.argv:
+        listing.write_text("\n".join(found) + "\n")
+        return 0
+    promised = [line for line in listing.read_text().splitlines() if line]
+    extra, lost = sorted(set(found) - set(promised)), sorted(set(promised) - set(found))
+    foreign = [name for name in needed(library) if not MAY_NEED.match(name)]
+    for name in lost:
+        print(f"promised, but not exported: {name}")
+    for name in extra:
+        print(f"exported, but not promised: {name}")
+    for name in foreign:
+        print(f"needed at run time, but not the standard library: {name}")
+    if not (lost or extra or foreign):
+        print(f"{len(found)} symbols, as promised")
+    return 1 if lost or extra or foreign else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,85 @@
+#!/usr/bin/env python3
+"""Checks that includes point one way.
+
+usage: scripts/check_layers.py [ROOT]
+
+    src, include  see  include, contract, src (src only)
+    a sibling     sees contract, its own folder, include/ of lower siblings
+    host          sees include, contract, the siblings' include/, host
+    contract      sees contract
+
+Nothing outside tests, bench and examples includes a test framework; the library includes the standard library alone.
+Prints each wrong include as FILE:LINE and exits with 1 when there is one.
+"""
+
+import re
+import sys
+from pathlib import Path
+
+SIBLINGS = ["QuilonUtilities", "QuilonOnfSpecification", "QuilonDbConnector", "QuilonOnfEngine"]  # lowest first
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+SOURCES = {".h", ".hpp", ".cpp"}
+
+# What the library and the contract may take from outside: headers of the C++20 standard library.
+STANDARD = re.compile(r"^[a-z_0-9]+$")
+FORBIDDEN_STANDARD = {"thread", "mutex", "shared_mutex", "condition_variable", "future", "format", "source_location"}
+
+
+def allowed_folders(root, layer, sibling):
+    contract = root / "contract"
+    if layer == "contract":
+        return [contract]
+    if layer == "include":
+        return [root / "include", contract]
+    if layer == "src":
+        return [root / "src", root / "include", contract]
+    if layer == "siblings":
+        own = root / "siblings" / sibling
+        lower = SIBLINGS[: SIBLINGS.index(sibling)]
+        return [own / "src", own / "include", own / "tools", contract] + [root / "siblings" / s / "include" for s in lower]
+    if layer == "host":
+        return [root / "host", root / "include", contract] + [root / "siblings" / s / "include" for s in SIBLINGS]
+    raise ValueError(layer)
+
+
+def check_file(root, path, layer, sibling):
+    folders = allowed_folders(root, layer, sibling)
+    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        match = INCLUDE.match(line)
+        if not match:
+            continue
+        name = match.group(2)
+        where = f"{path.relative_to(root)}:{number}"
+        candidates = [path.parent / name] + [folder / name for folder in folders]
+        inside = [c.resolve() for c in candidates if c.is_file()]
+        if inside:
+            if not any(str(c).startswith(str(f.resolve()) + "/") for c in inside for f in folders):
+                yield f"{where}: {layer} may not include {name}"
+            continue
+        ours = [p for top in ("contract", "include", "src", "siblings", "host", "tests") for p in (root / top).rglob(name.split("/")[-1])]
+        if any(str(p).endswith("/" + name) for p in ours):
+            yield f"{where}: {layer} may not include {name}"
+        elif re.match(r"(gtest|gmock|benchmark)/", name):
+            yield f"{where}: {layer} includes a test framework, {name}"
+        elif layer in ("contract", "include", "src") and (not STANDARD.match(name) or name in FORBIDDEN_STANDARD):
+            yield f"{where}: the library depends on the standard library alone and starts no threads; found {name}"
+
+
+def main():
+    if len(sys.argv) > 1 and sys.argv[1] in ("-h", "--help"):
+        print(__doc__)
+        return 0
+    root = Path(sys.argv[1] if len(sys.argv) > 1 else Path(__file__).parent.parent).resolve()
+    wrong, files = [], 0
+    for layer in ("contract", "include", "src", "siblings", "host"):
+        for path in sorted((root / layer).rglob("*")):
+            if path.suffix in SOURCES and path.is_file():
+                sibling = path.relative_to(root / layer).parts[0] if layer == "siblings" else None
+                wrong += check_file(root, path, layer, sibling)
+                files += 1
+    print("\n".join(wrong) if wrong else f"{files} files keep their layer")
+    return 1 if wrong or files == 0 else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Installs what the project needs on Debian 12. Packages that are there already are left alone, so that a machine that
+# has them all needs neither root nor a network.
+#
+# usage: scripts/install_dependencies.sh [build] [test] [ci]     (default: build)
+set -euo pipefail
+
+if [[ ${1:-} == --help || ${1:-} == -h ]]; then
+  sed -n '2,6s/^# \{0,1\}//p' "$0"
+  exit 0
+fi
+
+declare -A group=(
+  [build]="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev"
+  [test]="libgtest-dev libgmock-dev libbenchmark-dev libabsl-dev python3 binutils"
+  [ci]="clang-14 libclang-rt-14-dev clang-format-14 calculix-ccx"
+)
+
+missing=()
+for name in "${@:-build}"; do
+  [[ -n ${group[$name]:-} ]] || { echo "install_dependencies: unknown group '$name', expected build, test or ci" >&2; exit 2; }
+  for package in ${group[$name]}; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
+  done
+done
+((${#missing[@]})) || exit 0
+
+run=()
+if ((EUID != 0)); then
+  command -v sudo >/dev/null || { echo "install_dependencies: needs root for: ${missing[*]}" >&2; exit 2; }
+  run=(sudo)
+fi
+echo "installing: ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${run[@]}" apt-get update -qq
+"${run[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null
