@@ -13,7 +13,7 @@ fi
 declare -A group=(
   [build]="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev"
   [test]="libgtest-dev libgmock-dev libbenchmark-dev libabsl-dev python3 binutils"
-  [ci]="clang-14 libclang-rt-14-dev clang-format-14 calculix-ccx"
+  [ci]="doxygen clang-14 libclang-rt-14-dev clang-format-14 calculix-ccx"
 )
 
 missing=()
