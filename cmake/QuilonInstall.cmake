@@ -17,7 +17,7 @@ if(QUILON_SIBLINGS STREQUAL bundled)
       Quilon${sibling} INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/quilon/siblings>)
     install(TARGETS Quilon${sibling} EXPORT QuilonTargets)
     install(DIRECTORY siblings/Quilon${sibling}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quilon/siblings
-            FILES_MATCHING PATTERN *.h)
+            OPTIONAL FILES_MATCHING PATTERN *.h)
   endforeach()
   set_target_properties(quilon PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS quilon)
