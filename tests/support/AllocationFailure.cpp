@@ -23,7 +23,8 @@ void* Require(void* memory)
 
 }  // namespace
 
-// The other forms of new and delete end in these.
+// The array forms are here although the standard library's end in the plain ones: AddressSanitizer has its own.
+// Forms that take std::nothrow are not replaced.
 void* operator new(std::size_t size)
 {
   CountOne(size);
@@ -37,10 +38,18 @@ void* operator new(std::size_t size, std::align_val_t alignment)
   return Require(std::aligned_alloc(unit, (size + unit - 1) / unit * unit));
 }
 
+void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new[](std::size_t size, std::align_val_t alignment) { return operator new(size, alignment); }
+
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::align_val_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
 
 namespace quilon_test {
 
