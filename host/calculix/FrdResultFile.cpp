@@ -24,10 +24,6 @@ constexpr KnownDataset kKnownDatasets[] = {
     {"FLUX", 3, 515}, {"RFL", 1, 517},  {"PE", 1, 518},   {"ENER", 1, 519},
 };
 
-constexpr int kKindTime      = 0;
-constexpr int kKindHarmonic  = 1;
-constexpr int kKindModes     = 2;
-constexpr int kKindBuckling  = 4;
 constexpr int kLoggedFrdFile = 1;
 
 /// @return the tensor of this data set, null when it is none of ours
@@ -107,10 +103,15 @@ void FrdResultFile::OnDatasetBegin(const FrdDataset& dataset)
 
 void FrdResultFile::SetResultScalars(const StepKey& key, const FrdDataset& dataset)
 {
-  if (dataset.kind == kKindTime) job_.SetScalar(key, ScalarTime, dataset.value);
-  if (dataset.kind == kKindModes || dataset.kind == kKindHarmonic) job_.SetScalar(key, ScalarFrequency, dataset.value);
-  if (dataset.kind == kKindBuckling && key.analysis == AnalysisModes) {
-    job_.SetScalar(key, ScalarBucklingFactor, dataset.value);
+  constexpr int kHarmonic = 1;
+  constexpr int kBuckling = 4;
+
+  if (key.analysis == AnalysisTime) {
+    job_.SetScalar(key, ScalarTime, dataset.value);
+  } else if (key.analysis == AnalysisModes) {
+    job_.SetScalar(key, dataset.kind == kBuckling ? ScalarBucklingFactor : ScalarFrequency, dataset.value);
+  } else if (dataset.kind == kHarmonic) {
+    job_.SetScalar(key, ScalarFrequency, dataset.value);
   }
 }
 

@@ -41,12 +41,14 @@ StepKey StepMatcher::AddDataset(const FrdDataset& dataset)
 StepKey StepMatcher::DatasetKey(const FrdDataset& dataset)
 {
   constexpr int kTime     = 0;
+  constexpr int kDynamic  = 1;
   constexpr int kModes    = 2;
   constexpr int kBuckling = 4;
 
-  if (dataset.kind == kTime || (dataset.kind == kBuckling && dataset.value == 0.0)) {
-    return {dataset.step, AnalysisTime, dataset.increment};
-  }
+  const bool isTransient = dataset.kind == kTime || (dataset.kind == kDynamic && dataset.increment > 0);
+  const bool isPreload   = dataset.kind == kBuckling && dataset.value == 0.0;
+  if (isTransient || isPreload) return {dataset.step, AnalysisTime, dataset.increment};
+
   const int analysis = dataset.kind == kModes || dataset.kind == kBuckling ? AnalysisModes : AnalysisOther;
   if (analysis == AnalysisModes && dataset.mode > 0) return {dataset.step, analysis, dataset.mode};
 

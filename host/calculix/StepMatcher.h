@@ -38,9 +38,10 @@ struct StepKey
 
 /// The results of one job as its .frd and .sta list them, and the place of each .dat block among them.
 ///
-/// Keys of data sets: kind 0 is time, with the increment as the .frd says it. Kind 2 is modes. In a buckling step
-/// (kind 4) the value 0 is the preload, a result in time, and every other value a buckling mode, numbered as it comes.
-/// The rest (harmonic response, sensitivities) has no increment to go by and is numbered as it comes.
+/// Keys of data sets: kind 0 is time, with the increment as the .frd says it, and so is kind 1 (dynamics) where it has
+/// an increment; without, it is a harmonic response. Kind 2 is modes. In a buckling step (kind 4) the value 0 is the
+/// preload, a result in time, and every other value a buckling mode, numbered as it comes. The rest (harmonic response,
+/// sensitivities) has no increment to go by and is numbered as it comes.
 ///
 /// A .dat block prints total time alone, or stands under a mode's banner. Blocks come in the order of the results, so a
 /// match never goes back, and of several results at one time a block that its result has already had goes to the next.

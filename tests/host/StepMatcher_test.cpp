@@ -86,6 +86,12 @@ TEST(StepMatcher, ABucklingStepIsAPreloadAndItsModes)
   EXPECT_EQ(KeyOf(matcher, Block(0.0, 2)), (StepKey{1, AnalysisModes, 2}));
 }
 
+TEST(StepMatcher, DynamicResultsWithAnIncrementAreResultsInTime)
+{
+  StepMatcher matcher;
+  EXPECT_EQ(matcher.AddDataset(Dataset(kHarmonic, 1, 5, 1e-4, 1)), (StepKey{1, AnalysisTime, 5}));
+}
+
 TEST(StepMatcher, HarmonicResultsAreNumberedAndFoundByFrequency)
 {
   StepMatcher matcher;
