@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <system_error>
 
@@ -99,12 +100,19 @@ bool ReadDouble(std::string_view column, double& value) noexcept
 
 bool ReadInteger(std::string_view column, int& value) noexcept
 {
-  std::string_view text = WithoutLeadingBlanks(column);
-  if (text.size() > 1 && text.front() == '+' && IsDigit(text[1])) text.remove_prefix(1);
-  int read                = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), read);
-  if (error != std::errc() || end != text.data() + text.size()) return false;
-  value = read;
+  std::size_t at = 0;
+  while (at < column.size() && column[at] == ' ') ++at;
+  const bool negative = at < column.size() && column[at] == '-';
+  if (at < column.size() && (negative || column[at] == '+')) ++at;
+  if (at == column.size() || column.size() - at > 18) return false;  // 18 digits fit 64 bits
+  std::int64_t read = 0;
+  for (; at < column.size(); ++at) {
+    if (!IsDigit(column[at])) return false;
+    read = read * 10 + (column[at] - '0');
+  }
+  if (negative) read = -read;
+  if (read < std::numeric_limits<int>::min() || read > std::numeric_limits<int>::max()) return false;
+  value = static_cast<int>(read);
   return true;
 }
 

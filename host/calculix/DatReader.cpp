@@ -343,8 +343,13 @@ void Reader::ReadBlockHeader()
   }
   Layout layout = *it;
   if (title.find("(slave node") != std::string_view::npos) layout.rows = DatRows::Node;
-  layout.hasFace = title.find("(slave element+face") != std::string_view::npos;
-  SkipEmptyLine("the header");
+  layout.hasFace       = title.find("(slave element+face") != std::string_view::npos;
+  const bool isContact = layout.hasFace || layout.rows != it->rows;
+  if (isContact && Next() && !IsBlank()) {
+    Hold();  // older versions leave no line empty here
+  } else if (!isContact) {
+    SkipEmptyLine("the header");
+  }
   ReadBlock(block, layout, kTotalIndent);
 }
 
@@ -516,12 +521,15 @@ void Reader::Flush(const DatBlock& block)
   values_.clear();
 }
 
-// Reads values that stand behind a blank each; first is the column of the first blank.
+// Reads values that stand behind a blank each and that the line is long enough for; first is the column of the first
+// blank.
 void Reader::AddValues(std::size_t first, std::size_t count)
 {
   for (std::size_t i = 0; i < count; ++i, first += kValueStep) {
     if (file_.Text()[first - 1] != ' ') file_.FailColumn("a blank and a number", first, kValueStep);
-    values_.push_back(file_.GetDouble(first + 1, kValueWidth));
+    double value = 0.0;
+    if (!ReadScientific<6>(file_.Text().data() + first, value)) file_.FailColumn("a number", first + 1, kValueWidth);
+    values_.push_back(value);
   }
 }
 

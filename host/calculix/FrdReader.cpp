@@ -106,19 +106,23 @@ void ToDeckOrder(int type, std::span<int> nodes) noexcept
   if (type == kTypeLine3) std::swap(nodes[1], nodes[2]);
 }
 
-// Rows on their way to a sink: ids has shape [capacity], values has shape [capacity, numValues].
+// Rows on their way to a sink: ids_ has shape [capacity_], values_ has shape [capacity_, numValues_].
 class RowBatch
 {
 public:
-  explicit RowBatch(std::size_t numValues)
-      : numValues_(numValues),
-        ids_(std::max<std::size_t>(1, std::min(kBatchRows, kBatchValues / numValues))),
-        values_(ids_.size() * numValues)
-  {}
+  RowBatch() : ids_(kBatchRows), values_(kBatchValues) {}
 
-  bool        IsEmpty() const noexcept { return size_ == 0; }
-  bool        IsFull() const noexcept { return size_ == ids_.size(); }
-  std::size_t GetSize() const noexcept { return size_; }
+  /// Empties the batch for rows of another size.
+  void Start(std::size_t numValues)
+  {
+    size_      = 0;
+    numValues_ = numValues;
+    capacity_  = std::max<std::size_t>(1, std::min(kBatchRows, kBatchValues / numValues));
+    if (values_.size() < numValues) values_.resize(numValues);
+  }
+
+  bool IsEmpty() const noexcept { return size_ == 0; }
+  bool IsFull() const noexcept { return size_ == capacity_; }
 
   /// Values of the row behind the last one; Add() keeps them.
   std::span<double> Next() noexcept { return {values_.data() + size_ * numValues_, numValues_}; }
@@ -129,7 +133,8 @@ public:
   std::span<const double> Values() const noexcept { return {values_.data(), size_ * numValues_}; }
 
 private:
-  std::size_t         numValues_;
+  std::size_t         numValues_ = 1;
+  std::size_t         capacity_  = 0;
   std::vector<int>    ids_;
   std::vector<double> values_;
   std::size_t         size_ = 0;
@@ -160,7 +165,7 @@ private:
   std::size_t ReadTextNodes();
   void        ReadBinaryNodes(int count, Encoding encoding);
   void        AddNode(int id);
-  void        FlushNodes(RowBatch& batch);
+  void        FlushNodes();
 
   void ReadElements();
   void ReadTextElements();
@@ -174,13 +179,14 @@ private:
   void        ReadBinaryRows(int count, Encoding encoding);
   void        ReadTextValues(std::span<double> values);
   int         ReadId(const char* what) const;
-  void        FlushRows(RowBatch& batch, std::int64_t line);
+  void        FlushRows(std::int64_t line);
 
   SolverFile              file_;
   FrdSink&                sink_;
   IdSet                   nodes_;
   std::vector<FrdElement> elements_;
   std::vector<int>        elementNodes_;  // of elements_, one after the other; never grows past its first capacity
+  RowBatch                batch_;
   FrdDataset              dataset_;
 };
 
@@ -286,30 +292,30 @@ void Reader::AddNode(int id)
   if (!nodes_.Insert(id)) file_.Fail("expected every node once, found node " + std::to_string(id) + " again");
 }
 
-void Reader::FlushNodes(RowBatch& batch)
+void Reader::FlushNodes()
 {
-  if (!batch.IsEmpty()) sink_.OnNodes(batch.Ids(), batch.Values());
-  batch.Clear();
+  if (!batch_.IsEmpty()) sink_.OnNodes(batch_.Ids(), batch_.Values());
+  batch_.Clear();
 }
 
 std::size_t Reader::ReadTextNodes()
 {
   constexpr const char* kRow  = "a node row ' -1' or the end of the nodes ' -3'";
   constexpr std::size_t kSize = kValueFirst - 1 + 3 * kValueWidth;
-  RowBatch              batch(3);
-  std::size_t           count = 0;
+  batch_.Start(3);
+  std::size_t count = 0;
   for (;; ++count) {
     NextLine(kRow);
     if (!StartsWith(" -1")) break;
     CheckLineSize(kSize, "a node row");
     const int id = ReadId("a node id");
-    ReadTextValues(batch.Next());
+    ReadTextValues(batch_.Next());
     AddNode(id);
-    batch.Add(id);
-    if (batch.IsFull()) FlushNodes(batch);
+    batch_.Add(id);
+    if (batch_.IsFull()) FlushNodes();
   }
   if (WithoutTrailingBlanks(file_.Text()) != " -3") file_.FailExpected(kRow);
-  FlushNodes(batch);
+  FlushNodes();
   return count;
 }
 
@@ -320,19 +326,19 @@ void Reader::ReadBinaryNodes(int count, Encoding encoding)
     file_.Fail("expected " + std::to_string(count) + " nodes of " + std::to_string(size) +
                " bytes behind this line, found " + std::to_string(file_.Remaining()) + " bytes");
   }
-  RowBatch batch(3);
+  batch_.Start(3);
   for (int i = 0; i < count; ++i) {
     const char* bytes = file_.Peek(size);
     if (bytes == nullptr) file_.FailAtEnd("more nodes");
     const int id = LoadInt(bytes);
     if (id < 1) file_.Fail("expected a node id from 1 on, found " + std::to_string(id));
-    LoadValues(bytes + 4, encoding, batch.Next());
+    LoadValues(bytes + 4, encoding, batch_.Next());
     file_.Take(size);
     AddNode(id);
-    batch.Add(id);
-    if (batch.IsFull()) FlushNodes(batch);
+    batch_.Add(id);
+    if (batch_.IsFull()) FlushNodes();
   }
-  FlushNodes(batch);
+  FlushNodes();
 }
 
 // Reads the values of one row from column 14 of the current line and of the ' -2' lines that go on with it.
@@ -342,7 +348,7 @@ void Reader::ReadTextValues(std::span<double> values)
     const std::size_t count = std::min(kLineValues, values.size() - first);
     const char*       text  = file_.Text().data() + (kValueFirst - 1);
     for (std::size_t i = 0; i < count; ++i) {
-      if (!ReadDouble12(text + i * kValueWidth, values[first + i])) {
+      if (!ReadScientific<5>(text + i * kValueWidth, values[first + i])) {
         file_.FailColumn("a number", kValueFirst + i * kValueWidth, kValueWidth);
       }
     }
@@ -509,10 +515,10 @@ void Reader::ReadComponents()
   if (dataset_.components.empty()) file_.Fail("expected at least one component with values, found none");
 }
 
-void Reader::FlushRows(RowBatch& batch, std::int64_t line)
+void Reader::FlushRows(std::int64_t line)
 {
-  if (!batch.IsEmpty()) sink_.OnRows(dataset_, batch.Ids(), batch.Values(), line);
-  batch.Clear();
+  if (!batch_.IsEmpty()) sink_.OnRows(dataset_, batch_.Ids(), batch_.Values(), line);
+  batch_.Clear();
 }
 
 std::size_t Reader::ReadTextRows()
@@ -520,22 +526,22 @@ std::size_t Reader::ReadTextRows()
   constexpr const char* kRow      = "a row ' -1' or the end of the data set ' -3'";
   const std::size_t     numValues = dataset_.components.size();
   const std::size_t     size      = kValueFirst - 1 + kValueWidth * std::min(kLineValues, numValues);
-  RowBatch              batch(numValues);
-  std::int64_t          line  = 0;
-  std::size_t           count = 0;
+  batch_.Start(numValues);
+  std::int64_t line  = 0;
+  std::size_t  count = 0;
   for (;; ++count) {
     NextLine(kRow);
     if (!StartsWith(" -1")) break;
     CheckLineSize(size, "a row");
-    if (batch.IsEmpty()) line = file_.Line();
+    if (batch_.IsEmpty()) line = file_.Line();
     const int id = file_.GetInteger(kIdFirst, kIdWidth);
     if (!nodes_.Contains(id)) file_.Fail("expected a node of the mesh, found node " + std::to_string(id));
-    ReadTextValues(batch.Next());
-    batch.Add(id);
-    if (batch.IsFull()) FlushRows(batch, line);
+    ReadTextValues(batch_.Next());
+    batch_.Add(id);
+    if (batch_.IsFull()) FlushRows(line);
   }
   if (WithoutTrailingBlanks(file_.Text()) != " -3") file_.FailExpected(kRow);
-  FlushRows(batch, line);
+  FlushRows(line);
   return count;
 }
 
@@ -547,7 +553,7 @@ void Reader::ReadBinaryRows(int count, Encoding encoding)
     file_.Fail("expected " + std::to_string(count) + " rows of " + std::to_string(size) +
                " bytes behind this line, found " + std::to_string(file_.Remaining()) + " bytes");
   }
-  RowBatch batch(numValues);
+  batch_.Start(numValues);
   for (int i = 0; i < count; ++i) {
     const char* bytes = file_.Peek(size);
     if (bytes == nullptr) file_.FailAtEnd("more rows");
@@ -556,12 +562,12 @@ void Reader::ReadBinaryRows(int count, Encoding encoding)
       file_.Fail("expected a node of the mesh in row " + std::to_string(i + 1) + " behind this line, found node " +
                  std::to_string(id));
     }
-    LoadValues(bytes + 4, encoding, batch.Next());
+    LoadValues(bytes + 4, encoding, batch_.Next());
     file_.Take(size);
-    batch.Add(id);
-    if (batch.IsFull()) FlushRows(batch, 0);
+    batch_.Add(id);
+    if (batch_.IsFull()) FlushRows(0);
   }
-  FlushRows(batch, 0);
+  FlushRows(0);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ constexpr const char* kTag        = "|%P|QuilonHost|SolverFile";
 }  // namespace
 
 SolverFile::SolverFile(std::istream& in, std::string name, const ReadProgress& progress)
-    : in_(in), name_(std::move(name)), progress_(progress), buffer_(kBufferSize)
+    : in_(in), name_(std::move(name)), progress_(progress)
 {
   in_.seekg(0, std::ios::end);
   const std::streamoff size = in_.tellg();
@@ -23,6 +23,7 @@ SolverFile::SolverFile(std::istream& in, std::string name, const ReadProgress& p
   if (!in_ || size < 0) throw FED_Failure(name_ + ": expected a file that can be read", kTag);
   total_  = static_cast<std::uint64_t>(size);
   unread_ = total_;
+  buffer_.resize(total_ < kBufferSize ? static_cast<std::size_t>(total_) + 1 : kBufferSize);
 }
 
 void SolverFile::Fill()
