@@ -8,7 +8,6 @@
 
 #include "calculix/ColumnText.h"
 #include "calculix/SolverFile.h"
-#include "QuilonUtilities/FED_Failure.h"
 
 namespace quilon::calculix {
 namespace {
@@ -622,8 +621,7 @@ void ReadDat(std::istream& in, const std::string& name, DatSink& sink, const Rea
 
 void ReadDat(const std::filesystem::path& path, DatSink& sink, const ReadProgress& progress)
 {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw FED_Failure(path.string() + ": expected a file that can be read", "|%P|QuilonHost|DatReader");
+  std::ifstream in = OpenSolverFile(path);
   ReadDat(in, path.string(), sink, progress);
 }
 

@@ -9,7 +9,6 @@
 
 #include "calculix/ColumnText.h"
 #include "calculix/SolverFile.h"
-#include "QuilonUtilities/FED_Failure.h"
 
 namespace quilon::calculix {
 namespace {
@@ -579,8 +578,7 @@ void ReadFrd(std::istream& in, const std::string& name, FrdSink& sink, const Rea
 
 void ReadFrd(const std::filesystem::path& path, FrdSink& sink, const ReadProgress& progress)
 {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw FED_Failure(path.string() + ": expected a file that can be read", "|%P|QuilonHost|FrdReader");
+  std::ifstream in = OpenSolverFile(path);
   ReadFrd(in, path.string(), sink, progress);
 }
 

@@ -4,15 +4,23 @@
 #include <utility>
 
 #include "calculix/ColumnText.h"
-#include "QuilonUtilities/FED_Failure.h"
+#include "Failure.h"
 
 namespace quilon::calculix {
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{1} << 20;
-constexpr const char* kTag        = "|%P|QuilonHost|SolverFile";
+
+[[noreturn]] void FailToRead(const std::string& name) { quilon::Fail(name + ": expected a file that can be read"); }
 
 }  // namespace
+
+std::ifstream OpenSolverFile(const std::filesystem::path& path)
+{
+  std::ifstream in(path, std::ios::binary);
+  if (!in) FailToRead(path.string());
+  return in;
+}
 
 SolverFile::SolverFile(std::istream& in, std::string name, const ReadProgress& progress)
     : in_(in), name_(std::move(name)), progress_(progress)
@@ -20,7 +28,7 @@ SolverFile::SolverFile(std::istream& in, std::string name, const ReadProgress& p
   in_.seekg(0, std::ios::end);
   const std::streamoff size = in_.tellg();
   in_.seekg(0, std::ios::beg);
-  if (!in_ || size < 0) throw FED_Failure(name_ + ": expected a file that can be read", kTag);
+  if (!in_ || size < 0) FailToRead(name_);
   total_  = static_cast<std::uint64_t>(size);
   unread_ = total_;
   buffer_.resize(total_ < kBufferSize ? static_cast<std::size_t>(total_) + 1 : kBufferSize);
@@ -33,7 +41,7 @@ void SolverFile::Fill()
   at_ = 0;
   in_.read(buffer_.data() + end_, static_cast<std::streamsize>(buffer_.size() - end_));
   const auto count = static_cast<std::size_t>(in_.gcount());
-  if (in_.bad() || (in_.fail() && !in_.eof())) throw FED_Failure(name_ + ": expected a file that can be read", kTag);
+  if (in_.bad() || (in_.fail() && !in_.eof())) FailToRead(name_);
   end_ += count;
   // A file that shrinks or grows under the reader ends where the stream ends.
   unread_ = in_.eof() || count > unread_ ? 0 : unread_ - count;
@@ -76,7 +84,7 @@ void SolverFile::Fail(const std::string& message) const { FailAt(line_, message)
 
 void SolverFile::FailAt(std::int64_t line, const std::string& message) const
 {
-  throw FED_Failure(name_ + ":" + std::to_string(line) + ": " + message, kTag);
+  quilon::Fail(name_ + ":" + std::to_string(line) + ": " + message);
 }
 
 void SolverFile::FailExpected(const std::string& expected) const

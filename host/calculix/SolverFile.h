@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <istream>
 #include <string>
 #include <string_view>
@@ -13,6 +15,9 @@
 #include "calculix/ReadProgress.h"
 
 namespace quilon::calculix {
+
+/// @throws FED_Failure "PATH: ..." when the file cannot be opened
+std::ifstream OpenSolverFile(const std::filesystem::path& path);
 
 /// Hands out a file line by line, or byte by byte where it is binary, and words what is wrong with it.
 /// Memory: one buffer of 1 MiB, whatever the file's size.

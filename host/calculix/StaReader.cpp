@@ -5,7 +5,6 @@
 
 #include "calculix/ColumnText.h"
 #include "calculix/SolverFile.h"
-#include "QuilonUtilities/FED_Failure.h"
 
 namespace quilon::calculix {
 namespace {
@@ -53,8 +52,7 @@ std::vector<StaRow> ReadSta(std::istream& in, const std::string& name)
 
 std::vector<StaRow> ReadSta(const std::filesystem::path& path)
 {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw FED_Failure(path.string() + ": expected a file that can be read", "|%P|QuilonHost|StaReader");
+  std::ifstream in = OpenSolverFile(path);
   return ReadSta(in, path.string());
 }
 
