@@ -198,10 +198,9 @@ private:
 
   SolverFile          file_;
   DatSink&            sink_;
-  bool                isHeld_ = false;    // Next() gives the current line once more
-  std::vector<double> values_;            // of rows_, one row after the other
-  std::vector<DatRow> rows_;              // their spans hold sizes until Flush() points them at values_
-  bool                wasLocal_ = false;  // the last row of the block named a local system
+  bool                isHeld_ = false;  // Next() gives the current line once more
+  std::vector<double> values_;          // of rows_, one row after the other
+  std::vector<DatRow> rows_;            // their spans hold sizes until Flush() points them at values_
 
   int                      mode_        = 0;
   bool                     isImaginary_ = false;
@@ -492,7 +491,6 @@ void Reader::ReadBlock(const DatBlock& header, const Layout& layout, std::size_t
   block.key       = std::string(layout.key);
   block.rows      = layout.rows;
   block.numValues = layout.numValues;
-  wasLocal_       = false;
   sink_.OnBlockBegin(block);
   while (Next()) {
     if (IsBlank()) break;
@@ -570,7 +568,6 @@ void Reader::ReadRow(const Layout& layout, std::size_t indent)
     std::iter_swap(xz, xz + 1);
   }
   rows_.push_back(row);
-  wasLocal_ = row.localSystem;
 }
 
 // Looks behind the values, which end at column size.
@@ -584,8 +581,8 @@ bool Reader::ReadTail(Tail tail, std::size_t size) const
   if (found < size || found > size + width || (hasTail && line[size] != ' ')) {
     file_.Fail("expected a row of " + std::to_string(size) + " columns, found " + std::to_string(found));
   }
-  // Cut within its tail, a line could pass for one in global axes.
-  if ((hasTail || wasLocal_) && line.size() < size + width) CheckWholeLine();
+  // Cut in its tail or before it, a row would pass for one in global axes.
+  if (line.size() < size + width) CheckWholeLine();
   return hasTail;
 }
 
