@@ -83,6 +83,8 @@ TEST_F(TextDatabaseConformance, WhatIsReleasedIsReadAgain)
     database.SetUserKindName(static_cast<FED_OnfId>(kUserMatrix), "damping");
     FED_IdDataBlock(database.GetOrCreateDataBlock(Key(kUserScalar), 0), database.GetIdMapsPool(), false)
         .SetScalar(30, 1.5);
+    database.GetOrCreateDataBlock(Key(kHistory, 9), 0);
+    database.DeleteDataBlock(Key(kHistory, 9));
     database.ReleaseDb(false);
   }
   QuilonOnfTxtDatabase database(Path("db"));
