@@ -36,7 +36,7 @@ enum ScalarQuantity : int
 };
 
 /// Tensors that are averaged at nodes.
-enum Quantity : int
+enum Quantity : std::size_t
 {
   QuantityStress = 0,
   QuantityStrain = 1
