@@ -220,7 +220,10 @@ void ResultDataBlock::GetRecord(std::size_t index, FED_ConstDataRecord& record) 
     CopyRecord(copy, *writable);
     return;
   }
-  own->SetFormat(columns_.format);
+  if (own->HasFormat())
+    RequireFit(*own);
+  else
+    own->SetFormat(columns_.format);
   std::vector<ResultRecord::Field>& fields = own->GetFields();
   for (std::size_t i = 0; i < fields.size(); ++i)
     std::visit([&](const auto& column) { ReadField(column, row, fields[i].value); }, columns_.columns[i]);

@@ -677,6 +677,18 @@ TEST_F(ResultDatabase, RecordOfAnotherBlockOfTheSameFormatFits)
   EXPECT_EQ(record->GetInteger(1), 7);
 }
 
+TEST_F(ResultDatabase, ReadingIntoARecordOfAnotherFormatIsAFailureAndLeavesTheRecordAsItWas)
+{
+  FED_DataBlock*  one    = database.CreateDataBlock(Key(kNoFormat, 1), 0, 0, "I");
+  FED_DataBlock*  two    = database.CreateDataBlock(Key(kNoFormat, 2), 0, 0, "D");
+  FED_DataRecord* record = two->CreateDataRecord();
+  record->SetDouble(1, 2.5);
+  one->SetRecord(1, *one->CreateDataRecord());
+  EXPECT_EQ(MessageOf([&] { one->GetRecord(1, *record); }),
+            "block iteration=0 onf=590 load-case=1: record field 1 is of type double, expected integer");
+  EXPECT_EQ(record->GetDouble(1), 2.5);
+}
+
 TEST_F(ResultDatabase, ScratchRecordMadeBeforeTheFormatReadsTheFormatLater)
 {
   FED_DataBlock&       block = database.GetOrCreateDataBlock(Key(kNoFormat), 0);
