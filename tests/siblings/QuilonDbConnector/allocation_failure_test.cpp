@@ -307,3 +307,14 @@ TEST(Allocations, NegativeIndexAllocatesNoStorage)
   // Messages, tags and back traces of the two failures are all there is.
   EXPECT_LT(counting.GetBytes(), 1u << 20);
 }
+
+TEST(Allocations, NegativeIndexMakesNoRoomForTheFirstRecordOfABlockWithoutFormat)
+{
+  const LongRecord        record;
+  FED_ResultDatabase      database;
+  FED_DataBlock&          block = database.GetOrCreateDataBlock(Key(kNoFormat), 1000000);
+  const AllocationFailure counting(0);
+  EXPECT_THROW(block.SetRecord(static_cast<std::size_t>(-3), record.Get()), FED_Failure);
+  EXPECT_THROW(block.SetScalarAt(static_cast<std::size_t>(-3), 1.0), FED_Failure);
+  EXPECT_LT(counting.GetBytes(), 1u << 20);
+}
