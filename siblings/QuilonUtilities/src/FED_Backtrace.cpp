@@ -9,6 +9,7 @@
 #ifdef QUILON_HAS_EXECINFO
 #  include <execinfo.h>
 
+#  include <algorithm>
 #  include <array>
 #  include <cstddef>
 #  include <cstdlib>
@@ -23,9 +24,13 @@ std::vector<std::string> FED_Backtrace::GetBacktrace()
   const std::unique_ptr<char*, decltype(&std::free)> symbols(::backtrace_symbols(frames.data(), found), &std::free);
   if (!symbols) return {};
 
+  // The caller comes first. Above it stands this function, and a sanitizer's own frame where one watches.
+  const auto end    = frames.begin() + found;
+  const auto caller = std::find(frames.begin(), end, __builtin_return_address(0));
+  const auto first  = caller != end ? caller - frames.begin() : 1;
+
   std::vector<std::string> lines;
-  // Frame 0 is this function; its caller comes first.
-  for (int i = 1; i < found; ++i) lines.emplace_back(symbols.get()[i]);
+  for (auto i = first; i < found; ++i) lines.emplace_back(symbols.get()[i]);
   return lines;
 }
 #else
