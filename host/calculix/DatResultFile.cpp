@@ -154,6 +154,7 @@ void DatResultFile::OnBlockBegin(const DatBlock& block)
                          std::to_string(block.time) + ", mode " + std::to_string(block.mode));
   }
   BeginResult(match->key);
+  ++numBlocks_;
   if (!job_.IsWithin(match->key)) {
     job_.Logger().SetSkipSubstep(match->key.analysis, match->key.loadCase, match->key.substep);
     return;
@@ -187,7 +188,10 @@ void DatResultFile::BeginResult(const StepKey& key)
 {
   if (current_ == key) return;
   FinishResult();
-  current_ = key;
+  const bool sameStep = current_ && current_->loadCase == key.loadCase && current_->analysis == key.analysis;
+  numExpected_        = sameStep ? numBlocks_ : 0;
+  numBlocks_          = 0;
+  current_            = key;
   ++resultNumber_;
 }
 
@@ -445,9 +449,20 @@ void DatResultFile::OnBlockEnd(const DatBlock& block)
   localView_.reset();
 }
 
+/// A .dat has no end mark. But a step asks for the same in all its results, and for its .frd at the same times.
 void DatResultFile::CheckEnd() const
 {
   if (!cutShort_.empty()) Fail(cutLine_, cutShort_);
+  if (!current_) return;
+  if (numBlocks_ < numExpected_) {
+    Fail(cutLine_, "expected " + std::to_string(numExpected_) +
+                       " blocks as in the result before, the file ends after " + std::to_string(numBlocks_));
+  }
+  if (const std::optional<StepKey> last = job_.Steps().LastBehind(*current_)) {
+    Fail(cutLine_, "expected results of step " + std::to_string(last->loadCase) + " up to substep " +
+                       std::to_string(last->substep) + " as in the .frd, the file ends after substep " +
+                       std::to_string(current_->substep));
+  }
 }
 
 void DatResultFile::SaveAverages(Quantity quantity)

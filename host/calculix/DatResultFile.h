@@ -90,6 +90,8 @@ private:
   ImportJob&             job_;
   std::optional<StepKey> current_;
   std::size_t            resultNumber_ = 0;
+  std::size_t            numBlocks_    = 0;  // of the current result
+  std::size_t            numExpected_  = 0;  // blocks of the result before, if that is of the same step
   std::vector<Average>   averages_;          // by Quantity
   std::size_t            partialNodes_ = 0;  // averages over some of a node's elements
 

@@ -34,7 +34,7 @@ StepKey StepMatcher::AddDataset(const FrdDataset& dataset)
   const StepKey key = DatasetKey(dataset);
   fromFiles_        = true;
   modesKnown_       = modesKnown_ || key.analysis == AnalysisModes;
-  Insert(key, dataset.value, FrdTolerance(dataset.value));
+  Insert(key, dataset.value, FrdTolerance(dataset.value), true);
   return key;
 }
 
@@ -65,19 +65,19 @@ void StepMatcher::AddStatusFile(const std::filesystem::path& path)
   for (const StaRow& row : ReadSta(path)) {
     if (!row.converged) continue;
     fromFiles_ = true;
-    Insert({row.step, AnalysisTime, row.increment}, row.totalTime, StatusTolerance(row.totalTime));
+    Insert({row.step, AnalysisTime, row.increment}, row.totalTime, StatusTolerance(row.totalTime), false);
   }
 }
 
 /// A result that is known keeps its value: that of a .frd has more digits than that of a .sta.
-std::size_t StepMatcher::Insert(const StepKey& key, double value, double tolerance)
+std::size_t StepMatcher::Insert(const StepKey& key, double value, double tolerance, bool isInFrd)
 {
   const auto place = std::lower_bound(entries_.begin(), entries_.end(), key,
                                       [](const Entry& entry, const StepKey& sought) { return entry.key < sought; });
   const auto index = static_cast<std::size_t>(place - entries_.begin());
   if (place != entries_.end() && place->key == key) return index;
 
-  entries_.insert(place, {key, value, tolerance});
+  entries_.insert(place, {key, value, tolerance, isInFrd});
   if (cursor_ != kNone && index <= cursor_) ++cursor_;
   return index;
 }
@@ -191,7 +191,7 @@ std::size_t StepMatcher::AddMode(int mode)
       cursor_ != kNone && entries_[cursor_].key.analysis == AnalysisModes && mode > entries_[cursor_].key.substep;
   const bool tableAhead = tableStep_ > 0 && (cursor_ == kNone || tableStep_ > entries_[cursor_].key.loadCase);
   const int  loadCase   = onward ? entries_[cursor_].key.loadCase : tableAhead ? tableStep_ : FreeLoadCase();
-  return Insert({loadCase, AnalysisModes, mode}, 0.0, 0.0);
+  return Insert({loadCase, AnalysisModes, mode}, 0.0, 0.0, false);
 }
 
 std::size_t StepMatcher::AddNumbered(double time)
@@ -203,7 +203,17 @@ std::size_t StepMatcher::AddNumbered(double time)
     key                 = last.analysis == AnalysisTime ? StepKey{last.loadCase, AnalysisTime, last.substep + 1}
                                                         : StepKey{last.loadCase + 1, AnalysisTime, 1};
   }
-  return Insert(key, time, 0.0);
+  return Insert(key, time, 0.0, false);
+}
+
+std::optional<StepKey> StepMatcher::LastBehind(const StepKey& key) const
+{
+  std::optional<StepKey> last;
+  for (const Entry& entry : entries_) {
+    const bool sameStep = entry.key.loadCase == key.loadCase && entry.key.analysis == key.analysis;
+    if (entry.isInFrd && sameStep && entry.key > key) last = entry.key;
+  }
+  return last;
 }
 
 int StepMatcher::FreeLoadCase() const

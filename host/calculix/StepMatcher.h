@@ -69,6 +69,10 @@ public:
   /// @return the step of an eigenvalue table: the next step with modes, or a step of its own that no result uses
   int MatchModeTable();
 
+  /// @return the last result of the key's step and analysis that the .frd lists behind the key, nothing when there is
+  /// none
+  std::optional<StepKey> LastBehind(const StepKey& key) const;
+
   /// @return whether results in time were numbered for want of a .frd and a .sta
   bool HasNumbered() const noexcept { return numbered_; }
 
@@ -78,12 +82,13 @@ private:
     StepKey key;
     double  value     = 0.0;
     double  tolerance = 0.0;  ///< of the value as printed
+    bool    isInFrd   = false;
   };
 
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
   StepKey     DatasetKey(const FrdDataset& dataset);
-  std::size_t Insert(const StepKey& key, double value, double tolerance);
+  std::size_t Insert(const StepKey& key, double value, double tolerance, bool isInFrd);
   std::size_t Place(const DatBlock& block, bool repeated);
   std::size_t PlaceMode(const DatBlock& block, bool repeated);
   std::size_t PlaceTime(const DatBlock& block, bool repeated);

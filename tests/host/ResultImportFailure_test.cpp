@@ -146,6 +146,30 @@ TEST_F(SpoiltImport, ADatThatEndsWithinABlockThatAnEarlierResultHadWholeFails)
   EXPECT_THAT(message, testing::HasSubstr(": expected 144 rows as in the block at line 84, the file ends after 10"));
 }
 
+TEST_F(SpoiltImport, ADatThatEndsBetweenTheBlocksOfAResultFails)
+{
+  // The last result keeps its displacements and forces and loses its stresses.
+  const auto last = static_cast<long>(dat_.rfind(" stresses"));
+  CutAfterLine(dat_, static_cast<std::size_t>(std::count(dat_.begin(), dat_.begin() + last, '\n')));
+  // Displacements, forces, stresses and the four parts of a section print.
+  EXPECT_EQ(Import(), Path("job.dat") + ":678: expected 7 blocks as in the result before, the file ends after 2");
+}
+
+TEST_F(SpoiltImport, ADatThatEndsBetweenTheResultsOfAStepFails)
+{
+  CutAfterLine(dat_, 610);
+  EXPECT_THAT(Import(),
+              testing::EndsWith(": expected results of step 2 up to substep 4 as in the .frd, the file ends after "
+                                "substep 2"));
+}
+
+TEST_F(SpoiltImport, ADatThatEndsWithAStepIsWhole)
+{
+  CutAfterLine(dat_, 311);
+  EXPECT_EQ(Import(), "") << "a later step may ask for nothing";
+  EXPECT_EQ(StepsOf(database_, 582), kFirst);
+}
+
 TEST_F(SpoiltImport, ADatThatEndsWithinAnElementFails)
 {
   frd_ = ReadText(Fixture("e_matrix/e_static.frd"));
