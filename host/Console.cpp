@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include "Format.h"
-#include "QuilonUtilities/FED_LogMacros.h"
 #include "Terminal.h"
 
 namespace quilon {
@@ -21,8 +20,7 @@ double Now() { return std::chrono::duration<double>(std::chrono::steady_clock::n
 }  // namespace
 
 Console::Console()
-    : verbosity_(FED_LogMacros::LogNotice), showsProgress_(IsTerminal(StandardStream::Error)),
-      colours_(MayColour(StandardStream::Error)), bar_(Now)
+    : showsProgress_(IsTerminal(StandardStream::Error)), colours_(MayColour(StandardStream::Error)), bar_(Now)
 {}
 
 Console::~Console() { ClearProgress(); }
@@ -33,21 +31,24 @@ void Console::Error(const std::string& message)
        Printable(message));
 }
 
+void Console::Note(const std::string& message)
+{
+  if (verbosity_ < kNotes) return;
+  Line((colours_ ? std::string("quilon: ") + kBold + "note:" + kNormal + ' ' : std::string("quilon: note: ")) +
+       Printable(message));
+}
+
 void Console::Log(int type, const std::string& message)
 {
   if (type > verbosity_) return;
-  if (type > FED_LogMacros::LogNotice)
-    Line("quilon: " + Printable(message));
-  else
-    Line((colours_ ? std::string("quilon: ") + kBold + "note:" + kNormal + ' ' : std::string("quilon: note: ")) +
-         Printable(message));
+  std::string line = "quilon: ";
+  for (const char c : message) line += c == '\t' ? std::string("  ") : Printable(std::string(1, c));
+  Line(line);
 }
-
-void Console::Note(const std::string& message) { Log(FED_LogMacros::LogNotice, message); }
 
 void Console::Progress(const std::string& phase, std::uint64_t done, std::uint64_t total)
 {
-  if (!showsProgress_ || verbosity_ < FED_LogMacros::LogNotice) return;
+  if (!showsProgress_ || verbosity_ < kNotes) return;
   const std::string line = bar_.Update(phase, done, total);
   if (line.empty()) return;
   std::fputs((kErase + Printable(line)).c_str(), stderr);

@@ -20,22 +20,26 @@ public:
   Console& operator=(const Console&) = delete;
   ~Console();
 
-  /// Verbosity is the highest message type that is shown: 4 notes, 5 verbose progress, 6 detail. Errors always are.
+  /// Verbosity is the highest message type that is shown; errors always are. 3, which it is at first, shows our own
+  /// notes and progress bars, 4 to 6 the log of the library: notices, verbose progress, detail.
   void SetVerbosity(int verbosity) noexcept { verbosity_ = verbosity; }
 
   void Error(const std::string& message);
+  void Note(const std::string& message);
+  /// A line of the library's log.
   /// @param type message type, compared with the verbosity
   void Log(int type, const std::string& message);
-  void Note(const std::string& message);
 
   /// Shows how far long work is, when standard error is a terminal and notes are shown.
   void Progress(const std::string& phase, std::uint64_t done, std::uint64_t total);
+
+  static constexpr int kNotes = 3;
 
 private:
   void Line(const std::string& text);
   void ClearProgress();
 
-  int         verbosity_;
+  int         verbosity_ = kNotes;
   bool        showsProgress_;
   bool        colours_;
   bool        progressShown_ = false;

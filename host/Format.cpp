@@ -24,6 +24,14 @@ std::string FormatNumber(double value) { return Shortest(value); }
 
 std::string FormatNumber(float value) { return Shortest(value); }
 
+std::string FormatRounded(double value)
+{
+  if (!std::isfinite(value)) return FormatNumber(value);
+  char text[32];
+  std::snprintf(text, sizeof text, "%.6g", value);
+  return text;
+}
+
 std::string FormatBytes(std::size_t bytes)
 {
   static constexpr const char* kUnits[] = {"B", "KiB", "MiB", "GiB", "TiB"};

@@ -13,6 +13,9 @@ namespace quilon {
 std::string FormatNumber(double value);
 std::string FormatNumber(float value);
 
+/// @return six digits, for people
+std::string FormatRounded(double value);
+
 /// @return bytes for people: "512 B", "1.8 KiB", "20 MiB"
 std::string FormatBytes(std::size_t bytes);
 

@@ -1,6 +1,7 @@
 #include "Interrupt.h"
 
 #include <csignal>
+#include <initializer_list>
 
 #include <signal.h>
 
@@ -17,12 +18,21 @@ void Mark(int) { interrupted = 1; }
 
 void WatchSignals()
 {
-  struct sigaction action = {};
-  action.sa_handler       = Mark;
-  action.sa_flags         = static_cast<int>(SA_RESETHAND);
-  sigemptyset(&action.sa_mask);
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
+  sigset_t watched;
+  sigemptyset(&watched);
+  for (const int number : {SIGINT, SIGTERM}) {
+    struct sigaction former = {};
+    sigaction(number, nullptr, &former);
+    if (former.sa_handler == SIG_IGN) continue;  // who started us wants us to go on
+    struct sigaction action = {};
+    action.sa_handler       = Mark;
+    action.sa_flags         = static_cast<int>(SA_RESETHAND);
+    sigemptyset(&action.sa_mask);
+    sigaction(number, &action, nullptr);
+    sigaddset(&watched, number);
+  }
+  // A parent may have blocked them: a signal that came since is taken now.
+  sigprocmask(SIG_UNBLOCK, &watched, nullptr);
   std::signal(SIGPIPE, SIG_IGN);
 }
 

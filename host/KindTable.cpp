@@ -42,6 +42,13 @@ std::string Enumerated(const std::vector<std::string>& names)
 
 }  // namespace
 
+int GetQuantity(const FED_DataDescriptor& descriptor)
+{
+  const auto index     = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
+  const bool isHistory = descriptor.GetInteger(FED_DataDescriptor::OnfId) == FED_OnfId_ScalarHistory;
+  return isHistory && descriptor.IsSet(index) ? descriptor.GetInteger(index) : 0;
+}
+
 KindTable::KindTable()
 {
   for (const OnfCatalogue::Entry& entry : OnfCatalogue::Entries()) Add(entry.metaData.GetName(), entry.onf);
@@ -112,10 +119,8 @@ std::string KindTable::GetName(int onf) const
 
 std::string KindTable::GetName(const FED_DataDescriptor& descriptor) const
 {
-  const auto quantity = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
-  const int  onf      = descriptor.GetInteger(FED_DataDescriptor::OnfId);
-  if (onf == FED_OnfId_ScalarHistory && descriptor.IsSet(quantity)) return GetName(descriptor.GetInteger(quantity));
-  return GetName(onf);
+  const int quantity = GetQuantity(descriptor);
+  return GetName(quantity != 0 ? quantity : descriptor.GetInteger(FED_DataDescriptor::OnfId));
 }
 
 }  // namespace quilon

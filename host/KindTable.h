@@ -15,6 +15,9 @@ namespace quilon {
 /// Result index 10 of a block of scalar histories (ONF id 500) says which quantity it holds.
 inline constexpr int kQuantityIndex = 10;
 
+/// @return the quantity of a block of scalar histories that says which it holds, 0 for any other block
+int GetQuantity(const FED_DataDescriptor& descriptor);
+
 /// The names of the catalogue and those that a database gives to its user kinds.
 class KindTable
 {
@@ -24,8 +27,8 @@ public:
   /// The catalogue and the names of the database's user kinds.
   explicit KindTable(const FED_Database& database);
 
-  /// Finds the kind that a user wrote. In this order, letters compared without their case: an ONF id; a kind's name; its
-  /// name without a leading "nodal-"; the beginning of exactly one name; the beginning of exactly one name without
+  /// Finds the kind that a user wrote. In this order, letters compared without their case: an ONF id; a kind's name;
+  /// its name without a leading "nodal-"; the beginning of exactly one name; the beginning of exactly one name without
   /// "nodal-".
   /// @throws FED_Failure for a text that names no kind (a near miss gets a suggestion) or several
   int Resolve(std::string_view text) const;

@@ -76,7 +76,8 @@ NumberRange ParseNumberRange(std::string_view text, const std::string& what)
   } else if (!ReadNumbers(text, range)) {
     const std::string suggestion = DidYouMean(text, {"first", "last", "none", "all"});
     Fail(what + " is '" + std::string(text) + "'" +
-         (suggestion.empty() ? ", expected a number, a range such as 1-9 or 1:9:2, first, last, none or all" : suggestion));
+         (suggestion.empty() ? ", expected a number, a range such as 1-9 or 1:9:2, first, last, none or all"
+                             : suggestion));
   } else if (range.stride < 1) {
     Fail(what + " is '" + std::string(text) + "': the stride is " + std::to_string(range.stride) +
          ", expected 1 or more");
@@ -98,11 +99,16 @@ bool Hold(const std::vector<NumberRange>& ranges, bool isSet, int number, int le
 {
   return std::any_of(ranges.begin(), ranges.end(), [&](const NumberRange& range) {
     switch (range.form) {
-      case NumberRange::None: return !isSet;
-      case NumberRange::First: return isSet && number == least;
-      case NumberRange::Last: return isSet && number == greatest;
-      case NumberRange::All: return true;
-      case NumberRange::Numbers: break;
+      case NumberRange::None:
+        return !isSet;
+      case NumberRange::First:
+        return isSet && number == least;
+      case NumberRange::Last:
+        return isSet && number == greatest;
+      case NumberRange::All:
+        return true;
+      case NumberRange::Numbers:
+        break;
     }
     return isSet && range.Holds(number);
   });
@@ -141,9 +147,7 @@ const IndexKey& ResolveKey(std::string_view text)
 /// What two blocks of one kind, for "first" and "last", have in common.
 std::pair<int, int> KindOf(const Descriptor& descriptor)
 {
-  const auto quantity = static_cast<Descriptor::ResultIndex>(kQuantityIndex);
-  const int  onf      = descriptor.GetInteger(Descriptor::OnfId);
-  return {onf, onf == FED_OnfId_ScalarHistory && descriptor.IsSet(quantity) ? descriptor.GetInteger(quantity) : 0};
+  return {descriptor.GetInteger(Descriptor::OnfId), GetQuantity(descriptor)};
 }
 
 bool IsHistory(const Descriptor& descriptor)
@@ -173,8 +177,9 @@ Step StepOf(const Descriptor& descriptor, std::size_t numIndices)
   return step;
 }
 
-constexpr std::size_t kAllOfStep      = 5;
-constexpr std::size_t kLoadCaseOfStep = 3;  // iteration, analysis and load case: what histories have in common with steps
+constexpr std::size_t kAllOfStep = 5;
+constexpr std::size_t kLoadCaseOfStep =
+    3;  // iteration, analysis and load case: what histories have in common with steps
 
 /// The steps of the database that the ranges hold, whole and cut to what histories share with them.
 std::set<Step> ChosenSteps(const Descriptors& descriptors, const std::vector<NumberRange>& ranges)

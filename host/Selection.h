@@ -56,11 +56,11 @@ std::string ToSelectionText(const FED_DataDescriptor& descriptor);
 
 /// A selection: KIND,KIND,...@KEY=VALUES,KEY=VALUES,...
 ///
-/// Kinds are ONF ids or names (KindTable::Resolve()), or "all"; without any, every kind is meant. The name of a quantity
-/// selects the scalar histories of it. Keys are those of GetIndexKeys() in either form. Values are number ranges; an
-/// entry without "=" goes on with the values of the key before it. A key matches only blocks that have the index set,
-/// "none" only those that have not. "first" and "last" are answered per kind, key by key in the order written, from the
-/// blocks that all keys without these words leave.
+/// Kinds are ONF ids or names (KindTable::Resolve()), or "all"; without any, every kind is meant. The name of a
+/// quantity selects the scalar histories of it. Keys are those of GetIndexKeys() in either form. Values are number
+/// ranges; an entry without "=" goes on with the values of the key before it. A key matches only blocks that have the
+/// index set, "none" only those that have not. "first" and "last" are answered per kind, key by key in the order
+/// written, from the blocks that all keys without these words leave.
 class Selection
 {
 public:
@@ -71,8 +71,8 @@ public:
 
   /// Keeps result steps by their position. A result step is a set of blocks with equal iteration, analysis, load case,
   /// substep and increment; steps are ordered by these values and counted from 1 over the whole database, whatever else
-  /// is selected. Histories belong to every step of their load case, and blocks without load case, substep and increment
-  /// to all steps.
+  /// is selected. Histories belong to every step of their load case, and blocks without load case, substep and
+  /// increment to all steps.
   /// @param text number ranges such as "1:9:2" or "last"
   void SetSteps(std::string_view text);
 

@@ -29,6 +29,15 @@ TEST(Format, WhatIsNoNumberHasAName)
   EXPECT_EQ(FormatNumber(-std::numeric_limits<double>::infinity()), "-inf");
 }
 
+TEST(Format, RoundedNumbersHaveSixDigits)
+{
+  EXPECT_EQ(FormatRounded(9.985667497229368), "9.98567");
+  EXPECT_EQ(FormatRounded(-1.0 / 3.0 * 1e-9), "-3.33333e-10");
+  EXPECT_EQ(FormatRounded(4.0), "4");
+  EXPECT_EQ(FormatRounded(-std::nan("")), "nan");
+  EXPECT_EQ(FormatRounded(-std::numeric_limits<double>::infinity()), "-inf");
+}
+
 TEST(Format, BytesHaveTwoDigitsOrMore)
 {
   EXPECT_EQ(FormatBytes(0), "0 B");

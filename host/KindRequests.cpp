@@ -1,0 +1,33 @@
+#include "KindRequests.h"
+
+#include <filesystem>
+#include <sstream>
+
+#include "KindTable.h"
+
+namespace quilon {
+
+namespace {
+
+OnfResultRequestFile ReadFileBehind(const std::string& text)
+{
+  const bool isPath = text.find_first_of("./") != std::string::npos;
+  return isPath ? OnfResultRequestFile(std::filesystem::path(text).wstring()) : OnfResultRequestFile();
+}
+
+}  // namespace
+
+KindRequests::KindRequests(const std::string& text, const KindTable& kinds)
+    : OnfResultRequestFile(ReadFileBehind(text)), all_(text == "all")
+{
+  if (all_ || text == "none" || text.find_first_of("./") != std::string::npos) return;
+  std::istringstream names(text);
+  for (std::string name; std::getline(names, name, ',');) kinds_.insert(kinds.Resolve(name));
+}
+
+bool KindRequests::typeIsRequested(int onf) const
+{
+  return all_ || kinds_.count(onf) != 0 || OnfResultRequestFile::typeIsRequested(onf);
+}
+
+}  // namespace quilon

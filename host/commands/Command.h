@@ -1,0 +1,50 @@
+#pragma once
+
+/// @file
+/// What a subcommand is.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace quilon {
+
+class Console;
+class Output;
+
+/// What a running command may use.
+struct CommandContext
+{
+  Output&  output;
+  Console& console;
+};
+
+/// Does the work. Failures are thrown.
+using CommandFunction = std::function<void(CommandContext&)>;
+
+/// A row of the table of subcommands.
+struct Command
+{
+  const char* name;
+  const char* summary;
+  /// Declares arguments and help.
+  /// @return the work, to be called when the arguments have been read
+  CommandFunction (*define)(CLI::App& app);
+};
+
+/// Every subcommand, in the order of the help.
+const std::vector<Command>& GetCommands();
+
+// One file each.
+CommandFunction DefineDerive(CLI::App& app);
+CommandFunction DefineFromOnf(CLI::App& app);
+CommandFunction DefineImport(CLI::App& app);
+CommandFunction DefineLs(CLI::App& app);
+CommandFunction DefineShow(CLI::App& app);
+CommandFunction DefineToOnf(CLI::App& app);
+
+}  // namespace quilon

@@ -1,0 +1,18 @@
+#include "commands/Command.h"
+
+namespace quilon {
+
+const std::vector<Command>& GetCommands()
+{
+  static const std::vector<Command> kCommands = {
+      {"import", "Read solver results into a database", DefineImport},
+      {"ls", "List the blocks of a database", DefineLs},
+      {"show", "Show the records of blocks", DefineShow},
+      {"derive", "Add derived results to a database", DefineDerive},
+      {"to-onf", "Write a database as ONF text", DefineToOnf},
+      {"from-onf", "Take ONF text into a database", DefineFromOnf},
+  };
+  return kCommands;
+}
+
+}  // namespace quilon

@@ -1,0 +1,153 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <bundled/FED_ResultDatabase.h>
+#include <CLI/CLI.hpp>
+
+#include "commands/Command.h"
+#include "Console.h"
+#include "Failure.h"
+#include "Format.h"
+#include "Interrupt.h"
+#include "JsonText.h"
+#include "KindRequests.h"
+#include "KindTable.h"
+#include "Output.h"
+#include "Publication.h"
+#include "QuilonUtilities/FED_Failure.h"
+#include "ResultImport.h"
+#include "Table.h"
+#include "Terminal.h"
+
+namespace quilon {
+
+namespace {
+
+struct Options
+{
+  std::vector<std::string>   files;
+  std::string                output;
+  std::optional<std::string> requests;
+  int                        iteration      = 0;
+  bool                       strict         = false;
+  bool                       keepWholeSteps = false;
+  bool                       json           = false;
+};
+
+std::string FormatDeviation(double deviation)
+{
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1e", deviation);
+  return text;
+}
+
+void PrintJson(Output& output, const std::string& folder, std::size_t blocks, const ImportReport& report)
+{
+  Json json{{"output", folder}, {"blocks", blocks}};
+  json["deviations"] = Json::array();
+  for (const AverageDeviation& deviation : report.deviations)
+    json["deviations"].push_back({{"element-type", deviation.elementType},
+                                  {"quantity", deviation.quantity},
+                                  {"nodes", deviation.nodes},
+                                  {"largest", JsonNumber(deviation.largest)}});
+  json["skipped"] = Json::array();
+  for (const SkippedRows& skipped : report.skipped)
+    json["skipped"].push_back({{"reason", skipped.reason}, {"rows", skipped.rows}});
+  json["notices"] = report.notices;
+  output.Write(JsonText(json, 2) + '\n');
+}
+
+/// A report for people, whatever standard output is: programs have --json.
+void PrintText(Output& output, const std::string& folder, std::size_t blocks, const ImportReport& report)
+{
+  const bool bold = MayColour(StandardStream::Output);
+  output.Write(folder + ": " + Counted(blocks, "block") + " written\n");
+  if (!report.deviations.empty()) {
+    output.Write("\nOur nodal averages beside the solver's own, as a fraction of the largest magnitude:\n");
+    TableWriter table(output, TableStyle::Aligned, bold,
+                      {{"element type", true}, {"quantity", true}, {"nodes", false}, {"largest deviation", false}});
+    for (const AverageDeviation& deviation : report.deviations)
+      table.Row({deviation.elementType, deviation.quantity, std::to_string(deviation.nodes),
+                 FormatDeviation(deviation.largest)});
+    table.Finish();
+  }
+  if (!report.skipped.empty()) {
+    output.Write("\nSkipped:\n");
+    TableWriter table(output, TableStyle::Aligned, bold, {{"rows", false}, {"reason", true}});
+    for (const SkippedRows& skipped : report.skipped) table.Row({std::to_string(skipped.rows), skipped.reason});
+    table.Finish();
+  }
+}
+
+void Run(const Options& options, CommandContext& context)
+{
+  const Publication publication(options.output);
+  KindRequests      requests = KindRequests::Nothing();
+  if (options.requests) requests = KindRequests(*options.requests, KindTable());
+
+  ImportOptions importOptions;
+  importOptions.iteration      = options.iteration;
+  importOptions.strict         = options.strict;
+  importOptions.keepWholeSteps = options.keepWholeSteps;
+  importOptions.requests       = options.requests ? &requests : nullptr;
+  importOptions.progress       = [&](const std::string& phase, std::uint64_t done, std::uint64_t total) {
+    ThrowIfInterrupted();
+    context.console.Progress(phase, done, total);
+  };
+  FED_ResultDatabase database;
+  publication.TakeUserKindNames(database);
+  ImportReport report;
+  try {
+    report = ImportResults({options.files.begin(), options.files.end()}, database, importOptions);
+  } catch (const FED_Failure&) {
+    const bool hasSteps = !database.GetDataDescriptors(FED_DataDescriptorPattern()).empty();
+    if (options.keepWholeSteps && hasSteps) {
+      const std::size_t kept = publication.Publish(database);
+      context.console.Note(options.output + ": kept " + Counted(kept, "block") + " of the steps that were whole");
+    }
+    throw;
+  }
+  if (database.GetDataDescriptors(FED_DataDescriptorPattern()).empty())
+    Fail(options.files.front() + ": no results, nothing is written");
+  const std::size_t blocks = publication.Publish(database);
+  if (options.json) return PrintJson(context.output, options.output, blocks, report);
+  for (const std::string& notice : report.notices) context.console.Note(notice);
+  PrintText(context.output, options.output, blocks, report);
+}
+
+}  // namespace
+
+CommandFunction DefineImport(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  app.add_option("RESULT", options->files, "Result files of the solver: .frd and .dat; those of one job share a stem")
+      ->required();
+  app.add_option("-o,--output", options->output, "ONF folder to write; blocks of equal keys are replaced")
+      ->required()
+      ->type_name("OUT");
+  app.add_option("--iteration", options->iteration, "Design iteration of the results (default: 0)")->type_name("N");
+  app.add_option("--request", options->requests,
+                 "What to derive: kinds, the path of a request file, all or none (default: all)")
+      ->type_name("KIND,...|FILE");
+  app.add_flag("--strict", options->strict, "Anything that has to be skipped is an error");
+  app.add_flag("--keep-whole-steps", options->keepWholeSteps,
+               "On bad input write the steps that were whole, and fail all the same");
+  app.add_flag("--json", options->json, "Print JSON");
+  app.footer(
+      "Everything is written at the end, in one step: bad input writes nothing. A .sta file beside a result file "
+      "helps\n"
+      "to match times.\n"
+      "\n"
+      "Examples:\n"
+      "  quilon import bracket.frd bracket.dat -o bracket.onf\n"
+      "  quilon import job.dat -o job.onf --iteration 3 --request stress-principal");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon

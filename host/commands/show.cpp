@@ -1,0 +1,290 @@
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "commands/Command.h"
+#include "commands/SelectionOptions.h"
+#include "commands/TableOptions.h"
+#include "Console.h"
+#include "Failure.h"
+#include "Format.h"
+#include "Interrupt.h"
+#include "JsonText.h"
+#include "KindTable.h"
+#include "OpenedDatabase.h"
+#include "Output.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "RecordRows.h"
+#include "ScratchRecord.h"
+
+namespace quilon {
+
+namespace {
+
+constexpr std::size_t kListEntriesForPeople = 8;
+
+struct Options
+{
+  std::string                database;
+  SelectionOptions           selection;
+  std::string                ids;
+  std::optional<std::size_t> head;
+  TableOptions               form;
+};
+
+/// Which records of a block are shown.
+class RecordChoice
+{
+public:
+  explicit RecordChoice(const Options& options) : head_(options.head)
+  {
+    if (options.ids.empty()) return;
+    ranges_ = ParseNumberRanges(options.ids, "a record id");
+    for (const NumberRange& range : ranges_) {
+      if (range.form == NumberRange::None)
+        Fail("a record id is 'none', expected a number, a range, first, last or all");
+      if (range.form == NumberRange::Numbers && range.first == range.last) missing_.insert(range.first);
+    }
+  }
+
+  /// @param keys by ascending id
+  std::vector<RecordKey> Choose(std::vector<RecordKey> keys)
+  {
+    if (!ranges_.empty() && !keys.empty()) {
+      const int first = keys.front().id;
+      const int last  = keys.back().id;
+      std::erase_if(keys, [&](const RecordKey& key) { return !IsChosen(key.id, first, last); });
+      for (const RecordKey& key : keys) missing_.erase(key.id);
+    }
+    if (head_ && keys.size() > *head_) keys.resize(*head_);
+    return keys;
+  }
+
+  /// An id that was asked for by its number and that no block holds.
+  std::optional<int> FindMissing() const
+  {
+    return missing_.empty() ? std::nullopt : std::optional<int>(*missing_.begin());
+  }
+
+private:
+  bool IsChosen(int id, int first, int last) const
+  {
+    return std::any_of(ranges_.begin(), ranges_.end(), [&](const NumberRange& range) {
+      switch (range.form) {
+        case NumberRange::First:
+          return id == first;
+        case NumberRange::Last:
+          return id == last;
+        case NumberRange::All:
+          return true;
+        case NumberRange::None:
+          return false;
+        case NumberRange::Numbers:
+          break;
+      }
+      return range.Holds(id);
+    });
+  }
+
+  std::vector<NumberRange>   ranges_;  // empty: all
+  std::set<int>              missing_;
+  std::optional<std::size_t> head_;
+};
+
+struct ShownBlock
+{
+  FED_DataDescriptor     descriptor;
+  const FED_DataBlock*   block;
+  std::vector<RecordKey> records;
+};
+
+struct JsonCell
+{
+  Json operator()(double value) const { return JsonNumber(value); }
+  Json operator()(float value) const { return JsonNumber(static_cast<double>(value)); }
+  Json operator()(const std::vector<double>& values) const
+  {
+    Json list = Json::array();
+    for (const double value : values) list.push_back(JsonNumber(value));
+    return list;
+  }
+  template <typename T>
+  Json operator()(const T& value) const
+  {
+    return Json(value);
+  }
+};
+
+/// Rows are written one by one, so that a large block is never a large text in memory.
+void PrintJson(Output& output, const std::vector<ShownBlock>& blocks, const KindTable& kinds)
+{
+  output.Write("[");
+  const char* beforeBlock = "\n";
+  for (const ShownBlock& shown : blocks) {
+    Json head;
+    head["block"] = ToSelectionText(shown.descriptor);
+    head["onf"]   = shown.descriptor.GetInteger(FED_DataDescriptor::OnfId);
+    head["kind"]  = kinds.GetName(shown.descriptor);
+    for (const IndexKey& key : GetIndexKeys())
+      if (shown.descriptor.IsSet(key.index)) head[key.key] = shown.descriptor.GetInteger(key.index);
+    std::string text = JsonText(head);
+    text.pop_back();  // its closing brace: the rows follow
+    output.Write(beforeBlock + text + ",\"rows\":[");
+    beforeBlock = ",\n";
+
+    const RecordRows    rows(*shown.block, kinds);
+    const ScratchRecord scratch(*shown.block);
+    const char*         beforeRow = "\n  ";
+    for (const RecordKey& key : shown.records) {
+      ThrowIfInterrupted();
+      shown.block->GetRecord(key.index, *scratch);
+      for (const std::vector<Cell>& row : rows.GetRows(key.id, *scratch)) {
+        Json object;
+        for (std::size_t i = 0; i < row.size(); ++i) object[rows.GetColumns()[i]] = std::visit(JsonCell(), row[i]);
+        output.Write(beforeRow + JsonText(object));
+        beforeRow = ",\n  ";
+      }
+    }
+    output.Write("]}");
+  }
+  output.Write("\n]\n");
+}
+
+/// Tells the blocks of one table apart: the keys that any of them has set, and the kind.
+std::vector<IndexKey> KeyColumns(const std::vector<ShownBlock>& blocks)
+{
+  std::vector<IndexKey> keys;
+  for (const IndexKey& key : GetIndexKeys())
+    if (std::any_of(blocks.begin(), blocks.end(),
+                    [&](const ShownBlock& shown) { return shown.descriptor.IsSet(key.index); }))
+      keys.push_back(key);
+  return keys;
+}
+
+void WriteRows(TableWriter& table, const ShownBlock& shown, const RecordRows& rows,
+               const std::vector<std::string>& before, std::size_t listLimit)
+{
+  const ScratchRecord scratch(*shown.block);
+  for (const RecordKey& key : shown.records) {
+    ThrowIfInterrupted();
+    shown.block->GetRecord(key.index, *scratch);
+    for (const std::vector<Cell>& row : rows.GetRows(key.id, *scratch)) {
+      std::vector<std::string> cells = before;
+      for (const Cell& cell : row) cells.push_back(FormatCell(cell, listLimit));
+      table.Row(std::move(cells));
+    }
+  }
+}
+
+std::vector<TableColumn> NumberColumns(const std::vector<std::string>& names)
+{
+  std::vector<TableColumn> columns;
+  for (const std::string& name : names) columns.push_back({name, false});
+  return columns;
+}
+
+/// A table per block with a line above it.
+void PrintForPeople(Output& output, const TableOptions& form, const std::vector<ShownBlock>& blocks,
+                    const KindTable& kinds)
+{
+  const char* before = "";
+  for (const ShownBlock& shown : blocks) {
+    const RecordRows rows(*shown.block, kinds);
+    output.Write(before + Printable(kinds.GetName(shown.descriptor)) + "  " + ToSelectionText(shown.descriptor) + "  " +
+                 Counted(shown.records.size(), "record") + '\n');
+    TableWriter table = MakeTable(output, form, NumberColumns(rows.GetColumns()));
+    WriteRows(table, shown, rows, {}, kListEntriesForPeople);
+    table.Finish();
+    before = "\n";
+  }
+}
+
+/// One table for all blocks; where there are several, kind and keys stand in front of each row. Blocks with other
+/// columns start another table behind an empty line.
+void PrintForPrograms(Output& output, const TableOptions& form, const std::vector<ShownBlock>& blocks,
+                      const KindTable& kinds)
+{
+  const std::vector<IndexKey> keys = blocks.size() > 1 ? KeyColumns(blocks) : std::vector<IndexKey>();
+  std::vector<std::string>    former;
+  std::optional<TableWriter>  table;
+  for (const ShownBlock& shown : blocks) {
+    const RecordRows         rows(*shown.block, kinds);
+    std::vector<TableColumn> columns;
+    std::vector<std::string> before;
+    if (blocks.size() > 1) {
+      columns.push_back({"kind", true});
+      before.push_back(kinds.GetName(shown.descriptor));
+    }
+    for (const IndexKey& key : keys) {
+      columns.push_back({key.key, false});
+      const bool isSet = shown.descriptor.IsSet(key.index);
+      before.push_back(isSet ? std::to_string(shown.descriptor.GetInteger(key.index)) : form.csv ? "" : "-");
+    }
+    if (!table || rows.GetColumns() != former) {
+      if (table) output.Write("\n");
+      const std::vector<TableColumn> values = NumberColumns(rows.GetColumns());
+      columns.insert(columns.end(), values.begin(), values.end());
+      table.emplace(MakeTable(output, form, std::move(columns)));
+      former = rows.GetColumns();
+    }
+    WriteRows(*table, shown, rows, before, std::numeric_limits<std::size_t>::max());
+  }
+}
+
+void Run(const Options& options, CommandContext& context)
+{
+  RecordChoice    choice(options);
+  OpenedDatabase  database(options.database, context.console);
+  const KindTable kinds(database.Get());
+
+  std::vector<ShownBlock> blocks;
+  for (const FED_DataDescriptor& descriptor :
+       database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString()))
+  {
+    const FED_DataBlock& block = database.Get().GetConstDataBlock(descriptor);
+    blocks.push_back({descriptor, &block, choice.Choose(GetRecordKeys(block, database.Get().GetIdMapsPool()))});
+  }
+  if (const std::optional<int> id = choice.FindMissing())
+    Fail(options.database + ": no record " + std::to_string(*id) + " in the blocks of '" +
+         options.selection.ToString() + "'");
+
+  if (options.form.json)
+    PrintJson(context.output, blocks, kinds);
+  else if (StyleOf(options.form) == TableStyle::Aligned)
+    PrintForPeople(context.output, options.form, blocks, kinds);
+  else
+    PrintForPrograms(context.output, options.form, blocks, kinds);
+}
+
+}  // namespace
+
+CommandFunction DefineShow(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  app.add_option("DB", options->database, "ONF folder or solver result file (.frd, .dat)")->required();
+  app.add_option("SELECTION", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,...")->required();
+  AddStepsOption(app, options->selection);
+  app.add_option("--ids", options->ids, "Only these records: 1,5-9 or first, last")->type_name("IDS");
+  app.add_option("--head", options->head, "Only the first N records of each block")
+      ->type_name("N")
+      ->check(CLI::NonNegativeNumber);
+  AddTableOptions(app, options->form);
+  app.footer(
+      "Numbers are printed in the shortest form that reads back to the same bits.\n"
+      "\n"
+      "Examples:\n"
+      "  quilon show bracket.onf stress@lc=2,sub=last --ids 1,5-9\n"
+      "  quilon show bracket.onf 582@lc=1 --head 3\n"
+      "  quilon show modes.onf eigenvalue --json");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon

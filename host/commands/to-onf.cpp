@@ -1,0 +1,55 @@
+#include <memory>
+#include <string>
+
+#include <bundled/FED_ResultDatabase.h>
+#include <CLI/CLI.hpp>
+
+#include "commands/Command.h"
+#include "commands/SelectionOptions.h"
+#include "commands/WriteReport.h"
+#include "KindTable.h"
+#include "OpenedDatabase.h"
+#include "Publication.h"
+
+namespace quilon {
+
+namespace {
+
+struct Options
+{
+  std::string      database;
+  std::string      output;
+  SelectionOptions selection;
+  bool             json = false;
+};
+
+void Run(const Options& options, CommandContext& context)
+{
+  const Publication publication(options.output);
+  OpenedDatabase    database(options.database, context.console);
+  const Selection   selection = options.selection.Parse(KindTable(database.Get()));
+  const auto        copy      = database.Copy(database.RequireBlocks(selection, options.selection.ToString()));
+  ReportWritten(context.output, options.json, options.output, publication.Publish(*copy));
+}
+
+}  // namespace
+
+CommandFunction DefineToOnf(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  app.add_option("DB", options->database, "ONF folder or solver result file (.frd, .dat)")->required();
+  app.add_option("OUT", options->output, "ONF folder to write; blocks of equal keys are replaced")->required();
+  app.add_option("--select", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)")
+      ->type_name("SELECTION");
+  AddStepsOption(app, options->selection);
+  app.add_flag("--json", options->json, "Print JSON");
+  app.footer(
+      "Blocks without records are left out.\n"
+      "\n"
+      "Examples:\n"
+      "  quilon to-onf job.frd job.onf\n"
+      "  quilon to-onf bracket.onf last.onf --select stress,displacement --steps last");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon

@@ -1,0 +1,212 @@
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "program_support.h"
+#include "TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using namespace quilon_test;
+
+class ImportCommand : public testing::Test
+{
+protected:
+  static std::string Fixture(const std::string& name) { return std::string(QUILON_FIXTURES) + "/calculix/" + name; }
+
+  /// A file that ends in the middle of its last result.
+  std::string CutShort(const std::string& fixture, double part)
+  {
+    const std::string text = ReadAll(Fixture(fixture));
+    const std::string path = (folder_ / fs::path(fixture).filename()).string();
+    std::ofstream(path, std::ios::binary) << text.substr(0, static_cast<std::size_t>(part * double(text.size())));
+    return path;
+  }
+
+  TempFolder  folder_;
+  std::string out_ = (folder_ / "out.onf").string();
+  std::string frd_ = Fixture("a_tet/a_tet.frd");
+  std::string dat_ = Fixture("a_tet/a_tet.dat");
+};
+
+TEST_F(ImportCommand, ReportsDeviationsOfTheAverages)
+{
+  const RunResult run = RunQuilon({"import", frd_, dat_, "-o", out_});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_NE(run.out.find(" written\n\nOur nodal averages beside the solver's own"), std::string::npos) << run.out;
+}
+
+// The deck has 63 nodes with stresses at 3 result times, all of C3D4; the solver prints six digits.
+TEST_F(ImportCommand, JsonReportHasTheDeviations)
+{
+  const RunResult run = RunQuilon({"import", frd_, dat_, "-o", out_, "--json"});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const nlohmann::json report = nlohmann::json::parse(run.out);
+  EXPECT_EQ(report.at("output"), out_);
+  ASSERT_EQ(report.at("deviations").size(), 1U);
+  const nlohmann::json& deviation = report.at("deviations").at(0);
+  EXPECT_EQ(deviation.at("element-type"), "C3D4");
+  EXPECT_EQ(deviation.at("quantity"), "stress");
+  EXPECT_EQ(deviation.at("nodes"), 189);
+  EXPECT_LE(deviation.at("largest").get<double>(), 2e-6);
+}
+
+TEST_F(ImportCommand, BlocksWrittenAreBlocksListed)
+{
+  const RunResult      run    = RunQuilon({"import", frd_, dat_, "-o", out_, "--json"});
+  const nlohmann::json report = nlohmann::json::parse(run.out);
+  const nlohmann::json blocks = nlohmann::json::parse(RunQuilon({"ls", out_, "--json"}).out);
+  EXPECT_EQ(report.at("blocks"), blocks.size());
+}
+
+TEST_F(ImportCommand, IterationStandsInEveryBlock)
+{
+  RunQuilon({"import", frd_, "-o", out_, "--iteration", "3"});
+  const nlohmann::json blocks = nlohmann::json::parse(RunQuilon({"ls", out_, "--json"}).out);
+  ASSERT_GT(blocks.size(), 0U);
+  for (const nlohmann::json& block : blocks) EXPECT_EQ(block.at("it"), 3) << block;
+}
+
+TEST_F(ImportCommand, SeveralIterationsShareAFolder)
+{
+  RunQuilon({"import", frd_, "-o", out_, "--iteration", "1"});
+  const std::size_t one = nlohmann::json::parse(RunQuilon({"ls", out_, "--json"}).out).size();
+  RunQuilon({"import", frd_, "-o", out_, "--iteration", "2"});
+  EXPECT_EQ(nlohmann::json::parse(RunQuilon({"ls", out_, "--json"}).out).size(), 2 * one);
+}
+
+TEST_F(ImportCommand, RequestsDecideWhatIsDerived)
+{
+  const auto Derived = [&](const std::string& request) {
+    fs::remove_all(out_);
+    RunQuilon({"import", frd_, dat_, "-o", out_, "--request", request});
+    std::size_t count = 0;
+    for (const nlohmann::json& block : nlohmann::json::parse(RunQuilon({"ls", out_, "--json"}).out))
+      count += block.at("onf") == 520 || block.at("onf") == 560 ? 1 : 0;
+    return count;
+  };
+  EXPECT_EQ(Derived("none"), 0U);
+  EXPECT_EQ(Derived("stress-principal"), 3U);
+  EXPECT_EQ(Derived("all"), 6U);
+}
+
+TEST_F(ImportCommand, UnknownRequestIsToldBeforeAnythingIsRead)
+{
+  const RunResult run = RunQuilon({"import", "none.frd", "-o", out_, "--request", "banana"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: unknown kind 'banana', expected an ONF id or the name of a kind\n");
+}
+
+TEST_F(ImportCommand, BadInputWritesNothing)
+{
+  const RunResult run = RunQuilon({"import", CutShort("a_tet/a_tet.frd", 0.95), "-o", out_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err.rfind("quilon: error: " + (folder_ / "a_tet.frd:").string(), 0), 0U) << run.err;
+  EXPECT_FALSE(fs::exists(out_));
+}
+
+TEST_F(ImportCommand, WholeStepsAreKeptWhereAskedForAndTheImportStillFails)
+{
+  const RunResult run = RunQuilon({"import", CutShort("a_tet/a_tet.frd", 0.95), "-o", out_, "--keep-whole-steps"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err.rfind("quilon: note: " + out_ + ": kept ", 0), 0U) << run.err;
+  EXPECT_NE(run.err.find("\nquilon: error: " + (folder_ / "a_tet.frd:").string()), std::string::npos) << run.err;
+  EXPECT_GT(nlohmann::json::parse(RunQuilon({"ls", out_, "displacement", "--json"}).out).size(), 0U);
+}
+
+TEST_F(ImportCommand, NothingWholeIsNothingWritten)
+{
+  const RunResult run = RunQuilon({"import", CutShort("a_tet/a_tet.frd", 0.01), "-o", out_, "--keep-whole-steps"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err.rfind("quilon: error: " + (folder_ / "a_tet.frd:").string(), 0), 0U) << run.err;
+  EXPECT_FALSE(fs::exists(out_));
+}
+
+TEST_F(ImportCommand, StrictRefusesWhatHasToBeSkipped)
+{
+  const std::string shell = Fixture("c_shell/c_shell3d");
+  const RunResult   run   = RunQuilon({"import", shell + ".frd", shell + ".dat", "-o", out_, "--strict"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_FALSE(fs::exists(out_));
+  EXPECT_EQ(RunQuilon({"import", shell + ".frd", shell + ".dat", "-o", out_}).exitCode, 0);
+}
+
+TEST_F(ImportCommand, SkippedRowsAreToldByReason)
+{
+  const std::string shell = Fixture("c_shell/c_shell3d");
+  const RunResult   run   = RunQuilon({"import", shell + ".frd", shell + ".dat", "-o", out_});
+  EXPECT_NE(run.out.find("\nSkipped:\nrows  reason\n"), std::string::npos) << run.out;
+}
+
+TEST_F(ImportCommand, ResultFileIsADatabaseForEveryCommand)
+{
+  RunQuilon({"import", frd_, "-o", out_});
+  EXPECT_EQ(RunQuilon({"ls", frd_}).out, RunQuilon({"ls", out_}).out);
+  EXPECT_EQ(RunQuilon({"show", frd_, "displacement@lc=last,sub=last"}).out,
+            RunQuilon({"show", out_, "displacement@lc=last,sub=last"}).out);
+  const std::string copy = (folder_ / "copy.onf").string();
+  EXPECT_EQ(RunQuilon({"to-onf", frd_, copy}).exitCode, 0);
+  EXPECT_EQ(ReadTree(copy), ReadTree(out_));
+}
+
+TEST_F(ImportCommand, FileThatIsNotThereIsAnError)
+{
+  const RunResult run = RunQuilon({"import", "none.frd", "-o", out_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err.rfind("quilon: error: none.frd", 0), 0U) << run.err;
+  EXPECT_FALSE(fs::exists(out_));
+}
+
+TEST_F(ImportCommand, FileWithoutResultsIsAnError)
+{
+  const std::string frd = Fixture("e_matrix/e_matrix.frd");
+  const RunResult   run = RunQuilon({"import", frd, "-o", out_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: " + frd + ": no results, nothing is written\n");
+  EXPECT_FALSE(fs::exists(out_));
+}
+
+TEST_F(ImportCommand, OutputThatCannotBeWrittenIsToldBeforeAnythingIsRead)
+{
+  const std::string parent = folder_.GetPath().string();
+  std::ofstream(folder_ / "other.txt") << "mine\n";
+  const RunResult run = RunQuilon({"import", "none.frd", "-o", parent});
+  EXPECT_EQ(run.err, "quilon: error: " + parent +
+                         ": a folder with other files, expected an ONF folder or the name of a new one\n");
+}
+
+TEST_F(ImportCommand, InterruptWritesNothing)
+{
+  const RunResult run = RunQuilon({"import", frd_, dat_, "-o", out_}, {.interrupted = true});
+  EXPECT_EQ(run.exitCode, 130);
+  EXPECT_FALSE(fs::exists(out_));
+}
+
+TEST_F(ImportCommand, QuietTellsNoNotes)
+{
+  EXPECT_EQ(RunQuilon({"import", dat_, "-o", out_, "-q"}).err, "");
+  EXPECT_EQ(RunQuilon({"import", dat_, "-o", out_}).err.rfind("quilon: note: ", 0), 0U);
+}
+
+TEST_F(ImportCommand, FilesAndOutputAreNeeded)
+{
+  EXPECT_EQ(RunQuilon({"import", "-o", out_}).err, "quilon: error: RESULT is required\n");
+  EXPECT_EQ(RunQuilon({"import", frd_}).err, "quilon: error: --output is required\n");
+}
+
+TEST_F(ImportCommand, HelpHasAnExample)
+{
+  const RunResult run = RunQuilon({"import", "--help"});
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_NE(run.out.find("  quilon import bracket.frd bracket.dat -o bracket.onf\n"), std::string::npos) << run.out;
+}
+
+}  // namespace

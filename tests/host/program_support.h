@@ -1,0 +1,67 @@
+#pragma once
+
+/// @file
+/// The real program as a child, and databases to run it on.
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace quilon_test {
+
+/// What a run of the program left.
+struct RunResult
+{
+  int         exitCode = 0;
+  std::string out;
+  std::string err;
+};
+
+struct RunOptions
+{
+  /// Environment variables set for the run: "NAME=VALUE".
+  std::vector<std::string> environment = {};
+  /// Where standard output goes instead of RunResult::out.
+  std::filesystem::path output = {};
+  /// Standard output is a pipe that nobody reads any more.
+  bool closedPipe = false;
+  /// An interrupt is waiting when the program starts.
+  bool interrupted = false;
+};
+
+/// Runs `quilon` with the arguments and waits for its end. Standard output and error are files.
+RunResult RunQuilon(const std::vector<std::string>& arguments, const RunOptions& options = {});
+
+/// Runs `quilon` on a terminal of its own, with standard output and standard error on it.
+/// @return what the terminal saw, with its carriage returns removed, in RunResult::out
+RunResult RunQuilonOnTerminal(const std::vector<std::string>& arguments, const RunOptions& options = {});
+
+/// Writes an ONF folder of a few blocks, all of iteration 0:
+///   510 displacement, load case 1, substeps 1 and 2 and load case 2, substep 1, analysis 1; nodes 3, 10, 20
+///   521 nodal stress, load case 1, substep 2, analysis 1; nodes 10 and 20, a NaN in node 20
+///   500 eigenvalues (quantity 502), load case 1; 4 at position 1, 9 at position 2
+///   582 points, load case 1, substep 2, analysis 1; two points of element 7
+///   595 nodes of element 7
+///   1000 "Wear depth", load case 1, substep 2, analysis 1; node 3
+void WriteSmallOnf(const std::filesystem::path& folder);
+
+/// Adds a record to a block of ONF id 1000 under the given name to a folder.
+void WriteNamedUserKind(const std::filesystem::path& folder, const std::string& name);
+
+/// Writes a temperature of node 5, 21.5, in a block without any index set.
+void WriteBlockWithoutIteration(const std::filesystem::path& folder);
+
+/// Adds a stress tensor (521) with 10, 30, 20 on its diagonal and a strain tensor (531) with the 2^20th part of 16, 48,
+/// 32, both of node 1.
+void WriteDiagonalTensors(const std::filesystem::path& folder, int iteration = 0);
+
+/// Writes element energies (540) 1 and 2 and contributions (903) of 0.5 to each.
+void WriteEnergies(const std::filesystem::path& folder);
+
+/// The whole text of a file.
+std::string ReadAll(const std::filesystem::path& file);
+
+/// The names and texts of all files below a folder, one string for comparison.
+std::string ReadTree(const std::filesystem::path& folder);
+
+}  // namespace quilon_test

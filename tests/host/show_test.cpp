@@ -1,0 +1,180 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "program_support.h"
+#include "TempFolder.h"
+
+namespace {
+
+using namespace quilon_test;
+
+class ShowCommand : public testing::Test
+{
+protected:
+  void SetUp() override { WriteSmallOnf(onf_); }
+
+  TempFolder  folder_;
+  std::string onf_ = (folder_ / "small.onf").string();
+};
+
+TEST_F(ShowCommand, ShowsRecordsByAscendingId)
+{
+  const RunResult run = RunQuilon({"show", onf_, "stress"});
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.out,
+            "id\txx\tyy\tzz\txy\tyz\tzx\n"
+            "10\t100\t0\t0\t0\t0\t-7.5\n"
+            "20\t20\tnan\t3\t4\t5\t6\n");
+}
+
+TEST_F(ShowCommand, PointsAreARowEach)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "582"}).out,
+            "id\tpoint\txx\tyy\tzz\txy\tyz\tzx\n"
+            "7\t1\t1\t2\t3\t4\t5\t6\n"
+            "7\t2\t-1\t-2\t-3\t-4\t-5\t-6.5\n");
+}
+
+TEST_F(ShowCommand, ScalarsStandUnderTheNameOfTheirQuantity)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "eigenvalue"}).out, "index\teigenvalue\n1\t4\n2\t9\n");
+}
+
+TEST_F(ShowCommand, ListsShowTheirLength)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "element-nodes"}).out, "id\tnodes\n7\t[3] 20 3 10\n");
+}
+
+TEST_F(ShowCommand, SeveralBlocksHaveTheirKeysInFront)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "510@lc=1", "--ids", "10"}).out,
+            "kind\tit\tan\tlc\tsub\tid\tx\ty\tz\n"
+            "displacement\t0\t1\t1\t1\t10\t0.5\t-1\t2\n"
+            "displacement\t0\t1\t1\t2\t10\t1\t-2\t4\n");
+}
+
+TEST_F(ShowCommand, BlocksOfOtherColumnsStartAnotherTable)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "595,wear"}).out,
+            "kind\tit\tan\tlc\tsub\tid\tnodes\n"
+            "element-nodes\t0\t-\t-\t-\t7\t[3] 20 3 10\n"
+            "\n"
+            "kind\tit\tan\tlc\tsub\tid\tvalue\n"
+            "Wear depth\t0\t1\t1\t2\t3\t0.125\n");
+}
+
+TEST_F(ShowCommand, IdsAreNumbersAndRanges)
+{
+  const std::string header = "id\tx\ty\tz\n";
+  const std::string three  = "3\t0\t0\t0\n";
+  const std::string ten    = "10\t0.1\t0\t0\n";
+  const std::string twenty = "20\t0.25\t0\t0\n";
+  const auto        ids = [this](const char* text) { return RunQuilon({"show", onf_, "510@lc=2", "--ids", text}).out; };
+  EXPECT_EQ(ids("3,20"), header + three + twenty);
+  EXPECT_EQ(ids("20,3"), header + three + twenty);
+  EXPECT_EQ(ids("1-10"), header + three + ten);
+  EXPECT_EQ(ids("10-99"), header + ten + twenty);
+  EXPECT_EQ(ids("4-9"), header);
+  EXPECT_EQ(ids("first"), header + three);
+  EXPECT_EQ(ids("last"), header + twenty);
+  EXPECT_EQ(ids("all"), header + three + ten + twenty);
+}
+
+TEST_F(ShowCommand, IdThatIsNotThereIsAnError)
+{
+  const RunResult run = RunQuilon({"show", onf_, "stress", "--ids", "10,11"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "quilon: error: " + onf_ + ": no record 11 in the blocks of 'stress'\n");
+}
+
+TEST_F(ShowCommand, BrokenIdsAreAnError)
+{
+  EXPECT_EQ(
+      RunQuilon({"show", onf_, "stress", "--ids", "x"}).err,
+      "quilon: error: a record id is 'x', expected a number, a range such as 1-9 or 1:9:2, first, last, none or all\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress", "--ids", "none"}).err,
+            "quilon: error: a record id is 'none', expected a number, a range, first, last or all\n");
+}
+
+TEST_F(ShowCommand, HeadLimitsTheRecordsOfEachBlock)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "510@lc=2", "--head", "1"}).out, "id\tx\ty\tz\n3\t0\t0\t0\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "510@lc=2", "--head", "0"}).out, "id\tx\ty\tz\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "582", "--head", "1"}).out,
+            "id\tpoint\txx\tyy\tzz\txy\tyz\tzx\n7\t1\t1\t2\t3\t4\t5\t6\n7\t2\t-1\t-2\t-3\t-4\t-5\t-6.5\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress", "--head", "-1"}).exitCode, 2);
+}
+
+TEST_F(ShowCommand, TableHasALineAboveEachBlock)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "500,1000", "--table"}).out,
+            "eigenvalue  500@it=0,lc=1,sub=1,i10=502  2 records\n"
+            "index  eigenvalue\n"
+            "    1           4\n"
+            "    2           9\n"
+            "\n"
+            "Wear depth  1000@it=0,an=1,lc=1,sub=2  1 record\n"
+            "id  value\n"
+            " 3  0.125\n");
+}
+
+TEST_F(ShowCommand, CsvHasAHeader)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "510@lc=2", "--csv"}).out, "id,x,y,z\n3,0,0,0\n10,0.1,0,0\n20,0.25,0,0\n");
+}
+
+TEST_F(ShowCommand, JsonKeepsWhatIsNoNumberAsText)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress", "--json"}).out,
+            "[\n"
+            "{\"block\":\"521@it=0,an=1,lc=1,sub=2\",\"onf\":521,\"kind\":\"nodal-stress\",\"it\":0,\"an\":1,\"lc\":1,"
+            "\"sub\":2,\"rows\":[\n"
+            "  {\"id\":10,\"xx\":100.0,\"yy\":0.0,\"zz\":0.0,\"xy\":0.0,\"yz\":0.0,\"zx\":-7.5},\n"
+            "  {\"id\":20,\"xx\":20.0,\"yy\":\"nan\",\"zz\":3.0,\"xy\":4.0,\"yz\":5.0,\"zx\":6.0}]}\n"
+            "]\n");
+}
+
+TEST_F(ShowCommand, JsonOfSeveralBlocksIsOneArray)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "595,1000", "--json"}).out,
+            "[\n"
+            "{\"block\":\"595@it=0\",\"onf\":595,\"kind\":\"element-nodes\",\"it\":0,\"rows\":[\n"
+            "  {\"id\":7,\"nodes\":[20,3,10]}]},\n"
+            "{\"block\":\"1000@it=0,an=1,lc=1,sub=2\",\"onf\":1000,\"kind\":\"Wear depth\",\"it\":0,\"an\":1,\"lc\":1,"
+            "\"sub\":2,\"rows\":[\n"
+            "  {\"id\":3,\"value\":0.125}]}\n"
+            "]\n");
+}
+
+TEST_F(ShowCommand, StepsAreSelectedByPosition)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "510", "--steps", "last", "--head", "1"}).out, "id\tx\ty\tz\n3\t0\t0\t0\n");
+}
+
+TEST_F(ShowCommand, SelectionThatMatchesNothingIsAnError)
+{
+  const RunResult run = RunQuilon({"show", onf_, "stress@lc=9"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: " + onf_ + ": no block matches 'stress@lc=9'\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress", "--steps", "9"}).err,
+            "quilon: error: " + onf_ + ": no block matches 'stress --steps 9'\n");
+}
+
+TEST_F(ShowCommand, SelectionIsNeeded)
+{
+  const RunResult run = RunQuilon({"show", onf_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: SELECTION is required\n");
+}
+
+TEST_F(ShowCommand, HelpHasAnExample)
+{
+  const RunResult run = RunQuilon({"show", "--help"});
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_NE(run.out.find("  quilon show bracket.onf stress@lc=2,sub=last --ids 1,5-9\n"), std::string::npos) << run.out;
+}
+
+}  // namespace
