@@ -47,7 +47,12 @@ public:
       const double first = times_[name][contestants_.front()];
       std::printf(" %12.2f", first);
       for (std::size_t i = 1; i < contestants_.size(); ++i) {
-        std::printf(" %12.2f", times_[name][contestants_[i]] / first);
+        const auto time = times_[name].find(contestants_[i]);
+        if (time == times_[name].end()) {
+          std::printf(" %12s", "-");
+        } else {
+          std::printf(" %12.2f", time->second / first);
+        }
       }
       std::printf("\n");
     }
