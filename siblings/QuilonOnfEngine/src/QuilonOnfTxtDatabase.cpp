@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "block_file.h"
@@ -142,13 +143,30 @@ private:
     throw FED_Failure("ONF text database " + DisplayPath(folder_) + " " + what, kTag);
   }
 
+  /// The text of a block's file in the state that the database was opened in.
+  std::pair<std::filesystem::path, FileText> FindBlockText(const FolderBlock& file) const
+  {
+    const std::vector<std::filesystem::path> paths = GetBlockPaths(folder_, file.fileName);
+    std::optional<FileText>                  text;
+    std::filesystem::path                    found = paths.front();
+    for (const std::filesystem::path& path : paths) {
+      if (text) break;
+      found = path;
+      text  = FindFileText(path);
+    }
+    // The stamp is taken behind the bytes, so that a file that was replaced at any time since is found out; a file that
+    // only moves keeps it.
+    std::optional<FileStamp> stamp;
+    for (const std::filesystem::path& path : paths)
+      if (!stamp) stamp = FindFileStamp(path);
+    if (!text || stamp != file.stamp)
+      throw FED_Failure(DisplayPath(found) + ": has changed since the database was opened", kTag);
+    return {found, std::move(*text)};
+  }
+
   void LoadFile(const FED_DataDescriptor& descriptor, const FolderBlock& file)
   {
-    const std::filesystem::path path = GetBlockPath(folder_, file.fileName);
-    const FileText              text = ReadFileText(path);
-    // The stamp is taken behind the bytes, so that a file that was replaced at any time since is found out.
-    if (GetFileStamp(path) != file.stamp)
-      throw FED_Failure(DisplayPath(path) + ": has changed since the database was opened", kTag);
+    const auto [path, text] = FindBlockText(file);
     TextCursor        in(DisplayPath(path), {text.bytes.get(), text.size});
     const BlockHeader header = ReadBlockHeader(in);
     CheckRecordCount(in, header);

@@ -1,7 +1,7 @@
 #include "block_file.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -30,21 +30,15 @@ struct IndexName
 };
 
 // The names of the result indices are part of the format.
-constexpr std::array<IndexName, FED_DataDescriptor::kNumIndices> kIndexNames = {{{"iteration", "it"},
-                                                                                 {"onf", "onf"},
-                                                                                 {"index-2", "i2"},
-                                                                                 {"load-case", "lc"},
-                                                                                 {"substep", "sub"},
-                                                                                 {"analysis", "an"},
-                                                                                 {"increment", "inc"},
-                                                                                 {"index-7", "i7"},
-                                                                                 {"index-8", "i8"},
-                                                                                 {"layer", "lay"},
-                                                                                 {"index-10", "i10"},
-                                                                                 {"index-11", "i11"},
-                                                                                 {"index-12", "i12"},
-                                                                                 {"index-13", "i13"}}};
-constexpr std::size_t                                            kOnfIndex   = FED_DataDescriptor::OnfId;
+constexpr IndexName kIndexNames[] = {
+    {"iteration", "it"}, {"onf", "onf"},       {"index-2", "i2"},   {"load-case", "lc"}, {"substep", "sub"},
+    {"analysis", "an"},  {"increment", "inc"}, {"index-7", "i7"},   {"index-8", "i8"},   {"layer", "lay"},
+    {"index-10", "i10"}, {"index-11", "i11"},  {"index-12", "i12"}, {"index-13", "i13"},
+};
+static_assert(std::size(kIndexNames) == FED_DataDescriptor::kNumIndices);
+
+constexpr std::size_t kOnfIndex = FED_DataDescriptor::OnfId;
+
 /// Entity kinds from here on have no ids.
 constexpr int kFirstKindWithoutIds = 15;
 
@@ -93,7 +87,7 @@ void WriteHeader(const BlockHeader& header, TextOutput& out)
   if (descriptor.mask >> FED_DataDescriptor::kNumIndices != 0)
     throw FED_Failure(descriptor.ToString() + ": the mask has bits above the fourteen indices", kTag);
   out.Append(std::string(kVersionKey) + ": " + std::to_string(kVersion) + "\n");
-  for (std::size_t i = 0; i < kIndexNames.size(); ++i) {
+  for (std::size_t i = 0; i < std::size(kIndexNames); ++i) {
     const bool isSet = IsBitSet(descriptor, i);
     const int  value = descriptor.values[i];
     // A value left under a clear bit is part of the key.
@@ -290,7 +284,7 @@ void ReadField(TextCursor& in, FED_DataRecord& record, std::size_t field)
 std::string GetBlockFileStem(const FED_DataDescriptor& descriptor)
 {
   std::string stem = GetInfo(descriptor).GetName();
-  for (std::size_t i = 0; i < kIndexNames.size(); ++i) {
+  for (std::size_t i = 0; i < std::size(kIndexNames); ++i) {
     const bool isSet = IsBitSet(descriptor, i);
     const int  value = descriptor.values[i];
     // The kind's name tells a set ONF id.
@@ -318,7 +312,7 @@ BlockHeader ReadBlockHeader(TextCursor& in)
   BlockHeader header;
   ReadVersion(in, kVersionKey, kVersion);
   std::string_view key = in.ReadKey();
-  for (std::size_t i = 0; i < kIndexNames.size(); ++i) {
+  for (std::size_t i = 0; i < std::size(kIndexNames); ++i) {
     const std::string name    = kIndexNames[i].key;
     const bool        isSet   = key == name;
     const bool        isUnset = key == kUnsetPrefix + name;

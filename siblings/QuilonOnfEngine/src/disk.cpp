@@ -5,8 +5,10 @@
 #include <string>
 #include <system_error>
 
-#if !defined(_WIN32)
-#  include <fcntl.h>
+#include <fcntl.h>
+#if defined(_WIN32)
+#  include <io.h>
+#else
 #  include <sys/stat.h>
 #  include <unistd.h>
 #endif
@@ -24,6 +26,26 @@ namespace {
 [[noreturn]] void FailErrno(const std::filesystem::path& path, const char* what)
 {
   Fail(path, what, std::error_code(errno, std::generic_category()));
+}
+
+/// @param harmless an error that is none; 0 when there is no such error
+void Sync(const std::filesystem::path& path, int harmless)
+{
+#if defined(_WIN32)
+  const int descriptor = _wopen(path.c_str(), _O_RDWR | _O_BINARY);
+  if (descriptor < 0) FailErrno(path, "cannot be opened");
+  const int result = _commit(descriptor);
+  const int reason = errno;
+  _close(descriptor);
+#else
+  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) FailErrno(path, "cannot be opened");
+  const int result = fsync(descriptor);
+  const int reason = errno;
+  close(descriptor);
+#endif
+  if (result != 0 && reason != harmless)
+    Fail(path, "cannot be brought to the disk", std::error_code(reason, std::generic_category()));
 }
 
 class PlainFile : public OutputFile
@@ -54,9 +76,6 @@ public:
 
   void Close() override
   {
-#if !defined(_WIN32)
-    if (fsync(fileno(file_)) != 0) FailErrno(path_, "cannot be brought to the disk");
-#endif
     std::FILE* const file = file_;
     file_                 = nullptr;
     if (std::fclose(file) != 0) FailErrno(path_, "cannot be closed");
@@ -93,16 +112,13 @@ void Disk::Rename(const std::filesystem::path& from, const std::filesystem::path
   if (error) Fail(from, "cannot be renamed", error);
 }
 
-void Disk::SyncFolder([[maybe_unused]] const std::filesystem::path& folder)
+void Disk::SyncFile(const std::filesystem::path& path) { Sync(path, 0); }
+
+void Disk::SyncFolder(const std::filesystem::path& folder)
 {
 #if !defined(_WIN32)
-  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) FailErrno(folder, "cannot be opened");
   // Some file systems cannot flush a folder and say EINVAL; there the rename itself is all there is.
-  const bool failed = fsync(descriptor) != 0 && errno != EINVAL;
-  const int  reason = errno;
-  close(descriptor);
-  if (failed) Fail(folder, "cannot be brought to the disk", std::error_code(reason, std::generic_category()));
+  Sync(folder, EINVAL);
 #endif
 }
 
@@ -112,18 +128,18 @@ void Disk::Remove(const std::filesystem::path& path) noexcept
   std::filesystem::remove(path, ignored);
 }
 
-FileStamp GetFileStamp(const std::filesystem::path& path)
+std::optional<FileStamp> FindFileStamp(const std::filesystem::path& path)
 {
 #if !defined(_WIN32)
   struct stat status;
-  if (stat(path.c_str(), &status) != 0) FailErrno(path, "cannot be read");
-  return {static_cast<std::uintmax_t>(status.st_size), static_cast<std::uintmax_t>(status.st_ino),
-          std::intmax_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec};
+  if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return FileStamp{static_cast<std::uintmax_t>(status.st_size), static_cast<std::uintmax_t>(status.st_ino),
+                   std::intmax_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec};
 #else
   std::error_code error;
-  const auto time = std::filesystem::last_write_time(path, error);
-  const auto size = error ? 0 : std::filesystem::file_size(path, error);
-  if (error) Fail(path, "cannot be read", error);
-  return {size, 0, static_cast<std::intmax_t>(time.time_since_epoch().count())};
+  const auto      time = std::filesystem::last_write_time(path, error);
+  const auto      size = error ? 0 : std::filesystem::file_size(path, error);
+  if (error) return std::nullopt;
+  return FileStamp{size, 0, static_cast<std::intmax_t>(time.time_since_epoch().count())};
 #endif
 }

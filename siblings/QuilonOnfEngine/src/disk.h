@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 /// A file being written.
 class OutputFile
@@ -16,7 +17,7 @@ public:
 
   /// @throws FED_Failure that names the file when the bytes cannot be written
   virtual void Write(const char* data, std::size_t size) = 0;
-  /// Returns when the bytes are on the disk. Nothing may be written afterwards.
+  /// Nothing may be written afterwards.
   virtual void Close() = 0;
 
 protected:
@@ -41,6 +42,9 @@ public:
   virtual std::unique_ptr<OutputFile> CreateFile(const std::filesystem::path& path);
   /// Replaces any file at the target.
   virtual void Rename(const std::filesystem::path& from, const std::filesystem::path& to);
+  /// Returns when the bytes of a closed file are on the disk. Many files are flushed much faster one after the other
+  /// than each behind its last byte.
+  virtual void SyncFile(const std::filesystem::path& path);
   /// Returns when the names in the folder are on the disk.
   virtual void SyncFolder(const std::filesystem::path& folder);
   /// Removes a file or an empty folder if it can: what stays is overwritten or removed by the next writer.
@@ -57,5 +61,5 @@ struct FileStamp
   bool operator==(const FileStamp&) const = default;
 };
 
-/// @throws FED_Failure when the path names nothing
-FileStamp GetFileStamp(const std::filesystem::path& path);
+/// @return nothing when the path names no plain file
+std::optional<FileStamp> FindFileStamp(const std::filesystem::path& path);

@@ -42,12 +42,21 @@ std::string DisplayPath(const std::filesystem::path& path)
 
 FileText ReadFileText(const std::filesystem::path& path)
 {
+  std::optional<FileText> text = FindFileText(path);
+  std::error_code         error;
+  if (!text)
+    throw FED_Failure(DisplayPath(path) + (std::filesystem::exists(path, error) ? ": no plain file" : ": no such file"),
+                      kTag);
+  return std::move(*text);
+}
+
+std::optional<FileText> FindFileText(const std::filesystem::path& path)
+{
   std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error))
-    throw FED_Failure(
-        DisplayPath(path) + ": " + (std::filesystem::exists(path, error) ? "no plain file" : "no such file"), kTag);
+  if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
   std::ifstream in(path, std::ios::binary | std::ios::ate);
-  FileText      text;
+  if (!in && !std::filesystem::exists(path, error)) return std::nullopt;  // moved away in between
+  FileText text;
   if (in) {
     text.size = static_cast<std::size_t>(in.tellg());
     // Not a vector: filling a hundred megabytes with zeros first takes as long as reading them.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <optional>
 #include <set>
 #include <string_view>
 #include <system_error>
@@ -123,14 +124,15 @@ std::string FormatIndex(const FolderIndex& index)
   return text;
 }
 
-/// The first lines of a file, to the last one of a block's header.
-std::string ReadHeaderText(const fs::path& path)
+/// The first lines of a file, to the last one of a block's header; nothing when the file is not there.
+std::optional<std::string> FindHeaderText(const fs::path& path)
 {
   // Beyond this no header is whole: it has a line for each index and four more.
   constexpr int kMaxLines = 32;
   std::ifstream in(path, std::ios::binary);
-  std::string   text;
-  std::string   line;
+  if (!in) return std::nullopt;
+  std::string text;
+  std::string line;
   for (int i = 0; i < kMaxLines && std::getline(in, line); ++i) {
     text += line;
     if (!in.eof()) text += '\n';
@@ -139,24 +141,37 @@ std::string ReadHeaderText(const fs::path& path)
   return text;
 }
 
+/// A block's file as the folder has it now, and its header.
+struct FoundBlock
+{
+  fs::path    path;
+  FileStamp   stamp;
+  std::string headerText;
+};
+
+FoundBlock FindBlock(const fs::path& folder, const std::string& fileName)
+{
+  const std::vector<fs::path> paths = GetBlockPaths(folder, fileName);
+  for (const fs::path& path : paths) {
+    const std::optional<FileStamp> stamp = FindFileStamp(path);
+    if (!stamp) continue;
+    std::optional<std::string> text = FindHeaderText(path);
+    if (text) return {path, *stamp, std::move(*text)};
+  }
+  throw FED_Failure(DisplayPath(paths.back()) + ": no such file, but the index names it", kTag);
+}
+
 FolderState ReadFolderOnce(const fs::path& folder)
 {
   FolderIndex index = ReadIndex(folder);
   FolderState state;
   state.userKindNames = std::move(index.userKindNames);
   for (std::string& file : index.files) {
-    const fs::path  path = GetBlockPath(folder, file);
-    FolderBlock     block;
-    std::error_code error;
-    if (!fs::is_regular_file(path, error))
-      throw FED_Failure(DisplayPath(path) + ": no such file, but the index names it", kTag);
-    block.stamp            = GetFileStamp(path);
-    const std::string text = ReadHeaderText(path);
-    TextCursor        in(DisplayPath(path), text);
+    const FoundBlock  found = FindBlock(folder, file);
+    TextCursor        in(DisplayPath(found.path), found.headerText);
     const BlockHeader header     = ReadBlockHeader(in);
-    block.fileName               = std::move(file);
-    const auto [position, isNew] = state.blocks.emplace(header.descriptor, std::move(block));
-    if (!isNew) throw FED_Failure(DisplayPath(path) + ": has the same key as " + position->second.fileName, kTag);
+    const auto [position, isNew] = state.blocks.emplace(header.descriptor, FolderBlock{std::move(file), found.stamp});
+    if (!isNew) throw FED_Failure(DisplayPath(found.path) + ": has the same key as " + position->second.fileName, kTag);
   }
   return state;
 }
@@ -211,7 +226,8 @@ void Publication::WriteFile(const std::string& name, const std::function<void(Te
 void Publication::ReplaceIndex(const FolderIndex& index)
 {
   WriteFile(kNewIndexName, [&index](TextOutput& out) { out.Append(FormatIndex(index)); });
-  // The files that the index names are on the disk before the index is.
+  // What the index names is on the disk before the index is.
+  for (const fs::path& path : unnamed_) disk_.SyncFile(path);
   disk_.SyncFolder(folder_);
   // From here on the files may belong to the folder's state, even if the next step fails.
   unnamed_.clear();
@@ -297,11 +313,11 @@ void Publication::Run(const std::vector<NewBlock>& blocks, const UserKindNames& 
 
 }  // namespace
 
-fs::path GetBlockPath(const fs::path& folder, const std::string& fileName)
+std::vector<fs::path> GetBlockPaths(const fs::path& folder, const std::string& fileName)
 {
-  const fs::path  path = folder / fileName;
-  std::error_code error;
-  return fs::exists(path, error) ? path : folder / FinishedName(fileName);
+  std::vector<fs::path> paths = {folder / fileName};
+  if (FinishedName(fileName) != fileName) paths.push_back(folder / FinishedName(fileName));
+  return paths;
 }
 
 FolderState ReadFolder(const fs::path& folder)
@@ -316,13 +332,13 @@ FolderState ReadFolder(const fs::path& folder)
 
   constexpr int kMaxTries = 10;
   for (int i = 0; i < kMaxTries; ++i) {
-    const FileStamp before = GetFileStamp(index);
+    const std::optional<FileStamp> before = FindFileStamp(index);
     try {
       FolderState state = ReadFolderOnce(folder);
-      if (GetFileStamp(index) == before) return state;
+      if (FindFileStamp(index) == before) return state;
     } catch (const FED_Failure&) {
       // A file that goes away under a reader tells of a publication when the index has changed as well.
-      if (GetFileStamp(index) == before) throw;
+      if (FindFileStamp(index) == before) throw;
     }
   }
   throw FED_Failure(DisplayPath(folder) + ": changes all the time, another program writes to it", kTag);

@@ -43,8 +43,9 @@ struct NewBlock
 /// @throws FED_Failure that names the folder, or file and line
 FolderState ReadFolder(const std::filesystem::path& folder);
 
-/// The file of a block; a file whose new state is not renamed yet has another name than the finished one.
-std::filesystem::path GetBlockPath(const std::filesystem::path& folder, const std::string& fileName);
+/// Where the file of a block is, in the order of looking: one whose new state is not renamed yet stands under another
+/// name than the finished one, and may move there at any time.
+std::vector<std::filesystem::path> GetBlockPaths(const std::filesystem::path& folder, const std::string& fileName);
 
 /// What a writer finds at the path: a text database, or nothing yet where one can be made.
 /// @throws FED_Failure when something else is there

@@ -2,11 +2,14 @@
 
 #include "text_folder.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
+#include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "onf_text_support.h"
 #include "text_output.h"
@@ -56,7 +59,8 @@ public:
     Require();
     Disk::Rename(from, to);
   }
-  /// Nobody pulls the plug, so there is nothing to wait for.
+  // Nobody pulls the plug, so there is nothing to wait for.
+  void SyncFile(const std::filesystem::path& /*path*/) override { Require(); }
   void SyncFolder(const std::filesystem::path& /*folder*/) override { Require(); }
   void Remove(const std::filesystem::path& path) noexcept override
   {
@@ -238,4 +242,33 @@ TEST(TextFolder, AReaderThatOpenedAnUnfinishedStateReadsItWhenItIsFinished)
   OpenToRead(reader);
   Publish(test / "onf", {}, {});
   EXPECT_EQ(GetScalar(reader, MakeKey(514, 1), 1), 1.0);
+}
+
+// Each publication is flushed, as a user's is: the file system's clock ticks between two of them.
+TEST(TextFolder, AReaderBesideAWriterSeesWholeStates)
+{
+  constexpr int                 kNumStates = 25;
+  const quilon_test::TempFolder test;
+  const auto                    publish = [&test](int value) {
+    Disk disk;
+    PublishBlocks(test / "onf", {MakeBlock(1, value), MakeBlock(2, value)}, {}, disk);
+  };
+  publish(0);
+  std::atomic<bool> isDone = false;
+  std::thread       writer([&] {
+    for (int value = 1; value <= kNumStates; ++value) publish(value);
+    isDone = true;
+  });
+  while (!isDone) {
+    QuilonOnfTxtDatabase reader((test / "onf").wstring());
+    const std::string    message = MessageOf([&] {
+      OpenToRead(reader);
+      EXPECT_EQ(GetScalar(reader, MakeKey(514, 1), 1), GetScalar(reader, MakeKey(514, 2), 1));
+    });
+    if (!message.empty()) {
+      EXPECT_THAT(message, ::testing::HasSubstr("has changed since the database was opened"));
+    }
+  }
+  writer.join();
+  EXPECT_EQ(Describe(test / "onf"), " 1=25 2=25");
 }
