@@ -234,14 +234,16 @@ const ResultRecord::Value& ResultRecord::GetValue(std::size_t field, FED_FieldTy
                     kTag);
 }
 
-void ResultRecord::SetValue(std::size_t field, FED_FieldType::Class fieldClass, int type, Value&& value)
+template <typename T>
+void ResultRecord::SetValue(std::size_t field, FED_FieldType::Class fieldClass, int type, const T& value)
 {
   if (!formatIsKnown_ && field == fields_.size() + 1) {
-    fields_.push_back({type, std::move(value)});
+    fields_.push_back({type, value});
     return;
   }
   GetValue(field, fieldClass);
-  fields_[field - 1].value = std::move(value);
+  // Assigned in place: lists keep the room that they have.
+  std::get<T>(fields_[field - 1].value) = value;
 }
 
 void ResultRecord::SetDoubles(std::size_t field, FED_FieldType::Class fieldClass, int type, const double* values)

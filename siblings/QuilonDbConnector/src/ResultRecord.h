@@ -68,8 +68,9 @@ public:
 private:
   const Field& GetField(std::size_t field) const;
   const Value& GetValue(std::size_t field, FED_FieldType::Class expected) const;
-  void         SetValue(std::size_t field, FED_FieldType::Class fieldClass, int type, Value&& value);
-  void         SetDoubles(std::size_t field, FED_FieldType::Class fieldClass, int type, const double* values);
+  template <typename T>
+  void SetValue(std::size_t field, FED_FieldType::Class fieldClass, int type, const T& value);
+  void SetDoubles(std::size_t field, FED_FieldType::Class fieldClass, int type, const double* values);
 
   const FED_DataBlock* block_;
   bool                 formatIsKnown_;
