@@ -99,6 +99,10 @@ public:
       // Last, because the solver's averages go elsewhere where there are ours, and are compared with them.
       if (!files_.frd.empty()) ReadFrdPass(FrdResultFile::PassResults);
     }
+    if (job_.NumOverwritten() > 0) {
+      job_.Record().Notice(files_.stem.filename().string() + ": " + std::to_string(job_.NumOverwritten()) +
+                           " blocks of results that the database had already are written over");
+    }
     const std::size_t numWhole = job_.DropBroken();
     job_.WriteScalars();
     if (failure_) {

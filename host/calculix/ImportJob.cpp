@@ -1,6 +1,7 @@
 #include "calculix/ImportJob.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include <QuilonDbConnector/FED_Database.h>
@@ -10,6 +11,9 @@
 namespace quilon::calculix {
 
 namespace {
+
+/// Principal values and the tensors that they are derived from.
+constexpr std::array<std::pair<int, int>, 4> kPrincipalKinds = {{{520, 521}, {530, 531}, {560, 561}, {570, 571}}};
 
 constexpr auto kQuantityIndex = static_cast<FED_DataDescriptor::ResultIndex>(10);
 
@@ -66,8 +70,21 @@ FED_DataDescriptor ImportJob::MakeDescriptor(const StepKey& key, int onf) const
 
 FED_DataDescriptor ImportJob::Descriptor(const StepKey& key, int onf)
 {
-  written_[key].insert(onf);
-  return MakeDescriptor(key, onf);
+  const FED_DataDescriptor descriptor = MakeDescriptor(key, onf);
+  if (written_[key].insert(onf).second && database_.HasDataBlock(descriptor)) {
+    ++numOverwritten_;
+    DropDerived(key, onf);
+  }
+  return descriptor;
+}
+
+/// The derivation keeps blocks that exist, so those of tensors that change have to go.
+void ImportJob::DropDerived(const StepKey& key, int onf)
+{
+  for (const auto& [principal, tensor] : kPrincipalKinds) {
+    const FED_DataDescriptor descriptor = MakeDescriptor(key, principal);
+    if (onf == tensor && database_.HasDataBlock(descriptor)) database_.DeleteDataBlock(descriptor);
+  }
 }
 
 FED_DataBlock& ImportJob::Block(const StepKey& key, int onf, std::size_t expectedRecords)

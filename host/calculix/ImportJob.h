@@ -111,6 +111,9 @@ public:
   /// Writes the scalars of all results before the limit.
   void WriteScalars();
 
+  /// @return blocks that the database had before this job wrote to them
+  std::size_t NumOverwritten() const noexcept { return numOverwritten_; }
+
   /// Remembers that the result has an average of ours.
   void MarkAveraged(const StepKey& key, Quantity quantity);
   bool IsAveraged(const StepKey& key, Quantity quantity) const;
@@ -125,6 +128,7 @@ public:
 
 private:
   FED_DataDescriptor MakeDescriptor(const StepKey& key, int onf) const;
+  void               DropDerived(const StepKey& key, int onf);
 
   FED_Database&                            database_;
   const ImportOptions&                     options_;
@@ -136,6 +140,7 @@ private:
   std::map<StepKey, std::set<int>>         written_;  // ONF ids
   std::map<StepKey, std::map<int, double>> scalars_;  // by quantity
   std::set<std::pair<StepKey, Quantity>>   averaged_;
+  std::size_t                              numOverwritten_ = 0;
   std::optional<StepKey>                   limit_;
 };
 

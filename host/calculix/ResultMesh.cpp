@@ -34,17 +34,10 @@ void ResultMesh::AddNodes(std::span<const int> ids, std::span<const double> coor
 void ResultMesh::AddElements(std::span<const FrdElement> elements)
 {
   for (const FrdElement& element : elements) {
-    const std::string name = path_.string() + ": element " + std::to_string(element.id);
     if (elements_.Find(element.id) != IdRadixMap<Element>::npos) {
-      Fail(name + " is listed twice, expected once");
+      Fail(path_.string() + ": expected every element once, found element " + std::to_string(element.id) + " again");
     }
-    for (const int id : element.nodes) {
-      Node* node = FindNode(id);
-      if (node == nullptr) {
-        Fail(name + " names node " + std::to_string(id) + ", expected one of the file's nodes");
-      }
-      ++node->numElements;
-    }
+    for (const int id : element.nodes) ++nodes_.At(nodes_.FindOrInsert(id)).numElements;
     elements_.At(elements_.FindOrInsert(element.id)) = {
         element.type, element.material, elementNodes_.size(), element.nodes.size(), {}};
     elementNodes_.insert(elementNodes_.end(), element.nodes.begin(), element.nodes.end());

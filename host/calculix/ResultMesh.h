@@ -45,7 +45,8 @@ public:
   /// @param coordinates shape [ids.size(), 3]
   void AddNodes(std::span<const int> ids, std::span<const double> coordinates);
 
-  /// @throws FED_Failure for an element that is listed twice or names a node that the mesh does not have
+  /// @param elements their nodes are nodes of the mesh: ReadFrd() refuses others
+  /// @throws FED_Failure for an element that is listed twice
   void AddElements(std::span<const FrdElement> elements);
 
   /// Writes coordinates (516), node lists (595) and types (596) and forgets the coordinates. The descriptors have the

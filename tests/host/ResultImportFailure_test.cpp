@@ -117,6 +117,13 @@ TEST_F(SpoiltImport, AnElementThatNamesAnUnknownNodeFails)
   EXPECT_THAT(Import(), testing::StartsWith(Path("job.frd") + ":80: expected nodes of the mesh in element 1001"));
 }
 
+TEST_F(SpoiltImport, AnElementThatIsListedTwiceFails)
+{
+  dat_.clear();
+  Replace(frd_, "    3C", "\n -1      1003", "\n -1      1001");
+  EXPECT_EQ(Import(), Path("job.frd") + ": expected every element once, found element 1001 again");
+}
+
 TEST_F(SpoiltImport, WithADatABrokenFrdFailsBeforeAnythingOfAResultIsWritten)
 {
   CutAfterLine(frd_, 900);

@@ -609,6 +609,31 @@ TEST(ResultImport, SeveralJobsAreReadOneAfterTheOther)
   EXPECT_TRUE(both.database.HasDataBlock(Key({1, AnalysisModes, 1}, 510))) << "two jobs on one mesh";
 }
 
+TEST(ResultImport, ALaterImportReplacesValuesAndWhatWasDerivedFromThem)
+{
+  LogCapture         log;
+  FED_ResultDatabase database;
+  const StepKey      step{1, AnalysisTime, 1};
+  ImportResults({Fixture("b_hex/b_hex.frd")}, database, {});
+  const auto         former = ValuesOf(database, Key(step, 520), 3);
+  const ImportReport report = ImportResults(Job("b_hex/b_hex"), database, {});
+
+  Imported fresh(Job("b_hex/b_hex"));
+  for (const int onf : {520, 530}) {
+    EXPECT_EQ(ValuesOf(database, Key(step, onf), 3), ValuesOf(fresh.database, Key(step, onf), 3)) << onf;
+  }
+  EXPECT_NE(ValuesOf(database, Key(step, 520), 3), former);
+  // 510, 511, 514, 515, 517, 519, 521, 531, ERROR and MESTRAIN.
+  EXPECT_THAT(report.notices,
+              ElementsAre("b_hex: 10 blocks of results that the database had already are written over"));
+}
+
+TEST(ResultImport, WhatTheReaderDoesNotDeliverIsNamedToo)
+{
+  Imported f(Job("f_modal/f_modal"));
+  EXPECT_THAT(Lines(f.report.skipped), testing::Contains("6 participation factors"));
+}
+
 TEST(ResultImport, AFileWithoutMeshAndResultsLeavesNothing)
 {
   Imported e({Fixture("e_matrix/e_matrix.frd")});
