@@ -275,7 +275,10 @@ CommandFunction DefineShow(CLI::App& app)
   app.add_option("--ids", options->ids, "Only these records: 1,5-9 or first, last")->type_name("IDS");
   app.add_option("--head", options->head, "Only the first N records of each block")
       ->type_name("N")
-      ->check(CLI::NonNegativeNumber);
+      ->check([](const std::string& text) {
+        const bool isCount = text.find_first_not_of("0123456789") == std::string::npos;
+        return isCount ? std::string() : "'" + text + "', expected a count, 0 or more";
+      });
   AddTableOptions(app, options->form);
   app.footer(
       "Numbers are printed in the shortest form that reads back to the same bits.\n"

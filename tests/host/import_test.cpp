@@ -157,6 +157,14 @@ TEST_F(ImportCommand, ResultFileIsADatabaseForEveryCommand)
   EXPECT_EQ(ReadTree(copy), ReadTree(out_));
 }
 
+// One block for each of the deck's three result times, and nothing else than what is requested.
+TEST_F(ImportCommand, DerivationFromAResultFileDerivesOnlyWhatIsRequested)
+{
+  EXPECT_EQ(RunQuilon({"derive", dat_, "-o", out_, "--request", "element-stress-principal"}).out,
+            out_ + ": 3 blocks derived\n  element-stress-principal: 3\n");
+  EXPECT_EQ(RunQuilon({"ls", out_, "520,530,570", "--json"}).out, "[]\n");
+}
+
 TEST_F(ImportCommand, FileThatIsNotThereIsAnError)
 {
   const RunResult run = RunQuilon({"import", "none.frd", "-o", out_});

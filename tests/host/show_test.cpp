@@ -105,7 +105,11 @@ TEST_F(ShowCommand, HeadLimitsTheRecordsOfEachBlock)
   EXPECT_EQ(RunQuilon({"show", onf_, "510@lc=2", "--head", "0"}).out, "id\tx\ty\tz\n");
   EXPECT_EQ(RunQuilon({"show", onf_, "582", "--head", "1"}).out,
             "id\tpoint\txx\tyy\tzz\txy\tyz\tzx\n7\t1\t1\t2\t3\t4\t5\t6\n7\t2\t-1\t-2\t-3\t-4\t-5\t-6.5\n");
-  EXPECT_EQ(RunQuilon({"show", onf_, "stress", "--head", "-1"}).exitCode, 2);
+  for (const std::string count : {"-1", "x", "1.5"}) {
+    const RunResult run = RunQuilon({"show", onf_, "stress", "--head", count});
+    EXPECT_EQ(run.err, "quilon: error: --head: '" + count + "', expected a count, 0 or more\n");
+    EXPECT_EQ(run.exitCode, 2);
+  }
 }
 
 TEST_F(ShowCommand, TableHasALineAboveEachBlock)
