@@ -109,15 +109,16 @@ void ToDeckOrder(int type, std::span<int> nodes) noexcept
 class RowBatch
 {
 public:
-  RowBatch() : ids_(kBatchRows), values_(kBatchValues) {}
-
   /// Empties the batch for rows of another size.
-  void Start(std::size_t numValues)
+  /// @param numRows a claim: it only keeps a small file's batch small
+  void Start(std::size_t numValues, int numRows)
   {
-    size_      = 0;
-    numValues_ = numValues;
-    capacity_  = std::max<std::size_t>(1, std::min(kBatchRows, kBatchValues / numValues));
-    if (values_.size() < numValues) values_.resize(numValues);
+    const auto claimed = static_cast<std::size_t>(std::max(1, numRows));
+    size_              = 0;
+    numValues_         = numValues;
+    capacity_          = std::max<std::size_t>(1, std::min({kBatchRows, kBatchValues / numValues, claimed}));
+    if (ids_.size() < capacity_) ids_.resize(capacity_);
+    if (values_.size() < capacity_ * numValues) values_.resize(capacity_ * numValues);
   }
 
   bool IsEmpty() const noexcept { return size_ == 0; }
@@ -161,7 +162,7 @@ private:
   Encoding ReadEncoding() const;
 
   void        ReadNodes();
-  std::size_t ReadTextNodes();
+  std::size_t ReadTextNodes(int count);
   void        ReadBinaryNodes(int count, Encoding encoding);
   void        AddNode(int id);
   void        FlushNodes();
@@ -174,7 +175,7 @@ private:
 
   void        ReadDataset();
   void        ReadComponents();
-  std::size_t ReadTextRows();
+  std::size_t ReadTextRows(int count);
   void        ReadBinaryRows(int count, Encoding encoding);
   void        ReadTextValues(std::span<double> values);
   int         ReadId(const char* what) const;
@@ -279,7 +280,7 @@ void Reader::ReadNodes()
     ReadBinaryNodes(count, encoding);
     return;
   }
-  const std::size_t found = ReadTextNodes();
+  const std::size_t found = ReadTextNodes(count);
   if (found != static_cast<std::size_t>(count)) {
     file_.Fail("expected the " + std::to_string(count) + " nodes that line " + std::to_string(line) +
                " announces, found " + std::to_string(found));
@@ -297,13 +298,13 @@ void Reader::FlushNodes()
   batch_.Clear();
 }
 
-std::size_t Reader::ReadTextNodes()
+std::size_t Reader::ReadTextNodes(int count)
 {
   constexpr const char* kRow  = "a node row ' -1' or the end of the nodes ' -3'";
   constexpr std::size_t kSize = kValueFirst - 1 + 3 * kValueWidth;
-  batch_.Start(3);
-  std::size_t count = 0;
-  for (;; ++count) {
+  batch_.Start(3, count);
+  std::size_t found = 0;
+  for (;; ++found) {
     NextLine(kRow);
     if (!StartsWith(" -1")) break;
     CheckLineSize(kSize, "a node row");
@@ -315,7 +316,7 @@ std::size_t Reader::ReadTextNodes()
   }
   if (WithoutTrailingBlanks(file_.Text()) != " -3") file_.FailExpected(kRow);
   FlushNodes();
-  return count;
+  return found;
 }
 
 void Reader::ReadBinaryNodes(int count, Encoding encoding)
@@ -325,7 +326,7 @@ void Reader::ReadBinaryNodes(int count, Encoding encoding)
     file_.Fail("expected " + std::to_string(count) + " nodes of " + std::to_string(size) +
                " bytes behind this line, found " + std::to_string(file_.Remaining()) + " bytes");
   }
-  batch_.Start(3);
+  batch_.Start(3, count);
   for (int i = 0; i < count; ++i) {
     const char* bytes = file_.Peek(size);
     if (bytes == nullptr) file_.FailAtEnd("more nodes");
@@ -473,7 +474,7 @@ void Reader::ReadDataset()
 
   sink_.OnDatasetBegin(dataset_);
   if (encoding == Encoding::Text) {
-    const std::size_t found = ReadTextRows();
+    const std::size_t found = ReadTextRows(count);
     if (found != static_cast<std::size_t>(count)) {
       file_.Fail("expected the " + std::to_string(count) + " rows that line " + std::to_string(dataset_.line) +
                  " announces, found " + std::to_string(found));
@@ -520,15 +521,15 @@ void Reader::FlushRows(std::int64_t line)
   batch_.Clear();
 }
 
-std::size_t Reader::ReadTextRows()
+std::size_t Reader::ReadTextRows(int count)
 {
   constexpr const char* kRow      = "a row ' -1' or the end of the data set ' -3'";
   const std::size_t     numValues = dataset_.components.size();
   const std::size_t     size      = kValueFirst - 1 + kValueWidth * std::min(kLineValues, numValues);
-  batch_.Start(numValues);
+  batch_.Start(numValues, count);
   std::int64_t line  = 0;
-  std::size_t  count = 0;
-  for (;; ++count) {
+  std::size_t  found = 0;
+  for (;; ++found) {
     NextLine(kRow);
     if (!StartsWith(" -1")) break;
     CheckLineSize(size, "a row");
@@ -541,7 +542,7 @@ std::size_t Reader::ReadTextRows()
   }
   if (WithoutTrailingBlanks(file_.Text()) != " -3") file_.FailExpected(kRow);
   FlushRows(line);
-  return count;
+  return found;
 }
 
 void Reader::ReadBinaryRows(int count, Encoding encoding)
@@ -552,7 +553,7 @@ void Reader::ReadBinaryRows(int count, Encoding encoding)
     file_.Fail("expected " + std::to_string(count) + " rows of " + std::to_string(size) +
                " bytes behind this line, found " + std::to_string(file_.Remaining()) + " bytes");
   }
-  batch_.Start(numValues);
+  batch_.Start(numValues, count);
   for (int i = 0; i < count; ++i) {
     const char* bytes = file_.Peek(size);
     if (bytes == nullptr) file_.FailAtEnd("more rows");

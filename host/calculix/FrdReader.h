@@ -58,6 +58,7 @@ public:
 /// Reads a whole file with flat memory: one bit per node id and buffers of fixed size.
 /// Every node of an element or a row is a node of the mesh, and no node is there twice. A node count or a row count is
 /// that of the rows; an element count is not, since the solver miscounts composite shells.
+/// A job that adds elements after its first step fails here: the solver writes the mesh once, without their nodes.
 /// @throws FED_Failure "FILE:LINE: what was expected" for a file that ends early, a damaged number, a count that lies
 ///         or a line that fits no rule; what the sink received before stays with it
 void ReadFrd(const std::filesystem::path& path, FrdSink& sink, const ReadProgress& progress = {});
