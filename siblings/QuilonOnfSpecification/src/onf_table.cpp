@@ -55,8 +55,8 @@ constexpr OnfRow kRows[] = {
     {590, kElement, "element-matrix-590",          "",          "any",           "half of an element matrix and its description; paired with 597"},
     {591, kElement, "element-matrix-591",          "",          "any",           "half of an element matrix and its description; paired with 598"},
     {592, kElement, "element-matrix-592",          "",          "any",           "half of an element matrix and its description; paired with 599"},
-    {593, kMatrix,  "stiffness-matrix",            "IIbDbLbLb", "force/length",  "sparse stiffness matrix: values, columns, row pointers"},
-    {594, kMatrix,  "mass-matrix",                 "IIbDbLbLb", "mass",          "sparse mass matrix: values, columns, row pointers"},
+    {593, kMatrix,  "stiffness-matrix",            "IIbDbLbLb", "force/length",  "sparse stiffness matrix: rows, columns, values, row pointers, column indices"},
+    {594, kMatrix,  "mass-matrix",                 "IIbDbLbLb", "mass",          "sparse mass matrix: rows, columns, values, row pointers, column indices"},
     {595, kElement, "element-nodes",               "lb",        "none",          "node ids of the element in the order of its definition"},
     {596, kElement, "element-type",                "Ii",        "none",          "type code of the element and its material number"},
     {597, kElement, "element-matrix-597",          "",          "any",           "half of an element matrix and its description; paired with 590"},
@@ -76,7 +76,7 @@ constexpr OnfUserRow kUserRows[] = {
     {1600, kElement, "user-element-tensor", "T",         "six doubles per element: xx, yy, zz, xy, yz, zx"},
     {1700, kElement, "user-element-list",   "Db",        "a list of doubles per element"},
     {1800, kHistory, "user-history",        "D",         "one double per substep"},
-    {1900, kMatrix,  "user-matrix",         "IIbDbLbLb", "a sparse matrix: values, columns, row pointers"},
+    {1900, kMatrix,  "user-matrix",         "IIbDbLbLb", "a sparse matrix: rows, columns, values, row pointers, column indices"},
 };
 // clang-format on
 
