@@ -103,7 +103,6 @@ std::unique_ptr<FED_ResultDatabase> OpenedDatabase::Copy(const std::vector<FED_D
   const std::set<FED_DataDescriptor> wanted(descriptors.begin(), descriptors.end());
   for (const FED_DataDescriptor& descriptor : copy->GetDataDescriptors(FED_DataDescriptorPattern()))
     if (!wanted.contains(descriptor)) copy->DeleteDataBlock(descriptor);
-  CopyUsedKindNames(*database_, *copy);
   return copy;
 }
 

@@ -49,8 +49,6 @@ std::size_t Publication::Publish(const FED_Database& database, const std::vector
   target.InitDb(FED_DatabaseDefs::WriteAccess, kCacheSize, std::wstring(), nullptr);
   const std::size_t copied = QuilonDatabaseUtils::copy_datablocks(database, target, FED_DataDescriptorPattern(),
                                                                   QuilonDatabaseUtils::SkipEmptyBlocks);
-  // Copying blocks brings the names of their kinds along, but not those of the quantities of histories.
-  CopyUsedKindNames(database, target);
   for (const FED_DataDescriptor& descriptor : emptied) target.GetOrCreateDataBlock(descriptor, 0);
   target.ReleaseDb(false);
   return copied;

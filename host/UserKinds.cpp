@@ -1,11 +1,9 @@
 #include "UserKinds.h"
 
-#include <set>
 #include <string>
 
 #include <bundled/OnfCatalogue.h>
 
-#include "KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"
 
 namespace quilon {
@@ -20,19 +18,6 @@ void CopyUserKindNames(const FED_Database& source, FED_Database& target)
 {
   ForEachUserKind([&](FED_OnfId onf) {
     const std::string name = source.GetUserKindName(onf);
-    if (!name.empty()) target.SetUserKindName(onf, name);
-  });
-}
-
-void CopyUsedKindNames(const FED_Database& source, FED_Database& target)
-{
-  std::set<int> used;
-  for (const FED_DataDescriptor& descriptor : target.GetDataDescriptors(FED_DataDescriptorPattern())) {
-    used.insert(descriptor.GetInteger(FED_DataDescriptor::OnfId));
-    used.insert(GetQuantity(descriptor));
-  }
-  ForEachUserKind([&](FED_OnfId onf) {
-    const std::string name = used.contains(onf) ? source.GetUserKindName(onf) : std::string();
     if (!name.empty()) target.SetUserKindName(onf, name);
   });
 }

@@ -17,7 +17,4 @@ void ForEachUserKind(const std::function<void(FED_OnfId)>& visit);
 /// Gives the target every name that the source has.
 void CopyUserKindNames(const FED_Database& source, FED_Database& target);
 
-/// Gives the target the names of the user kinds that its blocks use, as their kind or as the quantity of a history.
-void CopyUsedKindNames(const FED_Database& source, FED_Database& target);
-
 }  // namespace quilon

@@ -19,8 +19,9 @@ enum EmptyBlockAction : int
   SkipEmptyBlocks = 1
 };
 
-/// Copies every matching block, its record format and the names of user kinds. Ids are translated: a record stays with
-/// its id, whatever index the target's map gives it. A target block of an equal descriptor is replaced.
+/// Copies every matching block, its record format and the names of the user kinds that it refers to: its own ONF id
+/// and, for a scalar history (ONF id 500), the quantity in result index 10. Ids are translated: a record stays with its
+/// id, whatever index the target's map gives it. A target block of an equal descriptor is replaced.
 /// @return the number of blocks copied
 /// @throws FED_Failure for an index of a mapped kind that no id has; blocks copied before stay
 QUILON_DB_CONNECTOR_API std::size_t copy_datablocks(const FED_Database& source, FED_Database& target,

@@ -19,6 +19,8 @@ constexpr const char* kTag = "|%P|QuilonDbConnector|QuilonDatabaseUtils";
 // From this kind on indices are no ids and stay as they are.
 constexpr int kFirstIndexKind = 15;
 
+constexpr int kQuantityIndex = 10;
+
 std::vector<std::size_t> GetIndices(const FED_DataBlock& block)
 {
   // Our own blocks know their indices; others are asked for each up to the last.
@@ -67,6 +69,12 @@ void CopyRecords(const FED_DataBlock& source, FED_DataBlock& target, const FED_R
   }
 }
 
+void CopyUserKindName(const FED_Database& source, FED_Database& target, FED_OnfId onf)
+{
+  const std::string name = source.GetUserKindName(onf);
+  if (!name.empty()) target.SetUserKindName(onf, name);
+}
+
 void CopyBlock(const FED_Database& source, FED_Database& target, const FED_DataBlock& block,
                const std::vector<std::size_t>& indices)
 {
@@ -82,8 +90,11 @@ void CopyBlock(const FED_Database& source, FED_Database& target, const FED_DataB
   if (target.HasDataBlock(descriptor)) target.DeleteDataBlock(descriptor);
   FED_DataBlock* copy = target.CreateDataBlock(descriptor, indices.size(), 0, format.ToString());
   CopyRecords(block, *copy, format, indices, targetIndices);
-  const std::string name = source.GetUserKindName(onf);
-  if (!name.empty()) target.SetUserKindName(onf, name);
+  CopyUserKindName(source, target, onf);
+  // A scalar history says in result index 10 which scalar it holds; a user kind may stand nowhere else.
+  const auto quantity = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
+  if (onf == FED_OnfId_ScalarHistory && descriptor.IsSet(quantity))
+    CopyUserKindName(source, target, static_cast<FED_OnfId>(descriptor.GetInteger(quantity)));
 }
 
 }  // namespace

@@ -189,5 +189,16 @@ TEST_F(CopyConformance, NamesOfUserKindsGoAlong)
   EXPECT_EQ(target_->GetUserKindName(onf), ConstDatabase().GetUserKindName(onf));
 }
 
+TEST_F(CopyConformance, TheNameOfTheUserKindThatAScalarHistoryHoldsGoesAlong)
+{
+  const auto onf = static_cast<FED_OnfId>(kUserHistory);
+  Database().SetUserKindName(onf, "wear");
+  FED_DataDescriptor key = Key(kHistory);
+  key.SetInteger(Index(10), kUserHistory);  // which scalar the history holds
+  Block(key).SetScalarAt(1, 1.0);
+  Copy();
+  EXPECT_EQ(target_->GetUserKindName(onf), ConstDatabase().GetUserKindName(onf));
+}
+
 }  // namespace
 }  // namespace conformance

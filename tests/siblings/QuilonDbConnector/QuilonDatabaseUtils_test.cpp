@@ -127,6 +127,28 @@ TEST_F(CopyDatablocks, NamesOfUserKindsComeAlongWithTheirBlocksOnly)
   EXPECT_EQ(target.GetUserKindName(static_cast<FED_OnfId>(1002)), "");
 }
 
+TEST_F(CopyDatablocks, NamesOfUserHistoriesComeAlongWithTheScalarHistoriesOfThem)
+{
+  constexpr auto kQuantity = static_cast<FED_DataDescriptor::ResultIndex>(10);
+  for (const int onf : {1800, 1801, 1802})
+    source.SetUserKindName(static_cast<FED_OnfId>(onf), "u" + std::to_string(onf));
+  FED_DataDescriptor named = Key(FED_OnfId_ScalarHistory);
+  named.SetInteger(kQuantity, 1800);
+  source.GetOrCreateDataBlock(named, 0).SetScalarAt(1, 2.0);
+  // Neither a value under a clear bit nor index 10 of another kind is a quantity.
+  FED_DataDescriptor unset   = Key(FED_OnfId_ScalarHistory);
+  unset.values[kQuantity]    = 1801;
+  FED_DataDescriptor another = Key(kTemperature);
+  another.SetInteger(kQuantity, 1802);
+  source.GetOrCreateDataBlock(unset, 0).SetScalarAt(1, 2.0);
+  source.GetIdMapsPool().FindOrAddIndex(0, 7);
+  source.GetOrCreateDataBlock(another, 0).SetScalarAt(1, 2.0);
+  EXPECT_EQ(copy_datablocks(source, target, {}, SkipEmptyBlocks), 3u);
+  EXPECT_EQ(target.GetUserKindName(static_cast<FED_OnfId>(1800)), "u1800");
+  EXPECT_EQ(target.GetUserKindName(static_cast<FED_OnfId>(1801)), "");
+  EXPECT_EQ(target.GetUserKindName(static_cast<FED_OnfId>(1802)), "");
+}
+
 TEST_F(CopyDatablocks, EqualTargetBlockIsReplacedWhateverItsFormat)
 {
   SetScalar(source, kTemperature, 1, 1.0);
