@@ -9,6 +9,7 @@
 #if defined(_WIN32)
 #  include <io.h>
 #else
+#  include <sys/file.h>
 #  include <sys/stat.h>
 #  include <unistd.h>
 #endif
@@ -90,6 +91,22 @@ private:
 
 OutputFile::~OutputFile() = default;
 
+#if defined(_WIN32)
+FolderLock::FolderLock(const std::filesystem::path& /*folder*/) {}
+
+FolderLock::~FolderLock() = default;
+#else
+FolderLock::FolderLock(const std::filesystem::path& folder)
+    : descriptor_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+{
+  if (descriptor_ < 0) FailErrno(folder, "cannot be opened");
+  // Any other error tells of a file system without locks.
+  while (flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) continue;
+}
+
+FolderLock::~FolderLock() { close(descriptor_); }
+#endif
+
 Disk::~Disk() = default;
 
 bool Disk::CreateFolder(const std::filesystem::path& folder)
@@ -114,7 +131,7 @@ void Disk::Rename(const std::filesystem::path& from, const std::filesystem::path
 
 void Disk::SyncFile(const std::filesystem::path& path) { Sync(path, 0); }
 
-void Disk::SyncFolder(const std::filesystem::path& folder)
+void Disk::SyncFolder([[maybe_unused]] const std::filesystem::path& folder)
 {
 #if !defined(_WIN32)
   // Some file systems cannot flush a folder and say EINVAL; there the rename itself is all there is.
@@ -137,8 +154,8 @@ std::optional<FileStamp> FindFileStamp(const std::filesystem::path& path)
                    std::intmax_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec};
 #else
   std::error_code error;
-  const auto      time = std::filesystem::last_write_time(path, error);
-  const auto      size = error ? 0 : std::filesystem::file_size(path, error);
+  const auto time = std::filesystem::last_write_time(path, error);
+  const auto size = error ? 0 : std::filesystem::file_size(path, error);
   if (error) return std::nullopt;
   return FileStamp{size, 0, static_cast<std::intmax_t>(time.time_since_epoch().count())};
 #endif

@@ -26,6 +26,23 @@ protected:
   OutputFile& operator=(const OutputFile&) = default;
 };
 
+/// Keeps other publications off a folder, in this process and in others, until it goes. The system frees it when the
+/// process ends, however that happens. Where the system cannot lock a folder (Windows, some network file systems) it
+/// keeps nobody off.
+class FolderLock
+{
+public:
+  /// Waits while another publication is at work.
+  /// @throws FED_Failure that names the folder when it cannot be opened
+  explicit FolderLock(const std::filesystem::path& folder);
+  FolderLock(const FolderLock&)            = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+  ~FolderLock();
+
+private:
+  int descriptor_ = -1;
+};
+
 /// The steps of a publication. A test derives from it and stops at any of them.
 class Disk
 {

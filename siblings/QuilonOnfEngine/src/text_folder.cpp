@@ -176,6 +176,13 @@ FolderState ReadFolderOnce(const fs::path& folder)
   return state;
 }
 
+void RequireFolderOrNothing(const fs::path& path)
+{
+  std::error_code error;
+  if (fs::exists(path, error) && !fs::is_directory(path, error))
+    throw FED_Failure(DisplayPath(path) + ": not an ONF text database, which is a folder", kTag);
+}
+
 bool IsLeftover(const std::string& name) { return name == kNewIndexName || EndsWith(name, kNewBlockEnding); }
 
 /// The steps from one state of a folder to the next. The index names the file of each block; a block's new text is
@@ -206,10 +213,11 @@ private:
   void MoveToPlace(FolderIndex& index);
   void RemoveLeftovers(const std::set<std::string>& replaced);
 
-  fs::path              folder_;
-  Disk&                 disk_;
-  std::vector<fs::path> unnamed_;             ///< files written that no index names yet
-  bool                  madeFolder_ = false;  ///< and no index stands in it yet
+  fs::path                  folder_;
+  Disk&                     disk_;
+  std::optional<FolderLock> lock_;                ///< goes last, behind the tidying up
+  std::vector<fs::path>     unnamed_;             ///< files written that no index names yet
+  bool                      madeFolder_ = false;  ///< and no index stands in it yet
 };
 
 void Publication::WriteFile(const std::string& name, const std::function<void(TextOutput&)>& write)
@@ -262,15 +270,18 @@ void Publication::RemoveLeftovers(const std::set<std::string>& replaced)
   std::vector<fs::path> leftovers;
   std::error_code       error;
   for (fs::directory_iterator entry(folder_, error), end; !error && entry != end; entry.increment(error))
-    if (IsLeftover(entry->path().filename().string())) leftovers.push_back(entry->path());
+    if (IsLeftover(DisplayPath(entry->path().filename()))) leftovers.push_back(entry->path());
   for (const std::string& name : replaced) leftovers.push_back(folder_ / name);
   for (const fs::path& path : leftovers) disk_.Remove(path);
 }
 
 void Publication::Run(const std::vector<NewBlock>& blocks, const UserKindNames& userKindNames)
 {
-  FolderState state = ReadFolderToWrite(folder_);
-  madeFolder_       = disk_.CreateFolder(folder_);
+  RequireFolderOrNothing(folder_);
+  madeFolder_ = disk_.CreateFolder(folder_);
+  lock_.emplace(folder_);
+  // Read behind the lock: what another program has just published stays.
+  FolderState     state = ReadFolderToWrite(folder_);
   std::error_code error;
   if (fs::exists(folder_ / kIndexName, error)) Settle(ReadIndex(folder_));
 
@@ -324,8 +335,7 @@ FolderState ReadFolder(const fs::path& folder)
 {
   std::error_code error;
   if (!fs::exists(folder, error)) throw FED_Failure(DisplayPath(folder) + ": no such ONF text database", kTag);
-  if (!fs::is_directory(folder, error))
-    throw FED_Failure(DisplayPath(folder) + ": not an ONF text database, which is a folder", kTag);
+  RequireFolderOrNothing(folder);
   const fs::path index = folder / kIndexName;
   if (!fs::exists(index, error))
     throw FED_Failure(DisplayPath(folder) + ": not an ONF text database, it has no file named index", kTag);
@@ -347,18 +357,18 @@ FolderState ReadFolder(const fs::path& folder)
 FolderState ReadFolderToWrite(const fs::path& folder)
 {
   std::error_code error;
+  RequireFolderOrNothing(folder);
   if (!fs::exists(folder, error)) return {};
-  if (!fs::is_directory(folder, error))
-    throw FED_Failure(DisplayPath(folder) + ": not an ONF text database, which is a folder", kTag);
   if (fs::exists(folder / kIndexName, error)) return ReadFolder(folder);
-  for (const auto& entry : fs::directory_iterator(folder)) {
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     // A first publication that died leaves such files and nothing else.
-    const std::string name = DisplayPath(entry.path().filename());
+    const std::string name = DisplayPath(entry->path().filename());
     if (!IsLeftover(name))
       throw FED_Failure(DisplayPath(folder) + ": not an ONF text database, it holds " + QuoteForMessage(name) +
                             " but no file named index",
                         kTag);
   }
+  if (error) throw FED_Failure(DisplayPath(folder) + ": cannot be listed: " + error.message(), kTag);
   return {};
 }
 

@@ -54,7 +54,8 @@ FolderState ReadFolderToWrite(const std::filesystem::path& folder);
 /// Publishes blocks in one step: until the new index is in place the folder has its old state, from then on the new
 /// one. Blocks of equal keys are replaced, all others stay; so do names, and an empty name removes one.
 ///
-/// One publication at a time per folder; readers may be at work meanwhile.
+/// Publications of one folder wait for each other (where the system locks folders), and each keeps what the one before
+/// published. Readers may be at work meanwhile.
 /// @throws FED_Failure when the disk fails; the state is then the old one, or the new one if only tidying up was left
 void PublishBlocks(const std::filesystem::path& folder, const std::vector<NewBlock>& blocks,
                    const UserKindNames& userKindNames, Disk& disk);

@@ -244,6 +244,34 @@ TEST(TextFolder, AReaderThatOpenedAnUnfinishedStateReadsItWhenItIsFinished)
   EXPECT_EQ(GetScalar(reader, MakeKey(514, 1), 1), 1.0);
 }
 
+// Without the lock a publication writes an index that lacks what another one has published since it read the index.
+TEST(TextFolder, PublicationsOfOneFolderWaitForEachOther)
+{
+  constexpr int                 kNumWriters = 4;
+  constexpr int                 kNumBlocks  = 10;
+  const quilon_test::TempFolder test;
+  std::vector<std::thread>      writers;
+  for (int writer = 0; writer < kNumWriters; ++writer)
+    writers.emplace_back([&test, writer] {
+      for (int i = 0; i < kNumBlocks; ++i) Publish(test / "onf", {MakeBlock(10 * writer + i, i)}, {});
+    });
+  for (std::thread& writer : writers) writer.join();
+  std::string expected;
+  for (int loadCase = 0; loadCase < kNumWriters * kNumBlocks; ++loadCase)
+    expected += " " + std::to_string(loadCase) + "=" + std::to_string(loadCase % kNumBlocks);
+  EXPECT_EQ(Describe(test / "onf"), expected);
+  EXPECT_EQ(ReadAllFiles(test / "onf").size(), 1u + kNumWriters * kNumBlocks);
+}
+
+TEST(TextFolder, AFolderIsFreeAgainWhenAPublicationHasFailed)
+{
+  const quilon_test::TempFolder test;
+  FaultyDisk                    disk(3, Fault::Dies);
+  EXPECT_NE(MessageOf([&] { PublishBlocks(test / "onf", {MakeBlock(1, 1)}, {}, disk); }), "");
+  Publish(test / "onf", {MakeBlock(1, 2)}, {});
+  EXPECT_EQ(Describe(test / "onf"), " 1=2");
+}
+
 // Each publication is flushed, as a user's is: the file system's clock ticks between two of them.
 TEST(TextFolder, AReaderBesideAWriterSeesWholeStates)
 {
