@@ -336,8 +336,8 @@ BlockHeader ReadBlockHeader(TextCursor& in)
   const char* const      expected   = usesIds ? "id" : "index";
   const std::string_view addressing = in.ReadWord();
   if (addressing != expected)
-    in.Fail("records of " + GetInfo(header.descriptor).GetName() + " go by " + expected + ", found \"" +
-            std::string(addressing) + "\"");
+    in.Fail("records of " + GetInfo(header.descriptor).GetName() + " go by " + expected + ", found " +
+            QuoteForMessage(addressing));
   header.usesIds = usesIds;
   in.ReadLineEnd();
 

@@ -1,5 +1,6 @@
 #include "text_cursor.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -28,10 +29,13 @@ using BitsOf = std::conditional_t<sizeof(Float) == 8, std::uint64_t, std::uint32
 std::string QuoteForMessage(std::string_view text)
 {
   constexpr std::size_t kMaxShown = 40;
-  std::string           shown(text.substr(0, kMaxShown));
+  std::size_t           end       = std::min(text.size(), kMaxShown);
+  // A UTF-8 character stays whole: its later bytes are 10xxxxxx.
+  while (end > 0 && end < text.size() && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80) --end;
+  std::string shown(text.substr(0, end));
   for (char& c : shown)
     if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
-  return "\"" + shown + (text.size() > kMaxShown ? "...\"" : "\"");
+  return "\"" + shown + (text.size() > end ? "...\"" : "\"");
 }
 
 std::string DisplayPath(const std::filesystem::path& path)

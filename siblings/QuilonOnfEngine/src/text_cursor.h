@@ -28,7 +28,8 @@ std::optional<FileText> FindFileText(const std::filesystem::path& path);
 /// @return the path for messages, UTF-8 with '/' between folders
 std::string DisplayPath(const std::filesystem::path& path);
 
-/// @return text from a file in double quotes: at most 40 bytes of it, control characters as '?'
+/// @return text from a file in double quotes: whole characters of at most 40 bytes, control characters
+/// as '?'
 std::string QuoteForMessage(std::string_view text);
 
 /// Tokens are separated by blanks (space, tab and carriage return, so that files that passed through an editor of the

@@ -78,6 +78,13 @@ TEST(OnfTextMalformed, EveryRuleOfABlockIsNamedWithFileAndLine)
       {key + "record-format: L\n", "5: record format \"L\": 'L' at position 1 has no 'b' behind it"},
       {d + "records: 1\n", "6: expected the key \"records-by\", found \"records\""},
       {d + "records-by: index\n", "6: records of temperature go by id, found \"index\""},
+      // a word is shown up to 40 bytes, its last character whole
+      {d + "records-by: 1234567890123456789012345678901234567890\n",
+               "6: records of temperature go by id, found \"1234567890123456789012345678901234567890\""},
+      {d + "records-by: 1234567890123456789012345678901234567890x\n",
+               "6: records of temperature go by id, found \"1234567890123456789012345678901234567890...\""},
+      {d + "records-by: 123456789012345678901234567890123456789\xc3\xa9\n",
+               "6: records of temperature go by id, found \"123456789012345678901234567890123456789...\""},
       {d + "records-by:\n", "6: records of temperature go by id, found \"\""},
       {d + "records-by: id twice\n", "6: expected the end of the line, found \"twice\""},
       {d + "records-by: id\nrecords: -1\n", "7: expected the number of records, found \"-1\""},

@@ -253,7 +253,8 @@ TEST(TextFolder, PublicationsOfOneFolderWaitForEachOther)
   std::vector<std::thread>      writers;
   for (int writer = 0; writer < kNumWriters; ++writer)
     writers.emplace_back([&test, writer] {
-      for (int i = 0; i < kNumBlocks; ++i) Publish(test / "onf", {MakeBlock(10 * writer + i, i)}, {});
+      for (int i = 0; i < kNumBlocks; ++i)
+        EXPECT_EQ(MessageOf([&] { Publish(test / "onf", {MakeBlock(kNumBlocks * writer + i, i)}, {}); }), "");
     });
   for (std::thread& writer : writers) writer.join();
   std::string expected;
