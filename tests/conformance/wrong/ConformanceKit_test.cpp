@@ -22,7 +22,8 @@ struct KitRun
 /// Runs the tests of the kit that ask a database, on a database with the mistake.
 KitRun RunKit(const std::string& mistakeName)
 {
-  const std::string log     = ::testing::TempDir() + "conformance-" + mistakeName + ".log";
+  // Beside the program, so that builds that are tested at the same time keep apart.
+  const std::string log     = std::string(QUILON_CONFORMANCE_WRONG) + "-" + mistakeName + ".log";
   const std::string command = std::string("\"") + QUILON_CONFORMANCE_WRONG + "\" --wrong=" + mistakeName +
                               " --gtest_brief=1 --gtest_color=no --gtest_filter=DatabaseConformance.*:PoolConformance.*"
                               ":BlockConformance.*:RecordConformance.*:IdViewConformance.*:CopyConformance.*"
