@@ -59,4 +59,11 @@ std::string Printable(std::string_view text)
   return printable;
 }
 
+std::string_view Trimmed(std::string_view text)
+{
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') + 1 - first);
+}
+
 }  // namespace quilon

@@ -25,4 +25,7 @@ std::string Counted(std::size_t count, std::string_view noun);
 /// @return the text with control characters replaced by '?': names out of files must not drive a terminal
 std::string Printable(std::string_view text);
 
+/// @return the text without the blanks around it
+std::string_view Trimmed(std::string_view text);
+
 }  // namespace quilon

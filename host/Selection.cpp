@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "Failure.h"
+#include "Format.h"
 #include "KindTable.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "Suggestion.h"
@@ -23,12 +24,13 @@ using Descriptors = std::vector<FED_DataDescriptor>;
 
 constexpr int kHistoryKind = 15;  // entity kind of histories
 
+/// @return the parts without the blanks around them
 std::vector<std::string_view> Split(std::string_view text, char separator)
 {
   std::vector<std::string_view> parts;
   for (;;) {
     const std::size_t end = text.find(separator);
-    parts.push_back(text.substr(0, end));
+    parts.push_back(Trimmed(text.substr(0, end)));
     if (end == std::string_view::npos) return parts;
     text.remove_prefix(end + 1);
   }
@@ -248,7 +250,7 @@ std::string ToSelectionText(const FED_DataDescriptor& descriptor)
 Selection::Selection(std::string_view text, const KindTable& kinds)
 {
   const std::size_t      at        = text.find('@');
-  const std::string_view kindNames = text.substr(0, at);
+  const std::string_view kindNames = Trimmed(text.substr(0, at));
   if (at == std::string_view::npos && text.find('=') != std::string_view::npos)
     Fail("selection '" + std::string(text) + "' has no '@' before its keys, expected KIND@KEY=VALUE or @KEY=VALUE");
   if (text.empty()) Fail("the selection is empty, expected KIND, KIND@KEY=VALUE or @KEY=VALUE");
@@ -259,11 +261,11 @@ Selection::Selection(std::string_view text, const KindTable& kinds)
   for (const std::string_view entry : Split(text.substr(at + 1), ',')) {
     const std::size_t equals = entry.find('=');
     if (equals != std::string_view::npos) {
-      criteria_.push_back({ResolveKey(entry.substr(0, equals)).index, {}});
+      criteria_.push_back({ResolveKey(Trimmed(entry.substr(0, equals))).index, {}});
     } else if (criteria_.empty()) {
       Fail("selection '" + std::string(text) + "' has '" + std::string(entry) + "' behind its '@', expected KEY=VALUE");
     }
-    const std::string_view value = equals == std::string_view::npos ? entry : entry.substr(equals + 1);
+    const std::string_view value = equals == std::string_view::npos ? entry : Trimmed(entry.substr(equals + 1));
     Criterion&             last  = criteria_.back();
     const auto             key   = std::find_if(GetIndexKeys().begin(), GetIndexKeys().end(),
                                                 [&](const IndexKey& candidate) { return candidate.index == last.index; });
