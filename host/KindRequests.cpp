@@ -1,8 +1,11 @@
 #include "KindRequests.h"
 
-#include <filesystem>
 #include <sstream>
+#include <string>
 
+#include <bundled/NativePath.h>
+
+#include "Format.h"
 #include "KindTable.h"
 
 namespace quilon {
@@ -12,7 +15,7 @@ namespace {
 OnfResultRequestFile ReadFileBehind(const std::string& text)
 {
   const bool isPath = text.find_first_of("./") != std::string::npos;
-  return isPath ? OnfResultRequestFile(std::filesystem::path(text).wstring()) : OnfResultRequestFile();
+  return isPath ? OnfResultRequestFile(WidePath(text)) : OnfResultRequestFile();
 }
 
 }  // namespace
@@ -22,7 +25,7 @@ KindRequests::KindRequests(const std::string& text, const KindTable& kinds)
 {
   if (all_ || text == "none" || text.find_first_of("./") != std::string::npos) return;
   std::istringstream names(text);
-  for (std::string name; std::getline(names, name, ',');) kinds_.insert(kinds.Resolve(name));
+  for (std::string name; std::getline(names, name, ',');) kinds_.insert(kinds.Resolve(Trimmed(name)));
 }
 
 bool KindRequests::typeIsRequested(int onf) const

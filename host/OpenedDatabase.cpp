@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <bundled/FED_ResultDatabase.h>
+#include <bundled/NativePath.h>
 
 #include "Console.h"
 #include "Failure.h"
@@ -66,7 +67,7 @@ bool IsOnfFolder(const fs::path& path) { return fs::is_directory(path) && fs::ex
 std::unique_ptr<QuilonOnfTxtDatabase> OpenOnf(const fs::path& path)
 {
   constexpr std::size_t kCacheSize = 1024;
-  auto                  database   = std::make_unique<QuilonOnfTxtDatabase>(path.wstring());
+  auto                  database   = std::make_unique<QuilonOnfTxtDatabase>(WidePath(path));
   database->InitDb(FED_DatabaseDefs::ReadAccess, kCacheSize, std::wstring(), nullptr);
   return database;
 }

@@ -3,6 +3,8 @@
 #include <memory>
 #include <string>
 
+#include <bundled/NativePath.h>
+
 #include "Failure.h"
 #include "OpenedDatabase.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -20,18 +22,19 @@ constexpr std::size_t kCacheSize = 1024;
 
 }  // namespace
 
-Publication::Publication(const fs::path& folder) : folder_(folder)
+Publication::Publication(const fs::path& folder)
+    : folder_(folder.has_filename() || !folder.has_relative_path() ? folder : folder.parent_path())  // "new.onf/"
 {
   const std::string name = folder.string();
   if (name.empty()) Fail("the output folder has no name");
-  if (folder.extension() == ".fed")
+  if (folder_.extension() == ".fed")
     Fail(name + ": working databases on disk cannot be written yet, expected the name of an ONF folder");
-  if (!fs::exists(folder)) {
-    const fs::path parent = fs::absolute(folder).lexically_normal().parent_path();
+  if (!fs::exists(folder_)) {
+    const fs::path parent = fs::absolute(folder_).lexically_normal().parent_path();
     if (!fs::is_directory(parent)) Fail(name + ": no folder " + parent.string() + " to make it in");
-  } else if (!fs::is_directory(folder)) {
+  } else if (!fs::is_directory(folder_)) {
     Fail(name + ": not a folder, expected an ONF folder or the name of a new one");
-  } else if (!IsOnfFolder(folder) && !fs::is_empty(folder)) {
+  } else if (!IsOnfFolder(folder_) && !fs::is_empty(folder_)) {
     Fail(name + ": a folder with other files, expected an ONF folder or the name of a new one");
   }
 }
@@ -45,7 +48,7 @@ void Publication::TakeUserKindNames(FED_Database& database) const
 std::size_t Publication::Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& emptied) const
 {
   CheckUserKindNames(database);
-  QuilonOnfTxtDatabase target(folder_.wstring());
+  QuilonOnfTxtDatabase target(WidePath(folder_));
   target.InitDb(FED_DatabaseDefs::WriteAccess, kCacheSize, std::wstring(), nullptr);
   const std::size_t copied = QuilonDatabaseUtils::copy_datablocks(database, target, FED_DataDescriptorPattern(),
                                                                   QuilonDatabaseUtils::SkipEmptyBlocks);

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Wide paths as the file system takes them.
+/// Wide paths as the file system takes them, and back.
 
 #include <filesystem>
 #include <string>
@@ -12,3 +12,7 @@
 /// sets one.
 /// @return the path; characters that are none become U+FFFD, so that no conversion fails and the path names nothing
 QUILON_UTILITIES_API std::filesystem::path NativePath(const std::wstring& path);
+
+/// The way back: UTF-8 whatever the locale of the process.
+/// @throws FED_Failure if the path holds bytes that are no UTF-8: another path would come of them
+QUILON_UTILITIES_API std::wstring WidePath(const std::filesystem::path& path);
