@@ -55,7 +55,8 @@ std::vector<JobFiles> GroupByStem(const std::vector<std::filesystem::path>& file
 {
   std::vector<JobFiles> jobs;
   for (const std::filesystem::path& file : files) {
-    const std::filesystem::path stem = std::filesystem::path(file).replace_extension();
+    // Absolute, so that "./job.frd" belongs to "job.dat" and a file that is named twice is read once.
+    const std::filesystem::path stem = std::filesystem::absolute(file).lexically_normal().replace_extension();
     auto job = std::find_if(jobs.begin(), jobs.end(), [&stem](const JobFiles& known) { return known.stem == stem; });
     if (job == jobs.end()) job = jobs.insert(jobs.end(), JobFiles{stem, {}, {}, {}});
 
@@ -75,7 +76,8 @@ std::vector<JobFiles> GroupByStem(const std::vector<std::filesystem::path>& file
     if (job.frd.empty() && job.dat.empty()) {
       Fail(job.sta.string() + ": expected a .frd or .dat of the same name with it");
     }
-    const std::filesystem::path beside = std::filesystem::path(job.stem) += ".sta";
+    std::filesystem::path beside = job.frd.empty() ? job.dat : job.frd;  // named as the user names the job
+    beside.replace_extension(".sta");
     if (job.sta.empty() && std::filesystem::exists(beside)) job.sta = beside;
   }
   return jobs;
