@@ -16,7 +16,7 @@ constexpr int    kBarWidth        = 20;
 
 std::string Rate(double perSecond)
 {
-  static constexpr const char* kUnits[] = {"", "k", "M", "G", "T"};
+  static constexpr const char* kUnits[] = {"B", "kB", "MB", "GB", "TB"};
   std::size_t                  unit     = 0;
   while (perSecond >= 999.5 && unit + 1 < std::size(kUnits)) {
     perSecond /= 1000.0;

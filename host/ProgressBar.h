@@ -17,8 +17,9 @@ public:
   explicit ProgressBar(std::function<double()> clock);
 
   /// @param phase what is being done; a new phase starts its own rate
-  /// @param total 0 when nobody knows
-  /// @return the line to show, such as "reading job.dat [########            ]  40 % 12.3 M/s 0:14 left"; empty when
+  /// @param done  in bytes
+  /// @param total in bytes; 0 when nobody knows
+  /// @return the line to show, such as "reading job.dat [########            ]  40 % 12.3 MB/s 0:14 left"; empty when
   ///         there is nothing new to show
   std::string Update(const std::string& phase, std::uint64_t done, std::uint64_t total);
 

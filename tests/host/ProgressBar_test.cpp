@@ -26,9 +26,9 @@ TEST(ProgressBar, ShowsPartRateAndRemainingTime)
   Bench bench;
   bench.bar.Update("reading job.dat", 0, 10000000);
   bench.now += 2.0;
-  // 4 million in 2 seconds; 6 million are left.
+  // 4 million bytes in 2 seconds; 6 million are left.
   EXPECT_EQ(bench.bar.Update("reading job.dat", 4000000, 10000000),
-            "reading job.dat [########            ]  40 % 2 M/s 0:03 left");
+            "reading job.dat [########            ]  40 % 2 MB/s 0:03 left");
 }
 
 TEST(ProgressBar, DrawsAtMostTenTimesASecond)
@@ -51,7 +51,7 @@ TEST(ProgressBar, NewPhaseHasItsOwnRate)
   bench.bar.Update("reading", 100, 100);
   bench.bar.Update("saving", 0, 100);
   bench.now += 1.0;
-  EXPECT_EQ(bench.bar.Update("saving", 50, 100), "saving [##########          ]  50 % 50 /s 0:01 left");
+  EXPECT_EQ(bench.bar.Update("saving", 50, 100), "saving [##########          ]  50 % 50 B/s 0:01 left");
 }
 
 TEST(ProgressBar, UnknownTotalShowsTheRateAlone)
@@ -59,7 +59,7 @@ TEST(ProgressBar, UnknownTotalShowsTheRateAlone)
   Bench bench;
   bench.bar.Update("deriving", 0, 0);
   bench.now += 2.0;
-  EXPECT_EQ(bench.bar.Update("deriving", 3000, 0), "deriving 1.5 k/s");
+  EXPECT_EQ(bench.bar.Update("deriving", 3000, 0), "deriving 1.5 kB/s");
 }
 
 TEST(ProgressBar, LongRemainingTimeHasHours)
@@ -67,7 +67,7 @@ TEST(ProgressBar, LongRemainingTimeHasHours)
   Bench bench;
   bench.bar.Update("reading", 0, 3724);
   bench.now += 1.0;
-  EXPECT_EQ(bench.bar.Update("reading", 1, 3724), "reading [                    ]   0 % 1 /s 1:02:03 left");
+  EXPECT_EQ(bench.bar.Update("reading", 1, 3724), "reading [                    ]   0 % 1 B/s 1:02:03 left");
 }
 
 TEST(ProgressBar, NothingDoneYetHasNoRate)
@@ -83,7 +83,7 @@ TEST(ProgressBar, MoreDoneThanThereIsStaysFull)
   Bench bench;
   bench.bar.Update("reading", 0, 10);
   bench.now += 2.0;
-  EXPECT_EQ(bench.bar.Update("reading", 20, 10), "reading [####################] 100 % 10 /s");
+  EXPECT_EQ(bench.bar.Update("reading", 20, 10), "reading [####################] 100 % 10 B/s");
 }
 
 }  // namespace
