@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <map>
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -54,23 +56,38 @@ void RejectUnknownCommand(int argc, const char* const* argv)
        (suggestion.empty() ? ", expected one of the commands that 'quilon --help' lists" : suggestion));
 }
 
-/// @return the parser's message, with a suggestion for an option that nothing knows
+/// @return what the parser says of something missing or given twice, in our words; of anything else as it says it
+std::string Reworded(const CLI::ParseError& error, bool hasCommand)
+{
+  constexpr std::string_view kRequired = " is required";
+  const std::string          text      = error.what();
+  if (error.get_name() == "RequiredError" && text.ends_with(kRequired))
+    return hasCommand ? text.substr(0, text.size() - kRequired.size()) + " is missing" : "the command is missing";
+  if (error.get_name() == "ArgumentMismatch" && text.ends_with(" missing"))
+    return text.substr(0, text.find(':')) + " has no value";
+  if (error.get_name() == "ArgumentMismatch" && text.find("At Most 1 ") != std::string::npos)
+    return text.substr(0, text.find(':')) + " is given more than once";
+  return text;
+}
+
+/// @return the parser's message with a suggestion for an option that nothing knows
 std::string Explain(const CLI::ParseError& error, const CLI::App& app)
 {
-  if (dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr) return error.what();
-  const auto                     commands = app.get_subcommands();
-  const CLI::App&                command  = commands.empty() ? app : *commands.front();
-  std::vector<std::string>       names;
+  const auto        commands = app.get_subcommands();
+  const CLI::App&   command  = commands.empty() ? app : *commands.front();
+  const std::string see = ", see '" + (commands.empty() ? "" : app.get_name() + ' ') + command.get_name() + " --help'";
+
+  // A misspelt option comes first: what else is missing often follows from it.
   const std::vector<std::string> extras = app.remaining(true);
+  if (extras.empty()) return Reworded(error, !commands.empty()) + see;
+  std::vector<std::string> names;
   for (const CLI::App* known : {&command, &app})
     for (const CLI::Option* option : known->get_options())
       for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
   const std::string& extra = extras.front();
-  if (extra.empty() || extra.front() != '-')
-    return "unexpected argument '" + extra + "', see 'quilon " + command.get_name() + " --help'";
+  if (extra.empty() || extra.front() != '-') return "unexpected argument '" + extra + "'" + see;
   const std::string suggestion = DidYouMean(extra.substr(0, extra.find('=')), names);
-  return "unknown option '" + extra + "'" +
-         (suggestion.empty() ? ", see 'quilon " + command.get_name() + " --help'" : suggestion);
+  return "unknown option '" + extra + "'" + (suggestion.empty() ? see : suggestion);
 }
 
 void Run(int argc, const char* const* argv, Output& output, Console& console)
@@ -129,6 +146,8 @@ int RunProgram(int argc, const char* const* argv)
     return ExitInterrupted;
   } catch (const std::bad_alloc&) {
     console.Error("out of memory");
+  } catch (const std::filesystem::filesystem_error& error) {
+    console.Error(error.path1().string() + ": " + error.code().message());
   } catch (const std::exception& error) {
     console.Error(error.what());
   }

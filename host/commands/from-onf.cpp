@@ -5,9 +5,11 @@
 #include <string>
 
 #include <bundled/FED_ResultDatabase.h>
+#include <bundled/NativePath.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/NumberOptions.h"
 #include "commands/WriteReport.h"
 #include "Failure.h"
 #include "LoadCaseMap.h"
@@ -42,8 +44,8 @@ void Run(const Options& options, CommandContext& context)
 
   FED_ResultDatabase working;
   CopyUserKindNames(*onf, working);
-  QuilonOnfToVtm::CopyOnfToVtm(std::filesystem::path(options.onf).wstring(), working, FED_DataDescriptorPattern(),
-                               options.iteration, options.loadCaseOffset, &loadCaseMap);
+  QuilonOnfToVtm::CopyOnfToVtm(WidePath(options.onf), working, FED_DataDescriptorPattern(), options.iteration,
+                               options.loadCaseOffset, &loadCaseMap);
   // Blocks that come to have one key are mixed record by record: never what anybody wants.
   const std::size_t after = working.GetDataDescriptors(FED_DataDescriptorPattern()).size();
   if (after != before)
@@ -61,11 +63,10 @@ CommandFunction DefineFromOnf(CLI::App& app)
   app.add_option("-o,--output", options->output, "Folder to write; blocks of equal keys are replaced")
       ->required()
       ->type_name("OUT");
-  app.add_option("--iteration", options->iteration, "Iteration of blocks that have none (default: 0)")->type_name("N");
+  AddIntegerOption(app, "--iteration", options->iteration, "Iteration of blocks that have none (default: 0)");
   app.add_option("--load-case-map", options->loadCaseMap, "Load cases that become others: 4:2,5:3")
       ->type_name("OLD:NEW,...");
-  app.add_option("--load-case-offset", options->loadCaseOffset, "Added to every load case, after the map")
-      ->type_name("N");
+  AddIntegerOption(app, "--load-case-offset", options->loadCaseOffset, "Added to every load case, after the map");
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "An iteration that a block has stays. Load cases go through the map first; one that the map does not hold "

@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/NumberOptions.h"
 #include "Console.h"
 #include "Failure.h"
 #include "Format.h"
@@ -131,7 +132,7 @@ CommandFunction DefineImport(CLI::App& app)
   app.add_option("-o,--output", options->output, "ONF folder to write; blocks of equal keys are replaced")
       ->required()
       ->type_name("OUT");
-  app.add_option("--iteration", options->iteration, "Design iteration of the results (default: 0)")->type_name("N");
+  AddIntegerOption(app, "--iteration", options->iteration, "Design iteration of the results (default: 0)");
   app.add_option("--request", options->requests,
                  "What to derive: kinds, the path of a request file, all or none (default: all)")
       ->type_name("KIND,...|FILE");

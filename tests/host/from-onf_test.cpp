@@ -103,7 +103,7 @@ TEST_F(FromOnfCommand, OutputIsNeeded)
 {
   const RunResult run = RunQuilon({"from-onf", onf_});
   EXPECT_EQ(run.exitCode, 2);
-  EXPECT_EQ(run.err, "quilon: error: --output is required\n");
+  EXPECT_EQ(run.err, "quilon: error: --output is missing, see 'quilon from-onf --help'\n");
 }
 
 TEST_F(FromOnfCommand, HelpHasAnExample)

@@ -66,6 +66,23 @@ TEST_F(ImportCommand, BlocksWrittenAreBlocksListed)
   EXPECT_EQ(report.at("blocks"), blocks.size());
 }
 
+TEST_F(ImportCommand, FilesOfAJobBelongTogetherHoweverTheirFolderIsWritten)
+{
+  const fs::path job = folder_ /
+                       "j\xC3\xB6"
+                       "b 1";
+  fs::create_directory(job);
+  for (const char* extension : {".frd", ".dat"})
+    fs::copy(Fixture(std::string("a_tet/a_tet") + extension), job / (std::string("a") + extension));
+  const std::string frd = (job / "a.frd").string();
+  const RunResult   run =
+      RunQuilon({"import", frd, (job / "." / "a.frd").string(), (job / "." / "a.dat").string(), "-o", out_});
+  EXPECT_EQ(run.err, "");
+  const std::string once = (folder_ / "once.onf").string();
+  EXPECT_EQ(RunQuilon({"import", frd, (job / "a.dat").string(), "-o", once}).err, "");
+  EXPECT_EQ(ReadTree(out_), ReadTree(once));
+}
+
 TEST_F(ImportCommand, IterationStandsInEveryBlock)
 {
   RunQuilon({"import", frd_, "-o", out_, "--iteration", "3"});
@@ -206,8 +223,8 @@ TEST_F(ImportCommand, QuietTellsNoNotes)
 
 TEST_F(ImportCommand, FilesAndOutputAreNeeded)
 {
-  EXPECT_EQ(RunQuilon({"import", "-o", out_}).err, "quilon: error: RESULT is required\n");
-  EXPECT_EQ(RunQuilon({"import", frd_}).err, "quilon: error: --output is required\n");
+  EXPECT_EQ(RunQuilon({"import", "-o", out_}).err, "quilon: error: RESULT is missing, see 'quilon import --help'\n");
+  EXPECT_EQ(RunQuilon({"import", frd_}).err, "quilon: error: --output is missing, see 'quilon import --help'\n");
 }
 
 TEST_F(ImportCommand, HelpHasAnExample)

@@ -162,7 +162,7 @@ TEST_F(LsCommand, DatabaseIsNeeded)
 {
   const RunResult run = RunQuilon({"ls"});
   EXPECT_EQ(run.exitCode, 2);
-  EXPECT_EQ(run.err, "quilon: error: DB is required\n");
+  EXPECT_EQ(run.err, "quilon: error: DB is missing, see 'quilon ls --help'\n");
 }
 
 }  // namespace

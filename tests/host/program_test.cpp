@@ -43,7 +43,7 @@ TEST_F(Program, WithoutCommandIsAnError)
   const RunResult run = RunQuilon({});
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "quilon: error: A subcommand is required\n");
+  EXPECT_EQ(run.err, "quilon: error: the command is missing, see 'quilon --help'\n");
 }
 
 TEST_F(Program, UnknownCommandGetsASuggestion)
@@ -62,6 +62,58 @@ TEST_F(Program, UnknownOptionGetsASuggestion)
   EXPECT_EQ(RunQuilon({"ls", onf_, "--banana"}).err,
             "quilon: error: unknown option '--banana', see 'quilon ls --help'\n");
   EXPECT_EQ(RunQuilon({"ls", onf_, "--banana"}).exitCode, 2);
+}
+
+TEST_F(Program, UnknownOptionIsNamedBeforeWhatIsMissing)
+{
+  EXPECT_EQ(RunQuilon({"--versoin"}).err, "quilon: error: unknown option '--versoin', did you mean '--version'?\n");
+  EXPECT_EQ(RunQuilon({"-x"}).err, "quilon: error: unknown option '-x', see 'quilon --help'\n");
+  EXPECT_EQ(RunQuilon({"ls", "--jsno"}).err, "quilon: error: unknown option '--jsno', did you mean '--json'?\n");
+}
+
+TEST_F(Program, OptionNeedsOneValueOfItsSort)
+{
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, "out.onf", "--steps"}).err,
+            "quilon: error: --steps has no value, see 'quilon to-onf --help'\n");
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, "out.onf", "--steps", "1", "--steps", "2"}).err,
+            "quilon: error: --steps is given more than once, see 'quilon to-onf --help'\n");
+  EXPECT_EQ(RunQuilon({"from-onf", onf_, "-o", "out.onf", "--iteration", "2147483648"}).err,
+            "quilon: error: --iteration: '2147483648', expected an integer of 32 bits, see 'quilon from-onf --help'\n");
+}
+
+// The locale of the tests knows no letters beyond ASCII.
+TEST_F(Program, PathsMayHaveBlanksAndLettersBeyondAscii)
+{
+  const std::string odd = (folder_ / "b\xC3\xBCro \xE6\x97\xA5.onf").string();
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, odd}, {.environment = {"LC_ALL=C"}}).err, "");
+  EXPECT_EQ(ReadTree(odd), ReadTree(onf_));
+  const RunResult shown = RunQuilon({"show", odd, "eigenvalue"}, {.environment = {"LC_ALL=C"}});
+  EXPECT_EQ(shown.out, "index\teigenvalue\n1\t4\n2\t9\n");
+  EXPECT_EQ(RunQuilon({"from-onf", odd, "-o", odd + "2"}, {.environment = {"LC_ALL=C"}}).err, "");
+}
+
+TEST_F(Program, PathThatIsNoUtf8IsAnError)
+{
+  const std::string odd = (folder_ / "b\xFCro.onf").string();
+  const RunResult   run = RunQuilon({"to-onf", onf_, odd});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: " + odd + ": the name is no UTF-8\n");
+  EXPECT_FALSE(std::filesystem::exists(odd));
+}
+
+TEST_F(Program, OutputFolderMayEndInASlash)
+{
+  const std::string out = (folder_ / "out.onf").string();
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, out + '/'}).err, "");
+  EXPECT_EQ(ReadTree(out), ReadTree(onf_));
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, out + '/'}).err, "");
+}
+
+TEST_F(Program, PathThatTheSystemRefusesIsNamed)
+{
+  const std::string loop = (folder_ / "loop.onf").string();
+  std::filesystem::create_symlink(loop, loop);
+  EXPECT_EQ(RunQuilon({"ls", loop}).err, "quilon: error: " + loop + ": Too many levels of symbolic links\n");
 }
 
 TEST_F(Program, ArgumentTooManyIsAnError)

@@ -29,6 +29,12 @@ TEST_F(ShowCommand, ShowsRecordsByAscendingId)
             "20\t20\tnan\t3\t4\t5\t6\n");
 }
 
+TEST_F(ShowCommand, BlanksAroundPartsOfASelectionDoNotMatter)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, " Stress , eigenvalue @ lc = 1 , sub=last ", "--ids", " 1 , 10"}).out,
+            RunQuilon({"show", onf_, "stress,eigenvalue@lc=1,sub=last", "--ids", "1,10"}).out);
+}
+
 TEST_F(ShowCommand, PointsAreARowEach)
 {
   EXPECT_EQ(RunQuilon({"show", onf_, "582"}).out,
@@ -107,7 +113,8 @@ TEST_F(ShowCommand, HeadLimitsTheRecordsOfEachBlock)
             "id\tpoint\txx\tyy\tzz\txy\tyz\tzx\n7\t1\t1\t2\t3\t4\t5\t6\n7\t2\t-1\t-2\t-3\t-4\t-5\t-6.5\n");
   for (const std::string count : {"-1", "x", "1.5"}) {
     const RunResult run = RunQuilon({"show", onf_, "stress", "--head", count});
-    EXPECT_EQ(run.err, "quilon: error: --head: '" + count + "', expected a count, 0 or more\n");
+    EXPECT_EQ(run.err,
+              "quilon: error: --head: '" + count + "', expected a count, 0 or more, see 'quilon show --help'\n");
     EXPECT_EQ(run.exitCode, 2);
   }
 }
@@ -171,7 +178,7 @@ TEST_F(ShowCommand, SelectionIsNeeded)
 {
   const RunResult run = RunQuilon({"show", onf_});
   EXPECT_EQ(run.exitCode, 2);
-  EXPECT_EQ(run.err, "quilon: error: SELECTION is required\n");
+  EXPECT_EQ(run.err, "quilon: error: SELECTION is missing, see 'quilon show --help'\n");
 }
 
 TEST_F(ShowCommand, HelpHasAnExample)

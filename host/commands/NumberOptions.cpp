@@ -1,0 +1,20 @@
+#include "commands/NumberOptions.h"
+
+#include <charconv>
+#include <system_error>
+
+#include <CLI/CLI.hpp>
+
+namespace quilon {
+
+void AddIntegerOption(CLI::App& app, const std::string& name, int& target, const std::string& description)
+{
+  app.add_option(name, target, description)->type_name("N")->check([](const std::string& text) {
+    int        number  = 0;
+    const auto taken   = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = taken.ec == std::errc() && taken.ptr == text.data() + text.size();
+    return isWhole ? std::string() : "'" + text + "', expected an integer of 32 bits";
+  });
+}
+
+}  // namespace quilon
