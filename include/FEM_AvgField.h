@@ -4,6 +4,7 @@
 /// Averaging of element-based values at nodes.
 
 #include <cstddef>
+#include <cstdint>
 #include <set>
 #include <vector>
 
@@ -43,6 +44,7 @@ public:
   FEM_AvgField(FEM_AvgField&& other) noexcept;
   /// When the copy throws, this field is unchanged.
   FEM_AvgField& operator=(const FEM_AvgField& other);
+  /// Leaves the other field without layers; a field moved to itself keeps everything.
   FEM_AvgField& operator=(FEM_AvgField&& other) noexcept;
   ~FEM_AvgField();
 
@@ -92,8 +94,9 @@ public:
 private:
   using LayerStore = IdRadixMap<Data>;
 
-  std::vector<LayerStore> layers_;
-  std::vector<bool>       added_;  // one bit per layer: whether it ever received a value
+  std::int32_t            numLayers;
+  std::vector<LayerStore> layers_;  // shape [numLayers]
+  std::vector<bool>       added;    // shape [numLayers]: whether a layer ever received a value
 };
 
 extern template class FEM_AvgField<int, FEM_AvgUtil::AvgData<1>, 1>;

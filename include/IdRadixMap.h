@@ -49,9 +49,7 @@ public:
   IdRadixMap(const IdRadixMap& other) = default;
   /// Leaves the other map empty and usable.
   IdRadixMap(IdRadixMap&& other) noexcept
-      : entries_(std::move(other.entries_)),
-        pool_(std::move(other.pool_)),
-        roots_(std::exchange(other.roots_, kNoRoots))
+      : entries(std::move(other.entries)), pool_(std::move(other.pool_)), roots_(std::exchange(other.roots_, kNoRoots))
   {}
   /// When the copy throws, this map is unchanged.
   IdRadixMap& operator=(const IdRadixMap& other)
@@ -97,19 +95,19 @@ public:
   }
 
   /// All entries in the order of insertion; entry i is the one of position i. Values may be changed, ids not.
-  std::span<Entry>       Entries() noexcept { return entries_; }
-  std::span<const Entry> Entries() const noexcept { return entries_; }
+  std::span<Entry>       Entries() noexcept { return entries; }
+  std::span<const Entry> Entries() const noexcept { return entries; }
 
   /// @param position 0 <= position < Entries().size()
   V& At(std::size_t position) noexcept
   {
-    assert(position < entries_.size());
-    return entries_[position].second;
+    assert(position < entries.size());
+    return entries[position].second;
   }
   const V& At(std::size_t position) const noexcept
   {
-    assert(position < entries_.size());
-    return entries_[position].second;
+    assert(position < entries.size());
+    return entries[position].second;
   }
 
   /// The entries by ascending id, ids read as unsigned.
@@ -122,7 +120,7 @@ public:
   /// with less.
   void Reserve(std::size_t numEntries)
   {
-    entries_.reserve(numEntries);
+    entries.reserve(numEntries);
     // Leaves, the nodes above them, and up to six of partial leaves and of the depths that are only begun.
     pool_.reserve((numEntries / kNodeSize + numEntries / (kNodeSize * kNodeSize) + 6) * kNodeSize);
   }
@@ -130,7 +128,7 @@ public:
   /// Drops all entries; memory is kept for the next ones.
   void Clear() noexcept
   {
-    entries_.clear();
+    entries.clear();
     pool_.clear();
     roots_ = kNoRoots;
   }
@@ -180,8 +178,8 @@ private:
       }
       node = child;
     }
-    const std::size_t position = entries_.size();
-    entries_.emplace_back(std::piecewise_construct, std::forward_as_tuple(id), std::forward_as_tuple());
+    const std::size_t position = entries.size();
+    entries.emplace_back(std::piecewise_construct, std::forward_as_tuple(id), std::forward_as_tuple());
     pool_[static_cast<std::size_t>(node) + (bits & 0xFFu)] = static_cast<Word>(position);
     return position;
   }
@@ -195,12 +193,12 @@ private:
 
   void Swap(IdRadixMap& other) noexcept
   {
-    entries_.swap(other.entries_);
+    entries.swap(other.entries);
     pool_.swap(other.pool_);
     std::swap(roots_, other.roots_);
   }
 
-  std::vector<Entry> entries_;
+  std::vector<Entry> entries;
   std::vector<Word>  pool_;
   Roots              roots_ = kNoRoots;
 };
@@ -225,7 +223,7 @@ public:
   /// The position of the entry in Entries().
   std::size_t Position() const noexcept { return static_cast<std::size_t>(position_); }
 
-  reference operator*() const noexcept { return map_->entries_[Position()]; }
+  reference operator*() const noexcept { return map_->entries[Position()]; }
   pointer   operator->() const noexcept { return &**this; }
 
   BasicIterator& operator++() noexcept

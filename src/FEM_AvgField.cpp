@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <utility>
 
 #include "descriptor_edit.h"
 #include "failure.h"
@@ -133,15 +134,17 @@ void RequireOperation(Operation op)
 }  // namespace
 
 template <typename Key, typename Data, int N>
-FEM_AvgField<Key, Data, N>::FEM_AvgField(int numLayers)
-    : layers_(static_cast<std::size_t>(std::max(numLayers, 0))), added_(layers_.size(), false)
+FEM_AvgField<Key, Data, N>::FEM_AvgField(int layerCount)
+    : numLayers(std::max(layerCount, 0)), layers_(static_cast<std::size_t>(numLayers)), added(layers_.size(), false)
 {}
 
 template <typename Key, typename Data, int N>
 FEM_AvgField<Key, Data, N>::FEM_AvgField(const FEM_AvgField& other) = default;
 
 template <typename Key, typename Data, int N>
-FEM_AvgField<Key, Data, N>::FEM_AvgField(FEM_AvgField&& other) noexcept = default;
+FEM_AvgField<Key, Data, N>::FEM_AvgField(FEM_AvgField&& other) noexcept
+    : numLayers(std::exchange(other.numLayers, 0)), layers_(std::move(other.layers_)), added(std::move(other.added))
+{}
 
 template <typename Key, typename Data, int N>
 FEM_AvgField<Key, Data, N>& FEM_AvgField<Key, Data, N>::operator=(const FEM_AvgField& other)
@@ -151,7 +154,15 @@ FEM_AvgField<Key, Data, N>& FEM_AvgField<Key, Data, N>::operator=(const FEM_AvgF
 }
 
 template <typename Key, typename Data, int N>
-FEM_AvgField<Key, Data, N>& FEM_AvgField<Key, Data, N>::operator=(FEM_AvgField&& other) noexcept = default;
+FEM_AvgField<Key, Data, N>& FEM_AvgField<Key, Data, N>::operator=(FEM_AvgField&& other) noexcept
+{
+  // By way of a third field, so that the other one is left without layers and a field moved to itself keeps its own.
+  FEM_AvgField taken(std::move(other));
+  std::swap(numLayers, taken.numLayers);
+  layers_.swap(taken.layers_);
+  added.swap(taken.added);
+  return *this;
+}
 
 template <typename Key, typename Data, int N>
 FEM_AvgField<Key, Data, N>::~FEM_AvgField() = default;
@@ -167,7 +178,7 @@ void FEM_AvgField<Key, Data, N>::AddValue(const Key& id, int layer, const double
 {
   LayerStore&       store    = LayerAt(layers_, layer);
   const std::size_t position = store.Find(id);
-  if (position == LayerStore::npos) return AddNew(store, added_, layer, id, value);
+  if (position == LayerStore::npos) return AddNew(store, added, layer, id, value);
   Fold(store.At(position), value);
 }
 
@@ -205,13 +216,13 @@ std::size_t FEM_AvgField<Key, Data, N>::FieldSize() const
 template <typename Key, typename Data, int N>
 int FEM_AvgField<Key, Data, N>::NumLayers() const
 {
-  return static_cast<int>(layers_.size());
+  return numLayers;
 }
 
 template <typename Key, typename Data, int N>
 bool FEM_AvgField<Key, Data, N>::IsAnyValueAdded() const
 {
-  return std::find(added_.begin(), added_.end(), true) != added_.end();
+  return std::find(added.begin(), added.end(), true) != added.end();
 }
 
 template <typename Key, typename Data, int N>
@@ -233,8 +244,8 @@ void FEM_AvgField<Key, Data, N>::SaveField(FED_Database& db, const FED_DataDescr
     quilon_descriptor::ClearIndexInPlace(blockDesc, FED_DataDescriptor::Layer);
   }
 
-  for (int layer = 0; layer < NumLayers(); ++layer) {
-    if (!added_[static_cast<std::size_t>(layer)]) continue;
+  for (int layer = 0; layer < numLayers; ++layer) {
+    if (!added[static_cast<std::size_t>(layer)]) continue;
     const LayerStore& store = LayerAt(layers_, layer);
 
     if (mode == FEM_AvgFieldDefs::SeparateLayers) blockDesc.SetInteger(FED_DataDescriptor::Layer, layer + 1);

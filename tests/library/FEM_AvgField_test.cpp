@@ -307,6 +307,24 @@ TEST(FEM_AvgField, AMovedFromFieldHasNoLayers)
   source = AvgField<1>(1);
   Add(source, 4, 0, 5.0);
   EXPECT_EQ(source.GetData(0, 4)->sum[0], 5.0);
+
+  taken = std::move(source);
+  EXPECT_EQ(taken.NumLayers(), 1);
+  EXPECT_EQ(taken.GetData(0, 4)->sum[0], 5.0);
+  EXPECT_EQ(source.NumLayers(), 0);
+  EXPECT_FALSE(source.IsAnyValueAdded());
+}
+
+TEST(FEM_AvgField, AFieldMovedToItselfKeepsItsValues)
+{
+  AvgField<1> field(2);
+  Add(field, 4, 1, 4.0);
+  AvgField<1>& itself = field;
+  field               = std::move(itself);
+  EXPECT_EQ(field.NumLayers(), 2);
+  EXPECT_TRUE(field.IsAnyValueAdded());
+  ASSERT_NE(field.GetData(1, 4), nullptr);
+  EXPECT_EQ(field.GetData(1, 4)->sum[0], 4.0);
 }
 
 // Accuracy.
