@@ -10,6 +10,6 @@ enum FedStatusCode : int
   FedStatusNoNumber     = 1,  ///< no number at the start of the text; the output is untouched
   FedStatusTrailingText = 2,  ///< a number was taken, but text follows it
   FedStatusOutOfRange   = 3,  ///< a number that the output type cannot hold; the output is untouched
-  FedStatusNotFound     = 4,  ///< the path names nothing
+  FedStatusNotFound     = 4,  ///< the path names nothing, or nothing of the kind asked for
   FedStatusSystemError  = 5   ///< the operating system could not answer
 };
