@@ -18,7 +18,6 @@
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "ResultImport.h"
 #include "Selection.h"
-#include "UserKinds.h"
 
 namespace quilon {
 
