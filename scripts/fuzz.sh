@@ -12,7 +12,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 seconds=${1:-60}
 shift || true
 cmake --preset fuzz
-if (($#)); then targets=("$@"); else mapfile -t targets < <(grep -ho 'quilon_add_fuzz(\s*\w\+' -r tests/fuzz/CMakeLists.txt | sed 's/.*(\s*//'); fi
+if (($#)); then targets=("$@"); else mapfile -t targets < <(tr '\n' ' ' < tests/fuzz/CMakeLists.txt | grep -o 'quilon_add_fuzz( *\w\+' | sed 's/.*( *//'); fi
 ((${#targets[@]})) || { echo "fuzz.sh: no fuzz targets" >&2; exit 1; }
 cmake --build --preset fuzz --target "${targets[@]}"
 mkdir -p build/fuzz/artifacts
