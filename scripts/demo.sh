@@ -20,6 +20,11 @@ quilon=build/demo-build/host/quilon
 results=tests/fixtures/calculix/a_tet
 
 mkdir -p "$out"
-"$quilon" import "$results/a_tet.frd" "$results/a_tet.dat" -o "$out/a_tet" 2>"$out/import.log" || { cat "$out/import.log" >&2; exit 1; }
-"$quilon" ls "$out/a_tet"
-cat "$out/import.log"
+"$quilon" import "$results/a_tet.frd" "$results/a_tet.dat" -o "$out/a_tet" >"$out/import.txt" 2>"$out/import.log" ||
+  { cat "$out/import.log" >&2; exit 1; }
+echo
+echo "\$ quilon import a_tet.frd a_tet.dat -o a_tet && quilon ls a_tet '@quantity=none' --table"
+"$quilon" ls "$out/a_tet" '@quantity=none' --table
+echo
+grep 'nodal averages' "$out/import.txt"
+tail -n 1 "$out/import.txt"
