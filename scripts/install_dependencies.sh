@@ -31,6 +31,6 @@ if ((EUID != 0)); then
   run=(sudo)
 fi
 echo "installing: ${missing[*]}"
-export DEBIAN_FRONTEND=noninteractive
 "${run[@]}" apt-get update -qq
-"${run[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null >/dev/null
+"${run[@]}" env DEBIAN_FRONTEND=noninteractive DEBCONF_NOWARNINGS=yes \
+  apt-get install -y -qq -o Dpkg::Use-Pty=0 --no-install-recommends "${missing[@]}" </dev/null >/dev/null
