@@ -21,7 +21,7 @@ struct Entry
   std::string     quantity;  ///< what the numbers measure; "none" for counts and codes
 };
 
-/// A hundred of user kinds: their kind and format are told by the range, their names by `stem`-<id>.
+/// A hundred of user kinds: their kind and format are told by the range, their names are the stem, a dash and the id.
 struct UserRange
 {
   int         first;
