@@ -1,10 +1,12 @@
 // How fast a text .frd file is read.
 //   scan   a bare pass over the same file that only converts its columns with std::from_chars
 //   read   ReadFrd into a sink that keeps nothing
+//   import ImportResults into a database in memory, nothing derived
 // Flags: --megabytes N  size of the file (default 4; 500 says more)
 //        --repeats N    passes of each case (default 3)
 //        --folder PATH  where the file is written (default: the temporary folder); it is deleted at the end
-// Prints best and median MB/s of each case and the ratio of the best ones. The first pass warms the page cache.
+// Prints best and median MB/s of each case and how they compare with the scan, best with best. The first pass warms the
+// page cache.
 
 #include <algorithm>
 #include <charconv>
@@ -20,7 +22,11 @@
 #include <string>
 #include <vector>
 
+#include <bundled/FED_ResultDatabase.h>
+#include <QuilonOnfEngine/OnfResultRequestFile.h>
+
 #include "calculix/FrdReader.h"
+#include "ResultImport.h"
 
 namespace {
 
@@ -147,6 +153,15 @@ double Read(const fs::path& path)
   return sink.sum;
 }
 
+double Import(const fs::path& path)
+{
+  FED_ResultDatabase    database;
+  OnfResultRequestFile  nothing;
+  quilon::ImportOptions options;
+  options.requests = &nothing;
+  return static_cast<double>(quilon::ImportResults({path}, database, options).blocks);
+}
+
 // Best and median seconds of some passes.
 struct Timing
 {
@@ -176,14 +191,19 @@ int main(int argc, char** argv)
   WriteFile(path, options.megabytes * 1000000);
   const double megabytes = static_cast<double>(fs::file_size(path)) / 1e6;
 
-  double       used = Scan(path);  // warms the page cache
-  const Timing scan = Measure(options.repeats, used, [&] { return Scan(path); });
-  const Timing read = Measure(options.repeats, used, [&] { return Read(path); });
+  double       used     = Scan(path);  // warms the page cache
+  const Timing scan     = Measure(options.repeats, used, [&] { return Scan(path); });
+  const Timing read     = Measure(options.repeats, used, [&] { return Read(path); });
+  const Timing imported = Measure(options.repeats, used, [&] { return Import(path); });
   fs::remove(path);
 
   std::printf("%.1f MB, %d passes (checksum %g)\n", megabytes, options.repeats, used);
-  std::printf("scan  best %8.1f MB/s  median %8.1f MB/s\n", megabytes / scan.best, megabytes / scan.median);
-  std::printf("read  best %8.1f MB/s  median %8.1f MB/s\n", megabytes / read.best, megabytes / read.median);
-  std::printf("read is %.2f times as fast as the scan\n", scan.best / read.best);
+  const auto print = [&](const char* name, const Timing& timing) {
+    std::printf("%-7sbest %8.1f MB/s  median %8.1f MB/s  %5.2f times as fast as the scan\n", name,
+                megabytes / timing.best, megabytes / timing.median, scan.best / timing.best);
+  };
+  print("scan", scan);
+  print("read", read);
+  print("import", imported);
   return 0;
 }

@@ -5,9 +5,9 @@
 
 #include <bundled/FED_RecordFormat.h>
 
-#include "Interrupt.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "ScratchRecord.h"
+#include "terminal/Interrupt.h"
 
 namespace quilon {
 

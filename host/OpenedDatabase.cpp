@@ -9,15 +9,15 @@
 #include <bundled/FED_ResultDatabase.h>
 #include <bundled/NativePath.h>
 
-#include "Console.h"
 #include "Failure.h"
-#include "Format.h"
-#include "Interrupt.h"
-#include "KindRequests.h"
 #include "QuilonDbConnector/QuilonDatabaseUtils.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "ResultImport.h"
-#include "Selection.h"
+#include "selection/KindRequests.h"
+#include "selection/Selection.h"
+#include "terminal/Console.h"
+#include "terminal/Format.h"
+#include "terminal/Interrupt.h"
 
 namespace quilon {
 

@@ -14,12 +14,12 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
-#include "Console.h"
 #include "Failure.h"
-#include "Interrupt.h"
-#include "Output.h"
 #include "quilon_version.h"
-#include "Suggestion.h"
+#include "selection/Suggestion.h"
+#include "terminal/Console.h"
+#include "terminal/Interrupt.h"
+#include "terminal/Output.h"
 
 namespace quilon {
 

@@ -6,13 +6,13 @@
 
 #include <bundled/FED_RecordFormat.h>
 
-#include "Format.h"
-#include "Interrupt.h"
-#include "KindTable.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "ScratchRecord.h"
+#include "selection/KindTable.h"
+#include "terminal/Format.h"
+#include "terminal/Interrupt.h"
 
 namespace quilon {
 

@@ -13,18 +13,17 @@ import sys
 from pathlib import Path
 
 MAY_NEED = re.compile(r"^(libstdc\+\+|libm|libc|libgcc_s|ld-linux[^.]*|libasan|libubsan|libtsan)\.so")
-STANDARD = re.compile(r"^(?:(?:virtual thunk to|typeinfo for|typeinfo name for|vtable for|guard variable for) )?"
-                      r"(?:[\w:<>,&* ]+ )?(?:std|__gnu_cxx)::|^operator (?:new|delete)|^__(?:asan|odr)|^_(?:init|fini)$")
+# Mangled names of the standard's own symbols: functions, then virtual tables and type information.
+STANDARD = re.compile(r"^_Z(?:N[KVRO]*)?(?:S[tabsiod]|9__gnu_cxx)|^_ZT[VTIS]N?K?S[tabsiod]|^_ZGVZN?S|^_Zn[wa]|^_Zd[la]"
+                      r"|^__(?:asan|odr)|^_(?:init|fini)$")
 
 
 def exported(library):
-    lines = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True, text=True).stdout
-    names = set()
-    for line in lines.splitlines():
-        _, kind, name = line.split(maxsplit=2)
-        if kind in "TWVBDRu" and not STANDARD.match(name):
-            names.add(name)
-    return sorted(names)
+    lines = subprocess.run(["nm", "-D", "--defined-only", library], check=True, capture_output=True, text=True).stdout
+    symbols = [line.split()[-1] for line in lines.splitlines() if line.split()[-2] in "TWVBDRu"]
+    ours = "\n".join(symbol for symbol in symbols if not STANDARD.match(symbol))
+    names = subprocess.run(["c++filt"], input=ours, check=True, capture_output=True, text=True).stdout
+    return sorted(set(names.split("\n")) - {""})
 
 
 def needed(library):

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "KindTable.h"
+#include "selection/KindTable.h"
 
 namespace quilon {
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "Selection.h"
+#include "selection/Selection.h"
 
 namespace CLI {
 class App;

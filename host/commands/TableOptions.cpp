@@ -5,7 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Failure.h"
-#include "Terminal.h"
+#include "terminal/Terminal.h"
 
 namespace quilon {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Table.h"
+#include "terminal/Table.h"
 
 namespace CLI {
 class App;

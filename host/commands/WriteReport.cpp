@@ -1,8 +1,8 @@
 #include "commands/WriteReport.h"
 
-#include "Format.h"
-#include "JsonText.h"
-#include "Output.h"
+#include "terminal/Format.h"
+#include "terminal/JsonText.h"
+#include "terminal/Output.h"
 
 namespace quilon {
 

@@ -10,14 +10,14 @@
 #include "commands/Command.h"
 #include "Derivation.h"
 #include "Failure.h"
-#include "Format.h"
-#include "Interrupt.h"
-#include "JsonText.h"
-#include "KindRequests.h"
-#include "KindTable.h"
 #include "OpenedDatabase.h"
-#include "Output.h"
 #include "Publication.h"
+#include "selection/KindRequests.h"
+#include "selection/KindTable.h"
+#include "terminal/Format.h"
+#include "terminal/Interrupt.h"
+#include "terminal/JsonText.h"
+#include "terminal/Output.h"
 
 namespace quilon {
 

@@ -12,11 +12,11 @@
 #include "commands/NumberOptions.h"
 #include "commands/WriteReport.h"
 #include "Failure.h"
-#include "LoadCaseMap.h"
 #include "OpenedDatabase.h"
 #include "Publication.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "QuilonOnfToVtm.h"
+#include "selection/LoadCaseMap.h"
 #include "UserKinds.h"
 
 namespace quilon {

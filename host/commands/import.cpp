@@ -12,19 +12,19 @@
 
 #include "commands/Command.h"
 #include "commands/NumberOptions.h"
-#include "Console.h"
 #include "Failure.h"
-#include "Format.h"
-#include "Interrupt.h"
-#include "JsonText.h"
-#include "KindRequests.h"
-#include "KindTable.h"
-#include "Output.h"
 #include "Publication.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "ResultImport.h"
-#include "Table.h"
-#include "Terminal.h"
+#include "selection/KindRequests.h"
+#include "selection/KindTable.h"
+#include "terminal/Console.h"
+#include "terminal/Format.h"
+#include "terminal/Interrupt.h"
+#include "terminal/JsonText.h"
+#include "terminal/Output.h"
+#include "terminal/Table.h"
+#include "terminal/Terminal.h"
 
 namespace quilon {
 

@@ -13,17 +13,17 @@
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
-#include "Console.h"
 #include "Failure.h"
-#include "Format.h"
-#include "Interrupt.h"
-#include "JsonText.h"
-#include "KindTable.h"
 #include "OpenedDatabase.h"
-#include "Output.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "RecordRows.h"
 #include "ScratchRecord.h"
+#include "selection/KindTable.h"
+#include "terminal/Console.h"
+#include "terminal/Format.h"
+#include "terminal/Interrupt.h"
+#include "terminal/JsonText.h"
+#include "terminal/Output.h"
 
 namespace quilon {
 

@@ -7,9 +7,9 @@
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/WriteReport.h"
-#include "KindTable.h"
 #include "OpenedDatabase.h"
 #include "Publication.h"
+#include "selection/KindTable.h"
 
 namespace quilon {
 

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "KindTable.h"
-#include "LoadCaseMap.h"
 #include "QuilonUtilities/FED_Failure.h"
-#include "Selection.h"
+#include "selection/KindTable.h"
+#include "selection/LoadCaseMap.h"
+#include "selection/Selection.h"
 
 namespace {
 

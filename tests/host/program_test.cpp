@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "Interrupt.h"
 #include "program_support.h"
 #include "TempFolder.h"
+#include "terminal/Interrupt.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "ProgressBar.h"
+#include "terminal/ProgressBar.h"
 
 #include <gtest/gtest.h>
 

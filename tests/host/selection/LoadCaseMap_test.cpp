@@ -1,4 +1,4 @@
-#include "LoadCaseMap.h"
+#include "selection/LoadCaseMap.h"
 
 #include <map>
 #include <string>

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "ProgressBar.h"
+#include "terminal/ProgressBar.h"
 
 namespace quilon {
 

@@ -1,10 +1,10 @@
-#include "Table.h"
+#include "terminal/Table.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "Format.h"
-#include "Output.h"
+#include "terminal/Format.h"
+#include "terminal/Output.h"
 
 namespace quilon {
 

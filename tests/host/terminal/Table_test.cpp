@@ -1,4 +1,4 @@
-#include "Table.h"
+#include "terminal/Table.h"
 
 #include <cstdio>
 #include <string>
@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Output.h"
+#include "terminal/Output.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
-#include "Selection.h"
+#include "selection/Selection.h"
 
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "KindTable.h"
 #include "QuilonUtilities/FED_Failure.h"
+#include "selection/KindTable.h"
 
 namespace {
 

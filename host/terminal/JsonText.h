@@ -8,7 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Format.h"
+#include "terminal/Format.h"
 
 namespace quilon {
 

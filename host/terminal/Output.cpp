@@ -1,4 +1,4 @@
-#include "Output.h"
+#include "terminal/Output.h"
 
 #include <cerrno>
 #include <cstdio>

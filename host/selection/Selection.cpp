@@ -1,4 +1,4 @@
-#include "Selection.h"
+#include "selection/Selection.h"
 
 #include <algorithm>
 #include <array>
@@ -10,10 +10,10 @@
 #include <utility>
 
 #include "Failure.h"
-#include "Format.h"
-#include "KindTable.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
-#include "Suggestion.h"
+#include "selection/KindTable.h"
+#include "selection/Suggestion.h"
+#include "terminal/Format.h"
 
 namespace quilon {
 

@@ -1,4 +1,4 @@
-#include "KindTable.h"
+#include "selection/KindTable.h"
 
 #include <charconv>
 #include <limits>
@@ -10,7 +10,7 @@
 #include "Failure.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
-#include "Suggestion.h"
+#include "selection/Suggestion.h"
 #include "UserKinds.h"
 
 namespace quilon {

@@ -1,12 +1,12 @@
-#include "KindRequests.h"
+#include "selection/KindRequests.h"
 
 #include <sstream>
 #include <string>
 
 #include <bundled/NativePath.h>
 
-#include "Format.h"
-#include "KindTable.h"
+#include "selection/KindTable.h"
+#include "terminal/Format.h"
 
 namespace quilon {
 

@@ -1,4 +1,4 @@
-#include "Format.h"
+#include "terminal/Format.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "KindTable.h"
+#include "selection/KindTable.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "Suggestion.h"
+#include "selection/Suggestion.h"
 
 #include <gtest/gtest.h>
 

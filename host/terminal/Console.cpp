@@ -1,10 +1,10 @@
-#include "Console.h"
+#include "terminal/Console.h"
 
 #include <chrono>
 #include <cstdio>
 
-#include "Format.h"
-#include "Terminal.h"
+#include "terminal/Format.h"
+#include "terminal/Terminal.h"
 
 namespace quilon {
 
