@@ -1,6 +1,7 @@
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 
@@ -35,10 +36,10 @@ const FED_OnfMetaData& FED_OnfInfoPool::GetOnfInfo(FED_OnfId onf)
 
   // Never destroyed: objects that end with the program may still ask.
   static const std::map<int, const FED_OnfMetaData*>& fixed = *[] {
-    auto* made = new std::map<int, const FED_OnfMetaData*>;
+    auto made = std::make_unique<std::map<int, const FED_OnfMetaData*>>();
     for (const OnfCatalogue::Entry& entry : OnfCatalogue::Entries())
       made->emplace(static_cast<int>(entry.onf), &entry.metaData);
-    return made;
+    return made.release();
   }();
   static MadeMetaData& made = *new MadeMetaData;
 

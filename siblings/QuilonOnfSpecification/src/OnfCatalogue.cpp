@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <memory>
 #include <system_error>
 
 #include "onf_table.h"
@@ -42,24 +43,25 @@ constexpr const char* kPageTail = R"(
 An id that stands in neither table is of kind 14, named `onf-<id>`, and takes its format from the first record.
 )";
 
+/// The tables are made once and never destroyed: objects that end with the program may still ask.
 std::vector<OnfCatalogue::Entry>* MakeEntries()
 {
-  auto* entries = new std::vector<OnfCatalogue::Entry>;
+  auto entries = std::make_unique<std::vector<OnfCatalogue::Entry>>();
   for (const OnfRow& row : OnfRows()) {
     entries->push_back({static_cast<FED_OnfId>(row.id),
                         FED_OnfMetaData(row.entityKind, row.name, row.recordFormat, row.description), row.quantity});
   }
-  return entries;
+  return entries.release();
 }
 
 std::vector<OnfCatalogue::UserRange>* MakeUserRanges()
 {
-  auto* ranges = new std::vector<OnfCatalogue::UserRange>;
+  auto ranges = std::make_unique<std::vector<OnfCatalogue::UserRange>>();
   for (const OnfUserRow& row : OnfUserRows()) {
     ranges->push_back(
         {row.first, row.first + kRangeLength - 1, row.entityKind, row.stem, row.recordFormat, row.description});
   }
-  return ranges;
+  return ranges.release();
 }
 
 const OnfCatalogue::Entry* FindEntry(FED_OnfId onf)
