@@ -1,0 +1,197 @@
+#pragma once
+
+/// @file
+/// What a deck says: mesh, sets, materials, sections, steps.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "IdRadixMap.h"
+
+namespace quilon::calculix {
+
+/// A line of the deck's files.
+struct DeckPlace
+{
+  std::uint32_t file = 0;  ///< position in DeckModel::files
+  std::int32_t  line = 0;  ///< from 1
+};
+
+/// What the deck says of an element type.
+struct DeckElementType
+{
+  const char* name;       ///< upper case, "C3D20R"
+  int         numNodes;   ///< of one element's connectivity
+  int         frdType;    ///< type code of the .frd: 1 hex8, 2 wedge6, 3 tet4, 4 hex20, 5 wedge15, 6 tet10, ...; 0 none
+  int         numPoints;  ///< integration points that a .dat prints of a solid; 0 for all others
+  int dimension;  ///< 3 solids, 2 shells, membranes and plane elements, 1 beams and trusses, 0 springs and others
+};
+
+/// @param name without blanks, upper case
+/// @return null for a type that is not known
+const DeckElementType* FindDeckElementType(std::string_view name) noexcept;
+
+struct DeckNode
+{
+  std::array<double, 3> position = {};  ///< as given, all digits
+  DeckPlace             place;
+};
+
+struct DeckElement
+{
+  const DeckElementType* type  = nullptr;
+  std::size_t            first = 0;  ///< of its nodes in DeckModel::elementNodes
+  std::size_t            count = 0;
+  DeckPlace              place;
+};
+
+/// A set of nodes or elements.
+struct DeckSet
+{
+  std::string      name;   ///< upper case, quotes kept
+  std::vector<int> ids;    ///< in the deck's order, duplicates kept: the solver counts a node twice that is named twice
+  DeckPlace        place;  ///< of the first card that names it
+};
+
+/// The numbers of one property card of a material.
+struct DeckProperty
+{
+  std::string         keyword;  ///< "ELASTIC", "DENSITY", "PLASTIC", "EXPANSION", ...
+  std::string         type;     ///< parameter TYPE, upper case; empty when there is none
+  std::vector<double> values;   ///< of all data lines, one behind the other
+  DeckPlace           place;
+};
+
+struct DeckMaterial
+{
+  std::string               name;
+  std::vector<DeckProperty> properties;
+  DeckPlace                 place;
+
+  const DeckProperty* Find(std::string_view keyword) const noexcept;
+};
+
+/// A local system.
+struct DeckOrientation
+{
+  enum System : int
+  {
+    Rectangular = 0,  ///< x' along a; y' in the plane of a and b, on b's side
+    Cylindrical = 1   ///< a and b are points of the axis; x' radial, y' tangential, z' along the axis from a to b
+  };
+
+  std::string           name;
+  System                system        = Rectangular;
+  std::array<double, 3> a             = {};
+  std::array<double, 3> b             = {};
+  int                   rotationAxis  = 0;    ///< 1 to 3; 0 none
+  double                rotationAngle = 0.0;  ///< degrees
+  DeckPlace             place;
+};
+
+/// What elements are made of.
+struct DeckSection
+{
+  std::string kind;         ///< "SOLID", "SHELL", "BEAM", "MEMBRANE", ...
+  std::string elementSet;   ///< name
+  std::string material;     ///< name, of the first layer where there are several; may be empty
+  std::string orientation;  ///< name; may be empty
+  bool        isComposite = false;
+  DeckPlace   place;
+};
+
+struct DeckStep
+{
+  std::string procedure;  ///< keyword: "STATIC", "FREQUENCY", "BUCKLE", "DYNAMIC", ...; empty when there is none
+  bool        nlgeom       = false;  ///< as it rules this step: it holds for all later steps too, NLGEOM=NO ends it
+  bool        perturbation = false;
+  DeckPlace   place;
+};
+
+/// One file of the include tree.
+struct DeckFile
+{
+  std::filesystem::path path;        ///< as it was opened
+  std::string           statement;   ///< path as the include statement writes it; empty for the deck itself
+  DeckPlace             includedAt;  ///< line 0 for the deck itself
+  std::int64_t          lines = 0;
+  std::uint64_t         bytes = 0;
+};
+
+/// A finding: an error stops the solver or changes what it computes unseen, a warning may be meant.
+struct DeckMessage
+{
+  enum Severity : int
+  {
+    Error,
+    Warning
+  };
+
+  Severity    severity = Error;
+  DeckPlace   place;
+  std::string text;  ///< without place
+  std::string line;  ///< the line as it stands in the file
+};
+
+/// All that is read of a deck. Names are upper case, ids are the deck's own.
+struct DeckModel
+{
+  std::vector<DeckFile>        files;  ///< the deck first, then in the order of reading; a file included twice twice
+  IdRadixMap<DeckNode>         nodes;
+  IdRadixMap<DeckElement>      elements;
+  std::vector<int>             elementNodes;
+  std::vector<DeckSet>         nodeSets;     ///< in the order of first mention
+  std::vector<DeckSet>         elementSets;  ///< NALL and EALL are not among them unless the deck names them
+  std::vector<DeckMaterial>    materials;
+  std::vector<DeckOrientation> orientations;
+  std::vector<DeckSection>     sections;
+  std::vector<DeckStep>        steps;
+
+  const DeckNode*        FindNode(int id) const noexcept;
+  const DeckElement*     FindElement(int id) const noexcept;
+  std::span<const int>   NodesOf(const DeckElement& element) const noexcept;
+  const DeckSet*         FindNodeSet(std::string_view name) const noexcept;
+  const DeckSet*         FindElementSet(std::string_view name) const noexcept;
+  const DeckMaterial*    FindMaterial(std::string_view name) const noexcept;
+  const DeckOrientation* FindOrientation(std::string_view name) const noexcept;
+
+  /// @return "PATH:LINE", the path as it was opened
+  std::string Describe(const DeckPlace& place) const;
+};
+
+struct DeckOptions
+{
+  enum IncludeRule : int
+  {
+    SolverFirst,   ///< relative to the working directory, as the solver does; then to the including file
+    SolverOnly,    ///< relative to the working directory
+    IncludingFile  ///< relative to the including file
+  };
+
+  IncludeRule includeRule  = SolverFirst;
+  bool        allowOutside = false;  ///< whether an include may leave the folder tree of the deck
+  /// The directory that the solver would run in; empty: the one the deck is in.
+  std::filesystem::path workingDirectory;
+};
+
+/// Deepest nesting of includes.
+inline constexpr int kMaxIncludeDepth = 64;
+
+/// Reads a deck and all it includes.
+/// @throws FED_Failure "PATH:LINE: what is wrong" at the first error
+DeckModel ReadDeckModel(const std::filesystem::path& deck, const DeckOptions& options = {});
+
+/// Reads on after errors where that is possible.
+/// @param messages receives errors and warnings in the order of their places
+/// @throws FED_Failure when the deck itself cannot be read
+DeckModel ReadDeckModel(const std::filesystem::path& deck, const DeckOptions& options,
+                        std::vector<DeckMessage>& messages);
+
+}  // namespace quilon::calculix
