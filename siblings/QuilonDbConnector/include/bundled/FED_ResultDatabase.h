@@ -4,6 +4,7 @@
 /// The bundled result database.
 
 #include <cstddef>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
@@ -13,8 +14,20 @@
 #include "quilon_contract_export.h"
 #include "QuilonDbConnector/FED_Database.h"
 
+class FED_FileLayer;
 class FED_RecordFormat;
 class ResultDataBlock;
+
+/// How a database on disk is kept.
+struct FED_ResultDatabaseOptions
+{
+  /// Bytes of rows that stay in memory; beyond it rows go to disk and come back when they are asked for. A few chunks
+  /// (of at most 16 MiB each) stay whatever the limit is. Keys and id maps are not counted.
+  std::size_t memoryLimit = std::size_t{1} << 30;
+
+  /// What reaches the disk passes through it; null: the operating system's files. Borrowed.
+  FED_FileLayer* files = nullptr;
+};
 
 /// A database in memory. Blocks are columns (see FED_ColumnDataBlock) and stay where they are until they are deleted.
 ///
@@ -27,12 +40,34 @@ class ResultDataBlock;
 class QUILON_DB_CONNECTOR_API FED_ResultDatabase : public FED_Database
 {
 public:
+  enum Access : int
+  {
+    ReadOnly,   ///< the last commit, as it stands now, whatever is written later
+    ReadWrite,  ///< the last commit, to be changed; one writer at a time
+    Create      ///< a new, empty database: the folder is not there yet or empty
+  };
+
+  /// In memory.
   FED_ResultDatabase();
+
+  /// On disk: a folder `NAME.fed`. What is written since the last Commit() is lost with the object.
+  /// @throws FED_Failure that names the folder or the file in it: not a database, damaged, of a newer format version,
+  ///         in use by another writer, not writable
+  FED_ResultDatabase(const std::filesystem::path& folder, Access access, const FED_ResultDatabaseOptions& options = {});
   FED_ResultDatabase(const FED_ResultDatabase&)            = delete;
   FED_ResultDatabase& operator=(const FED_ResultDatabase&) = delete;
   ~FED_ResultDatabase() override;
 
   bool IsInitialized() const override;
+
+  /// Makes all changes since the last commit durable, in one step: after a crash at any instant the database is as
+  /// before or as after. A database in memory has nothing to do.
+  /// @throws FED_Failure when the disk fails; what is stored is then as before, and so are the changes in memory
+  void Commit();
+
+  /// Commits, and rewrites what is alive into one segment: bytes of deleted and replaced rows are given back. Readers
+  /// keep what they have opened.
+  void Compact();
 
   /// @param firstSize    expected records
   /// @param secondSize   without effect
