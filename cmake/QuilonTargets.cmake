@@ -28,6 +28,17 @@ function(quilon_configure target)
                                              CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
+# quilon_precompile(<target> <header>...)
+# Compiles headers of other projects once for the whole target, when QUILON_PRECOMPILE asks for it. Every source still
+# includes what it uses: a build without precompiled headers is part of the checks.
+function(quilon_precompile target)
+  get_target_property(sources ${target} SOURCES)
+  list(LENGTH sources count)
+  if(QUILON_PRECOMPILE AND count GREATER 2)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  endif()
+endfunction()
+
 # quilon_add_sibling(<name> SOURCES ... [LOWER <sibling>...] [DEPENDS <library>...])
 # A shared sibling library: sees the contract, its own include/ and src/, and the include/ of lower siblings.
 function(quilon_add_sibling name)
@@ -47,6 +58,7 @@ function(quilon_add_test name)
   add_executable(${name} ${arg_SOURCES})
   quilon_configure(${name})
   target_link_libraries(${name} PRIVATE ${arg_LINK} GTest::gmock GTest::gtest GTest::gtest_main)
+  quilon_precompile(${name} <gmock/gmock.h> <gtest/gtest.h>)
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600)
 endfunction()
 
