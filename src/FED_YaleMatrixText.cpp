@@ -1,0 +1,120 @@
+#include "FED_YaleMatrixText.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include <QuilonUtilities/FED_DoubleArray.h>
+#include <QuilonUtilities/FED_IntArray.h>
+#include <QuilonUtilities/LoadTextFileFast.h>
+#include <QuilonUtilities/QuilonStringUtil.h>
+
+#include "failure.h"
+
+namespace {
+
+constexpr const char* kTag = "|%P|QuilonDbDataTools|FED_YaleMatrixText";
+
+constexpr std::size_t kNumCounts = 3;  // entries before the values
+
+FedStatusCode Convert(const std::string& text, int& out) { return QuilonStringUtil::ToInt(text, out); }
+FedStatusCode Convert(const std::string& text, double& out) { return QuilonStringUtil::ToDouble(text, out); }
+
+const char* TypeName(int) { return "a 32-bit integer"; }
+const char* TypeName(double) { return "a number that fits a double"; }
+
+/// The lines of a file that are neither blank nor comments.
+class Entries
+{
+public:
+  explicit Entries(const std::wstring& path) : path_(QuilonStringUtil::wide_to_utf8(path.c_str()))
+  {
+    std::size_t numLines = 0;
+    if (!LoadTextFileFast(path.c_str(), lines_, numLines))
+      ThrowFailure(kTag, "%s: cannot be read, expected a text file with a sparse matrix", path_.c_str());
+    QuilonStringUtil::Trim(lines_);
+    for (std::size_t line = 0; line < lines_.size(); ++line) {
+      if (!lines_[line].empty() && lines_[line].front() != '#') lineOfEntry_.push_back(line);
+    }
+  }
+
+  /// @param what what the entry stands for
+  template <typename Number>
+  Number Get(std::size_t entry, const char* what) const
+  {
+    const std::string& text  = lines_[lineOfEntry_[entry]];
+    Number             value = 0;
+    switch (Convert(text, value)) {
+      case FedStatusSuccess:
+      case FedStatusTrailingText:
+        return value;
+      default:
+        ThrowFailure(kTag, "%s:%zu: %s is \"%.40s\", expected %s", path_.c_str(), LineOf(entry), what, text.c_str(),
+                     TypeName(value));
+    }
+  }
+
+  template <typename Number>
+  std::vector<Number> GetList(std::size_t first, std::size_t count, const char* what) const
+  {
+    std::vector<Number> numbers;
+    numbers.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) numbers.push_back(Get<Number>(first + i, what));
+    return numbers;
+  }
+
+  /// @return the count, which is not negative
+  int GetCount(std::size_t entry, const char* what) const
+  {
+    RequireEntries(static_cast<std::int64_t>(entry) + 1, what);
+    const int count = Get<int>(entry, what);
+    if (count < 0) {
+      ThrowFailure(kTag, "%s:%zu: %s is %d, expected 0 or more", path_.c_str(), LineOf(entry), what, count);
+    }
+    return count;
+  }
+
+  /// @param what the last entry that is needed
+  void RequireEntries(std::int64_t count, const char* what) const
+  {
+    if (static_cast<std::int64_t>(lineOfEntry_.size()) >= count) return;
+    ThrowFailure(kTag, "%s:%zu: the file ends after %zu entries, expected %lld up to the %s", path_.c_str(),
+                 std::max<std::size_t>(lines_.size(), 1), lineOfEntry_.size(), static_cast<long long>(count), what);
+  }
+
+private:
+  /// @return the line of the file, from 1
+  std::size_t LineOf(std::size_t entry) const { return lineOfEntry_[entry] + 1; }
+
+  std::string              path_;
+  std::vector<std::string> lines_;
+  std::vector<std::size_t> lineOfEntry_;  ///< ascending, from 0
+};
+
+}  // namespace
+
+FED_YaleMatrix FED_YaleMatrixText::ReadYaleMatrix(const std::wstring& path)
+{
+  const Entries entries(path);
+
+  const std::int64_t numValues  = entries.GetCount(0, "number of values");
+  const std::int64_t numRows    = entries.GetCount(1, "number of rows");
+  const std::int64_t numColumns = entries.GetCount(2, "number of columns");
+  // Counts are claims: they are held against the file before memory is asked for.
+  entries.RequireEntries(static_cast<std::int64_t>(kNumCounts) + 2 * numValues + numRows + 1, "last row pointer");
+
+  const auto numStored = static_cast<std::size_t>(numValues);
+  const auto values    = entries.GetList<double>(kNumCounts, numStored, "value");
+  // The file has the column indices before the row pointers, the matrix takes them behind.
+  // Test: ColumnIndicesStandBeforeRowPointers.
+  const auto columnIndices = entries.GetList<int>(kNumCounts + numStored, numStored, "column index");
+  const auto rowPointers =
+      entries.GetList<int>(kNumCounts + 2 * numStored, static_cast<std::size_t>(numRows) + 1, "row pointer");
+
+  FED_YaleMatrix matrix;
+  matrix.SetInternalData(static_cast<std::size_t>(numRows), static_cast<std::size_t>(numColumns),
+                         FED_DoubleArray(values), FED_IntArray(rowPointers), FED_IntArray(columnIndices));
+  return matrix;
+}
