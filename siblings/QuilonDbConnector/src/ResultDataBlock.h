@@ -11,6 +11,7 @@
 #include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/FED_RecordFormat.h"
 
+#include "ChunkCache.h"
 #include "ColumnStore.h"
 #include "KeyTable.h"
 #include "ResultRecord.h"
@@ -22,7 +23,18 @@
 class ResultDataBlock final : public FED_ColumnDataBlock
 {
 public:
+  /// In memory.
   ResultDataBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format);
+  /// A new block of a database on disk.
+  /// @param cache borrowed
+  ResultDataBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format, BlockUid uid,
+                  ChunkCache& cache);
+  /// A block that the cache's store has. Reads nothing yet: keys and rows come when they are first asked for.
+  ResultDataBlock(const StoredBlock& stored, ChunkCache& cache);
+
+  BlockUid GetUid() const noexcept { return uid_; }
+  /// @return the block as it is now, for the store's index
+  StoredBlock Describe() const;
 
   /// Gives a block without a format its format.
   void SetRecordFormat(const FED_RecordFormat& format);
@@ -85,6 +97,7 @@ private:
   template <typename T>
   QuilonContainer::Span<const T> GetChunk(std::size_t field, std::size_t chunk) const;
 
+  BlockUid    uid_ = 0;
   Columns     columns_;
   KeyTable    rows_;
   std::size_t expected_ = 0;

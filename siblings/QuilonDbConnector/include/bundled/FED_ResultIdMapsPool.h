@@ -9,6 +9,9 @@
 
 #include "quilon_contract_export.h"
 #include "QuilonDbConnector/FED_IdMapsPool.h"
+#include "QuilonUtilities/QuilonContainer.h"
+
+class ChunkStore;
 
 /// Id maps for the kinds 0 to 14.
 ///
@@ -31,6 +34,19 @@ public:
 
   /// @return the number of ids of the kind; their indices are 1 to this number
   std::size_t GetCount(int kind) const;
+
+  /// Makes the maps those of a store, which reads each when it is first asked for more than its count. For databases.
+  /// @param store borrowed
+  void Attach(const ChunkStore& store);
+
+  /// Ids that were added since Attach() or MarkStored().
+  struct Growth
+  {
+    std::size_t                      firstIndex;
+    QuilonContainer::Span<const int> ids;  ///< valid until the next id is added
+  };
+  Growth GetGrowth(int kind) const;
+  void   MarkStored() noexcept;
 
 private:
   class IdMap;
