@@ -12,6 +12,8 @@
 #include <FEM_ResultUtil.h>
 #include <FemLogger.h>
 #include <FEMResultFile.h>
+#include <QuilonDataBlockDiff.h>
+#include <QuilonDataBlockSize.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 #include <QuilonOnfToVtm.h>
 #include <QuilonUtilities/FED_Failure.h>
@@ -117,4 +119,14 @@ TEST(LibraryBoundary, AReaderThatIsDerivedHereWritesThroughTheLibrary)
   const std::unique_ptr<FEMResultFile> reader = std::make_unique<Reader>("model.frd", 1, 2, db);
   reader->Read();
   EXPECT_EQ(db.GetDataDescriptors(FED_DataDescriptorPattern()).size(), 1u);
+}
+
+TEST(LibraryBoundary, BlocksOfADatabaseThatIsMadeHereAreMeasuredAndCompared)
+{
+  FED_ResultDatabase db;
+  FED_DataBlock&     block = db.GetOrCreateDataBlock(FED_DataDescriptor(1, FED_OnfId_ScalarHistory), 0);
+  block.SetScalarAt(1, 2.5);
+  EXPECT_EQ(QuilonDataBlockSize::DataBaseSizeOf(db), 8u);
+  const QuilonDataBlockDiff::CompareInfo info;
+  EXPECT_TRUE(QuilonDataBlockDiff::DataBlockDiff(info, block, block).CompareBlocks().empty());
 }
