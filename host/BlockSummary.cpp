@@ -5,6 +5,7 @@
 
 #include <bundled/FED_RecordFormat.h>
 
+#include "QuilonDataBlockSize.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "ScratchRecord.h"
 #include "terminal/Interrupt.h"
@@ -96,10 +97,8 @@ BlockSummary Summarize(const FED_DataBlock& block)
     ThrowIfInterrupted();
     block.GetRecord(*index, *scratch);
     ++summary.records;
-    for (std::size_t field = 1; field <= scratch->GetFieldCount(); ++field) {
-      summary.bytes += scratch->GetFieldSize(field);
-      AddField(*scratch, field, ranges);
-    }
+    summary.bytes += QuilonDataBlockSize::DataRecordSizeOf(*scratch);
+    for (std::size_t field = 1; field <= scratch->GetFieldCount(); ++field) AddField(*scratch, field, ranges);
   }
   const Range& range = ranges.hasReals ? ranges.reals : ranges.integers;
   summary.hasValues  = range.any;

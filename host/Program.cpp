@@ -90,14 +90,15 @@ std::string Explain(const CLI::ParseError& error, const CLI::App& app)
   return "unknown option '" + extra + "'" + (suggestion.empty() ? see : suggestion);
 }
 
-void Run(int argc, const char* const* argv, Output& output, Console& console)
+/// @return the command's verdict
+int Run(int argc, const char* const* argv, Output& output, Console& console)
 {
   CLI::App app("Results of finite-element calculations: import, list, show, derive, move.", "quilon");
   app.set_version_flag("--version", std::string("quilon ") + kQuilonVersion);
   app.require_subcommand(1);
   app.footer(
       "Every command explains itself: quilon ls --help\n"
-      "-v and -q go with every command. Exit codes: 0 success, 2 trouble, 130 interrupted.");
+      "-v and -q go with every command. Exit codes: 0 success, 1 different, 2 trouble, 130 interrupted.");
   int louder  = 0;
   int quieter = 0;
   app.add_flag("-v,--verbose", louder, "Show the log of the library; twice or three times for more of it");
@@ -115,17 +116,20 @@ void Run(int argc, const char* const* argv, Output& output, Console& console)
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
     output.Write(app.help());
-    return output.Flush();
+    output.Flush();
+    return ExitSuccess;
   } catch (const CLI::CallForVersion& version) {
     output.Write(std::string(version.what()) + '\n');
-    return output.Flush();
+    output.Flush();
+    return ExitSuccess;
   } catch (const CLI::ParseError& error) {
     Fail(Explain(error, app));
   }
   console.SetVerbosity(Console::kNotes + louder - quieter);
-  CommandContext context{output, console};
+  CommandContext context{output, console, ExitSuccess};
   works.at(app.get_subcommands().front())(context);
   output.Flush();
+  return context.exitCode;
 }
 
 }  // namespace
@@ -137,8 +141,7 @@ int RunProgram(int argc, const char* const* argv)
   Output             output;
   const LogToConsole log(console);
   try {
-    Run(argc, argv, output, console);
-    return ExitSuccess;
+    return Run(argc, argv, output, console);
   } catch (const BrokenPipe&) {
     return ExitBrokenPipe;
   } catch (const Interrupted&) {

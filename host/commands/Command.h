@@ -21,6 +21,8 @@ struct CommandContext
 {
   Output&  output;
   Console& console;
+  /// The verdict of a command that compares or checks: ExitSuccess or ExitDifferent.
+  int exitCode = 0;
 };
 
 /// Does the work. Failures are thrown.
