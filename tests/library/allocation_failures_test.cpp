@@ -1,6 +1,7 @@
 // Memory that runs out at each allocation in turn: std::bad_alloc arrives and nothing is left half done.
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <new>
 #include <optional>
@@ -12,6 +13,7 @@
 
 #include <bundled/FED_ResultDatabase.h>
 #include <bundled/LogSink.h>
+#include <FEM_IforceData.h>
 #include <FEM_ResultUtil.h>
 #include <FemLogger.h>
 
@@ -39,8 +41,9 @@ protected:
 
 // Calls operation(state) on a fresh state of `prepare` with its 1st, 2nd, ... allocation failing, until one run needs
 // no more; after each failure check(state).
+// @return the number of failures
 template <typename Prepare, typename Operation, typename Check>
-void SweepAllocations(const Prepare& prepare, const Operation& operation, const Check& check)
+std::size_t SweepAllocations(const Prepare& prepare, const Operation& operation, const Check& check)
 {
   constexpr std::size_t kMost = 1000;
   for (std::size_t allocation = 1; allocation <= kMost; ++allocation) {
@@ -59,11 +62,74 @@ void SweepAllocations(const Prepare& prepare, const Operation& operation, const 
     EXPECT_EQ(hasFailed, isDue) << "allocation " << allocation << ": a failure was swallowed";
     if (!isDue) {
       EXPECT_GT(allocation, 1u) << "the operation allocates nothing";
-      return;
+      return allocation - 1;
     }
     check(*state);
   }
   ADD_FAILURE() << "still failing after " << kMost << " allocations";
+  return kMost;
+}
+
+// Contributions to new and known elements and nodes of all depths of the element table, more nodes per element than a
+// fresh one has room for.
+struct Contribution
+{
+  int element;
+  int node;
+};
+
+std::vector<Contribution> MakeContributions()
+{
+  std::vector<Contribution> contributions;
+  for (const int element : {7, 300, -1, 70000}) {
+    for (int node = 1; node <= 9; ++node) contributions.push_back({element, 10 * node});
+    contributions.push_back({element, 10});
+  }
+  return contributions;
+}
+
+// What was gathered as sums and as averages, that is with its counts.
+std::vector<std::map<std::string, std::string>> Gathered(const FEM_IforceData& data)
+{
+  std::vector<std::map<std::string, std::string>> gathered;
+  for (const auto operation : {FEM_IforceData::Sum, FEM_IforceData::Average}) {
+    FED_ResultDatabase db;
+    data.Save(db, Descriptor(580), Descriptor(581), operation);
+    gathered.push_back(Snapshot(db));
+  }
+  return gathered;
+}
+
+// Lets insertions run out of memory wherever they ask for it: the object then holds the complete ones and takes the
+// rest. @return the number of failures
+template <typename Insert>
+std::size_t SweepInsertions(const Insert& insert)
+{
+  struct State
+  {
+    FEM_IforceData data;
+    std::size_t    numComplete = 0;
+  };
+  const std::vector<Contribution> contributions = MakeContributions();
+  const auto                      insertRest    = [&](State& state) {
+    for (; state.numComplete < contributions.size(); ++state.numComplete)
+      insert(state.data, contributions[state.numComplete]);
+  };
+
+  std::vector<std::vector<std::map<std::string, std::string>>> expected;
+  State                                                        whole;
+  for (const Contribution& contribution : contributions) {
+    expected.push_back(Gathered(whole.data));
+    insert(whole.data, contribution);
+  }
+  expected.push_back(Gathered(whole.data));
+
+  return SweepAllocations([] { return std::make_unique<State>(); }, insertRest,
+                          [&](State& state) {
+                            EXPECT_EQ(Gathered(state.data), expected[state.numComplete]);
+                            insertRest(state);
+                            EXPECT_EQ(Gathered(state.data), expected.back());
+                          });
 }
 
 }  // namespace
@@ -152,4 +218,50 @@ TEST(AllocationFailures, AScratchRecordOfReadingElementNodesGoesWithTheBlockAtTh
         state.db.DeleteDataBlock(Descriptor(595));
         EXPECT_EQ(state.db.GetLiveScratchRecords(), 0u);
       });
+}
+
+TEST(AllocationFailures, AnInsertedComponentIsGatheredWholeOrNotAtAll)
+{
+  const std::size_t survived = SweepInsertions([](FEM_IforceData& data, const Contribution& to) {
+    data.InsertComponent(to.element, to.node, FEM_IforceData::Moment, 1, to.node + 0.5);
+  });
+  RecordProperty("survived", static_cast<int>(survived));
+  // At the least an entry of a map for each of 36 nodes.
+  EXPECT_GT(survived, 36u);
+}
+
+TEST(AllocationFailures, InsertedVectorsAreGatheredWholeOrNotAtAll)
+{
+  const std::size_t survived = SweepInsertions([](FEM_IforceData& data, const Contribution& to) {
+    const double forces[3]  = {1.0, to.node + 0.5, to.element + 0.25};
+    const double moments[3] = {to.element + 0.5, 2.0, 3.0};
+    data.InsertVectors(to.element, to.node, forces, moments);
+  });
+  RecordProperty("survived", static_cast<int>(survived));
+  EXPECT_GT(survived, 36u);
+}
+
+TEST(AllocationFailures, SavingForcesLeavesThemToBeSavedAgain)
+{
+  struct State
+  {
+    FEM_IforceData     data;
+    FED_ResultDatabase db;
+  };
+  const auto prepare = [] {
+    auto state = std::make_unique<State>();
+    for (const Contribution& to : MakeContributions()) {
+      const double values[3] = {1.0, to.node + 0.5, to.element + 0.25};
+      state->data.InsertVectors(to.element, to.node, values, values);
+    }
+    return state;
+  };
+  const auto        before   = Gathered(prepare()->data);
+  const std::size_t survived = SweepAllocations(
+      prepare, [](State& state) { state.data.Save(state.db, Descriptor(580), Descriptor(581), FEM_IforceData::Sum); },
+      [&](State& state) {
+        EXPECT_TRUE(quilon_test::IsPartOf(Snapshot(state.db), before.front()));
+        EXPECT_EQ(Gathered(state.data), before);
+      });
+  RecordProperty("survived", static_cast<int>(survived));
 }

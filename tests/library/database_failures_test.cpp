@@ -11,6 +11,7 @@
 
 #include <bundled/FED_ResultDatabase.h>
 #include <FEM_AvgField.h>
+#include <FEM_IforceData.h>
 #include <FEM_ResultUtil.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
@@ -163,4 +164,19 @@ TEST(DatabaseFailures, CalculateNodalStressErrorKeepsWhatWasWritten)
     FEM_ResultUtil::CalculateNodalStressError(db, Descriptor(551), stats, true, nullptr);
   });
   EXPECT_EQ(calls, 2u + 3u * 2u);
+}
+
+TEST(DatabaseFailures, SavingForcesKeepsWhatWasWritten)
+{
+  FEM_IforceData data;
+  for (const int element : {7, 300, -1}) {
+    const double values[3] = {1.0, 2.0, element + 0.5};
+    data.InsertVectors(element, 30, values, values);
+    data.InsertVectors(element, 10, values, values);
+  }
+  const std::size_t calls = SweepWriter(
+      MakeEmpty, [&](FED_Database& db) { data.Save(db, Descriptor(580), Descriptor(581), FEM_IforceData::Sum); });
+  // Three blocks, each with the id maps and a scratch record, one question for a block, and for each of three elements
+  // three records of three calls and two to ask for the nodes.
+  EXPECT_GE(calls, 3u * 3u + 1u + 3u * (3u * 3u + 1u));
 }
