@@ -20,6 +20,9 @@ using quilon::calculix::DatRow;
 using quilon::calculix::DatRows;
 using quilon::calculix::DatSink;
 using quilon::calculix::ReadDat;
+using quilon_test::Damage;
+using quilon_test::DamageEachByte;
+using quilon_test::ExpectMessages;
 using quilon_test::FailureOf;
 using quilon_test::Fixture;
 using quilon_test::NamesLine;
@@ -511,13 +514,7 @@ TEST(DatReader, EndsTheModesAtTheNextTable)
 // Table: what is changed in the small file, and the whole message.
 TEST(DatReader, NamesFileLineAndWhatWasExpected)
 {
-  struct Row
-  {
-    const char* old;
-    const char* now;
-    const char* message;
-  };
-  const Row rows[] = {
+  const Damage damages[] = {
       {"-1.250000E+00", "-1.25x000E+00",
        "a.dat:4: expected a number of 13 columns from column 26, found '-1.25x000E+00'"},
       {"-1.250000E+00", "-1.25x00E+00", "a.dat:4: expected a row of 52 columns, found 51"},
@@ -558,11 +555,7 @@ TEST(DatReader, NamesFileLineAndWhatWasExpected)
        "a.dat:23: expected a row of 14 columns and 14 for each of at most 99 values, found 14"},
       {"5.356065E+02\n", "5.356065E+0", "a.dat:28: expected a row of 24 columns, found 23"},
   };
-  for (const Row& row : rows) {
-    const std::string text = Replaced(kSmall, row.old, row.now);
-    ASSERT_NE(text, kSmall) << row.old;
-    EXPECT_EQ(FailureOfText(text), row.message) << row.old << " -> " << row.now;
-  }
+  ExpectMessages(damages, kSmall, FailureOfText);
   EXPECT_EQ(FailureOfText("\n temperatures for set A" + kTime + "\n"),
             "a.dat:3: expected an empty line behind the header, found the end of the file");
   EXPECT_EQ(FailureOfText("\n temperatures for set A" + kTime),
@@ -614,18 +607,9 @@ TEST(DatReader, FailsForALastLineThatIsCutInTheNameOfItsLocalSystem)
   EXPECT_EQ(LogOf(text + "\n").at(2), "5: 4/8 1 2 3 4 6 5");  // a whole line tells that there is none
 }
 
-// Any damage ends in a message or in a file that is read to its end: nothing else is thrown, nothing runs away.
 TEST(DatReader, SurvivesDamageOfAnyByte)
 {
-  const std::string file = kSmall + "\n" + kModes + Banner(1) + kTemperatures;
-  for (std::size_t at = 0; at < file.size(); ++at) {
-    for (const char byte : {' ', '9', '-', 'E', '\n', '\0', '\xff'}) {
-      std::string text          = file;
-      text[at]                  = byte;
-      const std::string message = FailureOfText(text);
-      ASSERT_TRUE(message == "no failure" || NamesLine(message, "a.dat")) << at << ": " << message;
-    }
-  }
+  DamageEachByte(kSmall + "\n" + kModes + Banner(1) + kTemperatures, "a.dat", FailureOfText);
 }
 
 TEST(DatReader, DeliversManyRowsInBatches)

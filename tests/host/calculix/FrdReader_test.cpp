@@ -22,6 +22,9 @@ using quilon::calculix::FrdElement;
 using quilon::calculix::FrdSink;
 using quilon::calculix::ReadFrd;
 using quilon::calculix::ReadProgress;
+using quilon_test::Damage;
+using quilon_test::DamageEachByte;
+using quilon_test::ExpectMessages;
 using quilon_test::FailureOf;
 using quilon_test::Fixture;
 using quilon_test::NamesLine;
@@ -287,13 +290,7 @@ TEST(FrdReader, KnowsNoStepWithoutAStepParameter)
 // Table: what is changed in the small file, and the whole message.
 TEST(FrdReader, NamesFileLineAndWhatWasExpected)
 {
-  struct Row
-  {
-    const char* old;
-    const char* now;
-    const char* message;
-  };
-  const Row rows[] = {
+  const Damage damages[] = {
       {"    1C\n", "    1X\n", "a.frd:1: expected the first line of a result file, '    1C', found '    1X'"},
       {" 1.25000E+00", " 1.2x000E+00", "a.frd:6: expected a number of 12 columns from column 14, found ' 1.2x000E+00'"},
       {"-6.25000E-01\n", "-6.25000E-0 \n",
@@ -382,11 +379,7 @@ TEST(FrdReader, NamesFileLineAndWhatWasExpected)
       {" 9999\n", "", "a.frd:49: expected a block or the last line ' 9999', found the end of the file"},
       {" 9999\n", " 9999\n    1U\n", "a.frd:50: expected nothing behind the last line ' 9999', found '    1U'"},
   };
-  for (const Row& row : rows) {
-    const std::string text = Replaced(kSmall, row.old, row.now);
-    ASSERT_NE(text, kSmall) << row.old;
-    EXPECT_EQ(FailureOfText(text), row.message) << row.old << " -> " << row.now;
-  }
+  ExpectMessages(damages, kSmall, FailureOfText);
   EXPECT_EQ(FailureOfText(""),
             "a.frd:1: expected the first line of a result file, '    1C', found the end of the file");
 }
@@ -409,20 +402,7 @@ TEST(FrdReader, FailsForEveryLengthThatTheFileIsCutTo)
   }
 }
 
-// Any damage ends in a message or in a file that is read to its end: nothing else is thrown, nothing runs away.
-void DamageEachByte(const std::string& file)
-{
-  for (std::size_t at = 0; at < file.size(); ++at) {
-    for (const char byte : {' ', '9', '-', 'E', '\n', '\0', '\xff'}) {
-      std::string text          = file;
-      text[at]                  = byte;
-      const std::string message = FailureOfText(text);
-      ASSERT_TRUE(message == "no failure" || NamesLine(message, "a.frd")) << at << ": " << message;
-    }
-  }
-}
-
-TEST(FrdReader, SurvivesDamageOfAnyByte) { DamageEachByte(kSmall); }
+TEST(FrdReader, SurvivesDamageOfAnyByte) { DamageEachByte(kSmall, "a.frd", FailureOfText); }
 
 void AppendInt(std::string& bytes, int value)
 {
@@ -558,7 +538,7 @@ TEST(FrdReader, FailsForEveryLengthThatABinaryFileIsCutTo)
   }
 }
 
-TEST(FrdReader, SurvivesDamageOfAnyByteOfABinaryFile) { DamageEachByte(BinarySmall()); }
+TEST(FrdReader, SurvivesDamageOfAnyByteOfABinaryFile) { DamageEachByte(BinarySmall(), "a.frd", FailureOfText); }
 
 // Counts what arrives, and sums what a test can add up by hand.
 class CountSink : public FrdSink

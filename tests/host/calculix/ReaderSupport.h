@@ -8,7 +8,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "QuilonUtilities/FED_Failure.h"
 
@@ -55,6 +58,41 @@ inline bool NamesLine(const std::string& message, const std::string& name)
   const std::size_t first = name.size() + 1;
   const std::size_t end   = message.find_first_not_of("0123456789", first);
   return end != std::string::npos && end > first && message.compare(end, 2, ": ") == 0;
+}
+
+/// A change of a file and the message that it brings about.
+struct Damage
+{
+  const char* old;
+  const char* now;
+  const char* message;
+};
+
+/// Makes each change by itself.
+/// @param messageOf the reader's message for a text
+template <class MessageOf>
+void ExpectMessages(std::span<const Damage> damages, const std::string& file, MessageOf&& messageOf)
+{
+  for (const auto& [old, now, message] : damages) {
+    const std::string text = Replaced(file, old, now);
+    ASSERT_NE(text, file) << old;
+    EXPECT_EQ(messageOf(text), message) << old << " -> " << now;
+  }
+}
+
+/// Any damage ends in a message or in a file that is read to its end: nothing else is thrown, nothing runs away.
+/// @param name of the file in messages
+template <class MessageOf>
+void DamageEachByte(const std::string& file, const std::string& name, MessageOf&& messageOf)
+{
+  for (std::size_t at = 0; at < file.size(); ++at) {
+    for (const char byte : {' ', '9', '-', 'E', '\n', '\0', '\xff'}) {
+      std::string text          = file;
+      text[at]                  = byte;
+      const std::string message = messageOf(text);
+      ASSERT_TRUE(message == "no failure" || NamesLine(message, name)) << at << ": " << message;
+    }
+  }
 }
 
 }  // namespace quilon_test

@@ -13,6 +13,8 @@ namespace {
 
 using quilon::calculix::ReadSta;
 using quilon::calculix::StaRow;
+using quilon_test::Damage;
+using quilon_test::ExpectMessages;
 using quilon_test::FailureOf;
 using quilon_test::Fixture;
 using quilon_test::NamesLine;
@@ -63,29 +65,19 @@ TEST(StaReader, ReadsWhatTheSolverWrites)
 
 TEST(StaReader, NamesFileLineAndWhatWasExpected)
 {
-  struct Row
-  {
-    const char* old;
-    const char* now;
-    const char* message;
+  const Damage damages[] = {
+      {"SUMMARY", "summary",
+       "a.sta:1: expected the title 'SUMMARY OF JOB INFORMATION', found 'summary OF JOB INFORMATION'"},
+      {"  STEP      INC", "  STEP       IN",
+       "a.sta:2: expected the title '  STEP      INC     ATT  ITRS     TOT TIME     STEP TIME      INC TIME', "
+       "found '  STEP       IN     ATT  ITRS     TOT TI...'"},
+      {"     1          1 ", "     x          1 ",
+       "a.sta:3: expected a 32-bit integer of 5 columns from column 2, found '    x'"},
+      {"0.100000E+01\n", "0.100000E+0\n", "a.sta:3: expected a row of 71 columns, found 70"},
+      {"0.125000E+01", "0.125000E 01",
+       "a.sta:4: expected a number of 13 columns from column 31, found ' 0.125000E 01'"},
   };
-  for (const Row& row : {
-           Row{"SUMMARY", "summary",
-               "a.sta:1: expected the title 'SUMMARY OF JOB INFORMATION', found 'summary OF JOB INFORMATION'"},
-           Row{"  STEP      INC", "  STEP       IN",
-               "a.sta:2: expected the title '  STEP      INC     ATT  ITRS     TOT TIME     STEP TIME      INC TIME', "
-               "found '  STEP       IN     ATT  ITRS     TOT TI...'"},
-           Row{"     1          1 ", "     x          1 ",
-               "a.sta:3: expected a 32-bit integer of 5 columns from column 2, found '    x'"},
-           Row{"0.100000E+01\n", "0.100000E+0\n", "a.sta:3: expected a row of 71 columns, found 70"},
-           Row{"0.125000E+01", "0.125000E 01",
-               "a.sta:4: expected a number of 13 columns from column 31, found ' 0.125000E 01'"},
-       })
-  {
-    const std::string text = Replaced(kSmall, row.old, row.now);
-    ASSERT_NE(text, kSmall) << row.old;
-    EXPECT_EQ(FailureOf([&] { RowsOf(text); }), row.message);
-  }
+  ExpectMessages(damages, kSmall, [](const std::string& text) { return FailureOf([&] { RowsOf(text); }); });
   EXPECT_EQ(FailureOf([] { RowsOf(""); }),
             "a.sta:1: expected the title 'SUMMARY OF JOB INFORMATION', found the end of the file");
   const quilon_test::TempFolder folder;
