@@ -11,9 +11,9 @@
 
 #include "ChunkStore.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
+#include "RowChunk.h"
 
 class ResultDataBlock;
-class RowChunk;
 
 /// A block as a store knows it: all but its keys and rows.
 struct StoredBlock
@@ -46,6 +46,7 @@ public:
 
 private:
   const RowChunk*            chunk_;
+  std::vector<StoredColumn>  columns_;
   std::vector<std::uint32_t> keys_;
   bool                       keysAreRun_ = false;
 };
@@ -73,6 +74,31 @@ public:
   std::size_t       GetLimit() const noexcept { return limit_; }
   std::size_t       GetBytes() const noexcept { return bytes_; }  ///< of all chunks in memory
 
+  /// Evicts, and spills where that does not suffice, until this many more bytes fit below the limit or nothing but the
+  /// chunks touched last is left. Afterwards extents that the store gave before are void.
+  void MakeRoom(std::size_t bytes);
+
+  bool IsLast(const RowChunk& chunk) const noexcept { return last_[0] == &chunk; }
+  /// The chunk, which is in memory, is read or written now.
+  void Touch(RowChunk& chunk) noexcept;
+  /// Counts the bytes that the chunk has now, and knows it from now on.
+  void Count(RowChunk& chunk) noexcept;
+  /// The chunk is about to go.
+  void Forget(RowChunk& chunk) noexcept;
+
+  /// @param row of the chunk
+  void MarkDirty(RowChunk& chunk, std::uint32_t row) noexcept
+  {
+    if (!chunk.IsDirty()) {
+      LinkDirty(chunk);
+      chunk.dirtyFirst = row;
+      chunk.dirtyEnd   = row + 1;
+      return;
+    }
+    if (row < chunk.dirtyFirst) chunk.dirtyFirst = row;
+    if (row >= chunk.dirtyEnd) chunk.dirtyEnd = row + 1;
+  }
+
   /// Costs what changed, not what is there.
   /// @return by ascending block and chunk; valid until a block is next read or written
   std::vector<DirtyRows> CollectDirty() const;
@@ -81,8 +107,19 @@ public:
   void MarkClean() noexcept;
 
 private:
-  const ChunkStore*     store_;
-  std::size_t           limit_;
-  std::function<void()> spill_;
-  std::size_t           bytes_ = 0;
+  bool IsKept(const RowChunk& chunk) const noexcept;
+  bool HasRowsToSpill() const noexcept;
+  void Evict(std::size_t goal) noexcept;
+  void LinkDirty(RowChunk& chunk) noexcept;
+  void UnlinkDirty(RowChunk& chunk) noexcept;
+  void Leave(RowChunk& chunk) noexcept;
+
+  const ChunkStore*                  store_;
+  std::size_t                        limit_;
+  std::function<void()>              spill_;
+  std::size_t                        bytes_ = 0;
+  std::size_t                        count_ = 0;        // chunks in the ring
+  RowChunk*                          hand_  = nullptr;  // of the ring of all chunks in memory
+  RowChunk*                          dirty_ = nullptr;  // first of a list
+  std::array<RowChunk*, kKeptChunks> last_{};           // chunks touched last, the latest first; one may stand twice
 };

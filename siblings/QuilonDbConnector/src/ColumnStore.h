@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Columns of a block: typed values in chunks, and pools of list elements.
+/// The columns of one chunk of rows: typed values, and lists with their elements.
 
 #include <algorithm>
 #include <cstddef>
@@ -11,117 +11,113 @@
 #include <utility>
 #include <vector>
 
-/// The most bytes that one chunk of rows holds, and one chunk of a list pool unless a single list is longer.
+/// The most bytes that the fixed-size columns of a chunk of rows take.
 inline constexpr std::size_t kMaxChunkBytes = std::size_t{16} << 20;
 
-/// One fixed-size record field of all rows.
-///
-/// Values have shape [rows, width], cut into chunks of 2^chunkShift rows. The first chunk grows by doubling up to its
-/// full size, so that small blocks stay small; the others are made whole. Rows are made without values.
+/// One fixed-size record field of a chunk's rows. Values have shape [rows, width]; rows are made without values.
 template <typename T>
 class ValueColumn
 {
 public:
-  ValueColumn(std::size_t width, unsigned chunkShift) : width_(width), chunkShift_(chunkShift) {}
+  explicit ValueColumn(std::size_t width) noexcept : width_(width) {}
 
   std::size_t GetWidth() const noexcept { return width_; }
   std::size_t GetCapacity() const noexcept { return capacity_; }  ///< rows
+  std::size_t GetBytes() const noexcept { return capacity_ * width_ * sizeof(T); }
 
-  T*       GetRow(std::size_t row) noexcept { return chunks_[row >> chunkShift_].get() + OffsetOf(row); }
-  const T* GetRow(std::size_t row) const noexcept { return chunks_[row >> chunkShift_].get() + OffsetOf(row); }
+  T*       GetRow(std::size_t row) noexcept { return values_.get() + row * width_; }
+  const T* GetRow(std::size_t row) const noexcept { return values_.get() + row * width_; }
 
-  /// Makes room for this many rows. When it throws, all rows are as before.
+  /// Makes room for this many rows and keeps the values of all that there was room for. When it throws, all rows are as
+  /// before.
   void EnsureRows(std::size_t rows)
   {
     if (rows <= capacity_) return;
-    const std::size_t rowsPerChunk = std::size_t{1} << chunkShift_;
-    if (capacity_ < rowsPerChunk)
-      GrowFirstChunk(std::min(std::max({rows, 2 * capacity_, std::size_t{4}}), rowsPerChunk));
-    while (capacity_ < rows) {
-      chunks_.push_back(std::make_unique_for_overwrite<T[]>(rowsPerChunk * width_));
-      capacity_ += rowsPerChunk;
-    }
-  }
-
-private:
-  std::size_t OffsetOf(std::size_t row) const noexcept
-  {
-    return (row & ((std::size_t{1} << chunkShift_) - 1)) * width_;
-  }
-
-  void GrowFirstChunk(std::size_t rows)
-  {
-    chunks_.reserve(1);
     auto values = std::make_unique_for_overwrite<T[]>(rows * width_);
-    if (chunks_.empty())
-      chunks_.push_back(std::move(values));
-    else {
-      std::memcpy(values.get(), chunks_[0].get(), capacity_ * width_ * sizeof(T));
-      chunks_[0] = std::move(values);
-    }
+    if (capacity_ > 0) std::memcpy(values.get(), values_.get(), GetBytes());
+    values_   = std::move(values);
     capacity_ = rows;
   }
 
-  std::size_t                       width_;
-  unsigned                          chunkShift_;
-  std::size_t                       capacity_ = 0;
-  std::vector<std::unique_ptr<T[]>> chunks_;
+private:
+  std::size_t          width_;
+  std::size_t          capacity_ = 0;
+  std::unique_ptr<T[]> values_;
 };
 
-/// Where a row's list lies in its pool.
+/// Where a row's list lies.
+template <typename T>
 struct ListSlot
 {
-  std::uint32_t chunk;
-  std::uint32_t offset;
-  std::uint32_t length;
-  std::uint32_t capacity;  ///< a later list of at most this length takes the same place
+  T*            elements = nullptr;
+  std::uint32_t length   = 0;
+  std::uint32_t capacity = 0;  ///< a later list of at most this length takes the same place
 };
 
-/// Elements of lists, one list behind the other. Chunks never move and never grow.
+/// Elements of lists, one list behind the other in pieces that never move and never grow.
 template <typename T>
 class ListPool
 {
 public:
+  /// @return bytes that Prepare() of a list of this length would allocate
+  std::size_t GetGrowth(std::size_t length) const noexcept
+  {
+    return HasRoom(length) ? 0 : CapacityOfNext(length) * sizeof(T);
+  }
+
   /// Makes the room that Append() of a list of this length needs. Changes nothing that can be seen.
   void Prepare(std::size_t length)
   {
-    if (FitsLastUsed(length)) return;
-    if (used_ < chunks_.size() && chunks_[used_].capacity >= length) return;
-    const std::size_t step = std::clamp(allocated_, std::size_t{64}, kMaxChunkBytes / sizeof(T));
-    Chunk             chunk;
-    chunk.capacity = std::max(length, step);
-    chunk.elements = std::make_unique_for_overwrite<T[]>(chunk.capacity);
-    chunks_.reserve(used_ + 1);
-    chunks_.resize(used_);  // a spare chunk that proved too short
-    allocated_ += chunk.capacity;
-    chunks_.push_back(std::move(chunk));
+    if (HasRoom(length)) return;
+    Piece piece;
+    piece.capacity = CapacityOfNext(length);
+    piece.elements = std::make_unique_for_overwrite<T[]>(piece.capacity);
+    pieces_.reserve(used_ + 1);
+    if (used_ < pieces_.size()) {  // a spare piece that proved too short
+      allocated_ -= pieces_.back().capacity;
+      pieces_.pop_back();
+    }
+    allocated_ += piece.capacity;
+    pieces_.push_back(std::move(piece));
   }
 
-  /// Copies a prepared list in.
-  ListSlot Append(const T* elements, std::size_t length) noexcept
+  /// Takes a prepared place, without values.
+  ListSlot<T> Append(std::size_t length) noexcept
   {
+    if (length == 0) return {};
     if (!FitsLastUsed(length)) ++used_;
-    ListSlot slot{};
-    slot.length   = static_cast<std::uint32_t>(length);
-    slot.capacity = slot.length;
-    if (length == 0) return slot;
-    Chunk& chunk = chunks_[used_ - 1];
-    slot.chunk   = static_cast<std::uint32_t>(used_ - 1);
-    slot.offset  = static_cast<std::uint32_t>(chunk.size);
-    std::copy_n(elements, length, chunk.elements.get() + chunk.size);
-    chunk.size += length;
+    Piece&            piece = pieces_[used_ - 1];
+    const auto        count = static_cast<std::uint32_t>(length);
+    const ListSlot<T> slot{piece.elements.get() + piece.size, count, count};
+    piece.size += length;
     size_ += length;
     return slot;
   }
 
-  T*       GetElements(const ListSlot& slot) noexcept { return slot.capacity == 0 ? nullptr : At(slot); }
-  const T* GetElements(const ListSlot& slot) const noexcept { return slot.capacity == 0 ? nullptr : At(slot); }
+  /// Takes a place for many lists at once, without values: one piece of just this length.
+  /// @return null for no elements
+  T* AppendPiece(std::size_t length)
+  {
+    if (length == 0) return nullptr;
+    Piece piece;
+    piece.elements = std::make_unique_for_overwrite<T[]>(length);
+    piece.capacity = length;
+    piece.size     = length;
+    pieces_.insert(pieces_.begin() + static_cast<std::ptrdiff_t>(used_), std::move(piece));
+    ++used_;
+    allocated_ += length;
+    size_ += length;
+    return pieces_[used_ - 1].elements.get();
+  }
 
   /// @return elements of all lists ever appended
   std::size_t GetSize() const noexcept { return size_; }
+  std::size_t GetBytes() const noexcept { return allocated_ * sizeof(T); }
 
 private:
-  struct Chunk
+  static constexpr std::size_t kMaxStep = (std::size_t{1} << 20) / sizeof(T);
+
+  struct Piece
   {
     std::unique_ptr<T[]> elements;
     std::size_t          size     = 0;
@@ -130,76 +126,160 @@ private:
 
   bool FitsLastUsed(std::size_t length) const noexcept
   {
-    if (length == 0) return true;
-    return used_ > 0 && chunks_[used_ - 1].capacity - chunks_[used_ - 1].size >= length;
+    return used_ > 0 && pieces_[used_ - 1].capacity - pieces_[used_ - 1].size >= length;
   }
 
-  T* At(const ListSlot& slot) const noexcept { return chunks_[slot.chunk].elements.get() + slot.offset; }
+  bool HasRoom(std::size_t length) const noexcept
+  {
+    return length == 0 || FitsLastUsed(length) || (used_ < pieces_.size() && pieces_[used_].capacity >= length);
+  }
 
-  std::vector<Chunk> chunks_;
-  std::size_t        used_      = 0;  // chunks that hold elements; at most one more stands ready
+  std::size_t CapacityOfNext(std::size_t length) const noexcept
+  {
+    return std::max(length, std::clamp(allocated_, std::size_t{64}, kMaxStep));
+  }
+
+  std::vector<Piece> pieces_;
+  std::size_t        used_      = 0;  // pieces that hold elements; at most one more stands ready
   std::size_t        allocated_ = 0;  // elements
   std::size_t        size_      = 0;
 };
 
-/// One list field of all rows: a pool of elements with an (offset, length) per row.
+/// One list field of a chunk's rows: a pool of elements and a place in it per row.
 template <typename T>
 class ListColumn
 {
 public:
-  explicit ListColumn(unsigned chunkShift) : slots_(1, chunkShift) {}
+  ListColumn() noexcept : slots_(1) {}
 
-  void EnsureRows(std::size_t rows) { slots_.EnsureRows(rows); }
+  void        EnsureRows(std::size_t rows) { slots_.EnsureRows(rows); }
+  std::size_t GetCapacity() const noexcept { return slots_.GetCapacity(); }
+  std::size_t GetBytes() const noexcept { return slots_.GetBytes() + pool_.GetBytes(); }
+
+  /// @return bytes that Prepare() with the same arguments would allocate, not counting what cleaning gives back
+  std::size_t GetGrowth(std::size_t row, std::size_t rowCount, std::size_t length) const noexcept
+  {
+    return Fits(row, rowCount, length) ? 0 : pool_.GetGrowth(length);
+  }
 
   /// Makes the room that SetRow() needs. When it throws, all rows are as before.
   /// @param rowCount rows that hold a list; a new row is not among them
   void Prepare(std::size_t row, std::size_t rowCount, std::size_t length)
   {
-    if (row < rowCount && length <= slots_.GetRow(row)->capacity) return;
-    const std::size_t garbage = pool_.GetSize() - inUse_;
-    if (garbage > inUse_ && garbage * sizeof(T) > kTolerableGarbage) DropGarbage(rowCount);
+    if (Fits(row, rowCount, length)) return;
+    if (IsWasteful()) DropGarbage(rowCount);
     pool_.Prepare(length);
   }
 
   /// Stores a prepared list.
   void SetRow(std::size_t row, std::size_t rowCount, const T* elements, std::size_t length) noexcept
   {
-    ListSlot& slot = *slots_.GetRow(row);
-    if (row < rowCount && length <= slot.capacity) {
-      std::copy_n(elements, length, pool_.GetElements(slot));
-      slot.length = static_cast<std::uint32_t>(length);
-      return;
+    ListSlot<T>& slot = *slots_.GetRow(row);
+    if (!Fits(row, rowCount, length)) {
+      if (row < rowCount) inUse_ -= slot.capacity;
+      slot = pool_.Append(length);
+      inUse_ += length;
     }
-    if (row < rowCount) inUse_ -= slot.capacity;
-    slot = pool_.Append(elements, length);
-    inUse_ += length;
+    std::copy_n(elements, length, slot.elements);
+    slot.length = static_cast<std::uint32_t>(length);
+  }
+
+  /// Makes rows of empty lists, which Load() fills.
+  void MakeEmptyRows(std::size_t rows)
+  {
+    slots_.EnsureRows(rows);
+    std::fill_n(slots_.GetRow(0), rows, ListSlot<T>{});
+  }
+
+  /// Takes a place for the lists of consecutive rows that hold one, in place of those that they hold.
+  /// @param total the sum of the lengths
+  /// @return where all their elements go, one list behind the other; null when there are none
+  T* Load(std::size_t firstRow, const std::vector<std::uint32_t>& lengths, std::size_t total)
+  {
+    T* const elements = pool_.AppendPiece(total);
+    T*       next     = elements;
+    for (std::size_t i = 0; i < lengths.size(); ++i) {
+      ListSlot<T>& slot = *slots_.GetRow(firstRow + i);
+      inUse_ -= slot.capacity;
+      slot = {next, lengths[i], lengths[i]};
+      next += lengths[i];
+    }
+    inUse_ += total;
+    return elements;
+  }
+
+  /// Gives the room of replaced lists back where they outweigh the others.
+  void Clean(std::size_t rowCount)
+  {
+    if (IsWasteful()) DropGarbage(rowCount);
   }
 
   /// @return the first element of the row's list; may be null when it is empty
-  const T*    GetRow(std::size_t row) const noexcept { return pool_.GetElements(*slots_.GetRow(row)); }
+  const T*    GetRow(std::size_t row) const noexcept { return slots_.GetRow(row)->elements; }
   std::size_t GetLength(std::size_t row) const noexcept { return slots_.GetRow(row)->length; }
+
+  /// @return elements of the lists of consecutive rows
+  std::size_t GetLength(std::size_t firstRow, std::size_t rowCount) const noexcept
+  {
+    std::size_t length = 0;
+    for (std::size_t row = firstRow; row < firstRow + rowCount; ++row) length += GetLength(row);
+    return length;
+  }
+
+  /// Calls visit(elements, count) for the elements of the lists of consecutive rows in order, at once for as many as
+  /// lie side by side.
+  template <typename Visit>
+  void VisitElements(std::size_t firstRow, std::size_t rowCount, Visit visit) const
+  {
+    const T*    elements = nullptr;
+    std::size_t count    = 0;
+    for (std::size_t row = firstRow; row < firstRow + rowCount; ++row) {
+      const ListSlot<T>& slot = *slots_.GetRow(row);
+      if (slot.length == 0) continue;
+      if (count > 0 && elements + count == slot.elements) {
+        count += slot.length;
+        continue;
+      }
+      if (count > 0) visit(elements, count);
+      elements = slot.elements;
+      count    = slot.length;
+    }
+    if (count > 0) visit(elements, count);
+  }
 
 private:
   static constexpr std::size_t kTolerableGarbage = std::size_t{1} << 20;  // bytes
 
+  bool Fits(std::size_t row, std::size_t rowCount, std::size_t length) const noexcept
+  {
+    return row < rowCount && length <= slots_.GetRow(row)->capacity;
+  }
+
+  bool IsWasteful() const noexcept
+  {
+    const std::size_t garbage = pool_.GetSize() - inUse_;
+    return garbage > inUse_ && garbage * sizeof(T) > kTolerableGarbage;
+  }
+
   void DropGarbage(std::size_t rowCount)
   {
-    ListPool<T>           pool;
-    std::vector<ListSlot> slots(rowCount);
-    std::size_t           inUse = 0;
+    ListPool<T>              pool;
+    std::vector<ListSlot<T>> slots(rowCount);
+    std::size_t              inUse = 0;
     for (std::size_t row = 0; row < rowCount; ++row) {
       const std::size_t length = GetLength(row);
       pool.Prepare(length);
-      slots[row] = pool.Append(GetRow(row), length);
+      slots[row] = pool.Append(length);
+      std::copy_n(GetRow(row), length, slots[row].elements);
       inUse += length;
     }
     // Nothing throws from here on.
-    for (std::size_t row = 0; row < rowCount; ++row) *slots_.GetRow(row) = slots[row];
+    std::copy(slots.begin(), slots.end(), slots_.GetRow(0));
     pool_  = std::move(pool);
     inUse_ = inUse;
   }
 
-  ValueColumn<ListSlot> slots_;
-  ListPool<T>           pool_;
-  std::size_t           inUse_ = 0;  // elements that rows have room for; the rest of the pool is garbage
+  ValueColumn<ListSlot<T>> slots_;
+  ListPool<T>              pool_;
+  std::size_t              inUse_ = 0;  // elements that rows have room for; the rest of the pool is garbage
 };

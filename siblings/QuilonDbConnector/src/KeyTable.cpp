@@ -99,3 +99,29 @@ void KeyTable::ForEach(Visit visit) const
       if (slot.key != kNone) visit(slot.key, slot.row);
   }
 }
+
+void RowKeys::PushRun(std::uint32_t firstKey, std::uint32_t count)
+{
+  if (IsRun() && Continues(firstKey)) {
+    if (count_ == 0) firstKey_ = firstKey;
+    count_ += count;
+    return;
+  }
+  for (std::uint32_t i = 0; i < count; ++i) {
+    Prepare(firstKey + i);
+    Push(firstKey + i);
+  }
+}
+
+void RowKeys::Grow()
+{
+  const std::size_t count = std::size_t{count_} + 1;
+  keys_.reserve(count + count / 2);
+}
+
+// Spells the run out, for which there is room.
+void RowKeys::PushOffRun(std::uint32_t key) noexcept
+{
+  for (std::uint32_t i = 0; i < count_; ++i) keys_.push_back(firstKey_ + i);
+  keys_.push_back(key);
+}

@@ -58,6 +58,15 @@ public:
     ++count_;
   }
 
+  /// Adds the keys from firstKey on for the rows 0, 1, ... to an empty table.
+  void InsertRun(std::uint32_t firstKey, std::uint32_t count) noexcept
+  {
+    firstKey_ = firstKey;
+    firstRow_ = 0;
+    count_    = count;
+    maxKey_   = count == 0 ? 0 : firstKey + (count - 1);
+  }
+
   /// @return all keys, ascending
   std::vector<std::uint32_t> GetKeys() const;
 
@@ -99,4 +108,48 @@ private:
   std::uint32_t              expected_ = 0;
   std::vector<std::uint32_t> direct_;  // row of each key, kNone where there is none
   std::vector<Slot>          hashed_;  // open addressing, a power of two of slots, at most half of them used
+};
+
+/// The keys of rows 0, 1, ...: what a KeyTable maps, the other way round. Consecutive keys cost no memory, others 4
+/// bytes each.
+class RowKeys
+{
+public:
+  std::size_t GetCount() const noexcept { return count_; }
+  bool        IsRun() const noexcept { return keys_.empty(); }
+  /// @param row less than GetCount()
+  std::uint32_t Get(std::size_t row) const noexcept
+  {
+    return IsRun() ? firstKey_ + static_cast<std::uint32_t>(row) : keys_[row];
+  }
+
+  /// Makes the room that Push() of the same key needs. When it throws, all keys are as before.
+  void Prepare(std::uint32_t key)
+  {
+    if (IsRun() ? !Continues(key) : keys_.size() == keys_.capacity()) Grow();
+  }
+
+  /// Adds a prepared key.
+  void Push(std::uint32_t key) noexcept
+  {
+    if (!IsRun())
+      keys_.push_back(key);
+    else if (!Continues(key))
+      PushOffRun(key);
+    else if (count_ == 0)
+      firstKey_ = key;
+    ++count_;
+  }
+
+  /// Adds a run of keys.
+  void PushRun(std::uint32_t firstKey, std::uint32_t count);
+
+private:
+  bool Continues(std::uint32_t key) const noexcept { return count_ == 0 || key == firstKey_ + count_; }
+  void Grow();
+  void PushOffRun(std::uint32_t key) noexcept;
+
+  std::uint32_t              count_    = 0;
+  std::uint32_t              firstKey_ = 0;  // of a run
+  std::vector<std::uint32_t> keys_;          // empty while the keys are a run
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -16,30 +17,11 @@ constexpr std::size_t kMaxExpectedBytes = std::size_t{256} << 20;
 
 constexpr std::size_t kMaxListLength = 0x7fffffff;
 
-std::size_t GetRowBytes(const FED_RecordFormat& format) noexcept
-{
-  std::size_t bytes = 0;
-  for (const int type : format.GetTypes()) {
-    const FED_FieldType::Class fieldClass = FED_FieldType::GetClass(type);
-    switch (fieldClass) {
-      case FED_FieldType::Integer:
-        bytes += sizeof(int);
-        break;
-      case FED_FieldType::Float:
-        bytes += sizeof(float);
-        break;
-      case FED_FieldType::Double:
-      case FED_FieldType::Vector:
-      case FED_FieldType::Tensor:
-        bytes += sizeof(double) * FED_FieldType::GetDoubleCount(fieldClass);
-        break;
-      default:
-        bytes += sizeof(ListSlot);
-        break;
-    }
-  }
-  return bytes;
-}
+// Rows of a byte each that fill a chunk.
+constexpr unsigned kMaxChunkShift = 24;
+
+// A record longer than this has fewer rows with it in a chunk.
+constexpr std::size_t kListChunkBytes = std::size_t{4} << 20;
 
 // What a column takes from a field: where its elements are, and how many. Lists alone use the length.
 struct Elements
@@ -59,14 +41,35 @@ Elements GetElements(const ResultRecord::Value& value) noexcept
   return {list->GetData(), list->GetSize()};
 }
 
+std::size_t GetListBytes(const ResultRecord::Value& value) noexcept
+{
+  const std::size_t length = GetElements(value).length;
+  if (std::holds_alternative<std::string>(value)) return length;
+  if (std::holds_alternative<FED_IntArray>(value)) return length * sizeof(int);
+  if (std::holds_alternative<FED_DoubleArray>(value)) return length * sizeof(double);
+  return 0;
+}
+
 template <typename T>
-void PrepareField(ValueColumn<T>&, std::size_t, std::size_t, const Elements&)
+std::size_t GetGrowth(const ValueColumn<T>&, std::size_t, std::size_t, std::size_t) noexcept
+{
+  return 0;
+}
+
+template <typename T>
+std::size_t GetGrowth(const ListColumn<T>& column, std::size_t row, std::size_t rowCount, std::size_t length) noexcept
+{
+  return column.GetGrowth(row, rowCount, length);
+}
+
+template <typename T>
+void PrepareField(ValueColumn<T>&, std::size_t, std::size_t, std::size_t)
 {}
 
 template <typename T>
-void PrepareField(ListColumn<T>& column, std::size_t row, std::size_t rowCount, const Elements& elements)
+void PrepareField(ListColumn<T>& column, std::size_t row, std::size_t rowCount, std::size_t length)
 {
-  column.Prepare(row, rowCount, elements.length);
+  column.Prepare(row, rowCount, length);
 }
 
 template <typename T>
@@ -142,49 +145,134 @@ std::string Count(std::size_t count, const char* what)
   return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
-}  // namespace
-
-ResultDataBlock::Columns::Columns(const FED_RecordFormat& recordFormat)
-    : format(recordFormat), doubleCount(recordFormat.GetDoubleCount())
+template <typename T>
+void MakeRows(ValueColumn<T>& column, std::size_t rows)
 {
-  const std::size_t rowBytes = std::max<std::size_t>(GetRowBytes(format), 1);
-  chunkShift = static_cast<unsigned>(std::bit_width(std::max<std::size_t>(kMaxChunkBytes / rowBytes, 1)) - 1);
-  columns.reserve(format.GetTypes().size());
-  for (const int type : format.GetTypes()) {
-    const FED_FieldType::Class fieldClass = FED_FieldType::GetClass(type);
-    switch (fieldClass) {
-      case FED_FieldType::Integer:
-        columns.emplace_back(ValueColumn<int>(1, chunkShift));
-        break;
-      case FED_FieldType::Float:
-        columns.emplace_back(ValueColumn<float>(1, chunkShift));
-        break;
-      case FED_FieldType::String:
-        columns.emplace_back(ListColumn<char>(chunkShift));
-        break;
-      case FED_FieldType::IntList:
-        columns.emplace_back(ListColumn<int>(chunkShift));
-        break;
-      case FED_FieldType::DoubleList:
-        columns.emplace_back(ListColumn<double>(chunkShift));
-        break;
-      default:
-        columns.emplace_back(ValueColumn<double>(FED_FieldType::GetDoubleCount(fieldClass), chunkShift));
-        break;
-    }
-  }
-  if (columns.size() == 1) single = std::get_if<ValueColumn<double>>(&columns.front());
+  column.EnsureRows(rows);
 }
 
-ResultDataBlock::ResultDataBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format)
-    : FED_ColumnDataBlock(descriptor), columns_(format)
+template <typename T>
+void MakeRows(ListColumn<T>& column, std::size_t rows)
+{
+  column.MakeEmptyRows(rows);
+}
+
+template <typename T>
+void Clean(ValueColumn<T>&, std::size_t)
 {}
+
+template <typename T>
+void Clean(ListColumn<T>& column, std::size_t rows)
+{
+  column.Clean(rows);
+}
+
+// Reads the stored column at a position, or the two of lists, into rows from `row` on.
+// @return how many stored columns it was
+template <typename T>
+std::size_t ReadColumn(const ChunkStore& store, const StoredExtent& extent, std::size_t position, std::size_t row,
+                       ValueColumn<T>& column, const FED_DataDescriptor&)
+{
+  store.Read(extent, position, column.GetRow(row));
+  return 1;
+}
+
+template <typename T>
+std::size_t ReadColumn(const ChunkStore& store, const StoredExtent& extent, std::size_t position, std::size_t row,
+                       ListColumn<T>& column, const FED_DataDescriptor& descriptor)
+{
+  std::vector<std::uint32_t> lengths(extent.rowCount);
+  store.Read(extent, position, lengths.data());
+  std::uint64_t total   = 0;
+  std::uint32_t longest = 0;
+  for (const std::uint32_t length : lengths) {
+    total += length;
+    longest = std::max(longest, length);
+  }
+  const std::uint64_t bytes = store.GetBytes(extent, position + 1);
+  if (longest > kMaxListLength || total * sizeof(T) != bytes)
+    ThrowBlockFailure(descriptor,
+                      "the store has " + std::to_string(bytes) + " bytes for lists of " + std::to_string(total) +
+                          " elements in all, the longest of " + std::to_string(longest) + ", expected " +
+                          std::to_string(total * sizeof(T)),
+                      kTag);
+  T* const elements = column.Load(row, lengths, static_cast<std::size_t>(total));
+  if (total > 0) store.Read(extent, position + 1, elements);
+  return 2;
+}
+
+// Counts the bytes of a chunk when a change of its room is over, however it ended.
+class CountedChange
+{
+public:
+  CountedChange(ChunkCache* cache, RowChunk& chunk) noexcept : cache_(cache), chunk_(chunk) {}
+  CountedChange(const CountedChange&)            = delete;
+  CountedChange& operator=(const CountedChange&) = delete;
+  ~CountedChange()
+  {
+    if (cache_ != nullptr) cache_->Count(chunk_);
+  }
+
+private:
+  ChunkCache* cache_;
+  RowChunk&   chunk_;
+};
+
+void Merge(FED_FieldStatistics& statistics, const ColumnStatistics& part)
+{
+  statistics.nans += part.nans;
+  if (part.values == 0) return;
+  statistics.least    = statistics.hasRange ? std::min(statistics.least, part.least) : part.least;
+  statistics.greatest = statistics.hasRange ? std::max(statistics.greatest, part.greatest) : part.greatest;
+  statistics.hasRange = true;
+}
+
+}  // namespace
+
+ResultDataBlock::ResultDataBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format)
+    : FED_ColumnDataBlock(descriptor), layout_(format)
+{}
+
+ResultDataBlock::ResultDataBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format, BlockUid uid,
+                                 ChunkCache& cache)
+    : FED_ColumnDataBlock(descriptor), uid_(uid), cache_(&cache), layout_(format)
+{}
+
+ResultDataBlock::ResultDataBlock(const StoredBlock& stored, ChunkCache& cache)
+    : FED_ColumnDataBlock(stored.descriptor),
+      uid_(stored.uid),
+      cache_(&cache),
+      layout_(stored.format),
+      rowCount_(stored.rowCount),
+      storedMaxKey_(stored.maxKey),
+      keysAreLoaded_(stored.rowCount == 0)
+{
+  if (rowCount_ == 0) return;
+  if (layout_.format.IsEmpty()) Fail("the store has rows of it and no record format");
+  if (stored.chunkShift > kMaxChunkShift)
+    Fail("a chunk has 2^" + std::to_string(stored.chunkShift) + " rows, expected at most 2^" +
+         std::to_string(kMaxChunkShift));
+  layout_.chunkShift = stored.chunkShift;
+}
+
+ResultDataBlock::~ResultDataBlock() { DropChunks(); }
+
+StoredBlock ResultDataBlock::Describe() const
+{
+  return {uid_,
+          GetDescriptor(),
+          layout_.format,
+          static_cast<std::uint32_t>(rowCount_),
+          static_cast<std::uint32_t>(GetMaxIndex()),
+          layout_.chunkShift};
+}
 
 void ResultDataBlock::SetRecordFormat(const FED_RecordFormat& format)
 {
-  Columns columns(format);
-  Reserve(columns);
-  columns_ = std::move(columns);
+  RecordLayout layout(format);
+  DropChunks();
+  Reserve(layout);
+  layout_ = std::move(layout);
 }
 
 void ResultDataBlock::Expect(std::size_t records)
@@ -192,7 +280,7 @@ void ResultDataBlock::Expect(std::size_t records)
   if (records == 0) return;
   rows_.Expect(records);
   expected_ = records;
-  Reserve(columns_);
+  Reserve(layout_);
 }
 
 bool ResultDataBlock::HasRecord(std::size_t index) const { return FindRow(index) != KeyTable::kNone; }
@@ -215,7 +303,7 @@ void ResultDataBlock::GetRecord(std::size_t index, FED_ConstDataRecord& record) 
   if (own == nullptr) {
     auto* writable = dynamic_cast<FED_DataRecord*>(&record);
     if (writable == nullptr) Fail("the read-only scratch record was not made by a block of this database");
-    ResultRecord copy(*this, columns_.format);
+    ResultRecord copy(*this, layout_.format);
     GetRecord(index, copy);
     CopyRecord(copy, *writable);
     return;
@@ -223,69 +311,75 @@ void ResultDataBlock::GetRecord(std::size_t index, FED_ConstDataRecord& record) 
   if (own->HasFormat())
     RequireFit(*own);
   else
-    own->SetFormat(columns_.format);
+    own->SetFormat(layout_.format);
+  const RowChunk&                   chunk  = Reach(row);
+  const std::size_t                 at     = RowInChunk(row);
   std::vector<ResultRecord::Field>& fields = own->GetFields();
   for (std::size_t i = 0; i < fields.size(); ++i)
-    std::visit([&](const auto& column) { ReadField(column, row, fields[i].value); }, columns_.columns[i]);
+    std::visit([&](const auto& column) { ReadField(column, at, fields[i].value); }, chunk.columns[i]);
 }
 
-std::size_t ResultDataBlock::GetSize() const { return rows_.GetMaxKey(); }
+std::size_t ResultDataBlock::GetSize() const { return GetMaxIndex(); }
 
-std::size_t ResultDataBlock::GetMaxIndex() const { return rows_.GetMaxKey(); }
+std::size_t ResultDataBlock::GetMaxIndex() const { return keysAreLoaded_ ? rows_.GetMaxKey() : storedMaxKey_; }
 
 void ResultDataBlock::SetScalarAt(std::size_t index, double value)
 {
-  if (columns_.doubleCount == 1) {
+  if (layout_.doubleCount == 1) {
     SetValuesAt(index, &value);
     return;
   }
-  if (!columns_.format.IsEmpty())
-    Fail("a scalar was given, the record format is \"" + columns_.format.ToString() + '"');
+  if (!layout_.format.IsEmpty()) Fail("a scalar was given, the record format is \"" + layout_.format.ToString() + '"');
   RequireIndex(index);
-  Columns columns(FED_RecordFormat::Parse("D"));
-  Reserve(columns);
-  const std::uint32_t row      = PrepareNewRow(columns, index);
-  *columns.single->GetRow(row) = value;
-  columns_                     = std::move(columns);
-  CommitRow(index, row);
+  RecordLayout layout(FED_RecordFormat::Parse("D"));
+  DropChunks();
+  Reserve(layout);
+  RowChunk& chunk = PrepareNewRow(layout, index);
+  *chunk.single   = value;
+  layout_         = std::move(layout);
+  CommitRow(index, 0, chunk);
 }
 
 double ResultDataBlock::GetScalarAt(std::size_t index) const
 {
   const std::size_t row = GetRow(index);
-  if (columns_.doubleCount != 1)
-    Fail("a scalar was asked for, the record format is \"" + columns_.format.ToString() + '"');
-  return *columns_.single->GetRow(row);
+  if (layout_.doubleCount != 1)
+    Fail("a scalar was asked for, the record format is \"" + layout_.format.ToString() + '"');
+  return Reach(row).single[RowInChunk(row)];
 }
 
 void ResultDataBlock::SetValuesAt(std::size_t index, const double* values)
 {
-  if (columns_.doubleCount == 0) RequireDoubleFormat();
-  std::uint32_t row = FindRow(index);
-  if (row == KeyTable::kNone) row = PrepareNewRow(columns_, index);
-  if (columns_.single != nullptr) {
-    CopyDoubles(values, columns_.single->GetWidth(), columns_.single->GetRow(row));
+  if (layout_.doubleCount == 0) RequireDoubleFormat();
+  const std::uint32_t present = FindRow(index);
+  const bool          isNew   = present == KeyTable::kNone;
+  const auto          row     = isNew ? static_cast<std::uint32_t>(rowCount_) : present;
+  RowChunk&           chunk   = isNew ? PrepareNewRow(layout_, index) : Reach(row);
+  const std::size_t   at      = RowInChunk(row);
+  if (layout_.singleWidth != 0) {
+    CopyDoubles(values, layout_.singleWidth, chunk.single + at * layout_.singleWidth);
   } else {
-    for (Column& column : columns_.columns) {
+    for (RowColumn& column : chunk.columns) {
       auto& doubles = *std::get_if<ValueColumn<double>>(&column);
-      CopyDoubles(values, doubles.GetWidth(), doubles.GetRow(row));
+      CopyDoubles(values, doubles.GetWidth(), doubles.GetRow(at));
       values += doubles.GetWidth();
     }
   }
-  CommitRow(index, row);
+  CommitRow(index, row, chunk);
 }
 
 void ResultDataBlock::GetValuesAt(std::size_t index, double* out) const
 {
   const std::size_t row = GetRow(index);
-  if (columns_.single != nullptr) {
-    CopyDoubles(columns_.single->GetRow(row), columns_.single->GetWidth(), out);
+  const std::size_t at  = RowInChunk(row);
+  if (layout_.singleWidth != 0) {
+    CopyDoubles(Reach(row).single + at * layout_.singleWidth, layout_.singleWidth, out);
     return;
   }
-  if (columns_.doubleCount == 0) RequireDoubleFormat();
-  for (const Column& column : columns_.columns) {
+  if (layout_.doubleCount == 0) RequireDoubleFormat();
+  for (const RowColumn& column : Reach(row).columns) {
     const auto& doubles = *std::get_if<ValueColumn<double>>(&column);
-    CopyDoubles(doubles.GetRow(row), doubles.GetWidth(), out);
+    CopyDoubles(doubles.GetRow(at), doubles.GetWidth(), out);
     out += doubles.GetWidth();
   }
 }
@@ -308,6 +402,7 @@ void ResultDataBlock::DeleteDataRecord(FED_ConstDataRecord* record) const
 
 std::vector<std::size_t> ResultDataBlock::GetIndices() const
 {
+  if (!keysAreLoaded_) LoadKeys();
   const std::vector<std::uint32_t> keys = rows_.GetKeys();
   return std::vector<std::size_t>(keys.begin(), keys.end());
 }
@@ -319,11 +414,11 @@ std::size_t ResultDataBlock::GetRow(std::size_t index) const
   return row;
 }
 
-std::size_t ResultDataBlock::GetRowsPerChunk() const noexcept { return std::size_t{1} << columns_.chunkShift; }
+std::size_t ResultDataBlock::GetRowsPerChunk() const noexcept { return layout_.GetRowsPerChunk(); }
 
 std::size_t ResultDataBlock::GetChunkCount() const noexcept
 {
-  return (GetRecordCount() + GetRowsPerChunk() - 1) >> columns_.chunkShift;
+  return (rowCount_ + GetRowsPerChunk() - 1) >> layout_.chunkShift;
 }
 
 QuilonContainer::Span<const double> ResultDataBlock::GetDoubleChunk(std::size_t field, std::size_t chunk) const
@@ -341,24 +436,47 @@ QuilonContainer::Span<const float> ResultDataBlock::GetFloatChunk(std::size_t fi
   return GetChunk<float>(field, chunk);
 }
 
+FED_FieldStatistics ResultDataBlock::GetFieldStatistics(std::size_t field) const
+{
+  RequireField(field);
+  const std::vector<StoredColumn> columns  = GetStoredColumns(layout_.format);
+  const auto                      isValues = [field](const StoredColumn& column) {
+    return column.field == field && (column.element != StoredColumn::UInt32 || column.isElements);
+  };
+  const auto          at       = std::find_if(columns.begin(), columns.end(), isValues);
+  const auto          position = static_cast<std::size_t>(at - columns.begin());
+  FED_FieldStatistics statistics;
+  std::uint64_t       bytes = 0;
+  for (std::size_t number = 0; number < GetChunkCount(); ++number) {
+    if (cache_ != nullptr && (chunks_.empty() || !chunks_[number]->IsDirty())) {
+      bool                            overlap = false;
+      const std::vector<StoredExtent> extents = GetExtents(number, overlap);
+      if (!overlap) {
+        for (const StoredExtent& extent : extents) {
+          Merge(statistics, cache_->GetStore().GetStatistics(extent, position));
+          bytes += cache_->GetStore().GetBytes(extent, position);
+        }
+        continue;
+      }
+    }
+    const RowChunk& chunk = ReachChunk(number);
+    Merge(statistics, ComputeStatistics(chunk, *at, 0, RowsOf(number)));
+    bytes += GetStoredBytes(chunk, *at, 0, RowsOf(number));
+  }
+  statistics.elements = bytes / GetElementBytes(at->element);
+  return statistics;
+}
+
 void ResultDataBlock::Fail(const std::string& text) const { ThrowBlockFailure(GetDescriptor(), text, kTag); }
 
-std::uint32_t ResultDataBlock::FindRow(std::size_t index) const noexcept
+std::uint32_t ResultDataBlock::FindRow(std::size_t index) const
 {
-  return index <= KeyTable::kMaxKey ? rows_.Find(static_cast<std::uint32_t>(index)) : KeyTable::kNone;
-}
-
-// The rows that are expected, as far as the hint may reserve them.
-void ResultDataBlock::Reserve(Columns& columns) const
-{
-  if (columns.columns.empty()) return;
-  const std::size_t rows = std::min(expected_, kMaxExpectedBytes / GetRowBytes(columns.format));
-  EnsureRows(columns, rows);
-}
-
-void ResultDataBlock::EnsureRows(Columns& columns, std::size_t rows)
-{
-  for (Column& column : columns.columns) std::visit([rows](auto& typed) { typed.EnsureRows(rows); }, column);
+  if (index > KeyTable::kMaxKey) return KeyTable::kNone;
+  const auto          key = static_cast<std::uint32_t>(index);
+  const std::uint32_t row = rows_.Find(key);
+  if (row != KeyTable::kNone || keysAreLoaded_) return row;
+  LoadKeys();
+  return rows_.Find(key);
 }
 
 void ResultDataBlock::RequireIndex(std::size_t index) const
@@ -366,30 +484,19 @@ void ResultDataBlock::RequireIndex(std::size_t index) const
   if (index > KeyTable::kMaxKey) Fail("index is " + std::to_string(index) + ", expected 0 to 2147483647");
 }
 
-// Room behind all rows for an index that has none.
-std::uint32_t ResultDataBlock::PrepareNewRow(Columns& columns, std::size_t index)
+void ResultDataBlock::RequireField(std::size_t field) const
 {
-  RequireIndex(index);
-  const auto row = static_cast<std::uint32_t>(rows_.GetCount());
-  if (columns.single != nullptr)
-    columns.single->EnsureRows(std::size_t{row} + 1);
-  else
-    EnsureRows(columns, std::size_t{row} + 1);
-  rows_.Prepare(static_cast<std::uint32_t>(index), row);
-  return row;
-}
-
-void ResultDataBlock::CommitRow(std::size_t index, std::uint32_t row) noexcept
-{
-  if (row == rows_.GetCount()) rows_.Insert(static_cast<std::uint32_t>(index), row);
+  const std::size_t count = layout_.format.GetTypes().size();
+  if (field < 1 || field > count)
+    Fail("record field is " + std::to_string(field) + ", expected 1 to " + std::to_string(count));
 }
 
 void ResultDataBlock::RequireFit(const ResultRecord& record) const
 {
-  const std::vector<int>& types  = columns_.format.GetTypes();
+  const std::vector<int>& types  = layout_.format.GetTypes();
   const auto&             fields = record.GetFields();
   if (fields.size() != types.size())
-    Fail("the record has " + Count(fields.size(), "field") + ", the record format \"" + columns_.format.ToString() +
+    Fail("the record has " + Count(fields.size(), "field") + ", the record format \"" + layout_.format.ToString() +
          "\" has " + std::to_string(types.size()));
   for (std::size_t i = 0; i < types.size(); ++i) {
     const FED_FieldType::Class given    = FED_FieldType::GetClass(fields[i].type);
@@ -402,61 +509,347 @@ void ResultDataBlock::RequireFit(const ResultRecord& record) const
 
 void ResultDataBlock::RequireDoubleFormat() const
 {
-  if (columns_.format.IsEmpty()) Fail("values were given before the record format is known");
-  Fail("the record format is \"" + columns_.format.ToString() + "\", expected one of doubles (D, d, V, T)");
+  if (layout_.format.IsEmpty()) Fail("values were given before the record format is known");
+  Fail("the record format is \"" + layout_.format.ToString() + "\", expected one of doubles (D, d, V, T)");
+}
+
+void ResultDataBlock::RequireListLengths(const ResultRecord& record) const
+{
+  const auto& fields = record.GetFields();
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const std::size_t length = GetElements(fields[i].value).length;
+    if (length > kMaxListLength)
+      Fail("record field " + std::to_string(i + 1) + " has " + std::to_string(length) +
+           " elements, expected at most 2147483647");
+  }
+}
+
+std::size_t ResultDataBlock::RowsOf(std::size_t chunk) const noexcept
+{
+  return std::min(GetRowsPerChunk(), rowCount_ - (chunk << layout_.chunkShift));
+}
+
+// The chunk of a row, in memory. Without effect on a chunk that was reached last.
+RowChunk& ResultDataBlock::Reach(std::size_t row) const
+{
+  RowChunk& chunk = *chunks_[row >> layout_.chunkShift];
+  if (cache_ != nullptr && !cache_->IsLast(chunk)) {
+    if (!chunk.IsResident()) Load(chunk);
+    cache_->Touch(chunk);
+  }
+  return chunk;
+}
+
+RowChunk& ResultDataBlock::ReachChunk(std::size_t chunk) const
+{
+  AttachChunks();
+  return Reach(chunk << layout_.chunkShift);
+}
+
+// The rows that are expected, as far as the hint may reserve them: on disk those of the first chunk.
+void ResultDataBlock::Reserve(const RecordLayout& layout)
+{
+  if (layout.format.IsEmpty() || expected_ == 0) return;
+  std::size_t rows = std::min(expected_, kMaxExpectedBytes / layout.rowBytes);
+  if (cache_ != nullptr) rows = rowCount_ == 0 ? std::min(rows, layout.GetRowsPerChunk()) : 0;
+  for (std::size_t first = 0; first < rows; first += layout.GetRowsPerChunk())
+    EnsureRows(MakeChunk(first >> layout.chunkShift), std::min(rows - first, layout.GetRowsPerChunk()), layout);
+}
+
+RowChunk& ResultDataBlock::MakeChunk(std::size_t number)
+{
+  if (number == chunks_.size())
+    chunks_.push_back(std::make_unique<RowChunk>(*this, static_cast<std::uint32_t>(number)));
+  return *chunks_[number];
+}
+
+void ResultDataBlock::DropChunks() noexcept
+{
+  if (cache_ != nullptr)
+    for (const auto& chunk : chunks_) cache_->Forget(*chunk);
+  chunks_.clear();
+}
+
+// Makes room for rows of a chunk that is in memory or has no rows yet.
+void ResultDataBlock::EnsureRows(RowChunk& chunk, std::size_t rows, const RecordLayout& layout) const
+{
+  if (rows <= chunk.capacity) return;
+  if (cache_ != nullptr) cache_->MakeRoom((chunk.CapacityFor(rows, layout) - chunk.capacity) * layout.rowBytes);
+  const CountedChange change(cache_, chunk);
+  chunk.EnsureRows(rows, layout);
+}
+
+// Room behind all rows for an index that has none.
+RowChunk& ResultDataBlock::PrepareNewRow(const RecordLayout& layout, std::size_t index)
+{
+  RequireIndex(index);
+  const auto        key   = static_cast<std::uint32_t>(index);
+  const auto        row   = static_cast<std::uint32_t>(rowCount_);
+  const std::size_t at    = row & (layout.GetRowsPerChunk() - 1);
+  RowChunk&         chunk = MakeChunk(row >> layout.chunkShift);
+  if (cache_ != nullptr && !cache_->IsLast(chunk)) {
+    if (!chunk.IsResident() && at > 0) Load(chunk);
+    // Touched first, so that room for it is not made in its own place.
+    cache_->Touch(chunk);
+  }
+  EnsureRows(chunk, at + 1, layout);
+  rows_.Prepare(key, row);
+  if (cache_ != nullptr) keys_.Prepare(key);
+  return chunk;
+}
+
+void ResultDataBlock::PrepareLists(RowChunk& chunk, std::size_t row, std::size_t rowCount,
+                                   const ResultRecord& record) const
+{
+  const auto& fields = record.GetFields();
+  std::size_t growth = 0;
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    growth += std::visit(
+        [&](const auto& column) { return GetGrowth(column, row, rowCount, GetElements(fields[i].value).length); },
+        chunk.columns[i]);
+  if (growth == 0) return;
+  if (cache_ != nullptr) cache_->MakeRoom(growth);
+  const CountedChange change(cache_, chunk);
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    std::visit([&](auto& column) { PrepareField(column, row, rowCount, GetElements(fields[i].value).length); },
+               chunk.columns[i]);
+}
+
+void ResultDataBlock::CommitRow(std::size_t index, std::uint32_t row, RowChunk& chunk) noexcept
+{
+  if (row == rowCount_) {
+    rows_.Insert(static_cast<std::uint32_t>(index), row);
+    if (cache_ != nullptr) keys_.Push(static_cast<std::uint32_t>(index));
+    ++rowCount_;
+  }
+  if (cache_ != nullptr) cache_->MarkDirty(chunk, static_cast<std::uint32_t>(RowInChunk(row)));
 }
 
 void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
 {
   RequireIndex(index);
-  const auto& fields  = record.GetFields();
-  const bool  isFirst = columns_.format.IsEmpty();
-  Columns     adopted;
-  if (isFirst) {
+  const auto& fields = record.GetFields();
+  if (layout_.format.IsEmpty()) {
     if (fields.empty()) Fail("the record has no fields and the block no record format");
-    adopted = Columns(FED_RecordFormat::FromRecord(record));
-    Reserve(adopted);
   } else {
     RequireFit(record);
   }
-  Columns&            columns  = isFirst ? adopted : columns_;
-  const std::size_t   rowCount = rows_.GetCount();
-  const std::uint32_t present  = FindRow(index);
-  const std::uint32_t row      = present != KeyTable::kNone ? present : PrepareNewRow(columns, index);
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    const Elements elements = GetElements(fields[i].value);
-    if (elements.length > kMaxListLength)
-      Fail("record field " + std::to_string(i + 1) + " has " + std::to_string(elements.length) +
-           " elements, expected at most 2147483647");
-    std::visit([&](auto& column) { PrepareField(column, row, rowCount, elements); }, columns.columns[i]);
+  RequireListLengths(record);
+  if (rowCount_ == 0) {
+    StoreFirstRecord(index, record);
+    return;
   }
-  // Nothing throws from here on.
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    const Elements elements = GetElements(fields[i].value);
-    std::visit([&](auto& column) { WriteField(column, row, rowCount, elements); }, columns.columns[i]);
+  const std::uint32_t present = FindRow(index);
+  const bool          isNew   = present == KeyTable::kNone;
+  const auto          row     = isNew ? static_cast<std::uint32_t>(rowCount_) : present;
+  RowChunk&           chunk   = isNew ? PrepareNewRow(layout_, index) : Reach(row);
+  PrepareLists(chunk, RowInChunk(row), RowsOf(chunk.number), record);
+  WriteRow(index, row, chunk, record);
+}
+
+// The first record decides how many rows a chunk has, and gives a block without a format its format.
+void ResultDataBlock::StoreFirstRecord(std::size_t index, const ResultRecord& record)
+{
+  RecordLayout layout(layout_.format.IsEmpty() ? FED_RecordFormat::FromRecord(record) : layout_.format);
+  if (layout.hasLists) {
+    std::size_t bytes = layout.rowBytes;
+    for (const ResultRecord::Field& field : record.GetFields()) bytes += GetListBytes(field.value);
+    const auto shift  = std::bit_width(std::max<std::size_t>(kListChunkBytes / bytes, 1)) - 1;
+    layout.chunkShift = std::min(layout.chunkShift, static_cast<unsigned>(shift));
   }
-  if (isFirst) columns_ = std::move(adopted);
-  CommitRow(index, row);
+  if (layout.chunkShift != layout_.chunkShift || layout_.format.IsEmpty()) {
+    DropChunks();
+    Reserve(layout);
+  }
+  RowChunk& chunk = PrepareNewRow(layout, index);
+  PrepareLists(chunk, 0, 0, record);
+  layout_ = std::move(layout);
+  WriteRow(index, 0, chunk, record);
+}
+
+// Puts a row in prepared places.
+void ResultDataBlock::WriteRow(std::size_t index, std::uint32_t row, RowChunk& chunk,
+                               const ResultRecord& record) noexcept
+{
+  const std::size_t at       = RowInChunk(row);
+  const std::size_t rowCount = RowsOf(chunk.number);
+  const auto&       fields   = record.GetFields();
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    std::visit([&](auto& column) { WriteField(column, at, rowCount, GetElements(fields[i].value)); }, chunk.columns[i]);
+  CommitRow(index, row, chunk);
+}
+
+// What the store says of a chunk is a claim: it is believed where every row lies somewhere and takes the bytes that the
+// format asks for, so that whoever allocates rows afterwards allocates no more than the store has.
+std::vector<StoredExtent> ResultDataBlock::GetExtents(std::size_t chunk, bool& overlap) const
+{
+  const std::size_t         first   = chunk << layout_.chunkShift;
+  const std::size_t         end     = first + RowsOf(chunk);
+  std::vector<StoredExtent> extents = cache_->GetStore().GetExtents(uid_, static_cast<std::uint32_t>(chunk));
+  const auto                fail    = [&](const std::string& text) {
+    Fail("chunk " + std::to_string(chunk) + " of the store " + text + ", expected rows " + std::to_string(first) +
+                           " to " + std::to_string(end - 1));
+  };
+  std::vector<std::pair<std::size_t, std::size_t>> ranges;
+  for (const StoredExtent& extent : extents) {
+    const std::size_t extentEnd = std::size_t{extent.firstRow} + extent.rowCount;
+    if (extent.rowCount == 0 || extent.firstRow < first || extentEnd > end)
+      fail("has " + Count(extent.rowCount, "row") + " from row " + std::to_string(extent.firstRow) + " on");
+    ranges.emplace_back(extent.firstRow, extentEnd);
+    CheckBytes(extent);
+  }
+  std::sort(ranges.begin(), ranges.end());
+  overlap              = false;
+  std::size_t reaching = first;
+  for (const auto& [rangeFirst, rangeEnd] : ranges) {
+    if (rangeFirst > reaching) fail("does not have row " + std::to_string(reaching));
+    overlap  = overlap || rangeFirst < reaching;
+    reaching = std::max(reaching, rangeEnd);
+  }
+  if (reaching < end) fail("does not have row " + std::to_string(reaching));
+  return extents;
+}
+
+void ResultDataBlock::CheckBytes(const StoredExtent& extent) const
+{
+  const std::vector<StoredColumn> columns = GetStoredColumns(layout_.format);
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (columns[i].isElements) continue;
+    const std::uint64_t bytes = cache_->GetStore().GetBytes(extent, i);
+    const std::uint64_t expected =
+        std::uint64_t{extent.rowCount} * columns[i].width * GetElementBytes(columns[i].element);
+    if (bytes != expected)
+      Fail("the store has " + std::to_string(bytes) + " bytes of record field " + std::to_string(columns[i].field) +
+           " for " + Count(extent.rowCount, "row") + ", expected " + std::to_string(expected));
+  }
+}
+
+void ResultDataBlock::AttachChunks() const
+{
+  if (chunks_.size() >= GetChunkCount()) return;
+  std::vector<std::unique_ptr<RowChunk>> chunks;
+  for (std::size_t number = 0; number < GetChunkCount(); ++number) {
+    bool overlap = false;
+    GetExtents(number, overlap);
+    chunks.push_back(std::make_unique<RowChunk>(*this, static_cast<std::uint32_t>(number)));
+  }
+  chunks_ = std::move(chunks);
+}
+
+void ResultDataBlock::LoadKeys() const
+{
+  AttachChunks();
+  RowKeys  keys = ReadKeys();
+  KeyTable rows;
+  if (keys.IsRun()) {
+    rows.InsertRun(keys.Get(0), static_cast<std::uint32_t>(rowCount_));
+  } else {
+    rows.Expect(expected_);
+    for (std::uint32_t row = 0; row < rowCount_; ++row) {
+      const std::uint32_t key = keys.Get(row);
+      if (rows.Find(key) != KeyTable::kNone) Fail("the store has index " + std::to_string(key) + " twice");
+      rows.Prepare(key, row);
+      rows.Insert(key, row);
+    }
+  }
+  if (rows.GetMaxKey() != storedMaxKey_)
+    Fail("the greatest index of the store's rows is " + std::to_string(rows.GetMaxKey()) + ", expected " +
+         std::to_string(storedMaxKey_));
+  rows_          = std::move(rows);
+  keys_          = std::move(keys);
+  keysAreLoaded_ = true;
+}
+
+RowKeys ResultDataBlock::ReadKeys() const
+{
+  RowKeys                    keys;
+  std::vector<std::uint32_t> ofChunk, ofExtent;
+  for (std::size_t number = 0; number < chunks_.size(); ++number) {
+    bool                            overlap = false;
+    const std::vector<StoredExtent> extents = GetExtents(number, overlap);
+    const auto                      isLast  = [](const StoredExtent& extent) {
+      return std::uint64_t{extent.firstKey} + extent.rowCount > std::uint64_t{KeyTable::kMaxKey} + 1;
+    };
+    for (const StoredExtent& extent : extents)
+      if (extent.keysAreRun && isLast(extent))
+        Fail("the store has indices from " + std::to_string(extent.firstKey) + " on for " +
+             Count(extent.rowCount, "row") + ", expected 0 to 2147483647");
+    if (extents.size() == 1 && extents[0].keysAreRun) {
+      keys.PushRun(extents[0].firstKey, extents[0].rowCount);
+      continue;
+    }
+    const std::size_t first = number << layout_.chunkShift;
+    ofChunk.assign(RowsOf(number), KeyTable::kNone);
+    for (const StoredExtent& extent : extents) {
+      ofExtent.resize(extent.rowCount);
+      if (extent.keysAreRun)
+        std::iota(ofExtent.begin(), ofExtent.end(), extent.firstKey);
+      else
+        cache_->GetStore().ReadKeys(extent, ofExtent.data());
+      for (std::size_t i = 0; i < ofExtent.size(); ++i) {
+        std::uint32_t& key = ofChunk[extent.firstRow - first + i];
+        if (ofExtent[i] > KeyTable::kMaxKey)
+          Fail("the store has index " + std::to_string(ofExtent[i]) + ", expected 0 to 2147483647");
+        if (key != KeyTable::kNone && key != ofExtent[i])
+          Fail("the store has the indices " + std::to_string(key) + " and " + std::to_string(ofExtent[i]) +
+               " for row " + std::to_string(extent.firstRow + i));
+        key = ofExtent[i];
+      }
+    }
+    for (const std::uint32_t key : ofChunk) {
+      keys.Prepare(key);
+      keys.Push(key);
+    }
+  }
+  return keys;
+}
+
+// When it throws, the chunk stays in the store.
+void ResultDataBlock::Load(RowChunk& chunk) const
+{
+  const std::vector<StoredColumn> stored  = GetStoredColumns(layout_.format);
+  const std::size_t               rows    = RowsOf(chunk.number);
+  bool                            overlap = false;
+  std::uint64_t                   bytes   = rows * layout_.rowBytes;
+  for (const StoredExtent& extent : GetExtents(chunk.number, overlap))
+    for (std::size_t i = 0; i < stored.size(); ++i)
+      if (stored[i].isElements) bytes += cache_->GetStore().GetBytes(extent, i);
+  // May write to the store, so that it is asked again for the extents.
+  cache_->MakeRoom(bytes);
+  std::vector<RowColumn> columns = RowChunk::MakeColumns(layout_);
+  for (RowColumn& column : columns) std::visit([rows](auto& typed) { MakeRows(typed, rows); }, column);
+  for (const StoredExtent& extent : GetExtents(chunk.number, overlap))
+    LoadExtent(extent, RowInChunk(extent.firstRow), columns);
+  for (RowColumn& column : columns) std::visit([rows](auto& typed) { Clean(typed, rows); }, column);
+  chunk.SetColumns(std::move(columns), rows, layout_);
+  cache_->Count(chunk);
+}
+
+// Reads the rows of an extent to where they belong.
+void ResultDataBlock::LoadExtent(const StoredExtent& extent, std::size_t row, std::vector<RowColumn>& columns) const
+{
+  std::size_t column = 0;
+  for (std::size_t field = 0; field < columns.size(); ++field)
+    column += std::visit(
+        [&](auto& typed) { return ReadColumn(cache_->GetStore(), extent, column, row, typed, GetDescriptor()); },
+        columns[field]);
 }
 
 ResultRecord* ResultDataBlock::KeepScratch() const
 {
-  scratch_.push_back(std::make_unique<ResultRecord>(*this, columns_.format));
+  scratch_.push_back(std::make_unique<ResultRecord>(*this, layout_.format));
   return scratch_.back().get();
 }
 
 template <typename T>
 QuilonContainer::Span<const T> ResultDataBlock::GetChunk(std::size_t field, std::size_t chunk) const
 {
-  if (field < 1 || field > columns_.columns.size())
-    Fail("record field is " + std::to_string(field) + ", expected 1 to " + std::to_string(columns_.columns.size()));
+  RequireField(field);
   if (chunk >= GetChunkCount())
     Fail("chunk is " + std::to_string(chunk) + ", the block has " + std::to_string(GetChunkCount()));
-  const auto* column = std::get_if<ValueColumn<T>>(&columns_.columns[field - 1]);
+  const auto* column = std::get_if<ValueColumn<T>>(&ReachChunk(chunk).columns[field - 1]);
   if (column == nullptr)
     Fail("record field " + std::to_string(field) + " is of type " +
-         FED_FieldType::GetName(FED_FieldType::GetClass(columns_.format.GetTypes()[field - 1])));
-  const std::size_t first = chunk << columns_.chunkShift;
-  const std::size_t rows  = std::min(GetRowsPerChunk(), GetRecordCount() - first);
-  return {column->GetRow(first), rows * column->GetWidth()};
+         FED_FieldType::GetName(FED_FieldType::GetClass(layout_.format.GetTypes()[field - 1])));
+  return {column->GetRow(0), RowsOf(chunk) * column->GetWidth()};
 }

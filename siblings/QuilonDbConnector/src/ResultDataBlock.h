@@ -5,18 +5,19 @@
 
 #include <cstddef>
 #include <memory>
-#include <variant>
 #include <vector>
 
 #include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/FED_RecordFormat.h"
 
 #include "ChunkCache.h"
-#include "ColumnStore.h"
 #include "KeyTable.h"
 #include "ResultRecord.h"
+#include "RowChunk.h"
 
-/// A block of the result database. Its format is compiled once into columns; an index finds its row through a KeyTable.
+/// A block of the result database. Its format is compiled once into columns; an index finds its row through a KeyTable,
+/// a row its values through a chunk. On disk, keys and chunks come from the store when they are first asked for, and
+/// chunks may leave the memory again in every call that asks for more of it.
 ///
 /// Every change is made in two steps: room for all of it, which may throw and shows nothing; then the change itself,
 /// which does not throw. So a failed call leaves the block as it was.
@@ -32,9 +33,15 @@ public:
   /// A block that the cache's store has. Reads nothing yet: keys and rows come when they are first asked for.
   ResultDataBlock(const StoredBlock& stored, ChunkCache& cache);
 
+  ResultDataBlock(const ResultDataBlock&)            = delete;
+  ResultDataBlock& operator=(const ResultDataBlock&) = delete;
+  ~ResultDataBlock() override;
+
   BlockUid GetUid() const noexcept { return uid_; }
   /// @return the block as it is now, for the store's index
   StoredBlock Describe() const;
+  /// Keys of all rows of a block on disk; of one that was written.
+  const RowKeys& GetRowKeys() const noexcept { return keys_; }
 
   /// Gives a block without a format its format.
   void SetRecordFormat(const FED_RecordFormat& format);
@@ -55,8 +62,8 @@ public:
   FED_ConstDataRecord* CreateConstDataRecord() const override;
   void                 DeleteDataRecord(FED_ConstDataRecord* record) const override;
 
-  const FED_RecordFormat&             GetRecordFormat() const noexcept override { return columns_.format; }
-  std::size_t                         GetRecordCount() const noexcept override { return rows_.GetCount(); }
+  const FED_RecordFormat&             GetRecordFormat() const noexcept override { return layout_.format; }
+  std::size_t                         GetRecordCount() const noexcept override { return rowCount_; }
   std::vector<std::size_t>            GetIndices() const override;
   std::size_t                         GetRow(std::size_t index) const override;
   std::size_t                         GetRowsPerChunk() const noexcept override;
@@ -64,43 +71,56 @@ public:
   QuilonContainer::Span<const double> GetDoubleChunk(std::size_t field, std::size_t chunk) const override;
   QuilonContainer::Span<const int>    GetIntegerChunk(std::size_t field, std::size_t chunk) const override;
   QuilonContainer::Span<const float>  GetFloatChunk(std::size_t field, std::size_t chunk) const override;
+  FED_FieldStatistics                 GetFieldStatistics(std::size_t field) const override;
 
 private:
-  using Column = std::variant<ValueColumn<int>, ValueColumn<float>, ValueColumn<double>, ListColumn<char>,
-                              ListColumn<int>, ListColumn<double>>;
-
-  /// The compiled format.
-  struct Columns
-  {
-    Columns() = default;
-    explicit Columns(const FED_RecordFormat& recordFormat);
-
-    FED_RecordFormat    format;
-    std::vector<Column> columns;
-    unsigned            chunkShift  = 0;
-    std::size_t         doubleCount = 0;  ///< as FED_RecordFormat::GetDoubleCount()
-    /// The column of a format of one field of doubles, null for all others: the way of the typed fast paths.
-    ValueColumn<double>* single = nullptr;
-  };
-
   [[noreturn]] void Fail(const std::string& text) const;
-  std::uint32_t     FindRow(std::size_t index) const noexcept;
-  void              Reserve(Columns& columns) const;
-  static void       EnsureRows(Columns& columns, std::size_t rows);
+  std::uint32_t     FindRow(std::size_t index) const;
   void              RequireIndex(std::size_t index) const;
-  std::uint32_t     PrepareNewRow(Columns& columns, std::size_t index);
-  void              CommitRow(std::size_t index, std::uint32_t row) noexcept;
   void              RequireFit(const ResultRecord& record) const;
   void              RequireDoubleFormat() const;
-  void              StoreRecord(std::size_t index, const ResultRecord& record);
-  ResultRecord*     KeepScratch() const;
+  void              RequireField(std::size_t field) const;
+  void              RequireListLengths(const ResultRecord& record) const;
+
+  std::size_t RowsOf(std::size_t chunk) const noexcept;
+  RowChunk&   Reach(std::size_t row) const;
+  RowChunk&   ReachChunk(std::size_t chunk) const;
+  std::size_t RowInChunk(std::size_t row) const noexcept { return row & (layout_.GetRowsPerChunk() - 1); }
+
+  void      Reserve(const RecordLayout& layout);
+  RowChunk& MakeChunk(std::size_t number);
+  void      DropChunks() noexcept;
+  void      EnsureRows(RowChunk& chunk, std::size_t rows, const RecordLayout& layout) const;
+  RowChunk& PrepareNewRow(const RecordLayout& layout, std::size_t index);
+  void      PrepareLists(RowChunk& chunk, std::size_t row, std::size_t rowCount, const ResultRecord& record) const;
+  void      CommitRow(std::size_t index, std::uint32_t row, RowChunk& chunk) noexcept;
+  void      StoreRecord(std::size_t index, const ResultRecord& record);
+  void      StoreFirstRecord(std::size_t index, const ResultRecord& record);
+  void      WriteRow(std::size_t index, std::uint32_t row, RowChunk& chunk, const ResultRecord& record) noexcept;
+
+  std::vector<StoredExtent> GetExtents(std::size_t chunk, bool& overlap) const;
+  void                      CheckBytes(const StoredExtent& extent) const;
+  void                      AttachChunks() const;
+  void                      LoadKeys() const;
+  RowKeys                   ReadKeys() const;
+  void                      Load(RowChunk& chunk) const;
+  void LoadExtent(const StoredExtent& extent, std::size_t row, std::vector<RowColumn>& columns) const;
+
+  ResultRecord* KeepScratch() const;
   template <typename T>
   QuilonContainer::Span<const T> GetChunk(std::size_t field, std::size_t chunk) const;
 
-  BlockUid    uid_ = 0;
-  Columns     columns_;
-  KeyTable    rows_;
-  std::size_t expected_ = 0;
+  BlockUid      uid_   = 0;
+  ChunkCache*   cache_ = nullptr;  // null in memory
+  RecordLayout  layout_;
+  std::size_t   rowCount_     = 0;
+  std::size_t   expected_     = 0;
+  std::uint32_t storedMaxKey_ = 0;  // while keys are in the store
+  // What is in the store comes here when it is first asked for, also by a const call.
+  mutable bool                                   keysAreLoaded_ = true;
+  mutable KeyTable                               rows_;
+  mutable RowKeys                                keys_;    // on disk alone, for the store
+  mutable std::vector<std::unique_ptr<RowChunk>> chunks_;  // empty while none was asked for
   /// Scratch records that were not freed yet.
   mutable std::vector<std::unique_ptr<ResultRecord>> scratch_;
 };

@@ -4,6 +4,7 @@
 /// Whole columns of a block.
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "bundled/FED_RecordFormat.h"
@@ -11,11 +12,22 @@
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonUtilities/QuilonContainer.h"
 
+/// What is known of the numbers in a record field of all rows, list elements included.
+struct FED_FieldStatistics
+{
+  std::uint64_t elements = 0;  ///< numbers, those that are none included; of strings the characters
+  std::uint64_t nans     = 0;
+  bool          hasRange = false;  ///< whether there is a number that is no NaN; characters are no numbers
+  double        least    = 0.0;
+  double        greatest = 0.0;
+};
+
 /// What the blocks of FED_ResultDatabase offer beyond the contract: their format, and their values by column, for walks
 /// that need no indices (least and greatest value, checksums). Reach it with a dynamic_cast from FED_DataBlock.
 ///
-/// Rows stand in the order in which indices first got a record. Chunk c of a column holds the rows from
-/// c * GetRowsPerChunk() on. Spans are valid until the block is next written.
+/// Rows stand in the order in which indices first got a record. A chunk's rows are final with the first record. Chunk c
+/// of a column holds the rows from c * GetRowsPerChunk() on. Spans are valid until the block is next written, and in a
+/// database on disk until another chunk of any of its blocks is read or written: that one may take the place in memory.
 class QUILON_DB_CONNECTOR_API FED_ColumnDataBlock : public FED_DataBlock
 {
 public:
@@ -42,6 +54,10 @@ public:
   virtual QuilonContainer::Span<const int> GetIntegerChunk(std::size_t field, std::size_t chunk) const = 0;
   /// Values of a float field, shape [rows].
   virtual QuilonContainer::Span<const float> GetFloatChunk(std::size_t field, std::size_t chunk) const = 0;
+
+  /// In a database on disk it costs a look at the indices where nothing was written since the last commit.
+  /// @param field counts from 1
+  virtual FED_FieldStatistics GetFieldStatistics(std::size_t field) const = 0;
 
 protected:
   using FED_DataBlock::FED_DataBlock;

@@ -15,6 +15,8 @@ class ChunkStore;
 
 /// Id maps for the kinds 0 to 14.
 ///
+/// On disk a map is read as a whole when it is first asked for more than its count.
+///
 /// Memory: 8 bytes per id where ids are dense, up to 36 where they are scattered, 4 where they count up by one.
 class QUILON_DB_CONNECTOR_API FED_ResultIdMapsPool final : public FED_IdMapsPool
 {

@@ -1,0 +1,87 @@
+#pragma once
+
+/// @file
+/// A block's rows, a chunk at a time.
+
+#include <cstddef>
+#include <cstdint>
+#include <variant>
+#include <vector>
+
+#include "bundled/FED_RecordFormat.h"
+
+#include "ChunkStore.h"
+#include "ColumnStore.h"
+
+class ResultDataBlock;
+
+/// What a record format comes to in columns.
+struct RecordLayout
+{
+  RecordLayout() = default;
+  explicit RecordLayout(const FED_RecordFormat& recordFormat);
+
+  std::size_t GetRowsPerChunk() const noexcept { return std::size_t{1} << chunkShift; }
+
+  FED_RecordFormat format;
+  std::size_t      rowBytes    = 0;  ///< of a row, the elements of its lists not counted
+  unsigned         chunkShift  = 0;
+  std::size_t      doubleCount = 0;  ///< as FED_RecordFormat::GetDoubleCount()
+  std::size_t      singleWidth = 0;  ///< doubles of a format of one field of doubles, 0 for all others
+  bool             hasLists    = false;
+};
+
+using RowColumn = std::variant<ValueColumn<int>, ValueColumn<float>, ValueColumn<double>, ListColumn<char>,
+                               ListColumn<int>, ListColumn<double>>;
+
+/// A run of rows of a block: what is loaded, unloaded and written together, the elements of lists included. Rows count
+/// from the first of the chunk.
+struct RowChunk
+{
+  RowChunk(const ResultDataBlock& block, std::uint32_t chunk) noexcept : owner(&block), number(chunk) {}
+
+  bool IsResident() const noexcept { return !columns.empty(); }
+  bool IsDirty() const noexcept { return dirtyFirst != dirtyEnd; }
+
+  /// Makes columns without rows.
+  static std::vector<RowColumn> MakeColumns(const RecordLayout& layout);
+
+  /// @return capacity that makes room for this many rows. The first chunk doubles up to its whole size, so that small
+  ///         blocks stay small; others are made whole.
+  std::size_t CapacityFor(std::size_t rows, const RecordLayout& layout) const noexcept;
+
+  /// Makes room for this many rows. When it throws, all rows are as before.
+  void EnsureRows(std::size_t rows, const RecordLayout& layout);
+
+  /// Takes columns that are complete.
+  void SetColumns(std::vector<RowColumn> complete, std::size_t rows, const RecordLayout& layout) noexcept;
+
+  void Unload() noexcept;
+
+  std::size_t CountBytes() const noexcept;
+
+  /// Values of a format of one field of doubles, null for all others and while the rows are not in memory.
+  double*                single = nullptr;
+  std::vector<RowColumn> columns;  ///< one per record field; empty while the rows are in the store alone
+  std::size_t            capacity   = 0;
+  std::uint32_t          dirtyFirst = 0;  ///< rows from here
+  std::uint32_t          dirtyEnd   = 0;  ///< to before here are not in the store as they are
+  const ResultDataBlock* owner;
+  std::uint32_t          number;
+
+  // For the cache.
+  std::size_t bytes         = 0;      ///< counted for this chunk
+  bool        wasTouched    = false;  ///< since the hand of the clock last passed
+  RowChunk*   next          = nullptr;
+  RowChunk*   previous      = nullptr;
+  RowChunk*   nextDirty     = nullptr;
+  RowChunk*   previousDirty = nullptr;
+};
+
+/// @param column as in GetStoredColumns()
+std::uint64_t GetStoredBytes(const RowChunk& chunk, const StoredColumn& column, std::size_t firstRow,
+                             std::size_t rowCount);
+void          VisitStored(const RowChunk& chunk, const StoredColumn& column, std::size_t firstRow, std::size_t rowCount,
+                          const ExtentRows::TakeBytes& take);
+ColumnStatistics ComputeStatistics(const RowChunk& chunk, const StoredColumn& column, std::size_t firstRow,
+                                   std::size_t rowCount);
