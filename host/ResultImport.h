@@ -29,7 +29,7 @@ struct ImportOptions
 /// What an import left out and how often.
 struct SkippedRows
 {
-  std::string reason;  ///< "element type without extrapolation: C3D6", "rows in local systems", ...
+  std::string reason;  ///< "element type without extrapolation: 3-node line with 50 points", ...
   std::size_t rows = 0;
 };
 

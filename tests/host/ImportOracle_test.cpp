@@ -21,10 +21,15 @@ using namespace quilon_test;
 // A .frd prints six digits, a .dat seven, and of the extrapolation of seven digits some are lost: 4.6e-6 was met.
 constexpr double kTolerance = 5e-6;
 
+// Half of the .frd's last digit is 5e-6 of a field whose largest magnitude has the figures 1.00000, and less of a
+// larger one. In these decks it has 1.3 or more; with the digits that the extrapolation loses, 3.0e-6 was met.
+constexpr double kSharpTolerance = 4e-6;
+
 struct OracleRow
 {
   const char*                        stem;
   std::map<std::string, std::size_t> nodes;  ///< node and time pairs by element type and quantity, counted by hand
+  double                             tolerance = kTolerance;
 };
 
 void PrintTo(const OracleRow& row, std::ostream* out) { *out << row.stem; }
@@ -81,7 +86,7 @@ TEST_P(ImportOracle, NodalAveragesEqualTheSolversOwnAtEveryNodeAndTime)
   std::map<std::string, std::size_t> nodesOfQuantity;
   std::map<std::string, double>      reported;
   for (const AverageDeviation& deviation : report.deviations) {
-    EXPECT_LE(deviation.largest, kTolerance) << deviation.elementType << " " << deviation.quantity;
+    EXPECT_LE(deviation.largest, GetParam().tolerance) << deviation.elementType << " " << deviation.quantity;
     nodes[deviation.elementType + " " + deviation.quantity] = deviation.nodes;
     nodesOfQuantity[deviation.quantity] += deviation.nodes;
     reported[deviation.quantity] = std::max(reported[deviation.quantity], deviation.largest);
@@ -92,7 +97,7 @@ TEST_P(ImportOracle, NodalAveragesEqualTheSolversOwnAtEveryNodeAndTime)
   for (const Kinds& kinds : kKinds) {
     std::size_t  numNodes = 0;
     const double largest  = LargestDeviation(database, kinds, numNodes);
-    EXPECT_LE(largest, kTolerance) << kinds.name;
+    EXPECT_LE(largest, GetParam().tolerance) << kinds.name;
     EXPECT_EQ(largest, reported[kinds.name]) << kinds.name;
     EXPECT_EQ(numNodes, nodesOfQuantity[kinds.name]) << kinds.name;
   }
@@ -108,23 +113,34 @@ INSTANTIATE_TEST_SUITE_P(
                     OracleRow{"hex8r/hex8r", {{"C3D8R stress", 3 * 16}, {"C3D8R strain", 3 * 16}}},
                     OracleRow{"tet10/tet10", {{"C3D10 stress", 3 * 45}, {"C3D10 strain", 3 * 45}}},
                     OracleRow{"hex20r/hex20r", {{"C3D20R stress", 3 * 51}, {"C3D20R strain", 3 * 51}}},
-                    // Four cells in a row: the planes between the second, third and fourth touch wedges.
+                    OracleRow{"wedge6/wedge6", {{"C3D6 stress", 3 * 24}, {"C3D6 strain", 3 * 24}}, kSharpTolerance},
+                    OracleRow{"wedge15/wedge15", {{"C3D15 stress", 3 * 59}, {"C3D15 strain", 3 * 59}}, kSharpTolerance},
+                    OracleRow{"hex20/hex20", {{"C3D20 stress", 3 * 51}, {"C3D20 strain", 3 * 51}}, kSharpTolerance},
+                    // Four cells in a row: the ends have nodes of one type, the three planes between have two.
                     OracleRow{"mixed_linear/mixed_linear",
                               {{"C3D8 stress", 3 * 4},
                                {"C3D8 strain", 3 * 4},
-                               {"mixed stress", 3 * 4},
-                               {"mixed strain", 3 * 4},
+                               {"mixed stress", 3 * 12},
+                               {"mixed strain", 3 * 12},
                                {"C3D8R stress", 3 * 4},
                                {"C3D8R strain", 3 * 4}}},
-                    // The brick's own: its end's 8 and 4 along the cell; shared: 8; the tetrahedra's own: 4 along the
-                    // cell, the middles of its body diagonal and of six face diagonals.
+                    // A brick's own: its end's 8 and 4 along the cell; shared: three planes of 8; the tetrahedra's own:
+                    // 4 along the cell, the middles of its body diagonal and of six face diagonals; the wedges' own: 4
+                    // along the cell and the middles of two face diagonals.
                     OracleRow{"mixed_quadratic/mixed_quadratic",
                               {{"C3D20R stress", 3 * 12},
                                {"C3D20R strain", 3 * 12},
-                               {"mixed stress", 3 * 8},
-                               {"mixed strain", 3 * 8},
+                               {"mixed stress", 3 * 24},
+                               {"mixed strain", 3 * 24},
                                {"C3D10 stress", 3 * 11},
-                               {"C3D10 strain", 3 * 11}}},
+                               {"C3D10 strain", 3 * 11},
+                               {"C3D15 stress", 3 * 6},
+                               {"C3D15 strain", 3 * 6},
+                               {"C3D20 stress", 3 * 12},
+                               {"C3D20 strain", 3 * 12}}},
+                    // Beams go by the rule of the bricks that they expand to: 4 in a row, 8 nodes of a plane between
+                    // and 4 along each. The last plane belongs to the truss too.
+                    OracleRow{"d_beam/d_beam3d", {{"C3D20 stress", 5 * 8 + 4 * 4}}},
                     OracleRow{"e_matrix/e_static", {{"C3D8 stress", 24}}},
                     OracleRow{"e_matrix/e_static_bin", {{"C3D8 stress", 24}}},
                     // Two results in time, three modes and two.

@@ -236,12 +236,12 @@ TEST_F(SpoiltImport, StrictRefusesWhatIsLeftOut)
   ImportOptions options;
   options.strict = true;
   try {
-    ImportResults({Fixture("mixed_linear/mixed_linear.frd"), Fixture("mixed_linear/mixed_linear.dat")}, database_,
-                  options);
+    ImportResults({Fixture("d_beam/d_beam2d.frd"), Fixture("d_beam/d_beam2d.dat")}, database_, options);
     FAIL();
   } catch (const FED_Failure& failure) {
     EXPECT_STREQ(failure.what(),
-                 "expected to read everything, left out: 24 x element type without extrapolation: C3D6");
+                 "expected to read everything, left out: 200 x element type without extrapolation: 3-node line with "
+                 "50 points");
   }
   EXPECT_EQ(Import(options), "") << "nothing is left out here";
 }

@@ -505,12 +505,12 @@ TEST(ResultImport, TheDatFillsInNodesAndFieldsThatTheFrdLacks)
 
 TEST(ResultImport, ElementTypesWithoutExtrapolationAreNamedAndCounted)
 {
-  Imported m(Job("mixed_quadratic/mixed_quadratic"));
-  // Three times two tensors: two wedges of 9 points, one brick of 27.
-  EXPECT_THAT(Lines(m.report.skipped), ElementsAre("108 element type without extrapolation: C3D15",
-                                                   "162 element type without extrapolation: C3D20"));
-  EXPECT_EQ(ListsOf(m.database, Key({1, AnalysisTime, 1}, 582), 2).size(), 10u) << "their points are kept";
-  EXPECT_EQ(ValuesOf(m.database, Key({1, AnalysisTime, 1}, 561), 6).size(), 10u) << "and so are their means";
+  Imported d(Job("d_beam/d_beam2d"));
+  EXPECT_THAT(Lines(d.report.skipped),
+              ElementsAre("200 element type without extrapolation: 3-node line with 50 points"))
+      << "four beams";
+  EXPECT_EQ(ListsOf(d.database, Key({1, AnalysisTime, 1}, 582), 2).size(), 4u) << "their points are kept";
+  EXPECT_EQ(ValuesOf(d.database, Key({1, AnalysisTime, 1}, 561), 6).size(), 4u) << "and so are their means";
 }
 
 TEST(ResultImport, RowsInLocalSystemsAreKeptApartAndNotAveraged)
