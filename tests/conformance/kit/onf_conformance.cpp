@@ -1,4 +1,5 @@
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -138,6 +139,54 @@ TEST_F(RequestFileFolderConformance, ANameThatNoKindHasIsAFailureThatNamesIt)
 TEST_F(RequestFileFolderConformance, AFileThatCannotBeReadIsAFailure)
 {
   EXPECT_THROW(OnfResultRequestFile{Path("missing")}, FED_Failure);
+}
+
+TEST(GroupsFileConformance, WithoutAFileThereAreNoGroups) { EXPECT_TRUE(OnfGroupsFile().GetGroups().empty()); }
+
+class GroupsFileFolderConformance : public FolderTest
+{};
+
+TEST_F(GroupsFileFolderConformance, GroupsOfNodesAndElementsHaveNamesAndRanges)
+{
+  Write("groups", "# held\nnodes SUPPORT\n5 17-26\n\nelements SUPPORT\n30-60:3\n");
+  const OnfGroupsFile                      file(Path("groups"));
+  const std::vector<OnfGroupsFile::Group>& groups = file.GetGroups();
+  ASSERT_EQ(groups.size(), 2u);
+  EXPECT_EQ(groups[0].kind, OnfGroupsFile::Nodes);
+  EXPECT_EQ(groups[0].name, "SUPPORT");
+  EXPECT_EQ(groups[0].line, 2);
+  ASSERT_EQ(groups[0].ranges.size(), 2u);
+  EXPECT_EQ(groups[0].ranges[0].first, 5);
+  EXPECT_EQ(groups[0].ranges[0].last, 5);
+  EXPECT_EQ(groups[0].ranges[1].last, 26);
+  EXPECT_EQ(groups[0].ranges[1].step, 1);
+  EXPECT_EQ(groups[1].kind, OnfGroupsFile::Elements);
+  ASSERT_EQ(groups[1].ranges.size(), 1u);
+  EXPECT_EQ(groups[1].ranges[0].first, 30);
+  EXPECT_EQ(groups[1].ranges[0].step, 3);
+}
+
+TEST_F(GroupsFileFolderConformance, CopiesKeepTheGroups)
+{
+  Write("groups", "nodes A\n1\n");
+  const OnfGroupsFile file(Path("groups"));
+  const OnfGroupsFile copy(file);
+  OnfGroupsFile       assigned;
+  assigned = file;
+  EXPECT_EQ(copy.GetGroups().size(), 1u);
+  EXPECT_EQ(assigned.GetGroups().size(), 1u);
+}
+
+TEST_F(GroupsFileFolderConformance, WhatIsNoGroupIsAFailureThatNamesFileAndLine)
+{
+  Write("groups", "nodes A\n1\nx\n");
+  try {
+    const OnfGroupsFile groups(Path("groups"));
+    FAIL() << "nothing was thrown";
+  } catch (const FED_Failure& failure) {
+    EXPECT_NE(failure.GetMessage().find("groups:3:"), std::string::npos) << failure.what();
+  }
+  EXPECT_THROW(OnfGroupsFile{Path("missing")}, FED_Failure);
 }
 
 }  // namespace
