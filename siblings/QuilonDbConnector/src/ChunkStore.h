@@ -73,7 +73,7 @@ public:
 
   /// Keys (block indices) of the rows: a run, or one number a row.
   virtual bool                              KeysAreRun() const noexcept = 0;
-  virtual const std::vector<std::uint32_t>& GetKeys() const noexcept    = 0;  ///< of a run the first key alone
+  virtual const std::vector<std::uint32_t>& GetKeys() const             = 0;  ///< of a run the first key alone
 
   using TakeBytes = std::function<void(const void* bytes, std::size_t count)>;
 

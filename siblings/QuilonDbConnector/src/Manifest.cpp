@@ -1,0 +1,154 @@
+#include "Manifest.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+
+#include "Checksum.h"
+#include "StoreFile.h"
+
+namespace {
+
+constexpr std::string_view kFirstWord     = "quilon-database";
+constexpr std::string_view kSegmentPrefix = "segment-";
+constexpr std::string_view kSegmentSuffix = ".h5";
+constexpr std::size_t      kSegmentDigits = 6;
+
+// Reads the text word by word. A word ends at a blank or at the end of its line.
+class ManifestText
+{
+public:
+  ManifestText(std::string_view text, const std::filesystem::path& path) : text_(text), path_(path) {}
+
+  bool IsAtEnd() const noexcept { return position_ == text_.size(); }
+  bool StartsWith(std::string_view word) const noexcept { return text_.substr(position_, word.size()) == word; }
+
+  void TakeText(std::string_view expected)
+  {
+    if (!StartsWith(expected))
+      Fail("\"" + std::string(expected.substr(0, expected.find_last_not_of(" \n") + 1)) + "\"");
+    position_ += expected.size();
+    line_ += static_cast<std::size_t>(std::count(expected.begin(), expected.end(), '\n'));
+  }
+
+  std::uint64_t TakeNumber(int base = 10)
+  {
+    std::uint64_t     number = 0;
+    const char* const begin  = text_.data() + position_;
+    const auto        result = std::from_chars(begin, text_.data() + text_.size(), number, base);
+    if (result.ec != std::errc()) Fail("a number");
+    position_ += static_cast<std::size_t>(result.ptr - begin);
+    return number;
+  }
+
+  [[noreturn]] void Fail(const std::string& expected) const
+  {
+    ThrowFileFailure(path_, "damaged in line " + std::to_string(line_) + ", expected " + expected);
+  }
+
+private:
+  std::string_view             text_;
+  const std::filesystem::path& path_;
+  std::size_t                  position_ = 0;
+  std::size_t                  line_     = 1;
+};
+
+void RequireChecksum(const std::string& text, const std::filesystem::path& path)
+{
+  constexpr std::string_view kLabel = "checksum ";
+  const std::size_t          start  = text.rfind(kLabel);
+  if (start == std::string::npos || start == 0 || text[start - 1] != '\n')
+    ThrowFileFailure(path, "damaged: it has no checksum");
+  const std::string expected = std::string(kLabel) + FormatChecksum(GetChecksum(text.data(), start)) + '\n';
+  if (text.compare(start, std::string::npos, expected) != 0) ThrowFileFailure(path, "damaged: its checksum is wrong");
+}
+
+SegmentEntry TakeSegment(ManifestText& text)
+{
+  SegmentEntry segment;
+  text.TakeText("segment ");
+  for (std::uint64_t* number :
+       {&segment.number, &segment.first, &segment.last, &segment.fileBytes, &segment.indexOffset, &segment.indexBytes})
+  {
+    *number = text.TakeNumber();
+    text.TakeText(" ");
+  }
+  segment.indexChecksum = text.TakeNumber(16);
+  text.TakeText("\n");
+  return segment;
+}
+
+}  // namespace
+
+std::string EncodeManifest(const Manifest& manifest)
+{
+  std::string text(kFirstWord);
+  text += ' ' + std::to_string(kDatabaseFormatVersion) + '\n';
+  text += "generation " + std::to_string(manifest.generation) + '\n';
+  text += "next-segment " + std::to_string(manifest.nextSegment) + '\n';
+  text += "next-block " + std::to_string(manifest.nextBlock) + '\n';
+  for (const SegmentEntry& segment : manifest.segments) {
+    text += "segment";
+    for (const std::uint64_t number :
+         {segment.number, segment.first, segment.last, segment.fileBytes, segment.indexOffset, segment.indexBytes})
+      text += ' ' + std::to_string(number);
+    text += ' ' + FormatChecksum(segment.indexChecksum) + '\n';
+  }
+  text += "checksum " + FormatChecksum(GetChecksum(text.data(), text.size())) + '\n';
+  return text;
+}
+
+Manifest DecodeManifest(const std::string& text, const std::filesystem::path& path)
+{
+  ManifestText in(text, path);
+  if (!in.StartsWith(kFirstWord)) ThrowFileFailure(path, "not the manifest of a database, or damaged");
+  in.TakeText(kFirstWord);
+  in.TakeText(" ");
+  // The version comes before the checksum: later versions are free to change all but the first line.
+  RequireFormatVersion(in.TakeNumber(), path);
+  RequireChecksum(text, path);
+  Manifest manifest;
+  in.TakeText("\ngeneration ");
+  manifest.generation = in.TakeNumber();
+  in.TakeText("\nnext-segment ");
+  manifest.nextSegment = in.TakeNumber();
+  in.TakeText("\nnext-block ");
+  manifest.nextBlock = in.TakeNumber();
+  in.TakeText("\n");
+  while (in.StartsWith("segment ")) {
+    const SegmentEntry  segment = TakeSegment(in);
+    const std::uint64_t before  = manifest.segments.empty() ? 0 : manifest.segments.back().last;
+    if (segment.first <= before || segment.last < segment.first || segment.number < segment.last ||
+        segment.number >= manifest.nextSegment)
+      in.Fail("segments in order above");
+    manifest.segments.push_back(segment);
+  }
+  in.TakeText("checksum ");
+  in.TakeNumber(16);
+  in.TakeText("\n");
+  if (!in.IsAtEnd()) in.Fail("the end");
+  return manifest;
+}
+
+void RequireFormatVersion(std::uint64_t version, const std::filesystem::path& path)
+{
+  if (version == kDatabaseFormatVersion) return;
+  ThrowFileFailure(path, "the database has format version " + std::to_string(version) +
+                             ", this program reads version " + std::to_string(kDatabaseFormatVersion));
+}
+
+std::string GetSegmentName(std::uint64_t number)
+{
+  std::string digits = std::to_string(number);
+  if (digits.size() < kSegmentDigits) digits.insert(0, kSegmentDigits - digits.size(), '0');
+  return std::string(kSegmentPrefix) + digits + std::string(kSegmentSuffix);
+}
+
+bool IsSegmentName(const std::string& name)
+{
+  if (name.size() < kSegmentPrefix.size() + kSegmentDigits + kSegmentSuffix.size()) return false;
+  const std::size_t digits = name.size() - kSegmentPrefix.size() - kSegmentSuffix.size();
+  return name.compare(0, kSegmentPrefix.size(), kSegmentPrefix) == 0 &&
+         name.compare(name.size() - kSegmentSuffix.size(), kSegmentSuffix.size(), kSegmentSuffix) == 0 &&
+         name.find_first_not_of("0123456789", kSegmentPrefix.size()) == kSegmentPrefix.size() + digits;
+}

@@ -1,0 +1,429 @@
+#include "SegmentStore.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "QuilonUtilities/FED_Failure.h"
+
+#include "SegmentMerge.h"
+
+namespace {
+
+// A manifest of more bytes is none: that of a database with the most segments has some 20 KiB.
+constexpr std::uint64_t kMaxManifestBytes = std::uint64_t{1} << 24;
+
+constexpr const char* kLockName        = "lock";
+constexpr const char* kManifestName    = "manifest";
+constexpr const char* kNewManifestName = "manifest.new";
+
+// "NAME.fed/" is "NAME.fed", and has a folder above it.
+std::filesystem::path Normalize(const std::filesystem::path& folder)
+{
+  return folder.has_filename() || !folder.has_parent_path() ? folder : folder.parent_path();
+}
+
+std::filesystem::path GetFolderAbove(const std::filesystem::path& folder)
+{
+  return folder.has_parent_path() ? folder.parent_path() : std::filesystem::path(".");
+}
+
+std::uint64_t MakeHandle(std::uint64_t segment, std::uint64_t extent) noexcept { return segment << 32 | extent; }
+
+}  // namespace
+
+// A merge that is written but not yet in force.
+struct SegmentStore::Merged
+{
+  std::vector<OpenSegment>           segments;  // all; those that stay are moved in when the merge comes into force
+  std::size_t                        first = 0;
+  std::size_t                        count = 0;
+  std::vector<std::filesystem::path> replaced;
+  std::unique_ptr<Segment>           segment;  // null when nothing was alive
+  StoredState::Replacement           replacement;
+};
+
+SegmentStore::SegmentStore(const std::filesystem::path& folder, FED_ResultDatabase::Access access, FED_FileLayer& files)
+    : folder_(Normalize(folder)), files_(&files)
+{
+  if (access == FED_ResultDatabase::ReadOnly) {
+    OpenForReading();
+    return;
+  }
+  try {
+    if (access == FED_ResultDatabase::Create)
+      CreateEmpty();
+    else
+      OpenForWriting();
+  } catch (...) {
+    Abandon();
+    throw;
+  }
+}
+
+SegmentStore::~SegmentStore() { Abandon(); }
+
+// Removes what is not published. Where it is not certain what is, it stays for the next writer to tell.
+void SegmentStore::Abandon() noexcept
+{
+  if (isUncertain_) return;
+  if (isWriter_) RemoveGarbage();
+  // Nobody can be told of what fails here; the next writer removes what is left.
+  for (OpenSegment& open : segments_) {
+    if (open.isPublished) continue;
+    const std::filesystem::path path = open.segment->GetPath();
+    open.segment.reset();
+    static_cast<void>(files_->Remove(path));
+  }
+  if (isWriter_ && !isInManifest_) {
+    static_cast<void>(files_->Remove(folder_ / kNewManifestName));
+    static_cast<void>(files_->Remove(folder_ / kLockName));
+  }
+  if (isFolderOurs_) static_cast<void>(files_->Remove(folder_));
+}
+
+std::vector<StoredExtent> SegmentStore::GetExtents(BlockUid block, std::uint32_t chunk) const
+{
+  std::vector<StoredExtent> extents;
+  const StoredState::Block* found = state_.FindBlock(block);
+  if (found == nullptr) return extents;
+  const auto list = found->chunks.find(chunk);
+  if (list == found->chunks.end()) return extents;
+  extents.reserve(list->second.size());
+  std::size_t position = 0;
+  for (const ExtentRef& extent : list->second) {
+    // Extents come in the order of segments.
+    while (segments_[position].segment.get() != extent.segment) ++position;
+    const IndexExtent& rows = extent.Get();
+    StoredExtent       stored;
+    stored.firstRow   = rows.firstRow;
+    stored.rowCount   = rows.rowCount;
+    stored.handle     = MakeHandle(position, extent.position);
+    stored.keysAreRun = rows.keysAreRun;
+    stored.firstKey   = rows.firstKey;
+    stored.maxKey     = rows.maxKey;
+    extents.push_back(stored);
+  }
+  return extents;
+}
+
+std::uint64_t SegmentStore::GetBytes(const StoredExtent& extent, std::size_t column) const
+{
+  return FindSegment(extent).GetIndex().columns[FindExtent(extent).firstColumn + column].bytes.bytes;
+}
+
+void SegmentStore::Read(const StoredExtent& extent, std::size_t column, void* out) const
+{
+  const IndexExtent& rows = FindExtent(extent);
+  const Segment&     from = FindSegment(extent);
+  from.Read(from.GetIndex().columns[rows.firstColumn + column].bytes, out,
+            [&] { return DescribeColumn(*state_.FindBlock(rows.block), rows, column); });
+}
+
+void SegmentStore::ReadKeys(const StoredExtent& extent, std::uint32_t* keys) const
+{
+  const IndexExtent& rows = FindExtent(extent);
+  FindSegment(extent).Read(rows.keys, keys, [&] { return DescribeKeys(*state_.FindBlock(rows.block), rows); });
+}
+
+ColumnStatistics SegmentStore::GetStatistics(const StoredExtent& extent, std::size_t column) const
+{
+  return FindSegment(extent).GetIndex().columns[FindExtent(extent).firstColumn + column].statistics;
+}
+
+std::size_t SegmentStore::GetIdCount(int kind) const { return state_.GetIdCount(static_cast<std::size_t>(kind)); }
+
+void SegmentStore::ReadIds(int kind, std::int32_t* ids) const
+{
+  for (const StoredState::IdPiece& piece : state_.GetIds(static_cast<std::size_t>(kind))) {
+    const IndexIds& stored = piece.Get();
+    piece.segment->Read(stored.ids, ids + (stored.firstIndex - 1),
+                        [&] { return "the id map of entity kind " + std::to_string(kind); });
+  }
+}
+
+std::vector<const StoredBlock*> SegmentStore::GetBlocks() const
+{
+  std::vector<const StoredBlock*> blocks;
+  blocks.reserve(state_.GetBlocks().size());
+  for (const auto& [uid, block] : state_.GetBlocks()) blocks.push_back(&block.stored);
+  return blocks;
+}
+
+bool SegmentStore::IsUndeclared(const StoredBlock& block) const noexcept
+{
+  const StoredState::Block* stored = state_.FindBlock(block.uid);
+  return stored == nullptr || (stored->stored.format.IsEmpty() && !block.format.IsEmpty());
+}
+
+void SegmentStore::Write(const SegmentContents& contents)
+{
+  RequireWriter();
+  if (contents.IsEmpty()) return;
+  MergeUnpublished();  // first: what fails here leaves the contents unwritten
+  std::map<BlockUid, const StoredBlock*> declared;
+  for (const StoredBlock& block : contents.blocks) declared[block.uid] = &block;
+  const auto describe = [&](BlockUid uid) -> const StoredBlock& {
+    const auto found = declared.find(uid);
+    return found != declared.end() ? *found->second : state_.FindBlock(uid)->stored;
+  };
+  SegmentEntry entry;
+  entry.number = entry.first = entry.last = manifest_.nextSegment++;
+  segments_.reserve(segments_.size() + 1);
+  segments_.push_back({WriteSegment(*files_, folder_, entry, contents, describe), false});
+  // When memory runs out from here on, part of the contents counts as written and part does not. Then nothing is
+  // published any more by this object.
+  isOutOfStep_ = true;
+  state_.Add(*segments_.back().segment);
+  isOutOfStep_ = false;
+}
+
+void SegmentStore::Publish(bool compacts)
+{
+  RequireWriter();
+  const bool hasNews = !isInManifest_ || isUncertain_ || CountPublished() < segments_.size();
+  if (!hasNews && (!compacts || IsCompact())) return;
+  std::optional<MergeWindow> window = ChooseMerge(GetSizes(0));
+  if (compacts && !segments_.empty() && !IsCompact()) window = MergeWindow{0, segments_.size()};
+  Merged merged;
+  if (window) merged = PrepareMerge(*window);
+  Manifest next   = manifest_;
+  next.generation = manifest_.generation + 1;
+  next.segments.clear();
+  for (std::size_t i = 0; i < segments_.size(); ++i) {
+    if (i == merged.first && merged.segment != nullptr) next.segments.push_back(merged.segment->GetEntry());
+    if (i < merged.first || i >= merged.first + merged.count) next.segments.push_back(segments_[i].segment->GetEntry());
+  }
+  garbage_.reserve(garbage_.size() + merged.replaced.size() + 1);
+  try {
+    ReplaceManifest(next);
+  } catch (...) {
+    if (!isUncertain_) static_cast<void>(files_->Remove(folder_ / kNewManifestName));
+    if (merged.segment != nullptr) {
+      garbage_.push_back(merged.segment->GetPath());
+      // A manifest that may be in force may name it.
+      if (!isUncertain_) RemoveGarbage();
+    }
+    throw;
+  }
+  // The commit is made: nothing throws from here on.
+  manifest_     = std::move(next);
+  isInManifest_ = true;
+  isFolderOurs_ = false;
+  for (OpenSegment& open : segments_) open.isPublished = true;
+  for (std::filesystem::path& path : merged.replaced) garbage_.push_back(std::move(path));
+  if (merged.count > 0) ApplyMerge(merged);
+  RemoveGarbage();
+}
+
+// What a reader finds is a snapshot: it keeps all files open. When a writer publishes and removes files meanwhile, the
+// manifest has moved, and the reader starts again.
+void SegmentStore::OpenForReading()
+{
+  for (std::string text = ReadManifest();;) {
+    manifest_ = DecodeManifest(text, GetManifestPath());
+    try {
+      OpenSegments();
+      return;
+    } catch (const FED_Failure&) {
+      std::string now = ReadManifest();
+      if (now == text) throw;
+      text = std::move(now);
+    }
+  }
+}
+
+void SegmentStore::OpenForWriting()
+{
+  ReadManifest();  // what is no database is left alone
+  isInManifest_ = true;
+  LockFolder();
+  manifest_ = DecodeManifest(ReadManifest(), GetManifestPath());
+  OpenSegments();
+  RemoveLeftovers();
+}
+
+void SegmentStore::CreateEmpty()
+{
+  RequireSuccess(files_->MakeFolder(folder_, isFolderOurs_), folder_, "create");
+  std::vector<std::string> names;
+  RequireSuccess(files_->List(folder_, names), folder_, "list");
+  for (const std::string& name : names) {
+    if (name == kManifestName) ThrowFileFailure(folder_, "cannot create a database: there is one already");
+    // What a writer left that never published is no obstacle.
+    if (name != kLockName && name != kNewManifestName && !IsSegmentName(name))
+      ThrowFileFailure(folder_, "cannot create a database: the folder is not empty, it has \"" + name + "\"");
+  }
+  LockFolder();
+  std::error_code       error;
+  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
+  error                        = files_->Open(GetManifestPath(), FED_FileLayer::Read, handle);
+  if (!error) {
+    files_->Close(handle);
+    isInManifest_ = true;
+    ThrowFileFailure(folder_, "cannot create a database: there is one already");
+  }
+  RemoveLeftovers();
+}
+
+std::string SegmentStore::ReadManifest() const
+{
+  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
+  const std::error_code error  = files_->Open(GetManifestPath(), FED_FileLayer::Read, handle);
+  if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
+    ThrowFileFailure(folder_, "not a database: it has no manifest");
+  RequireSuccess(error, GetManifestPath(), "open");
+  const StoreFile     file(*files_, GetManifestPath(), handle);
+  const std::uint64_t size = file.GetSize();
+  if (size > kMaxManifestBytes) ThrowFileFailure(GetManifestPath(), "not the manifest of a database, or damaged");
+  std::string text(static_cast<std::size_t>(size), '\0');
+  file.ReadAt(0, text.data(), text.size());
+  return text;
+}
+
+void SegmentStore::LockFolder()
+{
+  const std::filesystem::path path   = folder_ / kLockName;
+  FED_FileLayer::Handle       handle = FED_FileLayer::kNoHandle;
+  const std::error_code       error  = files_->Lock(path, handle);
+  if (error == std::errc::resource_unavailable_try_again)
+    ThrowFileFailure(folder_, "another writer has the database open");
+  RequireSuccess(error, path, "lock");
+  lock_     = StoreFile(*files_, path, handle);
+  isWriter_ = true;
+}
+
+// Files of writers that died, or that could not be removed.
+void SegmentStore::RemoveLeftovers()
+{
+  std::vector<std::string> names;
+  RequireSuccess(files_->List(folder_, names), folder_, "list");
+  for (const std::string& name : names) {
+    const auto isOurs = [&](const SegmentEntry& entry) { return GetSegmentName(entry.number) == name; };
+    const bool isLeft =
+        name == kNewManifestName ||
+        (IsSegmentName(name) && std::none_of(manifest_.segments.begin(), manifest_.segments.end(), isOurs));
+    if (isLeft) RequireSuccess(files_->Remove(folder_ / name), folder_ / name, "remove");
+  }
+}
+
+void SegmentStore::OpenSegments()
+{
+  segments_.clear();
+  state_ = {};
+  for (const SegmentEntry& entry : manifest_.segments) {
+    StoreFile file(*files_, folder_ / GetSegmentName(entry.number), FED_FileLayer::Read);
+    segments_.push_back({std::make_unique<Segment>(std::move(file), entry), true});
+  }
+  for (const OpenSegment& open : segments_) state_.ExpectDeleted(*open.segment);
+  for (const OpenSegment& open : segments_) state_.Add(*open.segment);
+  state_.RequireAllRows();
+}
+
+void SegmentStore::RequireWriter() const
+{
+  if (!isWriter_) ThrowFileFailure(folder_, "cannot write: the database is open for reading only");
+  if (isOutOfStep_) ThrowFileFailure(folder_, "cannot write: memory ran out before; open the database again");
+}
+
+// Whether merging all segments would change nothing but names.
+bool SegmentStore::IsCompact() const
+{
+  if (segments_.empty()) return true;
+  if (segments_.size() > 1) return false;
+  const Segment&      segment = *segments_.front().segment;
+  const SegmentIndex& index   = segment.GetIndex();
+  if (segment.GetDeadBytes() > 0 || !index.deleted.empty()) return false;
+  return std::all_of(index.extents.begin(), index.extents.end(), [&](const IndexExtent& extent) {
+    return state_.FindBlock(extent.block)->chunks.at(extent.chunk).size() == 1;
+  });
+}
+
+Segment& SegmentStore::FindSegment(const StoredExtent& extent) const
+{
+  return *segments_[static_cast<std::size_t>(extent.handle >> 32)].segment;
+}
+
+const IndexExtent& SegmentStore::FindExtent(const StoredExtent& extent) const
+{
+  return FindSegment(extent).GetIndex().extents[static_cast<std::size_t>(extent.handle & 0xffffffffu)];
+}
+
+std::vector<SegmentSize> SegmentStore::GetSizes(std::size_t first) const
+{
+  std::vector<SegmentSize> sizes;
+  for (std::size_t i = first; i < segments_.size(); ++i)
+    sizes.push_back({segments_[i].segment->GetEntry().fileBytes, segments_[i].segment->GetDeadBytes()});
+  return sizes;
+}
+
+std::size_t SegmentStore::CountPublished() const noexcept
+{
+  return static_cast<std::size_t>(
+      std::count_if(segments_.begin(), segments_.end(), [](const OpenSegment& open) { return open.isPublished; }));
+}
+
+// Segments pile up before a commit too, when much is written in little memory.
+void SegmentStore::MergeUnpublished()
+{
+  const std::size_t published = CountPublished();
+  if (const auto window = ChooseMerge(GetSizes(published))) {
+    Merged merged = PrepareMerge({published + window->first, window->count});
+    garbage_.insert(garbage_.end(), merged.replaced.begin(), merged.replaced.end());
+    ApplyMerge(merged);
+    if (!isUncertain_) RemoveGarbage();
+  }
+}
+
+SegmentStore::Merged SegmentStore::PrepareMerge(const MergeWindow& window)
+{
+  Merged                merged;
+  std::vector<Segment*> segments;
+  merged.first = window.first;
+  merged.count = window.count;
+  for (std::size_t i = window.first; i < window.first + window.count; ++i) {
+    segments.push_back(segments_[i].segment.get());
+    merged.replaced.push_back(segments_[i].segment->GetPath());
+  }
+  merged.segments.reserve(segments_.size() - window.count + 1);
+  merged.segment     = MergeSegments(*files_, folder_, segments, window.first == 0, manifest_.nextSegment++, state_);
+  merged.replacement = state_.PrepareReplacement(segments, merged.segment.get());
+  return merged;
+}
+
+void SegmentStore::ApplyMerge(Merged& merged) noexcept
+{
+  state_.Apply(merged.replacement);
+  const bool isPublished = segments_[merged.first].isPublished;
+  for (std::size_t i = 0; i < segments_.size(); ++i) {
+    if (i == merged.first && merged.segment != nullptr)
+      merged.segments.push_back({std::move(merged.segment), isPublished});
+    if (i < merged.first || i >= merged.first + merged.count) merged.segments.push_back(std::move(segments_[i]));
+  }
+  segments_ = std::move(merged.segments);
+}
+
+// Writes beside it, then renames: at every instant there is a whole manifest. The folder is flushed before, so that the
+// segments are found when the manifest is, and after, so that the manifest stays.
+void SegmentStore::ReplaceManifest(const Manifest& manifest)
+{
+  const std::filesystem::path path = folder_ / kNewManifestName;
+  const std::string           text = EncodeManifest(manifest);
+  StoreFile                   file(*files_, path, FED_FileLayer::Create);
+  file.WriteAt(0, text.data(), text.size());
+  file.Flush();
+  file.Close();
+  RequireSuccess(files_->FlushFolder(folder_), folder_, "flush");
+  if (!isInManifest_) RequireSuccess(files_->FlushFolder(GetFolderAbove(folder_)), GetFolderAbove(folder_), "flush");
+  isUncertain_ = true;
+  RequireSuccess(files_->Rename(path, GetManifestPath()), GetManifestPath(), "replace");
+  RequireSuccess(files_->FlushFolder(folder_), folder_, "flush");
+  isUncertain_ = false;
+}
+
+// Files that cannot be removed now are tried again later, at the latest by the next writer.
+void SegmentStore::RemoveGarbage() noexcept
+{
+  const auto isGone = [&](const std::filesystem::path& path) { return !files_->Remove(path); };
+  garbage_.erase(std::remove_if(garbage_.begin(), garbage_.end(), isGone), garbage_.end());
+}

@@ -1,0 +1,107 @@
+#pragma once
+
+/// @file
+/// The disk side of a database: a folder of segments.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bundled/FED_ResultDatabase.h"
+
+#include "ChunkStore.h"
+#include "Manifest.h"
+#include "Segment.h"
+#include "SegmentMerge.h"
+#include "SegmentWriter.h"
+#include "StoredState.h"
+
+/// The folder of a database, opened by a reader or by its one writer.
+///
+/// What is written lies in new segments, readable at once but only in this process; Publish() makes all of it the
+/// database's, in one step: the manifest that names the segments is replaced. Every segment is on the disk before it
+/// counts as written, so whatever fails leaves the last published state. Segments that were not published go with the
+/// store, or with the next writer.
+class SegmentStore final : public ChunkStore
+{
+public:
+  /// @param files borrowed
+  /// @throws FED_Failure that names the folder or the file in it
+  SegmentStore(const std::filesystem::path& folder, FED_ResultDatabase::Access access, FED_FileLayer& files);
+  SegmentStore(const SegmentStore&)            = delete;
+  SegmentStore& operator=(const SegmentStore&) = delete;
+  ~SegmentStore() override;
+
+  std::vector<StoredExtent> GetExtents(BlockUid block, std::uint32_t chunk) const override;
+  std::uint64_t             GetBytes(const StoredExtent& extent, std::size_t column) const override;
+  void                      Read(const StoredExtent& extent, std::size_t column, void* out) const override;
+  void                      ReadKeys(const StoredExtent& extent, std::uint32_t* keys) const override;
+  ColumnStatistics          GetStatistics(const StoredExtent& extent, std::size_t column) const override;
+  std::size_t               GetIdCount(int kind) const override;
+  void                      ReadIds(int kind, std::int32_t* ids) const override;
+
+  /// @return all blocks, in no order; a pointer is valid until the block is deleted
+  std::vector<const StoredBlock*>   GetBlocks() const;
+  const std::map<int, std::string>& GetUserKindNames() const noexcept { return state_.GetNames(); }
+
+  /// @return a uid for a new block
+  BlockUid TakeUid() noexcept { return manifest_.nextBlock++; }
+  /// @return whether a block with rows has to be among the contents' blocks: it is new, or has its format since
+  bool IsUndeclared(const StoredBlock& block) const noexcept;
+
+  /// Writes contents as a segment, to be published. When it throws, nothing of them counts as written.
+  /// @throws FED_Failure that names the file; without effect when a reader asks
+  void Write(const SegmentContents& contents);
+
+  /// Makes everything that was written durable, and merges segments where they pile up.
+  /// @param compacts merge all segments into one
+  /// @throws FED_Failure that names the file; what is published is then as before, and a later call may succeed
+  void Publish(bool compacts);
+
+private:
+  struct OpenSegment
+  {
+    std::unique_ptr<Segment> segment;
+    bool                     isPublished = false;
+  };
+
+  void                     OpenForReading();
+  void                     OpenForWriting();
+  void                     CreateEmpty();
+  std::string              ReadManifest() const;
+  void                     LockFolder();
+  void                     RemoveLeftovers();
+  void                     OpenSegments();
+  void                     RequireWriter() const;
+  bool                     IsCompact() const;
+  Segment&                 FindSegment(const StoredExtent& extent) const;
+  const IndexExtent&       FindExtent(const StoredExtent& extent) const;
+  std::vector<SegmentSize> GetSizes(std::size_t first) const;
+  std::size_t              CountPublished() const noexcept;
+  void                     MergeUnpublished();
+  void                     ReplaceManifest(const Manifest& manifest);
+  void                     RemoveGarbage() noexcept;
+  void                     Abandon() noexcept;
+  std::filesystem::path    GetManifestPath() const { return folder_ / "manifest"; }
+
+  struct Merged;
+  Merged PrepareMerge(const MergeWindow& window);
+  void   ApplyMerge(Merged& merged) noexcept;
+
+  std::filesystem::path folder_;
+  FED_FileLayer*        files_;
+  bool                  isWriter_     = false;
+  bool                  isInManifest_ = false;  // a manifest is there
+  bool                  isFolderOurs_ = false;  // made, and no manifest yet
+  bool                  isOutOfStep_  = false;  // memory ran out while the state grew
+  bool      isUncertain_ = false;  // the last publication failed behind the renaming: either manifest may be in force
+  Manifest  manifest_;             // as published, but for the next numbers
+  StoreFile lock_;
+  std::vector<OpenSegment>           segments_;  // in their order, published ones first
+  std::vector<std::filesystem::path> garbage_;   // files that nothing needs after the next publication
+  StoredState                        state_;
+};

@@ -1,0 +1,77 @@
+#include "StoreFile.h"
+
+#include <utility>
+
+#include "QuilonUtilities/FED_Failure.h"
+
+namespace {
+
+constexpr const char* kTag = "|%P|QuilonDbConnector|StoreFile";
+
+}  // namespace
+
+void ThrowFileFailure(const std::filesystem::path& path, const std::string& text)
+{
+  throw FED_Failure(path.string() + ": " + text, kTag);
+}
+
+void RequireSuccess(const std::error_code& error, const std::filesystem::path& path, const char* action)
+{
+  if (error) ThrowFileFailure(path, std::string("cannot ") + action + ": " + error.message());
+}
+
+StoreFile::StoreFile(FED_FileLayer& files, std::filesystem::path path, FED_FileLayer::Mode mode)
+    : files_(&files), path_(std::move(path))
+{
+  RequireSuccess(files.Open(path_, mode, handle_), path_, mode == FED_FileLayer::Create ? "create" : "open");
+}
+
+StoreFile::StoreFile(FED_FileLayer& files, std::filesystem::path path, FED_FileLayer::Handle handle) noexcept
+    : files_(&files), path_(std::move(path)), handle_(handle)
+{}
+
+StoreFile::StoreFile(StoreFile&& other) noexcept
+    : files_(other.files_),
+      path_(std::move(other.path_)),
+      handle_(std::exchange(other.handle_, FED_FileLayer::kNoHandle))
+{}
+
+StoreFile& StoreFile::operator=(StoreFile&& other) noexcept
+{
+  if (this == &other) return *this;
+  Close();
+  files_  = other.files_;
+  path_   = std::move(other.path_);
+  handle_ = std::exchange(other.handle_, FED_FileLayer::kNoHandle);
+  return *this;
+}
+
+StoreFile::~StoreFile() { Close(); }
+
+std::uint64_t StoreFile::GetSize() const
+{
+  std::uint64_t size = 0;
+  RequireSuccess(files_->GetSize(handle_, size), path_, "tell the size");
+  return size;
+}
+
+void StoreFile::ReadAt(std::uint64_t offset, void* bytes, std::size_t count) const
+{
+  std::size_t done = 0;
+  RequireSuccess(files_->ReadAt(handle_, offset, bytes, count, done), path_, "read");
+  if (done != count)
+    ThrowFileFailure(path_, "the file ends at byte " + std::to_string(offset + done) + ", expected " +
+                                std::to_string(count) + " bytes from " + std::to_string(offset));
+}
+
+void StoreFile::WriteAt(std::uint64_t offset, const void* bytes, std::size_t count)
+{
+  RequireSuccess(files_->WriteAt(handle_, offset, bytes, count), path_, "write");
+}
+
+void StoreFile::Flush() { RequireSuccess(files_->Flush(handle_), path_, "flush"); }
+
+void StoreFile::Close() noexcept
+{
+  if (handle_ != FED_FileLayer::kNoHandle) files_->Close(std::exchange(handle_, FED_FileLayer::kNoHandle));
+}

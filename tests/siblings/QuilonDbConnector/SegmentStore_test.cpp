@@ -1,0 +1,326 @@
+#include "SegmentStore.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "failure_message.h"
+#include "store_support.h"
+#include "TempFolder.h"
+
+namespace {
+
+using quilon_test::TempFolder;
+using testing::HasSubstr;
+
+constexpr auto kCreate    = FED_ResultDatabase::Create;
+constexpr auto kReadWrite = FED_ResultDatabase::ReadWrite;
+constexpr auto kReadOnly  = FED_ResultDatabase::ReadOnly;
+
+std::vector<std::uint32_t> Keys(std::uint32_t first, std::uint32_t count)
+{
+  std::vector<std::uint32_t> keys(count);
+  for (std::uint32_t i = 0; i < count; ++i) keys[i] = first + i;
+  return keys;
+}
+
+std::vector<std::string> ListFolder(const std::filesystem::path& folder)
+{
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder))
+    names.push_back(entry.path().filename().string());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::string ReadBytes(const std::filesystem::path& path)
+{
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void WriteBytes(const std::filesystem::path& path, const std::string& bytes)
+{
+  std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+// In place: replacing whole files makes some file systems flush them.
+void PutByte(const std::filesystem::path& path, std::size_t position, char byte)
+{
+  std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+  file.seekp(static_cast<std::streamoff>(position));
+  file.put(byte);
+}
+
+// A block of lists and one of scalars, with keys that are no run, ids and a name.
+void WriteSample(SegmentStore& store)
+{
+  const BlockUid  scalars = store.TakeUid();
+  const BlockUid  lists   = store.TakeUid();
+  PlainRows       scalarRows(scalars, 0, 0, Keys(1, 3));
+  PlainRows       listRows(lists, 0, 0, {7, 3});
+  const int       ids[] = {30, -4, 12};
+  SegmentContents contents;
+  scalarRows.Add<double>({1.5, -2.5, 0.0});
+  listRows.Add<int>({10, 20})
+      .Add<std::uint32_t>({2, 0})
+      .Add<double>({0.5, 0.25})
+      .Add<std::uint32_t>({1, 3})
+      .Add<char>({'a', 'x', 'y', 'z'});
+  contents.blocks = {MakeBlock(scalars, "D"), MakeBlock(lists, "IDbS")};
+  contents.rows   = {&scalarRows, &listRows};
+  contents.ids.push_back({0, 1, {ids, 3}});
+  contents.hasNames = true;
+  contents.names    = {{1000, "wear"}};
+  store.Write(contents);
+}
+
+}  // namespace
+
+TEST(SegmentStore, WhatIsPublishedIsReadBackByteForByte)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  StoredContent    written;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    written = ReadContent(store);
+    store.Publish(false);
+    EXPECT_EQ(ReadContent(store), written);
+  }
+  ASSERT_EQ(written.blocks.size(), 2u);
+  EXPECT_EQ(written.ids[0], (std::vector<int>{30, -4, 12}));
+  EXPECT_EQ(written.names.at(1000), "wear");
+  const auto& lists = written.blocks.rbegin()->second;
+  ASSERT_EQ(lists.size(), 2u);
+  EXPECT_EQ(lists.at(3)[2], "xyz");
+  EXPECT_EQ(lists.at(7)[2], "a");
+  EXPECT_EQ(lists.at(7)[1].size(), 16u);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), written);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed/", kReadWrite, files)), written);
+  EXPECT_EQ(ListFolder(folder / "a.fed"), (std::vector<std::string>{"lock", "manifest", "segment-000001.h5"}));
+}
+
+TEST(SegmentStore, WhatIsNotPublishedIsGoneWithTheStore)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    EXPECT_TRUE(std::filesystem::exists(folder / "a.fed" / "segment-000001.h5"));
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.fed"));
+}
+
+TEST(SegmentStore, LeftoversOfADeadWriterGoWithTheNextOne)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore(folder / "a.fed", kCreate, files).Publish(false);
+  WriteBytes(folder / "a.fed" / "segment-000001.h5", "half");
+  WriteBytes(folder / "a.fed" / "manifest.new", "half");
+  {
+    const SegmentStore reader(folder / "a.fed", kReadOnly, files);
+  }
+  EXPECT_EQ(ListFolder(folder / "a.fed").size(), 4u);
+  {
+    const SegmentStore writer(folder / "a.fed", kReadWrite, files);
+  }
+  EXPECT_EQ(ListFolder(folder / "a.fed"), (std::vector<std::string>{"lock", "manifest"}));
+}
+
+TEST(SegmentStore, SecondWriterIsRefusedReadersAreNot)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     writer(folder / "a.fed", kCreate, files);
+  writer.Publish(false);
+  EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "a.fed", kReadWrite, files); }),
+            (folder / "a.fed").string() + ": another writer has the database open");
+  const SegmentStore reader(folder / "a.fed", kReadOnly, files);
+  EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "a.fed", kReadOnly, files).Publish(false); }),
+            (folder / "a.fed").string() + ": cannot write: the database is open for reading only");
+}
+
+TEST(SegmentStore, FoldersThatAreNoDatabaseAreNamed)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "none.fed", kReadOnly, files); }),
+            (folder / "none.fed").string() + ": not a database: it has no manifest");
+  EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "none.fed", kReadWrite, files); }),
+            (folder / "none.fed").string() + ": not a database: it has no manifest");
+  EXPECT_FALSE(std::filesystem::exists(folder / "none.fed"));
+  std::filesystem::create_directory(folder / "full");
+  WriteBytes(folder / "full" / "notes.txt", "mine");
+  EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "full", kCreate, files); }),
+            (folder / "full").string() + ": cannot create a database: the folder is not empty, it has \"notes.txt\"");
+  EXPECT_EQ(ListFolder(folder / "full"), std::vector<std::string>{"notes.txt"});
+  SegmentStore(folder / "a.fed", kCreate, files).Publish(false);
+  EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "a.fed", kCreate, files); }),
+            (folder / "a.fed").string() + ": cannot create a database: there is one already");
+}
+
+TEST(SegmentStore, ReaderKeepsItsSnapshotWhileTheDatabaseIsRewritten)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     writer(folder / "a.fed", kCreate, files);
+  WriteSample(writer);
+  writer.Publish(false);
+  const SegmentStore  reader(folder / "a.fed", kReadOnly, files);
+  const StoredContent before = ReadContent(reader);
+  PlainRows           row(1, 0, 1, {2});
+  row.Add<double>({99.0});
+  SegmentContents change;
+  change.rows    = {&row};
+  change.deleted = {2};
+  writer.Write(change);
+  writer.Publish(true);
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.fed" / "segment-000001.h5"));
+  EXPECT_EQ(ReadContent(reader), before);
+  const StoredContent after = ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files));
+  EXPECT_EQ(after, ReadContent(writer));
+  ASSERT_EQ(after.blocks.size(), 1u);
+  const double changed = 99.0;
+  EXPECT_EQ(after.blocks.begin()->second.at(2)[0], std::string(reinterpret_cast<const char*>(&changed), 8));
+}
+
+TEST(SegmentStore, EveryFlippedAndEveryMissingByteIsNamedOrChangesNothing)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    store.Publish(false);
+  }
+  const StoredContent whole = ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files));
+  for (const char* name : {"manifest", "segment-000001.h5"}) {
+    const std::filesystem::path path  = folder / "a.fed" / name;
+    const std::string           bytes = ReadBytes(path);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      PutByte(path, i, static_cast<char>(bytes[i] ^ (1 << i % 8)));
+      try {
+        EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), whole) << name << ' ' << i;
+      } catch (const FED_Failure& failure) {
+        EXPECT_THAT(failure.what(), HasSubstr(path.string())) << i;
+      }
+      PutByte(path, i, bytes[i]);
+    }
+    for (std::size_t size = bytes.size(); size-- > 0;) {
+      std::filesystem::resize_file(path, size);
+      const std::string message = MessageOf([&] { SegmentStore(folder / "a.fed", kReadOnly, files); });
+      EXPECT_THAT(message, HasSubstr(path.string())) << size;
+    }
+    WriteBytes(path, bytes);
+  }
+}
+
+// The plain model: what was written last counts.
+TEST(SegmentStore, ThousandSmallCommitsStayFewSegmentsAndOneRun)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  StoredContent    content;
+  std::size_t      mostFiles = 0;
+  {
+    SegmentStore   store(folder / "a.fed", kCreate, files);
+    const BlockUid uid = store.TakeUid();
+    for (std::uint32_t i = 0; i < 1000; ++i) {
+      PlainRows row(uid, i >> 7, i, {i + 1});
+      row.Add<double>({0.5 * i});
+      SegmentContents contents;
+      if (i == 0) contents.blocks = {MakeBlock(uid, "D", static_cast<FED_OnfId>(500), 7)};
+      contents.rows = {&row};
+      store.Write(contents);
+      store.Publish(false);
+      mostFiles = std::max(mostFiles, ListFolder(folder / "a.fed").size());
+    }
+  }
+  EXPECT_LE(mostFiles, 2u + 16u);
+  SegmentStore store(folder / "a.fed", kReadWrite, files);
+  content = ReadContent(store);
+  ASSERT_EQ(content.blocks.size(), 1u);
+  const auto& records = content.blocks.begin()->second;
+  ASSERT_EQ(records.size(), 1000u);
+  for (std::uint32_t i = 0; i < 1000; ++i) {
+    double value = -1;
+    std::memcpy(&value, records.at(i + 1)[0].data(), 8);
+    EXPECT_EQ(value, 0.5 * i);
+  }
+  store.Publish(true);
+  EXPECT_EQ(ReadContent(store), content);
+  EXPECT_EQ(store.GetExtents(1, 0).size(), 1u);
+  EXPECT_TRUE(store.GetExtents(1, 0).front().keysAreRun);
+  EXPECT_EQ(ListFolder(folder / "a.fed").size(), 3u);
+}
+
+TEST(SegmentStore, StatisticsOfMergedColumnsAreThoseOfAllRows)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     store(folder / "a.fed", kCreate, files);
+  const BlockUid   uid = store.TakeUid();
+  PlainRows        first(uid, 0, 0, {4, 2, 9});
+  PlainRows        second(uid, 0, 2, {9, 5});
+  first.Add<double>({1.0, std::nan(""), -70.0});
+  second.Add<double>({3.0, 8.0});
+  SegmentContents contents;
+  contents.blocks = {MakeBlock(uid, "D")};
+  contents.rows   = {&first};
+  store.Write(contents);
+  contents.blocks.clear();
+  contents.rows = {&second};
+  store.Write(contents);
+  store.Publish(true);
+  const std::vector<StoredExtent> extents = store.GetExtents(uid, 0);
+  ASSERT_EQ(extents.size(), 1u);
+  const ColumnStatistics statistics = store.GetStatistics(extents[0], 0);
+  EXPECT_EQ(statistics.values, 3u);
+  EXPECT_EQ(statistics.nans, 1u);
+  EXPECT_EQ(statistics.least, 1.0);  // -70 was replaced
+  EXPECT_EQ(statistics.greatest, 8.0);
+  std::vector<std::uint32_t> keys(4);
+  store.ReadKeys(extents[0], keys.data());
+  EXPECT_EQ(keys, (std::vector<std::uint32_t>{4, 2, 9, 5}));
+}
+
+TEST(SegmentStore, DeletionGivesTheBytesBack)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     store(folder / "a.fed", kCreate, files);
+  const BlockUid   uid = store.TakeUid();
+  PlainRows        rows(uid, 0, 0, Keys(0, 100000));
+  rows.Add(std::vector<double>(100000, 2.0));
+  SegmentContents contents;
+  contents.blocks = {MakeBlock(uid, "D", static_cast<FED_OnfId>(500), 20)};
+  contents.rows   = {&rows};
+  store.Write(contents);
+  WriteSample(store);
+  store.Publish(false);
+  EXPECT_GT(std::filesystem::file_size(folder / "a.fed" / "segment-000001.h5"), 800000u);
+  contents         = {};
+  contents.deleted = {uid};
+  store.Write(contents);
+  const StoredContent expected = ReadContent(store);
+  store.Publish(false);
+  std::uintmax_t bytes = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder / "a.fed")) bytes += entry.file_size();
+  EXPECT_LT(bytes, 20000u);
+  EXPECT_EQ(ReadContent(store), expected);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), expected);
+}
