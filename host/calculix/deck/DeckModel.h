@@ -7,12 +7,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "calculix/ReadProgress.h"
 #include "IdRadixMap.h"
 
 namespace quilon::calculix {
@@ -32,6 +34,13 @@ struct DeckElementType
   int         frdType;    ///< type code of the .frd: 1 hex8, 2 wedge6, 3 tet4, 4 hex20, 5 wedge15, 6 tet10, ...; 0 none
   int         numPoints;  ///< integration points that a .dat prints of a solid; 0 for all others
   int dimension;  ///< 3 solids, 2 shells, membranes and plane elements, 1 beams and trusses, 0 springs and others
+};
+
+/// A type that a deck defines.
+struct DeckUserElementType
+{
+  std::string     name;
+  DeckElementType type;  ///< its name is the one above
 };
 
 /// @param name without blanks, upper case
@@ -153,6 +162,8 @@ struct DeckModel
   std::vector<DeckOrientation> orientations;
   std::vector<DeckSection>     sections;
   std::vector<DeckStep>        steps;
+  /// Types that the deck itself defines (*USER ELEMENT); elements point to them.
+  std::vector<std::shared_ptr<const DeckUserElementType>> userElementTypes;
 
   const DeckNode*        FindNode(int id) const noexcept;
   const DeckElement*     FindElement(int id) const noexcept;
@@ -179,6 +190,8 @@ struct DeckOptions
   bool        allowOutside = false;  ///< whether an include may leave the folder tree of the deck
   /// The directory that the solver would run in; empty: the one the deck is in.
   std::filesystem::path workingDirectory;
+  /// Bytes read of the files known so far. May throw to stop the reading.
+  ReadProgress progress;
 };
 
 /// Deepest nesting of includes.

@@ -1,0 +1,553 @@
+#include "calculix/deck/DeckModelReader.h"
+
+#include <algorithm>
+#include <fstream>
+#include <span>
+#include <string_view>
+#include <utility>
+
+#include "calculix/ColumnText.h"
+#include "calculix/deck/DeckKeyword.h"
+#include "Failure.h"
+#include "QuilonUtilities/getline_dosunix.h"
+#include "terminal/Format.h"
+
+namespace quilon::calculix {
+namespace {
+
+constexpr std::size_t kLongestName  = 80;
+constexpr std::size_t kMostMessages = 10000;
+// A line that names a set or a range can stand for many ids, so that a small deck could ask for any amount of memory.
+constexpr std::size_t kMostIdsInSets = 100'000'000;
+
+bool BeginsLikeInteger(std::string_view field) noexcept
+{
+  return !field.empty() &&
+         (field.front() == '+' || field.front() == '-' || (field.front() >= '0' && field.front() <= '9'));
+}
+
+std::string Quoted(std::string_view field) { return "'" + Shown(field) + "'"; }
+
+std::string Position(const std::array<double, 3>& p)
+{
+  return "(" + FormatNumber(p[0]) + ", " + FormatNumber(p[1]) + ", " + FormatNumber(p[2]) + ")";
+}
+
+bool IsBefore(const DeckPlace& a, const DeckPlace& b) noexcept
+{
+  return a.file != b.file ? a.file < b.file : a.line < b.line;
+}
+
+/// Elements of these can do without a section of their own.
+bool NeedsSection(const DeckElementType& type) noexcept
+{
+  return type.dimension > 0 && std::string_view(type.name) != "D";
+}
+
+/// Fluid networks end in elements with a node 0, which means none.
+bool MayHaveNode0(const DeckElementType& type) noexcept { return std::string_view(type.name) == "D"; }
+
+}  // namespace
+
+DeckModelReader::DeckModelReader(const std::filesystem::path& deck, const DeckOptions& options, DeckModel& target,
+                                 std::vector<DeckMessage>* messages)
+    : DeckReader(deck, options), target_(target), messages_(messages)
+{}
+
+void DeckModelReader::Report(DeckMessage::Severity severity, const DeckPlace& place, std::string text)
+{
+  if (messages_ == nullptr) {
+    if (severity == DeckMessage::Error) FailAt(place, text);
+    return;
+  }
+  if (messages_->size() > kMostMessages) return;
+  if (messages_->size() == kMostMessages) {
+    severity = DeckMessage::Error;
+    text     = "more is wrong than can be listed";
+  }
+  messages_->push_back({severity, place, std::move(text), {}});
+}
+
+void DeckModelReader::ReadModel()
+{
+  Walk();
+  EndCard();
+  if (isInStep_) Error(model_.steps.back().place, "the step has no *END STEP");
+}
+
+void DeckModelReader::CheckModel()
+{
+  CheckElements();
+  CheckSets(nodeSets_, true);
+  CheckSets(elementSets_, false);
+  CheckSections();
+  if (messages_ != nullptr) CompleteMessages();
+}
+
+void DeckModelReader::ConvertModel()
+{
+  model_.files = GetFiles();
+  target_      = std::move(model_);
+}
+
+/// Orders the messages and reads their lines, which are not kept while there is nothing to say about them.
+void DeckModelReader::CompleteMessages()
+{
+  std::stable_sort(messages_->begin(), messages_->end(),
+                   [](const DeckMessage& a, const DeckMessage& b) { return IsBefore(a.place, b.place); });
+  auto message = messages_->begin();
+  while (message != messages_->end()) {
+    const std::uint32_t file = message->place.file;
+    std::ifstream       in(GetFiles()[file].path, std::ios::binary);
+    std::string         text;
+    std::int32_t        number = 0;
+    for (; message != messages_->end() && message->place.file == file; ++message) {
+      while (number < message->place.line && getline_dosunix(in, text)) ++number;
+      if (number == message->place.line) message->line = text;
+    }
+  }
+}
+
+void DeckModelReader::OnLine(const DeckLine& line)
+{
+  if (line.text.size() > kLongestDeckLine && line.kind != DeckLineKind::Blank)
+    Error(line.place, "the line has " + std::to_string(line.text.size()) +
+                          " characters, and the solver splits lines of more than " + std::to_string(kLongestDeckLine));
+  switch (line.kind) {
+    case DeckLineKind::Data:
+      if (onData_ != nullptr) (this->*onData_)(line);
+      ++dataLines_;
+      break;
+    case DeckLineKind::Card:
+      OnCard(line);
+      break;
+    case DeckLineKind::Blank:
+    case DeckLineKind::Comment:
+    case DeckLineKind::Include:
+      break;
+  }
+}
+
+void DeckModelReader::OnBadInclude(const DeckLine& line, const std::string& text) { Error(line.place, text); }
+
+void DeckModelReader::OnDoubtfulInclude(const DeckLine& line, const std::string& text) { Warn(line.place, text); }
+
+void DeckModelReader::OnCard(const DeckLine& line)
+{
+  EndCard();
+  card_      = ParseDeckCard(line.text);
+  cardPlace_ = line.place;
+  onData_    = nullptr;
+  dataLines_ = 0;
+  sets_      = nullptr;
+  set_       = kNone;
+  type_      = nullptr;
+
+  const DeckKeyword* keyword = FindDeckKeyword(card_.keyword);
+  if (keyword == nullptr) return;  // reported with its data, in EndCard()
+  const std::string_view name = keyword->name;
+  if (name == "NODE") return BeginNodes(line.place);
+  if (name == "ELEMENT") return BeginElements(line.place);
+  if (name == "NSET") return BeginSet(nodeSets_, "NSET", line.place);
+  if (name == "ELSET") return BeginSet(elementSets_, "ELSET", line.place);
+  if (name == "MATERIAL") return BeginMaterial(line.place);
+  if (name == "ORIENTATION") return BeginOrientation(line.place);
+  if (name == "USERELEMENT") return BeginUserElement(line.place);
+  if (name == "STEP") return BeginStep(line.place);
+  if (name == "ENDSTEP") {
+    if (!isInStep_) Error(line.place, "no step is to be ended here");
+    isInStep_ = false;
+    return;
+  }
+  if (keyword->role == DeckKeyword::Section) return BeginSection(line.place);
+  // A step may have damping of its own, under the keyword of a material's.
+  if (keyword->role == DeckKeyword::Property && !isInStep_) return BeginProperty(line.place);
+  if (keyword->role == DeckKeyword::Procedure && isInStep_) model_.steps.back().procedure = name;
+}
+
+void DeckModelReader::EndCard()
+{
+  if (isElementOpen_) {
+    const std::size_t found = model_.elementNodes.size() - element_.first;
+    model_.elementNodes.resize(element_.first);
+    isElementOpen_ = false;
+    Error(element_.place, "element " + std::to_string(elementId_) + " has " + Counted(found, "node") + ", expected " +
+                              std::to_string(element_.type->numNodes) + " of a " + element_.type->name);
+  }
+  if (!card_.keyword.empty() && FindDeckKeyword(card_.keyword) == nullptr)
+    Warn(cardPlace_,
+         "unknown keyword *" + Shown(card_.keyword) +
+             (dataLines_ == 0 ? "" : ", " + Counted(static_cast<std::size_t>(dataLines_), "data line") + " skipped") +
+             SuggestDeckKeyword(card_.keyword));
+  card_ = {};
+}
+
+void DeckModelReader::BeginNodes(const DeckPlace& place)
+{
+  onData_ = &DeckModelReader::OnNodeData;
+  if (const DeckParameter* set = card_.Find("NSET")) set_ = SetOf(nodeSets_, set->value, place);
+}
+
+void DeckModelReader::BeginElements(const DeckPlace& place)
+{
+  onData_ = &DeckModelReader::OnElementData;
+  if (const DeckParameter* set = card_.Find("ELSET")) set_ = SetOf(elementSets_, set->value, place);
+  const std::string_view name = card_.ValueOf("TYPE");
+  if (name.empty()) return Error(place, "expected the type of the elements, TYPE=");
+  type_ = FindDeckElementType(name);
+  for (const auto& type : model_.userElementTypes)
+    if (type->name == name) type_ = &type->type;
+  if (type_ == nullptr) Error(place, "unknown element type " + Quoted(name));
+}
+
+void DeckModelReader::BeginSet(Sets& sets, const char* parameter, const DeckPlace& place)
+{
+  const std::string_view name = card_.ValueOf(parameter);
+  if (name.empty()) return Error(place, std::string("expected the name of the set, ") + parameter + "=");
+  sets_   = &sets;
+  set_    = SetOf(sets, name, place);
+  onData_ = card_.Find("GENERATE") != nullptr ? &DeckModelReader::OnGenerateData : &DeckModelReader::OnSetData;
+}
+
+void DeckModelReader::BeginMaterial(const DeckPlace& place)
+{
+  const std::string_view name = card_.ValueOf("NAME");
+  if (name.empty()) return Error(place, "expected the name of the material, NAME=");
+  if (const DeckMaterial* former = model_.FindMaterial(name))
+    Error(place, "material " + Quoted(name) + " is there already, at " + DescribeDeckPlace(GetFiles(), former->place) +
+                     ", and the solver uses that one");
+  model_.materials.push_back({std::string(name), {}, place});
+}
+
+void DeckModelReader::BeginProperty(const DeckPlace& place)
+{
+  if (model_.materials.empty()) return Error(place, "*" + card_.keyword + " belongs behind a *MATERIAL");
+  model_.materials.back().properties.push_back({card_.keyword, std::string(card_.ValueOf("TYPE")), {}, place});
+  onData_ = &DeckModelReader::OnPropertyData;
+}
+
+void DeckModelReader::BeginOrientation(const DeckPlace& place)
+{
+  const std::string_view name = card_.ValueOf("NAME");
+  if (name.empty()) return Error(place, "expected the name of the orientation, NAME=");
+  if (const DeckOrientation* former = model_.FindOrientation(name))
+    Error(place,
+          "orientation " + Quoted(name) + " is there already, at " + DescribeDeckPlace(GetFiles(), former->place));
+  DeckOrientation orientation;
+  orientation.name  = name;
+  orientation.place = place;
+  if (const DeckParameter* system = card_.Find("SYSTEM")) {
+    if (system->value == "CYLINDRICAL") {
+      orientation.system = DeckOrientation::Cylindrical;
+    } else if (system->value != "RECTANGULAR") {
+      Error(place, "expected SYSTEM=RECTANGULAR or SYSTEM=CYLINDRICAL, found " + Quoted(system->value));
+    }
+  }
+  model_.orientations.push_back(std::move(orientation));
+  onData_ = &DeckModelReader::OnOrientationData;
+}
+
+void DeckModelReader::BeginSection(const DeckPlace& place)
+{
+  constexpr std::string_view kEnd = "SECTION";
+  DeckSection                section;
+  section.kind        = card_.keyword.substr(0, card_.keyword.size() - kEnd.size());
+  section.elementSet  = card_.ValueOf("ELSET");
+  section.material    = card_.ValueOf("MATERIAL");
+  section.orientation = card_.ValueOf("ORIENTATION");
+  section.isComposite = card_.Find("COMPOSITE") != nullptr;
+  section.place       = place;
+  if (section.isComposite) onData_ = &DeckModelReader::OnLayerData;
+  model_.sections.push_back(std::move(section));
+}
+
+void DeckModelReader::BeginUserElement(const DeckPlace& place)
+{
+  const std::string_view name  = card_.ValueOf("TYPE");
+  int                    nodes = 0;
+  if (name.empty()) return Error(place, "expected the name of the element type, TYPE=");
+  if (!ReadDeckInteger(card_.ValueOf("NODES"), nodes) || nodes < 1)
+    return Error(place, "expected the number of nodes of an element, NODES=");
+  const auto type = std::make_shared<DeckUserElementType>();
+  type->name      = name;
+  type->type      = {type->name.c_str(), nodes, 0, 0, 0};
+  model_.userElementTypes.push_back(type);
+}
+
+void DeckModelReader::BeginStep(const DeckPlace& place)
+{
+  if (isInStep_)
+    Error(place, "a step begins inside of the step of " + DescribeDeckPlace(GetFiles(), model_.steps.back().place));
+  if (const DeckParameter* nlgeom = card_.Find("NLGEOM")) isNlgeom_ = nlgeom->value != "NO";
+  isInStep_ = true;
+  model_.steps.push_back({{}, isNlgeom_, card_.Find("PERTURBATION") != nullptr, place});
+}
+
+void DeckModelReader::OnNodeData(const DeckLine& line)
+{
+  DeckFields       fields(line.text);
+  std::string_view field;
+  int              id = 0;
+  fields.Next(field);
+  if (!ReadDeckInteger(field, id) || id < 1) return Error(line.place, "expected a node id, found " + Quoted(field));
+  DeckNode node;
+  node.place = line.place;
+  for (double& coordinate : node.position)
+    if (fields.Next(field)) coordinate = NumberOr0(field, line, "a coordinate");
+
+  const std::size_t numNodes = model_.nodes.Entries().size();
+  const std::size_t position = model_.nodes.FindOrInsert(id);
+  if (position < numNodes) {
+    const DeckNode&   former = model_.nodes.At(position);
+    const std::string where  = DescribeDeckPlace(GetFiles(), former.place);
+    if (former.position == node.position) {
+      Warn(line.place, "node " + std::to_string(id) + " is there already, at " + where + ", at the same position");
+    } else {
+      Error(line.place, "node " + std::to_string(id) + " is there already, at " + where +
+                            ", at another position: " + Position(former.position) + ", and the later one rules");
+    }
+  }
+  model_.nodes.At(position) = node;
+  if (set_ != kNone) Append(nodeSets_, set_, id);
+}
+
+void DeckModelReader::OnElementData(const DeckLine& line)
+{
+  if (type_ == nullptr) return;
+  DeckFields       fields(line.text);
+  std::string_view field;
+  const bool       isFirstLine = !isElementOpen_;
+  if (isFirstLine) {
+    fields.Next(field);
+    if (!ReadDeckInteger(field, elementId_) || elementId_ < 1)
+      return Error(line.place, "expected an element id, found " + Quoted(field));
+    element_       = {type_, model_.elementNodes.size(), static_cast<std::size_t>(type_->numNodes), line.place};
+    isElementOpen_ = true;
+  }
+  std::size_t surplus = 0;
+  while (fields.Next(field)) {
+    if (!isElementOpen_) {
+      ++surplus;
+      continue;
+    }
+    int node = 0;
+    if (!(MayHaveNode0(*type_) && field.empty()) &&
+        (!ReadDeckInteger(field, node) || node < (MayHaveNode0(*type_) ? 0 : 1)))
+      Error(line.place, "expected a node id, found " + Quoted(field));
+    model_.elementNodes.push_back(node);
+    if (model_.elementNodes.size() - element_.first == element_.count) FinishElement();
+  }
+  if (surplus == 0) return;
+  const std::string text = "element " + std::to_string(elementId_) + " is complete with its " +
+                           Counted(element_.count, "node") + ", " + std::to_string(surplus) +
+                           " more on the line are ignored";
+  // On a further line this is the next element, whose nodes are lost.
+  if (isFirstLine) {
+    Warn(line.place, text);
+  } else {
+    Error(line.place, text);
+  }
+}
+
+void DeckModelReader::FinishElement()
+{
+  isElementOpen_                = false;
+  const std::size_t numElements = model_.elements.Entries().size();
+  const std::size_t position    = model_.elements.FindOrInsert(elementId_);
+  if (position < numElements) {
+    model_.elementNodes.resize(element_.first);
+    return Error(element_.place, "element " + std::to_string(elementId_) + " is there already, at " +
+                                     DescribeDeckPlace(GetFiles(), model_.elements.At(position).place));
+  }
+  model_.elements.At(position) = element_;
+  if (set_ != kNone) Append(elementSets_, set_, elementId_);
+}
+
+void DeckModelReader::OnSetData(const DeckLine& line)
+{
+  DeckFields       fields(line.text);
+  std::string_view field;
+  while (fields.Next(field)) {
+    if (field.empty()) continue;
+    int id = 0;
+    if (BeginsLikeInteger(field) && ReadDeckInteger(field, id)) {
+      if (id < 1) return Error(line.place, "expected an id from 1, found " + Quoted(field));
+      if (!HasRoomInSets(1, line.place)) return;
+      Append(*sets_, set_, id);
+      continue;
+    }
+    const std::string name = Compact(field);
+    const auto        part = sets_->index.find(name);
+    if (part == sets_->index.end()) {
+      Error(line.place, std::string(sets_->kind) + " set " + Quoted(name) + " is not defined before this line");
+      continue;
+    }
+    const std::vector<int> ids = (*sets_->list)[part->second].ids;  // a copy: a set may name itself
+    if (!HasRoomInSets(ids.size(), line.place)) return;
+    std::vector<int>& all = (*sets_->list)[set_].ids;
+    all.insert(all.end(), ids.begin(), ids.end());
+  }
+}
+
+void DeckModelReader::OnGenerateData(const DeckLine& line)
+{
+  DeckFields       fields(line.text);
+  std::string_view field;
+  int              range[3] = {0, 0, 1};  // first, last, step
+  for (int i = 0; i < 3 && fields.Next(field); ++i)
+    if (!field.empty() && !ReadDeckInteger(field, range[i]))
+      return Error(line.place, "expected first, last and step of a range, found " + Quoted(field));
+  const auto [first, last, step] = range;
+  if (first < 1) return Error(line.place, "expected an id from 1 to begin a range, found " + std::to_string(first));
+  if (step < 1) return Error(line.place, "expected a step from 1, found " + std::to_string(step));
+  if (last < first)
+    return Warn(line.place, "the range from " + std::to_string(first) + " to " + std::to_string(last) + " is empty");
+  const std::size_t count = static_cast<std::size_t>((last - first) / step) + 1;
+  if (!HasRoomInSets(count, line.place)) return;
+  for (std::size_t i = 0; i < count; ++i) Append(*sets_, set_, first + static_cast<int>(i) * step);
+}
+
+void DeckModelReader::OnPropertyData(const DeckLine& line)
+{
+  DeckFields           fields(line.text);
+  std::string_view     field;
+  std::vector<double>& values = model_.materials.back().properties.back().values;
+  while (fields.Next(field)) values.push_back(NumberOr0(field, line, "a number"));
+}
+
+void DeckModelReader::OnOrientationData(const DeckLine& line)
+{
+  DeckOrientation& orientation = model_.orientations.back();
+  DeckFields       fields(line.text);
+  std::string_view field;
+  if (dataLines_ == 0) {
+    for (std::size_t i = 0; i < 6 && fields.Next(field); ++i) {
+      double number = 0.0;
+      if (i == 0 && !field.empty() && !ReadDeckNumber(field, number))
+        return Warn(line.place, "an orientation by the distribution " + Quoted(field) + " is not read");
+      number                                                      = NumberOr0(field, line, "a coordinate");
+      (i < 3 ? orientation.a : orientation.b)[i % std::size_t{3}] = number;
+    }
+  } else if (dataLines_ == 1) {
+    if (fields.Next(field) && (!ReadDeckInteger(field, orientation.rotationAxis) || orientation.rotationAxis < 1 ||
+                               orientation.rotationAxis > 3))
+      Error(line.place, "expected the axis of a rotation, 1 to 3, found " + Quoted(field));
+    if (fields.Next(field)) orientation.rotationAngle = NumberOr0(field, line, "an angle");
+  }
+}
+
+void DeckModelReader::OnLayerData(const DeckLine& line)
+{
+  if (dataLines_ > 0) return;  // the first layer speaks for the section
+  DeckFields       fields(line.text);
+  std::string_view field;
+  DeckSection&     section = model_.sections.back();
+  for (int i = 0; fields.Next(field); ++i) {
+    if (i == 2 && section.material.empty()) section.material = Compact(field);
+    if (i == 3 && section.orientation.empty()) section.orientation = Compact(field);
+  }
+}
+
+std::size_t DeckModelReader::SetOf(Sets& sets, std::string_view name, const DeckPlace& place)
+{
+  if (name.size() > kLongestName)
+    Error(place, "the name of a set has " + std::to_string(name.size()) + " characters, expected at most " +
+                     std::to_string(kLongestName));
+  const auto [entry, isNew] = sets.index.try_emplace(std::string(name), sets.list->size());
+  if (isNew) sets.list->push_back({std::string(name), {}, place});
+  return entry->second;
+}
+
+bool DeckModelReader::HasRoomInSets(std::size_t count, const DeckPlace& place)
+{
+  if (count <= kMostIdsInSets - idsInSets_) {
+    idsInSets_ += count;
+    return true;
+  }
+  Error(place, "the sets have more than " + std::to_string(kMostIdsInSets) + " ids");
+  return false;
+}
+
+double DeckModelReader::NumberOr0(std::string_view field, const DeckLine& line, const char* what)
+{
+  double value = 0.0;
+  if (field.empty()) return value;
+  if (!ReadDeckNumber(field, value)) {
+    Error(line.place, std::string("expected ") + what + ", found " + Quoted(field));
+  } else if (IsCutBySolver(field, value)) {
+    Error(line.place, "the solver reads the first 20 characters of " + Quoted(field) + ", which is another number");
+  }
+  return value;
+}
+
+void DeckModelReader::CheckElements()
+{
+  std::vector<int> sorted;
+  for (const auto& [id, element] : model_.elements.Entries()) {
+    const std::span<const int> nodes     = model_.NodesOf(element);
+    const std::string          name      = "element " + std::to_string(id) + " (" + element.type->name + ")";
+    const auto                 isMissing = [this](int node) {
+      return node != 0 && model_.nodes.Find(node) == IdRadixMap<DeckNode>::npos;
+    };
+    const auto missing = std::find_if(nodes.begin(), nodes.end(), isMissing);
+    if (missing != nodes.end()) Error(element.place, name + ": node " + std::to_string(*missing) + " is not defined");
+    sorted.assign(nodes.begin(), nodes.end());
+    std::sort(sorted.begin(), sorted.end());
+    const auto repeated = std::adjacent_find(sorted.begin(), sorted.end());
+    if (repeated != sorted.end() && *repeated != 0)
+      Warn(element.place, name + " has node " + std::to_string(*repeated) + " more than once");
+  }
+}
+
+void DeckModelReader::CheckSets(const Sets& sets, bool areNodes)
+{
+  for (const DeckSet& set : *sets.list) {
+    const auto isMissing = [this, areNodes](int id) {
+      return areNodes ? model_.FindNode(id) == nullptr : model_.FindElement(id) == nullptr;
+    };
+    const auto missing = std::find_if(set.ids.begin(), set.ids.end(), isMissing);
+    if (missing == set.ids.end()) continue;
+    const auto count = static_cast<std::size_t>(std::count_if(missing, set.ids.end(), isMissing));
+    Warn(set.place, std::string(sets.kind) + " set " + Quoted(set.name) + " has " + Counted(count, "id") + " that no " +
+                        sets.kind + " has, the first is " + std::to_string(*missing));
+  }
+}
+
+void DeckModelReader::CheckSections()
+{
+  std::vector<bool> hasSection(model_.elements.Entries().size(), false);
+  for (const DeckSection& section : model_.sections) {
+    const DeckSet* set = model_.FindElementSet(section.elementSet);
+    if (set != nullptr) {
+      for (const int id : set->ids) {
+        const std::size_t position = model_.elements.Find(id);
+        if (position != IdRadixMap<DeckElement>::npos) hasSection[position] = true;
+      }
+    } else if (section.elementSet == "EALL") {
+      hasSection.assign(hasSection.size(), true);
+    } else if (section.elementSet.empty()) {
+      Error(section.place, "expected the element set of the section, ELSET=");
+    } else {
+      Error(section.place, "element set " + Quoted(section.elementSet) + " is not defined");
+    }
+    if (!section.material.empty() && model_.FindMaterial(section.material) == nullptr)
+      Error(section.place, "material " + Quoted(section.material) + " is not defined");
+    if (section.material.empty() && section.kind == "SOLID")
+      Error(section.place, "expected the material of the section, MATERIAL=");
+    if (!section.orientation.empty() && model_.FindOrientation(section.orientation) == nullptr)
+      Error(section.place, "orientation " + Quoted(section.orientation) + " is not defined");
+  }
+  const auto  elements = model_.elements.Entries();
+  std::size_t count    = 0;
+  std::size_t first    = 0;
+  for (std::size_t i = elements.size(); i-- > 0;)
+    if (!hasSection[i] && NeedsSection(*elements[i].second.type)) {
+      ++count;
+      first = i;
+    }
+  if (count > 0)
+    Error(elements[first].second.place,
+          Counted(count, "element") + " without a section, the first is " + std::to_string(elements[first].first));
+}
+
+}  // namespace quilon::calculix
