@@ -1,13 +1,18 @@
 #include "bundled/FED_ResultDatabase.h"
 
+#include <set>
 #include <utility>
+#include <vector>
 
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "QuilonUtilities/FED_Failure.h"
 
+#include "bundled/FED_FileLayer.h"
 #include "bundled/FED_RecordFormat.h"
+#include "ChunkCache.h"
 #include "DbFailure.h"
 #include "ResultDataBlock.h"
+#include "SegmentStore.h"
 
 namespace {
 
@@ -16,12 +21,56 @@ constexpr const char* kTag = "|%P|QuilonDbConnector|FED_ResultDatabase";
 constexpr int kFirstUserKind = 1000;
 constexpr int kLastUserKind  = 1999;
 
+void AddRows(const std::vector<DirtyRows>& dirty, const SegmentStore& store, SegmentContents& contents)
+{
+  for (const DirtyRows& rows : dirty) {
+    contents.rows.push_back(&rows);
+    const bool isNew =
+        contents.rows.size() == 1 || contents.rows[contents.rows.size() - 2]->GetBlock() != rows.GetBlock();
+    if (!isNew) continue;
+    StoredBlock block = rows.GetOwner().Describe();
+    if (store.IsUndeclared(block)) contents.blocks.push_back(std::move(block));
+  }
+}
+
 }  // namespace
 
-FED_ResultDatabase::FED_ResultDatabase()  = default;
+struct FED_ResultDatabase::Disk
+{
+  Disk(const std::filesystem::path& folder, Access access, const FED_ResultDatabaseOptions& options,
+       std::function<void()> spill)
+      : store(folder, access, options.files != nullptr ? *options.files : ownFiles),
+        cache(store, options.memoryLimit, std::move(spill))
+  {}
+
+  FED_FileLayer                ownFiles;
+  SegmentStore                 store;
+  ChunkCache                   cache;
+  std::set<FED_DataDescriptor> undeclared;  // blocks that are new, or whose format is
+  std::vector<BlockUid>        deleted;     // blocks that the store has
+  bool                         namesChanged = false;
+};
+
+FED_ResultDatabase::FED_ResultDatabase() = default;
+
+FED_ResultDatabase::FED_ResultDatabase(const std::filesystem::path& folder, Access access,
+                                       const FED_ResultDatabaseOptions& options)
+    : disk_(std::make_unique<Disk>(folder, access, options, [this] { WriteRows(); }))
+{
+  for (const StoredBlock* stored : disk_->store.GetBlocks())
+    if (!blocks_.emplace(stored->descriptor, Entry{stored->uid, nullptr}).second)
+      ThrowBlockFailure(stored->descriptor, "the database " + folder.string() + " has it twice", kTag);
+  idMaps_.Attach(disk_->store);
+  userKindNames_ = disk_->store.GetUserKindNames();
+}
+
 FED_ResultDatabase::~FED_ResultDatabase() = default;
 
 bool FED_ResultDatabase::IsInitialized() const { return true; }
+
+void FED_ResultDatabase::Commit() { Publish(false); }
+
+void FED_ResultDatabase::Compact() { Publish(true); }
 
 FED_DataBlock* FED_ResultDatabase::CreateDataBlock(const FED_DataDescriptor& descriptor, std::size_t firstSize,
                                                    std::size_t, const std::string&                   recordFormat)
@@ -35,7 +84,10 @@ FED_DataBlock* FED_ResultDatabase::CreateDataBlock(const FED_DataDescriptor& des
         descriptor, "the record format is \"" + present.ToString() + "\", \"" + format.ToString() + "\" was asked for",
         kTag);
   block->Expect(firstSize);
-  if (present.IsEmpty()) block->SetRecordFormat(format);
+  if (present.IsEmpty() && !format.IsEmpty()) {
+    if (disk_ != nullptr) disk_->undeclared.insert(block->GetDescriptor());
+    block->SetRecordFormat(format);
+  }
   return block;
 }
 
@@ -69,21 +121,26 @@ FED_DataBlock& FED_ResultDatabase::GetDataBlock(const FED_DataDescriptor& descri
 std::vector<FED_DataBlock*> FED_ResultDatabase::GetDataBlocks(const FED_DataDescriptorPattern& pattern)
 {
   std::vector<FED_DataBlock*> blocks;
-  for (const auto& [descriptor, block] : blocks_)
-    if (pattern.Matches(descriptor)) blocks.push_back(block.get());
+  for (const auto& [descriptor, entry] : blocks_)
+    if (pattern.Matches(descriptor)) blocks.push_back(FindBlock(descriptor));
   return blocks;
 }
 
 void FED_ResultDatabase::DeleteDataBlock(const FED_DataDescriptor& descriptor)
 {
-  RequireBlock(descriptor);
-  blocks_.erase(descriptor);
+  const auto found = blocks_.find(descriptor);
+  if (found == blocks_.end()) ThrowBlockFailure(descriptor, "the database has no such block", kTag);
+  if (disk_ != nullptr) {
+    if (disk_->store.FindBlock(found->second.uid) != nullptr) disk_->deleted.push_back(found->second.uid);
+    disk_->undeclared.erase(descriptor);
+  }
+  blocks_.erase(found);
 }
 
 std::vector<FED_DataDescriptor> FED_ResultDatabase::GetDataDescriptors(const FED_DataDescriptorPattern& pattern) const
 {
   std::vector<FED_DataDescriptor> descriptors;
-  for (const auto& [descriptor, block] : blocks_)
+  for (const auto& [descriptor, entry] : blocks_)
     if (pattern.Matches(descriptor)) descriptors.push_back(descriptor);
   return descriptors;
 }
@@ -108,12 +165,17 @@ void FED_ResultDatabase::SetUserKindName(FED_OnfId onf, const std::string& name)
     userKindNames_.erase(onf);
   else
     userKindNames_[onf] = name;
+  if (disk_ != nullptr) disk_->namesChanged = true;
 }
 
 ResultDataBlock* FED_ResultDatabase::FindBlock(const FED_DataDescriptor& descriptor) const
 {
   const auto found = blocks_.find(descriptor);
-  return found == blocks_.end() ? nullptr : found->second.get();
+  if (found == blocks_.end()) return nullptr;
+  const Entry& entry = found->second;
+  if (entry.block == nullptr)
+    entry.block = std::make_unique<ResultDataBlock>(*disk_->store.FindBlock(entry.uid), disk_->cache);
+  return entry.block.get();
 }
 
 ResultDataBlock& FED_ResultDatabase::RequireBlock(const FED_DataDescriptor& descriptor) const
@@ -129,7 +191,59 @@ ResultDataBlock& FED_ResultDatabase::MakeBlock(const FED_DataDescriptor& descrip
   FED_DataDescriptor key = descriptor;
   key.cached[0]          = -1;
   key.cached[1]          = -1;
-  auto block             = std::make_unique<ResultDataBlock>(key, format);
-  block->Expect(expectedRecords);
-  return *blocks_.emplace(key, std::move(block)).first->second;
+  Entry entry;
+  if (disk_ == nullptr) {
+    entry.block = std::make_unique<ResultDataBlock>(key, format);
+  } else {
+    entry.uid   = disk_->store.TakeUid();
+    entry.block = std::make_unique<ResultDataBlock>(key, format, entry.uid, disk_->cache);
+    disk_->undeclared.insert(key);
+  }
+  entry.block->Expect(expectedRecords);
+  return *blocks_.emplace(key, std::move(entry)).first->second.block;
+}
+
+// Gives the store the rows that it does not have. Until a commit they are there for this object alone.
+void FED_ResultDatabase::WriteRows()
+{
+  const std::vector<DirtyRows> dirty = disk_->cache.CollectDirty();
+  SegmentContents              contents;
+  AddRows(dirty, disk_->store, contents);
+  disk_->store.Write(contents);
+  // Nothing throws from here on.
+  disk_->cache.MarkClean();
+}
+
+// Gives the store all that it does not have.
+void FED_ResultDatabase::WriteChanges()
+{
+  const std::vector<DirtyRows> dirty = disk_->cache.CollectDirty();
+  SegmentContents              contents;
+  AddRows(dirty, disk_->store, contents);
+  for (const FED_DataDescriptor& descriptor : disk_->undeclared) {
+    const StoredBlock block = FindBlock(descriptor)->Describe();
+    // Blocks with new rows are there by now.
+    if (block.rowCount == 0 && disk_->store.IsUndeclared(block)) contents.blocks.push_back(block);
+  }
+  contents.deleted = disk_->deleted;
+  for (int kind = 0; kind < FED_ResultIdMapsPool::kNumKinds; ++kind) {
+    const FED_ResultIdMapsPool::Growth growth = idMaps_.GetGrowth(kind);
+    if (growth.ids.GetSize() > 0) contents.ids.push_back({kind, growth.firstIndex, growth.ids});
+  }
+  contents.hasNames = disk_->namesChanged;
+  if (contents.hasNames) contents.names.assign(userKindNames_.begin(), userKindNames_.end());
+  disk_->store.Write(contents);
+  // Nothing throws from here on.
+  disk_->cache.MarkClean();
+  disk_->undeclared.clear();
+  disk_->deleted.clear();
+  idMaps_.MarkStored();
+  disk_->namesChanged = false;
+}
+
+void FED_ResultDatabase::Publish(bool compacts)
+{
+  if (disk_ == nullptr) return;
+  WriteChanges();
+  disk_->store.Publish(compacts);
 }

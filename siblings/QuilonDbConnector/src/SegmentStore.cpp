@@ -150,10 +150,17 @@ std::vector<const StoredBlock*> SegmentStore::GetBlocks() const
   return blocks;
 }
 
+const StoredBlock* SegmentStore::FindBlock(BlockUid uid) const noexcept
+{
+  const StoredState::Block* block = state_.FindBlock(uid);
+  return block == nullptr ? nullptr : &block->stored;
+}
+
 bool SegmentStore::IsUndeclared(const StoredBlock& block) const noexcept
 {
-  const StoredState::Block* stored = state_.FindBlock(block.uid);
-  return stored == nullptr || (stored->stored.format.IsEmpty() && !block.format.IsEmpty());
+  const StoredBlock* stored = FindBlock(block.uid);
+  if (stored == nullptr) return true;
+  return stored->rowCount == 0 && (!(stored->format == block.format) || stored->chunkShift != block.chunkShift);
 }
 
 void SegmentStore::Write(const SegmentContents& contents)

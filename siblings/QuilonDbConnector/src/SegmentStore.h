@@ -44,13 +44,15 @@ public:
   std::size_t               GetIdCount(int kind) const override;
   void                      ReadIds(int kind, std::int32_t* ids) const override;
 
-  /// @return all blocks, in no order; a pointer is valid until the block is deleted
-  std::vector<const StoredBlock*>   GetBlocks() const;
+  /// @return all blocks, in no order; a pointer is valid until Write() that deletes the block
+  std::vector<const StoredBlock*> GetBlocks() const;
+  /// @return null when there is none
+  const StoredBlock*                FindBlock(BlockUid uid) const noexcept;
   const std::map<int, std::string>& GetUserKindNames() const noexcept { return state_.GetNames(); }
 
   /// @return a uid for a new block
   BlockUid TakeUid() noexcept { return manifest_.nextBlock++; }
-  /// @return whether a block with rows has to be among the contents' blocks: it is new, or has its format since
+  /// @return whether a block has to be among the contents' blocks: it is new, or has its format since
   bool IsUndeclared(const StoredBlock& block) const noexcept;
 
   /// Writes contents as a segment, to be published. When it throws, nothing of them counts as written.

@@ -161,8 +161,8 @@ void StoredState::Declare(const StoredBlock& block, const Segment& segment)
   if (deleted_.count(block.uid) > 0) return;
   const auto [found, isNew] = blocks_.try_emplace(block.uid);
   Block& own                = found->second;
-  // A block is declared again when it takes its format.
-  if (!isNew && (!own.stored.format.IsEmpty() || !(own.stored.descriptor == block.descriptor)))
+  // A block is declared again when it takes its format, before it has rows.
+  if (!isNew && (own.stored.rowCount > 0 || !(own.stored.descriptor == block.descriptor)))
     ThrowContradiction(segment, "block " + block.descriptor.ToString() + " is there twice");
   own.stored  = block;
   own.columns = GetStoredColumns(block.format);

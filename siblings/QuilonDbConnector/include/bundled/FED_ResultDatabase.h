@@ -4,6 +4,7 @@
 /// The bundled result database.
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -29,7 +30,12 @@ struct FED_ResultDatabaseOptions
   FED_FileLayer* files = nullptr;
 };
 
-/// A database in memory. Blocks are columns (see FED_ColumnDataBlock) and stay where they are until they are deleted.
+/// A database in memory or on disk. Blocks are columns (see FED_ColumnDataBlock); a block object stays where it is
+/// until the block is deleted.
+///
+/// On disk: a folder of immutable segments and a manifest, see docs/database-format.md. Opening costs the segments'
+///          indices. Rows are read, and checked, when they are first asked for, and leave the memory beyond a limit;
+///          changed ones then go to the disk without being part of the database before Commit().
 ///
 /// Indices: 0 to 2147483647; any other is a FED_Failure before anything is allocated. They need not be dense: a lone
 ///          record at a great index costs no more than one at 1.
@@ -99,7 +105,20 @@ private:
   ResultDataBlock& MakeBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format,
                              std::size_t expectedRecords);
 
-  std::map<FED_DataDescriptor, std::unique_ptr<ResultDataBlock>> blocks_;
-  FED_ResultIdMapsPool                                           idMaps_;
-  std::map<int, std::string>                                     userKindNames_;
+  void WriteRows();
+  void WriteChanges();
+  void Publish(bool compacts);
+
+  struct Disk;
+
+  struct Entry
+  {
+    std::uint64_t                            uid = 0;  // on disk
+    mutable std::unique_ptr<ResultDataBlock> block;    // null while the block is on disk and was not asked for
+  };
+
+  std::unique_ptr<Disk>               disk_;  // null in memory; outlives the blocks
+  std::map<FED_DataDescriptor, Entry> blocks_;
+  FED_ResultIdMapsPool                idMaps_;
+  std::map<int, std::string>          userKindNames_;
 };
