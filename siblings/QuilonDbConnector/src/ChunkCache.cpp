@@ -58,11 +58,10 @@ void ChunkCache::MakeRoom(std::size_t bytes)
   Evict(goal);
 }
 
-void ChunkCache::Touch(RowChunk& chunk) noexcept
+void ChunkCache::Keep(RowChunk& chunk) noexcept
 {
   std::copy_backward(last_.begin(), last_.end() - 1, last_.end());
-  last_[0]         = &chunk;
-  chunk.wasTouched = true;
+  last_[0] = &chunk;
 }
 
 void ChunkCache::Count(RowChunk& chunk) noexcept
@@ -166,5 +165,6 @@ void ChunkCache::Leave(RowChunk& chunk) noexcept
   chunk.next = chunk.previous = nullptr;
   --count_;
   bytes_ -= chunk.bytes;
-  chunk.bytes = 0;
+  chunk.bytes      = 0;
+  chunk.wasTouched = false;
 }

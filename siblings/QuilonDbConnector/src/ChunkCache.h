@@ -53,9 +53,9 @@ private:
 
 /// Keeps the bytes of chunks in memory near a limit: one cache for all blocks of a database on disk. Outlives them.
 ///
-/// Chunks go in the order of the clock: one that was touched since the hand last passed gets a second chance. Rows that
-/// the store does not have stay until they are spilled. The chunks touched last stay whatever the limit is, so that a
-/// few blocks can be walked side by side.
+/// Chunks go in the order of the clock: one that was touched again since the hand last passed gets a second chance, so
+/// that a walk over much drives out nothing that is in use. Rows that the store does not have stay until they are
+/// spilled. The chunks touched last stay whatever the limit is, so that a few blocks can be walked side by side.
 class ChunkCache
 {
 public:
@@ -79,8 +79,14 @@ public:
   void MakeRoom(std::size_t bytes);
 
   bool IsLast(const RowChunk& chunk) const noexcept { return last_[0] == &chunk; }
-  /// The chunk, which is in memory, is read or written now.
-  void Touch(RowChunk& chunk) noexcept;
+  /// The chunk has come to memory to be read or written now.
+  void Keep(RowChunk& chunk) noexcept;
+  /// The chunk, which was in memory, is read or written now.
+  void Touch(RowChunk& chunk) noexcept
+  {
+    Keep(chunk);
+    chunk.wasTouched = true;
+  }
   /// Counts the bytes that the chunk has now, and knows it from now on.
   void Count(RowChunk& chunk) noexcept;
   /// The chunk is about to go.

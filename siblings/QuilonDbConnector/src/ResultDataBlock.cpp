@@ -247,8 +247,10 @@ ResultDataBlock::ResultDataBlock(const StoredBlock& stored, ChunkCache& cache)
       storedMaxKey_(stored.maxKey),
       keysAreLoaded_(stored.rowCount == 0)
 {
-  if (rowCount_ == 0) return;
-  if (layout_.format.IsEmpty()) Fail("the store has rows of it and no record format");
+  if (layout_.format.IsEmpty()) {
+    if (rowCount_ != 0) Fail("the store has rows of it and no record format");
+    return;
+  }
   if (stored.chunkShift > kMaxChunkShift)
     Fail("a chunk has 2^" + std::to_string(stored.chunkShift) + " rows, expected at most 2^" +
          std::to_string(kMaxChunkShift));
@@ -533,9 +535,12 @@ std::size_t ResultDataBlock::RowsOf(std::size_t chunk) const noexcept
 RowChunk& ResultDataBlock::Reach(std::size_t row) const
 {
   RowChunk& chunk = *chunks_[row >> layout_.chunkShift];
-  if (cache_ != nullptr && !cache_->IsLast(chunk)) {
-    if (!chunk.IsResident()) Load(chunk);
+  if (cache_ == nullptr || cache_->IsLast(chunk)) return chunk;
+  if (chunk.IsResident()) {
     cache_->Touch(chunk);
+  } else {
+    Load(chunk);
+    cache_->Keep(chunk);
   }
   return chunk;
 }
@@ -587,11 +592,11 @@ RowChunk& ResultDataBlock::PrepareNewRow(const RecordLayout& layout, std::size_t
   const auto        row   = static_cast<std::uint32_t>(rowCount_);
   const std::size_t at    = row & (layout.GetRowsPerChunk() - 1);
   RowChunk&         chunk = MakeChunk(row >> layout.chunkShift);
-  if (cache_ != nullptr && !cache_->IsLast(chunk)) {
-    if (!chunk.IsResident() && at > 0) Load(chunk);
-    // Touched first, so that room for it is not made in its own place.
-    cache_->Touch(chunk);
-  }
+  // Kept first, so that room for it is not made in its own place.
+  if (at > 0)
+    Reach(row);
+  else if (cache_ != nullptr && !cache_->IsLast(chunk))
+    cache_->Keep(chunk);
   EnsureRows(chunk, at + 1, layout);
   rows_.Prepare(key, row);
   if (cache_ != nullptr) keys_.Prepare(key);
@@ -650,7 +655,7 @@ void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
 // The first record decides how many rows a chunk has, and gives a block without a format its format.
 void ResultDataBlock::StoreFirstRecord(std::size_t index, const ResultRecord& record)
 {
-  RecordLayout layout(layout_.format.IsEmpty() ? FED_RecordFormat::FromRecord(record) : layout_.format);
+  RecordLayout layout = layout_.format.IsEmpty() ? RecordLayout(FED_RecordFormat::FromRecord(record)) : layout_;
   if (layout.hasLists) {
     std::size_t bytes = layout.rowBytes;
     for (const ResultRecord::Field& field : record.GetFields()) bytes += GetListBytes(field.value);

@@ -150,3 +150,45 @@ TEST(KeyTable, HintChangesNoAnswer)
     ExpectHolds(table, keys);
   }
 }
+
+TEST(KeyTable, RunIsFoundAndGoesOn)
+{
+  KeyTable table;
+  table.InsertRun(7, 5);
+  EXPECT_EQ(table.GetCount(), 5u);
+  EXPECT_EQ(table.GetMaxKey(), 11u);
+  for (std::uint32_t key = 7; key < 12; ++key) EXPECT_EQ(table.Find(key), key - 7);
+  EXPECT_EQ(table.Find(6), KeyTable::kNone);
+  table.Prepare(12, 5);
+  table.Insert(12, 5);
+  table.Prepare(3, 6);
+  table.Insert(3, 6);
+  EXPECT_EQ(table.GetKeys(), (std::vector<std::uint32_t>{3, 7, 8, 9, 10, 11, 12}));
+  EXPECT_EQ(table.Find(12), 5u);
+  EXPECT_EQ(table.Find(3), 6u);
+}
+
+TEST(RowKeys, KeysStandInTheOrderOfRowsWhetherTheyAreARunOrNot)
+{
+  RowKeys keys;
+  EXPECT_TRUE(keys.IsRun());
+  const auto push = [&keys](std::uint32_t key) {
+    keys.Prepare(key);
+    keys.Push(key);
+  };
+  for (std::uint32_t key = 4; key < 10; ++key) push(key);
+  keys.PushRun(10, 3);
+  EXPECT_TRUE(keys.IsRun());
+  EXPECT_EQ(keys.GetCount(), 9u);
+  keys.Prepare(900);  // in vain
+  push(13);
+  EXPECT_TRUE(keys.IsRun());
+  push(2);
+  EXPECT_FALSE(keys.IsRun());
+  keys.PushRun(30, 2);
+  ASSERT_EQ(keys.GetCount(), 13u);
+  for (std::size_t row = 0; row < 10; ++row) EXPECT_EQ(keys.Get(row), 4 + row);
+  EXPECT_EQ(keys.Get(10), 2u);
+  EXPECT_EQ(keys.Get(11), 30u);
+  EXPECT_EQ(keys.Get(12), 31u);
+}

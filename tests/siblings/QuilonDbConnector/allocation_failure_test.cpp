@@ -182,7 +182,7 @@ TEST(AllocationFailure, FailedCleaningOfAListPoolLeavesTheBlockAsItWas)
   const auto prepare = [](FED_ResultDatabase& database) -> FED_DataBlock& {
     FED_DataBlock*  block  = database.CreateDataBlock(Key(kNoFormat), 0, 0, "Lb");
     FED_DataRecord* record = block->CreateDataRecord();
-    for (std::size_t length = 200000; length < 200003; ++length) {
+    for (std::size_t length = 150000; length < 150003; ++length) {
       record->SetIntList(1, std::vector<int>(length, 1));
       block->SetRecord(1, *record);
     }
@@ -193,7 +193,7 @@ TEST(AllocationFailure, FailedCleaningOfAListPoolLeavesTheBlockAsItWas)
   };
   FED_ResultDatabase other;
   FED_DataRecord*    record = other.CreateDataBlock(Key(kNoFormat), 0, 0, "Lb")->CreateDataRecord();
-  record->SetIntList(1, std::vector<int>(200003, 2));
+  record->SetIntList(1, std::vector<int>(150003, 2));
   SweepAllocations(prepare, [&](FED_DataBlock& block) { block.SetRecord(1, *record); });
 }
 

@@ -1,0 +1,257 @@
+#include "ChunkCache.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "bundled/FED_RecordFormat.h"
+#include "QuilonUtilities/FED_IntArray.h"
+
+#include "failure_message.h"
+#include "FakeChunkStore.h"
+#include "ResultDataBlock.h"
+
+namespace {
+
+constexpr std::size_t kRows       = 64;             // of a chunk
+constexpr std::size_t kChunkBytes = kRows * 6 * 8;  // of tensors
+
+// A block whose chunks have 64 rows.
+std::unique_ptr<ResultDataBlock> MakeBlock(FakeDisk& disk, BlockUid uid, const char* format = "T")
+{
+  StoredBlock stored;
+  stored.uid        = uid;
+  stored.descriptor = FED_DataDescriptor(static_cast<int>(uid), static_cast<FED_OnfId>(521));
+  stored.format     = FED_RecordFormat::Parse(format);
+  stored.chunkShift = 6;
+  return std::make_unique<ResultDataBlock>(stored, disk.cache);
+}
+
+std::array<double, 6> TensorOf(std::size_t index)
+{
+  const auto first = static_cast<double>(index);
+  return {first, first + 0.5, -first, 1.0 / (first + 1.0), 0.0, first * first};
+}
+
+void Fill(ResultDataBlock& block, std::size_t chunks)
+{
+  for (std::size_t index = 0; index < chunks * kRows; ++index) block.SetValuesAt(index, TensorOf(index).data());
+}
+
+void ExpectTensor(const ResultDataBlock& block, std::size_t index)
+{
+  std::array<double, 6> tensor;
+  block.GetValuesAt(index, tensor.data());
+  ASSERT_EQ(tensor, TensorOf(index)) << index;
+}
+
+// Reads a record of a chunk.
+// @return whether the store was asked
+bool IsLoadedFor(FakeDisk& disk, const ResultDataBlock& block, std::size_t chunk)
+{
+  const std::size_t before = disk.store.reads;
+  ExpectTensor(block, chunk * kRows);
+  return disk.store.reads != before;
+}
+
+}  // namespace
+
+TEST(ChunkCache, MemoryStaysWithinTheLimitWhileBlocksGrowAndAreWalked)
+{
+  FakeDisk   disk(10 * kChunkBytes);
+  const auto first = MakeBlock(disk, 1), second = MakeBlock(disk, 2);
+  for (std::size_t index = 0; index < 100 * kRows; ++index) {
+    first->SetValuesAt(index, TensorOf(index).data());
+    second->SetValuesAt(index, TensorOf(index).data());
+    ASSERT_LE(disk.cache.GetBytes(), 10 * kChunkBytes);
+  }
+  EXPECT_GT(disk.spills, 10u);
+  EXPECT_LT(disk.spills, 100u);
+  disk.Commit();
+  std::mt19937 random(1);
+  for (int step = 0; step < 2000; ++step) {
+    ExpectTensor(step % 2 == 0 ? *first : *second, random() % (100 * kRows));
+    ASSERT_LE(disk.cache.GetBytes(), 10 * kChunkBytes);
+  }
+  for (std::size_t index = 0; index < 100 * kRows; ++index) ExpectTensor(*first, index);
+}
+
+TEST(ChunkCache, FewChunksStayWhateverTheLimitIs)
+{
+  FakeDisk   disk(1);
+  const auto block = MakeBlock(disk, 1);
+  for (std::size_t index = 0; index < 20 * kRows; ++index) {
+    block->SetValuesAt(index, TensorOf(index).data());
+    ASSERT_LE(disk.cache.GetBytes(), (ChunkCache::kKeptChunks + 1) * kChunkBytes);
+  }
+  disk.Commit();
+  for (std::size_t index = 0; index < 20 * kRows; ++index) ExpectTensor(*block, index);
+  const std::size_t reads = disk.store.reads;
+  // Four chunks side by side, again and again.
+  for (std::size_t row = 0; row < kRows; ++row)
+    for (const std::size_t chunk : {3u, 7u, 11u, 15u}) ExpectTensor(*block, chunk * kRows + row);
+  EXPECT_EQ(disk.store.reads, reads + 4);
+}
+
+TEST(ChunkCache, SpansOfTheChunksTouchedLastStayValid)
+{
+  FakeDisk   disk(1);
+  const auto block = MakeBlock(disk, 1);
+  Fill(*block, 20);
+  std::vector<QuilonContainer::Span<const double>> spans;
+  for (const std::size_t chunk : {3u, 7u, 11u, 15u}) spans.push_back(block->GetDoubleChunk(1, chunk));
+  for (std::size_t i = 0; i < spans.size(); ++i) {
+    ASSERT_EQ(spans[i].GetSize(), 6 * kRows);
+    for (std::size_t row = 0; row < kRows; ++row)
+      EXPECT_EQ(spans[i].GetData()[6 * row], static_cast<double>((3 + 4 * i) * kRows + row));
+  }
+}
+
+TEST(ChunkCache, ChunkThatIsUsedAgainAndAgainStaysWhileOthersPassBy)
+{
+  FakeDisk   disk(10 * kChunkBytes);
+  const auto block = MakeBlock(disk, 1);
+  Fill(*block, 100);
+  disk.Commit();
+  ExpectTensor(*block, 0);
+  for (std::size_t chunk = 1; chunk < 100; ++chunk) {
+    EXPECT_TRUE(IsLoadedFor(disk, *block, chunk) || chunk > 90);
+    // More chunks pass in between than are kept anyway.
+    if (chunk % (ChunkCache::kKeptChunks + 1) == 0) {
+      EXPECT_FALSE(IsLoadedFor(disk, *block, 0)) << chunk;
+    }
+  }
+  // One that nobody asked for since is gone.
+  EXPECT_TRUE(IsLoadedFor(disk, *block, 50));
+}
+
+TEST(ChunkCache, CleanChunksGoBeforeAnythingIsSpilled)
+{
+  FakeDisk   disk(10 * kChunkBytes);
+  const auto clean = MakeBlock(disk, 1), dirty = MakeBlock(disk, 2);
+  Fill(*clean, 10);
+  disk.Commit();
+  Fill(*dirty, 9);
+  EXPECT_EQ(disk.spills, 0u);
+  Fill(*dirty, 10);
+  EXPECT_EQ(disk.spills, 0u);
+  dirty->SetValuesAt(10 * kRows, TensorOf(10 * kRows).data());
+  EXPECT_EQ(disk.spills, 1u);
+  EXPECT_TRUE(disk.cache.CollectDirty().size() == 1u);
+  for (std::size_t index = 0; index < 10 * kRows; ++index) ExpectTensor(*clean, index);
+}
+
+TEST(ChunkCache, FailingSpillLeavesBlockAndRowsAsTheyWere)
+{
+  FakeDisk   disk(10 * kChunkBytes);
+  const auto block = MakeBlock(disk, 1);
+  Fill(*block, 10);
+  disk.isFull = true;
+  for (int attempt = 0; attempt < 3; ++attempt)
+    EXPECT_EQ(MessageOf([&] { block->SetValuesAt(10 * kRows, TensorOf(1).data()); }), "the disk is full");
+  EXPECT_EQ(block->GetRecordCount(), 10 * kRows);
+  EXPECT_FALSE(block->HasRecord(10 * kRows));
+  EXPECT_EQ(disk.cache.CollectDirty().size(), 10u);
+  disk.isFull = false;
+  block->SetValuesAt(10 * kRows, TensorOf(10 * kRows).data());
+  for (std::size_t index = 0; index <= 10 * kRows; ++index) ExpectTensor(*block, index);
+}
+
+TEST(ChunkCache, RowsStayDirtyUntilTheyAreMarkedClean)
+{
+  FakeDisk   disk;
+  const auto block = MakeBlock(disk, 1);
+  Fill(*block, 2);
+  disk.isFull = true;
+  EXPECT_EQ(MessageOf([&] { disk.Commit(); }), "the disk is full");
+  EXPECT_EQ(disk.cache.CollectDirty().size(), 2u);
+  disk.isFull = false;
+  disk.Commit();
+  EXPECT_TRUE(disk.cache.CollectDirty().empty());
+}
+
+TEST(ChunkCache, DirtyRowsComeByBlockAndChunkWithTheRowsThatWereWritten)
+{
+  FakeDisk   disk;
+  const auto second = MakeBlock(disk, 8), first = MakeBlock(disk, 7);
+  Fill(*second, 3);
+  Fill(*first, 2);
+  disk.Commit();
+  const std::array<double, 6> tensor{};
+  second->SetValuesAt(2 * kRows + 5, tensor.data());
+  second->SetValuesAt(2 * kRows + 3, tensor.data());
+  first->SetValuesAt(kRows + 1, tensor.data());
+  second->SetValuesAt(kRows - 1, tensor.data());
+  second->SetValuesAt(900, tensor.data());  // a new row
+  const std::vector<DirtyRows> dirty = disk.cache.CollectDirty();
+  ASSERT_EQ(dirty.size(), 4u);
+  const auto show = [](const DirtyRows& rows) {
+    std::string text = std::to_string(rows.GetBlock()) + " chunk " + std::to_string(rows.GetChunk()) + " rows " +
+                       std::to_string(rows.GetFirstRow()) + " + " + std::to_string(rows.GetRowCount());
+    text += rows.KeysAreRun() ? " run" : " keys";
+    for (const std::uint32_t key : rows.GetKeys()) text += " " + std::to_string(key);
+    return text;
+  };
+  EXPECT_EQ(show(dirty[0]), "7 chunk 1 rows 65 + 1 run 65");
+  EXPECT_EQ(show(dirty[1]), "8 chunk 0 rows 63 + 1 run 63");
+  EXPECT_EQ(show(dirty[2]), "8 chunk 2 rows 131 + 3 run 131");
+  EXPECT_EQ(show(dirty[3]), "8 chunk 3 rows 192 + 1 run 900");
+  EXPECT_EQ(&dirty[3].GetOwner(), second.get());
+  second->SetValuesAt(800, tensor.data());
+  EXPECT_EQ(show(disk.cache.CollectDirty()[3]), "8 chunk 3 rows 192 + 2 keys 900 800");
+}
+
+TEST(ChunkCache, DeletedBlocksLeaveTheCache)
+{
+  FakeDisk disk(10 * kChunkBytes);
+  auto     gone = MakeBlock(disk, 1), other = MakeBlock(disk, 2);
+  Fill(*gone, 4);
+  Fill(*other, 4);
+  gone.reset();
+  EXPECT_EQ(disk.cache.GetBytes(), 4 * kChunkBytes);
+  EXPECT_EQ(disk.cache.CollectDirty().size(), 4u);
+  Fill(*other, 40);
+  for (std::size_t index = 0; index < 40 * kRows; ++index) ExpectTensor(*other, index);
+  other.reset();
+  EXPECT_EQ(disk.cache.GetBytes(), 0u);
+  EXPECT_TRUE(disk.cache.CollectDirty().empty());
+}
+
+TEST(ChunkCache, ListElementsCount)
+{
+  // 64 lists of 4,000 bytes are 256 kB a chunk; the pool steps ahead by no more than what it has.
+  constexpr std::size_t kMost = (ChunkCache::kKeptChunks + 1) * 2 * kRows * 4000;
+  FakeDisk              disk(1 << 17);
+  const auto            block  = MakeBlock(disk, 1, "Lb");
+  FED_DataRecord* const record = block->CreateDataRecord();
+  record->SetIntList(1, FED_IntArray(std::vector<int>(1000, 7)));
+  for (std::size_t index = 0; index < 40 * kRows; ++index) {
+    block->SetRecord(index, *record);
+    ASSERT_LE(disk.cache.GetBytes(), kMost);
+  }
+  EXPECT_GE(disk.spills, 40 / (ChunkCache::kKeptChunks + 1));
+  for (std::size_t chunk = 0; chunk < 40; ++chunk) {
+    block->GetRecord(chunk * kRows, *record);
+    EXPECT_EQ(record->GetIntListLen(1), 1000u);
+    ASSERT_LE(disk.cache.GetBytes(), kMost);
+  }
+  EXPECT_GE(disk.cache.GetBytes(), kRows * 4000);
+}
+
+TEST(ChunkCache, HintReservesNoMoreThanTheFirstChunk)
+{
+  FakeDisk   disk(10 * kChunkBytes);
+  const auto block = MakeBlock(disk, 1);
+  block->Expect(100 * kRows);
+  EXPECT_EQ(disk.cache.GetBytes(), kChunkBytes);
+  Fill(*block, 3);
+  EXPECT_EQ(disk.cache.GetBytes(), 3 * kChunkBytes);
+  block->Expect(100 * kRows);
+  EXPECT_EQ(disk.cache.GetBytes(), 3 * kChunkBytes);
+}
