@@ -25,7 +25,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kAccepted = "expected an ONF folder or a solver result file (.frd, .dat)";
+constexpr const char* kAccepted =
+    "expected a working database (.fed), an ONF folder or a solver result file (.frd, .dat)";
 
 std::string ExtensionOf(const fs::path& path)
 {
@@ -61,6 +62,10 @@ std::unique_ptr<FED_ResultDatabase> ImportFile(const fs::path& path, Console& co
 
 }  // namespace
 
+bool IsWorkingDatabase(const fs::path& path) { return fs::is_directory(path) && fs::exists(path / "manifest"); }
+
+bool IsWorkingDatabaseName(const fs::path& path) { return ExtensionOf(path) == ".fed"; }
+
 bool IsOnfFolder(const fs::path& path) { return fs::is_directory(path) && fs::exists(path / "index"); }
 
 std::unique_ptr<QuilonOnfTxtDatabase> OpenOnf(const fs::path& path)
@@ -75,12 +80,12 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Console& console, Derivatio
 {
   const std::string name = path.string();
   if (!fs::exists(path)) Fail(name + ": no such file or folder, " + kAccepted);
-  if (IsOnfFolder(path))
+  if (IsWorkingDatabase(path) || (fs::is_directory(path) && IsWorkingDatabaseName(path)))
+    database_ = std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly);
+  else if (IsOnfFolder(path))
     database_ = OpenOnf(path);
-  else if (fs::is_directory(path) && ExtensionOf(path) == ".fed")
-    Fail(name + ": working databases on disk cannot be read yet, " + kAccepted);
   else if (fs::is_directory(path))
-    Fail(name + ": a folder without a file 'index', " + kAccepted);
+    Fail(name + ": a folder without a file 'manifest' or 'index', " + kAccepted);
   else if (IsResultFile(path))
     database_ = ImportFile(path, console, derivation);
   else

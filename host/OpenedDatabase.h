@@ -18,8 +18,8 @@ namespace quilon {
 class Console;
 class Selection;
 
-/// A database behind a path: a folder of ONF text or a solver's result file (`.frd`, `.dat`), which is imported into
-/// memory.
+/// A database behind a path: a working database on disk (`NAME.fed`), as its last commit left it, a folder of ONF text
+/// or a solver's result file (`.frd`, `.dat`), which is imported into memory.
 class OpenedDatabase
 {
 public:
@@ -35,7 +35,7 @@ public:
   OpenedDatabase& operator=(const OpenedDatabase&) = delete;
   ~OpenedDatabase();
 
-  /// To read. Blocks of a folder are loaded as they are asked for.
+  /// To read. What a folder holds is loaded as it is asked for.
   FED_Database& Get() noexcept { return *database_; }
 
   /// A working copy in memory with the selected blocks and the names of user kinds; it may be changed freely.
@@ -49,6 +49,12 @@ private:
   std::filesystem::path         path_;
   std::unique_ptr<FED_Database> database_;
 };
+
+/// @return whether the path is a folder that holds a working database
+bool IsWorkingDatabase(const std::filesystem::path& path);
+
+/// @return whether a working database is meant by this name: it ends in .fed
+bool IsWorkingDatabaseName(const std::filesystem::path& path);
 
 /// @return whether the path is a folder that holds an ONF text database
 bool IsOnfFolder(const std::filesystem::path& path);

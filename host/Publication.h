@@ -5,38 +5,62 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <vector>
 
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
 class FED_Database;
+class FED_ResultDatabase;
 
 namespace quilon {
 
-/// A folder that results go to, looked at before the work begins: what cannot be written is told early.
+class FreshDatabase;
+
+/// A database that results go to: an ONF folder or a working database on disk (`NAME.fed`). It is looked at before the
+/// work begins: what cannot be written is told early. All of it is published in one step, or nothing: a publication
+/// that goes without Publish() leaves everything as it was.
 class Publication
 {
 public:
-  /// @throws FED_Failure for a path where neither an ONF folder stands nor one can be made
-  explicit Publication(const std::filesystem::path& folder);
+  enum Form : int
+  {
+    AnyDatabase,
+    OnfFolder
+  };
 
-  /// Gives the database the names that user kinds have in the folder, so that what has a name there keeps its ONF id.
-  void TakeUserKindNames(FED_Database& database) const;
+  /// @throws FED_Failure for a path where neither a database of this form stands nor one can be made, and for a working
+  ///         database that another program writes
+  explicit Publication(const std::filesystem::path& folder, Form form = AnyDatabase);
+  Publication(const Publication&)            = delete;
+  Publication& operator=(const Publication&) = delete;
+  ~Publication();
 
-  /// Publishes all blocks of the database that have records in one step. Blocks of equal keys are replaced, other
-  /// blocks of the folder stay.
-  /// @param emptied blocks of the folder that are left without records: their values have been added to other blocks,
-  /// and
-  ///                a text database has no way to take a block out
+  /// An empty database to be filled; what has a name among the user kinds of the published one keeps it. Memory stays
+  /// flat where a working database is written.
+  FED_Database& Target() noexcept;
+
+  /// Publishes all blocks of the target that have records. Blocks of equal keys are replaced, other blocks stay.
   /// @return the number of blocks with records
-  /// @throws FED_Failure when a user kind has another name in the folder or the disk fails; the folder is then as it
-  /// was
-  std::size_t Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& emptied = {}) const;
+  /// @throws FED_Failure when a user kind has had another name or the disk fails; what was published is then as it was
+  std::size_t Publish();
+
+  /// Publishes blocks of a database, likewise.
+  /// @param emptied blocks that are published already and whose values have been added to others: they go, or in an ONF
+  ///                folder, which has no way to take a block out, are left without records
+  std::size_t Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& emptied = {});
 
 private:
-  void CheckUserKindNames(const FED_Database& database) const;
+  void        CheckFolder(Form form) const;
+  void        CheckUserKindNames(const FED_Database& database) const;
+  std::size_t PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& emptied) const;
+  std::size_t CommitTarget();
 
-  std::filesystem::path folder_;
+  std::filesystem::path               folder_;
+  bool                                isOnf_;
+  std::unique_ptr<FED_ResultDatabase> names_;     // of user kinds, as they are published
+  std::unique_ptr<FED_ResultDatabase> database_;  // the target, or what it is a view of
+  std::unique_ptr<FreshDatabase>      fresh_;     // of a working database on disk
 };
 
 }  // namespace quilon

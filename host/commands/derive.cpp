@@ -93,13 +93,13 @@ void Report(const Options& options, Output& output, const Changes& changes, cons
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (options.output.empty() && !IsOnfFolder(options.database))
-    Fail(options.database + ": not an ONF folder to add results to, expected one or -o OUT");
-  const bool        inPlace = options.output.empty();
-  const Publication publication(inPlace ? options.database : options.output);
-  OpenedDatabase    database(options.database, context.console, OpenedDatabase::DeriveNothing);
-  const KindTable   kinds(database.Get());
-  KindRequests      requests(options.requests, kinds);
+  if (options.output.empty() && !IsOnfFolder(options.database) && !IsWorkingDatabase(options.database))
+    Fail(options.database + ": not a database to add results to, expected a working database, an ONF folder or -o OUT");
+  const bool      inPlace = options.output.empty();
+  Publication     publication(inPlace ? options.database : options.output);
+  OpenedDatabase  database(options.database, context.console, OpenedDatabase::DeriveNothing);
+  const KindTable kinds(database.Get());
+  KindRequests    requests(options.requests, kinds);
 
   const auto        copy   = database.Copy(database.Get().GetDataDescriptors(FED_DataDescriptorPattern()));
   const Descriptors before = DescriptorsOf(*copy);
@@ -126,8 +126,10 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineDerive(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "ONF folder or solver result file (.frd, .dat)")->required();
-  app.add_option("-o,--output", options->output, "ONF folder for everything (default: add to DB, an ONF folder)")
+  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
+      ->required();
+  app.add_option("-o,--output", options->output,
+                 "Working database (.fed) or ONF folder for everything (default: add to DB)")
       ->type_name("OUT");
   app.add_option("--request", options->requests,
                  "What to derive: kinds, the path of a request file, all or none (default: all)")

@@ -4,7 +4,6 @@
 #include <memory>
 #include <string>
 
-#include <bundled/FED_ResultDatabase.h>
 #include <bundled/NativePath.h>
 #include <CLI/CLI.hpp>
 
@@ -14,6 +13,7 @@
 #include "Failure.h"
 #include "OpenedDatabase.h"
 #include "Publication.h"
+#include "QuilonDbConnector/FED_Database.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "QuilonOnfToVtm.h"
 #include "selection/LoadCaseMap.h"
@@ -35,14 +35,14 @@ struct Options
 
 void Run(const Options& options, CommandContext& context)
 {
-  const Publication        publication(options.output);
+  Publication              publication(options.output);
   const std::map<int, int> loadCaseMap = ParseLoadCaseMap(options.loadCaseMap);
   if (!IsOnfFolder(options.onf)) Fail(options.onf + ": not an ONF folder");
   const auto        onf    = OpenOnf(options.onf);
   const std::size_t before = onf->GetDataDescriptors(FED_DataDescriptorPattern()).size();
   if (before == 0) Fail(options.onf + ": holds no blocks");
 
-  FED_ResultDatabase working;
+  FED_Database& working = publication.Target();
   CopyUserKindNames(*onf, working);
   QuilonOnfToVtm::CopyOnfToVtm(WidePath(options.onf), working, FED_DataDescriptorPattern(), options.iteration,
                                options.loadCaseOffset, &loadCaseMap);
@@ -51,7 +51,7 @@ void Run(const Options& options, CommandContext& context)
   if (after != before)
     Fail(options.onf + ": " + std::to_string(before) + " blocks would become " + std::to_string(after) +
          ", expected a load case map and an iteration that keep them apart");
-  ReportWritten(context.output, options.json, options.output, publication.Publish(working));
+  ReportWritten(context.output, options.json, options.output, publication.Publish());
 }
 
 }  // namespace
@@ -60,7 +60,8 @@ CommandFunction DefineFromOnf(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
   app.add_option("ONF", options->onf, "ONF folder to read")->required();
-  app.add_option("-o,--output", options->output, "Folder to write; blocks of equal keys are replaced")
+  app.add_option("-o,--output", options->output,
+                 "Working database (.fed) or ONF folder to write; blocks of equal keys are replaced")
       ->required()
       ->type_name("OUT");
   AddIntegerOption(app, "--iteration", options->iteration, "Iteration of blocks that have none (default: 0)");
@@ -74,7 +75,7 @@ CommandFunction DefineFromOnf(CLI::App& app)
       "and the offset is added to both.\n"
       "\n"
       "Example:\n"
-      "  quilon from-onf wing.onf -o all.onf --iteration 3 --load-case-map 4:2,5:3 --load-case-offset 100");
+      "  quilon from-onf wing.onf -o all.fed --iteration 3 --load-case-map 4:2,5:3 --load-case-offset 100");
   return [options](CommandContext& context) { Run(*options, context); };
 }
 

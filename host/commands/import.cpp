@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
 #include "commands/NumberOptions.h"
 #include "Failure.h"
 #include "Publication.h"
+#include "QuilonDbConnector/FED_Database.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "ResultImport.h"
 #include "selection/KindRequests.h"
@@ -88,8 +88,8 @@ void PrintText(Output& output, const std::string& folder, std::size_t blocks, co
 
 void Run(const Options& options, CommandContext& context)
 {
-  const Publication publication(options.output);
-  KindRequests      requests = KindRequests::Nothing();
+  Publication  publication(options.output);
+  KindRequests requests = KindRequests::Nothing();
   if (options.requests) requests = KindRequests(*options.requests, KindTable());
 
   ImportOptions importOptions;
@@ -101,22 +101,21 @@ void Run(const Options& options, CommandContext& context)
     ThrowIfInterrupted();
     context.console.Progress(phase, done, total);
   };
-  FED_ResultDatabase database;
-  publication.TakeUserKindNames(database);
-  ImportReport report;
+  FED_Database& database = publication.Target();
+  ImportReport  report;
   try {
     report = ImportResults({options.files.begin(), options.files.end()}, database, importOptions);
   } catch (const FED_Failure&) {
     const bool hasSteps = !database.GetDataDescriptors(FED_DataDescriptorPattern()).empty();
     if (options.keepWholeSteps && hasSteps) {
-      const std::size_t kept = publication.Publish(database);
+      const std::size_t kept = publication.Publish();
       context.console.Note(options.output + ": kept " + Counted(kept, "block") + " of the steps that were whole");
     }
     throw;
   }
   if (database.GetDataDescriptors(FED_DataDescriptorPattern()).empty())
     Fail(options.files.front() + ": no results, nothing is written");
-  const std::size_t blocks = publication.Publish(database);
+  const std::size_t blocks = publication.Publish();
   if (options.json) return PrintJson(context.output, options.output, blocks, report);
   for (const std::string& notice : report.notices) context.console.Note(notice);
   PrintText(context.output, options.output, blocks, report);
@@ -129,7 +128,8 @@ CommandFunction DefineImport(CLI::App& app)
   const auto options = std::make_shared<Options>();
   app.add_option("RESULT", options->files, "Result files of the solver: .frd and .dat; those of one job share a stem")
       ->required();
-  app.add_option("-o,--output", options->output, "ONF folder to write; blocks of equal keys are replaced")
+  app.add_option("-o,--output", options->output,
+                 "Working database (.fed) or ONF folder to write; blocks of equal keys are replaced")
       ->required()
       ->type_name("OUT");
   AddIntegerOption(app, "--iteration", options->iteration, "Design iteration of the results (default: 0)");
@@ -146,7 +146,7 @@ CommandFunction DefineImport(CLI::App& app)
       "to match times.\n"
       "\n"
       "Examples:\n"
-      "  quilon import bracket.frd bracket.dat -o bracket.onf\n"
+      "  quilon import bracket.frd bracket.dat -o bracket.fed\n"
       "  quilon import job.dat -o job.onf --iteration 3 --request stress-principal");
   return [options](CommandContext& context) { Run(*options, context); };
 }

@@ -269,7 +269,8 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineShow(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "ONF folder or solver result file (.frd, .dat)")->required();
+  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
+      ->required();
   app.add_option("SELECTION", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,...")->required();
   AddStepsOption(app, options->selection);
   app.add_option("--ids", options->ids, "Only these records: 1,5-9 or first, last")->type_name("IDS");

@@ -25,10 +25,10 @@ struct Options
 
 void Run(const Options& options, CommandContext& context)
 {
-  const Publication publication(options.output);
-  OpenedDatabase    database(options.database, context.console);
-  const Selection   selection = options.selection.Parse(KindTable(database.Get()));
-  const auto        copy      = database.Copy(database.RequireBlocks(selection, options.selection.ToString()));
+  Publication     publication(options.output, Publication::OnfFolder);
+  OpenedDatabase  database(options.database, context.console);
+  const Selection selection = options.selection.Parse(KindTable(database.Get()));
+  const auto      copy      = database.Copy(database.RequireBlocks(selection, options.selection.ToString()));
   ReportWritten(context.output, options.json, options.output, publication.Publish(*copy));
 }
 
@@ -37,7 +37,8 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineToOnf(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "ONF folder or solver result file (.frd, .dat)")->required();
+  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
+      ->required();
   app.add_option("OUT", options->output, "ONF folder to write; blocks of equal keys are replaced")->required();
   app.add_option("--select", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)")
       ->type_name("SELECTION");

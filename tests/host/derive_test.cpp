@@ -124,7 +124,9 @@ TEST_F(DeriveCommand, ResultFileNeedsAnOutput)
 {
   const RunResult run = RunQuilon({"derive", "job.frd"});
   EXPECT_EQ(run.exitCode, 2);
-  EXPECT_EQ(run.err, "quilon: error: job.frd: not an ONF folder to add results to, expected one or -o OUT\n");
+  EXPECT_EQ(run.err,
+            "quilon: error: job.frd: not a database to add results to, expected a working database, an ONF "
+            "folder or -o OUT\n");
 }
 
 TEST_F(DeriveCommand, HelpHasAnExample)

@@ -110,7 +110,7 @@ TEST_F(FromOnfCommand, HelpHasAnExample)
 {
   const RunResult run = RunQuilon({"from-onf", "--help"});
   EXPECT_EQ(run.exitCode, 0);
-  EXPECT_NE(run.out.find("  quilon from-onf wing.onf -o all.onf --iteration 3"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("  quilon from-onf wing.onf -o all.fed --iteration 3"), std::string::npos) << run.out;
 }
 
 }  // namespace

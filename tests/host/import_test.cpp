@@ -231,7 +231,7 @@ TEST_F(ImportCommand, HelpHasAnExample)
 {
   const RunResult run = RunQuilon({"import", "--help"});
   EXPECT_EQ(run.exitCode, 0);
-  EXPECT_NE(run.out.find("  quilon import bracket.frd bracket.dat -o bracket.onf\n"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("  quilon import bracket.frd bracket.dat -o bracket.fed\n"), std::string::npos) << run.out;
 }
 
 }  // namespace

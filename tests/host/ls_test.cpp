@@ -125,19 +125,20 @@ TEST_F(LsCommand, FormsOfOutputExcludeEachOther)
 
 TEST_F(LsCommand, PathThatIsNoDatabaseIsAnError)
 {
-  const std::string accepted = "expected an ONF folder or a solver result file (.frd, .dat)\n";
-  const std::string none     = (folder_ / "none").string();
-  const std::string text     = onf_ + "/index";
-  const std::string fed      = (folder_ / "a.fed").string();
+  const std::string accepted =
+      "expected a working database (.fed), an ONF folder or a solver result file (.frd, .dat)\n";
+  const std::string none = (folder_ / "none").string();
+  const std::string text = onf_ + "/index";
+  const std::string fed  = (folder_ / "a.fed").string();
   std::filesystem::create_directory(fed);
   const std::string parent = folder_.GetPath().string();
 
   EXPECT_EQ(RunQuilon({"ls", none}).err, "quilon: error: " + none + ": no such file or folder, " + accepted);
   EXPECT_EQ(RunQuilon({"ls", text}).err, "quilon: error: " + text + ": not a database, " + accepted);
   EXPECT_EQ(RunQuilon({"ls", parent}).err,
-            "quilon: error: " + parent + ": a folder without a file 'index', " + accepted);
+            "quilon: error: " + parent + ": a folder without a file 'manifest' or 'index', " + accepted);
   const RunResult run = RunQuilon({"ls", fed});
-  EXPECT_EQ(run.err, "quilon: error: " + fed + ": working databases on disk cannot be read yet, " + accepted);
+  EXPECT_EQ(run.err, "quilon: error: " + fed + ": not a database: it has no manifest\n");
   EXPECT_EQ(run.exitCode, 2);
 }
 

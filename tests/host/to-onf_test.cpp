@@ -91,12 +91,11 @@ TEST_F(ToOnfCommand, FolderNeedsAParent)
             "quilon: error: " + parent + "/out.onf: no folder " + parent + " to make it in\n");
 }
 
-TEST_F(ToOnfCommand, WorkingDatabaseOnDiskIsRefused)
+TEST_F(ToOnfCommand, WorkingDatabaseIsNoOnfFolder)
 {
   const std::string fed = (folder_ / "out.fed").string();
   EXPECT_EQ(RunQuilon({"to-onf", onf_, fed}).err,
-            "quilon: error: " + fed +
-                ": working databases on disk cannot be written yet, expected the name of an ONF folder\n");
+            "quilon: error: " + fed + ": a working database, expected the name of an ONF folder\n");
   EXPECT_FALSE(std::filesystem::exists(fed));
 }
 
