@@ -32,6 +32,24 @@ std::uint64_t MakeHandle(std::uint64_t segment, std::uint64_t extent) noexcept {
 
 }  // namespace
 
+std::string ReadManifestText(FED_FileLayer& files, const std::filesystem::path& folder)
+{
+  const std::filesystem::path path   = GetManifestPath(folder);
+  FED_FileLayer::Handle       handle = FED_FileLayer::kNoHandle;
+  const std::error_code       error  = files.Open(path, FED_FileLayer::Read, handle);
+  if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
+    ThrowFileFailure(folder, "not a database: it has no manifest");
+  RequireSuccess(error, path, "open");
+  const StoreFile     file(files, path, handle);
+  const std::uint64_t size = file.GetSize();
+  if (size > kMaxManifestBytes) ThrowFileFailure(path, "not the manifest of a database, or damaged");
+  std::string text(static_cast<std::size_t>(size), '\0');
+  file.ReadAt(0, text.data(), text.size());
+  return text;
+}
+
+std::filesystem::path GetManifestPath(const std::filesystem::path& folder) { return folder / kManifestName; }
+
 // A merge that is written but not yet in force.
 struct SegmentStore::Merged
 {
@@ -228,7 +246,7 @@ void SegmentStore::Publish(bool compacts)
 void SegmentStore::OpenForReading()
 {
   for (std::string text = ReadManifest();;) {
-    manifest_ = DecodeManifest(text, GetManifestPath());
+    manifest_ = DecodeManifest(text, GetManifestPath(folder_));
     try {
       OpenSegments();
       return;
@@ -245,7 +263,7 @@ void SegmentStore::OpenForWriting()
   ReadManifest();  // what is no database is left alone
   isInManifest_ = true;
   LockFolder();
-  manifest_ = DecodeManifest(ReadManifest(), GetManifestPath());
+  manifest_ = DecodeManifest(ReadManifest(), GetManifestPath(folder_));
   OpenSegments();
   RemoveLeftovers();
 }
@@ -264,28 +282,13 @@ void SegmentStore::CreateEmpty()
   LockFolder();
   std::error_code       error;
   FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
-  error                        = files_->Open(GetManifestPath(), FED_FileLayer::Read, handle);
+  error                        = files_->Open(GetManifestPath(folder_), FED_FileLayer::Read, handle);
   if (!error) {
     files_->Close(handle);
     isInManifest_ = true;
     ThrowFileFailure(folder_, "cannot create a database: there is one already");
   }
   RemoveLeftovers();
-}
-
-std::string SegmentStore::ReadManifest() const
-{
-  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
-  const std::error_code error  = files_->Open(GetManifestPath(), FED_FileLayer::Read, handle);
-  if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
-    ThrowFileFailure(folder_, "not a database: it has no manifest");
-  RequireSuccess(error, GetManifestPath(), "open");
-  const StoreFile     file(*files_, GetManifestPath(), handle);
-  const std::uint64_t size = file.GetSize();
-  if (size > kMaxManifestBytes) ThrowFileFailure(GetManifestPath(), "not the manifest of a database, or damaged");
-  std::string text(static_cast<std::size_t>(size), '\0');
-  file.ReadAt(0, text.data(), text.size());
-  return text;
 }
 
 void SegmentStore::LockFolder()
@@ -423,7 +426,7 @@ void SegmentStore::ReplaceManifest(const Manifest& manifest)
   RequireSuccess(files_->FlushFolder(folder_), folder_, "flush");
   if (!isInManifest_) RequireSuccess(files_->FlushFolder(GetFolderAbove(folder_)), GetFolderAbove(folder_), "flush");
   isUncertain_ = true;
-  RequireSuccess(files_->Rename(path, GetManifestPath()), GetManifestPath(), "replace");
+  RequireSuccess(files_->Rename(path, GetManifestPath(folder_)), GetManifestPath(folder_), "replace");
   RequireSuccess(files_->FlushFolder(folder_), folder_, "flush");
   isUncertain_ = false;
 }

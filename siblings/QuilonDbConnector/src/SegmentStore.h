@@ -20,6 +20,13 @@
 #include "SegmentWriter.h"
 #include "StoredState.h"
 
+/// @return the text of a database's manifest
+/// @throws FED_Failure that names the folder or the file when it cannot be read
+std::string ReadManifestText(FED_FileLayer& files, const std::filesystem::path& folder);
+
+/// @return the path of a database's manifest
+std::filesystem::path GetManifestPath(const std::filesystem::path& folder);
+
 /// The folder of a database, opened by a reader or by its one writer.
 ///
 /// What is written lies in new segments, readable at once but only in this process; Publish() makes all of it the
@@ -74,7 +81,7 @@ private:
   void                     OpenForReading();
   void                     OpenForWriting();
   void                     CreateEmpty();
-  std::string              ReadManifest() const;
+  std::string              ReadManifest() const { return ReadManifestText(*files_, folder_); }
   void                     LockFolder();
   void                     RemoveLeftovers();
   void                     OpenSegments();
@@ -88,7 +95,6 @@ private:
   void                     ReplaceManifest(const Manifest& manifest);
   void                     RemoveGarbage() noexcept;
   void                     Abandon() noexcept;
-  std::filesystem::path    GetManifestPath() const { return folder_ / "manifest"; }
 
   struct Merged;
   Merged PrepareMerge(const MergeWindow& window);

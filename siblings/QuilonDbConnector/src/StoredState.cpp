@@ -40,11 +40,6 @@ std::string DescribeChunk(const StoredState::Block& block, const IndexExtent& ex
          std::to_string(extent.firstRow + (extent.rowCount - 1)) + ") of block " + block.stored.descriptor.ToString();
 }
 
-[[noreturn]] void ThrowContradiction(const Segment& segment, const std::string& text)
-{
-  ThrowFileFailure(segment.GetPath(), "its index is damaged: " + text);
-}
-
 }  // namespace
 
 std::vector<VisibleRows> FindVisibleRows(const ExtentList& extents)
@@ -55,6 +50,12 @@ std::vector<VisibleRows> FindVisibleRows(const ExtentList& extents)
   std::sort(visible.begin(), visible.end(), [](const auto& a, const auto& b) { return a.begin < b.begin; });
   return visible;
 }
+
+StoredState::StoredState()
+    : complain_([](const Segment& segment, const std::string& text) {
+        ThrowFileFailure(segment.GetPath(), "its index is damaged: " + text);
+      })
+{}
 
 void StoredState::ExpectDeleted(const Segment& segment)
 {
@@ -70,9 +71,9 @@ void StoredState::Add(Segment& segment)
   for (std::size_t i = 0; i < index.ids.size(); ++i) {
     const std::size_t kind = index.ids[i].kind;
     if (index.ids[i].firstIndex != GetIdCount(kind) + 1)
-      ThrowContradiction(segment, "ids of entity kind " + std::to_string(kind) + " start at index " +
-                                      std::to_string(index.ids[i].firstIndex) + ", expected " +
-                                      std::to_string(GetIdCount(kind) + 1));
+      complain_(segment, "ids of entity kind " + std::to_string(kind) + " start at index " +
+                             std::to_string(index.ids[i].firstIndex) + ", expected " +
+                             std::to_string(GetIdCount(kind) + 1));
     ids_[kind].push_back({&segment, i});
   }
   if (index.hasNames) names_ = std::map<int, std::string>(index.names.begin(), index.names.end());
@@ -86,8 +87,8 @@ void StoredState::RequireAllRows() const
     for (const auto& [chunk, extents] : block.chunks)
       for (const VisibleRows& rows : FindVisibleRows(extents)) {
         if (rows.begin != next)
-          ThrowContradiction(*extents[rows.extent].segment, "row " + std::to_string(next) + " of block " +
-                                                                block.stored.descriptor.ToString() + " is missing");
+          complain_(*extents[rows.extent].segment,
+                    "row " + std::to_string(next) + " of block " + block.stored.descriptor.ToString() + " is missing");
         next = rows.end;
       }
   }
@@ -162,8 +163,10 @@ void StoredState::Declare(const StoredBlock& block, const Segment& segment)
   const auto [found, isNew] = blocks_.try_emplace(block.uid);
   Block& own                = found->second;
   // A block is declared again when it takes its format, before it has rows.
-  if (!isNew && (own.stored.rowCount > 0 || !(own.stored.descriptor == block.descriptor)))
-    ThrowContradiction(segment, "block " + block.descriptor.ToString() + " is there twice");
+  if (!isNew && (own.stored.rowCount > 0 || !(own.stored.descriptor == block.descriptor))) {
+    complain_(segment, "block " + block.descriptor.ToString() + " is there twice");
+    return;
+  }
   own.stored  = block;
   own.columns = GetStoredColumns(block.format);
 }
@@ -182,12 +185,12 @@ void StoredState::AddExtent(const ExtentRef& extent)
   const IndexExtent& rows  = extent.Get();
   const auto         found = blocks_.find(rows.block);
   if (found == blocks_.end()) {
-    if (deleted_.count(rows.block) == 0) ThrowContradiction(*extent.segment, "rows belong to no block");
+    if (deleted_.count(rows.block) == 0) complain_(*extent.segment, "rows belong to no block");
     extent.segment->MarkDead(extent.position);
     return;
   }
   Block& block = found->second;
-  RequireFit(block, extent);
+  if (!Fits(block, extent)) return;
   block.stored.rowCount = std::max(block.stored.rowCount, rows.firstRow + rows.rowCount);
   block.stored.maxKey   = std::max(block.stored.maxKey, rows.maxKey);
   ExtentList& list      = block.chunks[rows.chunk];
@@ -205,25 +208,29 @@ void StoredState::AddExtent(const ExtentRef& extent)
   list.resize(kept, extent);
 }
 
-void StoredState::RequireFit(const Block& block, const ExtentRef& extent) const
+bool StoredState::Fits(const Block& block, const ExtentRef& extent) const
 {
-  const IndexExtent&  rows  = extent.Get();
-  const std::uint64_t first = std::uint64_t{rows.chunk} << block.stored.chunkShift;
+  const IndexExtent&  rows     = extent.Get();
+  const std::uint64_t first    = std::uint64_t{rows.chunk} << block.stored.chunkShift;
+  const auto          complain = [&](const std::string& text) {
+    complain_(*extent.segment, DescribeChunk(block, rows) + text);
+    return false;
+  };
   if (rows.firstRow < first ||
       std::uint64_t{rows.firstRow} + rows.rowCount > first + (std::uint64_t{1} << block.stored.chunkShift))
-    ThrowContradiction(*extent.segment, DescribeChunk(block, rows) + " has rows of another chunk");
+    return complain(" has rows of another chunk");
   if (rows.columnCount != block.columns.size())
-    ThrowContradiction(*extent.segment, DescribeChunk(block, rows) + " has " + std::to_string(rows.columnCount) +
-                                            " columns, expected " + std::to_string(block.columns.size()));
+    return complain(" has " + std::to_string(rows.columnCount) + " columns, expected " +
+                    std::to_string(block.columns.size()));
   for (std::size_t i = 0; i < block.columns.size(); ++i) {
     const StoredColumn& column       = block.columns[i];
     const std::uint64_t elementBytes = GetElementBytes(column.element);
     const std::uint64_t bytes        = extent.segment->GetIndex().columns[rows.firstColumn + i].bytes.bytes;
     const bool          fits =
         column.isElements ? bytes % elementBytes == 0 : bytes == elementBytes * column.width * rows.rowCount;
-    if (!fits)
-      ThrowContradiction(*extent.segment, DescribeColumn(block, rows, i) + " has " + std::to_string(bytes) + " bytes");
+    if (!fits) return complain(", field " + std::to_string(column.field) + ", has " + std::to_string(bytes) + " bytes");
   }
+  return true;
 }
 
 std::string DescribeColumn(const StoredState::Block& block, const IndexExtent& extent, std::size_t column)

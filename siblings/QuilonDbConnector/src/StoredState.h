@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <unordered_map>
@@ -44,6 +45,9 @@ class StoredState
 public:
   static constexpr std::size_t kNumKinds = 15;
 
+  /// Takes what is wrong with a segment. When it returns, what is wrong is left out.
+  using Complain = std::function<void(const Segment& segment, const std::string& text)>;
+
   struct Block
   {
     StoredBlock                         stored;  ///< with rowCount and maxKey
@@ -67,14 +71,17 @@ public:
     std::array<std::vector<IdPiece>, kNumKinds>     ids;
   };
 
+  /// What is wrong is a FED_Failure that names the segment's file; the state is then of no use any more.
+  StoredState();
+  explicit StoredState(Complain complain) : complain_(std::move(complain)) {}
+
   /// Rows of these blocks are passed over wherever they come.
   void ExpectDeleted(const Segment& segment);
 
-  /// @throws FED_Failure that names the file when its index contradicts itself or those of earlier segments; the state
-  ///         is then of no use any more
+  /// Complains when the segment's index contradicts itself or those of earlier segments.
   void Add(Segment& segment);
 
-  /// @throws FED_Failure that names a block's file unless all rows up to a block's last are there
+  /// Complains unless all rows up to a block's last are there.
   void RequireAllRows() const;
 
   /// Prepares putting a merged segment in the place of those that it stands for.
@@ -92,8 +99,9 @@ private:
   void Declare(const StoredBlock& block, const Segment& segment);
   void Delete(BlockUid uid) noexcept;
   void AddExtent(const ExtentRef& extent);
-  void RequireFit(const Block& block, const ExtentRef& extent) const;
+  bool Fits(const Block& block, const ExtentRef& extent) const;
 
+  Complain                                    complain_;
   std::unordered_map<BlockUid, Block>         blocks_;
   std::unordered_set<BlockUid>                deleted_;
   std::array<std::vector<IdPiece>, kNumKinds> ids_;

@@ -1,0 +1,56 @@
+#pragma once
+
+/// @file
+/// The health of a database on disk, and what can be had from a damaged one.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "quilon_contract_export.h"
+
+class FED_Database;
+class FED_FileLayer;
+
+/// What was found in a database's folder. Texts name file, block and chunk.
+struct FED_DatabaseReport
+{
+  std::uint64_t            generation = 0;  ///< of the manifest
+  std::size_t              segments   = 0;  ///< that belong to the database
+  std::uint64_t            fileBytes  = 0;  ///< of them
+  std::uint64_t            deadBytes  = 0;  ///< of data that compacting gives back
+  std::size_t              blocks     = 0;
+  std::uint64_t            records    = 0;
+  std::uint64_t            extents    = 0;  ///< runs of rows that were checked
+  std::vector<std::string> leftovers;       ///< files of commits that did not happen; the next writer removes them
+  std::vector<std::string> findings;        ///< what is wrong; empty for a whole database
+};
+
+/// Reads and checks all of a database: manifest, headers and indices, every byte of rows and id maps against its
+/// checksum, lengths of lists against their elements, statistics against values, and that no id, no record index and no
+/// block is there twice. Changes nothing; a writer may be at work.
+/// @param files null: the operating system's files
+/// @throws FED_Failure when the folder cannot be listed
+QUILON_DB_CONNECTOR_API FED_DatabaseReport FED_InspectDatabase(const std::filesystem::path& folder,
+                                                               FED_FileLayer*               files = nullptr);
+
+/// What was copied, and what was not.
+struct FED_SalvageReport
+{
+  bool                     hasManifest = false;
+  std::size_t              blocks      = 0;
+  std::uint64_t            records     = 0;
+  std::uint64_t            lostRecords = 0;  ///< as far as they are known: those of a lost index are not
+  std::vector<std::string> losses;           ///< what is damaged or missing, and what is lost with it
+};
+
+/// Copies every whole run of rows of a damaged database. Ids and indices stay as they are; where an id map is damaged,
+/// the records whose ids are known are kept under new indices. Without a whole manifest all whole segments of the
+/// folder count, also those of a commit that did not happen.
+/// @param target an empty database; the caller commits it
+/// @param files  null: the operating system's files
+/// @throws FED_Failure when the folder cannot be listed, or the target fails
+QUILON_DB_CONNECTOR_API FED_SalvageReport FED_SalvageDatabase(const std::filesystem::path& folder, FED_Database& target,
+                                                              FED_FileLayer* files = nullptr);

@@ -1,0 +1,487 @@
+#include "bundled/FED_DatabaseInspection.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <numeric>
+#include <optional>
+#include <unordered_set>
+#include <utility>
+
+#include "QuilonDbConnector/FED_Database.h"
+#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
+#include "QuilonUtilities/FED_Failure.h"
+
+#include "bundled/FED_FileLayer.h"
+#include "Manifest.h"
+#include "SegmentMerge.h"
+#include "SegmentStore.h"
+#include "StoredState.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+// The kind of ids that the catalogue does not know: there an index without an id is its own.
+constexpr std::size_t kUnknownKind = 14;
+
+// Keeps what a call says of its failure.
+// @return whether it succeeded
+template <typename Call>
+bool Attempt(Texts& failures, const Call& call)
+{
+  try {
+    call();
+    return true;
+  } catch (const FED_Failure& failure) {
+    failures.emplace_back(failure.what());
+    return false;
+  }
+}
+
+SegmentEntry ReadHeader(const StoreFile& file)
+{
+  std::array<std::uint8_t, kSegmentHeaderBytes> bytes{};
+  file.ReadAt(0, bytes.data(), bytes.size());
+  return DecodeHeader(bytes, file.GetPath());
+}
+
+// A database's folder as far as it can be read.
+class InspectedFolder
+{
+public:
+  InspectedFolder(const std::filesystem::path& folder, FED_FileLayer& files) : folder_(folder), files_(files)
+  {
+    RequireSuccess(files_.List(folder_, names_), folder_, "list");
+    std::sort(names_.begin(), names_.end());
+  }
+
+  // Opens the manifest's segments, again and again while a writer moves the manifest.
+  // @return whether there is a whole manifest
+  bool OpenListed(Texts& findings)
+  {
+    for (;;) {
+      std::string text;
+      Texts       found;
+      segments_.clear();
+      if (!Attempt(found, [&] {
+            text      = ReadManifestText(files_, folder_);
+            manifest_ = DecodeManifest(text, GetManifestPath(folder_));
+          }))
+      {
+        findings.insert(findings.end(), found.begin(), found.end());
+        return false;
+      }
+      for (const SegmentEntry& entry : manifest_.segments) Attempt(found, [&] { OpenListed(entry, found); });
+      if (!found.empty() && ReadManifestText(files_, folder_) != text) continue;
+      findings.insert(findings.end(), found.begin(), found.end());
+      return true;
+    }
+  }
+
+  // Opens all segments that are whole by their headers, and leaves out those that were merged into others.
+  void OpenAll(Texts& findings)
+  {
+    for (const std::string& name : names_) {
+      if (!IsSegmentName(name)) continue;
+      Attempt(findings, [&] {
+        StoreFile          file(files_, folder_ / name, FED_FileLayer::Read);
+        const SegmentEntry entry = ReadHeader(file);
+        segments_.push_back(std::make_unique<Segment>(std::move(file), entry));
+      });
+    }
+    const auto isPartOf = [](const SegmentEntry& part, const SegmentEntry& whole) {
+      return part.number < whole.number && whole.first <= part.first && part.last <= whole.last;
+    };
+    std::vector<std::unique_ptr<Segment>> kept;
+    for (std::unique_ptr<Segment>& segment : segments_) {
+      const bool isMerged = std::any_of(segments_.begin(), segments_.end(), [&](const auto& other) {
+        return other != nullptr && isPartOf(segment->GetEntry(), other->GetEntry());
+      });
+      if (!isMerged) kept.push_back(std::move(segment));
+    }
+    std::sort(kept.begin(), kept.end(),
+              [](const auto& a, const auto& b) { return a->GetEntry().first < b->GetEntry().first; });
+    segments_ = std::move(kept);
+  }
+
+  // Puts together what the open segments hold.
+  StoredState MakeState(Texts& findings) const
+  {
+    StoredState state([&](const Segment& segment, const std::string& text) {
+      findings.push_back(segment.GetPath().string() + ": its index contradicts others: " + text);
+    });
+    for (const auto& segment : segments_) state.ExpectDeleted(*segment);
+    for (const auto& segment : segments_) state.Add(*segment);
+    state.RequireAllRows();
+    return state;
+  }
+
+  Texts FindLeftovers() const
+  {
+    Texts leftovers;
+    for (const std::string& name : names_) {
+      const auto isOurs = [&](const SegmentEntry& entry) { return GetSegmentName(entry.number) == name; };
+      if (name == "manifest.new" ||
+          (IsSegmentName(name) && std::none_of(manifest_.segments.begin(), manifest_.segments.end(), isOurs)))
+        leftovers.push_back(name);
+    }
+    return leftovers;
+  }
+
+  const Manifest&                              GetManifest() const noexcept { return manifest_; }
+  const std::vector<std::unique_ptr<Segment>>& GetSegments() const noexcept { return segments_; }
+
+private:
+  void OpenListed(const SegmentEntry& entry, Texts& findings)
+  {
+    StoreFile file(files_, folder_ / GetSegmentName(entry.number), FED_FileLayer::Read);
+    Attempt(findings, [&] {
+      if (!(ReadHeader(file) == entry)) ThrowFileFailure(file.GetPath(), "its header and the manifest differ");
+    });
+    segments_.push_back(std::make_unique<Segment>(std::move(file), entry));
+  }
+
+  std::filesystem::path                 folder_;
+  FED_FileLayer&                        files_;
+  Texts                                 names_;
+  Manifest                              manifest_;
+  std::vector<std::unique_ptr<Segment>> segments_;
+};
+
+// The bytes of one extent, all checked.
+struct ExtentBytes
+{
+  std::vector<std::uint32_t>             keys;
+  std::vector<std::vector<std::uint8_t>> columns;
+
+  ExtentBytes(const StoredState::Block& block, const ExtentRef& extent)
+  {
+    const IndexExtent& rows = extent.Get();
+    keys.resize(rows.rowCount);
+    if (rows.keysAreRun)
+      std::iota(keys.begin(), keys.end(), rows.firstKey);
+    else
+      extent.segment->Read(rows.keys, keys.data(), [&] { return DescribeKeys(block, rows); });
+    for (std::size_t i = 0; i < block.columns.size(); ++i) {
+      const StoredBytes& stored = GetIndexColumn(extent, i).bytes;
+      columns.emplace_back(static_cast<std::size_t>(stored.bytes));
+      extent.segment->Read(stored, columns.back().data(), [&] { return DescribeColumn(block, rows, i); });
+      if (block.columns[i].isElements) RequireLengths(block, extent, i);
+    }
+  }
+
+  std::uint32_t GetLength(std::size_t lengthColumn, std::size_t row) const
+  {
+    std::uint32_t length = 0;
+    std::memcpy(&length, columns[lengthColumn].data() + 4 * row, 4);
+    return length;
+  }
+
+  static const IndexColumn& GetIndexColumn(const ExtentRef& extent, std::size_t column)
+  {
+    return extent.segment->GetIndex().columns[extent.Get().firstColumn + column];
+  }
+
+private:
+  void RequireLengths(const StoredState::Block& block, const ExtentRef& extent, std::size_t column) const
+  {
+    std::uint64_t elements = 0;
+    for (std::size_t row = 0; row < keys.size(); ++row) elements += GetLength(column - 1, row);
+    if (elements * GetElementBytes(block.columns[column].element) != columns[column].size())
+      ThrowFileFailure(extent.segment->GetPath(), DescribeColumn(block, extent.Get(), column) +
+                                                      " is damaged: the lists have " + std::to_string(elements) +
+                                                      " elements, " + std::to_string(columns[column].size()) +
+                                                      " bytes are there");
+  }
+};
+
+void RequireStatistics(const StoredState::Block& block, const ExtentRef& extent, const ExtentBytes& bytes)
+{
+  for (std::size_t i = 0; i < block.columns.size(); ++i) {
+    if (i + 1 < block.columns.size() && block.columns[i + 1].isElements) continue;
+    ColumnStatistics        statistics;
+    const ColumnStatistics& stored = ExtentBytes::GetIndexColumn(extent, i).statistics;
+    AddStatistics(block.columns[i].element, bytes.columns[i].data(), bytes.columns[i].size(), statistics);
+    if (statistics.values != stored.values || statistics.nans != stored.nans || statistics.least != stored.least ||
+        statistics.greatest != stored.greatest)
+      ThrowFileFailure(extent.segment->GetPath(),
+                       DescribeColumn(block, extent.Get(), i) + ": the index tells another range than the values have");
+  }
+}
+
+// Blocks in the order of their uids, so that reports do not depend on hashing.
+std::vector<const StoredState::Block*> SortBlocks(const StoredState& state)
+{
+  std::vector<const StoredState::Block*> blocks;
+  for (const auto& [uid, block] : state.GetBlocks()) blocks.push_back(&block);
+  std::sort(blocks.begin(), blocks.end(), [](const auto* a, const auto* b) { return a->stored.uid < b->stored.uid; });
+  return blocks;
+}
+
+// Checks a chunk, and that its record indices are new.
+// @return whether all of it can be read
+bool CheckChunk(const StoredState::Block& block, const ExtentList& extents, std::unordered_set<std::uint32_t>& keys,
+                FED_DatabaseReport& report)
+{
+  bool                                    isWhole = true;
+  std::vector<std::vector<std::uint32_t>> keysOfExtents(extents.size());
+  for (std::size_t i = 0; i < extents.size(); ++i) {
+    ++report.extents;
+    const bool isRead = Attempt(report.findings, [&] {
+      ExtentBytes bytes(block, extents[i]);
+      RequireStatistics(block, extents[i], bytes);
+      keysOfExtents[i] = std::move(bytes.keys);
+    });
+    isWhole           = isWhole && isRead;
+  }
+  for (const VisibleRows& visible : FindVisibleRows(extents)) {
+    if (keysOfExtents[visible.extent].empty()) continue;
+    const std::uint32_t first = extents[visible.extent].Get().firstRow;
+    for (std::uint32_t row = visible.begin; row < visible.end; ++row)
+      if (const std::uint32_t key = keysOfExtents[visible.extent][row - first]; !keys.insert(key).second)
+        report.findings.push_back("block " + block.stored.descriptor.ToString() + ": record index " +
+                                  std::to_string(key) + " is there twice");
+  }
+  return isWhole;
+}
+
+void CheckBlock(const StoredState::Block& block, FED_DatabaseReport& report)
+{
+  std::unordered_set<std::uint32_t> keys;
+  bool                              isWhole = true;
+  for (const auto& [chunk, extents] : block.chunks) isWhole = CheckChunk(block, extents, keys, report) && isWhole;
+  ++report.blocks;
+  report.records += keys.size();
+  if (isWhole && keys.size() != block.stored.rowCount)
+    report.findings.push_back("block " + block.stored.descriptor.ToString() + ": " + std::to_string(keys.size()) +
+                              " records can be read, expected " + std::to_string(block.stored.rowCount));
+}
+
+// Ids of a kind by index - 1; nothing where a piece is damaged or missing.
+std::vector<std::optional<int>> ReadIds(const StoredState& state, std::size_t kind, Texts& failures)
+{
+  const std::string               name = "the id map of entity kind " + std::to_string(kind);
+  std::vector<std::optional<int>> ids;
+  for (const StoredState::IdPiece& piece : state.GetIds(kind)) {
+    const IndexIds&  stored = piece.Get();
+    std::vector<int> some(static_cast<std::size_t>(stored.ids.bytes / 4));
+    if (!Attempt(failures, [&] { piece.segment->Read(stored.ids, some.data(), [&] { return name; }); })) continue;
+    const std::size_t first = stored.firstIndex - 1;
+    if (ids.size() < first + some.size()) ids.resize(first + some.size());
+    std::copy(some.begin(), some.end(), ids.begin() + static_cast<std::ptrdiff_t>(first));
+  }
+  return ids;
+}
+
+void CheckIds(const StoredState& state, FED_DatabaseReport& report)
+{
+  for (std::size_t kind = 0; kind < StoredState::kNumKinds; ++kind) {
+    std::unordered_set<int> known;
+    for (const std::optional<int>& id : ReadIds(state, kind, report.findings))
+      if (id && !known.insert(*id).second)
+        report.findings.push_back("the id map of entity kind " + std::to_string(kind) + ": id " + std::to_string(*id) +
+                                  " is there twice");
+  }
+}
+
+void CheckDescriptors(const StoredState& state, FED_DatabaseReport& report)
+{
+  std::map<FED_DataDescriptor, BlockUid> known;
+  for (const StoredState::Block* block : SortBlocks(state))
+    if (!known.emplace(block->stored.descriptor, block->stored.uid).second)
+      report.findings.push_back("block " + block->stored.descriptor.ToString() + " is there twice");
+}
+
+// Copies what is whole into a database.
+class Salvage
+{
+public:
+  Salvage(const StoredState& state, FED_Database& target, FED_SalvageReport& report)
+      : state_(state), target_(target), report_(report), isIncomplete_(!report.losses.empty())
+  {}
+
+  void Run()
+  {
+    for (const auto& [onf, name] : state_.GetNames()) target_.SetUserKindName(static_cast<FED_OnfId>(onf), name);
+    for (std::size_t kind = 0; kind < StoredState::kNumKinds; ++kind) CopyIds(kind);
+    for (const StoredState::Block* block : SortBlocks(state_)) CopyBlock(*block);
+    // Records at indices without an id are nothing unusual, but after a loss their ids may have been there.
+    for (std::size_t kind = 0; isIncomplete_ && kind < kUnknownKind; ++kind)
+      if (maps_[kind].withoutId > 0)
+        report_.losses.push_back("the id map of entity kind " + std::to_string(kind) + ": " +
+                                 std::to_string(maps_[kind].withoutId) + " records are kept at indices without an id");
+  }
+
+private:
+  // As long as all ids are known, indices stay as they are.
+  void CopyIds(std::size_t kind)
+  {
+    Texts     failures;
+    IdMap&    map    = maps_[kind];
+    auto&     losses = report_.losses;
+    const int number = static_cast<int>(kind);
+    map.ids          = ReadIds(state_, kind, failures);
+    map.ids.resize(state_.GetIdCount(kind));
+    map.isWhole = std::all_of(map.ids.begin(), map.ids.end(), [](const auto& id) { return id.has_value(); });
+    losses.insert(losses.end(), failures.begin(), failures.end());
+    if (!map.isWhole)
+      losses.push_back("the id map of entity kind " + std::to_string(kind) + ": " +
+                       std::to_string(std::count(map.ids.begin(), map.ids.end(), std::nullopt)) + " ids are lost");
+    for (const std::optional<int>& id : map.ids)
+      if (id) target_.GetIdMapsPool().FindOrAddIndex(number, *id);
+  }
+
+  std::optional<std::size_t> TranslateIndex(std::size_t kind, std::uint32_t index)
+  {
+    if (kind >= maps_.size()) return index;
+    IdMap& map = maps_[kind];
+    if (index > map.ids.size()) ++map.withoutId;
+    if (map.isWhole) return index;
+    if (index == 0 || index > map.ids.size() || !map.ids[index - 1]) return std::nullopt;
+    return target_.GetIdMapsPool().FindOrAddIndex(static_cast<int>(kind), *map.ids[index - 1]);
+  }
+
+  void CopyBlock(const StoredState::Block& block)
+  {
+    const StoredBlock& stored = block.stored;
+    if (target_.HasDataBlock(stored.descriptor)) {
+      report_.losses.push_back("block " + stored.descriptor.ToString() + " is there twice: the later one is lost");
+      return;
+    }
+    FED_DataBlock& to = *target_.CreateDataBlock(stored.descriptor, stored.rowCount, 0, stored.format.ToString());
+    ++report_.blocks;
+    for (const auto& [chunk, extents] : block.chunks) CopyChunk(block, extents, to);
+  }
+
+  void CopyChunk(const StoredState::Block& block, const ExtentList& extents, FED_DataBlock& to)
+  {
+    std::vector<std::optional<ExtentBytes>> bytes(extents.size());
+    for (std::size_t i = 0; i < extents.size(); ++i)
+      Attempt(report_.losses, [&] { bytes[i].emplace(block, extents[i]); });
+    for (const VisibleRows& visible : FindVisibleRows(extents)) {
+      // Rows of a damaged run are lost even where an earlier run has them: those are not what they were last.
+      if (!bytes[visible.extent])
+        report_.lostRecords += visible.end - visible.begin;
+      else
+        CopyRows(block, *bytes[visible.extent], extents[visible.extent].Get().firstRow, visible, to);
+    }
+  }
+
+  void CopyRows(const StoredState::Block& block, const ExtentBytes& bytes, std::uint32_t firstRow,
+                const VisibleRows& visible, FED_DataBlock& to)
+  {
+    const auto onf  = static_cast<FED_OnfId>(block.stored.descriptor.values[FED_DataDescriptor::OnfId]);
+    const auto kind = static_cast<std::size_t>(FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind());
+    // Where the elements of the next row's list begin, by column.
+    std::vector<std::size_t> places(block.columns.size());
+    FED_DataRecord*          record = to.CreateDataRecord();
+    for (std::uint32_t row = 0; row < visible.end - firstRow; ++row) {
+      const std::vector<std::size_t> begins = places;
+      for (std::size_t i = 0; i < places.size(); ++i)
+        places[i] += GetElementBytes(block.columns[i].element) *
+                     (block.columns[i].isElements ? bytes.GetLength(i - 1, row) : block.columns[i].width);
+      if (row < visible.begin - firstRow) continue;
+      const std::optional<std::size_t> index = TranslateIndex(kind, bytes.keys[row]);
+      if (!index) {
+        ++report_.lostRecords;
+        continue;
+      }
+      for (std::size_t i = 0; i < places.size(); ++i)
+        SetField(block.columns, i, bytes.columns[i].data() + begins[i], places[i] - begins[i], *record);
+      to.SetRecord(*index, *record);
+      ++report_.records;
+    }
+    to.DeleteDataRecord(record);
+  }
+
+  template <typename T>
+  static std::vector<T> Take(const std::uint8_t* bytes, std::size_t count)
+  {
+    std::vector<T> values(count / sizeof(T));
+    if (count > 0) std::memcpy(values.data(), bytes, count);
+    return values;
+  }
+
+  static void SetField(const std::vector<StoredColumn>& columns, std::size_t column, const std::uint8_t* bytes,
+                       std::size_t count, FED_DataRecord& record)
+  {
+    const StoredColumn& stored = columns[column];
+    const std::size_t   field  = stored.field;
+    switch (stored.element) {
+      case StoredColumn::UInt32:
+        break;  // lengths
+      case StoredColumn::Char:
+        record.SetString(field, std::string(reinterpret_cast<const char*>(bytes), count));
+        break;
+      case StoredColumn::Float32:
+        record.SetFloat(field, Take<float>(bytes, count).front());
+        break;
+      case StoredColumn::Int32:
+        if (stored.isElements)
+          record.SetIntList(field, Take<int>(bytes, count));
+        else
+          record.SetInteger(field, Take<int>(bytes, count).front());
+        break;
+      default: {
+        const std::vector<double> values = Take<double>(bytes, count);
+        if (stored.isElements)
+          record.SetDoubleList(field, values);
+        else if (stored.width == 1)
+          record.SetDouble(field, values.front());
+        else if (stored.width == 3)
+          record.SetVector(field, values.data());
+        else
+          record.SetTensor(field, values.data());
+        break;
+      }
+    }
+  }
+
+  struct IdMap
+  {
+    std::vector<std::optional<int>> ids;
+    bool                            isWhole   = true;
+    std::uint64_t                   withoutId = 0;  // records at indices behind the last id
+  };
+
+  const StoredState&                        state_;
+  FED_Database&                             target_;
+  FED_SalvageReport&                        report_;
+  bool                                      isIncomplete_;  // segments were lost
+  std::array<IdMap, StoredState::kNumKinds> maps_;
+};
+
+}  // namespace
+
+FED_DatabaseReport FED_InspectDatabase(const std::filesystem::path& folder, FED_FileLayer* files)
+{
+  FED_FileLayer      ownFiles;
+  FED_DatabaseReport report;
+  InspectedFolder    inspected(folder, files != nullptr ? *files : ownFiles);
+  if (!inspected.OpenListed(report.findings)) return report;
+  report.leftovers        = inspected.FindLeftovers();
+  report.generation       = inspected.GetManifest().generation;
+  report.segments         = inspected.GetManifest().segments.size();
+  const StoredState state = inspected.MakeState(report.findings);
+  for (const SegmentEntry& entry : inspected.GetManifest().segments) report.fileBytes += entry.fileBytes;
+  for (const auto& segment : inspected.GetSegments()) report.deadBytes += segment->GetDeadBytes();
+  CheckDescriptors(state, report);
+  for (const StoredState::Block* block : SortBlocks(state)) CheckBlock(*block, report);
+  CheckIds(state, report);
+  return report;
+}
+
+FED_SalvageReport FED_SalvageDatabase(const std::filesystem::path& folder, FED_Database& target, FED_FileLayer* files)
+{
+  FED_FileLayer     ownFiles;
+  FED_SalvageReport report;
+  InspectedFolder   inspected(folder, files != nullptr ? *files : ownFiles);
+  report.hasManifest = inspected.OpenListed(report.losses);
+  if (!report.hasManifest) inspected.OpenAll(report.losses);
+  const StoredState state = inspected.MakeState(report.losses);
+  Salvage(state, target, report).Run();
+  return report;
+}
