@@ -1,13 +1,10 @@
 #include "BlockSummary.h"
 
 #include <algorithm>
-#include <cmath>
 
+#include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/FED_RecordFormat.h>
 
-#include "QuilonDataBlockSize.h"
-#include "QuilonDbConnector/FED_DataBlock.h"
-#include "ScratchRecord.h"
 #include "terminal/Interrupt.h"
 
 namespace quilon {
@@ -15,23 +12,15 @@ namespace quilon {
 namespace {
 
 /// Values of one sort: floating-point numbers or integers.
-class Range
+struct Range
 {
-public:
-  void Add(double value)
+  void Add(const FED_FieldStatistics& field)
   {
-    if (std::isnan(value)) {
-      ++nans;
-      return;
-    }
-    least    = any ? std::min(least, value) : value;
-    greatest = any ? std::max(greatest, value) : value;
+    nans += static_cast<std::size_t>(field.nans);
+    if (!field.hasRange) return;
+    least    = any ? std::min(least, field.least) : field.least;
+    greatest = any ? std::max(greatest, field.greatest) : field.greatest;
     any      = true;
-  }
-
-  void Add(const double* values, std::size_t count)
-  {
-    for (std::size_t i = 0; i < count; ++i) Add(values[i]);
   }
 
   bool        any      = false;
@@ -40,67 +29,52 @@ public:
   std::size_t nans     = 0;
 };
 
-struct Ranges
+/// Bytes of an element, and those that a record takes beside its elements.
+struct FieldSize
 {
-  Range reals;
-  Range integers;
-  bool  hasReals = false;  // whether the format has fields for them
+  std::size_t element;
+  std::size_t record;
 };
 
-void AddField(const FED_ConstDataRecord& record, std::size_t field, Ranges& ranges)
+FieldSize SizeOf(FED_FieldType::Class fieldClass)
 {
-  double values[6];
-  switch (FED_FieldType::GetClass(record.GetFieldType(field))) {
+  switch (fieldClass) {
     case FED_FieldType::Integer:
-      return ranges.integers.Add(record.GetInteger(field));
-    case FED_FieldType::IntList: {
-      FED_IntArray list;
-      record.GetIntList(field, list);
-      for (std::size_t i = 0; i < list.GetSize(); ++i) ranges.integers.Add(list.GetData()[i]);
-      return;
-    }
     case FED_FieldType::Float:
-      values[0] = static_cast<double>(record.GetFloat(field));
-      break;
-    case FED_FieldType::Double:
-      values[0] = record.GetDouble(field);
-      break;
-    case FED_FieldType::Vector:
-      record.GetVector(field, values);
-      break;
-    case FED_FieldType::Tensor:
-      record.GetTensor(field, values);
-      break;
-    case FED_FieldType::DoubleList: {
-      FED_DoubleArray list;
-      record.GetDoubleList(field, list);
-      ranges.hasReals = true;
-      return ranges.reals.Add(list.GetData(), list.GetSize());
-    }
+      return {4, 0};
     case FED_FieldType::String:
-    case FED_FieldType::None:
-      return;
+      return {1, 4};
+    case FED_FieldType::IntList:
+      return {4, 4};
+    case FED_FieldType::DoubleList:
+      return {8, 4};
+    default:
+      return {8, 0};
   }
-  ranges.hasReals       = true;
-  const auto fieldClass = FED_FieldType::GetClass(record.GetFieldType(field));
-  ranges.reals.Add(values, std::max<std::size_t>(1, FED_FieldType::GetDoubleCount(fieldClass)));
 }
 
 }  // namespace
 
 BlockSummary Summarize(const FED_DataBlock& block)
 {
-  BlockSummary        summary;
-  Ranges              ranges;
-  const ScratchRecord scratch(block);
-  for (auto index = block.Begin(); index != block.End(); ++index) {
+  const auto&             columns = dynamic_cast<const FED_ColumnDataBlock&>(block);
+  const std::vector<int>& types   = columns.GetRecordFormat().GetTypes();
+  BlockSummary            summary;
+  Range                   reals, integers;
+  bool                    hasReals = false;
+  summary.records                  = columns.GetRecordCount();
+  for (std::size_t field = 1; field <= types.size(); ++field) {
     ThrowIfInterrupted();
-    block.GetRecord(*index, *scratch);
-    ++summary.records;
-    summary.bytes += QuilonDataBlockSize::DataRecordSizeOf(*scratch);
-    for (std::size_t field = 1; field <= scratch->GetFieldCount(); ++field) AddField(*scratch, field, ranges);
+    const FED_FieldType::Class fieldClass = FED_FieldType::GetClass(types[field - 1]);
+    const FED_FieldStatistics  statistics = columns.GetFieldStatistics(field);
+    const FieldSize            size       = SizeOf(fieldClass);
+    summary.bytes += static_cast<std::size_t>(statistics.elements) * size.element + summary.records * size.record;
+    if (fieldClass == FED_FieldType::String) continue;
+    const bool isInteger = fieldClass == FED_FieldType::Integer || fieldClass == FED_FieldType::IntList;
+    hasReals             = hasReals || !isInteger;
+    (isInteger ? integers : reals).Add(statistics);
   }
-  const Range& range = ranges.hasReals ? ranges.reals : ranges.integers;
+  const Range& range = hasReals ? reals : integers;
   summary.hasValues  = range.any;
   summary.least      = range.least;
   summary.greatest   = range.greatest;

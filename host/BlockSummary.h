@@ -19,8 +19,8 @@ struct BlockSummary
   std::size_t nans      = 0;
 };
 
-/// Reads every record once. Least and greatest are over all floating-point values that are numbers, or over all
-/// integers where the format has no floating-point fields.
+/// Asks the block's columns, which a database on disk answers from its indices. Least and greatest are over all
+/// floating-point values that are numbers, or over all integers where the format has no floating-point fields.
 BlockSummary Summarize(const FED_DataBlock& block);
 
 }  // namespace quilon
