@@ -32,7 +32,9 @@
 ///
 /// Line numbers: in the main file GetCurrentLine() is line `lineCounter_`, inside an included file it is line
 /// `lineCounter_ - 1`, because Include() starts at 1 and Initialize() at 0. The counter moves when a line is read
-/// ahead: at a last line without a line feed nothing is read any more, so the counter lags one behind in both cases.
+/// ahead: at a last line of the main file without a line feed nothing is read any more, and the counter lags one
+/// behind. With the last line of an included file it is the including file's again, and so is everything that will be
+/// read.
 ///
 /// Positions: `currentLinePosition_` is the byte at which the current line starts, as long as the line before it came
 /// from the same file. Entering a file and returning from it neither save nor restore the positions: the first line of

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <typeinfo>
 #include <utility>
 
 #include "failure.h"
@@ -120,9 +121,17 @@ FEMInputFile::file_status FEMInputFile::ReadLine()
 {
   currentLine_.swap(nextLine_);
   nextLine_.clear();
-
   currentLinePosition_ = nextLinePosition_;
-  nextLinePosition_    = currentInput_->tellg();  // -1 once the stream has hit its end
+
+  // The fast way for most lines. A derived reader may have put a stream of its own in place.
+  if (typeid(*currentInput_) == typeid(FileInput) &&
+      static_cast<FileInput*>(currentInput_)->TakeLine(nextLine_, nextLinePosition_))
+  {
+    ++lineCounter_;
+    return file_ok;
+  }
+
+  nextLinePosition_ = currentInput_->tellg();  // -1 once the stream has hit its end
 
   if (!currentInput_->eof()) {
     getline_dosunix(*currentInput_, nextLine_);

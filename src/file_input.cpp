@@ -9,26 +9,38 @@ constexpr std::size_t kReadAhead = std::size_t{1} << 16;
 }  // namespace
 
 PositionedBuffer::PositionedBuffer(std::filebuf& file)
-    : file_(file), buffer_(new char[1 + kReadAhead]), end_(file.pubseekoff(0, std::ios::cur, std::ios::in))
+    : file_(file), buffer_(new char[kReadAhead]), end_(file.pubseekoff(0, std::ios::cur, std::ios::in))
 {}
 
 PositionedBuffer::int_type PositionedBuffer::underflow()
 {
   if (gptr() < egptr()) return traits_type::to_int_type(*gptr());
 
-  // What is there, not what would fill the buffer: a pipe or a terminal delivers its lines as they come.
-  if (traits_type::eq_int_type(file_.sgetc(), traits_type::eof())) return traits_type::eof();
-  const std::streamsize wanted = std::min<std::streamsize>(file_.in_avail(), kReadAhead);
+  std::streamsize wanted = kReadAhead;
+  if (end_ < 0) {
+    // What is there, not what would fill the buffer: a pipe or a terminal delivers its lines as they come.
+    wanted = traits_type::eq_int_type(file_.sgetc(), traits_type::eof()) ? 0 : std::min(file_.in_avail(), wanted);
+  }
 
-  // One character stays, so that unget() works at a border too.
-  char* const kept    = buffer_.get();
-  char* const begin   = kept + 1;
-  const bool  hasKept = gptr() > eback();
-  if (hasKept) *kept = gptr()[-1];
-  const std::streamsize count = file_.sgetn(begin, wanted);
-  setg(hasKept ? kept : begin, begin, begin + count);
+  const std::streamsize count = file_.sgetn(buffer_.get(), wanted);
+  if (count == 0) return traits_type::eof();
+
+  setg(buffer_.get(), buffer_.get(), buffer_.get() + count);
   if (end_ >= 0) end_ += count;
   return traits_type::to_int_type(*gptr());
+}
+
+PositionedBuffer::int_type PositionedBuffer::pbackfail(int_type c)
+{
+  if (gptr() > eback()) {
+    gbump(-1);
+  } else {
+    const off_type here = off_type(seekoff(0, std::ios::cur, std::ios::in));
+    if (here <= 0 || off_type(seekoff(here - 1, std::ios::beg, std::ios::in)) < 0) return traits_type::eof();
+    if (traits_type::eq_int_type(underflow(), traits_type::eof())) return traits_type::eof();
+  }
+  if (!traits_type::eq_int_type(c, traits_type::eof())) *gptr() = traits_type::to_char_type(c);
+  return traits_type::not_eof(c);
 }
 
 std::streamsize PositionedBuffer::showmanyc() { return file_.in_avail(); }
