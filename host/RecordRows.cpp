@@ -6,6 +6,7 @@
 
 #include <bundled/FED_RecordFormat.h>
 
+#include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
@@ -158,7 +159,7 @@ struct CellFormatter
 
 std::string FormatCell(const Cell& cell, std::size_t listLimit) { return std::visit(CellFormatter{listLimit}, cell); }
 
-RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds)
+RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database)
 {
   const int                         onf = block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId);
   std::vector<FED_FieldType::Class> fields;
@@ -176,6 +177,12 @@ RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds)
   } else if (IsNodalListKind(onf) && fields == Classes{FED_FieldType::DoubleList}) {
     layout_ = Layout::Triples;
     columns_.emplace_back("position");
+    const FED_DataDescriptor lists(block.GetDescriptor().GetInteger(FED_DataDescriptor::Iteration),
+                                   FED_OnfId_ElementNodes);
+    if (database.HasDataBlock(lists)) {
+      nodeLists_ = std::make_unique<FED_ConstIdDataBlock>(database.GetConstDataBlock(lists), database.GetIdMapsPool());
+      columns_.emplace_back("node");
+    }
     names = kVectorNames;
   } else {
     names = FieldNames(onf, fields, kinds.GetName(block.GetDescriptor()));
@@ -184,13 +191,34 @@ RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds)
   columns_.insert(columns_.end(), names.begin(), names.end());
 }
 
+RecordRows::~RecordRows() = default;
+
 std::vector<std::vector<Cell>> RecordRows::GetRows(int id, const FED_ConstDataRecord& record) const
 {
   if (layout_ == Layout::Points) return Grouped(id, DoublesOf(record, 2), kTensorNames.size());
-  if (layout_ == Layout::Triples) return Grouped(id, DoublesOf(record, 1), kVectorNames.size());
+  if (layout_ == Layout::Triples) {
+    std::vector<std::vector<Cell>> rows = Grouped(id, DoublesOf(record, 1), kVectorNames.size());
+    if (!nodeLists_) return rows;
+    const std::vector<int> nodes = NodesOf(id);
+    for (std::size_t n = 0; n < rows.size(); ++n)
+      rows[n].insert(rows[n].begin() + 2, n < nodes.size() ? Cell(nodes[n]) : Cell(std::string()));
+    return rows;
+  }
   std::vector<Cell> row = {id};
   for (std::size_t field = 1; field <= record.GetFieldCount(); ++field) AppendField(record, field, row);
   return {row};
+}
+
+/// @return nothing for an element that no list is known of
+std::vector<int> RecordRows::NodesOf(int element) const
+{
+  if (!nodeLists_->HasRecord(element)) return {};
+  FED_ConstIdDataRecord& record = nodeLists_->CreateConstIdDataRecord();
+  nodeLists_->GetRecord(element, record);
+  FED_IntArray nodes;
+  record.GetIntList(1, nodes);
+  nodeLists_->DeleteIdDataRecord(record);
+  return std::vector<int>(nodes.GetData(), nodes.GetData() + nodes.GetSize());
 }
 
 std::vector<RecordKey> GetRecordKeys(const FED_DataBlock& block, const FED_IdMapsPool& pool)

@@ -4,6 +4,7 @@
 /// Records as rows of a table.
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -11,7 +12,9 @@
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
 class FED_ConstDataRecord;
+class FED_ConstIdDataBlock;
 class FED_DataBlock;
+class FED_Database;
 class FED_IdMapsPool;
 
 namespace quilon {
@@ -29,8 +32,13 @@ std::string FormatCell(const Cell& cell, std::size_t listLimit);
 class RecordRows
 {
 public:
-  /// @param block borrowed
-  RecordRows(const FED_DataBlock& block, const KindTable& kinds);
+  /// @param block    borrowed
+  /// @param database borrowed; its node lists (595) of the block's iteration tell which node a value of a list by nodes
+  ///                 belongs to
+  RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database);
+  RecordRows(const RecordRows&)            = delete;
+  RecordRows& operator=(const RecordRows&) = delete;
+  ~RecordRows();
 
   /// Names of the columns, the id ("id", or "index" where a block has no ids) first.
   const std::vector<std::string>& GetColumns() const noexcept { return columns_; }
@@ -43,11 +51,14 @@ private:
   {
     Fields,   ///< one row, the fields side by side
     Points,   ///< (count, six doubles a point): a row per point
-    Triples,  ///< three doubles per node of an element: a row per node
+    Triples,  ///< three doubles per node of an element: a row per node, with its id where it is known
   };
 
-  Layout                   layout_ = Layout::Fields;
-  std::vector<std::string> columns_;
+  std::vector<int> NodesOf(int element) const;
+
+  Layout                                layout_ = Layout::Fields;
+  std::vector<std::string>              columns_;
+  std::unique_ptr<FED_ConstIdDataBlock> nodeLists_;  // of layout Triples, null where the database has none
 };
 
 /// A record's id, or its index in a block without ids.

@@ -124,7 +124,8 @@ struct JsonCell
 };
 
 /// Rows are written one by one, so that a large block is never a large text in memory.
-void PrintJson(Output& output, const std::vector<ShownBlock>& blocks, const KindTable& kinds)
+void PrintJson(Output& output, const std::vector<ShownBlock>& blocks, const KindTable& kinds,
+               const FED_Database& database)
 {
   output.Write("[");
   const char* beforeBlock = "\n";
@@ -140,7 +141,7 @@ void PrintJson(Output& output, const std::vector<ShownBlock>& blocks, const Kind
     output.Write(beforeBlock + text + ",\"rows\":[");
     beforeBlock = ",\n";
 
-    const RecordRows    rows(*shown.block, kinds);
+    const RecordRows    rows(*shown.block, kinds, database);
     const ScratchRecord scratch(*shown.block);
     const char*         beforeRow = "\n  ";
     for (const RecordKey& key : shown.records) {
@@ -193,11 +194,11 @@ std::vector<TableColumn> NumberColumns(const std::vector<std::string>& names)
 
 /// A table per block with a line above it.
 void PrintForPeople(Output& output, const TableOptions& form, const std::vector<ShownBlock>& blocks,
-                    const KindTable& kinds)
+                    const KindTable& kinds, const FED_Database& database)
 {
   const char* before = "";
   for (const ShownBlock& shown : blocks) {
-    const RecordRows rows(*shown.block, kinds);
+    const RecordRows rows(*shown.block, kinds, database);
     output.Write(before + Printable(kinds.GetName(shown.descriptor)) + "  " + ToSelectionText(shown.descriptor) + "  " +
                  Counted(shown.records.size(), "record") + '\n');
     TableWriter table = MakeTable(output, form, NumberColumns(rows.GetColumns()));
@@ -210,13 +211,13 @@ void PrintForPeople(Output& output, const TableOptions& form, const std::vector<
 /// One table for all blocks; where there are several, kind and keys stand in front of each row. Blocks with other
 /// columns start another table behind an empty line.
 void PrintForPrograms(Output& output, const TableOptions& form, const std::vector<ShownBlock>& blocks,
-                      const KindTable& kinds)
+                      const KindTable& kinds, const FED_Database& database)
 {
   const std::vector<IndexKey> keys = blocks.size() > 1 ? KeyColumns(blocks) : std::vector<IndexKey>();
   std::vector<std::string>    former;
   std::optional<TableWriter>  table;
   for (const ShownBlock& shown : blocks) {
-    const RecordRows         rows(*shown.block, kinds);
+    const RecordRows         rows(*shown.block, kinds, database);
     std::vector<TableColumn> columns;
     std::vector<std::string> before;
     if (blocks.size() > 1) {
@@ -257,11 +258,11 @@ void Run(const Options& options, CommandContext& context)
          options.selection.ToString() + "'");
 
   if (options.form.json)
-    PrintJson(context.output, blocks, kinds);
+    PrintJson(context.output, blocks, kinds, database.Get());
   else if (StyleOf(options.form) == TableStyle::Aligned)
-    PrintForPeople(context.output, options.form, blocks, kinds);
+    PrintForPeople(context.output, options.form, blocks, kinds, database.Get());
   else
-    PrintForPrograms(context.output, options.form, blocks, kinds);
+    PrintForPrograms(context.output, options.form, blocks, kinds, database.Get());
 }
 
 }  // namespace
