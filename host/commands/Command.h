@@ -43,6 +43,7 @@ const std::vector<Command>& GetCommands();
 
 // One file each.
 CommandFunction DefineDerive(CLI::App& app);
+CommandFunction DefineForces(CLI::App& app);
 CommandFunction DefineFromOnf(CLI::App& app);
 CommandFunction DefineImport(CLI::App& app);
 CommandFunction DefineLs(CLI::App& app);

@@ -9,6 +9,7 @@ const std::vector<Command>& GetCommands()
       {"ls", "List the blocks of a database", DefineLs},
       {"show", "Show the records of blocks", DefineShow},
       {"derive", "Add derived results to a database", DefineDerive},
+      {"forces", "Forces at element nodes, their balance, free bodies", DefineForces},
       {"to-onf", "Write a database as ONF text", DefineToOnf},
       {"from-onf", "Take ONF text into a database", DefineFromOnf},
   };

@@ -17,4 +17,14 @@ void AddIntegerOption(CLI::App& app, const std::string& name, int& target, const
   });
 }
 
+void AddMagnitudeOption(CLI::App& app, const std::string& name, double& target, const std::string& description)
+{
+  app.add_option(name, target, description)->type_name("X")->check([](const std::string& text) {
+    double     number  = 0.0;
+    const auto taken   = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = taken.ec == std::errc() && taken.ptr == text.data() + text.size();
+    return isWhole && number >= 0.0 ? std::string() : "'" + text + "', expected a number, 0 or more";
+  });
+}
+
 }  // namespace quilon

@@ -51,6 +51,23 @@ std::string Counted(std::size_t count, std::string_view noun)
   return std::to_string(count) + ' ' + std::string(noun) + (count == 1 ? "" : "s");
 }
 
+std::string FormatIds(const std::set<int>& ids)
+{
+  constexpr int kMaxRanges = 12;
+  std::string   text;
+  int           numRanges = 0;
+  for (auto id = ids.begin(); id != ids.end();) {
+    if (numRanges > 0) text += ", ";
+    if (++numRanges > kMaxRanges) return text + "...";
+    const int first = *id;
+    int       last  = first;
+    for (++id; id != ids.end() && *id - 1 == last; ++id) last = *id;
+    text += std::to_string(first);
+    if (last != first) text += '-' + std::to_string(last);
+  }
+  return text;
+}
+
 std::string Printable(std::string_view text)
 {
   std::string printable(text);

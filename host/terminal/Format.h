@@ -4,6 +4,7 @@
 /// Values as text.
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,9 @@ std::string FormatBytes(std::size_t bytes);
 
 /// @return "1 block", "2 blocks"
 std::string Counted(std::size_t count, std::string_view noun);
+
+/// @return "1-4, 9"; behind a dozen ranges dots stand for the rest
+std::string FormatIds(const std::set<int>& ids);
 
 /// @return the text with control characters replaced by '?': names out of files must not drive a terminal
 std::string Printable(std::string_view text);

@@ -56,6 +56,18 @@ TEST(Format, CountsHaveTheirPlural)
   EXPECT_EQ(Counted(2, "block"), "2 blocks");
 }
 
+TEST(Format, IdsBecomeRanges)
+{
+  EXPECT_EQ(FormatIds({}), "");
+  EXPECT_EQ(FormatIds({7}), "7");
+  EXPECT_EQ(FormatIds({7, 8}), "7-8");
+  EXPECT_EQ(FormatIds({1, 2, 3, 5, 7, 8}), "1-3, 5, 7-8");
+  EXPECT_EQ(FormatIds({-2147483647 - 1, 2147483646, 2147483647}), "-2147483648, 2147483646-2147483647");
+  EXPECT_EQ(FormatIds({1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23}), "1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23");
+  EXPECT_EQ(FormatIds({1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27}),
+            "1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, ...");
+}
+
 TEST(Format, ControlCharactersBecomeQuestionMarks)
 {
   EXPECT_EQ(Printable("a\x1b[1m\n\x7f\xc3\xa4"), "a?[1m??\xc3\xa4");

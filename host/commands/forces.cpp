@@ -1,0 +1,557 @@
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <bundled/FED_ResultDatabase.h>
+#include <CLI/CLI.hpp>
+
+#include "calculix/deck/DeckModel.h"
+#include "calculix/ElementForces.h"
+#include "calculix/ForceBalance.h"
+#include "calculix/ForceMesh.h"
+#include "commands/Command.h"
+#include "commands/NumberOptions.h"
+#include "commands/SelectionOptions.h"
+#include "commands/TableOptions.h"
+#include "Failure.h"
+#include "OpenedDatabase.h"
+#include "Program.h"
+#include "Publication.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "ScratchRecord.h"
+#include "selection/KindTable.h"
+#include "terminal/Console.h"
+#include "terminal/Format.h"
+#include "terminal/Interrupt.h"
+#include "terminal/JsonText.h"
+#include "terminal/Output.h"
+#include "UserKinds.h"
+
+namespace quilon {
+
+namespace {
+
+using calculix::DeckModel;
+using calculix::ElementForces;
+using calculix::ForceBalance;
+using calculix::ForceMesh;
+using calculix::ForceStep;
+using calculix::FreeBody;
+using calculix::Resultant;
+using calculix::SkippedElements;
+using calculix::Vector;
+
+constexpr int kDisplacement  = 510;
+constexpr int kReaction      = 511;
+constexpr int kCoordinates   = 516;
+constexpr int kPointStress   = 582;
+constexpr int kElementNodes  = 595;
+constexpr int kElementType   = 596;
+constexpr int kElementSet    = 601;
+constexpr int kUserKinds     = 1000;
+constexpr int kUserKindsEnd  = 2000;
+constexpr int kResultsInTime = 1;  // value of result index 5
+
+struct Options
+{
+  std::string      database;
+  SelectionOptions selection;
+  std::string      deck;
+  bool             allowOutside = false;
+  std::string      nlgeom;
+  std::string      output;
+  bool             balance   = false;
+  double           tolerance = 1e-5;
+  int              head      = 10;
+  std::string      elements;
+  std::string      set;
+  std::string      about = "0,0,0";
+  TableOptions     form;
+
+  bool HasPart() const { return !elements.empty() || !set.empty(); }
+};
+
+/// What is told of one result.
+struct StepReport
+{
+  ForceStep                   step;
+  std::optional<ForceBalance> balance;
+  std::optional<FreeBody>     body;
+};
+
+/// What is told in all.
+struct Report
+{
+  std::vector<StepReport> steps;
+  SkippedElements         skipped;
+  bool                    isRounded = false;  // coordinates have six digits
+};
+
+void CheckUsage(const Options& options)
+{
+  if (!options.elements.empty() && !options.set.empty())
+    Fail("--elements and --set exclude each other, expected one at most");
+  if (options.balance && options.HasPart())
+    Fail("--balance is of the whole model, expected it without --elements and --set");
+}
+
+Vector ParsePoint(const std::string& text)
+{
+  Vector      point{};
+  const char* at  = text.data();
+  const char* end = text.data() + text.size();
+  for (std::size_t k = 0; k < 3; ++k) {
+    const auto taken = std::from_chars(at, end, point[k]);
+    const bool ends  = k == 2 ? taken.ptr == end : taken.ptr != end && *taken.ptr == ',';
+    if (taken.ec != std::errc() || !ends || !std::isfinite(point[k]))
+      Fail("--about is '" + text + "', expected three numbers X,Y,Z");
+    at = taken.ptr + 1;
+  }
+  return point;
+}
+
+/// Which results are of the deformed geometry.
+class Nonlinearity
+{
+public:
+  /// @param deck may be null
+  Nonlinearity(const Options& options, const DeckModel* deck) : deckName_(options.deck), deck_(deck)
+  {
+    if (options.nlgeom.empty()) return;
+    ranges_ = ParseNumberRanges(options.nlgeom, "a step of --nlgeom");
+    for (const NumberRange& range : *ranges_) {
+      if (range.form == NumberRange::First || range.form == NumberRange::Last)
+        Fail("--nlgeom is '" + options.nlgeom + "', expected numbers of steps, all or none");
+    }
+  }
+
+  bool IsKnown() const { return deck_ != nullptr || ranges_; }
+
+  bool IsDeformed(const FED_DataDescriptor& result) const
+  {
+    // Modes, preloaded ones too, are of the undeformed geometry.
+    if (result.GetInteger(FED_DataDescriptor::Analysis) != kResultsInTime) return false;
+    const int number = result.GetInteger(FED_DataDescriptor::LoadCase);
+    if (ranges_) {
+      return std::any_of(ranges_->begin(), ranges_->end(), [number](const NumberRange& range) {
+        return range.form == NumberRange::All || (range.form == NumberRange::Numbers && range.Holds(number));
+      });
+    }
+    if (deck_ == nullptr) return false;
+    if (number < 1 || static_cast<std::size_t>(number) > deck_->steps.size()) {
+      Fail(deckName_ + ": " + Counted(deck_->steps.size(), "step") + ", expected a step " + std::to_string(number) +
+           " as in the results, or --nlgeom");
+    }
+    const calculix::DeckStep& step = deck_->steps[static_cast<std::size_t>(number) - 1];
+    return step.nlgeom && !step.perturbation;
+  }
+
+private:
+  std::string                             deckName_;
+  const DeckModel*                        deck_;
+  std::optional<std::vector<NumberRange>> ranges_;
+};
+
+FED_DataDescriptor WithKind(FED_DataDescriptor descriptor, int onf)
+{
+  descriptor.SetInteger(FED_DataDescriptor::OnfId, onf);
+  return descriptor;
+}
+
+int KindOf(const FED_DataDescriptor& descriptor) { return descriptor.GetInteger(FED_DataDescriptor::OnfId); }
+
+/// @return the selected blocks of stresses
+std::vector<FED_DataDescriptor> ChooseResults(const Options& options, const OpenedDatabase& database,
+                                              const KindTable& kinds)
+{
+  std::vector<FED_DataDescriptor> results =
+      database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString());
+  std::erase_if(results, [](const FED_DataDescriptor& descriptor) { return KindOf(descriptor) != kPointStress; });
+  if (results.empty()) {
+    const std::string selected = options.selection.ToString();
+    Fail(options.database + ": no stresses of integration points (582)" +
+         (selected.empty() ? "" : " in '" + selected + "'") + ", expected a .dat with S of the solver");
+  }
+  return results;
+}
+
+/// @return what the forces of these results are made of
+std::vector<FED_DataDescriptor> Ingredients(FED_Database& database, const std::vector<FED_DataDescriptor>& results)
+{
+  const std::set<FED_DataDescriptor> stresses(results.begin(), results.end());
+  std::vector<FED_DataDescriptor>    ingredients;
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern())) {
+    const int  kind     = KindOf(descriptor);
+    const bool isMesh   = kind == kCoordinates || kind == kElementNodes || kind == kElementType || kind == kElementSet;
+    const bool isResult = kind == kPointStress || kind == kDisplacement || kind == kReaction ||
+                          (kind >= kUserKinds && kind < kUserKindsEnd);
+    if (isMesh || (isResult && stresses.contains(WithKind(descriptor, kPointStress))))
+      ingredients.push_back(descriptor);
+  }
+  return ingredients;
+}
+
+/// @return the elements of a set in the database; nothing when it has none of this name
+std::optional<std::set<int>> FindStoredSet(FED_Database& database, const std::string& name)
+{
+  FED_DataDescriptorPattern pattern;
+  pattern.SetEqual(FED_DataDescriptor::OnfId, kElementSet);
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(pattern)) {
+    const FED_DataBlock& block = database.GetConstDataBlock(descriptor);
+    const ScratchRecord  record(block);
+    for (auto index = block.Begin(); index != block.End(); ++index) {
+      block.GetRecord(*index, *record);
+      if (record->GetString(1) != name) continue;
+      FED_IntArray ids;
+      record->GetIntList(2, ids);
+      return std::set<int>(ids.GetData(), ids.GetData() + ids.GetSize());
+    }
+  }
+  return std::nullopt;
+}
+
+std::set<int> ChosenBySet(const Options& options, const DeckModel* deck, FED_Database& database)
+{
+  std::string name = options.set;
+  for (char& c : name)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  if (deck != nullptr) {
+    if (const calculix::DeckSet* set = deck->FindElementSet(name)) return {set->ids.begin(), set->ids.end()};
+    Fail(options.deck + ": no element set " + name);
+  }
+  if (const std::optional<std::set<int>> ids = FindStoredSet(database, name)) return *ids;
+  Fail(options.database + ": no element set " + name + ", expected one of the database or --deck");
+}
+
+std::set<int> ChosenById(const Options& options, const ForceMesh& mesh)
+{
+  std::set<int> chosen;
+  for (const NumberRange& range : ParseNumberRanges(options.elements, "an element")) {
+    if (range.form == NumberRange::All) {
+      for (const auto& entry : mesh.elements.Entries()) chosen.insert(entry.first);
+    } else if (range.form != NumberRange::Numbers) {
+      Fail("--elements is '" + options.elements + "', expected ids, ranges of them or all");
+    } else if (range.first == range.last) {
+      chosen.insert(range.first);  // a single id is asked for by name, so that a missing one is told
+    } else {
+      for (const auto& entry : mesh.elements.Entries())
+        if (range.Holds(entry.first)) chosen.insert(entry.first);
+    }
+  }
+  if (chosen.empty()) Fail("--elements is '" + options.elements + "', which names no element of the mesh");
+  return chosen;
+}
+
+void Merge(const SkippedElements& from, SkippedElements& to)
+{
+  for (const auto& [reason, ids] : from) to[reason].insert(ids.begin(), ids.end());
+}
+
+/// Calculates and saves all results of one iteration.
+/// @return whether node lists were added
+bool CalculateIteration(const Options& options, const DeckModel* deck, FED_ResultDatabase& database,
+                        const std::vector<FED_DataDescriptor>& results, Console& console, Report& report)
+{
+  const Nonlinearity nonlinearity(options, deck);
+  const std::string  name      = deck != nullptr ? options.deck : options.database;
+  const int          iteration = results.front().GetInteger(FED_DataDescriptor::Iteration);
+  const ForceMesh    mesh =
+      deck != nullptr ? calculix::MakeForceMesh(*deck) : calculix::ReadForceMesh(database, iteration, options.database);
+  ElementForces forces(database, mesh, iteration, name);
+  std::set<int> part;
+  if (!options.set.empty()) part = ChosenBySet(options, deck, database);
+  if (!options.elements.empty()) part = ChosenById(options, mesh);
+  const Vector about = ParsePoint(options.about);
+
+  std::uint64_t done = 0;
+  for (const FED_DataDescriptor& result : results) {
+    console.Progress("calculating forces", done++, results.size());
+    StepReport told;
+    told.step = forces.Calculate(result, nonlinearity.IsDeformed(result));
+    if (options.balance) {
+      told.balance = calculix::CalculateBalance(database, mesh, told.step, options.database);
+      if (options.head > 0 && told.balance->nodes.size() > static_cast<std::size_t>(options.head))
+        told.balance->nodes.resize(static_cast<std::size_t>(options.head));
+    }
+    if (options.HasPart())
+      told.body = calculix::CalculateFreeBody(database, mesh, told.step, part, about, options.database);
+    // Only numbers are told later: the geometry of many results need not be held.
+    told.step.hasForces.clear();
+    told.step.positions.clear();
+    report.steps.push_back(std::move(told));
+  }
+  Merge(forces.Skipped(), report.skipped);
+  report.isRounded = report.isRounded || mesh.isRounded;
+  return forces.AddsNodeLists();
+}
+
+void Note(const Options& options, const Nonlinearity& nonlinearity, const Report& report, Console& console)
+{
+  for (const auto& [reason, ids] : report.skipped)
+    console.Note("no forces of " + Counted(ids.size(), "element") + ", " + reason + ": " + FormatIds(ids));
+  if (!nonlinearity.IsKnown())
+    console.Note("all steps are taken as geometrically linear, --deck or --nlgeom tells which are not");
+  if (!report.isRounded) return;
+  double largest = 0.0;
+  for (const StepReport& told : report.steps) {
+    if (told.step.largestSum > 0.0) largest = std::max(largest, told.step.errorBound / told.step.largestSum);
+  }
+  console.Note(options.database + ": coordinates have six digits, which leaves forces at nodes uncertain by up to " +
+               FormatRounded(largest) + " of the largest one; --deck gives all digits");
+}
+
+Json JsonVector(const Vector& vector)
+{
+  return Json::array({JsonNumber(vector[0]), JsonNumber(vector[1]), JsonNumber(vector[2])});
+}
+
+bool Holds(const ForceBalance& balance, double tolerance)
+{
+  return balance.largestResidual <= tolerance * balance.largestForce;
+}
+
+double RelativeResidual(const ForceBalance& balance)
+{
+  return balance.largestForce > 0.0 ? balance.largestResidual / balance.largestForce : balance.largestResidual;
+}
+
+Json JsonBalance(const ForceBalance& balance, double tolerance)
+{
+  Json nodes = Json::array();
+  for (const calculix::NodeBalance& node : balance.nodes) {
+    nodes.push_back({{"node", node.node},
+                     {"elements", JsonVector(node.elements)},
+                     {"external", JsonVector(node.external)},
+                     {"residual", JsonVector(node.residual)}});
+  }
+  return {{"holds", Holds(balance, tolerance)},
+          {"largest-residual", JsonNumber(balance.largestResidual)},
+          {"largest-force", JsonNumber(balance.largestForce)},
+          {"total", JsonVector(balance.total)},
+          {"nodes-without-all-forces", balance.numIncomplete},
+          {"nodes-without-reaction", balance.numUnknown},
+          {"nodes", std::move(nodes)}};
+}
+
+Json JsonResultant(const Resultant& resultant)
+{
+  return {
+      {"nodes", resultant.numNodes}, {"force", JsonVector(resultant.force)}, {"moment", JsonVector(resultant.moment)}};
+}
+
+void PrintJson(const Options& options, Output& output, const Report& report)
+{
+  Json steps = Json::array();
+  for (const StepReport& told : report.steps) {
+    Json step{{"block", ToSelectionText(told.step.forces)},
+              {"deformed", told.step.deformed},
+              {"elements", told.step.numElements},
+              {"largest-force", JsonNumber(told.step.largestSum)},
+              {"rounding-error", JsonNumber(told.step.errorBound)}};
+    if (told.balance) step["balance"] = JsonBalance(*told.balance, options.tolerance);
+    if (told.body) {
+      step["free-body"] = {{"about", JsonVector(ParsePoint(options.about))},
+                           {"cut", JsonResultant(told.body->cut)},
+                           {"other", JsonResultant(told.body->other)},
+                           {"sum", JsonResultant(told.body->sum)}};
+    }
+    steps.push_back(std::move(step));
+  }
+  Json skipped = Json::array();
+  for (const auto& [reason, ids] : report.skipped) skipped.push_back({{"reason", reason}, {"elements", ids}});
+  Json json{{"rounded-coordinates", report.isRounded}, {"skipped", std::move(skipped)}, {"steps", std::move(steps)}};
+  output.Write(JsonText(json, 2) + '\n');
+}
+
+/// The columns of a table of balances or of free bodies.
+std::vector<TableColumn> ColumnsOf(const Options& options, bool forPeople)
+{
+  std::vector<TableColumn> columns;
+  if (!forPeople) columns.push_back({"block", true});
+  const std::vector<const char*> names =
+      options.balance ? std::vector<const char*>{"node",       "fx",         "fy",         "fz",         "external-x",
+                                                 "external-y", "external-z", "residual-x", "residual-y", "residual-z"}
+                      : std::vector<const char*>{"at", "nodes", "fx", "fy", "fz", "mx", "my", "mz"};
+  for (const char* name : names) columns.push_back({name, std::string(name) == "at"});
+  return columns;
+}
+
+void WriteRows(TableWriter& table, const StepReport& told, bool forPeople)
+{
+  const auto append = [forPeople](std::vector<std::string>& cells, const Vector& vector) {
+    for (const double value : vector) cells.push_back(forPeople ? FormatRounded(value) : FormatNumber(value));
+  };
+  std::vector<std::string> before;
+  if (!forPeople) before.push_back(ToSelectionText(told.step.forces));
+  if (told.balance) {
+    for (const calculix::NodeBalance& node : told.balance->nodes) {
+      std::vector<std::string> cells = before;
+      cells.push_back(std::to_string(node.node));
+      append(cells, node.elements);
+      append(cells, node.external);
+      append(cells, node.residual);
+      table.Row(std::move(cells));
+    }
+  }
+  if (told.body) {
+    const std::pair<const char*, const Resultant*> rows[] = {
+        {"cut", &told.body->cut}, {"other", &told.body->other}, {"sum", &told.body->sum}};
+    for (const auto& [name, resultant] : rows) {
+      std::vector<std::string> cells = before;
+      cells.emplace_back(name);
+      cells.push_back(std::to_string(resultant->numNodes));
+      append(cells, resultant->force);
+      append(cells, resultant->moment);
+      table.Row(std::move(cells));
+    }
+  }
+}
+
+/// The line above the table of a result.
+std::string HeadLine(const StepReport& told)
+{
+  std::string line = ToSelectionText(told.step.forces) + "  " + Counted(told.step.numElements, "element") +
+                     (told.step.deformed ? ", deformed geometry" : "");
+  if (told.balance) {
+    const ForceBalance& balance = *told.balance;
+    line += ", largest residual " + FormatRounded(balance.largestResidual) + ", " +
+            FormatRounded(RelativeResidual(balance)) + " of the largest force";
+    if (balance.numIncomplete > 0) line += "; " + Counted(balance.numIncomplete, "node") + " without all forces";
+    if (balance.numUnknown > 0) line += "; " + Counted(balance.numUnknown, "node") + " without RF";
+  }
+  return line + '\n';
+}
+
+void PrintTables(const Options& options, Output& output, const Report& report)
+{
+  const bool forPeople = StyleOf(options.form) == TableStyle::Aligned;
+  if (!forPeople) {
+    TableWriter table = MakeTable(output, options.form, ColumnsOf(options, forPeople));
+    for (const StepReport& told : report.steps) WriteRows(table, told, forPeople);
+    return table.Finish();
+  }
+  const char* before = "";
+  for (const StepReport& told : report.steps) {
+    output.Write(before + HeadLine(told));
+    TableWriter table = MakeTable(output, options.form, ColumnsOf(options, forPeople));
+    WriteRows(table, told, forPeople);
+    table.Finish();
+    before = "\n";
+  }
+}
+
+/// Leaves only what a folder that has the rest does not have yet.
+void KeepAdded(FED_ResultDatabase& database, const Report& report, bool withNodeLists)
+{
+  std::set<FED_DataDescriptor> added;
+  for (const StepReport& told : report.steps) added.insert(told.step.forces);
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern())) {
+    const bool isNodeLists = withNodeLists && KindOf(descriptor) == kElementNodes;
+    if (!isNodeLists && !added.contains(descriptor)) database.DeleteDataBlock(descriptor);
+  }
+}
+
+void Run(const Options& options, CommandContext& context)
+{
+  CheckUsage(options);
+  const bool isAsked = options.balance || options.HasPart();
+  const bool inPlace = options.output.empty() && !isAsked;
+  if (inPlace && !IsOnfFolder(options.database) && !IsWorkingDatabase(options.database)) {
+    Fail(options.database +
+         ": not a database to add forces to, expected a working database, an ONF folder, -o OUT, --balance, --elements "
+         "or --set");
+  }
+  std::optional<Publication> publication;
+  if (inPlace || !options.output.empty()) publication.emplace(inPlace ? options.database : options.output);
+
+  std::optional<DeckModel> deck;
+  if (!options.deck.empty()) {
+    calculix::DeckOptions deckOptions;
+    deckOptions.allowOutside = options.allowOutside;
+    deck                     = calculix::ReadDeckModel(options.deck, deckOptions);
+  }
+  const DeckModel*   deckOrNull = deck ? &*deck : nullptr;
+  const Nonlinearity nonlinearity(options, deckOrNull);
+
+  OpenedDatabase                        database(options.database, context.console, OpenedDatabase::DeriveNothing);
+  const KindTable                       kinds(database.Get());
+  const std::vector<FED_DataDescriptor> results  = ChooseResults(options, database, kinds);
+  const bool                            keepsAll = !options.output.empty();
+  const auto copy = database.Copy(keepsAll ? database.Get().GetDataDescriptors(FED_DataDescriptorPattern())
+                                           : Ingredients(database.Get(), results));
+
+  std::map<int, std::vector<FED_DataDescriptor>> byIteration;
+  for (const FED_DataDescriptor& result : results)
+    byIteration[result.GetInteger(FED_DataDescriptor::Iteration)].push_back(result);
+  Report report;
+  bool   addsNodeLists = false;
+  for (const auto& entry : byIteration) {
+    addsNodeLists =
+        CalculateIteration(options, deckOrNull, *copy, entry.second, context.console, report) || addsNodeLists;
+  }
+
+  if (inPlace) KeepAdded(*copy, report, addsNodeLists);
+  if (publication) publication->Publish(*copy);
+  Note(options, nonlinearity, report, context.console);
+  if (options.form.json) {
+    PrintJson(options, context.output, report);
+  } else if (isAsked) {
+    PrintTables(options, context.output, report);
+  } else {
+    context.output.Write((inPlace ? options.database : options.output) + ": forces of " +
+                         Counted(report.steps.size(), "result") + '\n');
+  }
+  const bool holds = std::all_of(report.steps.begin(), report.steps.end(), [&options](const StepReport& told) {
+    return !told.balance || Holds(*told.balance, options.tolerance);
+  });
+  context.exitCode = holds ? ExitSuccess : ExitDifferent;
+}
+
+}  // namespace
+
+CommandFunction DefineForces(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.dat)")
+      ->required();
+  app.add_option("SELECTION", options->selection.text, "Which results: @KEY=VALUES,... (default: all)");
+  AddStepsOption(app, options->selection);
+  app.add_option("--deck", options->deck, "Deck of the job: coordinates with all digits, element types, NLGEOM, sets")
+      ->type_name("DECK");
+  app.add_flag("--allow-outside", options->allowOutside, "Let the deck include files outside its folder");
+  app.add_option("--nlgeom", options->nlgeom, "Geometrically nonlinear steps (default: as the deck says)")
+      ->type_name("STEPS|all|none");
+  app.add_option("-o,--output", options->output,
+                 "Working database (.fed) or ONF folder for everything (default: add to DB)")
+      ->type_name("OUT");
+  app.add_flag("--balance", options->balance,
+               "Compare the forces at each node with what acts on it, worst nodes first");
+  AddMagnitudeOption(app, "--tol", options->tolerance,
+                     "Largest residual that --balance accepts, as a fraction of the largest force (default: 1e-5)");
+  AddIntegerOption(app, "--head", options->head, "Nodes that --balance lists of each result, 0 for all (default: 10)");
+  app.add_option("--elements", options->elements, "Free body of these elements: 1,5-9")->type_name("IDS");
+  app.add_option("--set", options->set, "Free body of an element set")->type_name("NAME");
+  app.add_option("--about", options->about, "Point that moments of a free body are taken about (default: 0,0,0)")
+      ->type_name("X,Y,Z");
+  AddTableOptions(app, options->form);
+  app.footer(
+      "Integrates the stresses at integration points (582) to forces at the nodes of each element (580).\n"
+      "--balance, --elements and --set print; they save only with -o. Exit code 1: a residual is above --tol.\n"
+      "\n"
+      "Examples:\n"
+      "  quilon forces bracket.onf --deck bracket.inp\n"
+      "  quilon forces bracket.dat --deck bracket.inp --balance --tol 2e-6\n"
+      "  quilon forces bracket.dat @lc=2,sub=last --deck bracket.inp --set EBOLT --about 0,0,40");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon
