@@ -1,0 +1,89 @@
+#pragma once
+
+/// @file
+/// A disk that fails on demand.
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "bundled/FED_FileLayer.h"
+#include "TempFolder.h"
+
+namespace quilon_test {
+
+/// What happens to the call that fails.
+enum class Fault
+{
+  InputOutputError,  ///< nothing of the call happens
+  DiskFull,          ///< likewise, with another error
+  ShortWrite,        ///< half of a write happens, or all of another change, and then an error is told all the same
+  Death,             ///< the process dies before the call
+  DeathBehind,       ///< the process dies with half of a write done, or behind any other change
+  PowerLoss          ///< as DeathBehind, and what was not flushed is lost: bytes of files and entries of folders
+};
+
+/// Counts the calls that can fail, and lets one of them fail. After a death all calls are without effect: what the
+/// process still does is not done. Nothing is really flushed; what was told to be is known.
+class FaultyFiles : public FED_FileLayer
+{
+public:
+  /// Lets a call from now on fail.
+  /// @param position of the call, from 1; 0 lets none fail
+  void Arm(Fault fault, std::size_t position);
+
+  /// @return calls since Arm()
+  std::size_t GetCalls() const noexcept { return calls_; }
+  bool        HasFailed() const noexcept { return position_ != 0 && calls_ >= position_; }
+  bool        IsDead() const noexcept { return isDead_; }
+
+  /// Leaves the files as they are after the death. Call it when all objects of the dead process are gone.
+  void Bury();
+
+  std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override;
+  void            Close(Handle handle) noexcept override;
+  std::error_code GetSize(Handle handle, std::uint64_t& size) override;
+  std::error_code ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,
+                         std::size_t& done) override;
+  std::error_code WriteAt(Handle handle, std::uint64_t offset, const void* bytes, std::size_t count) override;
+  std::error_code Flush(Handle handle) override;
+  std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+  std::error_code Remove(const std::filesystem::path& path) override;
+  std::error_code MakeFolder(const std::filesystem::path& folder, bool& made) override;
+  std::error_code FlushFolder(const std::filesystem::path& folder) override;
+  std::error_code List(const std::filesystem::path& folder, std::vector<std::string>& names) override;
+  std::error_code Lock(const std::filesystem::path& path, Handle& handle) override;
+  void            MakeSkeleton(const std::filesystem::path& path, const std::function<void()>& make) override;
+
+private:
+  using Call = std::function<std::error_code()>;
+
+  /// A change of a folder's entries that is not on the disk yet.
+  struct EntryChange
+  {
+    std::filesystem::path path;
+    std::filesystem::path former;  // a copy of the file that was there; empty when there was none
+  };
+
+  std::error_code Do(const Call& whole, const std::function<void()>& part);
+  std::error_code Change(const Call& change);
+  std::error_code Look(const Call& call);
+  void            NoteEntry(const std::filesystem::path& path);
+
+  Fault                                   fault_    = Fault::InputOutputError;
+  std::size_t                             position_ = 0;
+  std::size_t                             calls_    = 0;
+  bool                                    isDead_   = false;
+  std::map<Handle, std::filesystem::path> paths_;      // of open files
+  std::set<std::filesystem::path>         unflushed_;  // files with bytes that are not on the disk
+  std::vector<EntryChange>                entries_;    // in their order
+  TempFolder                              copies_;
+  std::size_t                             numCopies_ = 0;
+};
+
+}  // namespace quilon_test

@@ -1,0 +1,304 @@
+// Whatever fails in a commit, and wherever: the database is then as before the commit or as after it, and whole.
+
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "bundled/FED_ResultDatabase.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "QuilonUtilities/FED_Failure.h"
+
+#include "FaultyFiles.h"
+#include "Snapshot.h"
+#include "TempFolder.h"
+
+namespace quilon_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr auto kScalar     = static_cast<FED_OnfId>(514);
+constexpr auto kTensor     = static_cast<FED_OnfId>(521);
+constexpr auto kPointLists = static_cast<FED_OnfId>(582);
+constexpr auto kUserKind   = static_cast<FED_OnfId>(1000);
+
+FED_DataDescriptor Key(FED_OnfId onf, int substep)
+{
+  FED_DataDescriptor descriptor(0, onf);
+  descriptor.SetInteger(FED_DataDescriptor::Substep, substep);
+  return descriptor;
+}
+
+void SetTensors(FED_ResultDatabase& database, int substep, int first, int last, double value)
+{
+  FED_IdDataBlock view(database.GetOrCreateDataBlock(Key(kTensor, substep), 0), database.GetIdMapsPool(), true);
+  for (int id = first; id <= last; ++id) {
+    const double tensor[6] = {value, 1.0 * id, 0, 0, 0, -value};
+    view.SetTensor(id, tensor);
+  }
+}
+
+void SetPoints(FED_ResultDatabase& database, int substep, int element, std::size_t numPoints)
+{
+  FED_DataBlock&        block  = database.GetOrCreateDataBlock(Key(kPointLists, substep), 0);
+  FED_DataRecord* const record = block.CreateDataRecord();
+  record->SetInteger(1, static_cast<int>(numPoints));
+  FED_DoubleArray values;
+  values.Resize(6 * numPoints);
+  for (std::size_t i = 0; i < values.GetSize(); ++i) values.GetData()[i] = 0.25 * static_cast<double>(i);
+  record->SetDoubleList(2, values);
+  block.SetRecord(database.GetIdMapsPool().FindOrAddIndex(1, element), *record);
+  block.DeleteDataRecord(record);
+}
+
+/// Seven commits, so that an eighth merges what is there.
+void MakeBase(const fs::path& folder)
+{
+  FED_ResultDatabase database(folder, FED_ResultDatabase::Create);
+  for (int substep = 1; substep <= 7; ++substep) {
+    SetTensors(database, substep, 10, 14, substep);
+    SetPoints(database, 1, 100 + substep, 2);
+    database.GetOrCreateDataBlock(Key(kScalar, 1), 0).SetScalarAt(static_cast<std::size_t>(substep), 20.0);
+    database.Commit();
+  }
+}
+
+/// Adds, changes and deletes blocks, replaces one, lets id maps grow and names a user kind.
+void Change(FED_ResultDatabase& database)
+{
+  SetTensors(database, 8, 10, 20, 8.0);
+  SetTensors(database, 2, 12, 13, -1.0);
+  SetPoints(database, 1, 103, 3);
+  SetPoints(database, 1, 200, 1);
+  database.GetOrCreateDataBlock(Key(kScalar, 1), 0).SetScalarAt(3, 21.0);
+  database.DeleteDataBlock(Key(kTensor, 4));
+  database.DeleteDataBlock(Key(kTensor, 5));
+  SetTensors(database, 5, 11, 11, 55.0);
+  database.GetOrCreateDataBlock(Key(kUserKind, 1), 0).SetScalarAt(2, 0.5);
+  database.SetUserKindName(kUserKind, "Wear depth");
+}
+
+using State = std::map<std::string, std::string>;
+
+/// All that a database holds.
+State StateOf(const FED_ResultDatabase& database)
+{
+  State state = Snapshot(database);
+  for (int kind = 0; kind < FED_ResultIdMapsPool::kNumKinds; ++kind)
+    for (std::size_t index = 1; index <= database.GetIdMapsPool().GetCount(kind); ++index)
+      state["id " + std::to_string(kind) + ' ' + std::to_string(index)] =
+          std::to_string(database.GetIdMapsPool().GetId(kind, index));
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
+    state["block " + descriptor.ToString()];
+  state["name"] = database.GetUserKindName(kUserKind);
+  return state;
+}
+
+State Read(const fs::path& folder) { return StateOf(FED_ResultDatabase(folder, FED_ResultDatabase::ReadOnly)); }
+
+/// The files that the manifest makes necessary: names of segments, the manifest and the lock.
+std::set<std::string> NeededFiles(const fs::path& folder)
+{
+  std::set<std::string> names = {"manifest", "lock"};
+  std::ifstream         manifest(folder / "manifest");
+  for (std::string line; std::getline(manifest, line);) {
+    if (line.rfind("segment ", 0) != 0) continue;
+    char name[32];
+    std::snprintf(name, sizeof name, "segment-%06d.h5", std::stoi(line.substr(8)));
+    names.insert(name);
+  }
+  return names;
+}
+
+std::set<std::string> FilesOf(const fs::path& folder)
+{
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
+  return names;
+}
+
+/// A session whose every call is made to fail in turn.
+struct Scenario
+{
+  std::string                              name;
+  std::function<void(const fs::path&)>     makeBase;  ///< may make nothing
+  FED_ResultDatabase::Access               access      = FED_ResultDatabase::ReadWrite;
+  std::size_t                              memoryLimit = std::size_t{1} << 20;
+  std::function<void(FED_ResultDatabase&)> work;  ///< everything but the commit
+  bool                                     compacts = false;
+};
+
+class CommitUnderFaults
+{
+public:
+  explicit CommitUnderFaults(const Scenario& scenario) : scenario_(scenario)
+  {
+    if (scenario.makeBase) {
+      scenario.makeBase(base_);
+      before_ = Read(base_);
+    }
+    const fs::path done = folder_ / "done.fed";
+    Prepare(done);
+    FaultyFiles files;
+    Run(done, files);
+    after_ = Read(done);
+  }
+
+  /// @return the positions tried
+  std::size_t TryAll(Fault fault)
+  {
+    std::size_t position = 0;
+    for (bool hasFailed = true; hasFailed && !testing::Test::HasFailure();) {
+      ++position;
+      SCOPED_TRACE(scenario_.name + ", fault " + std::to_string(static_cast<int>(fault)) + ", call " +
+                   std::to_string(position));
+      hasFailed = Try(fault, position);
+    }
+    return position - 1;
+  }
+
+private:
+  void Prepare(const fs::path& trial) const
+  {
+    fs::remove_all(trial);
+    if (scenario_.makeBase) fs::copy(base_, trial);
+  }
+
+  std::unique_ptr<FED_ResultDatabase> Open(const fs::path& trial, FaultyFiles& files) const
+  {
+    FED_ResultDatabaseOptions options;
+    options.files       = &files;
+    options.memoryLimit = scenario_.memoryLimit;
+    return std::make_unique<FED_ResultDatabase>(trial, scenario_.access, options);
+  }
+
+  void Publish(FED_ResultDatabase& database) const
+  {
+    if (scenario_.compacts)
+      database.Compact();
+    else
+      database.Commit();
+  }
+
+  void Run(const fs::path& trial, FaultyFiles& files) const
+  {
+    const auto database = Open(trial, files);
+    scenario_.work(*database);
+    Publish(*database);
+  }
+
+  /// @return whether a call failed: none does behind the last one
+  bool Try(Fault fault, std::size_t position)
+  {
+    const fs::path trial = folder_ / "trial.fed";
+    Prepare(trial);
+    FaultyFiles files;
+    files.Arm(fault, position);
+    bool isCommitted = false;
+    try {
+      const auto database = Open(trial, files);
+      scenario_.work(*database);
+      try {
+        Publish(*database);
+        isCommitted = true;
+      } catch (const FED_Failure&) {
+        if (!files.IsDead()) CommitAgain(*database, trial);
+      }
+    } catch (const FED_Failure&) {
+      // Opening failed, or a spill: the session is over.
+    }
+    const bool hasFailed = files.HasFailed();
+    if (files.IsDead()) files.Bury();
+    CheckOldOrNew(trial, isCommitted);
+    return hasFailed;
+  }
+
+  /// The fault has passed: the same object commits everything.
+  void CommitAgain(FED_ResultDatabase& database, const fs::path& trial)
+  {
+    CheckOldOrNew(trial, false, false);
+    Publish(database);
+    EXPECT_EQ(Read(trial), after_);
+    EXPECT_EQ(StateOf(database), after_);
+  }
+
+  void CheckOldOrNew(const fs::path& trial, bool isCommitted, bool clearsUp = true)
+  {
+    if (!fs::exists(trial / "manifest")) {
+      EXPECT_FALSE(isCommitted);
+      EXPECT_TRUE(before_.empty());
+      if (!clearsUp) return;
+      // The next one that makes this database is not held up by what is left.
+      FED_ResultDatabase(trial, FED_ResultDatabase::Create).Commit();
+    } else {
+      const State found = Read(trial);
+      if (isCommitted) {
+        EXPECT_EQ(found, after_);
+      } else {
+        EXPECT_TRUE(found == before_ || found == after_);
+      }
+      if (!clearsUp) return;
+      const FED_ResultDatabase next(trial, FED_ResultDatabase::ReadWrite);
+      EXPECT_EQ(StateOf(next), found);
+    }
+    EXPECT_EQ(FilesOf(trial), NeededFiles(trial));
+  }
+
+  const Scenario& scenario_;
+  TempFolder      folder_;
+  fs::path        base_ = folder_ / "base.fed";
+  State           before_;
+  State           after_;
+};
+
+void TryAllFaults(const Scenario& scenario)
+{
+  CommitUnderFaults commit(scenario);
+  std::size_t       positions = 0;
+  for (const Fault fault : {Fault::InputOutputError, Fault::DiskFull, Fault::ShortWrite, Fault::Death,
+                            Fault::DeathBehind, Fault::PowerLoss})
+    positions += commit.TryAll(fault);
+  std::cout << scenario.name << ": " << positions << " positions tried\n";
+  testing::Test::RecordProperty("positions", std::to_string(positions));
+  EXPECT_GT(positions, 60U);  // ten calls at the least for each of six faults
+}
+
+TEST(CommitUnderFaults, AChangeOfEverythingThatMergesSegmentsHappensWhollyOrNotAtAll)
+{
+  TryAllFaults({.name = "change", .makeBase = MakeBase, .work = Change});
+}
+
+TEST(CommitUnderFaults, ADatabaseIsMadeWhollyOrNotAtAll)
+{
+  TryAllFaults({.name     = "create",
+                .makeBase = nullptr,
+                .access   = FED_ResultDatabase::Create,
+                .work     = [](FED_ResultDatabase& database) {
+                  SetTensors(database, 1, 1, 9, 1.0);
+                  SetPoints(database, 1, 5, 4);
+                  database.SetUserKindName(kUserKind, "Wear depth");
+                }});
+}
+
+TEST(CommitUnderFaults, WorkThatDoesNotFitIntoMemoryHappensWhollyOrNotAtAll)
+{
+  TryAllFaults({.name = "spill", .makeBase = MakeBase, .memoryLimit = 1, .work = [](FED_ResultDatabase& database) {
+                  Change(database);
+                  for (int substep = 30; substep < 42; ++substep) SetTensors(database, substep, 1, 30, substep);
+                }});
+}
+
+TEST(CommitUnderFaults, CompactionHappensWhollyOrNotAtAll)
+{
+  TryAllFaults({.name = "compact", .makeBase = MakeBase, .work = Change, .compacts = true});
+}
+
+}  // namespace
+}  // namespace quilon_test
