@@ -18,11 +18,12 @@ void FaultyFiles::Arm(Fault fault, std::size_t position)
 
 void FaultyFiles::Bury()
 {
-  if (fault_ != Fault::PowerLoss) return;
+  if (!LosesPower()) return;
   for (const fs::path& path : unflushed_)
     if (fs::exists(path)) std::ofstream(path, std::ios::binary) << std::string(fs::file_size(path) / 2, '\xa5');
   for (; !entries_.empty(); entries_.pop_back()) {
-    const auto& [path, former] = entries_.back();
+    const auto& [path, former, isRename] = entries_.back();
+    if (isRename && fault_ == Fault::PowerLossInDisorder) continue;
     fs::remove(path);
     if (!former.empty()) fs::copy_file(former, path);
   }
@@ -84,8 +85,8 @@ std::error_code FaultyFiles::Flush(Handle handle)
 std::error_code FaultyFiles::Rename(const fs::path& from, const fs::path& to)
 {
   return Change([&] {
-    NoteEntry(to);
-    NoteEntry(from);
+    NoteEntry(to, true);
+    NoteEntry(from, true);
     if (unflushed_.erase(from) != 0) unflushed_.insert(to);
     return FED_FileLayer::Rename(from, to);
   });
@@ -145,8 +146,8 @@ std::error_code FaultyFiles::Do(const Call& whole, const std::function<void()>& 
   if (isDead_) return std::make_error_code(std::errc::io_error);
   ++calls_;
   if (calls_ != position_) return whole();
-  isDead_ = fault_ == Fault::Death || fault_ == Fault::DeathBehind || fault_ == Fault::PowerLoss;
-  if (fault_ == Fault::ShortWrite || fault_ == Fault::DeathBehind || fault_ == Fault::PowerLoss) part();
+  isDead_ = fault_ == Fault::Death || fault_ == Fault::DeathBehind || LosesPower();
+  if (fault_ == Fault::ShortWrite || fault_ == Fault::DeathBehind || LosesPower()) part();
   const bool isFull = fault_ == Fault::DiskFull || fault_ == Fault::ShortWrite;
   return std::make_error_code(isFull ? std::errc::no_space_on_device : std::errc::io_error);
 }
@@ -161,14 +162,14 @@ std::error_code FaultyFiles::Look(const Call& call)
   return Do(call, [] {});
 }
 
-void FaultyFiles::NoteEntry(const fs::path& path)
+void FaultyFiles::NoteEntry(const fs::path& path, bool isRename)
 {
   fs::path former;
   if (fs::is_regular_file(path)) {
     former = copies_ / std::to_string(++numCopies_);
     fs::copy_file(path, former);
   }
-  entries_.push_back({path, former});
+  entries_.push_back({path, former, isRename});
 }
 
 }  // namespace quilon_test

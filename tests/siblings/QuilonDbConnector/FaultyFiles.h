@@ -20,12 +20,13 @@ namespace quilon_test {
 /// What happens to the call that fails.
 enum class Fault
 {
-  InputOutputError,  ///< nothing of the call happens
-  DiskFull,          ///< likewise, with another error
-  ShortWrite,        ///< half of a write happens, or all of another change, and then an error is told all the same
-  Death,             ///< the process dies before the call
-  DeathBehind,       ///< the process dies with half of a write done, or behind any other change
-  PowerLoss          ///< as DeathBehind, and what was not flushed is lost: bytes of files and entries of folders
+  InputOutputError,    ///< nothing of the call happens
+  DiskFull,            ///< likewise, with another error
+  ShortWrite,          ///< half of a write happens, or all of another change, and then an error is told all the same
+  Death,               ///< the process dies before the call
+  DeathBehind,         ///< the process dies with half of a write done, or behind any other change
+  PowerLoss,           ///< as DeathBehind, and what was not flushed is lost: bytes of files and entries of folders
+  PowerLossInDisorder  ///< as PowerLoss, but names that were changed are changed: disks need not keep an order
 };
 
 /// Counts the calls that can fail, and lets one of them fail. After a death all calls are without effect: what the
@@ -68,12 +69,14 @@ private:
   {
     std::filesystem::path path;
     std::filesystem::path former;  // a copy of the file that was there; empty when there was none
+    bool                  isRename = false;
   };
 
   std::error_code Do(const Call& whole, const std::function<void()>& part);
   std::error_code Change(const Call& change);
   std::error_code Look(const Call& call);
-  void            NoteEntry(const std::filesystem::path& path);
+  bool LosesPower() const noexcept { return fault_ == Fault::PowerLoss || fault_ == Fault::PowerLossInDisorder; }
+  void NoteEntry(const std::filesystem::path& path, bool isRename = false);
 
   Fault                                   fault_    = Fault::InputOutputError;
   std::size_t                             position_ = 0;

@@ -263,11 +263,11 @@ void TryAllFaults(const Scenario& scenario)
   CommitUnderFaults commit(scenario);
   std::size_t       positions = 0;
   for (const Fault fault : {Fault::InputOutputError, Fault::DiskFull, Fault::ShortWrite, Fault::Death,
-                            Fault::DeathBehind, Fault::PowerLoss})
+                            Fault::DeathBehind, Fault::PowerLoss, Fault::PowerLossInDisorder})
     positions += commit.TryAll(fault);
   std::cout << scenario.name << ": " << positions << " positions tried\n";
   testing::Test::RecordProperty("positions", std::to_string(positions));
-  EXPECT_GT(positions, 60U);  // ten calls at the least for each of six faults
+  EXPECT_GT(positions, 70U);  // ten calls at the least for each of seven faults
 }
 
 TEST(CommitUnderFaults, AChangeOfEverythingThatMergesSegmentsHappensWhollyOrNotAtAll)
