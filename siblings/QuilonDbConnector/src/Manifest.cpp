@@ -26,7 +26,9 @@ public:
   void TakeText(std::string_view expected)
   {
     if (!StartsWith(expected))
-      Fail("\"" + std::string(expected.substr(0, expected.find_last_not_of(" \n") + 1)) + "\"");
+      Fail(expected == "\n"  ? "the end of the line"
+           : expected == " " ? "a blank"
+                             : '"' + std::string(expected.substr(0, expected.size() - 1)) + '"');
     position_ += expected.size();
     line_ += static_cast<std::size_t>(std::count(expected.begin(), expected.end(), '\n'));
   }
@@ -108,11 +110,14 @@ Manifest DecodeManifest(const std::string& text, const std::filesystem::path& pa
   RequireFormatVersion(in.TakeNumber(), path);
   RequireChecksum(text, path);
   Manifest manifest;
-  in.TakeText("\ngeneration ");
+  in.TakeText("\n");
+  in.TakeText("generation ");
   manifest.generation = in.TakeNumber();
-  in.TakeText("\nnext-segment ");
+  in.TakeText("\n");
+  in.TakeText("next-segment ");
   manifest.nextSegment = in.TakeNumber();
-  in.TakeText("\nnext-block ");
+  in.TakeText("\n");
+  in.TakeText("next-block ");
   manifest.nextBlock = in.TakeNumber();
   in.TakeText("\n");
   while (in.StartsWith("segment ")) {
