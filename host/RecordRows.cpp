@@ -187,11 +187,30 @@ RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const
   } else {
     names = FieldNames(onf, fields, kinds.GetName(block.GetDescriptor()));
     if (names.empty()) names = NumberedNames(fields);
+    std::size_t column = columns_.size();
+    for (const FED_FieldType::Class field : fields) {
+      fields_.push_back({column, field == FED_FieldType::IntList || field == FED_FieldType::DoubleList});
+      column += std::max<std::size_t>(1, FED_FieldType::GetDoubleCount(field));
+    }
   }
   columns_.insert(columns_.end(), names.begin(), names.end());
 }
 
 RecordRows::~RecordRows() = default;
+
+std::string RecordRows::GetComponentName(std::size_t field, std::size_t component) const
+{
+  const auto grouped = [&](const Names& names) {
+    return columns_[1] + ' ' + std::to_string(component / names.size() + 1) + ' ' + names[component % names.size()];
+  };
+  if (layout_ == Layout::Points) return field == 2 ? grouped(kTensorNames) : "points";
+  if (layout_ == Layout::Triples) return grouped(kVectorNames);
+  // Of two blocks that are compared the other may have more fields.
+  if (field == 0 || field > fields_.size()) return "field" + std::to_string(field);
+  const FieldColumns& columns = fields_[field - 1];
+  if (columns.isList) return columns_[columns.first] + '[' + std::to_string(component + 1) + ']';
+  return columns_[std::min(columns.first + component, columns_.size() - 1)];
+}
 
 std::vector<std::vector<Cell>> RecordRows::GetRows(int id, const FED_ConstDataRecord& record) const
 {

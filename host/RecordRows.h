@@ -43,6 +43,11 @@ public:
   /// Names of the columns, the id ("id", or "index" where a block has no ids) first.
   const std::vector<std::string>& GetColumns() const noexcept { return columns_; }
 
+  /// @param field     counts from 1
+  /// @param component counts from 0
+  /// @return the name of one value of a record: "xx", "nodes[3]", "point 2 xx"
+  std::string GetComponentName(std::size_t field, std::size_t component) const;
+
   /// @return the record's rows, a cell for each column
   std::vector<std::vector<Cell>> GetRows(int id, const FED_ConstDataRecord& record) const;
 
@@ -54,11 +59,19 @@ private:
     Triples,  ///< three doubles per node of an element: a row per node, with its id where it is known
   };
 
+  /// The columns of one field.
+  struct FieldColumns
+  {
+    std::size_t first;
+    bool        isList;
+  };
+
   std::vector<int> NodesOf(int element) const;
 
   Layout                                layout_ = Layout::Fields;
   std::vector<std::string>              columns_;
   std::unique_ptr<FED_ConstIdDataBlock> nodeLists_;  // of layout Triples, null where the database has none
+  std::vector<FieldColumns>             fields_;     // shape [number of fields]; empty in the layouts of groups
 };
 
 /// A record's id, or its index in a block without ids.

@@ -11,7 +11,7 @@ if [[ ${1:-} == --help || ${1:-} == -h ]]; then
 fi
 
 declare -A group=(
-  [build]="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libhdf5-dev libxxhash-dev pkg-config"
+  [build]="g++ cmake ninja-build libcli11-dev libnanoflann-dev nlohmann-json3-dev libhdf5-dev libxxhash-dev pkg-config"
   [test]="libgtest-dev libgmock-dev libbenchmark-dev libabsl-dev python3 binutils"
   [ci]="doxygen clang-14 libclang-rt-14-dev clang-format-14 calculix-ccx"
 )

@@ -44,10 +44,12 @@ const std::vector<Command>& GetCommands();
 // One file each.
 CommandFunction DefineDerive(CLI::App& app);
 CommandFunction DefineForces(CLI::App& app);
+CommandFunction DefineDiff(CLI::App& app);
 CommandFunction DefineFromOnf(CLI::App& app);
 CommandFunction DefineImport(CLI::App& app);
 CommandFunction DefineLs(CLI::App& app);
 CommandFunction DefineShow(CLI::App& app);
+CommandFunction DefineSize(CLI::App& app);
 CommandFunction DefineToOnf(CLI::App& app);
 
 }  // namespace quilon

@@ -8,6 +8,8 @@ const std::vector<Command>& GetCommands()
       {"import", "Read solver results into a database", DefineImport},
       {"ls", "List the blocks of a database", DefineLs},
       {"show", "Show the records of blocks", DefineShow},
+      {"size", "Tell what a database holds, in bytes", DefineSize},
+      {"diff", "Compare two databases", DefineDiff},
       {"derive", "Add derived results to a database", DefineDerive},
       {"forces", "Forces at element nodes, their balance, free bodies", DefineForces},
       {"to-onf", "Write a database as ONF text", DefineToOnf},

@@ -1,0 +1,187 @@
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "commands/Command.h"
+#include "commands/SelectionOptions.h"
+#include "commands/TableOptions.h"
+#include "OpenedDatabase.h"
+#include "QuilonDataBlockSize.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "selection/KindTable.h"
+#include "terminal/Format.h"
+#include "terminal/JsonText.h"
+#include "terminal/Output.h"
+
+namespace quilon {
+
+namespace {
+
+struct Options
+{
+  std::string      database;
+  SelectionOptions selection;
+  TableOptions     form;
+};
+
+/// Blocks that are counted together.
+struct Total
+{
+  std::size_t blocks = 0;
+  std::size_t bytes  = 0;
+};
+using Totals = std::map<std::string, Total>;
+
+struct SizedBlock
+{
+  std::string block;
+  std::string kind;
+  std::string step;
+  std::size_t bytes;
+};
+
+struct Sizes
+{
+  std::vector<SizedBlock> blocks;  // the largest first
+  Totals                  kinds;
+  Totals                  steps;
+  Total                   all;
+};
+
+/// @return the block's keys without its kind: "it=0,lc=1"; "-" without any
+std::string StepOf(const FED_DataDescriptor& descriptor)
+{
+  std::string step;
+  for (const IndexKey& key : GetIndexKeys()) {
+    const bool isQuantity = key.index == kQuantityIndex && GetQuantity(descriptor) != 0;
+    if (!descriptor.IsSet(key.index) || key.index == FED_DataDescriptor::Layer || isQuantity) continue;
+    step += (step.empty() ? "" : ",") + std::string(key.key) + '=' + std::to_string(descriptor.GetInteger(key.index));
+  }
+  return step.empty() ? "-" : step;
+}
+
+void Add(std::size_t bytes, Total& total)
+{
+  ++total.blocks;
+  total.bytes += bytes;
+}
+
+Sizes Measure(const FED_Database& database, const Selection& selection)
+{
+  const KindTable                       kinds(database);
+  const std::vector<FED_DataDescriptor> selected =
+      selection.Apply(database.GetDataDescriptors(FED_DataDescriptorPattern()));
+  const std::set<FED_DataDescriptor> wanted(selected.begin(), selected.end());
+
+  auto sorted = QuilonDataBlockSize::DataBlocksSortedSizeOf(database);
+  // The library lists the smallest first, and blocks of one size by descriptor: this way round the latter stays.
+  std::stable_sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
+  Sizes sizes;
+  for (const auto& [bytes, descriptor] : sorted) {
+    if (!wanted.contains(descriptor)) continue;
+    sizes.blocks.push_back({ToSelectionText(descriptor), kinds.GetName(descriptor), StepOf(descriptor), bytes});
+    const SizedBlock& block = sizes.blocks.back();
+    Add(bytes, sizes.kinds[block.kind]);
+    Add(bytes, sizes.steps[block.step]);
+    Add(bytes, sizes.all);
+  }
+  return sizes;
+}
+
+/// The largest first.
+std::vector<std::pair<std::string, Total>> Sorted(const Totals& totals)
+{
+  std::vector<std::pair<std::string, Total>> sorted(totals.begin(), totals.end());
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [](const auto& a, const auto& b) { return a.second.bytes > b.second.bytes; });
+  return sorted;
+}
+
+Json TotalsJson(const Totals& totals, const char* name)
+{
+  Json list = Json::array();
+  for (const auto& [key, total] : Sorted(totals))
+    list.push_back(Json{{name, key}, {"blocks", total.blocks}, {"size", total.bytes}});
+  return list;
+}
+
+void PrintJson(Output& output, const Sizes& sizes)
+{
+  Json json;
+  json["size"]   = sizes.all.bytes;
+  json["blocks"] = Json::array();
+  for (const SizedBlock& block : sizes.blocks)
+    json["blocks"].push_back(
+        Json{{"block", block.block}, {"kind", block.kind}, {"step", block.step}, {"size", block.bytes}});
+  json["kinds"] = TotalsJson(sizes.kinds, "kind");
+  json["steps"] = TotalsJson(sizes.steps, "step");
+  output.Write(JsonText(json, 2) + '\n');
+}
+
+std::string SizeCell(const TableOptions& form, std::size_t bytes)
+{
+  return StyleOf(form) == TableStyle::Aligned ? FormatBytes(bytes) : std::to_string(bytes);
+}
+
+void PrintTotals(Output& output, const TableOptions& form, const char* name, const Totals& totals)
+{
+  output.Write("\n");
+  TableWriter table = MakeTable(output, form, {{name, true}, {"blocks", false}, {"size", false}});
+  for (const auto& [key, total] : Sorted(totals))
+    table.Row({key, std::to_string(total.blocks), SizeCell(form, total.bytes)});
+  table.Finish();
+}
+
+void PrintTables(Output& output, const TableOptions& form, const Sizes& sizes)
+{
+  TableWriter table = MakeTable(output, form, {{"kind", true}, {"block", true}, {"size", false}});
+  for (const SizedBlock& block : sizes.blocks) table.Row({block.kind, block.block, SizeCell(form, block.bytes)});
+  table.Finish();
+  if (form.csv) return;
+  PrintTotals(output, form, "kind", sizes.kinds);
+  PrintTotals(output, form, "step", sizes.steps);
+  output.Write("\n" + Counted(sizes.all.blocks, "block") + ", " + Counted(sizes.all.bytes, "byte") + '\n');
+}
+
+void Run(const Options& options, CommandContext& context)
+{
+  OpenedDatabase database(options.database, context.console);
+  const Sizes    sizes = Measure(database.Get(), options.selection.Parse(KindTable(database.Get())));
+  if (options.form.json)
+    PrintJson(context.output, sizes);
+  else
+    PrintTables(context.output, options.form, sizes);
+}
+
+}  // namespace
+
+CommandFunction DefineSize(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
+      ->required();
+  app.add_option("SELECTION", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)");
+  AddStepsOption(app, options->selection);
+  AddTableOptions(app, options->form);
+  app.footer(
+      "Prints the blocks, the largest first, then totals by kind and by step. What is counted are the values of the\n"
+      "records: 4 bytes an integer or float, 8 a double, 24 a vector, 48 a tensor; a text its length, a list its "
+      "values,\n"
+      "and 4 bytes more for the length of either. It is not the room that a database takes on a disk. CSV has the "
+      "blocks\n"
+      "alone.\n"
+      "\n"
+      "Examples:\n"
+      "  quilon size bracket.onf\n"
+      "  quilon size job.frd stress --json");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon

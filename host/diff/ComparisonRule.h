@@ -1,0 +1,96 @@
+#pragma once
+
+/// @file
+/// When two values of a result count as equal.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "QuilonDataBlockDiff.h"
+
+namespace quilon::diff {
+
+/// What becomes of a value that is not a number.
+enum class NanPolicy
+{
+  Passes,     ///< equal to anything, as the library's tolerances have it; every one is told
+  Equal,      ///< equal to another NaN, different from any number
+  Different,  ///< different from everything
+  Forbidden   ///< different from everything, and looked for where there is nothing to compare with, too
+};
+
+/// A rule as users write it: terms separated by blanks or commas.
+///
+///     abs=T     |a - b| <= T
+///     rel=T     |a - b| <= T * max(|a|, |b|)
+///     peak=T    |a - b| <= T * P, P the largest finite magnitude of the block, of the smaller one of the two blocks
+///     ulps=N    at most N steps from a to b through the representable numbers, -0.0 and 0.0 being one
+///     all, any  whether all of these have to hold (the default) or one suffices
+///     exact     a == b
+///     default   the library's rule: |a - b| <= 1e-6 and, where both are positive, |a - b| / min(a, b) <= 1e-6
+///     ignore    nothing of the kind is compared
+///     nan=equal, nan=different, nan=forbid
+///     mode-sign mode vectors may have either sign
+///
+/// Values that are equal pass abs, rel, peak and ulps, infinities too; an infinity and anything else do not.
+struct ComparisonRule
+{
+  enum Form
+  {
+    Default,
+    Exact,
+    Tolerances,
+    Ignore
+  };
+
+  Form                         form = Default;
+  std::optional<double>        abs;
+  std::optional<double>        rel;
+  std::optional<double>        peak;
+  std::optional<std::uint64_t> ulps;
+  bool                         any = false;
+  std::optional<NanPolicy>     nan;  ///< unset: Passes by default, Different when exact, Equal with tolerances
+  bool                         modeSign = false;
+
+  NanPolicy GetNanPolicy() const noexcept;
+
+  /// @return the rule as it is written
+  std::string ToString() const;
+};
+
+/// @param where in front of messages: "FILE:LINE: " or empty
+/// @throws FED_Failure for anything that is no rule
+ComparisonRule ParseRule(std::string_view text, const std::string& where);
+
+/// @return steps from one to the other through the representable numbers of the type; neither is a NaN
+std::uint64_t UlpDistance(double a, double b) noexcept;
+std::uint64_t UlpDistance(float a, float b) noexcept;
+
+/// A rule at work on the values of one block. NaNs are not its business.
+class ValueJudge
+{
+public:
+  /// @param rule borrowed
+  /// @param info tolerances of the library's rule
+  /// @param peak what peak= is relative to
+  ValueJudge(const ComparisonRule& rule, const QuilonDataBlockDiff::CompareInfo& info, double peak);
+
+  /// @param isSingle whether both values come from fields of 32 bits, which is what ulps= counts in then
+  bool Accepts(double a, double b, bool isSingle) const noexcept;
+
+  /// @return for two values that are not accepted how many times their difference is what is allowed, for `any` by the
+  ///         term that comes nearest; infinite where nothing is allowed
+  double GetExcess(double a, double b, bool isSingle) const noexcept;
+
+  /// @return which terms fail for two values that are not accepted, such as "abs 0.5 > 0.25"
+  std::string Explain(double a, double b, bool isSingle) const;
+
+private:
+  const ComparisonRule&            rule_;
+  QuilonDataBlockDiff::CompareInfo info_;
+  double                           peak_;
+};
+
+}  // namespace quilon::diff

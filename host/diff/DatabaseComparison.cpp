@@ -1,0 +1,286 @@
+#include "diff/DatabaseComparison.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <tuple>
+#include <utility>
+
+#include "QuilonDbConnector/FED_Database.h"
+#include "selection/KindTable.h"
+
+namespace quilon::diff {
+
+namespace {
+
+constexpr int kDisplacement = 510;
+constexpr int kModes        = 2;  // of the index Analysis
+constexpr int kNodeSets     = 600;
+constexpr int kElementSets  = 601;
+
+constexpr auto kQuantity = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
+
+bool IsUserKind(int onf) { return onf >= 1000 && onf <= 1999; }
+
+/// What identifies a block in either database: its indices, with the names of user kinds in place of their ONF ids.
+struct BlockKey
+{
+  FED_DataDescriptor descriptor;
+  std::string        kindName;
+  std::string        quantityName;
+
+  bool operator<(const BlockKey& other) const
+  {
+    if (!(descriptor == other.descriptor)) return descriptor < other.descriptor;
+    return std::tie(kindName, quantityName) < std::tie(other.kindName, other.quantityName);
+  }
+};
+
+BlockKey MakeKey(const FED_Database& database, const FED_DataDescriptor& descriptor)
+{
+  BlockKey   key{descriptor, "", ""};
+  const auto replace = [&](FED_DataDescriptor::ResultIndex index, std::string& name) {
+    const int onf = descriptor.values[index];
+    if (!IsUserKind(onf)) return;
+    name = database.GetUserKindName(static_cast<FED_OnfId>(onf));
+    if (!name.empty()) key.descriptor.values[index] = 0;
+  };
+  replace(FED_DataDescriptor::OnfId, key.kindName);
+  if (GetQuantity(descriptor) != 0) replace(kQuantity, key.quantityName);
+  return key;
+}
+
+bool HasRecords(const FED_DataBlock& block) { return block.Begin() != block.End(); }
+
+int KindOf(const FED_DataDescriptor& descriptor)
+{
+  const int quantity = GetQuantity(descriptor);
+  return quantity != 0 ? quantity : descriptor.GetInteger(FED_DataDescriptor::OnfId);
+}
+
+/// How the values of a mode's result change with the sign of the mode.
+Transformation::Sign GetSignWhenNegated(int onf)
+{
+  switch (onf) {
+    case 510:  // displacement, reaction, velocity, acceleration
+    case 511:
+    case 512:
+    case 513:
+    case 521:  // stresses and strains
+    case 522:
+    case 531:
+    case 532:
+    case 561:
+    case 571:
+    case 580:  // element forces and moments
+    case 581:
+    case 582:  // at integration points
+    case 583:
+      return Transformation::Negated;
+    case 520:
+    case 530:
+    case 560:
+    case 570:
+      return Transformation::NegatedPrincipal;
+    default:
+      return Transformation::AsIs;
+  }
+}
+
+bool IsMode(const FED_DataDescriptor& descriptor)
+{
+  return !descriptor.IsSet(FED_DataDescriptor::Analysis) ||
+         descriptor.GetInteger(FED_DataDescriptor::Analysis) == kModes;
+}
+
+/// @return the key of the mode that a block belongs to: its own without kind and layer
+FED_DataDescriptor ModeOf(FED_DataDescriptor descriptor)
+{
+  descriptor.SetInteger(FED_DataDescriptor::OnfId, 0);
+  descriptor.SetInteger(FED_DataDescriptor::Layer, 0);
+  return descriptor;
+}
+
+class Comparison
+{
+public:
+  Comparison(const ComparedDatabase& first, const ComparedDatabase& second, const ComparisonTerms& terms)
+      : first_(first),
+        second_(second),
+        terms_(terms),
+        matcher_(terms.matching, first.database.GetIdMapsPool(), second.database.GetIdMapsPool(), terms.mesh)
+  {}
+
+  DatabaseOutcome Run()
+  {
+    FindCounterparts();
+    const std::size_t total = outcome_.blocks.size();
+    for (std::size_t i = 0; i < total; ++i) {
+      if (terms_.progress) terms_.progress(i, total);
+      Compare(outcome_.blocks[i]);
+    }
+    return std::move(outcome_);
+  }
+
+private:
+  void FindCounterparts()
+  {
+    std::map<BlockKey, FED_DataDescriptor> unmatched;
+    for (const FED_DataDescriptor& descriptor : second_.blocks)
+      if (HasRecords(second_.database.GetConstDataBlock(descriptor)))
+        unmatched.emplace(MakeKey(second_.database, descriptor), descriptor);
+
+    for (const FED_DataDescriptor& descriptor : first_.blocks) {
+      const FED_DataBlock& block = first_.database.GetConstDataBlock(descriptor);
+      if (!HasRecords(block)) continue;
+      BlockOutcome& outcome = outcome_.blocks.emplace_back();
+      outcome.descriptor    = descriptor;
+      outcome.kind          = KindOf(descriptor);
+      outcome.block         = &block;
+      BlockKey key          = MakeKey(first_.database, descriptor);
+      if (terms_.keyInSecond) key.descriptor = terms_.keyInSecond(key.descriptor);
+      const auto found = unmatched.find(key);
+      if (found == unmatched.end()) {
+        outcome.status = BlockOutcome::MissingInSecond;
+        continue;
+      }
+      outcome.descriptorInSecond = found->second;
+      outcome.secondBlock        = &second_.database.GetConstDataBlock(found->second);
+      unmatched.erase(found);
+    }
+    if (terms_.allowsMore) return;
+    for (const FED_DataDescriptor& descriptor : second_.blocks) {
+      const auto found = unmatched.find(MakeKey(second_.database, descriptor));
+      if (found == unmatched.end()) continue;
+      BlockOutcome& outcome      = outcome_.blocks.emplace_back();
+      outcome.descriptor         = descriptor;
+      outcome.descriptorInSecond = descriptor;
+      outcome.kind               = KindInFirst(descriptor);
+      outcome.secondBlock        = &second_.database.GetConstDataBlock(descriptor);
+      outcome.status             = BlockOutcome::OnlyInSecond;
+    }
+  }
+
+  /// @return the ONF id that the kind of a block of the second database has in the first, where its name tells
+  int KindInFirst(const FED_DataDescriptor& descriptor) const
+  {
+    const int kind = KindOf(descriptor);
+    if (!IsUserKind(kind)) return kind;
+    const std::string name = second_.database.GetUserKindName(static_cast<FED_OnfId>(kind));
+    if (name.empty()) return kind;
+    for (int onf = 1000; onf <= 1999; ++onf)
+      if (first_.database.GetUserKindName(static_cast<FED_OnfId>(onf)) == name) return onf;
+    return kind;
+  }
+
+  void Compare(BlockOutcome& outcome)
+  {
+    const ComparisonRule rule        = terms_.rules.Find(outcome.kind);
+    const bool           isForbidden = rule.GetNanPolicy() == NanPolicy::Forbidden;
+    const std::size_t    most        = terms_.info.maxDiffsPerBlock;
+    if (rule.form == ComparisonRule::Ignore || outcome.block == nullptr || outcome.secondBlock == nullptr) {
+      if (isForbidden) LookForNans(outcome, most);
+      if (rule.form == ComparisonRule::Ignore)
+        outcome.status = outcome.fields.differingValues == 0 ? BlockOutcome::Ignored : BlockOutcome::Different;
+      return;
+    }
+    const RecordPairs    pairs          = matcher_.Pair(*outcome.block, *outcome.secondBlock);
+    const Transformation transformation = Transform(outcome, pairs, rule);
+    outcome.isNegated                   = transformation.sign != Transformation::AsIs;
+    outcome.fields = CompareFields(*outcome.block, *outcome.secondBlock, pairs, {rule, terms_.info, transformation});
+    outcome.status = outcome.fields.IsSame() ? BlockOutcome::Same : BlockOutcome::Different;
+  }
+
+  static void LookForNans(BlockOutcome& outcome, std::size_t most)
+  {
+    if (outcome.block != nullptr) outcome.fields = FindNans(*outcome.block, false, most);
+    if (outcome.secondBlock == nullptr) return;
+    FieldOutcome found = FindNans(*outcome.secondBlock, true, most);
+    found.worst.insert(found.worst.end(), outcome.fields.worst.begin(), outcome.fields.worst.end());
+    found.differingRecords += outcome.fields.differingRecords;
+    found.differingValues += outcome.fields.differingValues;
+    outcome.fields = std::move(found);
+  }
+
+  Transformation Transform(const BlockOutcome& outcome, const RecordPairs& pairs, const ComparisonRule& rule)
+  {
+    Transformation transformation;
+    const int      onf = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId);
+    if (terms_.mesh != nullptr) {
+      if (onf == FED_OnfId_ElementNodes || onf == kNodeSets) transformation.listIds = terms_.mesh->Find(0);
+      if (onf == kElementSets) transformation.listIds = terms_.mesh->Find(1);
+      transformation.sortsLists = onf == kNodeSets || onf == kElementSets;
+    }
+    const Transformation::Sign whenNegated = GetSignWhenNegated(onf);
+    if (rule.modeSign && whenNegated != Transformation::AsIs && IsMode(outcome.descriptor) &&
+        IsNegatedMode(outcome, pairs, whenNegated))
+      transformation.sign = whenNegated;
+    return transformation;
+  }
+
+  /// One sign for all results of a mode: the displacement decides. Without it each block decides for itself.
+  bool IsNegatedMode(const BlockOutcome& outcome, const RecordPairs& pairs, Transformation::Sign whenNegated)
+  {
+    const auto [known, isNew] = isNegated_.try_emplace(ModeOf(outcome.descriptor));
+    if (isNew) known->second = AskDisplacement(outcome);
+    if (known->second) return *known->second;
+    // Principal values do not tell: their negative is in another order.
+    return whenNegated == Transformation::Negated && DotProduct(*outcome.block, *outcome.secondBlock, pairs) < 0.0;
+  }
+
+  std::optional<bool> AskDisplacement(const BlockOutcome& outcome)
+  {
+    const FED_DataDescriptor mode = ModeOf(outcome.descriptor);
+    for (const BlockOutcome& other : outcome_.blocks) {
+      const bool isVector = other.descriptor.GetInteger(FED_DataDescriptor::OnfId) == kDisplacement;
+      if (!isVector || other.block == nullptr || other.secondBlock == nullptr || !(ModeOf(other.descriptor) == mode))
+        continue;
+      return DotProduct(*other.block, *other.secondBlock, matcher_.Pair(*other.block, *other.secondBlock)) < 0.0;
+    }
+    return std::nullopt;
+  }
+
+  const ComparedDatabase& first_;
+  const ComparedDatabase& second_;
+  const ComparisonTerms&  terms_;
+  RecordMatcher           matcher_;
+  DatabaseOutcome         outcome_;
+  /// By mode: whether its displacement says that the second database has the other sign; nothing without displacement.
+  std::map<FED_DataDescriptor, std::optional<bool>> isNegated_;
+};
+
+}  // namespace
+
+bool BlockOutcome::IsWorseThan(const BlockOutcome& other) const noexcept
+{
+  // A block that is missing is worse than any value.
+  const auto isMissing = [](const BlockOutcome& outcome) {
+    return outcome.status == MissingInSecond || outcome.status == OnlyInSecond;
+  };
+  if (isMissing(*this) || isMissing(other)) return isMissing(*this) && !isMissing(other);
+  if (fields.worst.empty() || other.fields.worst.empty()) return !fields.worst.empty() && other.fields.worst.empty();
+  const ValueDifference& mine   = fields.worst.front();
+  const ValueDifference& theirs = other.fields.worst.front();
+  if (mine.excess != theirs.excess) return mine.excess > theirs.excess;
+  return mine.distance > theirs.distance;
+}
+
+bool DatabaseOutcome::IsSame() const noexcept
+{
+  return std::all_of(blocks.begin(), blocks.end(), [](const BlockOutcome& block) {
+    return block.status == BlockOutcome::Same || block.status == BlockOutcome::Ignored;
+  });
+}
+
+DatabaseOutcome CompareDatabases(const ComparedDatabase& first, const ComparedDatabase& second,
+                                 const ComparisonTerms& terms)
+{
+  return Comparison(first, second, terms).Run();
+}
+
+ComparedDatabase WholeDatabase(const FED_Database& database)
+{
+  return {database, database.GetDataDescriptors(FED_DataDescriptorPattern())};
+}
+
+}  // namespace quilon::diff

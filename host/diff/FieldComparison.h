@@ -1,0 +1,104 @@
+#pragma once
+
+/// @file
+/// Two blocks of one kind, compared.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "diff/ComparisonRule.h"
+#include "diff/RecordMatching.h"
+#include "diff/RecordWalk.h"
+
+namespace quilon::diff {
+
+/// Distances of two fields over all values that are finite in both.
+struct FieldNorms
+{
+  std::size_t values     = 0;    ///< pairs of numbers that were compared, NaNs and infinities included
+  double      peak       = 0.0;  ///< largest finite magnitude, of the smaller one of the two fields
+  double      largest    = 0.0;  ///< of |a - b|
+  double      sumSquares = 0.0;  ///< of a - b
+  double      reference  = 0.0;  ///< sum of squares of a
+
+  double GetRms() const noexcept;
+  /// @return the Euclidean norm of a - b as a fraction of that of a; 0 when both are 0
+  double GetRelative() const noexcept;
+};
+
+/// Which side holds a NaN.
+enum class NanSide
+{
+  First,
+  Second,
+  Both
+};
+
+/// The place of a NaN that was let pass.
+struct PassedNan
+{
+  std::size_t index;  ///< of the record in the first block
+  std::size_t field;
+  std::size_t component;
+  NanSide     side;
+};
+
+/// The worst difference of one record.
+struct ValueDifference
+{
+  std::size_t index     = 0;  ///< of the record: in the first block, in the second for one that only the second has
+  bool        second    = false;
+  std::size_t field     = 0;  ///< counts from 1; 0 for the record as a whole
+  std::size_t component = 0;
+  double      excess    = 0.0;  ///< how many times what is allowed; infinite where nothing is
+  double      distance  = 0.0;  ///< |a - b|, infinite where it has no meaning
+  std::string a;                ///< empty where there is none
+  std::string b;
+  std::string rule;  ///< what failed
+
+  /// @return whether this difference is worse than the other
+  bool IsWorseThan(const ValueDifference& other) const noexcept;
+};
+
+/// The outcome for one pair of blocks.
+struct FieldOutcome
+{
+  std::size_t records           = 0;  ///< compared
+  std::size_t differingRecords  = 0;  ///< of these
+  std::size_t missingRecords    = 0;  ///< in the first block only
+  std::size_t additionalRecords = 0;  ///< in the second block only
+  std::size_t differingValues   = 0;  ///< of the records compared
+  FieldNorms  norms;
+
+  std::vector<ValueDifference> worst;  ///< at most so many as asked for, the worst first
+  std::vector<PassedNan>       passedNans;
+
+  bool IsSame() const noexcept { return differingRecords == 0 && missingRecords == 0 && additionalRecords == 0; }
+};
+
+/// What one comparison of blocks goes by.
+struct FieldTerms
+{
+  const ComparisonRule& rule;
+  const QuilonDataBlockDiff::CompareInfo&
+                        info;  ///< tolerances of the library's rule, and how many differences are kept
+  const Transformation& transformation;
+};
+
+/// Compares the paired records; records without a counterpart are differences.
+///
+/// Under the rules default and exact the library's own comparison decides for each record; where NaNs are treated in
+/// another way than the library's, or values are changed first, its value rule decides for each value.
+FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs,
+                           const FieldTerms& terms);
+
+/// Looks for NaNs in a block that has nothing to be compared with.
+/// @param isSecond which side the block is on
+/// @param most     of the differences to keep
+FieldOutcome FindNans(const FED_DataBlock& block, bool isSecond, std::size_t most);
+
+/// @return the sum of products over all values that are finite in both
+double DotProduct(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs);
+
+}  // namespace quilon::diff

@@ -1,0 +1,80 @@
+#pragma once
+
+/// @file
+/// Which record of one database stands for which of another.
+
+#include <cstddef>
+#include <map>
+#include <unordered_map>
+#include <vector>
+
+class FED_DataBlock;
+class FED_IdMapsPool;
+
+namespace quilon::diff {
+
+/// Ids of one database and those that stand for them in the other.
+using IdMap = std::unordered_map<int, int>;
+
+/// Nodes and elements of one mesh under the ids of another.
+struct MeshMatch
+{
+  IdMap nodes;
+  IdMap elements;
+  bool  hasElements = false;  ///< without, elements keep their ids
+
+  /// @return the map of an entity kind, null for a kind whose ids mean the same in both databases
+  const IdMap* Find(int entityKind) const noexcept;
+};
+
+/// Records of two blocks that stand for each other.
+struct RecordPair
+{
+  std::size_t first;
+  std::size_t second;
+};
+
+struct RecordPairs
+{
+  std::vector<RecordPair>  pairs;       ///< by ascending index of the first block
+  std::vector<std::size_t> firstOnly;   ///< indices of the first block without a counterpart, ascending
+  std::vector<std::size_t> secondOnly;  ///< indices of the second block without a counterpart, ascending
+  bool sameIndices = true;              ///< whether records stand for each other exactly where they have the same index
+};
+
+/// Pairs the records of blocks by their ids, by their indices, or through a mesh match.
+///
+/// All blocks of an entity kind share their indices, so that an id is looked up once for all blocks of the kind.
+class RecordMatcher
+{
+public:
+  enum Mode
+  {
+    ById,
+    ByIndex
+  };
+
+  /// @param first, second id maps of the two databases; borrowed
+  /// @param mesh          borrowed; null where ids mean the same in both
+  RecordMatcher(Mode mode, const FED_IdMapsPool& first, const FED_IdMapsPool& second, const MeshMatch* mesh);
+
+  RecordPairs Pair(const FED_DataBlock& first, const FED_DataBlock& second);
+
+private:
+  std::size_t FindInSecond(int entityKind, std::size_t index);
+  std::size_t LookUp(int entityKind, std::size_t index) const;
+
+  Mode                                    mode_;
+  const FED_IdMapsPool&                   first_;
+  const FED_IdMapsPool&                   second_;
+  const MeshMatch*                        mesh_;
+  std::map<int, std::vector<std::size_t>> known_;  // by entity kind and index of the first, kUnasked until looked up
+};
+
+/// @return the entity kind of the block's ids; 15 and above where it has none
+int GetEntityKind(const FED_DataBlock& block);
+
+/// @return the id of the record at an index; the index itself where the block has no ids
+int GetRecordId(const FED_DataBlock& block, const FED_IdMapsPool& pool, std::size_t index);
+
+}  // namespace quilon::diff
