@@ -42,27 +42,44 @@ private:
   QuilonLog::Sink former_;
 };
 
-/// Names the command or the option that nothing knows, with a suggestion.
-/// @throws FED_Failure
-void RejectUnknownCommand(int argc, const char* const* argv)
+/// @return the word of the command itself, with the words of those above it: "quilon deck check"
+std::string WordsOf(const CLI::App& command)
 {
-  if (argc < 2 || argv[1][0] == '-') return;
-  const std::string        word = argv[1];
-  std::vector<std::string> names;
-  for (const Command& command : GetCommands()) names.emplace_back(command.name);
-  if (std::find(names.begin(), names.end(), word) != names.end()) return;
-  const std::string suggestion = DidYouMean(word, names);
-  Fail("unknown command '" + word + "'" +
-       (suggestion.empty() ? ", expected one of the commands that 'quilon --help' lists" : suggestion));
+  const CLI::App* above = command.get_parent();
+  return (above == nullptr ? "" : WordsOf(*above) + ' ') + command.get_name();
+}
+
+/// Names the command that nothing knows, with a suggestion.
+/// @throws FED_Failure
+void RejectUnknownCommand(int argc, const char* const* argv, const CLI::App& app)
+{
+  const CLI::App* level = &app;
+  for (int i = 1; i < argc && argv[i][0] != '-'; ++i) {
+    const auto known = level->get_subcommands([](const CLI::App*) { return true; });
+    if (known.empty()) return;
+    const std::string word  = argv[i];
+    const auto        found = std::find_if(known.begin(), known.end(),
+                                           [&word](const CLI::App* command) { return command->get_name() == word; });
+    if (found == known.end()) {
+      std::vector<std::string> names;
+      for (const CLI::App* command : known) names.push_back(command->get_name());
+      const std::string suggestion = DidYouMean(word, names);
+      Fail("unknown command '" + word + "'" +
+           (suggestion.empty() ? ", expected one of the commands that '" + WordsOf(*level) + " --help' lists"
+                               : suggestion));
+    }
+    level = *found;
+  }
 }
 
 /// @return what the parser says of something missing or given twice, in our words; of anything else as it says it
-std::string Reworded(const CLI::ParseError& error, bool hasCommand)
+std::string Reworded(const CLI::ParseError& error)
 {
   constexpr std::string_view kRequired = " is required";
   const std::string          text      = error.what();
+  if (text == "A subcommand is required") return "the command is missing";
   if (error.get_name() == "RequiredError" && text.ends_with(kRequired))
-    return hasCommand ? text.substr(0, text.size() - kRequired.size()) + " is missing" : "the command is missing";
+    return text.substr(0, text.size() - kRequired.size()) + " is missing";
   if (error.get_name() == "ArgumentMismatch" && text.ends_with(" missing"))
     return text.substr(0, text.find(':')) + " has no value";
   if (error.get_name() == "ArgumentMismatch" && text.find("At Most 1 ") != std::string::npos)
@@ -73,15 +90,16 @@ std::string Reworded(const CLI::ParseError& error, bool hasCommand)
 /// @return the parser's message with a suggestion for an option that nothing knows
 std::string Explain(const CLI::ParseError& error, const CLI::App& app)
 {
-  const auto        commands = app.get_subcommands();
-  const CLI::App&   command  = commands.empty() ? app : *commands.front();
-  const std::string see = ", see '" + (commands.empty() ? "" : app.get_name() + ' ') + command.get_name() + " --help'";
+  std::vector<const CLI::App*> levels = {&app};
+  for (auto below = app.get_subcommands(); !below.empty(); below = below.front()->get_subcommands())
+    levels.push_back(below.front());
+  const std::string see = ", see '" + WordsOf(*levels.back()) + " --help'";
 
   // A misspelt option comes first: what else is missing often follows from it.
   const std::vector<std::string> extras = app.remaining(true);
-  if (extras.empty()) return Reworded(error, !commands.empty()) + see;
+  if (extras.empty()) return Reworded(error) + see;
   std::vector<std::string> names;
-  for (const CLI::App* known : {&command, &app})
+  for (const CLI::App* known : levels)
     for (const CLI::Option* option : known->get_options())
       for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
   const std::string& extra = extras.front();
@@ -111,7 +129,7 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
     works[&subcommand] = command.define(subcommand);
   }
 
-  RejectUnknownCommand(argc, argv);
+  RejectUnknownCommand(argc, argv, app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

@@ -42,6 +42,7 @@ struct Command
 const std::vector<Command>& GetCommands();
 
 // One file each.
+CommandFunction DefineDeck(CLI::App& app);
 CommandFunction DefineDerive(CLI::App& app);
 CommandFunction DefineForces(CLI::App& app);
 CommandFunction DefineDiff(CLI::App& app);

@@ -14,6 +14,7 @@ const std::vector<Command>& GetCommands()
       {"forces", "Forces at element nodes, their balance, free bodies", DefineForces},
       {"to-onf", "Write a database as ONF text", DefineToOnf},
       {"from-onf", "Take ONF text into a database", DefineFromOnf},
+      {"deck", "Check, list and expand decks of the solver", DefineDeck},
   };
   return kCommands;
 }

@@ -34,7 +34,7 @@ TEST_F(Program, HelpListsEveryCommand)
 {
   const RunResult run = RunQuilon({"--help"});
   EXPECT_EQ(run.exitCode, 0);
-  for (const char* command : {"import", "ls", "show", "derive", "to-onf", "from-onf"})
+  for (const char* command : {"import", "ls", "show", "derive", "to-onf", "from-onf", "deck"})
     EXPECT_NE(run.out.find("\n  " + std::string(command) + ' '), std::string::npos) << command << '\n' << run.out;
 }
 

@@ -18,14 +18,14 @@ constexpr DeckKeyword kKeywords[] = {
     {"BOUNDARYF"},
     {"BUCKLE", DeckKeyword::Procedure},
     {"CFD", DeckKeyword::Procedure},
-    {"CFLUX"},
+    {"CFLUX", DeckKeyword::Load},
     {"CHANGEFRICTION"},
     {"CHANGEMATERIAL"},
     {"CHANGEPLASTIC"},
     {"CHANGESOLIDSECTION"},
     {"CHANGESURFACEBEHAVIOR"},
     {"CLEARANCE"},
-    {"CLOAD"},
+    {"CLOAD", DeckKeyword::Load},
     {"COMPLEXFREQUENCY", DeckKeyword::Procedure},
     {"CONDUCTIVITY", DeckKeyword::Property},
     {"CONSTRAINT"},
@@ -49,11 +49,11 @@ constexpr DeckKeyword kKeywords[] = {
     {"DEPVAR", DeckKeyword::Property},
     {"DESIGNRESPONSE"},
     {"DESIGNVARIABLES"},
-    {"DFLUX"},
+    {"DFLUX", DeckKeyword::Load},
     {"DISTRIBUTING"},
     {"DISTRIBUTINGCOUPLING"},
     {"DISTRIBUTION"},
-    {"DLOAD"},
+    {"DLOAD", DeckKeyword::Load},
     {"DSLOAD"},
     {"DYNAMIC", DeckKeyword::Procedure},
     {"ELASTIC", DeckKeyword::Property},
@@ -69,7 +69,7 @@ constexpr DeckKeyword kKeywords[] = {
     {"EQUATIONF"},
     {"EXPANSION", DeckKeyword::Property},
     {"FEASIBLEDIRECTION", DeckKeyword::Procedure},
-    {"FILM"},
+    {"FILM", DeckKeyword::Load},
     {"FILTER"},
     {"FLUIDCONSTANTS", DeckKeyword::Property},
     {"FLUIDSECTION", DeckKeyword::Section},
@@ -113,7 +113,7 @@ constexpr DeckKeyword kKeywords[] = {
     {"PHYSICALCONSTANTS"},
     {"PLASTIC", DeckKeyword::Property},
     {"PRE-TENSIONSECTION"},
-    {"RADIATE"},
+    {"RADIATE", DeckKeyword::Load},
     {"RANDOMFIELD"},
     {"REFINEMESH"},
     {"RESTART"},
@@ -137,7 +137,7 @@ constexpr DeckKeyword kKeywords[] = {
     {"SURFACE"},
     {"SURFACEBEHAVIOR"},
     {"SURFACEINTERACTION"},
-    {"TEMPERATURE"},
+    {"TEMPERATURE", DeckKeyword::Load},
     {"TIE"},
     {"TIMEPOINTS"},
     {"TRANSFORM"},
@@ -155,10 +155,17 @@ constexpr DeckKeyword kKeywords[] = {
 
 const DeckKeyword* FindDeckKeyword(std::string_view name) noexcept
 {
-  const auto found =
-      std::lower_bound(std::begin(kKeywords), std::end(kKeywords), name,
-                       [](const DeckKeyword& keyword, std::string_view text) { return keyword.name < text; });
-  return found == std::end(kKeywords) || found->name != name ? nullptr : found;
+  // Going back from where the name would stand, the first keyword that begins it is the longest: those between the two
+  // begin with it, or they would not stand there.
+  auto candidate =
+      std::upper_bound(std::begin(kKeywords), std::end(kKeywords), name,
+                       [](std::string_view text, const DeckKeyword& keyword) { return text < keyword.name; });
+  while (candidate != std::begin(kKeywords)) {
+    --candidate;
+    if (name.starts_with(candidate->name)) return candidate;
+    if (name.empty() || candidate->name[0] != name.front()) break;
+  }
+  return nullptr;
 }
 
 std::string SuggestDeckKeyword(std::string_view name)

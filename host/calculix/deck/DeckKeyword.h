@@ -18,15 +18,17 @@ struct DeckKeyword
     Other,
     Procedure,  ///< says what a step computes
     Property,   ///< numbers of a material
-    Section     ///< what the elements of a set are made of
+    Section,    ///< what the elements of a set are made of
+    Load        ///< belongs to a step, as a procedure does
   };
 
   const char* name;  ///< upper case, without blanks
   Role        role = Other;
 };
 
+/// The solver compares as many characters as its keyword has: "STATICS" is STATIC to it.
 /// @param name without asterisk and blanks, upper case
-/// @return null for a keyword that is not known
+/// @return the longest keyword that the name begins with, null when there is none
 const DeckKeyword* FindDeckKeyword(std::string_view name) noexcept;
 
 /// @return ", did you mean 'x'?" for a keyword that is nearly right, else nothing

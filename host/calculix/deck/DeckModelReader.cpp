@@ -51,7 +51,12 @@ bool MayHaveNode0(const DeckElementType& type) noexcept { return std::string_vie
 
 DeckModelReader::DeckModelReader(const std::filesystem::path& deck, const DeckOptions& options, DeckModel& target,
                                  std::vector<DeckMessage>* messages)
-    : DeckReader(deck, options), target_(target), messages_(messages)
+    : DeckReader(deck, options),
+      target_(target),
+      messages_(messages),
+      references_(model_, [this](DeckMessage::Severity severity, const DeckPlace& place, std::string text) {
+        Report(severity, place, std::move(text));
+      })
 {}
 
 void DeckModelReader::Report(DeckMessage::Severity severity, const DeckPlace& place, std::string text)
@@ -72,15 +77,21 @@ void DeckModelReader::ReadModel()
 {
   Walk();
   EndCard();
-  if (isInStep_) Error(model_.steps.back().place, "the step has no *END STEP");
+  if (!isInStep_) return;
+  // The solver never computes such a step; one without a card may have been meant to be none.
+  const auto severity = cardsInStep_ == 0 ? DeckMessage::Warning : DeckMessage::Error;
+  Report(severity, model_.steps.back().place, "the step has no *END STEP");
 }
 
 void DeckModelReader::CheckModel()
 {
-  CheckElements();
-  CheckSets(nodeSets_, true);
-  CheckSets(elementSets_, false);
-  CheckSections();
+  if (!isRestart_) {
+    CheckElements();
+    CheckSets(nodeSets_, true);
+    CheckSets(elementSets_, false);
+    CheckSections();
+    references_.Check();
+  }
   if (messages_ != nullptr) CompleteMessages();
 }
 
@@ -143,8 +154,17 @@ void DeckModelReader::OnCard(const DeckLine& line)
   set_       = kNone;
   type_      = nullptr;
 
+  ++cardsInStep_;
   const DeckKeyword* keyword = FindDeckKeyword(card_.keyword);
   if (keyword == nullptr) return;  // reported with its data, in EndCard()
+  if (card_.keyword != keyword->name) {
+    Warn(line.place, "keyword *" + Shown(card_.keyword) + " is *" + keyword->name + " to the solver");
+    card_.keyword = keyword->name;
+  }
+  references_.OnCard(*keyword, card_, line.place);
+  onData_ = &DeckModelReader::OnReferringData;
+  if ((keyword->role == DeckKeyword::Procedure || keyword->role == DeckKeyword::Load) && !isInStep_)
+    Error(line.place, "*" + card_.keyword + " belongs between *STEP and *END STEP");
   const std::string_view name = keyword->name;
   if (name == "NODE") return BeginNodes(line.place);
   if (name == "ELEMENT") return BeginElements(line.place);
@@ -153,10 +173,12 @@ void DeckModelReader::OnCard(const DeckLine& line)
   if (name == "MATERIAL") return BeginMaterial(line.place);
   if (name == "ORIENTATION") return BeginOrientation(line.place);
   if (name == "USERELEMENT") return BeginUserElement(line.place);
+  if (name == "RESTART" && card_.Find("READ") != nullptr) isRestart_ = true;
   if (name == "STEP") return BeginStep(line.place);
   if (name == "ENDSTEP") {
     if (!isInStep_) Error(line.place, "no step is to be ended here");
     isInStep_ = false;
+    onData_   = &DeckModelReader::OnStrayData;
     return;
   }
   if (keyword->role == DeckKeyword::Section) return BeginSection(line.place);
@@ -279,8 +301,17 @@ void DeckModelReader::BeginStep(const DeckPlace& place)
   if (isInStep_)
     Error(place, "a step begins inside of the step of " + DescribeDeckPlace(GetFiles(), model_.steps.back().place));
   if (const DeckParameter* nlgeom = card_.Find("NLGEOM")) isNlgeom_ = nlgeom->value != "NO";
-  isInStep_ = true;
+  isInStep_    = true;
+  cardsInStep_ = 0;
+  onData_      = &DeckModelReader::OnStrayData;
   model_.steps.push_back({{}, isNlgeom_, card_.Find("PERTURBATION") != nullptr, place});
+}
+
+void DeckModelReader::OnReferringData(const DeckLine& line) { references_.OnData(line); }
+
+void DeckModelReader::OnStrayData(const DeckLine& line)
+{
+  Warn(line.place, "the line belongs to no card and is skipped");
 }
 
 void DeckModelReader::OnNodeData(const DeckLine& line)

@@ -10,6 +10,7 @@
 
 #include "calculix/deck/DeckModel.h"
 #include "calculix/deck/DeckReader.h"
+#include "calculix/deck/DeckReferences.h"
 
 namespace quilon::calculix {
 
@@ -67,6 +68,8 @@ private:
   void BeginUserElement(const DeckPlace& place);
   void BeginStep(const DeckPlace& place);
 
+  void        OnReferringData(const DeckLine& line);
+  void        OnStrayData(const DeckLine& line);
   void        OnNodeData(const DeckLine& line);
   void        OnElementData(const DeckLine& line);
   void        OnSetData(const DeckLine& line);
@@ -87,9 +90,11 @@ private:
   DeckModel&                target_;
   std::vector<DeckMessage>* messages_;
 
+  DeckReferences references_;
+
   DeckCard    card_;
   DeckPlace   cardPlace_;
-  DataHandler onData_ = nullptr;  // null: data of the card are not looked at
+  DataHandler onData_ = &DeckModelReader::OnStrayData;  // null: data of the card are not looked at
 
   Sets                   nodeSets_{"node", &model_.nodeSets, {}};
   Sets                   elementSets_{"element", &model_.elementSets, {}};
@@ -103,6 +108,8 @@ private:
   int                    dataLines_     = 0;  // of the card, so far
   bool                   isInStep_      = false;
   bool                   isNlgeom_      = false;
+  bool                   isRestart_     = false;  // goes on from a model that is not in the deck
+  int                    cardsInStep_   = 0;
 };
 
 }  // namespace quilon::calculix

@@ -1,0 +1,37 @@
+#pragma once
+
+/// @file
+/// Files that are there whole or not at all.
+
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+
+namespace quilon {
+
+/// A file that is written beside its place and takes it at the end. What is not published leaves no trace.
+class OutputFile
+{
+public:
+  /// @throws FED_Failure "PATH: ..." when the file cannot be opened
+  explicit OutputFile(std::filesystem::path path);
+  OutputFile(const OutputFile&)            = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
+
+  /// @throws FED_Failure "PATH: ..." when the system refuses the text
+  void Write(std::string_view text);
+
+  /// Puts the file into its place; one that is there is replaced.
+  /// @throws FED_Failure "PATH: ..."
+  void Publish();
+
+private:
+  void Check() const;
+
+  std::filesystem::path path_;
+  std::filesystem::path beside_;
+  std::ofstream         out_;
+};
+
+}  // namespace quilon

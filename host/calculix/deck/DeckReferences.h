@@ -1,0 +1,87 @@
+#pragma once
+
+/// @file
+/// What the cards of a deck refer to.
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "calculix/deck/DeckKeyword.h"
+#include "calculix/deck/DeckModel.h"
+#include "calculix/deck/DeckReader.h"
+
+namespace quilon::calculix {
+
+/// Collects the nodes, elements, sets, surfaces and amplitudes that cards name and says at the end which of them are
+/// not there: the solver takes most of them wherever they are defined.
+class DeckReferences
+{
+public:
+  using Report = std::function<void(DeckMessage::Severity severity, const DeckPlace& place, std::string text)>;
+
+  /// @param model borrowed; grows while the deck is read
+  DeckReferences(const DeckModel& model, Report report);
+
+  /// Begins a card.
+  void OnCard(const DeckKeyword& keyword, const DeckCard& card, const DeckPlace& place);
+  /// A data line of the card.
+  void OnData(const DeckLine& line);
+  /// Reports what is not there.
+  void Check();
+
+private:
+  enum class Target
+  {
+    Nothing,
+    Node,              ///< an id or a set
+    Element,           ///< an id or a set
+    ElementOrSurface,  ///< an id, a set or a surface
+    Surface,
+    TwoSurfaces,
+    Terms,  ///< of equations: node, direction, factor
+    NodeSet,
+    ElementSet,
+    Amplitude
+  };
+
+  struct NamedReference
+  {
+    Target      target = Target::Nothing;
+    std::string name;
+    DeckPlace   place;
+  };
+
+  struct IdReference
+  {
+    bool                  isNode   = false;
+    int                   id       = 0;
+    DeckMessage::Severity severity = DeckMessage::Error;
+    DeckPlace             place;
+  };
+
+  static Target TargetOfData(const DeckKeyword& keyword, const DeckCard& card);
+
+  void AddFirstField(std::string_view field, const DeckPlace& place);
+  void AddTerms(const DeckLine& line);
+  void AddId(bool isNode, int id, DeckMessage::Severity severity, const DeckPlace& place);
+  void AddNodeParameter(const DeckCard& card, std::string_view name, const DeckPlace& place);
+  bool IsThere(const IdReference& reference) const noexcept;
+
+  const DeckModel&                model_;
+  Report                          report_;
+  std::unordered_set<std::string> surfaces_;
+  std::unordered_set<std::string> amplitudes_;
+  std::vector<NamedReference>     names_;
+  std::vector<IdReference>        ids_;  // that were not there when they were named
+
+  Target                target_     = Target::Nothing;  // of the data of the card
+  DeckMessage::Severity severity_   = DeckMessage::Error;
+  std::size_t           fieldsLeft_ = 0;  // of the equation that is being read
+  std::size_t           fieldsRead_ = 0;
+};
+
+}  // namespace quilon::calculix

@@ -1,0 +1,44 @@
+#include "commands/DeckArguments.h"
+
+#include <cstdint>
+
+#include <CLI/CLI.hpp>
+
+#include "Failure.h"
+#include "terminal/Console.h"
+#include "terminal/Interrupt.h"
+
+namespace quilon {
+
+void AddDeckArguments(CLI::App& app, DeckArguments& arguments)
+{
+  app.add_option("DECK", arguments.deck, "Input deck of the solver (.inp)")->required();
+  app.add_option("--include-rule", arguments.includeRule,
+                 "Where paths of include statements begin: solver (the folder that it runs in) or including-file "
+                 "(default: the one, then the other)")
+      ->type_name("RULE");
+  app.add_option("--run-in", arguments.workingFolder, "Folder that the solver runs in (default: that of the deck)")
+      ->type_name("FOLDER");
+  app.add_flag("--allow-outside", arguments.allowOutside, "Includes may leave the folder of the deck");
+}
+
+calculix::DeckOptions ToDeckOptions(const DeckArguments& arguments, Console& console)
+{
+  calculix::DeckOptions options;
+  if (arguments.includeRule == "solver") {
+    options.includeRule = calculix::DeckOptions::SolverOnly;
+  } else if (arguments.includeRule == "including-file") {
+    options.includeRule = calculix::DeckOptions::IncludingFile;
+  } else if (!arguments.includeRule.empty()) {
+    Fail("--include-rule is '" + arguments.includeRule + "', expected solver or including-file");
+  }
+  options.allowOutside     = arguments.allowOutside;
+  options.workingDirectory = arguments.workingFolder;
+  options.progress         = [&console](std::uint64_t done, std::uint64_t total) {
+    ThrowIfInterrupted();
+    console.Progress("reading deck", done, total);
+  };
+  return options;
+}
+
+}  // namespace quilon

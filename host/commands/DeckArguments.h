@@ -1,0 +1,33 @@
+#pragma once
+
+/// @file
+/// What every command on decks takes.
+
+#include <string>
+
+#include "calculix/deck/DeckModel.h"
+
+namespace CLI {
+class App;
+}
+
+namespace quilon {
+
+class Console;
+
+struct DeckArguments
+{
+  std::string deck;
+  std::string includeRule;
+  std::string workingFolder;
+  bool        allowOutside = false;
+};
+
+/// Adds DECK, --include-rule, --run-in and --allow-outside. The arguments outlive the parsing.
+void AddDeckArguments(CLI::App& app, DeckArguments& arguments);
+
+/// @return the options of a reader that shows its progress and stops when the user interrupts it
+/// @throws FED_Failure for a rule that is none
+calculix::DeckOptions ToDeckOptions(const DeckArguments& arguments, Console& console);
+
+}  // namespace quilon

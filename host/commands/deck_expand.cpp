@@ -1,0 +1,85 @@
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include <CLI/CLI.hpp>
+
+#include "calculix/deck/DeckFiles.h"
+#include "commands/DeckArguments.h"
+#include "commands/DeckCommands.h"
+#include "Failure.h"
+#include "OutputFile.h"
+#include "terminal/Output.h"
+
+namespace quilon {
+
+namespace {
+
+struct Options
+{
+  DeckArguments arguments;
+  std::string   output;
+  std::string   map;
+};
+
+/// @throws FED_Failure when the path names a file of the deck
+void CheckNoSource(const std::string& path, const std::vector<calculix::DeckFile>& files)
+{
+  for (const calculix::DeckFile& file : files) {
+    std::error_code ignored;  // a file that is not there yet is no source
+    if (std::filesystem::equivalent(path, file.path, ignored))
+      Fail(path + ": expected a file that the deck does not read");
+  }
+}
+
+std::string MapText(const calculix::DeckExpansion& expansion)
+{
+  std::string text = "first\tlast\tline\tfile\n";
+  for (const calculix::DeckLineRun& run : expansion.runs)
+    text += std::to_string(run.first) + '\t' + std::to_string(run.last) + '\t' + std::to_string(run.line) + '\t' +
+            expansion.files[run.file].path.string() + '\n';
+  return text;
+}
+
+void Run(const Options& options, CommandContext& context)
+{
+  std::optional<OutputFile> out;
+  std::optional<OutputFile> map;
+  if (!options.output.empty()) out.emplace(options.output);
+  if (!options.map.empty()) map.emplace(options.map);
+  const calculix::DeckExpansion expansion =
+      ExpandDeck(options.arguments.deck, ToDeckOptions(options.arguments, context.console),
+                 [&](std::string_view line) { out ? out->Write(line) : context.output.Write(line); });
+  if (map) {
+    CheckNoSource(options.map, expansion.files);
+    map->Write(MapText(expansion));
+  }
+  if (out) {
+    CheckNoSource(options.output, expansion.files);
+    out->Publish();
+  }
+  if (map) map->Publish();
+}
+
+}  // namespace
+
+CommandFunction DefineDeckExpand(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  AddDeckArguments(app, options->arguments);
+  app.add_option("-o,--output", options->output, "File to write (default: standard output)")->type_name("FILE");
+  app.add_option("--map", options->map, "File that says which line came from which file and line")->type_name("FILE");
+  app.footer(
+      "Puts the lines of each included file in place of its include statement; all lines end with a line feed. The\n"
+      "map has a row for lines that follow each other in one file: first and last line of the expanded deck, line and\n"
+      "name of the file.\n"
+      "\n"
+      "Example:\n"
+      "  quilon deck expand bracket.inp -o whole.inp --map whole.map");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon
