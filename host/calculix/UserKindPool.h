@@ -23,7 +23,8 @@ enum UserHundred : int
   UserElementVector = 1500,
   UserElementTensor = 1600,
   UserElementList   = 1700,
-  UserHistory       = 1800
+  UserHistory       = 1800,
+  UserMatrix        = 1900
 };
 
 /// @return the hundred of node values with this many components

@@ -49,6 +49,7 @@ CommandFunction DefineDiff(CLI::App& app);
 CommandFunction DefineFromOnf(CLI::App& app);
 CommandFunction DefineImport(CLI::App& app);
 CommandFunction DefineLs(CLI::App& app);
+CommandFunction DefineMatrix(CLI::App& app);
 CommandFunction DefineShow(CLI::App& app);
 CommandFunction DefineSize(CLI::App& app);
 CommandFunction DefineToOnf(CLI::App& app);

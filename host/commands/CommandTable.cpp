@@ -12,6 +12,7 @@ const std::vector<Command>& GetCommands()
       {"diff", "Compare two databases", DefineDiff},
       {"derive", "Add derived results to a database", DefineDerive},
       {"forces", "Forces at element nodes, their balance, free bodies", DefineForces},
+      {"matrix", "Import, export and show sparse matrices", DefineMatrix},
       {"to-onf", "Write a database as ONF text", DefineToOnf},
       {"from-onf", "Take ONF text into a database", DefineFromOnf},
       {"deck", "Check, list and expand decks of the solver", DefineDeck},

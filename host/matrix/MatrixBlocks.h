@@ -1,0 +1,53 @@
+#pragma once
+
+/// @file
+/// Sparse matrices in databases.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "calculix/UserKindPool.h"
+#include "matrix/SolverMatrix.h"
+#include "QuilonDbConnector/FED_DataDescriptor.h"
+#include "QuilonUtilities/FED_YaleMatrix.h"
+
+class FED_DataBlock;
+class FED_Database;
+
+namespace quilon::matrix {
+
+/// @return whether blocks of this ONF id hold sparse matrices by matrix index
+bool HoldsMatrices(int onf);
+
+/// Where a matrix goes, as users write it: KIND@KEY=VALUE,... with the keys of selections. The iteration is 0 unless it
+/// is told.
+/// @param text      KIND is an ONF id, stiffness[-matrix], mass[-matrix], or the name of a user kind of matrices, which
+///                  is allotted when the database has none of this name; nothing takes the kind from `otherwise`
+/// @param otherwise ONF id, 0 for none
+/// @throws FED_Failure for anything else
+FED_DataDescriptor ParseTarget(std::string_view text, int otherwise, calculix::UserKindPool& kinds);
+
+/// The name of the user kind that keeps the degrees of freedom of matrices (DofMatrix()), under their own keys.
+inline constexpr const char* kDofKindName = "matrix-dofs";
+
+/// @return the descriptor of the degrees of freedom of a matrix's rows
+FED_DataDescriptor DofDescriptor(const FED_DataDescriptor& matrix, calculix::UserKindPool& kinds);
+
+/// @return the indices of a block that hold a matrix, ascending
+std::vector<std::size_t> MatrixIndices(const FED_DataBlock& block);
+
+/// A matrix by its name: "job.onf: 593@it=0, index 1".
+std::string MatrixName(const std::string& database, const FED_DataDescriptor& descriptor, std::size_t index);
+
+/// Stores a small matrix as that of an element: the values row by row, all of them, and a description with the flag
+/// "symmetric" and the list node, direction, node, direction, ... of its rows.
+/// @param pair      0, 1 or 2, see FEM_ResultUtil::MatricesOnfLoc
+/// @param isSwapped puts the matrix into the first half of the pair and the description into the second one
+/// @throws FED_Failure unless the matrix is square and of at most 4096 rows
+void StoreElementMatrix(FED_Database& database, const FED_DataDescriptor& descriptor, int element, int pair,
+                        bool isSwapped, const FED_YaleMatrix& matrix, const std::vector<Dof>& dofs,
+                        const std::string& name);
+
+}  // namespace quilon::matrix

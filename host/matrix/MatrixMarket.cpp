@@ -1,0 +1,231 @@
+#include "matrix/MatrixMarket.h"
+
+#include <charconv>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <ostream>
+#include <system_error>
+#include <utility>
+
+#include "calculix/ColumnText.h"
+#include "matrix/MatrixText.h"
+#include "terminal/Format.h"
+
+namespace quilon::matrix {
+
+namespace {
+
+/// The fifth and last two words of the banner.
+enum class Field
+{
+  Real,
+  Integer,
+  Pattern
+};
+
+struct Banner
+{
+  bool     isArray  = false;
+  Field    field    = Field::Real;
+  Symmetry symmetry = Symmetry::General;
+};
+
+std::string Lower(std::string_view word)
+{
+  std::string lower(word);
+  for (char& c : lower)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return lower;
+}
+
+Field FieldOf(const MatrixText& text, const std::string& word)
+{
+  if (word == "real" || word == "double") return Field::Real;
+  if (word == "integer") return Field::Integer;
+  if (word == "pattern") return Field::Pattern;
+  if (word == "complex") text.File().Fail("the matrix is complex, expected real, integer or pattern");
+  text.File().Fail("field is '" + calculix::Shown(word) + "', expected real, integer or pattern");
+}
+
+Symmetry SymmetryOf(const MatrixText& text, const std::string& word)
+{
+  if (word == "general") return Symmetry::General;
+  if (word == "symmetric" || word == "hermitian") return Symmetry::Symmetric;
+  if (word == "skew-symmetric") return Symmetry::SkewSymmetric;
+  text.File().Fail("symmetry is '" + calculix::Shown(word) +
+                   "', expected general, symmetric, skew-symmetric or hermitian");
+}
+
+Banner ReadBanner(MatrixText& text)
+{
+  constexpr const char* kExpected = "'%%MatrixMarket matrix coordinate|array real|integer|pattern SYMMETRY'";
+  if (!text.NextLine()) text.File().FailAtEnd(kExpected);
+  if (text.NumWords() != 5 || Lower(text.Word(0)) != "%%matrixmarket" || Lower(text.Word(1)) != "matrix")
+    text.File().FailExpected(kExpected);
+  const std::string format = Lower(text.Word(2));
+  if (format != "coordinate" && format != "array")
+    text.File().Fail("format is '" + calculix::Shown(format) + "', expected coordinate or array");
+
+  Banner banner;
+  banner.isArray  = format == "array";
+  banner.field    = FieldOf(text, Lower(text.Word(3)));
+  banner.symmetry = SymmetryOf(text, Lower(text.Word(4)));
+  if (banner.field == Field::Pattern && banner.isArray)
+    text.File().Fail("an array without numbers, expected real or integer");
+  if (banner.field == Field::Pattern && banner.symmetry == Symmetry::SkewSymmetric)
+    text.File().Fail("a skew-symmetric matrix without numbers, expected real or integer");
+  return banner;
+}
+
+double ReadIntegerValue(const MatrixText& text, std::size_t i)
+{
+  // Beyond this not every integer is a double.
+  constexpr std::int64_t kMost = std::int64_t{1} << 53;
+
+  std::string_view word = text.Word(i);
+  if (word.size() > 1 && word[0] == '+' && word[1] != '-') word.remove_prefix(1);
+  std::int64_t value      = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+  if (error != std::errc() || end != word.data() + word.size() || value > kMost || value < -kMost)
+    text.File().Fail("value is '" + calculix::Shown(text.Word(i)) + "', expected an integer from -2^53 to 2^53");
+  return static_cast<double>(value);
+}
+
+class Reader
+{
+public:
+  Reader(MatrixText& text, const Banner& banner) : text_(text), banner_(banner) {}
+
+  Entries Read()
+  {
+    const std::int64_t numListed = ReadSizes();
+    if (banner_.isArray)
+      ReadArray();
+    else
+      ReadCoordinates(numListed);
+    if (text_.NextLine()) text_.File().FailExpected("the end of the file");
+    return std::move(matrix_);
+  }
+
+private:
+  /// @return the number of entries of a coordinate file
+  std::int64_t ReadSizes()
+  {
+    const char* const expected = banner_.isArray ? "rows and columns" : "rows, columns and number of entries";
+    if (!text_.NextLine()) text_.File().FailAtEnd(expected);
+    text_.RequireWords(banner_.isArray ? 2 : 3, expected);
+    matrix_.numRows    = text_.GetInteger(0, "number of rows", 0, INT_MAX);
+    matrix_.numColumns = text_.GetInteger(1, "number of columns", 0, INT_MAX);
+    if (banner_.symmetry != Symmetry::General && matrix_.numRows != matrix_.numColumns)
+      text_.File().FailExpected("as many columns as rows in a symmetric matrix");
+    return banner_.isArray ? 0 : text_.GetInteger(2, "number of entries", 0, INT_MAX);
+  }
+
+  void ReadCoordinates(std::int64_t numListed)
+  {
+    const bool        hasValue = banner_.field != Field::Pattern;
+    const char* const expected = hasValue ? "row, column and value" : "row and column";
+    for (std::int64_t i = 0; i < numListed; ++i) {
+      NextEntry(i, numListed);
+      text_.RequireWords(hasValue ? 3 : 2, expected);
+      const int row    = text_.GetInteger(0, "row", 1, matrix_.numRows) - 1;
+      const int column = text_.GetInteger(1, "column", 1, matrix_.numColumns) - 1;
+      Add(row, column, hasValue ? ReadValue(2) : 1.0);
+    }
+  }
+
+  /// Column by column; of a symmetric matrix the lower triangle, of a skew-symmetric one without its diagonal.
+  void ReadArray()
+  {
+    const bool         isGeneral = banner_.symmetry == Symmetry::General;
+    const bool         isSkew    = banner_.symmetry == Symmetry::SkewSymmetric;
+    const std::int64_t numRows   = matrix_.numRows;
+    const std::int64_t numAll    = isGeneral ? numRows * matrix_.numColumns
+                                   : isSkew  ? numRows * (numRows - 1) / 2
+                                             : numRows * (numRows + 1) / 2;
+    std::int64_t       numRead   = 0;
+    if (numAll == 0) return;
+    for (int column = 0; column < matrix_.numColumns; ++column)
+      for (int row = isGeneral ? 0 : column + (isSkew ? 1 : 0); row < matrix_.numRows; ++row) {
+        NextEntry(numRead++, numAll);
+        text_.RequireWords(1, "one value");
+        Add(row, column, ReadValue(0));
+      }
+  }
+
+  void NextEntry(std::int64_t numRead, std::int64_t numAll)
+  {
+    if (!text_.NextLine())
+      text_.File().FailAtEnd("entry " + std::to_string(numRead + 1) + " of " + std::to_string(numAll));
+    text_.RequireWholeLine();  // a number that was cut may still be one
+  }
+
+  double ReadValue(std::size_t i) const
+  {
+    return banner_.field == Field::Integer ? ReadIntegerValue(text_, i) : text_.GetDouble(i, "value");
+  }
+
+  void Add(int row, int column, double value)
+  {
+    const std::int64_t line = text_.File().Line();
+    if (banner_.symmetry == Symmetry::SkewSymmetric && row == column)
+      text_.File().Fail("an entry on the diagonal, expected none in a skew-symmetric matrix");
+    matrix_.entries.push_back({row, column, value, line});
+    if (banner_.symmetry == Symmetry::General || row == column) return;
+    matrix_.entries.push_back({column, row, banner_.symmetry == Symmetry::Symmetric ? value : -value, line});
+  }
+
+  MatrixText& text_;
+  Banner      banner_;
+  Entries     matrix_;
+};
+
+const char* NameOf(Symmetry symmetry)
+{
+  switch (symmetry) {
+    case Symmetry::Symmetric:
+      return "symmetric";
+    case Symmetry::SkewSymmetric:
+      return "skew-symmetric";
+    case Symmetry::General:
+      break;
+  }
+  return "general";
+}
+
+}  // namespace
+
+FED_YaleMatrix ReadMatrixMarket(std::istream& in, const std::string& name, const calculix::ReadProgress& progress)
+{
+  // The banner begins like a comment, so it is read by a text without any.
+  Banner banner;
+  {
+    MatrixText head(in, name, '\0', progress);
+    banner = ReadBanner(head);
+  }
+  in.clear();
+  MatrixText text(in, name, '%', progress);
+  return Assemble(Reader(text, banner).Read(), name);
+}
+
+void WriteMatrixMarket(std::ostream& out, const FED_YaleMatrix& matrix, Symmetry symmetry, const std::string& name)
+{
+  const RowView rows(matrix, name);
+  const auto    isWritten = [symmetry](std::int64_t row, std::int64_t column) {
+    return symmetry == Symmetry::General || row >= column;
+  };
+  std::int64_t numWritten = 0;
+  for (std::int64_t row = 0; row < rows.NumRows(); ++row)
+    for (std::int64_t i = rows.Begin(row); i < rows.Begin(row + 1); ++i)
+      if (isWritten(row, rows.Column(i))) ++numWritten;
+
+  out << "%%MatrixMarket matrix coordinate real " << NameOf(symmetry) << '\n'
+      << rows.NumRows() << ' ' << rows.NumColumns() << ' ' << numWritten << '\n';
+  for (std::int64_t row = 0; row < rows.NumRows(); ++row)
+    for (std::int64_t i = rows.Begin(row); i < rows.Begin(row + 1); ++i)
+      if (isWritten(row, rows.Column(i)))
+        out << row + 1 << ' ' << rows.Column(i) + 1 << ' ' << FormatNumber(rows.Value(i)) << '\n';
+}
+
+}  // namespace quilon::matrix
