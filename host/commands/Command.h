@@ -50,6 +50,7 @@ CommandFunction DefineFromOnf(CLI::App& app);
 CommandFunction DefineImport(CLI::App& app);
 CommandFunction DefineLs(CLI::App& app);
 CommandFunction DefineMatrix(CLI::App& app);
+CommandFunction DefinePrune(CLI::App& app);
 CommandFunction DefineShow(CLI::App& app);
 CommandFunction DefineSize(CLI::App& app);
 CommandFunction DefineToOnf(CLI::App& app);

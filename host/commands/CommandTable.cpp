@@ -9,6 +9,7 @@ const std::vector<Command>& GetCommands()
       {"ls", "List the blocks of a database", DefineLs},
       {"show", "Show the records of blocks", DefineShow},
       {"size", "Tell what a database holds, in bytes", DefineSize},
+      {"prune", "Take blocks out of a database", DefinePrune},
       {"diff", "Compare two databases", DefineDiff},
       {"derive", "Add derived results to a database", DefineDerive},
       {"forces", "Forces at element nodes, their balance, free bodies", DefineForces},

@@ -6,12 +6,16 @@
 
 namespace quilon {
 
-void ReportWritten(Output& output, bool json, const std::string& folder, std::size_t blocks)
+void ReportWritten(Output& output, bool json, const std::string& folder, std::size_t blocks, bool verified)
 {
-  if (json)
-    output.Write(JsonText(Json{{"output", folder}, {"blocks", blocks}}, 2) + '\n');
-  else
-    output.Write(folder + ": " + Counted(blocks, "block") + " written\n");
+  if (json) {
+    Json report{{"output", folder}, {"blocks", blocks}};
+    if (verified) report["verified"] = true;
+    output.Write(JsonText(report, 2) + '\n');
+  } else {
+    output.Write(folder + ": " + Counted(blocks, "block") + " written" + (verified ? ", read back and equal" : "") +
+                 '\n');
+  }
 }
 
 }  // namespace quilon

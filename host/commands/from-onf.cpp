@@ -18,6 +18,7 @@
 #include "QuilonOnfToVtm.h"
 #include "selection/LoadCaseMap.h"
 #include "UserKinds.h"
+#include "Verification.h"
 
 namespace quilon {
 
@@ -30,8 +31,21 @@ struct Options
   int         iteration      = 0;
   int         loadCaseOffset = 0;
   std::string loadCaseMap;
-  bool        json = false;
+  bool        verify = false;
+  bool        json   = false;
 };
+
+/// @return the key that the copy of a block has
+FED_DataDescriptor KeyOfCopy(FED_DataDescriptor key, const Options& options, const std::map<int, int>& loadCaseMap)
+{
+  if (!key.IsSet(FED_DataDescriptor::Iteration)) key.SetInteger(FED_DataDescriptor::Iteration, options.iteration);
+  if (!key.IsSet(FED_DataDescriptor::LoadCase)) return key;
+  const int  loadCase = key.GetInteger(FED_DataDescriptor::LoadCase);
+  const auto found    = loadCaseMap.find(loadCase);
+  key.SetInteger(FED_DataDescriptor::LoadCase,
+                 (found == loadCaseMap.end() ? loadCase : found->second) + options.loadCaseOffset);
+  return key;
+}
 
 void Run(const Options& options, CommandContext& context)
 {
@@ -51,7 +65,13 @@ void Run(const Options& options, CommandContext& context)
   if (after != before)
     Fail(options.onf + ": " + std::to_string(before) + " blocks would become " + std::to_string(after) +
          ", expected a load case map and an iteration that keep them apart");
-  ReportWritten(context.output, options.json, options.output, publication.Publish());
+  const std::size_t written = publication.Publish();
+  if (options.verify) {
+    const auto keyOf = [&](const FED_DataDescriptor& key) { return KeyOfCopy(key, options, loadCaseMap); };
+    VerifyWritten(*onf, onf->GetDataDescriptors(FED_DataDescriptorPattern()), options.onf, options.output,
+                  context.console, keyOf);
+  }
+  ReportWritten(context.output, options.json, options.output, written, options.verify);
 }
 
 }  // namespace
@@ -68,6 +88,7 @@ CommandFunction DefineFromOnf(CLI::App& app)
   app.add_option("--load-case-map", options->loadCaseMap, "Load cases that become others: 4:2,5:3")
       ->type_name("OLD:NEW,...");
   AddIntegerOption(app, "--load-case-offset", options->loadCaseOffset, "Added to every load case, after the map");
+  app.add_flag("--verify", options->verify, "Read back what was written and compare every value with the folder");
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "An iteration that a block has stays. Load cases go through the map first; one that the map does not hold "

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -10,6 +11,7 @@
 #include "OpenedDatabase.h"
 #include "Publication.h"
 #include "selection/KindTable.h"
+#include "Verification.h"
 
 namespace quilon {
 
@@ -20,16 +22,21 @@ struct Options
   std::string      database;
   std::string      output;
   SelectionOptions selection;
-  bool             json = false;
+  bool             verify = false;
+  bool             json   = false;
 };
 
 void Run(const Options& options, CommandContext& context)
 {
-  Publication     publication(options.output, Publication::OnfFolder);
-  OpenedDatabase  database(options.database, context.console);
-  const Selection selection = options.selection.Parse(KindTable(database.Get()));
-  const auto      copy      = database.Copy(database.RequireBlocks(selection, options.selection.ToString()));
-  ReportWritten(context.output, options.json, options.output, publication.Publish(*copy));
+  Publication       publication(options.output, Publication::OnfFolder);
+  OpenedDatabase    database(options.database, context.console);
+  const Selection   selection = options.selection.Parse(KindTable(database.Get()));
+  const auto        copy      = database.Copy(database.RequireBlocks(selection, options.selection.ToString()));
+  const std::size_t written   = publication.Publish(*copy);
+  if (options.verify)
+    VerifyWritten(*copy, copy->GetDataDescriptors(FED_DataDescriptorPattern()), options.database, options.output,
+                  context.console);
+  ReportWritten(context.output, options.json, options.output, written, options.verify);
 }
 
 }  // namespace
@@ -43,6 +50,7 @@ CommandFunction DefineToOnf(CLI::App& app)
   app.add_option("--select", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)")
       ->type_name("SELECTION");
   AddStepsOption(app, options->selection);
+  app.add_flag("--verify", options->verify, "Read back what was written and compare every value");
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Blocks without records are left out.\n"

@@ -113,4 +113,14 @@ TEST_F(FromOnfCommand, HelpHasAnExample)
   EXPECT_NE(run.out.find("  quilon from-onf wing.onf -o all.fed --iteration 3"), std::string::npos) << run.out;
 }
 
+TEST_F(FromOnfCommand, VerifiedCopiesAreComparedUnderTheirNewKeys)
+{
+  const std::string fed = (folder_ / "out.fed").string();
+  const RunResult   run = RunQuilon({"from-onf", onf_, "-o", fed, "--verify", "--iteration", "3", "--load-case-map",
+                                     "1:7", "--load-case-offset", "100"});
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out, fed + ": 8 blocks written, read back and equal\n");
+  EXPECT_EQ(run.exitCode, 0);
+}
+
 }  // namespace

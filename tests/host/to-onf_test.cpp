@@ -60,6 +60,15 @@ TEST_F(ToOnfCommand, JsonTellsFolderAndCount)
             "{\n  \"output\": \"" + out_ + "\",\n  \"blocks\": 8\n}\n");
 }
 
+TEST_F(ToOnfCommand, VerifiedCopiesSaySo)
+{
+  const RunResult run = RunQuilon({"to-onf", onf_, out_, "--verify"});
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out, out_ + ": 8 blocks written, read back and equal\n");
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, out_, "--verify", "--select", "stress", "--json"}).out,
+            "{\n  \"output\": \"" + out_ + "\",\n  \"blocks\": 1,\n  \"verified\": true\n}\n");
+}
+
 TEST_F(ToOnfCommand, SelectionThatMatchesNothingWritesNothing)
 {
   const RunResult run = RunQuilon({"to-onf", onf_, out_, "--select", "velocity"});

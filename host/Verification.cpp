@@ -1,0 +1,27 @@
+#include "Verification.h"
+
+#include "diff/DatabaseComparison.h"
+#include "diff/Report.h"
+#include "Failure.h"
+#include "OpenedDatabase.h"
+
+namespace quilon {
+
+void VerifyWritten(const FED_Database& source, const std::vector<FED_DataDescriptor>& blocks,
+                   const std::string& sourceName, const std::string& written, Console& console,
+                   const std::function<FED_DataDescriptor(const FED_DataDescriptor&)>& keyOf)
+{
+  OpenedDatabase        opened(written, console);
+  diff::ComparisonTerms terms;
+  terms.rules.fallback = diff::ParseRule("ulps=0 nan=equal", "");
+  terms.allowsMore     = true;
+  terms.keyInSecond    = keyOf;
+  const diff::ComparedDatabase first{source, blocks};
+  const diff::ComparedDatabase second  = diff::WholeDatabase(opened.Get());
+  const diff::DatabaseOutcome  outcome = diff::CompareDatabases(first, second, terms);
+  if (outcome.IsSame()) return;
+  const diff::Report report = diff::MakeReport(outcome, first, second, sourceName, written, terms.info);
+  Fail(written + ": what was written is not what was read from " + sourceName + ": " + report.Summarize());
+}
+
+}  // namespace quilon
