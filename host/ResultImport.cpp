@@ -5,12 +5,15 @@
 #include <exception>
 #include <optional>
 
+#include <bundled/NativePath.h>
 #include <QuilonDbConnector/FED_Database.h>
+#include <QuilonOnfEngine/OnfGroupsFile.h>
 #include <QuilonOnfEngine/OnfResultRequestFile.h>
 #include <QuilonUtilities/FED_Failure.h>
 #include <QuilonUtilities/FED_LogMacros.h>
 
 #include "calculix/DatResultFile.h"
+#include "calculix/DeckConverter.h"
 #include "calculix/FrdResultFile.h"
 #include "calculix/ImportJob.h"
 #include "Derivation.h"
@@ -21,7 +24,11 @@ namespace quilon {
 namespace {
 
 using calculix::DatResultFile;
+using calculix::DeckConverter;
+using calculix::ElementGroups;
 using calculix::FrdResultFile;
+using calculix::ImportContext;
+using calculix::ImportedDeck;
 using calculix::ImportJob;
 using calculix::ImportRecord;
 using calculix::UserKindPool;
@@ -51,16 +58,30 @@ std::string LowerExtension(const std::filesystem::path& path)
   return extension;
 }
 
-std::vector<JobFiles> GroupByStem(const std::vector<std::filesystem::path>& files)
+/// The files of an import.
+struct ImportFiles
 {
+  std::filesystem::path deck;  // empty without a deck
   std::vector<JobFiles> jobs;
+};
+
+ImportFiles GroupByStem(const std::vector<std::filesystem::path>& files)
+{
+  ImportFiles            found;
+  std::vector<JobFiles>& jobs = found.jobs;
   for (const std::filesystem::path& file : files) {
+    const std::string extension = LowerExtension(file);
+    if (extension == ".inp") {
+      if (!found.deck.empty() && found.deck != file)
+        Fail("expected one deck, found " + found.deck.string() + " and " + file.string());
+      found.deck = file;
+      continue;
+    }
     // Absolute, so that "./job.frd" belongs to "job.dat" and a file that is named twice is read once.
     const std::filesystem::path stem = std::filesystem::absolute(file).lexically_normal().replace_extension();
     auto job = std::find_if(jobs.begin(), jobs.end(), [&stem](const JobFiles& known) { return known.stem == stem; });
     if (job == jobs.end()) job = jobs.insert(jobs.end(), JobFiles{stem, {}, {}, {}});
 
-    const std::string extension = LowerExtension(file);
     if (extension == ".frd") {
       job->frd = file;
     } else if (extension == ".dat") {
@@ -68,7 +89,7 @@ std::vector<JobFiles> GroupByStem(const std::vector<std::filesystem::path>& file
     } else if (extension == ".sta") {
       job->sta = file;
     } else {
-      Fail(file.string() + ": expected a result file .frd, .dat or .sta");
+      Fail(file.string() + ": expected a result file .frd, .dat or .sta, or a deck .inp");
     }
   }
 
@@ -80,7 +101,17 @@ std::vector<JobFiles> GroupByStem(const std::vector<std::filesystem::path>& file
     beside.replace_extension(".sta");
     if (job.sta.empty() && std::filesystem::exists(beside)) job.sta = beside;
   }
-  return jobs;
+  return found;
+}
+
+/// Reads the deck, makes sets of the groups and writes what the deck says beside its mesh.
+void ReadDeck(const std::filesystem::path& path, FED_Database& target, const ImportOptions& options, ImportedDeck& deck)
+{
+  DeckConverter converter(path, options.deck, deck, target, options.iteration);
+  converter.ReadModel();
+  converter.CheckModel();
+  if (!options.groups.empty()) converter.CreateFEMSets(OnfGroupsFile(WidePath(options.groups)));
+  converter.ConvertModel();
 }
 
 /// Reads the files of one job one after the other.
@@ -95,7 +126,11 @@ public:
     if (files_.dat.empty()) {
       ReadFrdPass(FrdResultFile::PassAll);
     } else {
-      if (!files_.frd.empty()) ReadFrdPass(FrdResultFile::PassMesh);
+      if (!files_.frd.empty()) {
+        ReadFrdPass(FrdResultFile::PassMesh);
+      } else {
+        job_.SaveMesh();
+      }
       if (!files_.sta.empty()) job_.Steps().AddStatusFile(files_.sta);
       ReadDatFile();
       // Last, because the solver's averages go elsewhere where there are ours, and are compared with them.
@@ -124,8 +159,9 @@ private:
 
   void ReadDatFile()
   {
-    if (files_.frd.empty()) {
-      job_.Record().Notice(files_.dat.filename().string() + ": no .frd with its mesh, nothing is averaged at nodes");
+    if (job_.Mesh().IsEmpty()) {
+      job_.Record().Notice(files_.dat.filename().string() +
+                           ": neither a .frd nor a deck with its mesh, nothing is averaged at nodes");
     }
     DatResultFile file(files_.dat, job_);
     ReadOrLimit(file);
@@ -181,10 +217,22 @@ std::size_t CountBlocks(const FED_Database& database, int iteration)
 ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_Database& target,
                            const ImportOptions& options)
 {
+  const ImportFiles found = GroupByStem(files);
+  if (found.deck.empty() && !options.groups.empty())
+    Fail("groups become sets of a deck: expected the deck among the files");
+  ImportedDeck  deck;
+  ImportContext context;
+  if (!found.deck.empty()) {
+    ReadDeck(found.deck, target, options, deck);
+    context.deck = &deck;
+  }
+  context.groups = ElementGroups(options.averageBy, context.deck);
+
   ImportRecord record;
   UserKindPool kinds(target);
-  for (const JobFiles& jobFiles : GroupByStem(files)) {
-    ImportJob job(target, options, kinds, record, jobFiles.frd);
+  if (found.jobs.empty()) ImportJob(target, options, context, kinds, record, {}).SaveMesh();
+  for (const JobFiles& jobFiles : found.jobs) {
+    ImportJob job(target, options, context, kinds, record, jobFiles.frd);
     try {
       JobReader(jobFiles, job).Read();
     } catch (const FED_Failure&) {

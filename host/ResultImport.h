@@ -10,16 +10,36 @@
 #include <string>
 #include <vector>
 
+#include "calculix/deck/DeckModel.h"
+
 class FED_Database;
 class OnfResultRequestFile;
 
 namespace quilon {
 
+/// Borders that nodal averages stop at. The average over all elements of a node is written all the same.
+struct AverageBy
+{
+  enum Border : int
+  {
+    Nothing,
+    Material,  ///< one average per material number
+    Section,   ///< one per section of the deck
+    Sets       ///< one per named set of elements
+  };
+
+  Border                   border = Nothing;
+  std::vector<std::string> sets;  ///< names, with Sets
+};
+
 struct ImportOptions
 {
-  int  iteration      = 0;
-  bool strict         = false;  ///< anything skipped is a failure
-  bool keepWholeSteps = false;  ///< on bad input keep the steps that were whole, then fail all the same
+  int       iteration      = 0;
+  bool      strict         = false;  ///< anything skipped is a failure
+  bool      keepWholeSteps = false;  ///< on bad input keep the steps that were whole, then fail all the same
+  AverageBy averageBy;
+  calculix::DeckOptions deck;    ///< how a deck among the files is read
+  std::filesystem::path groups;  ///< a groups file whose groups become sets of the deck; empty: none
   /// Which results to derive at the end; null derives all that can be.
   OnfResultRequestFile* requests = nullptr;
   /// Phase name, work done and work in all (bytes or items). May throw to interrupt.
@@ -51,7 +71,8 @@ struct ImportReport
 };
 
 /// Reads `.frd` and `.dat` files (a `.sta` beside them helps to match times) into the database and derives what is
-/// requested. Files of one job share their stem; several jobs are read one after the other, as given.
+/// requested. Files of one job share their stem; several jobs are read one after the other, as given. One of the files
+/// may be the deck `.inp` of the jobs: it then says what the mesh is, and without results it is imported alone.
 /// @throws FED_Failure for bad input; the database then holds what was read before, and the caller drops it
 ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_Database& target,
                            const ImportOptions& options);

@@ -29,9 +29,9 @@ public:
   struct Group
   {
     EntityKind         kind = Nodes;
-    std::string        name;      ///< as it stands in the file; no two groups of a kind share one
-    std::vector<Range> ranges;    ///< in the file's order; ids may come again
-    int                line = 0;  ///< of the group's head, from 1
+    std::string        name;    ///< as it stands in the file; no two groups of a kind share one
+    std::vector<Range> ranges;  ///< in the file's order; ids may come again
+    std::string        place;   ///< "FILE:LINE" of the group's head, for messages
   };
 
   /// No groups.

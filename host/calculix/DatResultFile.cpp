@@ -4,10 +4,14 @@
 #include <array>
 #include <cassert>
 #include <cmath>
+#include <string_view>
+#include <utility>
 
 #include <QuilonDbConnector/FED_Database.h>
 
+#include "calculix/DeckConverter.h"
 #include "calculix/Extrapolation.h"
+#include "calculix/LocalSystem.h"
 #include "Derivation.h"
 #include "Failure.h"
 #include "FEM_ResultUtil.h"
@@ -93,7 +97,7 @@ std::vector<std::string> TotalLabels(const std::string& title, std::size_t numVa
 }  // namespace
 
 DatResultFile::DatResultFile(const std::filesystem::path& path, ImportJob& job)
-    : FEMResultFile(path.string(), job.Options().iteration, 0, job.Database()), path_(path), job_(job), averages_(2)
+    : FEMResultFile(path.string(), job.Options().iteration, 0, job.Database()), path_(path), job_(job)
 {}
 
 void DatResultFile::Read()
@@ -198,11 +202,11 @@ void DatResultFile::BeginResult(const StepKey& key)
 void DatResultFile::FinishResult()
 {
   for (const Quantity quantity : {QuantityStress, QuantityStrain}) {
-    Average& average = averages_[quantity];
-    if (!average.sums.IsAnyValueAdded()) continue;
-    SaveAverages(quantity);
+    if (averages_[quantity].empty()) continue;
+    for (const auto& [group, average] : averages_[quantity]) SaveAverages(quantity, group, average);
+    job_.MarkAveraged(*current_, quantity);
     // Not reset: a node that the next result does not reach would be saved as zero.
-    average = Average();
+    averages_[quantity].clear();
   }
 }
 
@@ -334,6 +338,7 @@ void DatResultFile::FinishElement()
   if (element_.numPoints > 0) {
     const ResultMesh::Element* element = job_.Mesh().FindElement(element_.id);
     if (element != nullptr) CountPoints(element->type);
+    if (quantity_ && element_.localSystem && TurnPoints()) element_.localSystem = false;
     KeepPoints();
     if (quantity_ && element_.localSystem) job_.Record().Skip(kLocal, element_.numPoints);
     if (quantity_ && !element_.localSystem) AverageElement();
@@ -397,6 +402,35 @@ void DatResultFile::KeepPoints()
   meanView_->SetTensor(element_.id, mean);
 }
 
+/// Turns the points of an oriented solid into global axes.
+/// @return false, and nothing is changed, where no deck tells how
+bool DatResultFile::TurnPoints()
+{
+  const ImportedDeck* deck    = job_.Deck();
+  const DeckElement*  element = deck == nullptr ? nullptr : deck->model.FindElement(element_.id);
+  const int           number  = deck == nullptr ? 0 : deck->SectionOf(element_.id).orientation;
+  if (element == nullptr || element->type->dimension != 3 || number == 0) return false;
+
+  std::vector<double> coordinates;
+  for (const int node : deck->model.NodesOf(*element)) {
+    const std::array<double, 3>& position = deck->model.FindNode(node)->position;
+    coordinates.insert(coordinates.end(), position.begin(), position.end());
+  }
+  std::vector<double> points(3 * element_.numPoints);
+  if (!LocatePoints(element->type->frdType, element_.numPoints, coordinates, points)) return false;
+
+  const DeckOrientation& orientation = deck->model.orientations[static_cast<std::size_t>(number) - 1];
+  std::vector<double>    turned      = element_.values;
+  for (std::size_t p = 0; p < element_.numPoints; ++p) {
+    const std::optional<LocalAxes> axes =
+        FindLocalAxes(orientation, {points[3 * p], points[3 * p + 1], points[3 * p + 2]});
+    if (!axes) return false;
+    TurnToGlobal(*axes, std::span(turned).subspan(kNumComponents * p).first<kNumComponents>());
+  }
+  element_.values = std::move(turned);
+  return true;
+}
+
 void DatResultFile::AverageElement()
 {
   ResultMesh::Element* element = job_.Mesh().FindElement(element_.id);
@@ -416,16 +450,27 @@ void DatResultFile::AverageElement()
   Extrapolate(*rule, element_.values, nodal_);
   const std::span<const int> nodes = job_.Mesh().NodesOf(*element);
   assert(nodes.size() == rule->NumNodes());
-  Average& average = averages_[*quantity_];
+  AddToAverage(averages_[*quantity_][0], nodes);
+  for (const int group : job_.Groups().GroupsOf(element_.id, *element)) {
+    AddToAverage(averages_[*quantity_][group], nodes);
+  }
+
+  const std::string_view type = element->deckType != nullptr ? element->deckType->name : rule->name;
+  for (const int id : nodes) {
+    ResultMesh::Node& node = *job_.Mesh().FindNode(id);
+    if (node.type.empty()) node.type = type;
+    node.isMixed = node.isMixed || node.type != type;
+  }
+}
+
+/// Adds the nodal values of the element being read.
+void DatResultFile::AddToAverage(Average& average, std::span<const int> nodes) const
+{
   for (std::size_t n = 0; n < nodes.size(); ++n) {
     double value[kNumComponents];
     std::copy_n(&nodal_[n * kNumComponents], kNumComponents, value);
     average.sums.AddValue(nodes[n], value);
     average.statistics.AddValue(nodes[n], value);
-
-    ResultMesh::Node& node = *job_.Mesh().FindNode(nodes[n]);
-    if (node.rule == nullptr) node.rule = rule;
-    node.isMixed = node.isMixed || node.rule != rule;
   }
 }
 
@@ -465,48 +510,45 @@ void DatResultFile::CheckEnd() const
   }
 }
 
-void DatResultFile::SaveAverages(Quantity quantity)
+void DatResultFile::SaveAverages(Quantity quantity, int group, const Average& average)
 {
-  const TensorKinds& kinds   = kTensorKinds[quantity];
-  const Average&     average = averages_[quantity];
-
-  average.sums.SaveField(database_, job_.Descriptor(*current_, kinds.average), FEM_AvgFieldDefs::NoLayerIndex,
+  const TensorKinds& kinds = kTensorKinds[quantity];
+  average.sums.SaveField(database_, job_.Descriptor(*current_, kinds.average, group), FEM_AvgFieldDefs::NoLayerIndex,
                          FEM_AvgFieldDefs::Average, true, nullptr);
-  average.statistics.SaveField(database_, job_.Descriptor(*current_, kinds.variance), FEM_AvgFieldDefs::NoLayerIndex,
-                               FEM_AvgFieldDefs::Variance, true, nullptr);
+  average.statistics.SaveField(database_, job_.Descriptor(*current_, kinds.variance, group),
+                               FEM_AvgFieldDefs::NoLayerIndex, FEM_AvgFieldDefs::Variance, true, nullptr);
   if (quantity == QuantityStress) {
-    FEM_ResultUtil::CalculateNodalStressError(database_, job_.Descriptor(*current_, kinds.error), average.statistics,
-                                              true, nullptr);
+    FEM_ResultUtil::CalculateNodalStressError(database_, job_.Descriptor(*current_, kinds.error, group),
+                                              average.statistics, true, nullptr);
   } else {
-    SaveStrainError();
+    SaveStrainError(group, average);
   }
-  SaveCounts(quantity);
-  job_.MarkAveraged(*current_, quantity);
+  SaveCounts(quantity, group, average);
 }
 
-void DatResultFile::SaveCounts(Quantity quantity)
+void DatResultFile::SaveCounts(Quantity quantity, int group, const Average& average)
 {
   std::vector<int>                      ids;
   std::vector<FEM_AvgUtil::StatData<6>> data;
-  averages_[quantity].statistics.DumpField(0, ids, data);
+  average.statistics.DumpField(0, ids, data);
 
-  FED_IdDataBlock view(job_.Block(*current_, kTensorKinds[quantity].count, ids.size()), database_.GetIdMapsPool(),
-                       true);
+  FED_IdDataBlock view(job_.Block(*current_, kTensorKinds[quantity].count, ids.size(), group),
+                       database_.GetIdMapsPool(), true);
   for (std::size_t i = 0; i < ids.size(); ++i) {
     view.SetScalar(ids[i], data[i].count);
-    if (data[i].count < job_.Mesh().FindNode(ids[i])->numElements) ++partialNodes_;
+    if (group == 0 && data[i].count < job_.Mesh().FindNode(ids[i])->numElements) ++partialNodes_;
   }
 }
 
 /// The measure of FEM_ResultUtil::CalculateNodalStressError(), with principal values that hold for small tensors.
-void DatResultFile::SaveStrainError()
+void DatResultFile::SaveStrainError(int group, const Average& average)
 {
   std::vector<int>                      ids;
   std::vector<FEM_AvgUtil::StatData<6>> data;
-  averages_[QuantityStrain].statistics.DumpField(0, ids, data);
+  average.statistics.DumpField(0, ids, data);
 
-  FED_IdDataBlock view(job_.Block(*current_, kTensorKinds[QuantityStrain].error, ids.size()), database_.GetIdMapsPool(),
-                       true);
+  FED_IdDataBlock view(job_.Block(*current_, kTensorKinds[QuantityStrain].error, ids.size(), group),
+                       database_.GetIdMapsPool(), true);
   for (std::size_t i = 0; i < ids.size(); ++i) {
     const double count = data[i].count;
     double       error[kNumComponents];

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,8 +28,9 @@ namespace quilon::calculix {
 ///
 /// Stresses and strains of integration points are kept as element records, and so is their mean over the element's
 /// points. Extrapolated to the element's nodes, as ExtrapolationRule says, they are averaged at the nodes: mean,
-/// variance, count and error are written per result. An element that several blocks of a result print counts once.
-/// Points in a local system are kept as a user kind and not averaged.
+/// variance, count and error are written per result, and once more for every group of elements. An element that several
+/// blocks of a result print counts once. Points of oriented solids are turned into global axes where the job has a
+/// deck; other points in a local system are kept as a user kind and not averaged.
 class DatResultFile : public FEMResultFile, private DatSink
 {
 public:
@@ -48,6 +50,9 @@ private:
     FEM_AvgField<int, FEM_AvgUtil::AvgData<6>, 6>  sums;
     FEM_AvgField<int, FEM_AvgUtil::StatData<6>, 6> statistics;
   };
+
+  /// By group of elements; 0 for all.
+  using Averages = std::map<int, Average>;
 
   /// Points of the element being read.
   struct Element
@@ -78,13 +83,15 @@ private:
   void AddPoint(const DatRow& row);
   void FinishElement();
   void KeepPoints();
+  bool TurnPoints();
   void AverageElement();
+  void AddToAverage(Average& average, std::span<const int> nodes) const;
   void CountPoints(int frdType);
   void CheckEnd() const;
 
-  void SaveAverages(Quantity quantity);
-  void SaveCounts(Quantity quantity);
-  void SaveStrainError();
+  void SaveAverages(Quantity quantity, int group, const Average& average);
+  void SaveCounts(Quantity quantity, int group, const Average& average);
+  void SaveStrainError(int group, const Average& average);
 
   std::filesystem::path  path_;
   ImportJob&             job_;
@@ -92,7 +99,7 @@ private:
   std::size_t            resultNumber_ = 0;
   std::size_t            numBlocks_    = 0;  // of the current result
   std::size_t            numExpected_  = 0;  // blocks of the result before, if that is of the same step
-  std::vector<Average>   averages_;          // by Quantity
+  Averages               averages_[2];       // by Quantity
   std::size_t            partialNodes_ = 0;  // averages over some of a node's elements
 
   // The block being read.

@@ -5,8 +5,6 @@
 
 #include <QuilonDbConnector/FED_Database.h>
 
-#include "calculix/Extrapolation.h"
-
 namespace quilon::calculix {
 
 namespace {
@@ -62,7 +60,7 @@ void FrdResultFile::Read()
 void FrdResultFile::SaveMesh()
 {
   // Whole meshes only: a file that breaks within its mesh leaves nothing.
-  if (!meshSaved_) job_.Mesh().Save(database_, firstNumber_);
+  if (!meshSaved_) job_.SaveMesh();
   meshSaved_ = true;
 }
 
@@ -173,14 +171,14 @@ void FrdResultFile::Compare(int id, const double* theirs)
   }
 
   const ResultMesh::Node* node = job_.Mesh().FindNode(id);
-  if (node == nullptr || node->rule == nullptr || !comparison_->counts.HasRecord(id)) return;
+  if (node == nullptr || node->type.empty() || !comparison_->counts.HasRecord(id)) return;
   double count = 0.0;
   comparison_->counts.GetScalar(id, count);
   if (count != node->numElements) return;  // the solver's mean has elements that ours has not
 
   double ours[6];
   comparison_->averages.GetTensor(id, ours);
-  Comparison::Deviation& deviation = comparison_->byElementType[node->isMixed ? "mixed" : node->rule->name];
+  Comparison::Deviation& deviation = comparison_->byElementType[node->isMixed ? "mixed" : std::string(node->type)];
   ++deviation.nodes;
   for (int k = 0; k < 6; ++k) {
     const double difference = std::abs(ours[k] - theirs[k]);

@@ -16,6 +16,7 @@ namespace {
 constexpr std::array<std::pair<int, int>, 4> kPrincipalKinds = {{{520, 521}, {530, 531}, {560, 561}, {570, 571}}};
 
 constexpr auto kQuantityIndex = static_cast<FED_DataDescriptor::ResultIndex>(10);
+constexpr auto kGroupIndex    = static_cast<FED_DataDescriptor::ResultIndex>(11);
 
 }  // namespace
 
@@ -47,9 +48,9 @@ void ImportRecord::AddDeviation(const std::string& elementType, const std::strin
   }
 }
 
-ImportJob::ImportJob(FED_Database& database, const ImportOptions& options, UserKindPool& kinds, ImportRecord& record,
-                     const std::filesystem::path& frdPath)
-    : database_(database), options_(options), kinds_(kinds), record_(record), mesh_(frdPath)
+ImportJob::ImportJob(FED_Database& database, const ImportOptions& options, const ImportContext& context,
+                     UserKindPool& kinds, ImportRecord& record, const std::filesystem::path& frdPath)
+    : database_(database), options_(options), context_(context), kinds_(kinds), record_(record), mesh_(frdPath)
 {}
 
 ReadProgress ImportJob::Progress(const std::filesystem::path& path) const
@@ -59,37 +60,44 @@ ReadProgress ImportJob::Progress(const std::filesystem::path& path) const
              std::uint64_t done, std::uint64_t total) { progress(phase, done, total); };
 }
 
-FED_DataDescriptor ImportJob::MakeDescriptor(const StepKey& key, int onf) const
+void ImportJob::SaveMesh()
+{
+  if (context_.deck != nullptr) mesh_.AddDeck(*context_.deck);
+  mesh_.Save(database_, options_.iteration);
+}
+
+FED_DataDescriptor ImportJob::MakeDescriptor(const StepKey& key, int onf, int group) const
 {
   FED_DataDescriptor descriptor(options_.iteration, static_cast<FED_OnfId>(onf));
   descriptor.SetInteger(FED_DataDescriptor::LoadCase, key.loadCase);
   descriptor.SetInteger(FED_DataDescriptor::Substep, key.substep);
   descriptor.SetInteger(FED_DataDescriptor::Analysis, key.analysis);
+  if (group != 0) descriptor.SetInteger(kGroupIndex, group);
   return descriptor;
 }
 
-FED_DataDescriptor ImportJob::Descriptor(const StepKey& key, int onf)
+FED_DataDescriptor ImportJob::Descriptor(const StepKey& key, int onf, int group)
 {
-  const FED_DataDescriptor descriptor = MakeDescriptor(key, onf);
-  if (written_[key].insert(onf).second && database_.HasDataBlock(descriptor)) {
+  const FED_DataDescriptor descriptor = MakeDescriptor(key, onf, group);
+  if (written_[key].insert({onf, group}).second && database_.HasDataBlock(descriptor)) {
     ++numOverwritten_;
-    DropDerived(key, onf);
+    DropDerived(key, onf, group);
   }
   return descriptor;
 }
 
 /// The derivation keeps blocks that exist, so those of tensors that change have to go.
-void ImportJob::DropDerived(const StepKey& key, int onf)
+void ImportJob::DropDerived(const StepKey& key, int onf, int group)
 {
   for (const auto& [principal, tensor] : kPrincipalKinds) {
-    const FED_DataDescriptor descriptor = MakeDescriptor(key, principal);
+    const FED_DataDescriptor descriptor = MakeDescriptor(key, principal, group);
     if (onf == tensor && database_.HasDataBlock(descriptor)) database_.DeleteDataBlock(descriptor);
   }
 }
 
-FED_DataBlock& ImportJob::Block(const StepKey& key, int onf, std::size_t expectedRecords)
+FED_DataBlock& ImportJob::Block(const StepKey& key, int onf, std::size_t expectedRecords, int group)
 {
-  return database_.GetOrCreateDataBlock(Descriptor(key, onf), expectedRecords);
+  return database_.GetOrCreateDataBlock(Descriptor(key, onf, group), expectedRecords);
 }
 
 void ImportJob::SetScalar(const StepKey& key, int quantity, double value) { scalars_[key][quantity] = value; }
@@ -118,13 +126,13 @@ void ImportJob::LimitTo(const StepKey& key)
 std::size_t ImportJob::DropBroken()
 {
   std::size_t numWhole = 0;
-  for (const auto& [key, onfs] : written_) {
+  for (const auto& [key, names] : written_) {
     if (IsWithin(key)) {
       ++numWhole;
       continue;
     }
-    for (const int onf : onfs) {
-      const FED_DataDescriptor descriptor = MakeDescriptor(key, onf);
+    for (const auto& [onf, group] : names) {
+      const FED_DataDescriptor descriptor = MakeDescriptor(key, onf, group);
       if (database_.HasDataBlock(descriptor)) database_.DeleteDataBlock(descriptor);
     }
   }

@@ -14,6 +14,7 @@
 
 #include <QuilonDbConnector/FED_DataDescriptor.h>
 
+#include "calculix/ElementGroups.h"
 #include "calculix/ReadLogger.h"
 #include "calculix/ReadProgress.h"
 #include "calculix/ResultMesh.h"
@@ -78,6 +79,15 @@ private:
   ImportReport report_;
 };
 
+struct ImportedDeck;
+
+/// What a deck and the options say of all jobs of an import.
+struct ImportContext
+{
+  const ImportedDeck* deck = nullptr;  ///< null without a deck
+  ElementGroups       groups;
+};
+
 /// The files of one job while they are read: its mesh, its results, and what goes where in the database.
 ///
 /// Blocks are noted by result, so that those of a result that turns out broken can be dropped again. Scalars wait until
@@ -85,26 +95,32 @@ private:
 class ImportJob
 {
 public:
-  /// @param database, options, kinds, record borrowed
+  /// @param database, options, context, kinds, record borrowed
   /// @param frdPath  for messages; may be empty
-  ImportJob(FED_Database& database, const ImportOptions& options, UserKindPool& kinds, ImportRecord& record,
-            const std::filesystem::path& frdPath);
+  ImportJob(FED_Database& database, const ImportOptions& options, const ImportContext& context, UserKindPool& kinds,
+            ImportRecord& record, const std::filesystem::path& frdPath);
 
   FED_Database&        Database() noexcept { return database_; }
   const ImportOptions& Options() const noexcept { return options_; }
   ImportRecord&        Record() noexcept { return record_; }
   UserKindPool&        Kinds() noexcept { return kinds_; }
   ResultMesh&          Mesh() noexcept { return mesh_; }
+  const ImportedDeck*  Deck() const noexcept { return context_.deck; }
+  const ElementGroups& Groups() const noexcept { return context_.groups; }
   StepMatcher&         Steps() noexcept { return steps_; }
   ReadLogger&          Logger() noexcept { return logger_; }
 
   /// @return what a reader calls while it reads the file
   ReadProgress Progress(const std::filesystem::path& path) const;
 
+  /// Completes the mesh from the deck, if there is one, and saves it.
+  void SaveMesh();
+
+  /// @param group of elements that a nodal average is over; 0 for all
   /// @return the key of the result's block, noted as written
-  FED_DataDescriptor Descriptor(const StepKey& key, int onf);
+  FED_DataDescriptor Descriptor(const StepKey& key, int onf, int group = 0);
   /// @return the result's block, noted as written
-  FED_DataBlock& Block(const StepKey& key, int onf, std::size_t expectedRecords);
+  FED_DataBlock& Block(const StepKey& key, int onf, std::size_t expectedRecords, int group = 0);
 
   /// @param quantity a ScalarQuantity or a user history
   void SetScalar(const StepKey& key, int quantity, double value);
@@ -127,17 +143,21 @@ public:
   std::size_t DropBroken();
 
 private:
-  FED_DataDescriptor MakeDescriptor(const StepKey& key, int onf) const;
-  void               DropDerived(const StepKey& key, int onf);
+  /// What tells blocks of one result apart: ONF id and group.
+  using BlockName = std::pair<int, int>;
+
+  FED_DataDescriptor MakeDescriptor(const StepKey& key, int onf, int group = 0) const;
+  void               DropDerived(const StepKey& key, int onf, int group);
 
   FED_Database&                            database_;
   const ImportOptions&                     options_;
+  const ImportContext&                     context_;
   UserKindPool&                            kinds_;
   ImportRecord&                            record_;
   ResultMesh                               mesh_;
   StepMatcher                              steps_;
   ReadLogger                               logger_;
-  std::map<StepKey, std::set<int>>         written_;  // ONF ids
+  std::map<StepKey, std::set<BlockName>>   written_;
   std::map<StepKey, std::map<int, double>> scalars_;  // by quantity
   std::set<std::pair<StepKey, Quantity>>   averaged_;
   std::size_t                              numOverwritten_ = 0;

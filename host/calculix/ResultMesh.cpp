@@ -1,11 +1,13 @@
 #include "calculix/ResultMesh.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
+#include "calculix/DeckConverter.h"
 #include "calculix/FrdReader.h"
 #include "Failure.h"
 #include "FEM_ResultUtil.h"
@@ -38,10 +40,50 @@ void ResultMesh::AddElements(std::span<const FrdElement> elements)
       Fail(path_.string() + ": expected every element once, found element " + std::to_string(element.id) + " again");
     }
     for (const int id : element.nodes) ++nodes_.At(nodes_.FindOrInsert(id)).numElements;
-    elements_.At(elements_.FindOrInsert(element.id)) = {
-        element.type, element.material, elementNodes_.size(), element.nodes.size(), {}};
+    elements_.At(elements_.FindOrInsert(element.id)) = {element.type,         element.material,     nullptr,
+                                                        elementNodes_.size(), element.nodes.size(), {}};
     elementNodes_.insert(elementNodes_.end(), element.nodes.begin(), element.nodes.end());
   }
+}
+
+void ResultMesh::AddDeck(const ImportedDeck& deck)
+{
+  AddDeckNodes(deck);
+  // Beside a .frd, what it leaves out has no part in the solver's averages: springs, masses, networks.
+  const bool isAlone = elements_.Entries().empty();
+  for (const auto& [id, element] : deck.model.elements.Entries()) {
+    if (elements_.Find(id) == IdRadixMap<Element>::npos) {
+      AddDeckElement(deck, id, isAlone && element.type->dimension == 3);
+      continue;
+    }
+    Element& known = elements_.At(elements_.Find(id));
+    known.deckType = element.type;
+    if (const int material = deck.SectionOf(id).material; material != 0) known.material = material;
+
+    const std::span<const int> nodes = deck.model.NodesOf(element);
+    const bool isSame                = known.type == element.type->frdType && std::ranges::equal(NodesOf(known), nodes);
+    if (element.type->dimension == 3 && !isSame) {
+      Fail(path_.string() + ": expected element " + std::to_string(id) +
+           " with the type and the nodes that it has at " + deck.model.Describe(element.place));
+    }
+  }
+}
+
+void ResultMesh::AddDeckNodes(const ImportedDeck& deck)
+{
+  for (const auto& [id, node] : deck.model.nodes.Entries()) AddNodes({&id, 1}, node.position);
+}
+
+void ResultMesh::AddDeckElement(const ImportedDeck& deck, int id, bool isCounted)
+{
+  const DeckElement&         element = *deck.model.FindElement(id);
+  const std::span<const int> nodes   = deck.model.NodesOf(element);
+  if (isCounted) {
+    for (const int node : nodes) ++nodes_.At(nodes_.FindOrInsert(node)).numElements;
+  }
+  elements_.At(elements_.FindOrInsert(id)) = {
+      element.type->frdType, deck.SectionOf(id).material, element.type, elementNodes_.size(), nodes.size(), {}};
+  elementNodes_.insert(elementNodes_.end(), nodes.begin(), nodes.end());
 }
 
 void ResultMesh::Save(FED_Database& database, int iteration)

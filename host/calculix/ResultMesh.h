@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "IdRadixMap.h"
@@ -15,26 +16,29 @@ class FED_Database;
 
 namespace quilon::calculix {
 
-struct ExtrapolationRule;
+struct DeckElementType;
 struct FrdElement;
+struct ImportedDeck;
 
-/// Nodes and elements of one .frd. Kept while the job is read; coordinates only until they are saved.
+/// Nodes and elements of one .frd, of a deck, or of both. Kept while the job is read; coordinates only until they are
+/// saved.
 class ResultMesh
 {
 public:
   struct Node
   {
-    int                      numElements = 0;        ///< places in elements' node lists that name this node
-    const ExtrapolationRule* rule        = nullptr;  ///< the first that contributed to the node
-    bool                     isMixed     = false;    ///< another rule has contributed too
+    int              numElements = 0;  ///< places in node lists of elements with stresses that name this node
+    std::string_view type;             ///< of the first element that contributed to the node
+    bool             isMixed = false;  ///< elements of another type have contributed too
   };
 
   struct Element
   {
-    int         type     = 0;  ///< type code of the .frd
-    int         material = 0;
-    std::size_t first    = 0;  ///< of its nodes in the pool
-    std::size_t count    = 0;
+    int                    type     = 0;        ///< type code of the .frd
+    int                    material = 0;        ///< material number, 0 none
+    const DeckElementType* deckType = nullptr;  ///< null for an element that no deck has
+    std::size_t            first    = 0;        ///< of its nodes in the pool
+    std::size_t            count    = 0;
     /// Number of the latest result in which the element was averaged: stress, strain.
     std::array<std::size_t, 2> averagedIn = {};
   };
@@ -48,6 +52,13 @@ public:
   /// @param elements their nodes are nodes of the mesh: ReadFrd() refuses others
   /// @throws FED_Failure for an element that is listed twice
   void AddElements(std::span<const FrdElement> elements);
+
+  /// Completes the mesh of a .frd with what a deck says: all digits of the coordinates, element types and materials,
+  /// and the nodes and elements that the .frd leaves out. Elements that the solver has expanded keep the .frd's nodes.
+  /// Without a .frd the mesh is the deck's.
+  /// @param deck its element types are borrowed for good: they are a constant table
+  /// @throws FED_Failure for a solid that the .frd has with another type or other nodes
+  void AddDeck(const ImportedDeck& deck);
 
   /// Writes coordinates (516), node lists (595) and types (596) and forgets the coordinates. The descriptors have the
   /// iteration and the ONF id alone.
@@ -64,6 +75,8 @@ public:
   std::span<const int> NodesOf(const Element& element) const noexcept;
 
 private:
+  void AddDeckNodes(const ImportedDeck& deck);
+  void AddDeckElement(const ImportedDeck& deck, int id, bool isCounted);
   void SaveCoordinates(FED_Database& database, int iteration);
   void SaveElements(FED_Database& database, int iteration);
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,10 @@ struct Options
   std::vector<std::string>   files;
   std::string                output;
   std::optional<std::string> requests;
+  std::optional<std::string> averageBy;
+  std::optional<std::string> groups;
+  std::string                includeRule    = "solver-first";
+  bool                       allowOutside   = false;
   int                        iteration      = 0;
   bool                       strict         = false;
   bool                       keepWholeSteps = false;
@@ -86,6 +91,24 @@ void PrintText(Output& output, const std::string& folder, std::size_t blocks, co
   }
 }
 
+AverageBy ParseAverageBy(const std::string& text)
+{
+  if (text == "material") return {AverageBy::Material, {}};
+  if (text == "section") return {AverageBy::Section, {}};
+  AverageBy          by{AverageBy::Sets, {}};
+  std::istringstream names(text);
+  for (std::string name; std::getline(names, name, ',');) by.sets.emplace_back(Trimmed(name));
+  if (by.sets.empty()) Fail("--average-by is empty, expected material, section or names of element sets");
+  return by;
+}
+
+calculix::DeckOptions::IncludeRule ParseIncludeRule(const std::string& text)
+{
+  if (text == "solver") return calculix::DeckOptions::SolverOnly;
+  if (text == "file") return calculix::DeckOptions::IncludingFile;
+  return calculix::DeckOptions::SolverFirst;
+}
+
 void Run(const Options& options, CommandContext& context)
 {
   Publication  publication(options.output);
@@ -93,11 +116,15 @@ void Run(const Options& options, CommandContext& context)
   if (options.requests) requests = KindRequests(*options.requests, KindTable());
 
   ImportOptions importOptions;
-  importOptions.iteration      = options.iteration;
-  importOptions.strict         = options.strict;
-  importOptions.keepWholeSteps = options.keepWholeSteps;
-  importOptions.requests       = options.requests ? &requests : nullptr;
-  importOptions.progress       = [&](const std::string& phase, std::uint64_t done, std::uint64_t total) {
+  importOptions.iteration         = options.iteration;
+  importOptions.strict            = options.strict;
+  importOptions.keepWholeSteps    = options.keepWholeSteps;
+  importOptions.deck.includeRule  = ParseIncludeRule(options.includeRule);
+  importOptions.deck.allowOutside = options.allowOutside;
+  if (options.averageBy) importOptions.averageBy = ParseAverageBy(*options.averageBy);
+  if (options.groups) importOptions.groups = *options.groups;
+  importOptions.requests = options.requests ? &requests : nullptr;
+  importOptions.progress = [&](const std::string& phase, std::uint64_t done, std::uint64_t total) {
     ThrowIfInterrupted();
     context.console.Progress(phase, done, total);
   };
@@ -126,7 +153,8 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineImport(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("RESULT", options->files, "Result files of the solver: .frd and .dat; those of one job share a stem")
+  app.add_option("FILE", options->files,
+                 "The solver's deck .inp and its result files .frd and .dat; results of one job share a stem")
       ->required();
   app.add_option("-o,--output", options->output,
                  "Working database (.fed) or ONF folder to write; blocks of equal keys are replaced")
@@ -136,6 +164,15 @@ CommandFunction DefineImport(CLI::App& app)
   app.add_option("--request", options->requests,
                  "What to derive: kinds, the path of a request file, all or none (default: all)")
       ->type_name("KIND,...|FILE");
+  app.add_option("--average-by", options->averageBy,
+                 "One more nodal average for every material or section, or for each of the named element sets")
+      ->type_name("material|section|SET,...");
+  app.add_option("--groups", options->groups, "A groups file: its groups become sets of the deck")->type_name("GROUPS");
+  app.add_option("--include-rule", options->includeRule,
+                 "Where the deck's includes are looked for: solver-first (default), solver or file")
+      ->check(CLI::IsMember({"solver-first", "solver", "file"}))
+      ->type_name("RULE");
+  app.add_flag("--allow-outside", options->allowOutside, "Let includes leave the folder tree of the deck");
   app.add_flag("--strict", options->strict, "Anything that has to be skipped is an error");
   app.add_flag("--keep-whole-steps", options->keepWholeSteps,
                "On bad input write the steps that were whole, and fail all the same");
@@ -146,7 +183,8 @@ CommandFunction DefineImport(CLI::App& app)
       "to match times.\n"
       "\n"
       "Examples:\n"
-      "  quilon import bracket.frd bracket.dat -o bracket.fed\n"
+      "  quilon import bracket.inp bracket.frd bracket.dat -o bracket.fed\n"
+      "  quilon import bracket.inp bracket.frd bracket.dat -o bracket.fed --average-by material\n"
       "  quilon import job.dat -o job.onf --iteration 3 --request stress-principal");
   return [options](CommandContext& context) { Run(*options, context); };
 }

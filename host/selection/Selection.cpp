@@ -226,7 +226,7 @@ const std::vector<IndexKey>& GetIndexKeys()
       {static_cast<Descriptor::ResultIndex>(7), "i7", "index-7"},
       {static_cast<Descriptor::ResultIndex>(8), "i8", "index-8"},
       {static_cast<Descriptor::ResultIndex>(10), "i10", "quantity"},
-      {static_cast<Descriptor::ResultIndex>(11), "i11", "index-11"},
+      {static_cast<Descriptor::ResultIndex>(11), "i11", "group"},
       {static_cast<Descriptor::ResultIndex>(12), "i12", "index-12"},
       {static_cast<Descriptor::ResultIndex>(13), "i13", "index-13"},
   };

@@ -203,10 +203,10 @@ TEST_F(SpoiltImport, AMissingFileFails)
 TEST_F(SpoiltImport, AnotherExtensionFails)
 {
   try {
-    ImportResults({folder_ / "job.inp"}, database_, {});
+    ImportResults({folder_ / "job.txt"}, database_, {});
     FAIL();
   } catch (const FED_Failure& failure) {
-    EXPECT_EQ(failure.what(), Path("job.inp") + ": expected a result file .frd, .dat or .sta");
+    EXPECT_EQ(failure.what(), Path("job.txt") + ": expected a result file .frd, .dat or .sta, or a deck .inp");
   }
 }
 

@@ -221,9 +221,43 @@ TEST_F(ImportCommand, QuietTellsNoNotes)
   EXPECT_EQ(RunQuilon({"import", dat_, "-o", out_}).err.rfind("quilon: note: ", 0), 0U);
 }
 
+// Materials 1 and 2 meet at 12 of 36 nodes, which have a value on either side.
+TEST_F(ImportCommand, AveragesBesideADeckStopAtBorders)
+{
+  const RunResult run = RunQuilon({"import", Fixture("hex8/hex8.inp"), Fixture("hex8/hex8.frd"),
+                                   Fixture("hex8/hex8.dat"), "-o", out_, "--average-by", "material"});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const nlohmann::json blocks =
+      nlohmann::json::parse(RunQuilon({"ls", out_, "nodal-stress@lc=1,group=1-2", "--json"}).out);
+  ASSERT_EQ(blocks.size(), 2U);
+  EXPECT_EQ(blocks.at(0).at("records"), 24);
+  EXPECT_EQ(blocks.at(1).at("i11"), 2);
+}
+
+TEST_F(ImportCommand, GroupsBecomeSetsOfTheDeck)
+{
+  const std::string groups = (folder_ / "my.groups").string();
+  std::ofstream(groups) << "elements left\n12-19\n";
+  const RunResult run = RunQuilon({"import", Fixture("hex8/hex8.inp"), "-o", out_, "--groups", groups});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_NE(RunQuilon({"show", out_, "element-set"}).out.find("left\t[2] 12 19\n"), std::string::npos);
+  EXPECT_EQ(RunQuilon({"import", frd_, "-o", out_, "--groups", groups}).err,
+            "quilon: error: groups become sets of a deck: expected the deck among the files\n");
+  EXPECT_EQ(RunQuilon({"import", frd_, dat_, "-o", out_, "--average-by", ""}).err,
+            "quilon: error: --average-by is empty, expected material, section or names of element sets\n");
+}
+
+// The includes of this deck are relative to its folder, in which the solver runs.
+TEST_F(ImportCommand, IncludesOfTheDeckFollowTheRule)
+{
+  const std::string deck = Fixture("a_tet/a_tet.inp");
+  EXPECT_EQ(RunQuilon({"import", deck, "-o", out_, "--include-rule", "solver"}).exitCode, 0);
+  EXPECT_EQ(RunQuilon({"import", deck, "-o", out_, "--include-rule", "somewhere"}).exitCode, 2);
+}
+
 TEST_F(ImportCommand, FilesAndOutputAreNeeded)
 {
-  EXPECT_EQ(RunQuilon({"import", "-o", out_}).err, "quilon: error: RESULT is missing, see 'quilon import --help'\n");
+  EXPECT_EQ(RunQuilon({"import", "-o", out_}).err, "quilon: error: FILE is missing, see 'quilon import --help'\n");
   EXPECT_EQ(RunQuilon({"import", frd_}).err, "quilon: error: --output is missing, see 'quilon import --help'\n");
 }
 
@@ -231,7 +265,8 @@ TEST_F(ImportCommand, HelpHasAnExample)
 {
   const RunResult run = RunQuilon({"import", "--help"});
   EXPECT_EQ(run.exitCode, 0);
-  EXPECT_NE(run.out.find("  quilon import bracket.frd bracket.dat -o bracket.fed\n"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("  quilon import bracket.inp bracket.frd bracket.dat -o bracket.fed\n"), std::string::npos)
+      << run.out;
 }
 
 }  // namespace

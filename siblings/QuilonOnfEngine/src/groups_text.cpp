@@ -81,9 +81,9 @@ std::string_view ReadName(const TextCursor& in, std::string_view keyword, std::s
 
 std::vector<Group> ReadGroups(TextCursor& in)
 {
-  std::vector<Group>                                               groups;
-  std::map<std::pair<OnfGroupsFile::EntityKind, std::string>, int> lines;  // of the heads
-  for (int number = 1; !in.AtEnd(); ++number) {
+  std::vector<Group>                                                       groups;
+  std::map<std::pair<OnfGroupsFile::EntityKind, std::string>, std::string> places;  // of the heads
+  while (!in.AtEnd()) {
     const std::string_view line     = WithoutComment(in.ReadRestOfLine());
     const std::string_view nodes    = ReadName(in, "nodes", line);
     const std::string_view elements = ReadName(in, "elements", line);
@@ -91,11 +91,10 @@ std::vector<Group> ReadGroups(TextCursor& in)
       Group group;
       group.kind                = nodes.empty() ? OnfGroupsFile::Elements : OnfGroupsFile::Nodes;
       group.name                = nodes.empty() ? elements : nodes;
-      group.line                = number;
-      const auto [known, isNew] = lines.try_emplace({group.kind, group.name}, number);
+      group.place               = in.GetPlace();
+      const auto [known, isNew] = places.try_emplace({group.kind, group.name}, group.place);
       if (!isNew)
-        in.Fail("expected a new name, " + QuoteForMessage(group.name) + " is a group already, from line " +
-                std::to_string(known->second));
+        in.Fail("expected a new name, " + QuoteForMessage(group.name) + " is a group already, at " + known->second);
       groups.push_back(std::move(group));
     } else if (!line.empty()) {
       if (groups.empty()) in.Fail("expected \"nodes NAME\" or \"elements NAME\", found " + QuoteForMessage(line));

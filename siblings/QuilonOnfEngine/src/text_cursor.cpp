@@ -76,10 +76,9 @@ TextCursor::TextCursor(std::string fileName, std::string_view text)
     : fileName_(std::move(fileName)), at_(text.data()), end_(text.data() + text.size())
 {}
 
-void TextCursor::Fail(const std::string& message) const
-{
-  throw FED_Failure(fileName_ + ":" + std::to_string(line_) + ": " + message, kTag);
-}
+void TextCursor::Fail(const std::string& message) const { throw FED_Failure(GetPlace() + ": " + message, kTag); }
+
+std::string TextCursor::GetPlace() const { return fileName_ + ":" + std::to_string(line_); }
 
 void TextCursor::FailExpected(const std::string& expected)
 {

@@ -45,6 +45,8 @@ public:
   [[noreturn]] void FailExpected(const std::string& expected);
   /// Throws FED_Failure "FILE:LINE: <message>".
   [[noreturn]] void Fail(const std::string& message) const;
+  /// @return "FILE:LINE" of the current line
+  std::string GetPlace() const;
 
   /// @return whether nothing at all follows, not even a blank
   bool AtEnd() const noexcept { return at_ == end_; }

@@ -3,10 +3,13 @@
 namespace {
 
 // Entity kinds.
-constexpr int kNode    = 0;
-constexpr int kElement = 1;
-constexpr int kHistory = 15;
-constexpr int kMatrix  = 16;
+constexpr int kNode       = 0;
+constexpr int kElement    = 1;
+constexpr int kElementSet = 2;
+constexpr int kNodeSet    = 3;
+constexpr int kMaterial   = 4;
+constexpr int kHistory    = 15;
+constexpr int kMatrix     = 16;
 
 // clang-format off
 constexpr OnfRow kRows[] = {
@@ -62,6 +65,11 @@ constexpr OnfRow kRows[] = {
     {597, kElement, "element-matrix-597",          "",          "any",           "half of an element matrix and its description; paired with 590"},
     {598, kElement, "element-matrix-598",          "",          "any",           "half of an element matrix and its description; paired with 591"},
     {599, kElement, "element-matrix-599",          "",          "any",           "half of an element matrix and its description; paired with 592"},
+    {600, kNodeSet, "node-set",                    "Slb",       "none",          "name of the set and its node ids, in the deck's order"},
+    {601, kElementSet, "element-set",              "Slb",       "none",          "name of the set and its element ids, in the deck's order"},
+    {602, kMaterial, "material",                   "SDDD",      "any",           "name, density, Young's modulus, Poisson's ratio; nan where not stated"},
+    {603, kElement, "element-section",             "IiI",       "none",          "section number, material id and orientation number of the element; 0 none"},
+    {604, kHistory, "orientation",                 "SIDb",      "any",           "by orientation number: name, 0 rectangular or 1 cylindrical, the card's numbers"},
     {903, kElement, "element-energy-contribution", "D",         "energy",        "a further contribution that is added to 540"},
     {913, kNode,    "node-energy-contribution",    "D",         "energy",        "a further contribution that is added to 541"},
 };

@@ -20,7 +20,7 @@ OnfGroupsFile Read(const quilon_test::TempFolder& test, const std::string& text)
 std::string Show(const Group& group)
 {
   std::string text = group.kind == OnfGroupsFile::Nodes ? "nodes " : "elements ";
-  text += group.name + "@" + std::to_string(group.line);
+  text += group.name + "@" + group.place.substr(group.place.rfind(':') + 1);
   for (const OnfGroupsFile::Range& range : group.ranges) {
     text += " " + std::to_string(range.first);
     if (range.last != range.first) text += "-" + std::to_string(range.last);
@@ -53,6 +53,8 @@ TEST(OnfGroupsFile, GroupsStandInTheOrderOfTheFile)
                                                         "7-7:2 1-2147483647\n"
                                                         "nodes upper  flange #: another kind\n"
                                                         "elements EMPTY");  // the last line may lack its line feed
+  ASSERT_FALSE(groups.GetGroups().empty());
+  EXPECT_EQ(groups.GetGroups().front().place, (test / "groups").string() + ":3");
   EXPECT_EQ(ShowAll(groups), (std::vector<std::string>{"nodes SUPPORT@3 5 14 17-26 30-60:3 5",
                                                        "elements upper  flange@6 7:2 1-2147483647",
                                                        "nodes upper  flange@8", "elements EMPTY@9"}));
@@ -92,12 +94,14 @@ TEST(OnfGroupsFile, WhatIsNoGroupIsNamedWithFileAndLine)
               {"Nodes A\n", "1: expected \"nodes NAME\" or \"elements NAME\", found \"Nodes A\""},
               {"nodes  # A\n", "1: expected a name behind \"nodes\""},
               {"nodes A\nelements\n", "2: expected a name behind \"elements\""},
-              {"nodes A\n1\nnodes A\n", "3: expected a new name, \"A\" is a group already, from line 1"},
               {"nodes A\n9-5\n", "2: expected a range whose last id is not below its first, found \"9-5\""},
   };
   const quilon_test::TempFolder test;
   const std::string             prefix = (test / "groups").string() + ":";
   for (const Row& row : rows) EXPECT_EQ(MessageOf([&] { Read(test, row.text); }), prefix + row.expected) << row.text;
+
+  EXPECT_EQ(MessageOf([&] { Read(test, "nodes A\n1\nnodes A\n"); }),
+            prefix + "3: expected a new name, \"A\" is a group already, at " + prefix + "1");
 
   for (const char* word : {"0", "-1", "+1", "1.5", "x", "1-", "1-2:", "1-2:0", "1-2:-1", "1-2-3", "1:2", "1-2:3:4",
                            "0-5", "2147483648", "1-2147483648", "1,2", "99999999999999999999"})
