@@ -90,37 +90,6 @@ std::string Show(const FED_FieldStatistics& statistics)
   return text;
 }
 
-// The same by walking records.
-FED_FieldStatistics CountField(const ModelBlock& twin, std::size_t field)
-{
-  FED_FieldStatistics statistics;
-  const auto          add = [&statistics](double value) {
-    if (std::isnan(value)) {
-      ++statistics.nans;
-      return;
-    }
-    statistics.least    = statistics.hasRange ? std::min(statistics.least, value) : value;
-    statistics.greatest = statistics.hasRange ? std::max(statistics.greatest, value) : value;
-    statistics.hasRange = true;
-  };
-  for (const auto& [index, record] : twin.records) {
-    const Value& value = record[field - 1];
-    if (const auto* text = std::get_if<std::string>(&value)) {
-      statistics.elements += text->size();
-    } else if (const auto* doubles = std::get_if<std::vector<double>>(&value)) {
-      statistics.elements += doubles->size();
-      for (const double part : *doubles) add(part);
-    } else if (const auto* integers = std::get_if<std::vector<int>>(&value)) {
-      statistics.elements += integers->size();
-      for (const int part : *integers) add(part);
-    } else {
-      ++statistics.elements;
-      add(std::holds_alternative<int>(value) ? std::get<int>(value) : static_cast<double>(std::get<float>(value)));
-    }
-  }
-  return statistics;
-}
-
 void ExpectStatistics(const BlockOnDisk& on)
 {
   for (std::size_t field = 1; field <= on.twin.types.size(); ++field)
