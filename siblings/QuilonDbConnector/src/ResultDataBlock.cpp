@@ -310,11 +310,9 @@ void ResultDataBlock::GetRecord(std::size_t index, FED_ConstDataRecord& record) 
     CopyRecord(copy, *writable);
     return;
   }
-  if (own->HasFormat())
-    RequireFit(*own);
-  else
-    own->SetFormat(layout_.format);
-  const RowChunk&                   chunk  = Reach(row);
+  if (own->HasFormat()) RequireFit(*own);
+  const RowChunk& chunk = Reach(row);
+  if (!own->HasFormat()) own->SetFormat(layout_.format);
   const std::size_t                 at     = RowInChunk(row);
   std::vector<ResultRecord::Field>& fields = own->GetFields();
   for (std::size_t i = 0; i < fields.size(); ++i)
