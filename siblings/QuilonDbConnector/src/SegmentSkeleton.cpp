@@ -81,6 +81,8 @@ void MakeSegmentSkeleton(const std::filesystem::path& path, std::size_t headerBy
   Hdf5Object      creation(H5Pcreate(H5P_FILE_CREATE), H5Pclose);
   Hdf5Object      links(H5Pcreate(H5P_LINK_CREATE), H5Pclose);
   Hdf5Object      layout(H5Pcreate(H5P_DATASET_CREATE), H5Pclose);
+  // The folder's own lock keeps other writers off; a file system without locks is no hindrance here.
+  Require(H5Pset_file_locking(access, false, true) >= 0, path, "be set up");
   // The latest file format guards HDF5's own structures by checksums. Space is allocated at once, so that every data
   // set has its place, and not filled: the data are written there without HDF5. Times would make equal data differ.
   Require(H5Pset_libver_bounds(access, H5F_LIBVER_LATEST, H5F_LIBVER_LATEST) >= 0 &&

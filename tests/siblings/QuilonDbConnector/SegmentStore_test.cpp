@@ -6,9 +6,11 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -196,6 +198,44 @@ TEST(SegmentStore, ReaderKeepsItsSnapshotWhileTheDatabaseIsRewritten)
   ASSERT_EQ(after.blocks.size(), 1u);
   const double changed = 99.0;
   EXPECT_EQ(after.blocks.begin()->second.at(2)[0], std::string(reinterpret_cast<const char*>(&changed), 8));
+}
+
+namespace {
+
+// Lets a writer at the folder just before a reader opens its first segment.
+class InterruptedFiles : public FED_FileLayer
+{
+public:
+  std::function<void()> interrupt;
+
+  std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override
+  {
+    if (interrupt && path.extension() == ".h5") std::exchange(interrupt, nullptr)();
+    return FED_FileLayer::Open(path, mode, handle);
+  }
+};
+
+}  // namespace
+
+TEST(SegmentStore, ReaderStartsAgainWhenItsSegmentsAreMergedBeforeItOpensThem)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     writer(folder / "a.fed", kCreate, files);
+  WriteSample(writer);
+  writer.Publish(false);
+  InterruptedFiles interrupted;
+  interrupted.interrupt = [&] {
+    PlainRows row(1, 0, 3, {9});
+    row.Add<double>({4.0});
+    SegmentContents contents;
+    contents.rows = {&row};
+    writer.Write(contents);
+    writer.Publish(true);
+  };
+  const SegmentStore reader(folder / "a.fed", kReadOnly, interrupted);
+  EXPECT_FALSE(interrupted.interrupt);
+  EXPECT_EQ(ReadContent(reader), ReadContent(writer));
 }
 
 TEST(SegmentStore, EveryFlippedAndEveryMissingByteIsNamedOrChangesNothing)

@@ -1,0 +1,193 @@
+// What keeping results on disk costs beside raw files, in one run.
+//   raw write  a plain file of as many bytes, written in pieces of 16 MiB and flushed
+//   commit     a step of tensors, filled before, until Commit() returns
+//   raw read   the plain file, read in pieces of 16 MiB
+//   walk       the database opened and every tensor's chunk fetched, which checks it
+//   append     Commit() of one record more, with a history of 1, 10 and 100 times as many records stored
+// Flags: --tensors N  of the step (default 20000; 1000000 says more)
+//        --records N  of the shortest history (default 100)
+//        --repeats N  passes of each case (default 3)
+//        --folder PATH  where the files are written (default: the temporary folder); they are deleted at the end
+// Prints best and median of each case, and how they compare with raw access, best with best. Reads come from the page
+// cache.
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <bundled/FED_ColumnDataBlock.h>
+#include <bundled/FED_FileLayer.h>
+#include <bundled/FED_ResultDatabase.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kPiece  = std::size_t{16} << 20;
+constexpr auto        kTensor = static_cast<FED_OnfId>(521);
+constexpr auto        kScalar = static_cast<FED_OnfId>(500);
+
+struct Options
+{
+  std::size_t tensors = 20000;
+  std::size_t records = 100;
+  int         repeats = 3;
+  fs::path    folder  = fs::temp_directory_path();
+};
+
+Options ReadOptions(int argc, char** argv)
+{
+  Options options;
+  for (int i = 1; i + 1 < argc; i += 2) {
+    const std::string flag = argv[i];
+    if (flag == "--tensors") options.tensors = std::strtoull(argv[i + 1], nullptr, 10);
+    if (flag == "--records") options.records = std::strtoull(argv[i + 1], nullptr, 10);
+    if (flag == "--repeats") options.repeats = std::max(1, std::atoi(argv[i + 1]));
+    if (flag == "--folder") options.folder = argv[i + 1];
+  }
+  return options;
+}
+
+void Require(const std::error_code& error)
+{
+  if (!error) return;
+  std::fprintf(stderr, "database_disk_bench: %s\n", error.message().c_str());
+  std::exit(1);
+}
+
+double Now() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
+
+struct Times
+{
+  double best;
+  double median;
+};
+
+/// Runs a case that says itself how many seconds count.
+Times Measure(int repeats, const std::function<double()>& run)
+{
+  std::vector<double> seconds;
+  for (int i = 0; i < repeats; ++i) seconds.push_back(run());
+  std::sort(seconds.begin(), seconds.end());
+  return {seconds.front(), seconds[seconds.size() / 2]};
+}
+
+double WriteRaw(const fs::path& path, std::size_t bytes)
+{
+  FED_FileLayer           files;
+  FED_FileLayer::Handle   handle = FED_FileLayer::kNoHandle;
+  const std::vector<char> piece(kPiece, 'x');
+  fs::remove(path);
+  const double start = Now();
+  Require(files.Open(path, FED_FileLayer::Create, handle));
+  for (std::size_t done = 0; done < bytes; done += kPiece)
+    Require(files.WriteAt(handle, done, piece.data(), std::min(kPiece, bytes - done)));
+  Require(files.Flush(handle));
+  files.Close(handle);
+  return Now() - start;
+}
+
+double ReadRaw(const fs::path& path, std::size_t bytes)
+{
+  FED_FileLayer         files;
+  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
+  const double          start  = Now();
+  std::vector<char>     all(bytes);
+  Require(files.Open(path, FED_FileLayer::Read, handle));
+  for (std::size_t done = 0, got = 0; done < bytes; done += got)
+    Require(files.ReadAt(handle, done, all.data() + done, std::min(kPiece, bytes - done), got));
+  files.Close(handle);
+  return Now() - start;
+}
+
+void FillTensors(FED_DataBlock& block, std::size_t tensors)
+{
+  for (std::size_t i = 1; i <= tensors; ++i) {
+    const double value     = static_cast<double>(i);
+    const double tensor[6] = {value, -value, 0.5 * value, 1.0, 2.0, 3.0};
+    block.SetValuesAt(i, tensor);
+  }
+}
+
+double CommitStep(const fs::path& folder, std::size_t tensors)
+{
+  fs::remove_all(folder);
+  FED_ResultDatabase database(folder, FED_ResultDatabase::Create);
+  FillTensors(database.GetOrCreateDataBlock(FED_DataDescriptor(0, kTensor), tensors), tensors);
+  const double start = Now();
+  database.Commit();
+  return Now() - start;
+}
+
+double Walk(const fs::path& folder)
+{
+  const double             start = Now();
+  const FED_ResultDatabase database(folder, FED_ResultDatabase::ReadOnly);
+  const auto&              block =
+      dynamic_cast<const FED_ColumnDataBlock&>(database.GetConstDataBlock(FED_DataDescriptor(0, kTensor)));
+  double sum = 0.0;
+  for (std::size_t chunk = 0; chunk < block.GetChunkCount(); ++chunk)
+    sum += block.GetDoubleChunk(1, chunk).GetData()[0];
+  const double seconds = Now() - start;
+  if (sum < 0.0) std::puts("");  // the sum is used
+  return seconds;
+}
+
+// Many commits of one record each: single ones are too short to measure.
+double Append(const fs::path& folder, std::size_t records)
+{
+  constexpr std::size_t kCommits = 64;
+  fs::remove_all(folder);
+  FED_ResultDatabase database(folder, FED_ResultDatabase::Create);
+  FED_DataBlock&     block = database.GetOrCreateDataBlock(FED_DataDescriptor(0, kScalar), records);
+  for (std::size_t i = 0; i < records; ++i) block.SetScalarAt(i, 0.5);
+  database.Commit();
+  const double start = Now();
+  for (std::size_t i = 0; i < kCommits; ++i) {
+    block.SetScalarAt(records + i, 0.5);
+    database.Commit();
+  }
+  return (Now() - start) / kCommits;
+}
+
+void Print(const char* name, const Times& times, std::size_t bytes, const Times& raw)
+{
+  const double megabytes = static_cast<double>(bytes) * 1e-6;
+  std::printf("%-10s best %9.3f ms, median %9.3f ms, %8.1f MB/s, %5.2f of raw\n", name, 1e3 * times.best,
+              1e3 * times.median, megabytes / times.best, times.best / raw.best);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+  const Options     options  = ReadOptions(argc, argv);
+  const fs::path    plain    = options.folder / "database_disk_bench.raw";
+  const fs::path    database = options.folder / "database_disk_bench.fed";
+  const std::size_t bytes    = options.tensors * 6 * sizeof(double);
+  std::printf("%zu tensors, %.1f MB\n", options.tensors, static_cast<double>(bytes) * 1e-6);
+  const Times writeRaw = Measure(options.repeats, [&] { return WriteRaw(plain, bytes); });
+  const Times commit   = Measure(options.repeats, [&] { return CommitStep(database, options.tensors); });
+  const Times readRaw  = Measure(options.repeats, [&] { return ReadRaw(plain, bytes); });
+  const Times walk     = Measure(options.repeats, [&] { return Walk(database); });
+  Print("raw write", writeRaw, bytes, writeRaw);
+  Print("commit", commit, bytes, writeRaw);
+  Print("raw read", readRaw, bytes, readRaw);
+  Print("walk", walk, bytes, readRaw);
+  for (const std::size_t factor : {std::size_t{1}, std::size_t{10}, std::size_t{100}}) {
+    const std::size_t records = factor * options.records;
+    const Times       append  = Measure(options.repeats, [&] { return Append(database, records); });
+    std::printf("append     to %9zu records: best %7.3f ms, median %7.3f ms a commit\n", records, 1e3 * append.best,
+                1e3 * append.median);
+  }
+  fs::remove(plain);
+  fs::remove_all(database);
+  return 0;
+}
