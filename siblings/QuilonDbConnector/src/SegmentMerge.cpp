@@ -253,11 +253,12 @@ private:
       for (const StoredBlock& block : segment->GetIndex().blocks) declared[block.uid] = &block;
     for (const auto& [uid, block] : declared)
       if (state_.FindBlock(uid) != nullptr) contents_.blocks.push_back(*block);
-    // A deletion is needed only where an earlier segment knows the block.
+    // Segments before the window may know a deleted block, even one that the window declares: it may have been declared
+    // again when it took its format. Test: DeletedBlockStaysDeletedWhenItsLaterSegmentsMerge.
     if (isFirst) return;
     for (const Segment* segment : window_)
-      for (const BlockUid uid : segment->GetIndex().deleted)
-        if (declared.count(uid) == 0) contents_.deleted.push_back(uid);
+      contents_.deleted.insert(contents_.deleted.end(), segment->GetIndex().deleted.begin(),
+                               segment->GetIndex().deleted.end());
   }
 
   void AddIds()

@@ -338,6 +338,43 @@ TEST(SegmentStore, StatisticsOfMergedColumnsAreThoseOfAllRows)
   EXPECT_EQ(keys, (std::vector<std::uint32_t>{4, 2, 9, 5}));
 }
 
+TEST(SegmentStore, DeletedBlockStaysDeletedWhenItsLaterSegmentsMerge)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     store(folder / "a.fed", kCreate, files);
+  const BlockUid   large = store.TakeUid();
+  const BlockUid   gone  = store.TakeUid();
+  PlainRows        rows(large, 0, 0, Keys(0, 100000));  // too large to merge with the small segments behind it
+  rows.Add(std::vector<double>(100000, 2.0));
+  SegmentContents contents;
+  contents.blocks = {MakeBlock(large, "D", static_cast<FED_OnfId>(500), 20), MakeBlock(gone, "")};
+  contents.rows   = {&rows};
+  store.Write(contents);
+  store.Publish(false);
+  PlainRows row(gone, 0, 0, {1});
+  row.Add<double>({1.0});
+  contents        = {};
+  contents.blocks = {MakeBlock(gone, "D")};  // takes its format
+  contents.rows   = {&row};
+  store.Write(contents);
+  contents         = {};
+  contents.deleted = {gone};
+  store.Write(contents);
+  for (int i = 0; i < 6; ++i) {
+    contents          = {};
+    contents.hasNames = true;
+    contents.names    = {{1000, "name " + std::to_string(i)}};
+    store.Write(contents);
+  }
+  store.Publish(false);
+  EXPECT_EQ(ListFolder(folder / "a.fed").size(), 4u);  // lock, manifest, the large segment, the merged one
+  const SegmentStore reader(folder / "a.fed", kReadOnly, files);
+  EXPECT_EQ(reader.FindBlock(gone), nullptr);
+  EXPECT_NE(reader.FindBlock(large), nullptr);
+  EXPECT_EQ(reader.GetUserKindNames().at(1000), "name 5");
+}
+
 TEST(SegmentStore, DeletionGivesTheBytesBack)
 {
   const TempFolder folder;
