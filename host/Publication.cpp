@@ -11,6 +11,7 @@
 #include "QuilonDbConnector/QuilonDatabaseUtils.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "UserKinds.h"
+#include "WatchedFiles.h"
 
 namespace quilon {
 
@@ -37,8 +38,11 @@ Publication::Publication(const fs::path& folder, Form form)
     CopyUserKindNames(*OpenOnf(folder_), *names_);
     CopyUserKindNames(*names_, *database_);
   } else {
-    database_ = std::make_unique<FED_ResultDatabase>(
-        folder_, isThere ? FED_ResultDatabase::ReadWrite : FED_ResultDatabase::Create);
+    files_ = std::make_unique<WatchedFiles>();
+    FED_ResultDatabaseOptions options;
+    options.files = files_.get();
+    database_     = std::make_unique<FED_ResultDatabase>(
+        folder_, isThere ? FED_ResultDatabase::ReadWrite : FED_ResultDatabase::Create, options);
     CopyUserKindNames(*database_, *names_);
     fresh_ = std::make_unique<FreshDatabase>(*database_);
   }

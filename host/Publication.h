@@ -16,6 +16,7 @@ class FED_ResultDatabase;
 namespace quilon {
 
 class FreshDatabase;
+class WatchedFiles;
 
 /// A database that results go to: an ONF folder or a working database on disk (`NAME.fed`). It is looked at before the
 /// work begins: what cannot be written is told early. All of it is published in one step, or nothing: a publication
@@ -59,6 +60,7 @@ private:
   std::filesystem::path               folder_;
   bool                                isOnf_;
   std::unique_ptr<FED_ResultDatabase> names_;     // of user kinds, as they are published
+  std::unique_ptr<WatchedFiles>       files_;     // of a working database on disk
   std::unique_ptr<FED_ResultDatabase> database_;  // the target, or what it is a view of
   std::unique_ptr<FreshDatabase>      fresh_;     // of a working database on disk
 };

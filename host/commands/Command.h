@@ -42,6 +42,8 @@ struct Command
 const std::vector<Command>& GetCommands();
 
 // One file each.
+CommandFunction DefineCheck(CLI::App& app);
+CommandFunction DefineCompact(CLI::App& app);
 CommandFunction DefineDeck(CLI::App& app);
 CommandFunction DefineDerive(CLI::App& app);
 CommandFunction DefineForces(CLI::App& app);
@@ -51,6 +53,7 @@ CommandFunction DefineImport(CLI::App& app);
 CommandFunction DefineLs(CLI::App& app);
 CommandFunction DefineMatrix(CLI::App& app);
 CommandFunction DefinePrune(CLI::App& app);
+CommandFunction DefineSalvage(CLI::App& app);
 CommandFunction DefineShow(CLI::App& app);
 CommandFunction DefineSize(CLI::App& app);
 CommandFunction DefineToOnf(CLI::App& app);

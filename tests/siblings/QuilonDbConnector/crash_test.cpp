@@ -8,9 +8,11 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include "bundled/FED_DatabaseInspection.h"
 #include "bundled/FED_ResultDatabase.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonUtilities/FED_Failure.h"
@@ -239,6 +241,7 @@ private:
       FED_ResultDatabase(trial, FED_ResultDatabase::Create).Commit();
     } else {
       const State found = Read(trial);
+      EXPECT_EQ(FED_InspectDatabase(trial).findings, std::vector<std::string>());
       if (isCommitted) {
         EXPECT_EQ(found, after_);
       } else {

@@ -1,0 +1,114 @@
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <bundled/FED_DatabaseInspection.h>
+#include <CLI/CLI.hpp>
+
+#include "BlockSummary.h"
+#include "commands/Command.h"
+#include "FolderSize.h"
+#include "OpenedDatabase.h"
+#include "Program.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "QuilonUtilities/FED_Failure.h"
+#include "terminal/Console.h"
+#include "terminal/Format.h"
+#include "terminal/JsonText.h"
+#include "terminal/Output.h"
+#include "WatchedFiles.h"
+
+namespace quilon {
+
+namespace {
+
+struct Options
+{
+  std::string database;
+  bool        json = false;
+};
+
+FED_DatabaseReport CheckWorkingDatabase(const std::string& path, Console& console)
+{
+  const std::uint64_t total = FolderSize(path);
+  WatchedFiles        files([&](std::uint64_t bytes) { console.Progress("checking", bytes, total); });
+  return FED_InspectDatabase(path, &files);
+}
+
+/// Of anything else: whether all of it can be read.
+FED_DatabaseReport CheckByReading(const std::string& path, Console& console)
+{
+  FED_DatabaseReport report;
+  OpenedDatabase     database(path, console, OpenedDatabase::DeriveNothing);
+  for (const FED_DataDescriptor& descriptor : database.Get().GetDataDescriptors(FED_DataDescriptorPattern())) {
+    ++report.blocks;
+    try {
+      report.records += Summarize(database.Get().GetConstDataBlock(descriptor)).records;
+    } catch (const FED_Failure& failure) {
+      report.findings.push_back(failure.GetMessage());
+    }
+  }
+  return report;
+}
+
+void PrintJson(const Options& options, Output& output, const FED_DatabaseReport& report)
+{
+  output.Write(JsonText(Json{{"database", options.database},
+                             {"whole", report.findings.empty()},
+                             {"generation", report.generation},
+                             {"segments", report.segments},
+                             {"file-bytes", report.fileBytes},
+                             {"dead-bytes", report.deadBytes},
+                             {"blocks", report.blocks},
+                             {"records", report.records},
+                             {"findings", report.findings},
+                             {"leftovers", report.leftovers}},
+                        2) +
+               '\n');
+}
+
+void PrintText(const Options& options, Output& output, const FED_DatabaseReport& report)
+{
+  for (const std::string& finding : report.findings) output.Write(Printable(finding) + '\n');
+  for (const std::string& name : report.leftovers)
+    output.Write(Printable(name) + ": left by a commit that did not happen, the next writer removes it\n");
+  std::string text = options.database + ": " +
+                     (report.findings.empty() ? "whole" : Counted(report.findings.size(), "finding")) + ", " +
+                     Counted(report.blocks, "block") + ", " + Counted(report.records, "record");
+  if (report.fileBytes > 0)
+    text += ", " + FormatBytes(report.fileBytes) + " in " + Counted(report.segments, "segment") + ", " +
+            FormatBytes(report.deadBytes) + " to be given back";
+  output.Write(text + '\n');
+}
+
+void Run(const Options& options, CommandContext& context)
+{
+  const FED_DatabaseReport report = IsWorkingDatabaseName(options.database) || IsWorkingDatabase(options.database)
+                                        ? CheckWorkingDatabase(options.database, context.console)
+                                        : CheckByReading(options.database, context.console);
+  if (options.json)
+    PrintJson(options, context.output, report);
+  else
+    PrintText(options, context.output, report);
+  context.exitCode = report.findings.empty() ? ExitSuccess : ExitDifferent;
+}
+
+}  // namespace
+
+CommandFunction DefineCheck(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
+      ->required();
+  app.add_flag("--json", options->json, "Print JSON");
+  app.footer(
+      "Reads all of a database and says what is wrong, and where: structure, checksums, id maps, counts. Exit code 0\n"
+      "when it is whole, 1 when it is not, 2 when it cannot be looked at.\n"
+      "\n"
+      "Example:\n"
+      "  quilon check bracket.fed");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon

@@ -1,0 +1,60 @@
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <bundled/FED_ResultDatabase.h>
+#include <CLI/CLI.hpp>
+
+#include "commands/Command.h"
+#include "Failure.h"
+#include "FolderSize.h"
+#include "OpenedDatabase.h"
+#include "terminal/Console.h"
+#include "terminal/Format.h"
+#include "terminal/JsonText.h"
+#include "terminal/Output.h"
+#include "WatchedFiles.h"
+
+namespace quilon {
+
+namespace {
+
+struct Options
+{
+  std::string database;
+  bool        json = false;
+};
+
+void Run(const Options& options, CommandContext& context)
+{
+  if (!IsWorkingDatabase(options.database)) Fail(options.database + ": not a working database (.fed)");
+  const std::uint64_t       before = FolderSize(options.database);
+  WatchedFiles              files([&](std::uint64_t bytes) { context.console.Progress("compacting", bytes, before); });
+  FED_ResultDatabaseOptions databaseOptions;
+  databaseOptions.files = &files;
+  FED_ResultDatabase(options.database, FED_ResultDatabase::ReadWrite, databaseOptions).Compact();
+  const std::uint64_t after = FolderSize(options.database);
+  if (options.json)
+    context.output.Write(
+        JsonText(Json{{"database", options.database}, {"bytes-before", before}, {"bytes-after", after}}, 2) + '\n');
+  else
+    context.output.Write(options.database + ": " + FormatBytes(before) + " before, " + FormatBytes(after) + " after\n");
+}
+
+}  // namespace
+
+CommandFunction DefineCompact(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  app.add_option("DB", options->database, "Working database (.fed)")->required();
+  app.add_flag("--json", options->json, "Print JSON");
+  app.footer(
+      "Writes all that is alive into one segment: bytes of deleted and replaced records are given back. Whoever reads\n"
+      "the database meanwhile is not disturbed, and an interrupt leaves it as it was.\n"
+      "\n"
+      "Example:\n"
+      "  quilon compact bracket.fed");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon

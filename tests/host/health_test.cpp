@@ -1,0 +1,217 @@
+// check, salvage and compact.
+
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "program_support.h"
+#include "TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using namespace quilon_test;
+using nlohmann::json;
+
+class HealthCommands : public testing::Test
+{
+protected:
+  /// A working database of a whole import: 95 blocks.
+  void SetUp() override
+  {
+    const std::string fixture = std::string(QUILON_FIXTURES) + "/calculix/a_tet/a_tet";
+    ASSERT_EQ(RunQuilon({"import", fixture + ".frd", fixture + ".dat", "-o", fed_}).exitCode, 0);
+  }
+
+  static std::string List(const std::string& database) { return RunQuilon({"ls", database, "--csv"}).out; }
+
+  /// The one segment.
+  fs::path Segment() const
+  {
+    for (const auto& entry : fs::directory_iterator(fed_))
+      if (entry.path().extension() == ".h5") return entry.path();
+    return {};
+  }
+
+  /// Flips a byte of the displacements of load case 1: their first value stands in the file as text-free bytes, so the
+  /// place is searched by its bytes.
+  void DamageDisplacements() const
+  {
+    const json rows = json::parse(RunQuilon({"show", fed_, "displacement@lc=1", "--json"}).out).at(0).at("rows");
+    // The first node's displacement is zero in all directions; the second's x is unlike any other.
+    double value = 0.0;
+    for (const json& row : rows)
+      if (value == 0.0) value = row.at("x").get<double>();
+    const std::string bytes(reinterpret_cast<const char*>(&value), sizeof value);
+    std::string       file = ReadAll(Segment());
+    const std::size_t at   = file.find(bytes);
+    ASSERT_NE(at, std::string::npos);
+    file[at] = static_cast<char>(file[at] ^ 1);
+    std::ofstream(Segment(), std::ios::binary) << file;
+  }
+
+  TempFolder  folder_;
+  std::string fed_ = (folder_ / "job.fed").string();
+  std::string new_ = (folder_ / "new.fed").string();
+};
+
+TEST_F(HealthCommands, CheckFindsNothingInAWholeDatabase)
+{
+  const RunResult run = RunQuilon({"check", fed_, "--json"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  const json report = json::parse(run.out);
+  EXPECT_EQ(report.at("whole"), true);
+  EXPECT_EQ(report.at("blocks"), 95);
+  EXPECT_TRUE(report.at("findings").empty());
+  EXPECT_TRUE(report.at("leftovers").empty());
+  EXPECT_EQ(RunQuilon({"check", fed_}).out.rfind(fed_ + ": whole, 95 blocks, ", 0), 0U);
+}
+
+TEST_F(HealthCommands, CheckReadsWhatIsNoWorkingDatabaseToo)
+{
+  const std::string onf = (folder_ / "job.onf").string();
+  WriteSmallOnf(onf);
+  EXPECT_EQ(RunQuilon({"check", onf}).out.rfind(onf + ": whole, ", 0), 0U);
+  fs::path block;
+  for (const auto& entry : fs::directory_iterator(onf))
+    if (entry.path().filename() != "index") block = entry.path();
+  std::ofstream(block, std::ios::app) << "x\n";
+  const RunResult run = RunQuilon({"check", onf});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_NE(run.out.find(block.string() + ":"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find(onf + ": 1 finding, "), std::string::npos) << run.out;
+}
+
+TEST_F(HealthCommands, CheckNamesFileBlockAndChunkOfDamage)
+{
+  DamageDisplacements();
+  const RunResult run = RunQuilon({"check", fed_});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out.rfind(Segment().string() + ": chunk 0 (rows 0 to 62) of block iteration=0 onf=510 load-case=1", 0),
+            0U)
+      << run.out;
+}
+
+TEST_F(HealthCommands, CheckNamesLeftovers)
+{
+  std::ofstream(fs::path(fed_) / "segment-000099.h5") << "half";
+  const RunResult run = RunQuilon({"check", fed_});
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_NE(run.out.find("segment-000099.h5: left by a commit that did not happen"), std::string::npos) << run.out;
+}
+
+TEST_F(HealthCommands, CheckOfNoDatabaseIsAnError)
+{
+  const std::string missing = (folder_ / "none.onf").string();
+  const RunResult   run     = RunQuilon({"check", missing});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err.rfind("quilon: error: " + missing + ": no such file or folder, ", 0), 0U) << run.err;
+}
+
+TEST_F(HealthCommands, DamageIsAnErrorWhereItIsReadAndNowhereElse)
+{
+  DamageDisplacements();
+  const RunResult run = RunQuilon({"show", fed_, "displacement@lc=1"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_NE(run.err.find(Segment().string() + ": chunk 0"), std::string::npos) << run.err;
+  EXPECT_EQ(RunQuilon({"show", fed_, "stress@lc=1"}).exitCode, 0);
+}
+
+TEST_F(HealthCommands, SalvageOfAWholeDatabaseLosesNothing)
+{
+  const RunResult run = RunQuilon({"salvage", fed_, "-o", new_});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_NE(run.out.find(new_ + ": 95 blocks and "), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find(" saved, nothing lost\n"), std::string::npos) << run.out;
+  EXPECT_EQ(List(new_), List(fed_));
+}
+
+TEST_F(HealthCommands, SalvageSavesAllButTheDamagedChunk)
+{
+  const std::string whole = List(fed_);
+  DamageDisplacements();
+  const RunResult run = RunQuilon({"salvage", fed_, "-o", new_, "--json"});
+  EXPECT_EQ(run.exitCode, 1) << run.err;
+  const json report = json::parse(run.out);
+  EXPECT_EQ(report.at("blocks"), 94);
+  EXPECT_EQ(report.at("lost-records"), 63);
+  EXPECT_EQ(report.at("losses").size(), 1U);
+  // What is left is what was there, but for the one block.
+  std::string       expected = whole;
+  const std::size_t line     = expected.find("\n510,displacement,0,1,1,1,") + 1;
+  ASSERT_NE(line, 0U);
+  expected.erase(line, expected.find('\n', line) + 1 - line);
+  EXPECT_EQ(List(new_), expected);
+  EXPECT_EQ(RunQuilon({"check", new_}).exitCode, 0);
+}
+
+TEST_F(HealthCommands, SalvageNeedsNoManifest)
+{
+  const std::string whole = List(fed_);
+  fs::remove(fs::path(fed_) / "manifest");
+  EXPECT_EQ(RunQuilon({"ls", fed_}).exitCode, 2);
+  const RunResult run = RunQuilon({"salvage", fed_, "-o", new_});
+  EXPECT_NE(run.exitCode, 2) << run.err;
+  EXPECT_EQ(List(new_), whole);
+}
+
+TEST_F(HealthCommands, SalvageWritesToNothingThatExists)
+{
+  fs::create_directory(new_);
+  const RunResult run = RunQuilon({"salvage", fed_, "-o", new_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: " + new_ + ": exists, expected the name of a new database\n");
+}
+
+TEST_F(HealthCommands, SalvageOfRubbishWritesNothing)
+{
+  const std::string rubbish = (folder_ / "rubbish.fed").string();
+  fs::create_directory(rubbish);
+  std::ofstream(fs::path(rubbish) / "segment-000001.h5") << "rubbish";
+  const RunResult run = RunQuilon({"salvage", rubbish, "-o", new_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: " + rubbish + ": nothing whole was found, nothing is written\n");
+  EXPECT_FALSE(fs::exists(new_));
+}
+
+TEST_F(HealthCommands, CompactGivesBytesBack)
+{
+  const std::string fixture = std::string(QUILON_FIXTURES) + "/calculix/a_tet/a_tet";
+  for (const char* iteration : {"1", "2", "3"})
+    ASSERT_EQ(RunQuilon({"import", fixture + ".dat", fixture + ".frd", "-o", fed_, "--iteration", iteration}).exitCode,
+              0);
+  const std::string before = List(fed_);
+  const json        report = json::parse(RunQuilon({"compact", fed_, "--json"}).out);
+  EXPECT_LT(report.at("bytes-after"), report.at("bytes-before"));
+  EXPECT_EQ(List(fed_), before);
+  const json check = json::parse(RunQuilon({"check", fed_, "--json"}).out);
+  EXPECT_EQ(check.at("segments"), 1);
+  EXPECT_EQ(check.at("dead-bytes"), 0);
+}
+
+TEST_F(HealthCommands, CompactTakesWorkingDatabasesOnly)
+{
+  const std::string onf = (folder_ / "job.onf").string();
+  WriteSmallOnf(onf);
+  const RunResult run = RunQuilon({"compact", onf});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: " + onf + ": not a working database (.fed)\n");
+}
+
+TEST_F(HealthCommands, AnInterruptLeavesEverythingAsItWas)
+{
+  const std::string before = List(fed_);
+  EXPECT_EQ(RunQuilon({"compact", fed_}, {.interrupted = true}).exitCode, 130);
+  EXPECT_EQ(RunQuilon({"check", fed_}, {.interrupted = true}).exitCode, 130);
+  EXPECT_EQ(RunQuilon({"salvage", fed_, "-o", new_}, {.interrupted = true}).exitCode, 130);
+  EXPECT_EQ(List(fed_), before);
+  EXPECT_FALSE(fs::exists(new_));
+}
+
+}  // namespace
