@@ -190,6 +190,11 @@ struct DeckOptions
   bool        allowOutside = false;  ///< whether an include may leave the folder tree of the deck
   /// The directory that the solver would run in; empty: the one the deck is in.
   std::filesystem::path workingDirectory;
+  /// A line can name a set or a range, so that a small deck could ask for any amount of memory.
+  std::size_t mostIdsInSets = 100'000'000;
+  /// Most files of a deck, one that is included twice counting twice: files that each include the next one twice could
+  /// go on for ever.
+  std::size_t mostFiles = 100'000;
   /// Bytes read of the files known so far. May throw to stop the reading.
   ReadProgress progress;
 };

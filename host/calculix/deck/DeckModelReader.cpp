@@ -17,8 +17,6 @@ namespace {
 
 constexpr std::size_t kLongestName  = 80;
 constexpr std::size_t kMostMessages = 10000;
-// A line that names a set or a range can stand for many ids, so that a small deck could ask for any amount of memory.
-constexpr std::size_t kMostIdsInSets = 100'000'000;
 
 bool BeginsLikeInteger(std::string_view field) noexcept
 {
@@ -491,11 +489,12 @@ std::size_t DeckModelReader::SetOf(Sets& sets, std::string_view name, const Deck
 
 bool DeckModelReader::HasRoomInSets(std::size_t count, const DeckPlace& place)
 {
-  if (count <= kMostIdsInSets - idsInSets_) {
+  const std::size_t most = GetOptions().mostIdsInSets;
+  if (count <= most - idsInSets_) {
     idsInSets_ += count;
     return true;
   }
-  Error(place, "the sets have more than " + std::to_string(kMostIdsInSets) + " ids");
+  Error(place, "the sets have more than " + std::to_string(most) + " ids");
   return false;
 }
 

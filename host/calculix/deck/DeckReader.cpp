@@ -209,6 +209,10 @@ DeckReader::Target DeckReader::FindTarget(const DeckLine& line) const
                      std::to_string(kMaxIncludeDepth) + ": " + ChainTo(line.place) + " > " + target.path.string();
     return target;
   }
+  if (files_.size() >= options_.mostFiles) {
+    target.trouble = "the deck has more than " + std::to_string(options_.mostFiles) + " files";
+    return target;
+  }
   if (!std::ifstream(target.path)) {
     target.trouble = "include file " + target.path.string() + " cannot be read";
     return target;

@@ -54,6 +54,8 @@ public:
   const std::vector<DeckFile>& GetFiles() const noexcept { return files_; }
 
 protected:
+  const DeckOptions& GetOptions() const noexcept { return options_; }
+
   /// Reads everything once.
   /// @throws FED_Failure "PATH: ..." when the deck cannot be read; what the hooks throw
   void Walk();

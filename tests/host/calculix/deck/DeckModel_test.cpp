@@ -344,9 +344,14 @@ TEST_F(DeckModelTest, SmallDeckCannotAskForAnyAmountOfIds)
 {
   EXPECT_EQ(Messages("*NSET,NSET=A,GENERATE\n1,2147483647\n"),
             (Lines{"E a.inp:2: the sets have more than 100000000 ids | 1,2147483647"}));
-  std::string doubling = "*NSET,NSET=A\n1\n";
+  DeckOptions options;
+  options.mostIdsInSets = 1000;
+  std::string doubling  = "*NSET,NSET=A\n1\n";
   for (int i = 0; i < 40; ++i) doubling += "A\n";
-  EXPECT_EQ(Failure(doubling), "a.inp:29: the sets have more than 100000000 ids");
+  // The set has 2^n ids behind n of these lines; line 12 would make 1024 of 512.
+  const auto path = folder_.Write("a.inp", doubling);
+  EXPECT_EQ(folder_.WithoutFolder(FailureOf([&] { ReadDeckModel(path, options); })),
+            "a.inp:12: the sets have more than 1000 ids");
 }
 
 TEST_F(DeckModelTest, DecksThatTheSolverRanAreRead)

@@ -266,6 +266,19 @@ TEST_F(DeckReaderTest, SixtyFourLevelsAreAllowed)
   EXPECT_EQ(Failure("f0"), "f64:1: includes are nested 65 deep, expected at most 64: " + chain + "f65");
 }
 
+TEST_F(DeckReaderTest, NumberOfFilesIsBounded)
+{
+  for (int i = 0; i < 40; ++i) {
+    const std::string statement = "*INCLUDE, INPUT=f" + std::to_string(i + 1) + "\n";
+    folder_.Write("f" + std::to_string(i), statement + statement);
+  }
+  folder_.Write("f40", "");
+  options_.mostFiles = 200;
+  // The walk is 40 deep before it comes to a second statement, in the deepest files but one.
+  const std::string failure = Failure("f0");
+  EXPECT_NE(failure.find(": the deck has more than 200 files"), std::string::npos) << failure;
+}
+
 TEST_F(DeckReaderTest, PathsOutsideOfTheDecksFolderNeedPermission)
 {
   const std::filesystem::path outside = folder_.Write("outside.inc", "out\n");
