@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 /// Leaves operations out, many at once and then ever fewer, as long as the rest still fails.
@@ -20,7 +21,7 @@ std::vector<Operation> Shrink(std::vector<Operation> operations, Fails fails)
       const std::size_t      behind = std::min(first + step, operations.size());
       fewer.insert(fewer.end(), operations.begin() + static_cast<std::ptrdiff_t>(behind), operations.end());
       if (fails(fewer)) {
-        operations = fewer;
+        operations = std::move(fewer);
         hasShrunk  = true;
       } else {
         first = behind;
