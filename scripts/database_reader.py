@@ -1,0 +1,267 @@
+#!/usr/bin/env python3
+"""Reads a working database on disk and prints every value in a plain form.
+
+usage: database_reader.py NAME.fed [CATALOGUE.md]
+
+Written from docs/database-format.md and docs/onf-catalogue.md (CATALOGUE.md) alone, with h5py and xxhash. A line per
+name, block, key value and record, as onf_text_reader.py prints a text database; blocks are sorted. Every checksum is
+checked, and every value is taken from the HDF5 data set that shows it.
+"""
+
+import bisect
+import os
+import re
+import struct
+import sys
+
+import h5py
+import xxhash
+
+INDEX_NAMES = ["iteration", "onf", "index-2", "load-case", "substep", "analysis", "increment", "index-7", "index-8",
+               "layer", "index-10", "index-11", "index-12", "index-13"]
+FIELDS = {"I": "i", "i": "i", "F": "f", "D": "d", "d": "d", "V": "ddd", "T": "dddddd",
+          "S": "s*", "Lb": "i*", "lb": "i*", "Db": "d*"}
+FORMAT_VERSION = 1
+HEADER_BYTES = 80
+
+
+def checksum(data):
+    return xxhash.xxh3_64_intdigest(data)
+
+
+class Catalogue:
+    """Entity kinds of ONF ids."""
+
+    def __init__(self, path):
+        self.kinds = {}
+        self.ranges = []
+        with open(path, encoding="utf-8") as file:
+            for line in file:
+                cells = [cell.strip() for cell in line.strip().strip("|").split("|")]
+                if len(cells) < 4 or not re.match(r"\d+(-\d+)?$", cells[0]):
+                    continue
+                kind = int(cells[2].split()[0])
+                first, _, last = cells[0].partition("-")
+                if last:
+                    self.ranges.append((int(first), int(last), kind))
+                else:
+                    self.kinds[int(first)] = kind
+
+    def kind(self, onf):
+        if onf in self.kinds:
+            return self.kinds[onf]
+        return next((kind for first, last, kind in self.ranges if first <= onf <= last), 14)
+
+
+class Bytes:
+    """Takes numbers from bytes, least byte first."""
+
+    def __init__(self, data, name):
+        self.data = data
+        self.at = 0
+        self.name = name
+
+    def take(self, layout):
+        size = struct.calcsize("<" + layout)
+        if self.at + size > len(self.data):
+            sys.exit(f"{self.name}: ends too early")
+        values = struct.unpack_from("<" + layout, self.data, self.at)
+        self.at += size
+        return values if len(values) > 1 else values[0]
+
+    def text(self):
+        return self.take(f"{self.take('I')}s")
+
+    def many(self, read):
+        return [read() for _ in range(self.take("Q"))]
+
+
+class Segment:
+    def __init__(self, folder, entry):
+        number, self.first, self.last, self.bytes, index_offset, index_bytes, index_checksum = entry
+        self.path = os.path.join(folder, f"segment-{number:06d}.h5")
+        if os.path.getsize(self.path) != self.bytes:
+            self.fail("has not the size that the manifest says")
+        with open(self.path, "rb") as file:
+            header = file.read(HEADER_BYTES)
+        magic, version, zero, *said, header_checksum = struct.unpack("<8sII7QQ", header)
+        if (magic, version, zero) != (b"QUILSEG\n", FORMAT_VERSION, 0) or tuple(said) != tuple(entry):
+            self.fail("has another header than the manifest says")
+        if checksum(header[:72]) != header_checksum:
+            self.fail("the checksum of its header is wrong")
+        self.file = h5py.File(self.path, "r")
+        self.sets = []
+        self.file.visititems(self.note)
+        self.sets.sort(key=lambda data_set: data_set[0])
+        self.offsets = [data_set[0] for data_set in self.sets]
+        self.read_index(self.read((index_offset, index_bytes, index_checksum)))
+
+    def fail(self, message):
+        sys.exit(f"{self.path}: {message}")
+
+    def note(self, name, item):
+        if isinstance(item, h5py.Dataset) and item.id.get_storage_size() > 0:
+            self.sets.append((item.id.get_offset(), item.id.get_storage_size(), name, None))
+
+    def read(self, place):
+        """The bytes of a place, from the data set that holds them."""
+        offset, size, expected = place
+        if size == 0:
+            return b""
+        at = bisect.bisect_right(self.offsets, offset) - 1
+        begin, stored, name, data = self.sets[at]
+        if data is None:
+            data = self.file[name][()].tobytes()
+            self.sets[at] = (begin, stored, name, data)
+        if at < 0 or len(data) != stored or offset + size > begin + stored:
+            self.fail(f"no data set has the {size} bytes from {offset}")
+        found = data[offset - begin:offset - begin + size]
+        if checksum(found) != expected:
+            self.fail(f"the checksum of {size} bytes from {offset} in /{name} is wrong")
+        return found
+
+    def read_index(self, data):
+        index = Bytes(data, self.path)
+        if index.take("8sI") != (b"QUILIDX\n", FORMAT_VERSION):
+            self.fail("its index is none of this version")
+        self.blocks = index.many(lambda: {"uid": index.take("Q"), "values": index.take("14i"), "mask": index.take("I"),
+                                          "shift": index.take("I"), "format": index.text().decode()})
+        self.deleted = index.many(lambda: index.take("Q"))
+        self.pieces = index.many(lambda: (index.take("I"), index.take("I"), index.take("3Q")))
+        has_names = index.take("I")
+        names = index.many(lambda: (index.take("I"), index.text()))
+        self.names = names if has_names else None
+        self.extents = index.many(lambda: {"head": index.take("QIIIIIIII"), "keys": index.take("3Q")})
+        self.columns = index.many(lambda: {"place": index.take("3Q"), "statistics": index.take("QQdd")})
+        if index.at != len(data):
+            self.fail("its index has bytes behind its end")
+
+
+def read_manifest(folder):
+    path = os.path.join(folder, "manifest")
+    with open(path, "rb") as file:
+        text = file.read()
+    lines = text.decode().split("\n")
+    if lines[0] != f"quilon-database {FORMAT_VERSION}":
+        sys.exit(f"{path}: not of format version {FORMAT_VERSION}: {lines[0]}")
+    body, _, last = text.rpartition(b"checksum ")
+    if last != b"%016x\n" % checksum(body):
+        sys.exit(f"{path}: its checksum is wrong")
+    words = [line.split(" ") for line in lines if line.startswith("segment ")]
+    return [tuple(int(word) for word in line[1:7]) + (int(line[7], 16),) for line in words]
+
+
+def plain_double(data):
+    bits, = struct.unpack("<Q", data)
+    value, = struct.unpack("<d", data)
+    return f"nan(0x{bits:016x})" if value != value else value.hex()
+
+
+def plain_float(data):
+    bits, = struct.unpack("<I", data)
+    value, = struct.unpack("<f", data)
+    return f"nan(0x{bits:08x})" if value != value else value.hex()
+
+
+PLAIN = {"d": (8, plain_double), "f": (4, plain_float), "i": (4, lambda data: str(struct.unpack("<i", data)[0]))}
+
+
+def plain_values(letter, data):
+    size, convert = PLAIN[letter]
+    return [convert(data[at:at + size]) for at in range(0, len(data), size)]
+
+
+def read_rows(segment, extent, fields, columns):
+    """Keys and plain values of an extent's rows."""
+    _, _, first, count, flags, first_key, _, _, _ = extent["head"]
+    keys = range(first_key, first_key + count) if flags & 1 else struct.unpack(f"<{count}I", segment.read(extent["keys"]))
+    rows = [[] for _ in range(count)]
+    at = 0
+    for field in fields:
+        layout = FIELDS[field]
+        data = segment.read(columns[at]["place"])
+        at += 1
+        if not layout.endswith("*"):
+            width = len(data) // count
+            for row in range(count):
+                rows[row] += plain_values(layout[0], data[row * width:(row + 1) * width])
+            continue
+        lengths = struct.unpack(f"<{count}I", data)
+        data = segment.read(columns[at]["place"])
+        at += 1
+        size = 1 if layout[0] == "s" else PLAIN[layout[0]][0]
+        begin = 0
+        for row, length in enumerate(lengths):
+            part = data[begin:begin + length * size]
+            begin += length * size
+            rows[row] += (["string:" + part.hex()] if layout[0] == "s"
+                          else [f"[{length}]"] + plain_values(layout[0], part))
+        if begin != len(data):
+            segment.fail("lengths of lists and their elements disagree")
+    if at != len(columns):
+        segment.fail("a block has another number of columns than its record format")
+    return first, list(keys), rows
+
+
+def read_database(folder, catalogue):
+    segments = [Segment(folder, entry) for entry in read_manifest(folder)]
+    deleted = {uid for segment in segments for uid in segment.deleted}
+    blocks, rows, ids, names = {}, {}, {}, []
+    for segment in segments:
+        for block in segment.blocks:
+            blocks[block["uid"]] = block
+    for segment in segments:
+        names = segment.names if segment.names is not None else names
+        for kind, first, place in segment.pieces:
+            known = ids.setdefault(kind, [])
+            if first != len(known) + 1:
+                segment.fail(f"pieces of the id map of kind {kind} do not follow each other")
+            data = segment.read(place)
+            known += struct.unpack(f"<{len(data) // 4}i", data)
+        at = 0
+        for extent in segment.extents:
+            uid, columns = extent["head"][0], segment.columns[at:at + extent["head"][7]]
+            at += extent["head"][7]
+            if uid in deleted:
+                continue
+            first, keys, values = read_rows(segment, extent, fields_of(blocks[uid]), columns)
+            for number, key, row in zip(range(first, first + len(keys)), keys, values):
+                rows.setdefault(uid, {})[number] = (key, row)
+    out = [f"name {onf} {name.hex()}" for onf, name in names]
+    listed = []
+    for uid, block in blocks.items():
+        if uid not in deleted:
+            listed.append(plain_block(block, rows.get(uid, {}), ids, catalogue))
+    for block in sorted(listed):
+        out += block
+    return out
+
+
+def fields_of(block):
+    return [field for field in re.findall("Lb|lb|Db|[IiFDdSVTb]", block["format"]) if field != "b"]
+
+
+def plain_block(block, rows, ids, catalogue):
+    lines = ["block"]
+    for index, (name, value) in enumerate(zip(INDEX_NAMES, block["values"])):
+        if block["mask"] >> index & 1:
+            lines.append(f"{name} {value}")
+        elif value != 0:
+            lines.append(f"unset {name} {value}")
+    lines.append("fields " + " ".join(fields_of(block)))
+    kind = catalogue.kind(block["values"][1])
+    lines.append("by " + ("id" if kind < 15 else "index"))
+    known = ids.get(kind, [])
+    records = []
+    for key, values in rows.values():
+        number = known[key - 1] if kind < 15 and 1 <= key <= len(known) else key
+        records.append((number, " ".join([str(number)] + values)))
+    return lines + [line for _, line in sorted(records)]
+
+
+if __name__ == "__main__":
+    if len(sys.argv) not in (2, 3) or sys.argv[1].startswith("-"):
+        print(__doc__.strip())
+        sys.exit(0 if sys.argv[1:] in (["-h"], ["--help"]) else 2)
+    beside = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs", "onf-catalogue.md")
+    print("\n".join(read_database(sys.argv[1], Catalogue(sys.argv[2] if len(sys.argv) == 3 else beside))))
