@@ -10,9 +10,8 @@
 
 namespace quilon {
 
-void AddDeckArguments(CLI::App& app, DeckArguments& arguments)
+void AddIncludeArguments(CLI::App& app, DeckArguments& arguments)
 {
-  app.add_option("DECK", arguments.deck, "Input deck of the solver (.inp)")->required();
   app.add_option("--include-rule", arguments.includeRule,
                  "Where paths of include statements begin: solver (the folder that it runs in) or including-file "
                  "(default: the one, then the other)")
@@ -20,6 +19,12 @@ void AddDeckArguments(CLI::App& app, DeckArguments& arguments)
   app.add_option("--run-in", arguments.workingFolder, "Folder that the solver runs in (default: that of the deck)")
       ->type_name("FOLDER");
   app.add_flag("--allow-outside", arguments.allowOutside, "Includes may leave the folder of the deck");
+}
+
+void AddDeckArguments(CLI::App& app, DeckArguments& arguments)
+{
+  app.add_option("DECK", arguments.deck, "Input deck of the solver (.inp)")->required();
+  AddIncludeArguments(app, arguments);
 }
 
 calculix::DeckOptions ToDeckOptions(const DeckArguments& arguments, Console& console)

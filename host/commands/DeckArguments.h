@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What every command on decks takes.
+/// What commands that read decks take.
 
 #include <string>
 
@@ -23,7 +23,10 @@ struct DeckArguments
   bool        allowOutside = false;
 };
 
-/// Adds DECK, --include-rule, --run-in and --allow-outside. The arguments outlive the parsing.
+/// Adds --include-rule, --run-in and --allow-outside. The arguments outlive the parsing.
+void AddIncludeArguments(CLI::App& app, DeckArguments& arguments);
+
+/// Adds DECK and the arguments of its includes. The arguments outlive the parsing.
 void AddDeckArguments(CLI::App& app, DeckArguments& arguments);
 
 /// @return the options of a reader that shows its progress and stops when the user interrupts it

@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/DeckArguments.h"
 #include "commands/NumberOptions.h"
 #include "Failure.h"
 #include "Publication.h"
@@ -38,8 +39,7 @@ struct Options
   std::optional<std::string> requests;
   std::optional<std::string> averageBy;
   std::optional<std::string> groups;
-  std::string                includeRule    = "solver-first";
-  bool                       allowOutside   = false;
+  DeckArguments              deck;
   int                        iteration      = 0;
   bool                       strict         = false;
   bool                       keepWholeSteps = false;
@@ -102,13 +102,6 @@ AverageBy ParseAverageBy(const std::string& text)
   return by;
 }
 
-calculix::DeckOptions::IncludeRule ParseIncludeRule(const std::string& text)
-{
-  if (text == "solver") return calculix::DeckOptions::SolverOnly;
-  if (text == "file") return calculix::DeckOptions::IncludingFile;
-  return calculix::DeckOptions::SolverFirst;
-}
-
 void Run(const Options& options, CommandContext& context)
 {
   Publication  publication(options.output);
@@ -116,11 +109,10 @@ void Run(const Options& options, CommandContext& context)
   if (options.requests) requests = KindRequests(*options.requests, KindTable());
 
   ImportOptions importOptions;
-  importOptions.iteration         = options.iteration;
-  importOptions.strict            = options.strict;
-  importOptions.keepWholeSteps    = options.keepWholeSteps;
-  importOptions.deck.includeRule  = ParseIncludeRule(options.includeRule);
-  importOptions.deck.allowOutside = options.allowOutside;
+  importOptions.iteration      = options.iteration;
+  importOptions.strict         = options.strict;
+  importOptions.keepWholeSteps = options.keepWholeSteps;
+  importOptions.deck           = ToDeckOptions(options.deck, context.console);
   if (options.averageBy) importOptions.averageBy = ParseAverageBy(*options.averageBy);
   if (options.groups) importOptions.groups = *options.groups;
   importOptions.requests = options.requests ? &requests : nullptr;
@@ -168,11 +160,7 @@ CommandFunction DefineImport(CLI::App& app)
                  "One more nodal average for every material or section, or for each of the named element sets")
       ->type_name("material|section|SET,...");
   app.add_option("--groups", options->groups, "A groups file: its groups become sets of the deck")->type_name("GROUPS");
-  app.add_option("--include-rule", options->includeRule,
-                 "Where the deck's includes are looked for: solver-first (default), solver or file")
-      ->check(CLI::IsMember({"solver-first", "solver", "file"}))
-      ->type_name("RULE");
-  app.add_flag("--allow-outside", options->allowOutside, "Let includes leave the folder tree of the deck");
+  AddIncludeArguments(app, options->deck);
   app.add_flag("--strict", options->strict, "Anything that has to be skipped is an error");
   app.add_flag("--keep-whole-steps", options->keepWholeSteps,
                "On bad input write the steps that were whole, and fail all the same");
