@@ -1,0 +1,250 @@
+#include "diff/DatabaseComparison.h"
+
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <bundled/FED_ResultDatabase.h>
+
+#include "diff/RuleLearning.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
+#include "QuilonUtilities/FED_Failure.h"
+#include "TempFolder.h"
+#include "terminal/Console.h"
+#include "Verification.h"
+
+namespace {
+
+using namespace quilon::diff;
+
+FED_DataDescriptor Key(int onf, int loadCase = 1)
+{
+  FED_DataDescriptor key(0, static_cast<FED_OnfId>(onf));
+  key.SetInteger(FED_DataDescriptor::LoadCase, loadCase);
+  return key;
+}
+
+void SetScalars(FED_Database& db, const FED_DataDescriptor& key, const std::vector<double>& values)
+{
+  FED_IdDataBlock view(db.GetOrCreateDataBlock(key, 0), db.GetIdMapsPool(), true);
+  for (std::size_t i = 0; i < values.size(); ++i) view.SetScalar(static_cast<int>(i + 1), values[i]);
+}
+
+DatabaseOutcome Compare(const FED_Database& a, const FED_Database& b, const std::string& rule)
+{
+  ComparisonTerms terms;
+  terms.rules.fallback = ParseRule(rule, "");
+  return CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms);
+}
+
+// Where there is no NaN, judging value by value is the same as asking the library record by record.
+TEST(DatabaseComparison, ValueByValueGivesWhatTheLibrarySaysOfRecords)
+{
+  std::mt19937                           random(5);
+  std::uniform_int_distribution<int>     pick(0, 5);
+  std::uniform_real_distribution<double> spread(-3e-6, 3e-6);
+  const double                           bases[] = {0.0, 1.0, -1.0, 1e-7, 1e6, -1e-7};
+  FED_ResultDatabase                     a;
+  FED_ResultDatabase                     b;
+  std::vector<double>                    first;
+  std::vector<double>                    second;
+  for (int i = 0; i < 5000; ++i) {
+    first.push_back(bases[pick(random)]);
+    second.push_back(pick(random) == 0 ? first.back() : first.back() + spread(random));
+  }
+  SetScalars(a, Key(514), first);
+  SetScalars(b, Key(514), second);
+  const QuilonDataBlockDiff::CompareInfo info;
+  const std::size_t                      expected =
+      QuilonDataBlockDiff::DataBlockDiff(info, a.GetConstDataBlock(Key(514)), b.GetConstDataBlock(Key(514)))
+          .CompareBlocks()
+          .size();
+  ASSERT_GT(expected, 500u);
+  ASSERT_LT(expected, 4500u);
+  for (const char* rule : {"default", "default nan=equal", "default nan=different"}) {
+    const DatabaseOutcome outcome = Compare(a, b, rule);
+    ASSERT_EQ(outcome.blocks.size(), 1u);
+    EXPECT_EQ(outcome.blocks[0].fields.differingRecords, expected) << rule;
+    EXPECT_EQ(outcome.blocks[0].fields.differingValues, expected) << rule;
+  }
+}
+
+TEST(DatabaseComparison, NormsAreOverAllFiniteValues)
+{
+  const double       nan = std::numeric_limits<double>::quiet_NaN();
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514), {3, 4, nan, 0});
+  SetScalars(b, Key(514), {3, 1, 5, 4});
+  const FieldNorms norms = Compare(a, b, "default").blocks[0].fields.norms;
+  EXPECT_EQ(norms.values, 4u);
+  EXPECT_EQ(norms.largest, 4.0);
+  EXPECT_EQ(norms.sumSquares, 25.0);
+  EXPECT_EQ(norms.GetRms(), 2.5);
+  EXPECT_EQ(norms.GetRelative(), 1.0);  // 5 of 5
+  EXPECT_EQ(norms.peak, 4.0);           // of A, where it is smaller
+}
+
+TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514), {0, 0, 0, 0});
+  SetScalars(b, Key(514), {2, 8, 1, 4});
+  ComparisonTerms terms;
+  terms.rules.fallback        = ParseRule("abs=0.5", "");
+  terms.info.maxDiffsPerBlock = 3;
+  const FieldOutcome fields   = CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).blocks[0].fields;
+  EXPECT_EQ(fields.differingRecords, 4u);
+  ASSERT_EQ(fields.worst.size(), 3u);
+  EXPECT_EQ(fields.worst[0].excess, 16.0);
+  EXPECT_EQ(fields.worst[1].excess, 8.0);
+  EXPECT_EQ(fields.worst[2].excess, 4.0);
+  EXPECT_EQ(fields.worst[0].index, 2u);
+}
+
+std::string Learn(const std::vector<const FED_Database*>& runs, double factor, const std::string& head = "")
+{
+  RuleLearner     learner(factor, false);
+  ComparisonTerms terms;
+  terms.rules = learner.GetRules();
+  for (std::size_t i = 0; i < runs.size(); ++i)
+    for (std::size_t j = i + 1; j < runs.size(); ++j)
+      learner.Add(CompareDatabases(WholeDatabase(*runs[i]), WholeDatabase(*runs[j]), terms), "runs");
+  return learner.WriteRules(quilon::KindTable(*runs.front()), head);
+}
+
+TEST(RuleLearner, TakesTheLargestFractionOfAllBlocksOfAKind)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514, 1), {8, 0});
+  SetScalars(b, Key(514, 1), {8, 0.0625});  // 1/128 of the peak
+  SetScalars(a, Key(514, 2), {64, 0});
+  SetScalars(b, Key(514, 2), {64, 0.25});  // 1/256
+  EXPECT_EQ(Learn({&a, &b}, 16), "temperature: peak=0.125\n");
+}
+
+TEST(RuleLearner, ABlockOfNoiseCountsAsItIs)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514, 1), {0.0, 0.0});
+  SetScalars(b, Key(514, 1), {0x1p-10, 0.0});
+  EXPECT_EQ(Learn({&a, &b}, 1024), "temperature: abs=1\n");
+  SetScalars(a, Key(514, 2), {1024, 1});
+  SetScalars(b, Key(514, 2), {1024, 2});
+  EXPECT_EQ(Learn({&a, &b}, 1024), "temperature: abs=1 peak=1 any\n");
+}
+
+TEST(RuleLearner, AKindWithoutDifferencesStaysSo)
+{
+  FED_ResultDatabase a;
+  SetScalars(a, Key(514), {1, std::numeric_limits<double>::quiet_NaN()});
+  EXPECT_EQ(Learn({&a, &a}, 10, "# head\n"), "# head\ntemperature: abs=0\n");
+}
+
+TEST(RuleLearner, LearntRulesAcceptTheRunsEvenWithFactorOne)
+{
+  std::mt19937                           random(3);
+  std::uniform_real_distribution<double> noise(-1e-3, 1e-3);
+  FED_ResultDatabase                     a;
+  FED_ResultDatabase                     b;
+  for (int loadCase = 1; loadCase <= 50; ++loadCase) {
+    std::vector<double> first;
+    std::vector<double> second;
+    for (int i = 0; i < 20; ++i) {
+      first.push_back(static_cast<double>(loadCase) * noise(random) * (loadCase % 2 == 0 ? 1e3 : 1.0));
+      second.push_back(first.back() + noise(random));
+    }
+    SetScalars(a, Key(514, loadCase), first);
+    SetScalars(b, Key(514, loadCase), second);
+  }
+  ComparisonTerms         terms;
+  const quilon::KindTable kinds;
+  terms.rules.AddText(
+      Learn({&a, &b}, 1), [&](std::string_view kind) { return kinds.Resolve(kind); }, "rules");
+  EXPECT_TRUE(CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).IsSame());
+}
+
+TEST(RuleLearner, KindsWhoseNamesMeanSomethingElseAreWrittenByTheirIds)
+{
+  FED_ResultDatabase a;
+  a.SetUserKindName(static_cast<FED_OnfId>(1000), "Wear, depth");
+  a.SetUserKindName(static_cast<FED_OnfId>(1001), "Wear #2");
+  a.SetUserKindName(static_cast<FED_OnfId>(1002), "Wear: 3");
+  for (const int onf : {1000, 1001, 1002}) SetScalars(a, Key(onf), {1});
+  a.CreateDataBlock(Key(4711), 1, 20, "D")->SetScalarAt(1, 1.0);
+  EXPECT_EQ(Learn({&a, &a}, 10), "1000: abs=0\n1001: abs=0\nWear: 3: abs=0\nonf-4711: abs=0\n");
+}
+
+class Verification : public testing::Test
+{
+protected:
+  void Write(const FED_DataDescriptor& key, const std::vector<double>& values) const
+  {
+    QuilonOnfTxtDatabase database(std::filesystem::path(written_).wstring());
+    database.InitDb(FED_DatabaseDefs::WriteAccess, 1024, std::wstring(), nullptr);
+    SetScalars(database, key, values);
+    database.ReleaseDb(true);
+  }
+
+  std::string Verify() const
+  {
+    quilon::Console console;
+    try {
+      quilon::VerifyWritten(source_, source_.GetDataDescriptors(FED_DataDescriptorPattern()), "source", written_,
+                            console);
+    } catch (const FED_Failure& failure) {
+      return failure.GetMessage();
+    }
+    return "";
+  }
+
+  quilon_test::TempFolder folder_;
+  std::string             written_ = (folder_ / "written.onf").string();
+  FED_ResultDatabase      source_;
+};
+
+TEST_F(Verification, EqualValuesAreAccepted)
+{
+  const std::vector<double> values = {1.0 / 3.0, -0.0, 5e-324, std::numeric_limits<double>::infinity(),
+                                      std::numeric_limits<double>::quiet_NaN()};
+  SetScalars(source_, Key(514), values);
+  Write(Key(514), values);
+  EXPECT_EQ(Verify(), "");
+}
+
+TEST_F(Verification, BlocksThatWereThereBeforeDoNotMatter)
+{
+  SetScalars(source_, Key(514), {1});
+  Write(Key(514), {1});
+  Write(Key(517), {7});
+  EXPECT_EQ(Verify(), "");
+}
+
+TEST_F(Verification, AValueThatIsOffByItsLastBitIsFound)
+{
+  SetScalars(source_, Key(514), {1, 2});
+  Write(Key(514), {1, std::nextafter(2.0, 3.0)});
+  EXPECT_EQ(Verify(), written_ +
+                          ": what was written is not what was read from source: different: 1 of 1 block, 1 of 2 "
+                          "records; worst: temperature it=0,lc=1 id 2 value, ulps 1 > 0");
+}
+
+TEST_F(Verification, ABlockThatIsMissingIsFound)
+{
+  SetScalars(source_, Key(514), {1});
+  Write(Key(517), {1});
+  EXPECT_EQ(Verify(), written_ +
+                          ": what was written is not what was read from source: different: 0 of 0 blocks, 0 of 0 "
+                          "records, 1 block missing in B; worst: temperature it=0,lc=1, block missing in B");
+}
+
+}  // namespace
