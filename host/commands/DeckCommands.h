@@ -8,6 +8,7 @@
 namespace quilon {
 
 CommandFunction DefineDeckCheck(CLI::App& app);
+CommandFunction DefineDeckConvert(CLI::App& app);
 CommandFunction DefineDeckDeps(CLI::App& app);
 CommandFunction DefineDeckExpand(CLI::App& app);
 CommandFunction DefineDeckTree(CLI::App& app);

@@ -15,6 +15,7 @@ CommandFunction DefineDeck(CLI::App& app)
       {"tree", "Show the files of a deck", DefineDeckTree},
       {"deps", "List the files of a deck for make and ninja", DefineDeckDeps},
       {"expand", "Write a deck and all it includes as one file", DefineDeckExpand},
+      {"convert", "Write a copy of a deck and of all its files", DefineDeckConvert},
   };
   const auto works = std::make_shared<std::map<const CLI::App*, CommandFunction>>();
   for (const Command& command : kCommands) {
