@@ -30,20 +30,21 @@ public:
 
   std::size_t Find(int id) const
   {
-    std::uint32_t row = TableOf(id).Find(KeyOf(id));
-    if (row == KeyTable::kNone && !isLoaded_) {
-      Load();
-      row = TableOf(id).Find(KeyOf(id));
-    }
-    return row == KeyTable::kNone ? npos : std::size_t{row} + 1;
+    const std::uint32_t row = TableOf(id).Find(KeyOf(id));
+    if (row != KeyTable::kNone) return std::size_t{row} + 1;
+    return isLoaded_ ? npos : FindStored(id);
   }
 
   std::size_t FindOrAdd(int id)
   {
-    const std::size_t found = Find(id);
-    if (found != npos) return found;
-    KeyTable&  table = id < 0 ? negative_ : positive_;
-    const auto row   = static_cast<std::uint32_t>(ids_.size());
+    KeyTable&           table = id < 0 ? negative_ : positive_;
+    const std::uint32_t found = table.Find(KeyOf(id));
+    if (found != KeyTable::kNone) return std::size_t{found} + 1;
+    if (!isLoaded_) {
+      Load();
+      return FindOrAdd(id);
+    }
+    const auto row = static_cast<std::uint32_t>(ids_.size());
     table.Prepare(KeyOf(id), row);
     ids_.push_back(id);
     table.Insert(KeyOf(id), row);
@@ -71,26 +72,8 @@ private:
   static std::uint32_t KeyOf(int id) noexcept { return static_cast<std::uint32_t>(id < 0 ? ~id : id); }
   const KeyTable&      TableOf(int id) const noexcept { return id < 0 ? negative_ : positive_; }
 
-  void Load() const
-  {
-    std::vector<int> ids(storedCount_);
-    KeyTable         positive, negative;
-    store_->ReadIds(kind_, ids.data());
-    for (std::size_t row = 0; row < ids.size(); ++row) {
-      KeyTable&           table = ids[row] < 0 ? negative : positive;
-      const std::uint32_t key   = KeyOf(ids[row]);
-      if (table.Find(key) != KeyTable::kNone)
-        throw FED_Failure("id map of entity kind " + std::to_string(kind_) + ": the store has id " +
-                              std::to_string(ids[row]) + " twice",
-                          kTag);
-      table.Prepare(key, static_cast<std::uint32_t>(row));
-      table.Insert(key, static_cast<std::uint32_t>(row));
-    }
-    positive_ = std::move(positive);
-    negative_ = std::move(negative);
-    ids_      = std::move(ids);
-    isLoaded_ = true;
-  }
+  std::size_t FindStored(int id) const;
+  void        Load() const;
 
   const ChunkStore* store_       = nullptr;
   int               kind_        = 0;
@@ -101,6 +84,33 @@ private:
   mutable KeyTable         negative_;
   mutable std::vector<int> ids_;  // id of each row; its index is the row + 1
 };
+
+std::size_t FED_ResultIdMapsPool::IdMap::FindStored(int id) const
+{
+  Load();
+  return Find(id);
+}
+
+void FED_ResultIdMapsPool::IdMap::Load() const
+{
+  std::vector<int> ids(storedCount_);
+  KeyTable         positive, negative;
+  store_->ReadIds(kind_, ids.data());
+  for (std::size_t row = 0; row < ids.size(); ++row) {
+    KeyTable&           table = ids[row] < 0 ? negative : positive;
+    const std::uint32_t key   = KeyOf(ids[row]);
+    if (table.Find(key) != KeyTable::kNone)
+      throw FED_Failure("id map of entity kind " + std::to_string(kind_) + ": the store has id " +
+                            std::to_string(ids[row]) + " twice",
+                        kTag);
+    table.Prepare(key, static_cast<std::uint32_t>(row));
+    table.Insert(key, static_cast<std::uint32_t>(row));
+  }
+  positive_ = std::move(positive);
+  negative_ = std::move(negative);
+  ids_      = std::move(ids);
+  isLoaded_ = true;
+}
 
 FED_ResultIdMapsPool::FED_ResultIdMapsPool()
 {

@@ -469,19 +469,15 @@ FED_FieldStatistics ResultDataBlock::GetFieldStatistics(std::size_t field) const
 
 void ResultDataBlock::Fail(const std::string& text) const { ThrowBlockFailure(GetDescriptor(), text, kTag); }
 
-std::uint32_t ResultDataBlock::FindRow(std::size_t index) const
+void ResultDataBlock::FailOfIndex(std::size_t index) const
 {
-  if (index > KeyTable::kMaxKey) return KeyTable::kNone;
-  const auto          key = static_cast<std::uint32_t>(index);
-  const std::uint32_t row = rows_.Find(key);
-  if (row != KeyTable::kNone || keysAreLoaded_) return row;
-  LoadKeys();
-  return rows_.Find(key);
+  Fail("index is " + std::to_string(index) + ", expected 0 to 2147483647");
 }
 
-void ResultDataBlock::RequireIndex(std::size_t index) const
+std::uint32_t ResultDataBlock::FindStoredRow(std::uint32_t key) const
 {
-  if (index > KeyTable::kMaxKey) Fail("index is " + std::to_string(index) + ", expected 0 to 2147483647");
+  LoadKeys();
+  return rows_.Find(key);
 }
 
 void ResultDataBlock::RequireField(std::size_t field) const
@@ -513,34 +509,20 @@ void ResultDataBlock::RequireDoubleFormat() const
   Fail("the record format is \"" + layout_.format.ToString() + "\", expected one of doubles (D, d, V, T)");
 }
 
-void ResultDataBlock::RequireListLengths(const ResultRecord& record) const
-{
-  const auto& fields = record.GetFields();
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    const std::size_t length = GetElements(fields[i].value).length;
-    if (length > kMaxListLength)
-      Fail("record field " + std::to_string(i + 1) + " has " + std::to_string(length) +
-           " elements, expected at most 2147483647");
-  }
-}
-
 std::size_t ResultDataBlock::RowsOf(std::size_t chunk) const noexcept
 {
   return std::min(GetRowsPerChunk(), rowCount_ - (chunk << layout_.chunkShift));
 }
 
-// The chunk of a row, in memory. Without effect on a chunk that was reached last.
-RowChunk& ResultDataBlock::Reach(std::size_t row) const
+// Brings a chunk that was not reached last to memory.
+void ResultDataBlock::Bring(RowChunk& chunk) const
 {
-  RowChunk& chunk = *chunks_[row >> layout_.chunkShift];
-  if (cache_ == nullptr || cache_->IsLast(chunk)) return chunk;
   if (chunk.IsResident()) {
     cache_->Touch(chunk);
   } else {
     Load(chunk);
     cache_->Keep(chunk);
   }
-  return chunk;
 }
 
 RowChunk& ResultDataBlock::ReachChunk(std::size_t chunk) const
@@ -582,50 +564,41 @@ void ResultDataBlock::EnsureRows(RowChunk& chunk, std::size_t rows, const Record
   chunk.EnsureRows(rows, layout);
 }
 
-// Room behind all rows for an index that has none.
-RowChunk& ResultDataBlock::PrepareNewRow(const RecordLayout& layout, std::size_t index)
+RowChunk& ResultDataBlock::MakeRoomForRow(const RecordLayout& layout, std::size_t number, std::size_t at)
 {
-  RequireIndex(index);
-  const auto        key   = static_cast<std::uint32_t>(index);
-  const auto        row   = static_cast<std::uint32_t>(rowCount_);
-  const std::size_t at    = row & (layout.GetRowsPerChunk() - 1);
-  RowChunk&         chunk = MakeChunk(row >> layout.chunkShift);
+  RowChunk& chunk = MakeChunk(number);
   // Kept first, so that room for it is not made in its own place.
   if (at > 0)
-    Reach(row);
+    Reach(rowCount_);
   else if (cache_ != nullptr && !cache_->IsLast(chunk))
     cache_->Keep(chunk);
   EnsureRows(chunk, at + 1, layout);
-  rows_.Prepare(key, row);
-  if (cache_ != nullptr) keys_.Prepare(key);
   return chunk;
 }
 
+// Makes the room that the lists of a record need.
 void ResultDataBlock::PrepareLists(RowChunk& chunk, std::size_t row, std::size_t rowCount,
                                    const ResultRecord& record) const
 {
   const auto& fields = record.GetFields();
   std::size_t growth = 0;
-  for (std::size_t i = 0; i < fields.size(); ++i)
-    growth += std::visit(
-        [&](const auto& column) { return GetGrowth(column, row, rowCount, GetElements(fields[i].value).length); },
-        chunk.columns[i]);
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const std::size_t length = GetElements(fields[i].value).length;
+    if (length > kMaxListLength)
+      Fail("record field " + std::to_string(i + 1) + " has " + std::to_string(length) +
+           " elements, expected at most 2147483647");
+    if (cache_ != nullptr)
+      growth +=
+          std::visit([&](const auto& column) { return GetGrowth(column, row, rowCount, length); }, chunk.columns[i]);
+    else
+      std::visit([&](auto& column) { PrepareField(column, row, rowCount, length); }, chunk.columns[i]);
+  }
   if (growth == 0) return;
-  if (cache_ != nullptr) cache_->MakeRoom(growth);
+  cache_->MakeRoom(growth);
   const CountedChange change(cache_, chunk);
   for (std::size_t i = 0; i < fields.size(); ++i)
     std::visit([&](auto& column) { PrepareField(column, row, rowCount, GetElements(fields[i].value).length); },
                chunk.columns[i]);
-}
-
-void ResultDataBlock::CommitRow(std::size_t index, std::uint32_t row, RowChunk& chunk) noexcept
-{
-  if (row == rowCount_) {
-    rows_.Insert(static_cast<std::uint32_t>(index), row);
-    if (cache_ != nullptr) keys_.Push(static_cast<std::uint32_t>(index));
-    ++rowCount_;
-  }
-  if (cache_ != nullptr) cache_->MarkDirty(chunk, static_cast<std::uint32_t>(RowInChunk(row)));
 }
 
 void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
@@ -637,7 +610,6 @@ void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
   } else {
     RequireFit(record);
   }
-  RequireListLengths(record);
   if (rowCount_ == 0) {
     StoreFirstRecord(index, record);
     return;

@@ -74,16 +74,65 @@ public:
   FED_FieldStatistics                 GetFieldStatistics(std::size_t field) const override;
 
 private:
+  // The parts of the typed fast paths that every call takes are here, to be inlined.
+
+  std::uint32_t FindRow(std::size_t index) const
+  {
+    if (index > KeyTable::kMaxKey) return KeyTable::kNone;
+    const auto          key = static_cast<std::uint32_t>(index);
+    const std::uint32_t row = rows_.Find(key);
+    return row != KeyTable::kNone || keysAreLoaded_ ? row : FindStoredRow(key);
+  }
+
+  /// @return the chunk of a row, in memory
+  RowChunk& Reach(std::size_t row) const
+  {
+    RowChunk& chunk = *chunks_[row >> layout_.chunkShift];
+    if (cache_ != nullptr && !cache_->IsLast(chunk)) Bring(chunk);
+    return chunk;
+  }
+
+  /// Makes room behind all rows for an index that has none.
+  RowChunk& PrepareNewRow(const RecordLayout& layout, std::size_t index)
+  {
+    RequireIndex(index);
+    const std::size_t number = rowCount_ >> layout.chunkShift;
+    const std::size_t at     = rowCount_ & (layout.GetRowsPerChunk() - 1);
+    RowChunk*         chunk  = number < chunks_.size() ? chunks_[number].get() : nullptr;
+    if (chunk == nullptr || at >= chunk->capacity || (cache_ != nullptr && !cache_->IsLast(*chunk)))
+      chunk = &MakeRoomForRow(layout, number, at);
+    rows_.Prepare(static_cast<std::uint32_t>(index), static_cast<std::uint32_t>(rowCount_));
+    if (cache_ != nullptr) keys_.Prepare(static_cast<std::uint32_t>(index));
+    return *chunk;
+  }
+
+  /// The row of a prepared or a present index was written.
+  void CommitRow(std::size_t index, std::uint32_t row, RowChunk& chunk) noexcept
+  {
+    if (row == rowCount_) {
+      rows_.Insert(static_cast<std::uint32_t>(index), row);
+      if (cache_ != nullptr) keys_.Push(static_cast<std::uint32_t>(index));
+      ++rowCount_;
+    }
+    if (cache_ != nullptr) cache_->MarkDirty(chunk, static_cast<std::uint32_t>(RowInChunk(row)));
+  }
+
+  void RequireIndex(std::size_t index) const
+  {
+    if (index > KeyTable::kMaxKey) FailOfIndex(index);
+  }
+
+  [[noreturn]] void FailOfIndex(std::size_t index) const;
+  std::uint32_t     FindStoredRow(std::uint32_t key) const;
+  void              Bring(RowChunk& chunk) const;
+  RowChunk&         MakeRoomForRow(const RecordLayout& layout, std::size_t number, std::size_t at);
+
   [[noreturn]] void Fail(const std::string& text) const;
-  std::uint32_t     FindRow(std::size_t index) const;
-  void              RequireIndex(std::size_t index) const;
   void              RequireFit(const ResultRecord& record) const;
   void              RequireDoubleFormat() const;
   void              RequireField(std::size_t field) const;
-  void              RequireListLengths(const ResultRecord& record) const;
 
   std::size_t RowsOf(std::size_t chunk) const noexcept;
-  RowChunk&   Reach(std::size_t row) const;
   RowChunk&   ReachChunk(std::size_t chunk) const;
   std::size_t RowInChunk(std::size_t row) const noexcept { return row & (layout_.GetRowsPerChunk() - 1); }
 
@@ -91,9 +140,7 @@ private:
   RowChunk& MakeChunk(std::size_t number);
   void      DropChunks() noexcept;
   void      EnsureRows(RowChunk& chunk, std::size_t rows, const RecordLayout& layout) const;
-  RowChunk& PrepareNewRow(const RecordLayout& layout, std::size_t index);
   void      PrepareLists(RowChunk& chunk, std::size_t row, std::size_t rowCount, const ResultRecord& record) const;
-  void      CommitRow(std::size_t index, std::uint32_t row, RowChunk& chunk) noexcept;
   void      StoreRecord(std::size_t index, const ResultRecord& record);
   void      StoreFirstRecord(std::size_t index, const ResultRecord& record);
   void      WriteRow(std::size_t index, std::uint32_t row, RowChunk& chunk, const ResultRecord& record) noexcept;
