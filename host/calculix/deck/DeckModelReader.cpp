@@ -45,6 +45,28 @@ bool NeedsSection(const DeckElementType& type) noexcept
 /// Fluid networks end in elements with a node 0, which means none.
 bool MayHaveNode0(const DeckElementType& type) noexcept { return std::string_view(type.name) == "D"; }
 
+std::string NameOf(int id, const DeckElement& element)
+{
+  return "element " + std::to_string(id) + " (" + element.type->name + ")";
+}
+
+/// @return a node that is there more than once, 0 when there is none
+int RepeatedIn(std::span<const int> nodes)
+{
+  constexpr std::size_t kFew = 32;  // more than any type of the solver's own has
+  if (nodes.size() > kFew) {
+    std::vector<int> sorted(nodes.begin(), nodes.end());
+    std::sort(sorted.begin(), sorted.end());
+    const auto repeated = std::adjacent_find(sorted.begin(), sorted.end());
+    return repeated == sorted.end() ? 0 : *repeated;
+  }
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    const auto rest = nodes.subspan(i + 1);
+    if (nodes[i] != 0 && std::find(rest.begin(), rest.end(), nodes[i]) != rest.end()) return nodes[i];
+  }
+  return 0;
+}
+
 }  // namespace
 
 DeckModelReader::DeckModelReader(const std::filesystem::path& deck, const DeckOptions& options, DeckModel& target,
@@ -217,7 +239,8 @@ void DeckModelReader::BeginElements(const DeckPlace& place)
   type_ = FindDeckElementType(name);
   for (const auto& type : model_.userElementTypes)
     if (type->name == name) type_ = &type->type;
-  if (type_ == nullptr) Error(place, "unknown element type " + Quoted(name));
+  if (type_ == nullptr) return Error(place, "unknown element type " + Quoted(name));
+  mayHaveNode0_ = MayHaveNode0(*type_);
 }
 
 void DeckModelReader::BeginSet(Sets& sets, const char* parameter, const DeckPlace& place)
@@ -359,9 +382,9 @@ void DeckModelReader::OnElementData(const DeckLine& line)
       ++surplus;
       continue;
     }
-    int node = 0;
-    if (!(MayHaveNode0(*type_) && field.empty()) &&
-        (!ReadDeckInteger(field, node) || node < (MayHaveNode0(*type_) ? 0 : 1)))
+    int        node    = 0;
+    const bool isEmpty = mayHaveNode0_ && field.empty();
+    if (!isEmpty && (!ReadDeckInteger(field, node) || node < (mayHaveNode0_ ? 0 : 1)))
       Error(line.place, "expected a node id, found " + Quoted(field));
     model_.elementNodes.push_back(node);
     if (model_.elementNodes.size() - element_.first == element_.count) FinishElement();
@@ -512,20 +535,17 @@ double DeckModelReader::NumberOr0(std::string_view field, const DeckLine& line, 
 
 void DeckModelReader::CheckElements()
 {
-  std::vector<int> sorted;
+  const auto isMissing = [this](int node) {
+    return node != 0 && model_.nodes.Find(node) == IdRadixMap<DeckNode>::npos;
+  };
   for (const auto& [id, element] : model_.elements.Entries()) {
-    const std::span<const int> nodes     = model_.NodesOf(element);
-    const std::string          name      = "element " + std::to_string(id) + " (" + element.type->name + ")";
-    const auto                 isMissing = [this](int node) {
-      return node != 0 && model_.nodes.Find(node) == IdRadixMap<DeckNode>::npos;
-    };
-    const auto missing = std::find_if(nodes.begin(), nodes.end(), isMissing);
-    if (missing != nodes.end()) Error(element.place, name + ": node " + std::to_string(*missing) + " is not defined");
-    sorted.assign(nodes.begin(), nodes.end());
-    std::sort(sorted.begin(), sorted.end());
-    const auto repeated = std::adjacent_find(sorted.begin(), sorted.end());
-    if (repeated != sorted.end() && *repeated != 0)
-      Warn(element.place, name + " has node " + std::to_string(*repeated) + " more than once");
+    const std::span<const int> nodes   = model_.NodesOf(element);
+    const auto                 missing = std::find_if(nodes.begin(), nodes.end(), isMissing);
+    if (missing != nodes.end())
+      Error(element.place, NameOf(id, element) + ": node " + std::to_string(*missing) + " is not defined");
+    const int repeated = RepeatedIn(nodes);
+    if (repeated != 0)
+      Warn(element.place, NameOf(id, element) + " has node " + std::to_string(repeated) + " more than once");
   }
 }
 

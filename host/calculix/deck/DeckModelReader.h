@@ -98,11 +98,12 @@ private:
 
   Sets                   nodeSets_{"node", &model_.nodeSets, {}};
   Sets                   elementSets_{"element", &model_.elementSets, {}};
-  Sets*                  sets_      = nullptr;  // of the set card
-  std::size_t            set_       = kNone;    // that the card's ids are added to
-  std::size_t            idsInSets_ = 0;
-  const DeckElementType* type_      = nullptr;  // of the element card
-  int                    elementId_ = 0;        // of the element that is being read
+  Sets*                  sets_         = nullptr;  // of the set card
+  std::size_t            set_          = kNone;    // that the card's ids are added to
+  std::size_t            idsInSets_    = 0;
+  const DeckElementType* type_         = nullptr;  // of the element card
+  bool                   mayHaveNode0_ = false;    // elements of type_: no node
+  int                    elementId_    = 0;        // of the element that is being read
   DeckElement            element_;
   bool                   isElementOpen_ = false;
   int                    dataLines_     = 0;  // of the card, so far

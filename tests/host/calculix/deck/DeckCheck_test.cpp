@@ -401,6 +401,21 @@ TEST_F(DeckCheck, EquationsMayWrap)
             "");
 }
 
+TEST_F(DeckCheck, RepeatedNodeIsFoundInElementsOfAnySize)
+{
+  for (const int count : {32, 33, 40}) {
+    std::string nodes = "*NODE\n";
+    std::string line  = "1";
+    for (int i = 1; i <= count; ++i) nodes += std::to_string(i) + "\n";
+    for (int i = 1; i < count; ++i) line += "," + std::to_string(i);
+    const std::string head = nodes + "*USER ELEMENT, TYPE=U1, NODES=" + std::to_string(count) + "\n*ELEMENT, TYPE=U1\n";
+    EXPECT_EQ(Joined(MessagesOf(head + line + "," + std::to_string(count) + "\n")), "") << count;
+    EXPECT_EQ(Joined(MessagesOf(head + line + ",7\n")), "a.inp:" + std::to_string(count + 4) +
+                                                            ": warning: element 1 (U1) has node 7 more than once [" +
+                                                            line + ",7]\n");
+  }
+}
+
 // The model of such a deck is in a file of the solver's.
 TEST_F(DeckCheck, RestartedDeckIsNotCheckedForWhatItRefersTo)
 {
