@@ -57,7 +57,7 @@ def check_file(root, path, layer, sibling):
                 yield f"{where}: {layer} may not include {name}"
             continue
         ours = [p for top in ("contract", "include", "src", "siblings", "host", "tests") for p in (root / top).rglob(name.split("/")[-1])]
-        if any(str(p).endswith("/" + name) for p in ours):
+        if any(str(p).endswith("/" + name) and p.is_file() for p in ours):
             yield f"{where}: {layer} may not include {name}"
         elif re.match(r"(gtest|gmock|benchmark)/", name):
             yield f"{where}: {layer} includes a test framework, {name}"

@@ -55,10 +55,10 @@ void Run(const Options& options, CommandContext& context)
 {
   if (!fs::is_directory(options.database)) Fail(options.database + ": not the folder of a working database");
   if (fs::exists(options.output)) Fail(options.output + ": exists, expected the name of a new database");
-  Publication             publication(options.output);
-  const std::uint64_t     total = FolderSize(options.database);
-  WatchedFiles            files([&](std::uint64_t bytes) { context.console.Progress("salvaging", bytes, total); });
-  FED_SalvageReport report = FED_SalvageDatabase(options.database, publication.Target(), &files);
+  Publication         publication(options.output);
+  const std::uint64_t total = FolderSize(options.database);
+  WatchedFiles        files([&](std::uint64_t bytes) { context.console.Progress("salvaging", bytes, total); });
+  FED_SalvageReport   report = FED_SalvageDatabase(options.database, publication.Target(), &files);
   if (report.blocks == 0) Fail(options.database + ": nothing whole was found, nothing is written");
   report.blocks = publication.Publish();  // those of which nothing is left are not written
   if (options.json)

@@ -17,7 +17,7 @@ int main(int argc, char** argv)
   FED_ResultDatabase database(argv[2], FED_ResultDatabase::Create);
   const auto         copy = [&] {
     QuilonDatabaseUtils::copy_datablocks(text, database, FED_DataDescriptorPattern(),
-                                         QuilonDatabaseUtils::CopyEmptyBlocks);
+                                                 QuilonDatabaseUtils::CopyEmptyBlocks);
     database.Commit();
   };
   copy();
