@@ -24,6 +24,8 @@ constexpr double kInf      = std::numeric_limits<double>::infinity();
 constexpr double kNaN      = std::numeric_limits<double>::quiet_NaN();
 constexpr double kDenormal = std::numeric_limits<double>::denorm_min();
 
+constexpr int kNodeSetKind = 3;
+
 struct Policy
 {
   const char* rule;
@@ -213,10 +215,14 @@ Fill Element(int id, const std::vector<int>& nodes, double energy)
 
 Fill NodeSet(const std::vector<int>& nodes)
 {
-  return Field(600, "Slb", [=](FED_DataRecord& record) {
+  const Fill set = Field(600, "Slb", [=](FED_DataRecord& record) {
     record.SetString(1, "EDGE");
     record.SetIntList(2, FED_IntArray(nodes));
   });
+  return [=](FED_Database& db) {
+    db.GetIdMapsPool().FindOrAddIndex(kNodeSetKind, 1);
+    set(db);
+  };
 }
 
 Fill UserKind(int onf, const std::string& name, double value)
