@@ -8,6 +8,7 @@
 
 #include "QuilonDataRecordDiff.h"
 #include "terminal/Format.h"
+#include "terminal/Interrupt.h"
 
 namespace quilon::diff {
 
@@ -53,6 +54,22 @@ private:
   std::vector<ValueDifference> kept_;
 };
 
+/// The largest finite magnitudes of both fields.
+struct PeakFinder
+{
+  double first  = 0.0;
+  double second = 0.0;
+
+  double GetSmaller() const noexcept { return std::min(first, second); }
+
+  void Value(std::size_t, std::size_t, double a, double b, bool)
+  {
+    if (std::isfinite(a)) first = std::max(first, std::fabs(a));
+    if (std::isfinite(b)) second = std::max(second, std::fabs(b));
+  }
+  void Mismatch(std::size_t, std::size_t, const char*, const std::string&, const std::string&) {}
+};
+
 /// Judges the values of the records that a walk brings.
 class Tally
 {
@@ -81,6 +98,7 @@ public:
   {
     FieldNorms& norms = outcome_.norms;
     ++norms.values;
+    peaks_.Value(field, component, a, b, isSingle);
     const double distance = std::fabs(a - b);
     if (std::isfinite(distance)) {
       norms.largest = std::max(norms.largest, distance);
@@ -115,6 +133,7 @@ public:
     worst_.Add(std::move(recordWorst_));
   }
 
+  double                       GetPeak() const noexcept { return peaks_.GetSmaller(); }
   std::vector<ValueDifference> TakeWorst() { return worst_.Take(); }
 
 private:
@@ -152,23 +171,10 @@ private:
   ValueJudge      judge_;
   FieldOutcome&   outcome_;
   WorstList       worst_;
+  PeakFinder      peaks_;
   std::size_t     index_    = 0;
   bool            hasWorst_ = false;
   ValueDifference recordWorst_;
-};
-
-/// The largest finite magnitudes of both fields.
-struct PeakFinder
-{
-  double first  = 0.0;
-  double second = 0.0;
-
-  void Value(std::size_t, std::size_t, double a, double b, bool)
-  {
-    if (std::isfinite(a)) first = std::max(first, std::fabs(a));
-    if (std::isfinite(b)) second = std::max(second, std::fabs(b));
-  }
-  void Mismatch(std::size_t, std::size_t, const char*, const std::string&, const std::string&) {}
 };
 
 struct DotFinder
@@ -268,8 +274,8 @@ FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& seco
 {
   FieldOutcome outcome;
   PeakFinder   peaks;
-  WalkAll(first, second, pairs, terms.transformation, peaks);
-  outcome.norms.peak = std::min(peaks.first, peaks.second);
+  // The one rule that has to know all values before it judges the first.
+  if (terms.rule.peak) WalkAll(first, second, pairs, terms.transformation, peaks);
 
   const ComparisonRule&            rule = terms.rule;
   QuilonDataBlockDiff::CompareInfo info = terms.info;
@@ -279,16 +285,18 @@ FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& seco
   std::optional<LibraryVerdict> library;
   if (asked) library.emplace(first, second, pairs, info);
 
-  Tally             tally(rule, info, outcome.norms.peak, outcome);
+  Tally             tally(rule, info, peaks.GetSmaller(), outcome);
   RecordWalk<Tally> walk(first, second, terms.transformation, IsLibraryForm(rule));
   for (const RecordPair& pair : pairs.pairs) {
+    ThrowIfInterrupted();
     tally.BeginRecord(pair.first);
     walk.Walk(pair, tally);
     tally.EndRecord(library && library->IsDifferent(pair));
   }
   for (const std::size_t index : pairs.firstOnly) tally.Missing(index, false);
   for (const std::size_t index : FindSecondOnly(first, second, pairs, info)) tally.Missing(index, true);
-  outcome.worst = tally.TakeWorst();
+  outcome.norms.peak = tally.GetPeak();
+  outcome.worst      = tally.TakeWorst();
   return outcome;
 }
 
