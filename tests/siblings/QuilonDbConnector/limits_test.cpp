@@ -1,0 +1,167 @@
+// What commits cost when there are many, and folders that cannot be written.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "bundled/FED_FileLayer.h"
+#include "bundled/FED_ResultDatabase.h"
+
+#include "failure_message.h"
+#include "TempFolder.h"
+
+namespace quilon_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+FED_DataDescriptor History()
+{
+  FED_DataDescriptor descriptor(0, static_cast<FED_OnfId>(500));
+  descriptor.SetInteger(FED_DataDescriptor::LoadCase, 1);
+  return descriptor;
+}
+
+/// Counts bytes in both directions. Nothing is really flushed: the test is about what is done, not how fast.
+class CountingFiles : public FED_FileLayer
+{
+public:
+  std::uint64_t bytes = 0;
+
+  std::error_code ReadAt(Handle handle, std::uint64_t offset, void* to, std::size_t count, std::size_t& done) override
+  {
+    bytes += count;
+    return FED_FileLayer::ReadAt(handle, offset, to, count, done);
+  }
+  std::error_code WriteAt(Handle handle, std::uint64_t offset, const void* from, std::size_t count) override
+  {
+    bytes += count;
+    return FED_FileLayer::WriteAt(handle, offset, from, count);
+  }
+  std::error_code Flush(Handle) override { return {}; }
+  std::error_code FlushFolder(const fs::path&) override { return {}; }
+};
+
+// 100,000 in the long form; bytes, unlike times, are the same on every machine.
+TEST(ManyCommits, TheLastOnesCostLittleMoreThanTheFirst)
+{
+  const char* const given   = std::getenv("QUILON_COMMITS");
+  const std::size_t commits = given != nullptr ? std::stoul(given) : 2000;
+  const std::size_t tenth   = commits / 10;
+  const TempFolder  folder;
+  CountingFiles     files;
+
+  FED_ResultDatabaseOptions options;
+  options.files = &files;
+  std::vector<std::uint64_t> bytesOfTenth;
+  {
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create, options);
+    FED_DataBlock&     history = database.GetOrCreateDataBlock(History(), 0);
+    for (std::size_t i = 0; i < commits; ++i) {
+      if (i % tenth == 0) bytesOfTenth.push_back(files.bytes);
+      history.SetScalarAt(i + 1, 0.5 * static_cast<double>(i));
+      database.Commit();
+    }
+    bytesOfTenth.push_back(files.bytes);
+  }
+  const std::uint64_t first = bytesOfTenth[1] - bytesOfTenth[0];
+  const std::uint64_t last  = bytesOfTenth.back() - bytesOfTenth[bytesOfTenth.size() - 2];
+  std::cout << commits << " commits: " << first / tenth << " bytes a commit in the first tenth, " << last / tenth
+            << " in the last\n";
+  // A byte is written anew once per level of sizes, and there are few levels; without merging by levels the last tenth
+  // would cost nineteen times the first.
+  EXPECT_LT(last, 3 * first);
+
+  std::size_t segments = 0;
+  for (const auto& entry : fs::directory_iterator(folder / "a.fed")) segments += entry.path().extension() == ".h5";
+  EXPECT_LT(segments, 40U);
+  const FED_ResultDatabase reader(folder / "a.fed", FED_ResultDatabase::ReadOnly);
+  for (std::size_t i = 0; i < commits; ++i)
+    ASSERT_EQ(reader.GetConstDataBlock(History()).GetScalarAt(i + 1), 0.5 * static_cast<double>(i));
+}
+
+TEST(ManyBlocks, AreOpenedAndListedWithoutTheirData)
+{
+  constexpr int    kBlocks = 5000;
+  const TempFolder folder;
+  CountingFiles    files;
+
+  FED_ResultDatabaseOptions options;
+  options.files          = &files;
+  const double tensor[6] = {1, 2, 3, 4, 5, 6};
+  {
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create, options);
+    for (int i = 0; i < kBlocks; ++i) {
+      FED_DataDescriptor descriptor(0, static_cast<FED_OnfId>(521));
+      descriptor.SetInteger(FED_DataDescriptor::Substep, i);
+      FED_DataBlock& block = database.GetOrCreateDataBlock(descriptor, 0);
+      for (std::size_t index = 1; index <= 20; ++index) block.SetValuesAt(index, tensor);
+    }
+    database.Commit();
+  }
+  constexpr std::uint64_t kDataBytes = std::uint64_t{kBlocks} * 20 * sizeof tensor;
+  files.bytes                        = 0;
+  const FED_ResultDatabase reader(folder / "a.fed", FED_ResultDatabase::ReadOnly, options);
+  const auto               descriptors = reader.GetDataDescriptors(FED_DataDescriptorPattern());
+  ASSERT_EQ(descriptors.size(), static_cast<std::size_t>(kBlocks));
+  for (const FED_DataDescriptor& descriptor : descriptors)
+    EXPECT_EQ(reader.GetConstDataBlock(descriptor).GetMaxIndex(), 20U);
+  EXPECT_LT(files.bytes, kDataBytes / 2);
+}
+
+/// A file system that is mounted to be read.
+class ReadOnlyFiles : public FED_FileLayer
+{
+public:
+  std::error_code Open(const fs::path& path, Mode mode, Handle& handle) override
+  {
+    if (mode == Read) return FED_FileLayer::Open(path, mode, handle);
+    handle = kNoHandle;
+    return Refuse();
+  }
+  std::error_code WriteAt(Handle, std::uint64_t, const void*, std::size_t) override { return Refuse(); }
+  std::error_code Rename(const fs::path&, const fs::path&) override { return Refuse(); }
+  std::error_code Remove(const fs::path&) override { return Refuse(); }
+  std::error_code MakeFolder(const fs::path&, bool& made) override
+  {
+    made = false;
+    return Refuse();
+  }
+  std::error_code Lock(const fs::path&, Handle& handle) override
+  {
+    handle = kNoHandle;
+    return Refuse();
+  }
+
+private:
+  static std::error_code Refuse() { return std::make_error_code(std::errc::read_only_file_system); }
+};
+
+TEST(ReadOnlyFileSystem, IsReadAndNotWritten)
+{
+  const TempFolder folder;
+  {
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create);
+    database.GetOrCreateDataBlock(History(), 0).SetScalarAt(1, 2.5);
+    database.Commit();
+  }
+  ReadOnlyFiles             files;
+  FED_ResultDatabaseOptions options;
+  options.files = &files;
+  const FED_ResultDatabase reader(folder / "a.fed", FED_ResultDatabase::ReadOnly, options);
+  EXPECT_EQ(reader.GetConstDataBlock(History()).GetScalarAt(1), 2.5);
+  EXPECT_EQ(MessageOf([&] { FED_ResultDatabase(folder / "a.fed", FED_ResultDatabase::ReadWrite, options); }),
+            (folder / "a.fed" / "lock").string() + ": cannot lock: Read-only file system");
+  EXPECT_EQ(MessageOf([&] { FED_ResultDatabase(folder / "b.fed", FED_ResultDatabase::Create, options); }),
+            (folder / "b.fed").string() + ": cannot create: Read-only file system");
+  EXPECT_FALSE(fs::exists(folder / "b.fed"));
+}
+
+}  // namespace
+}  // namespace quilon_test
