@@ -31,7 +31,9 @@ protected:
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(std::filesystem::exists(onf_), isThere);
-    if (isThere) EXPECT_EQ(ReadTree(onf_), before);
+    if (isThere) {
+      EXPECT_EQ(ReadTree(onf_), before);
+    }
   }
 
   void ImportSmall(const std::string& as = "mine") { RunQuilon({"matrix", "import", small_, "--as", as, "-o", onf_}); }
