@@ -202,7 +202,7 @@ TEST(Selection, BeginningOfSeveralNamesIsAnError)
 {
   EXPECT_EQ(MessageOf("element-s"),
             "kind 'element-s' may be any of element-stress-principal, element-stress, element-strain-principal, "
-            "element-strain: write more of the name");
+            "element-strain, element-set, ...: write more of the name");
 }
 
 TEST(Selection, UnknownKeyGetsASuggestion)
