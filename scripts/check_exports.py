@@ -13,9 +13,10 @@ import sys
 from pathlib import Path
 
 MAY_NEED = re.compile(r"^(libstdc\+\+|libm|libc|libgcc_s|ld-linux[^.]*|libasan|libubsan|libtsan)\.so")
-# Mangled names of the standard's own symbols: functions, then virtual tables and type information.
+# Mangled names of the standard's own symbols: functions, then virtual tables and type information; what sanitizers add,
+# the type information of function types (_ZTIF, _ZTSF) among it.
 STANDARD = re.compile(r"^_Z(?:N[KVRO]*)?(?:S[tabsiod]|9__gnu_cxx)|^_ZT[VTIS]N?K?S[tabsiod]|^_ZGVZN?S|^_Zn[wa]|^_Zd[la]"
-                      r"|^__(?:asan|odr)|^_(?:init|fini)$")
+                      r"|^_ZT[IS]D?[ox]?F|^__(?:asan|odr)|^_(?:init|fini)$")
 
 
 def exported(library):
