@@ -26,6 +26,8 @@
 #include <bundled/FED_FileLayer.h>
 #include <bundled/FED_ResultDatabase.h>
 
+#include "file_bench_options.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -33,27 +35,6 @@ namespace fs = std::filesystem;
 constexpr std::size_t kPiece  = std::size_t{16} << 20;
 constexpr auto        kTensor = static_cast<FED_OnfId>(521);
 constexpr auto        kScalar = static_cast<FED_OnfId>(500);
-
-struct Options
-{
-  std::size_t tensors = 20000;
-  std::size_t records = 100;
-  int         repeats = 3;
-  fs::path    folder  = fs::temp_directory_path();
-};
-
-Options ReadOptions(int argc, char** argv)
-{
-  Options options;
-  for (int i = 1; i + 1 < argc; i += 2) {
-    const std::string flag = argv[i];
-    if (flag == "--tensors") options.tensors = std::strtoull(argv[i + 1], nullptr, 10);
-    if (flag == "--records") options.records = std::strtoull(argv[i + 1], nullptr, 10);
-    if (flag == "--repeats") options.repeats = std::max(1, std::atoi(argv[i + 1]));
-    if (flag == "--folder") options.folder = argv[i + 1];
-  }
-  return options;
-}
 
 void Require(const std::error_code& error)
 {
@@ -168,13 +149,18 @@ void Print(const char* name, const Times& times, std::size_t bytes, const Times&
 
 int main(int argc, char** argv)
 {
-  const Options     options  = ReadOptions(argc, argv);
-  const fs::path    plain    = options.folder / "database_disk_bench.raw";
-  const fs::path    database = options.folder / "database_disk_bench.fed";
-  const std::size_t bytes    = options.tensors * 6 * sizeof(double);
-  std::printf("%zu tensors, %.1f MB\n", options.tensors, static_cast<double>(bytes) * 1e-6);
+  std::uint64_t tensors = 20000;
+  std::uint64_t records = 100;
+  const auto    options = quilon_bench::ReadFileBenchOptions(
+         argc, argv,
+         {{"--tensors", &tensors, "records of the step that is written and walked"},
+          {"--records", &records, "records stored before single ones are appended; then 10 and 100 times as many"}});
+  const fs::path    plain    = quilon_bench::ScratchPath(options.folder, ".raw");
+  const fs::path    database = quilon_bench::ScratchPath(options.folder, ".fed");
+  const std::size_t bytes    = tensors * 6 * sizeof(double);
+  std::printf("%zu tensors, %.1f MB\n", tensors, static_cast<double>(bytes) * 1e-6);
   const Times writeRaw = Measure(options.repeats, [&] { return WriteRaw(plain, bytes); });
-  const Times commit   = Measure(options.repeats, [&] { return CommitStep(database, options.tensors); });
+  const Times commit   = Measure(options.repeats, [&] { return CommitStep(database, tensors); });
   const Times readRaw  = Measure(options.repeats, [&] { return ReadRaw(plain, bytes); });
   const Times walk     = Measure(options.repeats, [&] { return Walk(database); });
   Print("raw write", writeRaw, bytes, writeRaw);
@@ -182,9 +168,9 @@ int main(int argc, char** argv)
   Print("raw read", readRaw, bytes, readRaw);
   Print("walk", walk, bytes, readRaw);
   for (const std::size_t factor : {std::size_t{1}, std::size_t{10}, std::size_t{100}}) {
-    const std::size_t records = factor * options.records;
-    const Times       append  = Measure(options.repeats, [&] { return Append(database, records); });
-    std::printf("append     to %9zu records: best %7.3f ms, median %7.3f ms a commit\n", records, 1e3 * append.best,
+    const std::size_t stored = factor * records;
+    const Times       append = Measure(options.repeats, [&] { return Append(database, stored); });
+    std::printf("append     to %9zu records: best %7.3f ms, median %7.3f ms a commit\n", stored, 1e3 * append.best,
                 1e3 * append.median);
   }
   fs::remove(plain);

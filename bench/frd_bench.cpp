@@ -26,6 +26,7 @@
 #include <QuilonOnfEngine/OnfResultRequestFile.h>
 
 #include "calculix/FrdReader.h"
+#include "file_bench_options.h"
 #include "ResultImport.h"
 
 namespace {
@@ -33,25 +34,6 @@ namespace {
 namespace fs = std::filesystem;
 using quilon::calculix::FrdDataset;
 using quilon::calculix::FrdElement;
-
-struct Options
-{
-  std::uint64_t megabytes = 4;
-  int           repeats   = 3;
-  fs::path      folder    = fs::temp_directory_path();
-};
-
-Options ReadOptions(int argc, char** argv)
-{
-  Options options;
-  for (int i = 1; i + 1 < argc; i += 2) {
-    const std::string flag = argv[i];
-    if (flag == "--megabytes") options.megabytes = std::strtoull(argv[i + 1], nullptr, 10);
-    if (flag == "--repeats") options.repeats = std::max(1, std::atoi(argv[i + 1]));
-    if (flag == "--folder") options.folder = argv[i + 1];
-  }
-  return options;
-}
 
 // Nodes, tetrahedra, then displacements and stresses of increment after increment until the size is reached. One value
 // in eight is tiny, as rounding leaves them where a result is zero.
@@ -186,10 +168,12 @@ Timing Measure(int repeats, double& used, Case&& run)
 
 int main(int argc, char** argv)
 {
-  const Options  options = ReadOptions(argc, argv);
-  const fs::path path    = options.folder / ("frd_bench_" + std::to_string(std::random_device()()) + ".frd");
-  WriteFile(path, options.megabytes * 1000000);
-  const double megabytes = static_cast<double>(fs::file_size(path)) / 1e6;
+  std::uint64_t megabytes = 4;
+  const auto    options =
+      quilon_bench::ReadFileBenchOptions(argc, argv, {{"--megabytes", &megabytes, "size of the file"}});
+  const fs::path path = quilon_bench::ScratchPath(options.folder, ".frd");
+  WriteFile(path, megabytes * 1000000);
+  const double size = static_cast<double>(fs::file_size(path)) / 1e6;
 
   double       used     = Scan(path);  // warms the page cache
   const Timing scan     = Measure(options.repeats, used, [&] { return Scan(path); });
@@ -197,10 +181,10 @@ int main(int argc, char** argv)
   const Timing imported = Measure(options.repeats, used, [&] { return Import(path); });
   fs::remove(path);
 
-  std::printf("%.1f MB, %d passes (checksum %g)\n", megabytes, options.repeats, used);
+  std::printf("%.1f MB, %d passes (checksum %g)\n", size, options.repeats, used);
   const auto print = [&](const char* name, const Timing& timing) {
-    std::printf("%-7sbest %8.1f MB/s  median %8.1f MB/s  %5.2f times as fast as the scan\n", name,
-                megabytes / timing.best, megabytes / timing.median, scan.best / timing.best);
+    std::printf("%-7sbest %8.1f MB/s  median %8.1f MB/s  %5.2f times as fast as the scan\n", name, size / timing.best,
+                size / timing.median, scan.best / timing.best);
   };
   print("scan", scan);
   print("read", read);

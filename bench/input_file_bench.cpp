@@ -28,29 +28,11 @@
 #include <vector>
 
 #include "FEMInputFile.h"
+#include "file_bench_options.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Options
-{
-  std::uint64_t megabytes = 4;
-  int           repeats   = 3;
-  fs::path      folder    = fs::temp_directory_path();
-};
-
-Options ReadOptions(int argc, char** argv)
-{
-  Options options;
-  for (int i = 1; i + 1 < argc; i += 2) {
-    const std::string flag = argv[i];
-    if (flag == "--megabytes") options.megabytes = std::strtoull(argv[i + 1], nullptr, 10);
-    if (flag == "--repeats") options.repeats = std::max(1, std::atoi(argv[i + 1]));
-    if (flag == "--folder") options.folder = argv[i + 1];
-  }
-  return options;
-}
 
 [[noreturn]] void Fail(const fs::path& path)
 {
@@ -190,10 +172,12 @@ void CompareCases(const fs::path& path, const char* title, int repeats)
 
 int main(int argc, char** argv)
 {
-  const Options  options = ReadOptions(argc, argv);
-  const fs::path path    = options.folder / ("quilon-input-bench-" + std::to_string(std::random_device{}()) + ".inp");
+  std::uint64_t megabytes = 4;
+  const auto    options =
+      quilon_bench::ReadFileBenchOptions(argc, argv, {{"--megabytes", &megabytes, "size of the file"}});
+  const fs::path path = quilon_bench::ScratchPath(options.folder, ".inp");
   for (const bool isDos : {false, true}) {
-    WriteDeck(path, options.megabytes * 1000000, isDos ? "\r\n" : "\n");
+    WriteDeck(path, megabytes * 1000000, isDos ? "\r\n" : "\n");
     CompareCases(path, isDos ? "CR LF" : "LF", options.repeats);
   }
   fs::remove(path);
