@@ -1,6 +1,8 @@
 #include "commands/DeckArguments.h"
 
 #include <cstdint>
+#include <filesystem>
+#include <system_error>
 
 #include <CLI/CLI.hpp>
 
@@ -37,6 +39,9 @@ calculix::DeckOptions ToDeckOptions(const DeckArguments& arguments, Console& con
   } else if (!arguments.includeRule.empty()) {
     Fail("--include-rule is '" + arguments.includeRule + "', expected solver or including-file");
   }
+  if (std::error_code error;
+      !arguments.workingFolder.empty() && !std::filesystem::is_directory(arguments.workingFolder, error))
+    Fail("--run-in is '" + arguments.workingFolder + "', expected a folder");
   options.allowOutside     = arguments.allowOutside;
   options.workingDirectory = arguments.workingFolder;
   options.progress         = [&console](std::uint64_t done, std::uint64_t total) {
@@ -44,6 +49,15 @@ calculix::DeckOptions ToDeckOptions(const DeckArguments& arguments, Console& con
     console.Progress("reading deck", done, total);
   };
   return options;
+}
+
+void CheckNoSource(const std::string& path, const std::vector<calculix::DeckFile>& files)
+{
+  for (const calculix::DeckFile& file : files) {
+    std::error_code ignored;  // a file that is not there yet is no source
+    if (std::filesystem::equivalent(path, file.path, ignored))
+      Fail(path + ": expected a file that the deck does not read");
+  }
 }
 
 }  // namespace quilon

@@ -3,7 +3,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include <CLI/CLI.hpp>
 
@@ -25,16 +24,6 @@ struct Options
   std::string   map;
 };
 
-/// @throws FED_Failure when the path names a file of the deck
-void CheckNoSource(const std::string& path, const std::vector<calculix::DeckFile>& files)
-{
-  for (const calculix::DeckFile& file : files) {
-    std::error_code ignored;  // a file that is not there yet is no source
-    if (std::filesystem::equivalent(path, file.path, ignored))
-      Fail(path + ": expected a file that the deck does not read");
-  }
-}
-
 std::string MapText(const calculix::DeckExpansion& expansion)
 {
   std::string text = "first\tlast\tline\tfile\n";
@@ -44,8 +33,15 @@ std::string MapText(const calculix::DeckExpansion& expansion)
   return text;
 }
 
+bool IsOneFile(const std::filesystem::path& a, const std::filesystem::path& b)
+{
+  return std::filesystem::absolute(a).lexically_normal() == std::filesystem::absolute(b).lexically_normal();
+}
+
 void Run(const Options& options, CommandContext& context)
 {
+  if (!options.output.empty() && !options.map.empty() && IsOneFile(options.output, options.map))
+    Fail(options.map + ": expected another file for the map than for the deck");
   std::optional<OutputFile> out;
   std::optional<OutputFile> map;
   if (!options.output.empty()) out.emplace(options.output);

@@ -230,6 +230,18 @@ TEST_F(DeckCommands, DepsAreWrittenToAFile)
   EXPECT_EQ(Local(ReadAll(folder_ / "a.d")), "a.frd: \\\n  a.inp\n");
 }
 
+TEST_F(DeckCommands, DepsNeverWriteOverAFileOfTheDeck)
+{
+  const std::string deck   = WriteTree();
+  const std::string before = ReadTree(folder_.GetPath());
+  RunResult         run    = RunQuilon({"deck", "deps", deck, "-o", deck});
+  EXPECT_EQ(Local(run.err), "quilon: error: job.inp: expected a file that the deck does not read\n");
+  EXPECT_EQ(run.exitCode, 2);
+  run = RunQuilon({"deck", "deps", deck, "-o", (folder_ / "parts" / ".." / "nodes.inc").string()});
+  EXPECT_EQ(Local(run.err), "quilon: error: parts/../nodes.inc: expected a file that the deck does not read\n");
+  EXPECT_EQ(ReadTree(folder_.GetPath()), before);
+}
+
 TEST_F(DeckCommands, ExpandPutsFilesInPlaceOfTheirStatements)
 {
   const RunResult run = RunQuilon({"deck", "expand", WriteTree()});
@@ -278,6 +290,17 @@ TEST_F(DeckCommands, ExpandNeverWritesOverItsSources)
   EXPECT_EQ(ReadTree(folder_.GetPath()), before);
 }
 
+TEST_F(DeckCommands, MapAndDeckAreTwoFiles)
+{
+  const std::string deck   = WriteTree();
+  const std::string before = ReadTree(folder_.GetPath());
+  const RunResult   run    = RunQuilon({"deck", "expand", deck, "-o", (folder_ / "new.inp").string(), "--map",
+                                        (folder_ / "parts" / ".." / "new.inp").string()});
+  EXPECT_EQ(Local(run.err), "quilon: error: parts/../new.inp: expected another file for the map than for the deck\n");
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(ReadTree(folder_.GetPath()), before);
+}
+
 TEST_F(DeckCommands, ExpandNamesAFileThatCannotBeWritten)
 {
   const std::string deck = Write("a.inp", "*NODE\n");
@@ -316,6 +339,17 @@ TEST_F(DeckCommands, IncludeRuleAndFolderOfTheRunDecideWhichFileIsRead)
   const RunResult run = RunQuilon({"deck", "expand", deck, "--include-rule", "mine"});
   EXPECT_EQ(run.err, "quilon: error: --include-rule is 'mine', expected solver or including-file\n");
   EXPECT_EQ(run.exitCode, 2);
+}
+
+TEST_F(DeckCommands, FolderOfTheRunIsThere)
+{
+  const std::string deck = Write("a.inp", "*NODE\n1\n");
+  for (const char* folder : {"none", "a.inp"}) {
+    const RunResult run = RunQuilon({"deck", "check", deck, "--run-in", (folder_ / folder).string()});
+    EXPECT_EQ(Local(run.err), "quilon: error: --run-in is '" + std::string(folder) + "', expected a folder\n");
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.exitCode, 2);
+  }
 }
 
 TEST_F(DeckCommands, IncludesOutsideOfTheFolderNeedAllowOutside)
