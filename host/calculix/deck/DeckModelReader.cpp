@@ -4,6 +4,7 @@
 #include <fstream>
 #include <span>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "calculix/ColumnText.h"
@@ -85,11 +86,12 @@ void DeckModelReader::Report(DeckMessage::Severity severity, const DeckPlace& pl
     if (severity == DeckMessage::Error) FailAt(place, text);
     return;
   }
-  if (messages_->size() > kMostMessages) return;
-  if (messages_->size() == kMostMessages) {
-    severity = DeckMessage::Error;
-    text     = "more is wrong than can be listed";
-  }
+  // Each kind has its own limit: an error is not lost behind warnings, and warnings alone stay warnings.
+  std::size_t& count = severity == DeckMessage::Error ? errors_ : warnings_;
+  if (count > kMostMessages) return;
+  if (++count > kMostMessages)
+    text = severity == DeckMessage::Error ? "more is wrong than can be listed"
+                                          : "there are more warnings than can be listed";
   messages_->push_back({severity, place, std::move(text), {}});
 }
 
@@ -129,9 +131,12 @@ void DeckModelReader::CompleteMessages()
   auto message = messages_->begin();
   while (message != messages_->end()) {
     const std::uint32_t file = message->place.file;
-    std::ifstream       in(GetFiles()[file].path, std::ios::binary);
-    std::string         text;
-    std::int32_t        number = 0;
+    const auto&         path = GetFiles()[file].path;
+    std::ifstream       in;
+    // What came through a pipe is gone, and to open it again would be to wait for another writer.
+    if (std::error_code error; std::filesystem::is_regular_file(path, error)) in.open(path, std::ios::binary);
+    std::string  text;
+    std::int32_t number = 0;
     for (; message != messages_->end() && message->place.file == file; ++message) {
       while (number < message->place.line && getline_dosunix(in, text)) ++number;
       if (number == message->place.line) message->line = text;
@@ -141,7 +146,9 @@ void DeckModelReader::CompleteMessages()
 
 void DeckModelReader::OnLine(const DeckLine& line)
 {
-  if (line.text.size() > kLongestDeckLine && line.kind != DeckLineKind::Blank)
+  // Blanks alone behind the split are a blank line.
+  if (line.text.size() > kLongestDeckLine &&
+      line.text.find_first_not_of(" \t", kLongestDeckLine) != std::string_view::npos)
     Error(line.place, "the line has " + std::to_string(line.text.size()) +
                           " characters, and the solver splits lines of more than " + std::to_string(kLongestDeckLine));
   switch (line.kind) {
@@ -216,12 +223,13 @@ void DeckModelReader::EndCard()
     Error(element_.place, "element " + std::to_string(elementId_) + " has " + Counted(found, "node") + ", expected " +
                               std::to_string(element_.type->numNodes) + " of a " + element_.type->name);
   }
-  if (!card_.keyword.empty() && FindDeckKeyword(card_.keyword) == nullptr)
+  if (cardPlace_.line != 0 && FindDeckKeyword(card_.keyword) == nullptr)
     Warn(cardPlace_,
          "unknown keyword *" + Shown(card_.keyword) +
              (dataLines_ == 0 ? "" : ", " + Counted(static_cast<std::size_t>(dataLines_), "data line") + " skipped") +
              SuggestDeckKeyword(card_.keyword));
-  card_ = {};
+  card_      = {};
+  cardPlace_ = {};
 }
 
 void DeckModelReader::BeginNodes(const DeckPlace& place)
@@ -256,6 +264,7 @@ void DeckModelReader::BeginMaterial(const DeckPlace& place)
 {
   const std::string_view name = card_.ValueOf("NAME");
   if (name.empty()) return Error(place, "expected the name of the material, NAME=");
+  CheckLength(name, "a material", place);
   if (const DeckMaterial* former = model_.FindMaterial(name))
     Error(place, "material " + Quoted(name) + " is there already, at " + DescribeDeckPlace(GetFiles(), former->place) +
                      ", and the solver uses that one");
@@ -273,6 +282,7 @@ void DeckModelReader::BeginOrientation(const DeckPlace& place)
 {
   const std::string_view name = card_.ValueOf("NAME");
   if (name.empty()) return Error(place, "expected the name of the orientation, NAME=");
+  CheckLength(name, "an orientation", place);
   if (const DeckOrientation* former = model_.FindOrientation(name))
     Error(place,
           "orientation " + Quoted(name) + " is there already, at " + DescribeDeckPlace(GetFiles(), former->place));
@@ -298,7 +308,7 @@ void DeckModelReader::BeginSection(const DeckPlace& place)
   section.elementSet  = card_.ValueOf("ELSET");
   section.material    = card_.ValueOf("MATERIAL");
   section.orientation = card_.ValueOf("ORIENTATION");
-  section.isComposite = card_.Find("COMPOSITE") != nullptr;
+  section.isComposite = section.kind == "SHELL" && card_.Find("COMPOSITE") != nullptr;  // shells alone have layers
   section.place       = place;
   if (section.isComposite) onData_ = &DeckModelReader::OnLayerData;
   model_.sections.push_back(std::move(section));
@@ -490,21 +500,32 @@ void DeckModelReader::OnOrientationData(const DeckLine& line)
 
 void DeckModelReader::OnLayerData(const DeckLine& line)
 {
-  if (dataLines_ > 0) return;  // the first layer speaks for the section
   DeckFields       fields(line.text);
   std::string_view field;
-  DeckSection&     section = model_.sections.back();
+  std::string      material;
+  std::string      orientation;
   for (int i = 0; fields.Next(field); ++i) {
-    if (i == 2 && section.material.empty()) section.material = Compact(field);
-    if (i == 3 && section.orientation.empty()) section.orientation = Compact(field);
+    if (i == 2) material = Compact(field);
+    if (i == 3) orientation = Compact(field);
   }
+  if (material.empty()) Error(line.place, "expected the material of the layer in the third field");
+  references_.AddLayer(material, orientation, line.place);
+  if (dataLines_ > 0) return;  // the first layer speaks for the section
+  DeckSection& section = model_.sections.back();
+  if (section.material.empty()) section.material = material;
+  if (section.orientation.empty()) section.orientation = orientation;
+}
+
+void DeckModelReader::CheckLength(std::string_view name, const char* what, const DeckPlace& place)
+{
+  if (name.size() > kLongestName)
+    Error(place, std::string("the name of ") + what + " has " + std::to_string(name.size()) +
+                     " characters, expected at most " + std::to_string(kLongestName));
 }
 
 std::size_t DeckModelReader::SetOf(Sets& sets, std::string_view name, const DeckPlace& place)
 {
-  if (name.size() > kLongestName)
-    Error(place, "the name of a set has " + std::to_string(name.size()) + " characters, expected at most " +
-                     std::to_string(kLongestName));
+  CheckLength(name, "a set", place);
   const auto [entry, isNew] = sets.index.try_emplace(std::string(name), sets.list->size());
   if (isNew) sets.list->push_back({std::string(name), {}, place});
   return entry->second;
@@ -573,19 +594,14 @@ void DeckModelReader::CheckSections()
         const std::size_t position = model_.elements.Find(id);
         if (position != IdRadixMap<DeckElement>::npos) hasSection[position] = true;
       }
-    } else if (section.elementSet == "EALL") {
-      hasSection.assign(hasSection.size(), true);
     } else if (section.elementSet.empty()) {
       Error(section.place, "expected the element set of the section, ELSET=");
     } else {
       Error(section.place, "element set " + Quoted(section.elementSet) + " is not defined");
     }
-    if (!section.material.empty() && model_.FindMaterial(section.material) == nullptr)
-      Error(section.place, "material " + Quoted(section.material) + " is not defined");
-    if (section.material.empty() && section.kind == "SOLID")
+    // Layers have materials of their own.
+    if (section.material.empty() && !section.isComposite)
       Error(section.place, "expected the material of the section, MATERIAL=");
-    if (!section.orientation.empty() && model_.FindOrientation(section.orientation) == nullptr)
-      Error(section.place, "orientation " + Quoted(section.orientation) + " is not defined");
   }
   const auto  elements = model_.elements.Entries();
   std::size_t count    = 0;

@@ -78,6 +78,7 @@ private:
   void        OnOrientationData(const DeckLine& line);
   void        OnLayerData(const DeckLine& line);
   void        FinishElement();
+  void        CheckLength(std::string_view name, const char* what, const DeckPlace& place);
   std::size_t SetOf(Sets& sets, std::string_view name, const DeckPlace& place);
   void        Append(Sets& sets, std::size_t set, int id) { (*sets.list)[set].ids.push_back(id); }
   bool        HasRoomInSets(std::size_t count, const DeckPlace& place);
@@ -89,6 +90,8 @@ private:
 
   DeckModel&                target_;
   std::vector<DeckMessage>* messages_;
+  std::size_t               errors_   = 0;  // as many of each kind as were met, up to one more than are listed
+  std::size_t               warnings_ = 0;
 
   DeckReferences references_;
 

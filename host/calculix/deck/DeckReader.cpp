@@ -25,6 +25,24 @@ bool IsFile(const fs::path& path)
   return !isFolder && fs::exists(path, error);
 }
 
+bool CanBeRead(const fs::path& path)
+{
+  // A pipe is opened once: its writer would not wait for a second time.
+  std::error_code error;
+  return fs::is_fifo(path, error) || std::ifstream(path).good();
+}
+
+/// The base takes wide paths, which have no place for other bytes.
+bool IsUtf8(const fs::path& path)
+{
+  try {
+    path.u32string();
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
+}
+
 fs::path CanonicalOf(const fs::path& path)
 {
   std::error_code error;
@@ -97,7 +115,7 @@ void DeckReader::FailAt(const DeckPlace& place, const std::string& text) const
 
 void DeckReader::Walk()
 {
-  if (!IsFile(deck_) || !std::ifstream(deck_)) Fail(deck_.string() + ": expected a deck that can be read");
+  if (!IsFile(deck_) || !CanBeRead(deck_)) Fail(deck_.string() + ": expected a deck that can be read");
   Initialize();
   BeginFile(deck_, CanonicalOf(deck_), {}, {});
   for (;;) {
@@ -213,7 +231,11 @@ DeckReader::Target DeckReader::FindTarget(const DeckLine& line) const
     target.trouble = "the deck has more than " + std::to_string(options_.mostFiles) + " files";
     return target;
   }
-  if (!std::ifstream(target.path)) {
+  if (!IsUtf8(target.path)) {
+    target.trouble = "include file " + target.path.string() + " has a name that is no UTF-8";
+    return target;
+  }
+  if (!CanBeRead(target.path)) {
     target.trouble = "include file " + target.path.string() + " cannot be read";
     return target;
   }

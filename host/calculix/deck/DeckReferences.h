@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -16,7 +17,7 @@
 
 namespace quilon::calculix {
 
-/// Collects the nodes, elements, sets, surfaces and amplitudes that cards name and says at the end which of them are
+/// Collects the nodes, elements, sets and other named things that cards refer to and says at the end which of them are
 /// not there: the solver takes most of them wherever they are defined.
 class DeckReferences
 {
@@ -30,6 +31,8 @@ public:
   void OnCard(const DeckKeyword& keyword, const DeckCard& card, const DeckPlace& place);
   /// A data line of the card.
   void OnData(const DeckLine& line);
+  /// A layer of a section; empty names refer to nothing.
+  void AddLayer(const std::string& material, const std::string& orientation, const DeckPlace& place);
   /// Reports what is not there.
   void Check();
 
@@ -40,13 +43,20 @@ private:
     Node,              ///< an id or a set
     Element,           ///< an id or a set
     ElementOrSurface,  ///< an id, a set or a surface
-    Surface,
     TwoSurfaces,
     Terms,  ///< of equations: node, direction, factor
+    // From here on one name.
+    Surface,
+    Amplitude,
+    Interaction,
+    TimePoints,
+    Material,
+    Orientation,
     NodeSet,
-    ElementSet,
-    Amplitude
+    ElementSet
   };
+
+  using Names = std::unordered_set<std::string>;
 
   struct NamedReference
   {
@@ -64,24 +74,30 @@ private:
   };
 
   static Target TargetOfData(const DeckKeyword& keyword, const DeckCard& card);
+  static Target DefinedBy(const DeckKeyword& keyword);
+  /// @param named a target of one name
+  static const char* KindOf(Target named) noexcept;
 
+  void Define(Target target, const DeckCard& card, const DeckPlace& place);
   void AddFirstField(std::string_view field, const DeckPlace& place);
   void AddTerms(const DeckLine& line);
+  void FinishEquation();
   void AddId(bool isNode, int id, DeckMessage::Severity severity, const DeckPlace& place);
   void AddNodeParameter(const DeckCard& card, std::string_view name, const DeckPlace& place);
   bool IsThere(const IdReference& reference) const noexcept;
+  bool IsDefined(Target target, const std::string& name) const;
 
-  const DeckModel&                model_;
-  Report                          report_;
-  std::unordered_set<std::string> surfaces_;
-  std::unordered_set<std::string> amplitudes_;
-  std::vector<NamedReference>     names_;
-  std::vector<IdReference>        ids_;  // that were not there when they were named
+  const DeckModel&                  model_;
+  Report                            report_;
+  std::unordered_map<Target, Names> defined_;
+  std::vector<NamedReference>       names_;
+  std::vector<IdReference>          ids_;  // that were not there when they were named
 
   Target                target_     = Target::Nothing;  // of the data of the card
   DeckMessage::Severity severity_   = DeckMessage::Error;
   std::size_t           fieldsLeft_ = 0;  // of the equation that is being read
   std::size_t           fieldsRead_ = 0;
+  DeckPlace             equation_;
 };
 
 }  // namespace quilon::calculix

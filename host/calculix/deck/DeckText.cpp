@@ -62,8 +62,8 @@ DeckLineKind KindOfDeckLine(std::string_view line) noexcept
   ++at;
   while (at < line.size() && IsBlank(line[at])) ++at;
   if (at < line.size() && line[at] == '*') return DeckLineKind::Comment;
-  const auto behind = Behind(line.substr(at), "INCLUDE");
-  return behind && (behind->empty() || behind->front() == ',') ? DeckLineKind::Include : DeckLineKind::Card;
+  // As with all keywords, what follows its letters is nothing to the solver.
+  return Behind(line.substr(at), "INCLUDE") ? DeckLineKind::Include : DeckLineKind::Card;
 }
 
 std::string WithoutBlanks(std::string_view text)

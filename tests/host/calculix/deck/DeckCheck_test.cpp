@@ -228,6 +228,9 @@ TEST_F(DeckCheck, BrokenDecksAreToldWithPlaceAndLine)
       {"section without a material",
                     With(", MATERIAL=M", ""),
                     {"a.inp:15: error: expected the material of the section, MATERIAL= [*SOLID SECTION, ELSET=E]"}},
+      {"section of a beam without a material",
+                    WithModel("*BEAM SECTION, ELSET=E\n"),
+                    {"a.inp:12: error: expected the material of the section, MATERIAL= [*BEAM SECTION, ELSET=E]"}},
       {"section of an unknown orientation",
                     With("MATERIAL=M", "MATERIAL=M, ORIENTATION=O"),
                     {"a.inp:15: error: orientation 'O' is not defined [*SOLID SECTION, ELSET=E, MATERIAL=M, ORIENTATION=O]"}},
@@ -237,6 +240,14 @@ TEST_F(DeckCheck, BrokenDecksAreToldWithPlaceAndLine)
       {"orientation given twice",
                     WithModel("*ORIENTATION, NAME=O\n1,0,0,0,1,0\n*ORIENTATION, NAME=O\n0,1,0,1,0,0\n"),
                     {"a.inp:14: error: orientation 'O' is there already, at a.inp:12 [*ORIENTATION, NAME=O]"}},
+      {"material with a long name",
+                    WithModel("*MATERIAL, NAME=" + longName + "\n"),
+                    {"a.inp:12: error: the name of a material has 81 characters, expected at most 80 [*MATERIAL, NAME=" + longName +
+                     "]"}},
+      {"orientation with a long name",
+                    WithModel("*ORIENTATION, NAME=" + longName + "\n1,0,0,0,1,0\n"),
+                    {"a.inp:12: error: the name of an orientation has 81 characters, expected at most 80 [*ORIENTATION, NAME=" +
+                     longName + "]"}},
       {"orientation of an unknown system",
                     WithModel("*ORIENTATION, NAME=O, SYSTEM=POLAR\n1,0,0,0,1,0\n"),
                     {"a.inp:12: error: expected SYSTEM=RECTANGULAR or SYSTEM=CYLINDRICAL, found 'POLAR' [*ORIENTATION, NAME=O, "
@@ -252,6 +263,9 @@ TEST_F(DeckCheck, BrokenDecksAreToldWithPlaceAndLine)
       {"unknown keyword",
                     WithModel("*FOOBAR\n1,2\n3\n"),
                     {"a.inp:12: warning: unknown keyword *FOOBAR, 2 data lines skipped [*FOOBAR]"}},
+      {"asterisk without a keyword",
+                    WithModel("*\n1,2\n"),
+                    {"a.inp:12: warning: unknown keyword *, 1 data line skipped [*]"}},
       {"misspelt keyword",
                     WithModel("*NSTE, NSET=A\n1\n"),
                     {"a.inp:12: warning: unknown keyword *NSTE, 1 data line skipped, did you mean 'NSET'? [*NSTE, NSET=A]"}},
@@ -321,6 +335,48 @@ TEST_F(DeckCheck, BrokenDecksAreToldWithPlaceAndLine)
       {"equation without a count",
                     WithModel("*EQUATION\nN,1,1.\n"),
                     {"a.inp:13: error: expected the number of terms of an equation, found 'N' [N,1,1.]"}},
+      {"equation of a set",
+                    WithModel("*EQUATION\n2\n7,1,1.,N,1,-1.\n"),
+                    {"a.inp:14: error: expected a node id, found 'N' [7,1,1.,N,1,-1.]"}},
+      {"equation with too few terms",
+                    WithModel("*EQUATION\n3\n7,1,1.,8,1,-1.\n"),
+                    {"a.inp:13: error: the equation has 2 terms, expected 3 [3]"}},
+      {"equation with too few terms at the end of the deck",
+                    kWhole + "*EQUATION\n2\n7,1,1.\n",
+                    {"a.inp:27: error: the equation has 1 term, expected 2 [2]"}},
+      {"film of an unknown amplitude",
+                    WithStep("*FILM, FILM AMPLITUDE=A\nE,F1,20.,1.\n"),
+                    {"a.inp:25: error: amplitude 'A' is not defined [*FILM, FILM AMPLITUDE=A]"}},
+      {"radiation of an unknown amplitude",
+                    WithStep("*RADIATE, RADIATION AMPLITUDE=A\nE,R1,20.,1.\n"),
+                    {"a.inp:25: error: amplitude 'A' is not defined [*RADIATE, RADIATION AMPLITUDE=A]"}},
+      {"print at unknown times",
+                    With("PRINT, NSET=N", "PRINT, NSET=N, TIME POINTS=T"),
+                    {"a.inp:23: error: time points 'T' is not defined [*NODE PRINT, NSET=N, TIME POINTS=T]"}},
+      {"contact of an unknown interaction",
+                    WithModel("*SURFACE, NAME=S\n1,S1\n*SURFACE, NAME=T\n1,S2\n*CONTACT PAIR, INTERACTION=I\nS,T\n"),
+                    {"a.inp:16: error: surface interaction 'I' is not defined [*CONTACT PAIR, INTERACTION=I]"}},
+      {"change of an unknown material",
+                    WithStep("*CHANGE MATERIAL, NAME=X\n"),
+                    {"a.inp:25: error: material 'X' is not defined [*CHANGE MATERIAL, NAME=X]"}},
+      {"spring of an unknown orientation",
+                    WithModel("*SPRING, ELSET=E, ORIENTATION=O\n1\n1.\n"),
+                    {"a.inp:12: error: orientation 'O' is not defined [*SPRING, ELSET=E, ORIENTATION=O]"}},
+      {"removal of an unknown set",
+                    WithStep("*MODEL CHANGE, TYPE=ELEMENT, REMOVE\nX\n"),
+                    {"a.inp:26: error: element set 'X' is not defined [X]"}},
+      {"design variables of an unknown set",
+                    WithModel("*DESIGN VARIABLES, TYPE=COORDINATE\nX\n"),
+                    {"a.inp:13: error: node set 'X' is not defined [X]"}},
+      {"pre-tension with an unknown node",
+                    WithModel("*SURFACE, NAME=S\n1,S1\n*PRE-TENSION SECTION, SURFACE=S, NODE=99\n0,0,1\n"),
+                    {"a.inp:14: error: node 99 is not defined [*PRE-TENSION SECTION, SURFACE=S, NODE=99]"}},
+      {"surface without a name",
+                    WithModel("*SURFACE\n1,S1\n"),
+                    {"a.inp:12: error: expected the name of the surface, NAME= [*SURFACE]"}},
+      {"amplitude without a name",
+                    WithModel("*AMPLITUDE\n0.,1.\n"),
+                    {"a.inp:12: error: expected the name of the amplitude, NAME= [*AMPLITUDE]"}},
       {"rigid body with an unknown node",
                     WithModel("*RIGID BODY, NSET=N, REF NODE=99\n"),
                     {"a.inp:12: error: node 99 is not defined [*RIGID BODY, NSET=N, REF NODE=99]"}},
@@ -379,13 +435,49 @@ TEST_F(DeckCheck, WhatIsDefinedLaterIsThere)
             "");
 }
 
-TEST_F(DeckCheck, SetsOfTheSolverItselfAreThere)
+// Programs that write decks often name sets so, and the solver has none of its own.
+TEST_F(DeckCheck, SetOfAllIsThereOnlyWhereTheDeckDefinesIt)
 {
+  EXPECT_EQ(Joined(MessagesOf(WithStep("*NODE PRINT, NSET=Nall\nU\n*DLOAD\nEall,GRAV,9810.,0.,0.,-1.\n"))),
+            "a.inp:25: error: node set 'NALL' is not defined [*NODE PRINT, NSET=Nall]\n"
+            "a.inp:28: error: element set 'EALL' is not defined [Eall,GRAV,9810.,0.,0.,-1.]\n");
+  EXPECT_EQ(Joined(MessagesOf(With("SECTION, ELSET=E", "SECTION, ELSET=Eall"))),
+            "a.inp:11: error: 1 element without a section, the first is 1 [1,1,2,3,4,5,6,7,8]\n"
+            "a.inp:15: error: element set 'EALL' is not defined [*SOLID SECTION, ELSET=Eall, MATERIAL=M]\n");
+}
+
+TEST_F(DeckCheck, LayersOfAShellHaveMaterialsAndOrientations)
+{
+  const std::string head =
+      "*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n5,.5,0,0\n6,1,.5,0\n7,.5,1,0\n8,0,.5,0\n"
+      "*ELEMENT, TYPE=S8R, ELSET=E\n1,1,2,3,4,5,6,7,8\n*MATERIAL, NAME=M\n*ORIENTATION, NAME=O\n1,0,0,0,1,0\n";
+  EXPECT_EQ(Joined(MessagesOf(head + "*SHELL SECTION, ELSET=E, COMPOSITE, ORIENTATION=O\n.1,,M\n.1,3,m,o\n")), "");
   EXPECT_EQ(
-      Joined(MessagesOf(WithStep("*NODE PRINT, NSET=NALL\nU\n*EL PRINT, ELSET=Eall\nS\n*DLOAD\nEALL,GRAV,9810.,0.,"
-                                 "0.,-1.\n"))),
-      "");
-  EXPECT_EQ(Joined(MessagesOf(With("SECTION, ELSET=E", "SECTION, ELSET=Eall"))), "");
+      Joined(MessagesOf(head + "*SHELL SECTION, ELSET=E, COMPOSITE, ORIENTATION=P\n.1,,M\n.1,,X,O\n.1,,M,Q\n.1\n")),
+      "a.inp:15: error: orientation 'P' is not defined [*SHELL SECTION, ELSET=E, COMPOSITE, ORIENTATION=P]\n"
+      "a.inp:17: error: material 'X' is not defined [.1,,X,O]\n"
+      "a.inp:18: error: orientation 'Q' is not defined [.1,,M,Q]\n"
+      "a.inp:19: error: expected the material of the layer in the third field [.1]\n");
+  EXPECT_EQ(Joined(MessagesOf(head + "*SHELL SECTION, ELSET=E\n.1\n")),
+            "a.inp:15: error: expected the material of the section, MATERIAL= [*SHELL SECTION, ELSET=E]\n");
+}
+
+TEST_F(DeckCheck, BlanksBehindTheSplitOfALineDoNoHarm)
+{
+  EXPECT_EQ(Joined(MessagesOf(With("7,1,1,1\n", "7,1,1,1" + std::string(2000, ' ') + "\t\n"))), "");
+}
+
+// Two files of a model that share the nodes of their border say each of them twice.
+TEST_F(DeckCheck, WarningsBeyondTheLimitAreNoErrorAndHideNone)
+{
+  std::string nodes;
+  for (int i = 1; i <= 10005; ++i) nodes += std::to_string(i) + ",0,0,0\n";
+  const std::vector<std::string> messages = MessagesOf("*NODE\n" + nodes + "*NODE\n" + nodes + "x\n");
+  ASSERT_EQ(messages.size(), 10002U);
+  EXPECT_EQ(messages[9999],
+            "a.inp:20007: warning: node 10000 is there already, at a.inp:10001, at the same position [10000,0,0,0]");
+  EXPECT_EQ(messages[10000], "a.inp:20008: warning: there are more warnings than can be listed [10001,0,0,0]");
+  EXPECT_EQ(messages[10001], "a.inp:20013: error: expected a node id, found 'x' [x]");
 }
 
 TEST_F(DeckCheck, SurfacesCarryLoads)

@@ -271,10 +271,12 @@ TEST_F(DeckModelTest, ElementTypesAreKnownByName)
     const char* name;
     int         nodes, frd, points, dimension;
   };
-  const Row rows[] = {{"C3D4", 4, 3, 1, 3}, {"C3D10", 10, 6, 4, 3},  {"C3D6", 6, 2, 2, 3},  {"C3D15", 15, 5, 9, 3},
-                      {"C3D8", 8, 1, 8, 3}, {"C3D8R", 8, 1, 1, 3},   {"C3D8I", 8, 1, 8, 3}, {"C3D20", 20, 4, 27, 3},
-                      {"S8R", 8, 10, 0, 2}, {"C3D20R", 20, 4, 8, 3}, {"B32R", 3, 12, 0, 1}, {"SPRINGA", 2, 0, 0, 0},
-                      {"B21", 2, 11, 0, 1}, {"T3D3", 3, 12, 0, 1},   {"CPE6", 6, 8, 0, 2},  {"D", 3, 12, 0, 1}};
+  const Row rows[] = {
+      {"C3D4", 4, 3, 1, 3},     {"C3D10", 10, 6, 4, 3},  {"C3D6", 6, 2, 2, 3},    {"C3D15", 15, 5, 9, 3},
+      {"C3D8", 8, 1, 8, 3},     {"C3D8R", 8, 1, 1, 3},   {"C3D8I", 8, 1, 8, 3},   {"C3D20", 20, 4, 27, 3},
+      {"S8R", 8, 10, 0, 2},     {"C3D20R", 20, 4, 8, 3}, {"B32R", 3, 12, 0, 1},   {"SPRINGA", 2, 0, 0, 0},
+      {"DC3D20R", 20, 4, 8, 3}, {"DC3D8I", 8, 1, 8, 3},  {"DCAX8R", 8, 10, 0, 2}, {"DCPE3", 3, 7, 0, 2},
+      {"B21", 2, 11, 0, 1},     {"T3D3", 3, 12, 0, 1},   {"CPE6", 6, 8, 0, 2},    {"D", 3, 12, 0, 1}};
   for (const Row& row : rows) {
     const DeckElementType* type = FindDeckElementType(row.name);
     ASSERT_NE(type, nullptr) << row.name;
@@ -284,7 +286,7 @@ TEST_F(DeckModelTest, ElementTypesAreKnownByName)
     EXPECT_EQ(type->numPoints, row.points) << row.name;
     EXPECT_EQ(type->dimension, row.dimension) << row.name;
   }
-  for (const char* name : {"", "C3D", "C3D9", "c3d8", "ZZZ", "A"})
+  for (const char* name : {"", "C3D", "C3D9", "c3d8", "DS4", "DB31", "ZZZ", "A"})
     EXPECT_EQ(FindDeckElementType(name), nullptr) << name;
 }
 

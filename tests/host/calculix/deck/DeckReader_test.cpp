@@ -4,7 +4,10 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
+
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -325,6 +328,29 @@ TEST_F(DeckReaderTest, NamesMayHaveAnyCharacters)
   folder_.Write("größe.inp", "*INCLUDE, INPUT=maß.inc\n");
   folder_.Write("maß.inc", "B\n");
   EXPECT_EQ(Read("größe.inp")[4], "maß.inc:1 B");
+}
+
+TEST_F(DeckReaderTest, IncludeWhoseNameIsNoUtf8IsNamedWithItsPlace)
+{
+  folder_.Write("a.inp", "*NODE\n*INCLUDE, INPUT=ma\xdf.inc\n");
+  folder_.Write("ma\xdf.inc", "1\n");
+  EXPECT_EQ(Failure("a.inp"), "a.inp:2: include file ma\xdf.inc has a name that is no UTF-8");
+}
+
+TEST_F(DeckReaderTest, PipesAreReadOnce)
+{
+  for (const char* name : {"a.inp", "b.inc"}) ASSERT_EQ(mkfifo((folder_ / name).c_str(), 0600), 0);
+  std::thread              writer([this] {
+    std::ofstream(folder_ / "a.inp") << "*NODE\n*INCLUDE, INPUT=b.inc\n";
+    std::ofstream(folder_ / "b.inc") << "1, zero\n";
+  });
+  std::vector<DeckMessage> messages;
+  ReadDeckModel(folder_ / "a.inp", {}, messages);
+  writer.join();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(messages[0].text, "expected a coordinate, found 'zero'");
+  EXPECT_EQ(messages[0].place.file, 1U);
+  EXPECT_EQ(messages[0].line, "") << "to read it again would be to wait for another writer";
 }
 
 TEST_F(DeckReaderTest, ProgressCountsBytesOfAllFiles)

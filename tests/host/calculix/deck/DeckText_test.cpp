@@ -39,7 +39,7 @@ TEST(DeckText, KindOfALineIgnoresBlanksAndCase)
       {"*INCLUDE, INPUT=a.inc", DeckLineKind::Include},
       {" *in clude,input=a.inc", DeckLineKind::Include},
       {"*INCLUDE", DeckLineKind::Include},
-      {"*INCLUDED", DeckLineKind::Card},
+      {"*INCLUDES, INPUT=a.inc", DeckLineKind::Include},  // the solver compares no more than its own letters
       {"*INCLUD", DeckLineKind::Card},
       {"1, 2.", DeckLineKind::Data},
       {"a title", DeckLineKind::Data},
