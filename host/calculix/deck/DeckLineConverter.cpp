@@ -263,12 +263,14 @@ const DeckLineConverter::Rule* DeckLineConverter::Rule::Find(std::string_view ke
       {"SURFACE", &C::Surface},
       {"SURFACEBEHAVIOR", &C::SurfaceBehavior},
       {"SURFACEINTERACTION", &C::Plain},
-      {"TEMPERATURE", &C::NodeFirst},
+      {"TEMPERATURE", &C::Temperature},
       {"TIE", &C::Plain, {{{"POSITIONTOLERANCE", 1}}}},
       {"TIMEPOINTS", &C::Plain},
       {"TRANSFORM", &C::Lengths},
       {"UNCOUPLEDTEMPERATURE-DISPLACEMENT", &C::Plain},
+      {"USERELEMENT", &C::Plain, {{{"INTEGRATIONPOINTS", 0}, {"MAXDOF", 0}, {"NODES", 0}}}},
       {"USERMATERIAL", &C::Unknown},
+      {"USERSECTION", &C::Unknown},
       {"VISCO", &C::Plain},
   };
   const auto found = std::find_if(std::begin(kRules), std::end(kRules),
@@ -296,21 +298,35 @@ DeckLineConverter::DeckLineConverter(int lengthExponent, int nodeOffset, const D
 
 std::string DeckLineConverter::ConvertCard(std::string_view line)
 {
-  if (openNodes_ > 0) FailWith(CardName() + " ends before its data are complete");
-  card_      = ParseDeckCard(line);
-  rule_      = Rule::Find(card_.keyword);
-  dataLines_ = 0;
+  card_         = ParseDeckCard(line);
+  rule_         = Rule::Find(card_.keyword);
+  dataLines_    = 0;
+  hasThickness_ = false;
+  CheckOtherFiles();
   if (card_.keyword == "ELEMENT") {
     const std::string_view name = card_.ValueOf("TYPE");
     const auto*            type = FindDeckElementType(name);
     for (const auto& user : model_.userElementTypes)
       if (user->name == name) type = &user->type;
     if (type == nullptr) FailWith("element type '" + Shown(name) + "' is not known");
+    // Of fluids the first degrees of freedom are mass flows, velocities and pressures.
+    if (lengthExponent_ != 0 && (name == "D" || name.starts_with("F3D"))) FailUnknown("element type " + Shown(name));
     nodesPerElement_ = type->numNodes;
   }
+  int rotationNode = 0;
+  if (card_.keyword == "RIGIDBODY" && ReadDeckInteger(card_.ValueOf("ROTNODE"), rotationNode))
+    rotationNodes_.insert(rotationNode);
   DeckDataLine fields(line);
   EditParameters(fields);
   return fields.Text();
+}
+
+void DeckLineConverter::EndCard()
+{
+  if (openNodes_ > 0) FailWith(CardName() + " ends before its data are complete");
+  if (lengthExponent_ != 0 && card_.keyword == "SOLIDSECTION" && !hasThickness_ && HasDefaultThickness())
+    FailWith("cannot convert " + CardName() +
+             " of plane elements: expected their thickness, the solver takes 1 for none and 0");
 }
 
 std::string DeckLineConverter::ConvertData(std::string_view line)
@@ -324,6 +340,25 @@ std::string DeckLineConverter::ConvertData(std::string_view line)
   }
   ++dataLines_;
   return fields.Text();
+}
+
+/// Results that a card takes from elsewhere stay in their units and with their node numbers.
+void DeckLineConverter::CheckOtherFiles() const
+{
+  // A submodel finds its place in the global one by coordinates.
+  const bool readsFile = card_.Find("FILE") != nullptr || card_.Find("READ") != nullptr ||
+                         (card_.Find("INPUT") != nullptr && lengthExponent_ != 0);
+  if (readsFile) FailUnknown("the file that " + CardName() + " reads");
+}
+
+bool DeckLineConverter::HasDefaultThickness() const
+{
+  const DeckSet* set = model_.FindElementSet(card_.ValueOf("ELSET"));
+  return set != nullptr && std::any_of(set->ids.begin(), set->ids.end(), [this](int id) {
+           const DeckElement* element = model_.FindElement(id);
+           return element != nullptr && element->type != nullptr &&
+                  std::string_view(element->type->name).starts_with("CP");
+         });
 }
 
 void DeckLineConverter::EditParameters(DeckDataLine& line) const
@@ -348,7 +383,7 @@ void DeckLineConverter::EditParameters(DeckDataLine& line) const
       if (nodeOffset_ != 0 && ReadDeckInteger(value, node))
         line.Replace(i, std::string(field.substr(0, equals + 1)) + Renumbered(node));
     } else if (lengthExponent_ != 0) {
-      line.Replace(i, std::string(field.substr(0, equals + 1)) + ShiftDecimal(value, known->power * lengthExponent_));
+      line.Replace(i, std::string(field.substr(0, equals + 1)) + Scaled(value, known->power));
     }
   }
 }
@@ -394,12 +429,19 @@ void DeckLineConverter::Surface(DeckDataLine& line)
 
 void DeckLineConverter::NodeFirst(DeckDataLine& line) { Node(line, 0); }
 
+void DeckLineConverter::Temperature(DeckDataLine& line)
+{
+  Node(line, 0);
+  ScaleFrom(line, 2, -1);  // gradients across shells and beams
+}
+
 void DeckLineConverter::NodeSecond(DeckDataLine& line) { Node(line, 1); }
 
 void DeckLineConverter::NodeThickness(DeckDataLine& line)
 {
   Node(line, 0);
   Scale(line, 1, 1);
+  Scale(line, 2, 1);  // of beams
 }
 
 void DeckLineConverter::Lengths(DeckDataLine& line) { ScaleFrom(line, 0, 1); }
@@ -416,7 +458,9 @@ void DeckLineConverter::FirstLineLengths(DeckDataLine& line)
 void DeckLineConverter::SolidSection(DeckDataLine& line)
 {
   // A thickness of plane elements or an area of trusses; of solids the solver does not look at it.
-  if (lengthExponent_ == 0 || !line.HasNumber(0)) return;
+  double size = 0.0;
+  if (lengthExponent_ == 0 || !ReadDeckNumber(line[0], size)) return;
+  hasThickness_            = hasThickness_ || size != 0.0;
   const DeckSet* set       = model_.FindElementSet(card_.ValueOf("ELSET"));
   int            dimension = 0;
   bool           isMixed   = set == nullptr;
@@ -470,7 +514,7 @@ void DeckLineConverter::Boundary(DeckDataLine& line)
   double value = 0.0;
   if (!ReadDeckNumber(line[3], value) || value == 0.0) return;
   const int first = DegreeIn(line, 1);
-  Scale(line, 3, PowerOfDegree(first, line[2].empty() ? first : DegreeIn(line, 2)));
+  Scale(line, 3, PowerOfDegree(line[0], first, line[2].empty() ? first : DegreeIn(line, 2)));
 }
 
 void DeckLineConverter::ConcentratedLoad(DeckDataLine& line)
@@ -480,7 +524,7 @@ void DeckLineConverter::ConcentratedLoad(DeckDataLine& line)
   if (lengthExponent_ == 0 || !ReadDeckNumber(line[2], value) || value == 0.0) return;
   // A moment is a force times a length.
   const int degree = DegreeIn(line, 1);
-  Scale(line, 2, 1 - PowerOfDegree(degree, degree));
+  Scale(line, 2, 1 - PowerOfDegree(line[0], degree, degree));
 }
 
 void DeckLineConverter::ConcentratedFlux(DeckDataLine& line)
@@ -526,12 +570,12 @@ void DeckLineConverter::InitialConditions(DeckDataLine& line)
 {
   const std::string_view type = card_.ValueOf("TYPE");
   if (type == "TEMPERATURE") {
-    Node(line, 0);
+    Temperature(line);
   } else if (IsOneOf(type, {"DISPLACEMENT", "VELOCITY"})) {
     Node(line, 0);
     if (lengthExponent_ == 0) return;
     const int degree = DegreeIn(line, 1);
-    Scale(line, 2, PowerOfDegree(degree, degree));
+    Scale(line, 2, PowerOfDegree(line[0], degree, degree));
   } else if (type == "STRESS") {
     for (std::size_t i = 2; i < 8; ++i) Scale(line, i, -2);
   } else if (type != "PLASTICSTRAIN") {
@@ -550,7 +594,7 @@ void DeckLineConverter::Equation(DeckDataLine& line)
     Node(line, i);
     if (lengthExponent_ == 0) continue;
     const int degree = DegreeIn(line, i + 1);
-    const int power  = PowerOfDegree(degree, degree);
+    const int power  = PowerOfDegree(line[i], degree, degree);
     if (hasPower_ && power != power_) FailUnknown("an equation of translations and rotations");
     power_    = power;
     hasPower_ = true;
@@ -602,8 +646,19 @@ void DeckLineConverter::FailUnknown(const std::string& what) const
 
 void DeckLineConverter::Scale(DeckDataLine& line, std::size_t field, int power)
 {
-  if (lengthExponent_ == 0 || power == 0 || !line.HasNumber(field)) return;
-  line.Replace(field, ShiftDecimal(line[field], power * lengthExponent_));
+  if (lengthExponent_ != 0 && power != 0 && line.HasNumber(field)) line.Replace(field, Scaled(line[field], power));
+}
+
+std::string DeckLineConverter::Scaled(std::string_view number, int power) const
+{
+  double value = 0.0;
+  ReadDeckNumber(number, value);
+  if (IsCutBySolver(number, value))
+    FailWith("the solver reads the first 20 characters of '" + Shown(number) + "', which is another number");
+  std::string scaled = ShiftDecimal(number, power * lengthExponent_);
+  if (!ReadDeckNumber(scaled, value))
+    FailWith("'" + Shown(number) + "' would become '" + scaled + "', which is no number");
+  return scaled;
 }
 
 void DeckLineConverter::ScaleFrom(DeckDataLine& line, std::size_t first, int power)
@@ -626,11 +681,24 @@ std::string DeckLineConverter::Renumbered(int node) const
   return std::to_string(number);
 }
 
-int DeckLineConverter::PowerOfDegree(int first, int last) const
+int DeckLineConverter::PowerOfDegree(std::string_view nodes, int first, int last) const
 {
-  if (first >= 1 && last <= 3) return 1;
+  if (first >= 1 && last <= 3) return AreRotations(nodes) ? 0 : 1;
   if ((first >= 4 && last <= 6) || (first == 11 && last == 11)) return 0;
   FailUnknown("degrees of freedom " + std::to_string(first) + " to " + std::to_string(last) + " of " + CardName());
+}
+
+bool DeckLineConverter::AreRotations(std::string_view nodes) const
+{
+  int node = 0;
+  if (ReadDeckInteger(nodes, node)) return rotationNodes_.count(node) > 0;
+  const DeckSet* set = rotationNodes_.empty() ? nullptr : model_.FindNodeSet(Compact(nodes));
+  if (set == nullptr) return false;
+  const auto isRotation = [this](int id) { return rotationNodes_.count(id) > 0; };
+  const bool hasAny     = std::any_of(set->ids.begin(), set->ids.end(), isRotation);
+  if (hasAny && !std::all_of(set->ids.begin(), set->ids.end(), isRotation))
+    FailUnknown("node set '" + Shown(set->name) + "' with the ROT NODE of a rigid body in it");
+  return hasAny;
 }
 
 int DeckLineConverter::DegreeIn(const DeckDataLine& line, std::size_t field) const

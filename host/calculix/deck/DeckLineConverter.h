@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,6 +64,8 @@ public:
 
   /// @param line of kind Card
   std::string ConvertCard(std::string_view line);
+  /// Checks what cannot be told before a card's data have ended; to be called before the next card and behind the last.
+  void EndCard();
   /// @param line of kind Data
   std::string ConvertData(std::string_view line);
 
@@ -80,6 +83,7 @@ private:
   void NodeSet(DeckDataLine& line);
   void Surface(DeckDataLine& line);
   void NodeFirst(DeckDataLine& line);
+  void Temperature(DeckDataLine& line);
   void NodeSecond(DeckDataLine& line);
   void NodeThickness(DeckDataLine& line);
   void Lengths(DeckDataLine& line);
@@ -108,14 +112,21 @@ private:
   std::string       CardName() const { return "*" + card_.keyword; }
 
   /// Multiplies by the length to the power given; a field without text stays.
-  void Scale(DeckDataLine& line, std::size_t field, int power);
-  void ScaleFrom(DeckDataLine& line, std::size_t first, int power);
+  void        Scale(DeckDataLine& line, std::size_t field, int power);
+  std::string Scaled(std::string_view number, int power) const;
+  void        ScaleFrom(DeckDataLine& line, std::size_t first, int power);
   /// Renumbers a field that holds a node; the name of a set stays.
   void        Node(DeckDataLine& line, std::size_t field);
   std::string Renumbered(int node) const;
+  /// @param nodes number of a node or name of a set
   /// @return 1 for translations, 0 for rotations and temperatures
-  int  PowerOfDegree(int first, int last) const;
+  int PowerOfDegree(std::string_view nodes, int first, int last) const;
+  /// @return whether the degrees of freedom 1 to 3 of the nodes are rotations
+  bool AreRotations(std::string_view nodes) const;
   int  DegreeIn(const DeckDataLine& line, std::size_t field) const;
+  void CheckOtherFiles() const;
+  /// @return whether elements of the section have a thickness where the card states none
+  bool HasDefaultThickness() const;
   void EditParameters(DeckDataLine& line) const;
 
   int                                     lengthExponent_;
@@ -129,7 +140,10 @@ private:
   int         openNodes_       = 0;  // of an element or equation, still to come
   int         power_           = 0;  // of the degrees of freedom in the equation
   bool        hasPower_        = false;
+  bool        hasThickness_    = false;  // of a solid section
   int         nodesPerElement_ = 0;
+
+  std::set<int> rotationNodes_;  // of the rigid bodies so far: their translations are the body's rotations
 };
 
 }  // namespace quilon::calculix

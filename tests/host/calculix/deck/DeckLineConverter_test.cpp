@@ -1,6 +1,7 @@
 #include "calculix/deck/DeckLineConverter.h"
 
 #include <cmath>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@ std::string ConvertLines(const std::string& text, int lengthExponent, int nodeOf
     const std::string line = text.substr(at, end - at);
     switch (KindOfDeckLine(line)) {
       case DeckLineKind::Card:
+        converter.EndCard();
         result += converter.ConvertCard(line);
         break;
       case DeckLineKind::Data:
@@ -32,16 +34,17 @@ std::string ConvertLines(const std::string& text, int lengthExponent, int nodeOf
     result += '\n';
     at = end + 1;
   }
+  converter.EndCard();
   return result;
 }
 
 std::string InMetres(const std::string& text) { return ConvertLines(text, -3, 0); }
 std::string Moved(const std::string& text) { return ConvertLines(text, 0, 1000); }
 
-std::string FailureOf(const std::string& text, int lengthExponent, int nodeOffset)
+std::string FailureOf(const std::string& text, int lengthExponent, int nodeOffset, const DeckModel& model = {})
 {
   try {
-    ConvertLines(text, lengthExponent, nodeOffset);
+    ConvertLines(text, lengthExponent, nodeOffset, model);
   } catch (const std::runtime_error& error) {
     return error.what();
   }
@@ -133,7 +136,7 @@ TEST(DeckLineConverter, QuantitiesFollowTheirLengths)
        "*SHELL SECTION, ELSET=E, COMPOSITE\n0.001,,M1,O1\n0.002,,M2\n"},
       {"*BEAM SECTION, ELSET=E, MATERIAL=M, SECTION=RECT\n3.,2.\n0.,0.,1.\n",
        "*BEAM SECTION, ELSET=E, MATERIAL=M, SECTION=RECT\n0.003,0.002\n0.,0.,1.\n"},
-      {"*NODAL THICKNESS\nN,2.\n", "*NODAL THICKNESS\nN,0.002\n"},
+      {"*NODAL THICKNESS\nN,2.\n1,2.,3.\n", "*NODAL THICKNESS\nN,0.002\n1,0.002,0.003\n"},
       {"*MASS, ELSET=E\n1E-3\n", "*MASS, ELSET=E\n1.E0\n"},
       {"*BOUNDARY\nN,1,6\n1,1,3,0.\n1,1,6,0.\n1,3,,-0.5\n1,4,4,.1\n1,11,11,300.\n",
        "*BOUNDARY\nN,1,6\n1,1,3,0.\n1,1,6,0.\n1,3,,-0.0005\n1,4,4,.1\n1,11,11,300.\n"},
@@ -142,6 +145,10 @@ TEST(DeckLineConverter, QuantitiesFollowTheirLengths)
        "*DLOAD\nE,P1,2000000.\nE,P,2000000.\nE,GRAV,9.810,0.,0.,-1.\nE,CENTRIF,1E6,0.001,0.002,0.003,0.,0.,1.\n"},
       {"*DSLOAD\nS,P,2.\n", "*DSLOAD\nS,P,2000000.\n"},
       {"*TEMPERATURE\n1,300.\n", "*TEMPERATURE\n1,300.\n"},
+      // Gradients across a shell, and across a beam in two directions.
+      {"*TEMPERATURE\n1,300.,10.\nN,300.,10.,-.5\n", "*TEMPERATURE\n1,300.,10000.\nN,300.,10000.,-500.\n"},
+      {"*INITIAL CONDITIONS, TYPE=TEMPERATURE\nN,293.,10.,20.\n",
+       "*INITIAL CONDITIONS, TYPE=TEMPERATURE\nN,293.,10000.,20000.\n"},
       {"*CFLUX\n1,11,5.\n", "*CFLUX\n1,11,0.005\n"},
       {"*DFLUX\nE,S1,5.\nE,BF,5.\n", "*DFLUX\nE,S1,5000.\nE,BF,5000000.\n"},
       {"*FILM\nE,F3,293.,.5\n", "*FILM\nE,F3,293.,500.\n"},
@@ -149,6 +156,9 @@ TEST(DeckLineConverter, QuantitiesFollowTheirLengths)
       {"*SURFACE BEHAVIOR, PRESSURE-OVERCLOSURE=LINEAR\n1E7,2.\n",
        "*SURFACE BEHAVIOR, PRESSURE-OVERCLOSURE=LINEAR\n1.E16,2000000.\n"},
       {"*FRICTION\n.2,1E5\n", "*FRICTION\n.2,1.E14\n"},
+      // Degrees 1 to 3 of a ROT NODE are the rotations of its body.
+      {"*RIGID BODY, NSET=N, REF NODE=8, ROT NODE=9\n*BOUNDARY\n9,1,3,.5\n8,1,3,.5\n*CLOAD\n9,1,4.\n8,1,4.\n",
+       "*RIGID BODY, NSET=N, REF NODE=8, ROT NODE=9\n*BOUNDARY\n9,1,3,.5\n8,1,3,0.0005\n*CLOAD\n9,1,0.004\n8,1,4.\n"},
       {"*INITIAL CONDITIONS, TYPE=TEMPERATURE\nN,293.\n", "*INITIAL CONDITIONS, TYPE=TEMPERATURE\nN,293.\n"},
       {"*INITIAL CONDITIONS, TYPE=VELOCITY\nN,1,5.\n", "*INITIAL CONDITIONS, TYPE=VELOCITY\nN,1,0.005\n"},
       {"*INITIAL CONDITIONS, TYPE=STRESS\n1,1,1.,2.,3.,0.,0.,0.\n",
@@ -194,6 +204,8 @@ TEST(DeckLineConverter, NodeNumbersAreFoundWhereverACardHoldsThem)
       {"*NODAL THICKNESS\n1,2.\n", "*NODAL THICKNESS\n1001,2.\n"},
       {"*NORMAL\n1,2,0.,0.,1.\n", "*NORMAL\n1,1002,0.,0.,1.\n"},
       {"*RETAINED NODAL DOFS\n1,1,3\n", "*RETAINED NODAL DOFS\n1001,1,3\n"},
+      {"*SUBMODEL, TYPE=NODE, INPUT=global.frd\nN\n", "*SUBMODEL, TYPE=NODE, INPUT=global.frd\nN\n"},
+      {"*RESTART, WRITE, FREQUENCY=1\n", "*RESTART, WRITE, FREQUENCY=1\n"},
       {"*SPRING, ELSET=E\n\n5.\n", "*SPRING, ELSET=E\n\n5.\n"},
   };
   for (const Row& row : rows) EXPECT_EQ(Moved(row.before), row.after);
@@ -225,6 +237,14 @@ TEST(DeckLineConverter, WhatIsNotKnownIsNamed)
                 {"*DFLUX\nE,X,1.\n", -3, 0, "cannot convert flux 'X' of *DFLUX"},
                 {"*BOUNDARY\n1,1,6,.5\n", -3, 0, "cannot convert degrees of freedom 1 to 6 of *BOUNDARY"},
                 {"*BOUNDARY\n1,8,8,.5\n", -3, 0, "cannot convert degrees of freedom 8 to 8 of *BOUNDARY"},
+                {"*RESTART, READ, STEP=2\n", -3, 0, "cannot convert the file that *RESTART reads"},
+                {"*RESTART, READ, STEP=2\n", 0, 5, "cannot convert the file that *RESTART reads"},
+                {"*TEMPERATURE, FILE=heat.frd\n", 0, 5, "cannot convert the file that *TEMPERATURE reads"},
+                {"*SUBMODEL, TYPE=NODE, INPUT=global.frd\nN\n", -3, 0, "cannot convert the file that *SUBMODEL reads"},
+                {"*ELEMENT, TYPE=D\n1,0,1,2\n", -3, 0, "cannot convert element type D"},
+                {"*ELEMENT, TYPE=F3D8\n1,1,2,3,4,5,6,7,8\n", -3, 0, "cannot convert element type F3D8"},
+                {"*RIGID BODY, NSET=N, REF NODE=8, ROT NODE=9\n*EQUATION\n2\n1,1,1.,9,1,1.\n", -3, 0,
+                 "cannot convert an equation of translations and rotations"},
                 {"*EQUATION\n2\n1,1,1.,2,5,1.\n", -3, 0, "cannot convert an equation of translations and rotations"},
                 {"*SOLID SECTION, ELSET=E, MATERIAL=M\n1.\n", -3, 0,
                  "cannot convert the data of *SOLIDSECTION of elements of several kinds"},
@@ -236,6 +256,10 @@ TEST(DeckLineConverter, WhatIsNotKnownIsNamed)
               std::string(row.message) + (row.lengthExponent != 0 ? kLengths : kNodes));
   EXPECT_EQ(FailureOf("*ELEMENT, TYPE=C3D9\n1,2\n", 0, 5), "element type 'C3D9' is not known");
   EXPECT_EQ(FailureOf("*ELEMENT, TYPE=C3D4\n1,2\n*NODE\n", 0, 5), "*ELEMENT ends before its data are complete");
+  EXPECT_EQ(FailureOf("*EQUATION\n2\n1,1,1.\n", 0, 5), "*EQUATION ends before its data are complete");
+  EXPECT_EQ(FailureOf("*CLOAD\n1,1,1.23456789012345678E2\n1,4,1.23456789012345678E2\n", -3, 0),
+            "the solver reads the first 20 characters of '1.23456789012345678E2', which is another number");
+  EXPECT_EQ(FailureOf("*NODE\n1,1E307,0,0\n", 3, 0), "'1E307' would become '1.E310', which is no number");
   EXPECT_EQ(FailureOf("*EQUATION\nA\n", 0, 5), "expected the number of terms");
   EXPECT_EQ(FailureOf("*CLOAD\n1,X,2.\n", -3, 0), "expected a degree of freedom, found 'X'");
   EXPECT_EQ(FailureOf("*NODE\n2147483000,0.\n", 0, 1000), "node 2147483000 would become 2147484000");
@@ -260,4 +284,60 @@ TEST(DeckLineConverter, SolidSectionsDependOnTheirElements)
   EXPECT_EQ(convert("C3D8"), "2.\n");
   EXPECT_EQ(convert("CPS4"), "0.002\n");
   EXPECT_EQ(convert("T3D2"), "0.000002\n");
+}
+
+// The solver gives such elements a thickness of 1, in the new unit of length as in the old one.
+TEST(DeckLineConverter, PlaneElementsWithoutAThicknessAreNotConverted)
+{
+  DeckModel model;
+  int       id = 0;
+  for (const char* type : {"C3D8", "CPS4", "CPE6", "CAX4"}) {
+    DeckElement element;
+    element.type = FindDeckElementType(type);
+    model.elements.FindOrInsert(++id);
+    model.elements.At(model.elements.Find(id)) = element;
+    model.elementSets.push_back({type, {id}, {}});
+  }
+  const auto failure = [&](const std::string& set, const std::string& data, int lengthExponent) {
+    return FailureOf("*SOLID SECTION, ELSET=" + set + ", MATERIAL=M\n" + data, lengthExponent, 0, model);
+  };
+  for (const char* set : {"CPS4", "CPE6"}) {
+    for (const char* data : {"", "0.\n", ",\n", "*STEP\n", "** none\n"}) {
+      EXPECT_EQ(failure(set, data, -3),
+                "cannot convert *SOLIDSECTION of plane elements: expected their thickness, the solver takes 1 for none "
+                "and 0")
+          << set << ' ' << data;
+      EXPECT_EQ(failure(set, data, 0), "no failure");
+    }
+    EXPECT_EQ(failure(set, ".5\n", -3), "no failure");
+  }
+  EXPECT_EQ(failure("C3D8", "", -3), "no failure");
+  EXPECT_EQ(failure("CAX4", "", -3), "no failure") << "the solver takes an angle";
+}
+
+TEST(DeckLineConverter, ASetOfRotationNodesIsTakenWholeOrNotAtAll)
+{
+  DeckModel model;
+  model.nodeSets.push_back({"NROT", {9, 10}, {}});
+  model.nodeSets.push_back({"NMIXED", {8, 9}, {}});
+  const std::string bodies =
+      "*RIGID BODY, NSET=A, REF NODE=1, ROT NODE=9\n*RIGID BODY, NSET=B, REF NODE=2, ROT NODE=10\n*BOUNDARY\n";
+  EXPECT_EQ(ConvertLines(bodies + "nrot,1,1,.5\n", -3, 0, model), bodies + "nrot,1,1,.5\n");
+  EXPECT_EQ(
+      FailureOf(bodies + "NMIXED,1,1,.5\n", -3, 0, model),
+      "cannot convert node set 'NMIXED' with the ROT NODE of a rigid body in it: which of its numbers hold lengths "
+      "is not known");
+  EXPECT_EQ(FailureOf(bodies + "NMIXED,1,1\n", -3, 0, model), "no failure");
+}
+
+TEST(DeckLineConverter, ElementsOfATypeThatTheDeckDefinesAreRenumbered)
+{
+  DeckModel  model;
+  const auto type = std::make_shared<DeckUserElementType>();
+  type->name      = "U1";
+  type->type      = {type->name.c_str(), 2, 0, 0, 0};
+  model.userElementTypes.push_back(type);
+  const std::string card = "*USER ELEMENT, TYPE=U1, NODES=2, INTEGRATION POINTS=1, MAXDOF=3\n";
+  EXPECT_EQ(ConvertLines(card + "*ELEMENT, TYPE=U1\n1,1,2\n*USER SECTION, CONSTANTS=1\n5.\n", 0, 1000, model),
+            card + "*ELEMENT, TYPE=U1\n1,1001,1002\n*USER SECTION, CONSTANTS=1\n5.\n");
 }
