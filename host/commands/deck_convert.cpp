@@ -6,6 +6,7 @@
 #include "calculix/deck/DeckConverter.h"
 #include "commands/DeckArguments.h"
 #include "commands/DeckCommands.h"
+#include "Failure.h"
 #include "terminal/Format.h"
 #include "terminal/Output.h"
 
@@ -22,12 +23,15 @@ struct Options
   std::string   units;
   int           firstNode      = 0;
   bool          renumbersNodes = false;
+  bool          hasOutFolder   = false;
   bool          keepLineEnds   = false;
   bool          stripComments  = false;
 };
 
 void Run(const Options& options, CommandContext& context)
 {
+  // A script's empty variable; without the folder the copies would lie among the sources.
+  if (options.hasOutFolder && options.outFolder.empty()) Fail("--out-dir is empty, expected a folder");
   calculix::DeckConversion conversion;
   conversion.suffix       = options.suffix;
   conversion.output       = options.output;
@@ -54,8 +58,9 @@ CommandFunction DefineDeckConvert(CLI::App& app)
   app.add_option("--suffix", options->suffix, "Names the copies of included files: mesh.inc becomes mesh_SUFFIX.inc")
       ->type_name("SUFFIX")
       ->required();
-  app.add_option("--out-dir", options->outFolder, "Copy the files here first and work on the copies")
-      ->type_name("FOLDER");
+  CLI::Option* folder =
+      app.add_option("--out-dir", options->outFolder, "Copy the files here first and work on the copies")
+          ->type_name("FOLDER");
   app.add_flag("--keep-line-ends", options->keepLineEnds, "Line ends as they are (default: a line feed everywhere)");
   app.add_option("--units", options->units, "Convert lengths, as mm:m; forces, times and temperatures stay")
       ->type_name("FROM:TO");
@@ -73,8 +78,9 @@ CommandFunction DefineDeckConvert(CLI::App& app)
       "Examples:\n"
       "  quilon deck convert bracket.inp --suffix m -o bracket_m.inp --units mm:m\n"
       "  quilon deck convert bracket.inp --suffix b -o b.inp --out-dir part_b --renumber-nodes 100001");
-  return [options, first](CommandContext& context) {
+  return [options, first, folder](CommandContext& context) {
     options->renumbersNodes = first->count() > 0;
+    options->hasOutFolder   = folder->count() > 0;
     Run(*options, context);
   };
 }

@@ -53,6 +53,7 @@ TEST_F(DeckConvert, WhatCannotBeDoneIsAnErrorAndWritesNothing)
   EXPECT_EQ(run("--units", "mm:m").substr(0, 15), "quilon: error: ");
   EXPECT_NE(run("--units", "mm:m").find("*MADEUP"), std::string::npos);
   EXPECT_EQ(run("--units", "mm"), "quilon: error: --units is 'mm', expected FROM:TO of um, mm, cm, dm, m and km\n");
+  EXPECT_EQ(run("--out-dir", ""), "quilon: error: --out-dir is empty, expected a folder\n");
   EXPECT_EQ(run("--renumber-nodes", "0"), "quilon: error: --renumber-nodes is 0, expected a number from 1\n");
 }
 

@@ -71,6 +71,7 @@ public:
   void ConvertModel() override
   {
     Walk();
+    EndCard({});
     isDone_ = true;
   }
 
@@ -80,16 +81,15 @@ protected:
   void OnFileBegin(std::uint32_t file) override
   {
     open_.push_back({});
-    Copy& copy = open_.back();
-    copy.path  = file == 0 ? output_ : EchoOf(GetFiles()[file].path, conversion_.suffix);
+    Copy& copy     = open_.back();
+    copy.path      = file == 0 ? output_ : EchoOf(GetFiles()[file].path, conversion_.suffix);
+    copy.canonical = copy.path.empty() ? copy.path : CanonicalOf(copy.path);
     if (output_.empty()) return;
-    if (std::find(written_.begin(), written_.end(), copy.path) == written_.end()) written_.push_back(copy.path);
-    if (file == 0) {
-      currentOutput_ = new std::ofstream(copy.path);
-    } else {
-      // The include statement has gone to the copy of the including file.
-      CheckOutput(outputStack_.back(), open_[open_.size() - 2].path);
-    }
+    if (file == 0) currentOutput_ = new std::ofstream(copy.path);
+    // What could not be opened is not ours to remove.
+    if (currentOutput_->good() && hashes_.count(copy.canonical) == 0) written_.push_back(copy.path);
+    // The include statement has gone to the copy of the including file.
+    if (file != 0) CheckOutput(outputStack_.back(), open_[open_.size() - 2].path);
     CheckOutput(currentOutput_, copy.path);
   }
 
@@ -97,13 +97,14 @@ protected:
   {
     place_          = line.place;
     Copy& copy      = open_.back();
-    copy.lineEnd    = LineEnd(copy);
+    copy.lineEnd    = LineEnd(copy, line.text.size());
     const bool cuts = line.kind == DeckLineKind::Comment && conversion_.stripComments;
     if (line.kind == DeckLineKind::Include || cuts) return;  // an include statement is written by Include()
 
     std::string converted;
     const bool  isConverted = convertsData_ && (line.kind == DeckLineKind::Card || line.kind == DeckLineKind::Data);
     if (isConverted) {
+      if (line.kind == DeckLineKind::Card) EndCard(line.place);
       converted = line.kind == DeckLineKind::Card ? lines_.ConvertCard(line.text) : lines_.ConvertData(line.text);
       if (converted.size() > kLongestDeckLine)
         FailAt(place_, "the converted line has " + std::to_string(converted.size()) + " characters, expected at most " +
@@ -121,14 +122,14 @@ protected:
     Copy& copy   = open_.back();
     AddTo(copy.hash, currentLine_);
     copy.cutsLineFeed = copy.lineEnd.find('\n') == std::string::npos;
-    if (copy.lineEnd.starts_with('\r')) currentLine_ += '\r';  // Include() adds a line feed
+    currentLine_.append(copy.lineEnd, 0, copy.lineEnd.find('\n'));  // Include() adds a line feed
   }
 
   void OnFileEnd(std::uint32_t file) override
   {
     const Copy copy = std::move(open_.back());
     open_.pop_back();
-    const auto [known, isNew] = hashes_.emplace(copy.path, copy.hash);
+    const auto [known, isNew] = hashes_.emplace(copy.canonical, copy.hash);
     if (!isNew && known->second != copy.hash)
       FailAt(GetFiles()[file].includedAt, GetFiles()[file].path.string() +
                                               " is included more than once, and what becomes of it differs: expected "
@@ -150,31 +151,41 @@ private:
   struct Copy
   {
     fs::path       path;
+    fs::path       canonical;
     std::streamoff lineStart = 0;         // of the current line in the file that is copied
     std::string    lineEnd;               // of the current line as it is written
     bool           cutsLineFeed = false;  // the last line is an include statement and no line feed follows it
     std::uint64_t  hash         = 14695981039346656037u;  // of what is written
   };
 
+  /// What is wrong with the data of a card as a whole is reported at the card.
+  void EndCard(const DeckPlace& nextCard)
+  {
+    place_ = std::exchange(cardPlace_, nextCard);
+    if (place_.line != 0) lines_.EndCard();
+    place_ = nextCard;
+  }
+
   /// The reader drops line ends, and its positions tell how long they were. Their own start is not among them where the
   /// line before stands in another file.
-  std::string LineEnd(Copy& copy) const
+  std::string LineEnd(Copy& copy, std::size_t textSize) const
   {
     const std::streamoff start = std::exchange(copy.lineStart, nextLinePosition_);
     if (!conversion_.keepLineEnds) return "\n";
     const bool           isCut = nextLinePosition_ < 0;  // the last line has no line feed
     const std::streamoff next  = isCut ? static_cast<std::streamoff>(GetFiles()[place_.file].bytes) : nextLinePosition_;
-    const std::streamoff bytes = next - start - static_cast<std::streamoff>(currentLine_.size());
-    return std::string(bytes > (isCut ? 0 : 1) ? "\r" : "") + (isCut ? "" : "\n");
+    const std::streamoff carriageReturns = next - start - static_cast<std::streamoff>(textSize) - (isCut ? 0 : 1);
+    return std::string(static_cast<std::size_t>(std::max<std::streamoff>(carriageReturns, 0)), '\r') +
+           (isCut ? "" : "\n");
   }
 
-  /// The statement with the name of the copy in place of the file's. Where the file was found by another spelling than
-  /// the one that the solver reads, that spelling stays.
+  /// The statement with the name of the copy in place of the file's. Where the file was found with the blanks that the
+  /// solver does not read, they stay.
   std::string NameCopy(std::string_view line, const DeckFile& file) const
   {
     const auto        named    = ParseDeckInclude(line);
     const fs::path    asRead   = named->asTheSolverReads;
-    const bool        isAsRead = asRead.filename() == file.path.filename();
+    const bool        isAsRead = file.path.string().ends_with(named->asTheSolverReads);
     const fs::path    copy     = EchoOf(isAsRead ? asRead : fs::path(named->asWritten), conversion_.suffix);
     std::string       statement(line);
     const std::size_t at = statement.rfind(named->asWritten);
@@ -189,10 +200,11 @@ private:
   const DeckConversion&             conversion_;
   fs::path                          output_;
   bool                              convertsData_;
-  DeckPlace                         place_;
+  DeckPlace                         place_;      // that failures name
+  DeckPlace                         cardPlace_;  // of the card whose data are being converted; line 0: none
   DeckLineConverter                 lines_;
-  std::vector<Copy>                 open_;  // innermost last
-  std::map<fs::path, std::uint64_t> hashes_;
+  std::vector<Copy>                 open_;    // innermost last
+  std::map<fs::path, std::uint64_t> hashes_;  // of complete copies, by canonical path
   std::vector<fs::path>             written_;
   bool                              isDone_ = false;
 };
@@ -241,32 +253,53 @@ void CheckFolder(const std::vector<DeckFile>& files, const fs::path& deck, const
          ", from where the include statements of the copy are read");
 }
 
-/// Copies the files of a deck to another folder, as they lie below the deck's own.
-/// @return the copy of the deck
-fs::path CopyTree(const std::vector<DeckFile>& files, const DeckOptions& options, const fs::path& folder)
+/// The files of a deck in another folder, as they lie below the deck's own. They go again unless they are kept.
+class CopiedTree
 {
-  const fs::path root = fs::absolute(files.front().path).parent_path();
-  if (!options.workingDirectory.empty() && CanonicalOf(options.workingDirectory) != CanonicalOf(root))
-    Fail("--out-dir: expected a deck that the solver runs in its own folder");
-  std::vector<std::pair<fs::path, fs::path>> copies;
-  for (const DeckFile& file : files) {
-    const fs::path below = fs::absolute(file.path).lexically_normal().lexically_relative(root.lexically_normal());
-    if (fs::path(file.statement).is_absolute() || below.empty() || *below.begin() == "..")
-      Fail("--out-dir: expected files below " + root.string() + " named by relative paths, found " +
-           file.path.string());
-    copies.emplace_back(file.path, folder / below);
+public:
+  CopiedTree()                             = default;
+  CopiedTree(const CopiedTree&)            = delete;
+  CopiedTree& operator=(const CopiedTree&) = delete;
+  ~CopiedTree()
+  {
+    std::error_code ignored;
+    for (const fs::path& path : made_) fs::remove(path, ignored);
   }
-  for (const auto& [from, to] : copies)
-    for (const DeckFile& file : files)
-      if (CanonicalOf(to) == CanonicalOf(file.path)) Fail("--out-dir: would overwrite " + file.path.string());
-  for (const auto& [from, to] : copies) {
+
+  void Copy(const std::vector<DeckFile>& files, const DeckOptions& options, const fs::path& folder)
+  {
+    const fs::path root = fs::absolute(files.front().path).parent_path();
+    if (!options.workingDirectory.empty() && CanonicalOf(options.workingDirectory) != CanonicalOf(root))
+      Fail("--out-dir: expected a deck that the solver runs in its own folder");
+    std::vector<std::pair<fs::path, fs::path>> copies;
+    for (const DeckFile& file : files) {
+      const fs::path below = fs::absolute(file.path).lexically_normal().lexically_relative(root.lexically_normal());
+      if (fs::path(file.statement).is_absolute() || below.empty() || *below.begin() == "..")
+        Fail("--out-dir: expected files below " + root.string() + " named by relative paths, found " +
+             file.path.string());
+      copies.emplace_back(file.path, folder / below);
+    }
+    for (const auto& [from, to] : copies)
+      for (const DeckFile& file : files)
+        if (CanonicalOf(to) == CanonicalOf(file.path)) Fail("--out-dir: would overwrite " + file.path.string());
+    for (const auto& [from, to] : copies) CopyFile(from, to);
+  }
+
+  void Keep() noexcept { made_.clear(); }
+
+private:
+  void CopyFile(const fs::path& from, const fs::path& to)
+  {
     std::error_code error;
     fs::create_directories(to.parent_path(), error);
+    std::error_code ignored;  // what cannot be looked at cannot be copied to either
+    if (!fs::exists(to, ignored)) made_.push_back(to);
     if (!error) fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
     if (error) Fail(to.string() + ": " + error.message());
   }
-  return copies.front().second;
-}
+
+  std::vector<fs::path> made_;
+};
 
 int NodeOffset(const DeckModel& model, const std::optional<int>& firstNode)
 {
@@ -298,6 +331,7 @@ int ParseLengthUnits(const std::string& text)
 DeckConversionReport ConvertDeck(const fs::path& deck, const DeckOptions& options, const DeckConversion& conversion)
 {
   CheckSuffix(conversion.suffix);
+  if (conversion.output.empty()) Fail("-o is empty, expected the file to write");
   const bool convertsData = conversion.lengthExponent != 0 || conversion.firstNode;
   DeckModel  model;
   if (convertsData) model = ReadDeckModel(deck, options);
@@ -310,6 +344,7 @@ DeckConversionReport ConvertDeck(const fs::path& deck, const DeckOptions& option
   fs::path    source        = deck;
   fs::path    output        = conversion.output;
   DeckOptions sourceOptions = options;
+  CopiedTree  tree;
   if (conversion.outFolder.empty()) {
     CheckFolder(files, deck, options, output);
     CheckCopies(files, conversion, output);
@@ -318,13 +353,15 @@ DeckConversionReport ConvertDeck(const fs::path& deck, const DeckOptions& option
     output = conversion.outFolder / output;
     CheckCopies(files, conversion, deck.parent_path() / conversion.output.filename());
     CheckCopies(files, conversion, output);
-    source                         = CopyTree(files, options, conversion.outFolder);
+    source                         = conversion.outFolder / deck.filename();
     sourceOptions.workingDirectory = fs::path();
     CheckFolder(files, source, sourceOptions, output);
+    tree.Copy(files, options, conversion.outFolder);
   }
 
   DeckConverter converter(source, sourceOptions, conversion, nodeOffset, model, output);
   converter.ConvertModel();
+  tree.Keep();
   DeckConversionReport report;
   report.files = converter.Written();
   for (const DeckFile& file : converter.GetFiles()) report.lines += static_cast<std::size_t>(file.lines);

@@ -128,7 +128,9 @@ void DeckReader::Walk()
     open_.back().hasEnded = isLast && !isDeck;
     if (!isEmptyFile) {
       const std::int64_t number = ++files_[file].lines;
-      const DeckLine     line{KindOfDeckLine(currentLine_), currentLine_, {file, static_cast<std::int32_t>(number)}};
+      std::string_view   text   = currentLine_;
+      while (text.ends_with('\r')) text.remove_suffix(1);  // the solver takes any number of them
+      const DeckLine line{KindOfDeckLine(text), text, {file, static_cast<std::int32_t>(number)}};
       if (number % kLinesOfProgress == 0) ReportProgress();
       OnLine(line);
       if (line.kind == DeckLineKind::Include) FollowInclude(line);

@@ -122,6 +122,19 @@ TEST_F(DeckConversions, LineEndsStayAroundIncludesToo)
             "*INCLUDE, INPUT=f_c.inc\r\n*INCLUDE, INPUT=a_c.inc");
 }
 
+TEST_F(DeckConversions, DoubledCarriageReturnsAreOneLineEnd)
+{
+  folder_.Write("a.inc", "1,0,0,0\r\r\n2,0,0,0\r\r");
+  const fs::path deck = folder_.Write("job.inp", "*NODE\r\r\r\n*INCLUDE, INPUT=a.inc\r\r\n*HEADING\r\r\n\r\r\n");
+  Convert(deck);
+  EXPECT_EQ(TextOf("out.inp"), "*NODE\n*INCLUDE, INPUT=a_c.inc\n*HEADING\n\n");
+  EXPECT_EQ(TextOf("a_c.inc"), "1,0,0,0\n2,0,0,0\n");
+  conversion_.keepLineEnds = true;
+  Convert(deck);
+  EXPECT_EQ(TextOf("out.inp"), "*NODE\r\r\r\n*INCLUDE, INPUT=a_c.inc\r\r\n*HEADING\r\r\n\r\r\n");
+  EXPECT_EQ(TextOf("a_c.inc"), "1,0,0,0\r\r\n2,0,0,0\r\r");
+}
+
 TEST_F(DeckConversions, AnIncludeAsLastLineLeavesEveryLineInItsOwnCopy)
 {
   folder_.Write("a.inc", "1,0,0,0\n*INCLUDE, INPUT=b.inc\n");
@@ -143,6 +156,19 @@ TEST_F(DeckConversions, AFileFoundBesideItsIncludingFileKeepsItsSpelling)
   EXPECT_EQ(TextOf("sub/a b_c.inc"), "1,0,0,0\n");
 }
 
+TEST_F(DeckConversions, AFolderWithBlanksKeepsThem)
+{
+  folder_.Write("my parts/mesh.inc", "1,0,0,0\n");
+  Convert(folder_.Write("job.inp", "*NODE\n*INCLUDE, INPUT=\"my parts/mesh.inc\"\n"));
+  EXPECT_EQ(TextOf("out.inp"), "*NODE\n*INCLUDE, INPUT=\"my parts/mesh_c.inc\"\n");
+  EXPECT_EQ(TextOf("my parts/mesh_c.inc"), "1,0,0,0\n");
+
+  folder_.Write("myparts/mesh.inc", "2,0,0,0\n");
+  Convert(folder_ / "job.inp");
+  EXPECT_EQ(TextOf("out.inp"), "*NODE\n*INCLUDE, INPUT=\"myparts/mesh_c.inc\"\n") << "the solver's reading comes first";
+  EXPECT_EQ(TextOf("myparts/mesh_c.inc"), "2,0,0,0\n");
+}
+
 TEST_F(DeckConversions, AFileIncludedTwiceIsCopiedOnce)
 {
   folder_.Write("a.inc", "1,0,0,0\n");
@@ -161,6 +187,35 @@ TEST_F(DeckConversions, AFileThatMeansTwoThingsIsNamed)
                                     "*INCLUDE, INPUT=a.inc\n")),
             "job.inp:6: a.inc is included more than once, and what becomes of it differs: expected files of their own");
   EXPECT_EQ(Names(), (std::set<std::string>{"a.inc", "job.inp"}));
+}
+
+TEST_F(DeckConversions, AFileUnderTwoNamesIsOneFile)
+{
+  conversion_.lengthExponent = -3;
+  folder_.Write("a.inc", "1,2,3\n");
+  fs::create_directory(folder_ / "sub");
+  EXPECT_EQ(FailureOf(folder_.Write("job.inp",
+                                    "*NODE\n*INCLUDE, INPUT=a.inc\n2,0,0\n3,0,0\n*NSET, NSET=N\n"
+                                    "*INCLUDE, INPUT=sub/../a.inc\n")),
+            "job.inp:6: sub/../a.inc is included more than once, and what becomes of it differs: expected files of "
+            "their own");
+  const DeckConversionReport report =
+      Convert(folder_.Write("job.inp", "*NODE\n*INCLUDE, INPUT=a.inc\n*INCLUDE, INPUT=sub/../a.inc\n"));
+  EXPECT_EQ(report.files, (std::vector<fs::path>{folder_ / "out.inp", folder_ / "a_c.inc"}));
+}
+
+TEST_F(DeckConversions, WhatIsMissingBehindACardIsReportedAtTheCard)
+{
+  conversion_.lengthExponent = -3;
+  const std::string mesh =
+      "*NODE\n1,0,0\n2,1,0\n3,0,1\n*ELEMENT, TYPE=CPS3, ELSET=E\n1,1,2,3\n"
+      "*MATERIAL, NAME=M\n*ELASTIC\n1.,.3\n";
+  folder_.Write("a.inc", "*SOLID SECTION, ELSET=E, MATERIAL=M\n");
+  EXPECT_EQ(FailureOf(folder_.Write("job.inp", mesh + "*INCLUDE, INPUT=a.inc\n**\n*HEADING\n")),
+            "a.inc:1: cannot convert *SOLIDSECTION of plane elements: expected their thickness, the solver takes 1 for "
+            "none and 0");
+  EXPECT_EQ(FailureOf(folder_.Write("job.inp", mesh + "*INCLUDE, INPUT=a.inc\n")).substr(0, 9), "a.inc:1: ")
+      << "at the end of the deck too";
 }
 
 TEST_F(DeckConversions, CommentsAreLeftOutOnRequest)
@@ -258,6 +313,25 @@ TEST_F(DeckConversions, TheCopyLiesWhereItsIncludesAreFound)
   EXPECT_EQ(TextOf("other/out.inp"), "*NODE\n1,0,0,0\n") << "a deck without includes goes anywhere";
 }
 
+TEST_F(DeckConversions, AnOutFolderStaysAsItIsWhenSomethingIsWrong)
+{
+  const fs::path tree   = WriteTree();
+  const auto     before = Names();
+  conversion_.outFolder = folder_ / "there";
+  conversion_.output    = "sub/out.inp";
+  EXPECT_EQ(FailureOf(tree),
+            "there/sub/out.inp: expected a file in there, from where the include statements of the copy are read");
+  EXPECT_FALSE(fs::exists(folder_ / "there"));
+
+  conversion_.output = "out.inp";
+  fs::create_directories(folder_ / "there/sub/nodes_c.inc");
+  EXPECT_EQ(FailureOf(tree), "there/sub/nodes_c.inc: cannot be written");
+  EXPECT_EQ(Names(), before) << "neither the files nor their copies are left";
+
+  conversion_.output = "";
+  EXPECT_EQ(FailureOf(tree), "-o is empty, expected the file to write");
+}
+
 TEST_F(DeckConversions, AnOutFolderTakesOnlyWhatLiesBelowTheDeck)
 {
   conversion_.outFolder = folder_ / "there";
@@ -323,6 +397,16 @@ TEST_F(DeckConversions, ACopyThatCannotBeOpenedIsAnError)
   EXPECT_FALSE(fs::exists(folder_ / "out.inp"));
   EXPECT_FALSE(fs::exists(folder_ / "mesh.v1_c.inc"));
 }
+
+#ifdef __linux__
+TEST_F(DeckConversions, WhatCannotBeOpenedStaysAsItIs)
+{
+  // A program that is running cannot be written to, whoever asks.
+  fs::create_symlink("/proc/self/exe", folder_ / "out.inp");
+  EXPECT_EQ(FailureOf(folder_.Write("job.inp", "*NODE\n")), "out.inp: cannot be written");
+  EXPECT_TRUE(fs::is_symlink(folder_ / "out.inp"));
+}
+#endif
 
 TEST(DeckUnits, AreNamedInPairs)
 {
