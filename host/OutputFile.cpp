@@ -10,11 +10,14 @@
 
 namespace quilon {
 
-OutputFile::OutputFile(std::filesystem::path path)
-    : path_(std::move(path)), beside_(path_.string() + ".tmp" + std::to_string(getpid()))
+OutputFile::OutputFile(std::filesystem::path path) : path_(std::move(path)), place_(path_)
 {
-  if (std::filesystem::is_directory(path_)) Fail(path_.string() + ": expected a file to write, found a folder");
-  out_.open(beside_, std::ios::binary);
+  std::error_code                    ignored;  // a file that is not there yet is as good as a plain one
+  const std::filesystem::file_status status = std::filesystem::status(path_, ignored);
+  if (is_directory(status)) Fail(path_.string() + ": expected a file to write, found a folder");
+  if (is_regular_file(status)) place_ = std::filesystem::canonical(path_);
+  if (is_regular_file(status) || !exists(status)) beside_ = place_.string() + ".tmp" + std::to_string(getpid());
+  out_.open(beside_.empty() ? place_ : beside_, std::ios::binary);
   Check();
 }
 
@@ -22,7 +25,7 @@ OutputFile::~OutputFile()
 {
   out_.close();
   std::error_code ignored;  // gone when it was published
-  std::filesystem::remove(beside_, ignored);
+  if (!beside_.empty()) std::filesystem::remove(beside_, ignored);
 }
 
 void OutputFile::Write(std::string_view text)
@@ -35,7 +38,7 @@ void OutputFile::Publish()
 {
   out_.close();
   Check();
-  std::filesystem::rename(beside_, path_);
+  if (!beside_.empty()) std::filesystem::rename(beside_, place_);
 }
 
 void OutputFile::Check() const

@@ -10,6 +10,8 @@
 namespace quilon {
 
 /// A file that is written beside its place and takes it at the end. What is not published leaves no trace.
+///
+/// A link leads to the file that is replaced. What is no plain file, as /dev/null or a pipe, is written as it is.
 class OutputFile
 {
 public:
@@ -30,7 +32,8 @@ private:
   void Check() const;
 
   std::filesystem::path path_;
-  std::filesystem::path beside_;
+  std::filesystem::path place_;   // links followed
+  std::filesystem::path beside_;  // empty: written in place
   std::ofstream         out_;
 };
 

@@ -68,7 +68,7 @@ TEST_F(DeckCommands, HelpListsCommandsAndExamples)
 {
   const RunResult run = RunQuilon({"deck", "--help"});
   EXPECT_EQ(run.exitCode, 0);
-  for (const char* command : {"check", "tree", "deps", "expand"}) {
+  for (const char* command : {"check", "tree", "deps", "expand", "convert"}) {
     EXPECT_NE(run.out.find("\n  " + std::string(command) + ' '), std::string::npos) << command << '\n' << run.out;
     const RunResult help = RunQuilon({"deck", command, "--help"});
     EXPECT_EQ(help.exitCode, 0);
@@ -299,6 +299,21 @@ TEST_F(DeckCommands, MapAndDeckAreTwoFiles)
   EXPECT_EQ(Local(run.err), "quilon: error: parts/../new.inp: expected another file for the map than for the deck\n");
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_EQ(ReadTree(folder_.GetPath()), before);
+}
+
+TEST_F(DeckCommands, ExpandWritesThroughLinksAndIntoPipes)
+{
+  const std::string deck = Write("a.inp", "*NODE\n");
+  Write("real.inp", "** old\n");
+  std::filesystem::create_symlink("real.inp", folder_ / "link.inp");
+  EXPECT_EQ(RunQuilon({"deck", "expand", deck, "-o", (folder_ / "link.inp").string()}).exitCode, 0);
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "link.inp"));
+  EXPECT_EQ(ReadAll(folder_ / "real.inp"), "*NODE\n");
+
+  std::filesystem::create_symlink("/dev/full", folder_ / "full.inp");
+  const RunResult run = RunQuilon({"deck", "expand", deck, "-o", (folder_ / "full.inp").string()});
+  EXPECT_EQ(Local(run.err), "quilon: error: full.inp: expected a file that can be written\n");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "full.inp")) << "a device is not replaced by a file";
 }
 
 TEST_F(DeckCommands, ExpandNamesAFileThatCannotBeWritten)
