@@ -413,8 +413,9 @@ bool DatResultFile::TurnPoints()
 
   std::vector<double> coordinates;
   for (const int node : deck->model.NodesOf(*element)) {
-    const std::array<double, 3>& position = deck->model.FindNode(node)->position;
-    coordinates.insert(coordinates.end(), position.begin(), position.end());
+    const DeckNode* found = deck->model.FindNode(node);
+    if (found == nullptr) return false;  // of a deck that goes on from a restart file
+    coordinates.insert(coordinates.end(), found->position.begin(), found->position.end());
   }
   std::vector<double> points(3 * element_.numPoints);
   if (!LocatePoints(element->type->frdType, element_.numPoints, coordinates, points)) return false;

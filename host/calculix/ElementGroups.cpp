@@ -1,10 +1,9 @@
 #include "calculix/ElementGroups.h"
 
 #include <algorithm>
-#include <cctype>
-#include <set>
 #include <string>
 
+#include "calculix/deck/DeckText.h"
 #include "calculix/DeckConverter.h"
 #include "Failure.h"
 
@@ -12,18 +11,11 @@ namespace quilon::calculix {
 
 namespace {
 
-std::string UpperCase(std::string text)
-{
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return text;
-}
-
-/// @param name as the set has it; a deck's sets have upper-case names, however they are written
+/// @param name as the set has it; names of a deck's sets are compact, however they are written
 const DeckSet& FindSet(const DeckModel& model, const std::string& name)
 {
   const DeckSet* set = model.FindElementSet(name);
-  if (set == nullptr) set = model.FindElementSet(UpperCase(name));
+  if (set == nullptr) set = model.FindElementSet(Compact(name));
   if (set == nullptr)
     Fail("averages by set: expected material, section or element sets of the deck, found '" + name + "'");
   return *set;

@@ -79,7 +79,14 @@ void ResultMesh::AddDeckElement(const ImportedDeck& deck, int id, bool isCounted
   const DeckElement&         element = *deck.model.FindElement(id);
   const std::span<const int> nodes   = deck.model.NodesOf(element);
   if (isCounted) {
-    for (const int node : nodes) ++nodes_.At(nodes_.FindOrInsert(node)).numElements;
+    for (const int node : nodes) {
+      Node* known = FindNode(node);
+      // A deck that goes on from a restart file need not have its nodes.
+      if (known == nullptr)
+        Fail(deck.model.Describe(element.place) + ": element " + std::to_string(id) + " has node " +
+             std::to_string(node) + ", which is not in the deck; expected the .frd with it");
+      ++known->numElements;
+    }
   }
   elements_.At(elements_.FindOrInsert(id)) = {
       element.type->frdType, deck.SectionOf(id).material, element.type, elementNodes_.size(), nodes.size(), {}};

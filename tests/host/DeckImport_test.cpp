@@ -216,6 +216,25 @@ TEST(DeckImport, ASolidWithOtherNodesInTheFrdIsRefused)
                 (folder / "job.inp").string() + ":21");
 }
 
+TEST(DeckImport, ADeckThatGoesOnFromARestartFileNeedsTheFrdForItsNodes)
+{
+  const TempFolder folder;
+  WriteText(folder / "job.inp", "*RESTART, READ\n*NODE\n1,0,0,0\n*ELEMENT, TYPE=C3D4\n5,1,2,3,4\n");
+  EXPECT_EQ(
+      MessageOf({folder / "job.inp"}),
+      (folder / "job.inp").string() + ":5: element 5 has node 2, which is not in the deck; expected the .frd with it");
+
+  // With it, what the deck does not tell stays unturned.
+  std::string       deck  = "*RESTART, READ\n" + ReadText(Fixture("oriented/oriented.inp"));
+  const std::size_t nodes = deck.find("*NODE");
+  deck.erase(nodes, deck.find("*ELEMENT") - nodes);
+  WriteText(folder / "later.inp", deck);
+  Imported job({folder / "later.inp", Fixture("oriented/oriented.frd"), Fixture("oriented/oriented.dat")});
+  EXPECT_EQ(ValuesOf(job.database, MeshKey(516), 3).size(), 20u);
+  ASSERT_EQ(job.report.skipped.size(), 1u);
+  EXPECT_EQ(job.report.skipped[0].reason, "rows in local systems (kept, not averaged)");
+}
+
 TEST(DeckImport, OneDeckIsEnough)
 {
   const std::string a = Fixture("hex8/hex8.inp").string();
@@ -302,6 +321,8 @@ TEST(DeckImport, BordersThatAreNotThereAreRefused)
   options.averageBy = {AverageBy::Section, {}};
   EXPECT_EQ(MessageOf({Fixture("hex8/hex8.frd")}, options),
             "averages by section or set: expected the deck among the files");
+  options.averageBy = {AverageBy::Sets, {" e Steel "}};
+  EXPECT_EQ(MessageOf(WithDeck("hex8/hex8"), options), "") << "blanks and case mean nothing in names of a deck";
   options.averageBy = {AverageBy::Sets, {"ESTEEL", "Nobody"}};
   EXPECT_EQ(MessageOf(WithDeck("hex8/hex8"), options),
             "averages by set: expected material, section or element sets of the deck, found 'Nobody'");
