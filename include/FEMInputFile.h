@@ -101,7 +101,8 @@ protected:
   /// opened is no failure, its stream is in the fail state.
   /// @param path of the file as the process finds it; relative paths are not looked up in GetPath()
   /// @throws FED_Failure "The file \"%s\" (FEMInputFile) was not found." (of the path only the first character shows);
-  ///         the including file stays on the stacks and reading is inside a file that holds nothing
+  ///         the including file stays on the stacks, and ReadLine() delivers the line read ahead and then empty lines
+  ///         without end
   void Include(const std::wstring& path);
 
   std::wstring               spare_;           ///< for derived converters

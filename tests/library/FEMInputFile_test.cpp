@@ -565,6 +565,30 @@ TEST(FEMInputFile, AnIncludeAsLastLineOfTheMainFileIsReadToItsEnd)
                                                 {"", kEnded, 2, 4, -1, 2}}));
 }
 
+// The counter stays that of the line before: nothing is read ahead any more.
+TEST(FEMInputFile, AnIncludeAsLastLineWithoutANewlineIsReadToItsEnd)
+{
+  TempFolder folder;
+  Write(folder / "x", "x\ny\n");
+  Reader reader(Write(folder / "a.inp", "a\nINC x"));
+  EXPECT_EQ(ReadAll(reader), (std::vector<Seen>{{"a", kOk, 1, 0, 2, 0},
+                                                {"INC x", kEnded, 1, 2, -1, 1},
+                                                {"x", kOk, 2, -1, 2, 1},
+                                                {"y", kEnded, 1, 2, 4, 1},
+                                                {"", kEnded, 1, 4, -1, 2}}));
+}
+
+TEST(FEMInputFile, BehindAnIncludeTheCounterLagsAtALastLineWithoutANewline)
+{
+  TempFolder folder;
+  Write(folder / "x", "x\n");
+  Reader reader(Write(folder / "a.inp", "INC x\nb"));
+  EXPECT_EQ(ReadAll(reader), (std::vector<Seen>{{"INC x", kOk, 1, 0, 6, 0},
+                                                {"x", kEnded, 1, 6, 2, 0},
+                                                {"b", kEnded, 1, 2, -1, 1},
+                                                {"", kEnded, 1, -1, -1, 2}}));
+}
+
 // Reading is back in the main file when the last line of x is delivered, so y returns there and not into x.
 TEST(FEMInputFile, AnIncludeAsLastLineOfAnIncludeReturnsPastIt)
 {
@@ -725,6 +749,21 @@ TEST(FEMInputFile, AFailedIncludeLeavesTheStacksPushed)
   EXPECT_TRUE(reader.currentInput_->fail());
   EXPECT_EQ(ReadText(folder / "a_x.inp"), "INC missing.inc\n") << "the statement is out";
   EXPECT_TRUE(fs::exists(folder / "missing_x.inc")) << "its echo file is open";
+  reader.DeleteStacks();
+}
+
+// The stream that could not be opened has not hit its end and never will: a converter that catches the failure has to
+// stop reading.
+TEST(FEMInputFile, BehindAFailedIncludeEmptyLinesNeverEnd)
+{
+  TempFolder folder;
+  Reader     reader(Write(folder / "a.inp", "INC missing.inc\ntwo\n"));
+  reader.Initialize();
+  reader.ReadLine();
+  EXPECT_THROW(reader.IncludeNamedFile(), FED_Failure);
+  EXPECT_EQ(Step(reader), (Seen{"two", kOk, 2, 16, -1, 0})) << "it had been read ahead";
+  EXPECT_EQ(Step(reader), (Seen{"", kOk, 3, -1, -1, 0}));
+  EXPECT_EQ(Step(reader), (Seen{"", kOk, 4, -1, -1, 0}));
   reader.DeleteStacks();
 }
 
