@@ -187,20 +187,8 @@ DeckReader::Target DeckReader::FindTarget(const DeckLine& line) const
   }
   target.statement = named->asTheSolverReads;
 
-  std::vector<fs::path> folders;
-  if (options_.includeRule != DeckOptions::IncludingFile) folders.push_back(workingFolder_);
-  if (options_.includeRule != DeckOptions::SolverOnly) folders.push_back(files_[line.place.file].path.parent_path());
-  std::vector<std::string> names = {named->asTheSolverReads};
-  if (options_.includeRule != DeckOptions::SolverOnly) names.push_back(named->asWritten);
-
-  std::vector<fs::path> candidates;
-  for (const std::string& name : names)
-    for (const fs::path& folder : folders) {
-      const fs::path candidate = folder / name;
-      if (std::find(candidates.begin(), candidates.end(), candidate) == candidates.end())
-        candidates.push_back(candidate);
-    }
-  const auto found = std::find_if(candidates.begin(), candidates.end(), IsFile);
+  const std::vector<fs::path> candidates = CandidatesFor(*named, line);
+  const auto                  found      = std::find_if(candidates.begin(), candidates.end(), IsFile);
   if (found == candidates.end()) {
     target.trouble = "include file '" + target.statement + "' is not there, looked for";
     for (const fs::path& candidate : candidates)
@@ -210,42 +198,53 @@ DeckReader::Target DeckReader::FindTarget(const DeckLine& line) const
 
   target.path      = *found;
   target.canonical = CanonicalOf(*found);
-  if (!options_.allowOutside && !IsInsideRoot(target.canonical)) {
-    target.trouble = "include file '" + target.statement + "' is outside of the deck's folder " + root_.string() +
-                     ", expected --allow-outside";
-    return target;
-  }
-  std::size_t depth = 1;
-  for (DeckPlace at = line.place; at.line != 0; at = files_[at.file].includedAt) {
-    if (canonicalPaths_[at.file] == target.canonical) {
-      target.trouble = "include file '" + target.statement + "' includes itself: " + ChainTo(line.place) + " > " +
-                       target.path.string();
-      return target;
-    }
-    if (at.file != 0) ++depth;
-  }
-  if (depth > static_cast<std::size_t>(kMaxIncludeDepth)) {
-    target.trouble = "includes are nested " + std::to_string(depth) + " deep, expected at most " +
-                     std::to_string(kMaxIncludeDepth) + ": " + ChainTo(line.place) + " > " + target.path.string();
-    return target;
-  }
-  if (files_.size() >= options_.mostFiles) {
-    target.trouble = "the deck has more than " + std::to_string(options_.mostFiles) + " files";
-    return target;
-  }
-  if (!IsUtf8(target.path)) {
-    target.trouble = "include file " + target.path.string() + " has a name that is no UTF-8";
-    return target;
-  }
-  if (!CanBeRead(target.path)) {
-    target.trouble = "include file " + target.path.string() + " cannot be read";
-    return target;
-  }
+  target.trouble   = TroubleWith(target, line);
+
   const fs::path asTheSolver = workingFolder_ / named->asTheSolverReads;
   if (target.path != asTheSolver && CanonicalOf(asTheSolver) != target.canonical)
     target.doubt = "the solver looks for '" + target.statement + "' as " + asTheSolver.string() + ", found " +
                    target.path.string();
   return target;
+}
+
+std::vector<fs::path> DeckReader::CandidatesFor(const DeckIncludePath& named, const DeckLine& line) const
+{
+  std::vector<fs::path> folders;
+  if (options_.includeRule != DeckOptions::IncludingFile) folders.push_back(workingFolder_);
+  if (options_.includeRule != DeckOptions::SolverOnly) folders.push_back(files_[line.place.file].path.parent_path());
+  std::vector<std::string> names = {named.asTheSolverReads};
+  if (options_.includeRule != DeckOptions::SolverOnly) names.push_back(named.asWritten);
+
+  std::vector<fs::path> candidates;
+  for (const std::string& name : names)
+    for (const fs::path& folder : folders) {
+      const fs::path candidate = folder / name;
+      if (std::find(candidates.begin(), candidates.end(), candidate) == candidates.end())
+        candidates.push_back(candidate);
+    }
+  return candidates;
+}
+
+std::string DeckReader::TroubleWith(const Target& target, const DeckLine& line) const
+{
+  if (!options_.allowOutside && !IsInsideRoot(target.canonical))
+    return "include file '" + target.statement + "' is outside of the deck's folder " + root_.string() +
+           ", expected --allow-outside";
+  std::size_t depth = 1;
+  for (DeckPlace at = line.place; at.line != 0; at = files_[at.file].includedAt) {
+    if (canonicalPaths_[at.file] == target.canonical)
+      return "include file '" + target.statement + "' includes itself: " + ChainTo(line.place) + " > " +
+             target.path.string();
+    if (at.file != 0) ++depth;
+  }
+  if (depth > static_cast<std::size_t>(kMaxIncludeDepth))
+    return "includes are nested " + std::to_string(depth) + " deep, expected at most " +
+           std::to_string(kMaxIncludeDepth) + ": " + ChainTo(line.place) + " > " + target.path.string();
+  if (files_.size() >= options_.mostFiles)
+    return "the deck has more than " + std::to_string(options_.mostFiles) + " files";
+  if (!IsUtf8(target.path)) return "include file " + target.path.string() + " has a name that is no UTF-8";
+  if (!CanBeRead(target.path)) return "include file " + target.path.string() + " cannot be read";
+  return {};
 }
 
 std::string DeckReader::ChainTo(const DeckPlace& statement) const

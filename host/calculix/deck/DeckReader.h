@@ -96,11 +96,15 @@ private:
     std::string           doubt;    // not empty: the solver looks elsewhere
   };
 
-  void        BeginFile(const std::filesystem::path& path, const std::filesystem::path& canonical,
-                        const std::string& statement, const DeckPlace& includedAt);
-  void        EndFiles();
-  void        FollowInclude(const DeckLine& line);
-  Target      FindTarget(const DeckLine& line) const;
+  void   BeginFile(const std::filesystem::path& path, const std::filesystem::path& canonical,
+                   const std::string& statement, const DeckPlace& includedAt);
+  void   EndFiles();
+  void   FollowInclude(const DeckLine& line);
+  Target FindTarget(const DeckLine& line) const;
+  /// @return where the file may be, in the order in which it is looked for
+  std::vector<std::filesystem::path> CandidatesFor(const DeckIncludePath& named, const DeckLine& line) const;
+  /// @return why a file that is there cannot be included; empty when it can
+  std::string TroubleWith(const Target& target, const DeckLine& line) const;
   std::string ChainTo(const DeckPlace& statement) const;
   bool        IsInsideRoot(const std::filesystem::path& canonical) const;
   /// @return how far the innermost file has been read, about

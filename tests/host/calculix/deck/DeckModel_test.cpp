@@ -2,6 +2,7 @@
 
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -366,6 +367,33 @@ TEST_F(DeckModelTest, DecksThatTheSolverRanAreRead)
     ReadDeckModel(fixtures / deck, {}, messages);
     for (const DeckMessage& message : messages)
       ADD_FAILURE() << deck << ":" << message.place.line << ": " << message.text << ": " << message.line;
+  }
+}
+
+// The solver runs this deck of some fifty kinds of cards, written in every way that it allows, with either line end.
+TEST_F(DeckModelTest, DeckOfManyCardsHasNothingWrong)
+{
+  const std::filesystem::path seeds = std::filesystem::path(QUILON_FIXTURES).parent_path() / "fuzz/seeds/deck";
+  std::ifstream               in(seeds / "cards.inp");
+  std::string                 unixText;
+  std::string                 dosText;
+  for (std::string line; std::getline(in, line);) {
+    unixText += line + "\n";
+    dosText += line + "\r\n";
+  }
+  for (const std::string& text : {unixText, dosText}) {
+    EXPECT_EQ(Messages(text), Lines());
+    const DeckModel model = Read(text);
+    EXPECT_EQ(model.nodes.Entries().size(), 13U);
+    EXPECT_EQ(model.elements.Entries().size(), 4U);
+    EXPECT_EQ(model.FindNode(6)->position, (std::array<double, 3>{1.0, 0.0, 1.0}));
+    EXPECT_EQ(model.FindNodeSet("NODES1")->ids, (Ids{1, 2, 3, 4, 5, 6, 7, 8, 11, 12, 13, 14}));
+    EXPECT_EQ(model.FindNodeSet("FIX")->ids, (Ids{1, 4, 5, 8, 1}));
+    EXPECT_EQ(model.FindNodeSet("BOTH")->ids, (Ids{1, 4, 5, 8, 1, 11, 12, 13, 14, 1, 2, 3, 4, 5, 6, 7, 8, 7}));
+    EXPECT_EQ(model.FindElementSet("\"Q\"")->ids, Ids{1});
+    EXPECT_EQ(model.sections[1].orientation, "REC");
+    EXPECT_EQ(model.steps[0].procedure, "STATIC");
+    EXPECT_EQ(model.steps[1].procedure, "FREQUENCY");
   }
 }
 
