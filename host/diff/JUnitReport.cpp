@@ -1,3 +1,5 @@
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -8,11 +10,49 @@ namespace quilon::diff {
 
 namespace {
 
+/// @return bytes of the UTF-8 character that the text begins with; 0 for bytes that are none, and for a character that
+///         XML does not know
+std::size_t GetCharacterLength(std::string_view text)
+{
+  const auto          byte   = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned char lead   = byte(0);
+  const std::size_t   length = lead < 0x80   ? 1
+                               : lead < 0xc2 ? 0
+                               : lead < 0xe0 ? 2
+                               : lead < 0xf0 ? 3
+                               : lead < 0xf5 ? 4
+                                             : 0;
+  if (length < 2 || length > text.size()) return length == 1 ? 1 : 0;
+  std::uint32_t code = lead & (0x7fu >> length);
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((byte(i) & 0xc0u) != 0x80u) return 0;
+    code = code << 6 | (byte(i) & 0x3fu);
+  }
+  const bool isLongForm  = length == 3 ? code < 0x800 : length == 4 && code < 0x10000;
+  const bool isSurrogate = code >= 0xd800 && code <= 0xdfff;
+  return isLongForm || isSurrogate || code == 0xfffe || code == 0xffff || code > 0x10ffff ? 0 : length;
+}
+
+/// @return the text with U+FFFD in place of every byte that is no UTF-8, which the file claims to be
+std::string ToUtf8(std::string_view text)
+{
+  std::string utf8;
+  while (!text.empty()) {
+    const std::size_t length = GetCharacterLength(text);
+    if (length == 0)
+      utf8 += "\xef\xbf\xbd";
+    else
+      utf8 += text.substr(0, length);
+    text.remove_prefix(length == 0 ? 1 : length);
+  }
+  return utf8;
+}
+
 /// Text for an attribute or an element. XML has no word for most control characters.
 std::string Escaped(std::string_view text)
 {
   std::string escaped;
-  for (const char c : Printable(text)) {
+  for (const char c : ToUtf8(Printable(text))) {
     switch (c) {
       case '&':
         escaped += "&amp;";

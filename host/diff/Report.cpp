@@ -1,10 +1,10 @@
 #include "diff/Report.h"
 
 #include <algorithm>
-#include <map>
-#include <memory>
+#include <optional>
 
 #include "QuilonDbConnector/FED_Database.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "RecordRows.h"
 #include "selection/Selection.h"
 #include "terminal/Format.h"
@@ -42,20 +42,15 @@ class PlaceNames
 public:
   PlaceNames(const BlockOutcome& outcome, const ComparedDatabase& first, const ComparedDatabase& second,
              const KindTable& firstKinds, const KindTable& secondKinds)
-      : outcome_(outcome),
-        first_(first),
-        second_(second),
-        rows_(outcome.block != nullptr ? *outcome.block : *outcome.secondBlock,
+      : rows_(outcome.block != nullptr ? *outcome.block : *outcome.secondBlock,
               outcome.block != nullptr ? firstKinds : secondKinds,
               outcome.block != nullptr ? first.database : second.database)
-  {}
-
-  std::string GetId(std::size_t index, bool isSecond) const
   {
-    const FED_DataBlock&    block = isSecond ? *outcome_.secondBlock : *outcome_.block;
-    const ComparedDatabase& side  = isSecond ? second_ : first_;
-    return std::to_string(GetRecordId(block, side.database.GetIdMapsPool(), index));
+    if (outcome.block != nullptr) first_.emplace(*outcome.block, first.database.GetIdMapsPool());
+    if (outcome.secondBlock != nullptr) second_.emplace(*outcome.secondBlock, second.database.GetIdMapsPool());
   }
+
+  int GetId(std::size_t index, bool isSecond) const { return (isSecond ? second_ : first_)->GetId(index); }
 
   std::string GetComponent(std::size_t field, std::size_t component) const
   {
@@ -63,10 +58,9 @@ public:
   }
 
 private:
-  const BlockOutcome&     outcome_;
-  const ComparedDatabase& first_;
-  const ComparedDatabase& second_;
-  RecordRows              rows_;
+  RecordRows                          rows_;
+  std::optional<FED_ConstIdDataBlock> first_;
+  std::optional<FED_ConstIdDataBlock> second_;
 };
 
 std::size_t CountRecords(const FED_DataBlock& block)
@@ -129,7 +123,7 @@ std::vector<DifferenceRow> NameDifferences(const BlockOutcome& outcome, const Bl
   std::vector<DifferenceRow> rows;
   if (IsMissing(outcome.status)) rows.push_back(NameMissingBlock(outcome, name));
   for (const ValueDifference& difference : outcome.fields.worst)
-    rows.push_back({name, places.GetId(difference.index, difference.second),
+    rows.push_back({name, std::to_string(places.GetId(difference.index, difference.second)),
                     places.GetComponent(difference.field, difference.component), OrNone(difference.a),
                     OrNone(difference.b), difference.rule, difference.excess, difference.distance});
   return rows;
@@ -152,12 +146,10 @@ std::vector<DifferenceRow> PickWorst(const DatabaseOutcome& outcome, const std::
   if (order.size() > maxBlocks) order.resize(maxBlocks);
 
   std::vector<DifferenceRow> worst;
-  for (const bool isMissing : {true, false})
-    for (const std::size_t i : order)
-      if (IsMissing(rows[i].status) == isMissing) worst.insert(worst.end(), rows[i].worst.begin(), rows[i].worst.end());
-  const auto values =
-      std::find_if(worst.begin(), worst.end(), [](const DifferenceRow& row) { return row.id != kNone; });
-  std::stable_sort(values, worst.end(), [](const DifferenceRow& a, const DifferenceRow& b) {
+  for (const std::size_t i : order) worst.insert(worst.end(), rows[i].worst.begin(), rows[i].worst.end());
+  std::stable_sort(worst.begin(), worst.end(), [](const DifferenceRow& a, const DifferenceRow& b) {
+    const bool isBlock = a.id == kNone;
+    if (isBlock || b.id == kNone) return isBlock && b.id != kNone;
     return a.excess != b.excess ? a.excess > b.excess : a.distance > b.distance;
   });
   return worst;
@@ -188,14 +180,17 @@ Report MakeReport(const DatabaseOutcome& outcome, const ComparedDatabase& first,
         {name, block.status, block.fields.records, CountDifferent(block.fields), NameDifferences(block, name, places)});
     if (block.fields.norms.values > 0 && !IsMissing(block.status) && block.status != BlockOutcome::Ignored)
       report.norms.push_back({name, block.fields.norms, block.isNegated, block.status == BlockOutcome::Different});
-    for (const PassedNan& nan : block.fields.passedNans) {
-      static const char* const kSides[] = {"A", "B", "both"};
-      report.nans.push_back({name, places.GetId(nan.index, false), places.GetComponent(nan.field, nan.component),
-                             kSides[static_cast<int>(nan.side)]});
-    }
+    for (const PassedNan& nan : block.fields.passedNans)
+      report.nans.push_back({report.all.size() - 1, places.GetId(nan.index, false),
+                             places.GetComponent(nan.field, nan.component), nan.side});
   }
   report.worst = PickWorst(outcome, report.all, info.maxBlockDiffs);
   return report;
+}
+
+const char* NanRow::GetSide() const noexcept
+{
+  return side == NanSide::Both ? "both" : side == NanSide::First ? "A" : "B";
 }
 
 std::string Report::Summarize() const

@@ -33,12 +33,16 @@ struct DifferenceRow
   double      distance = 0.0;
 };
 
+/// One of what may be millions: its block is named once.
 struct NanRow
 {
-  BlockName   name;
-  std::string id;
+  std::size_t block;  ///< position in Report::all
+  int         id;
   std::string component;
-  std::string side;  ///< "A", "B" or "both"
+  NanSide     side;
+
+  /// @return "A", "B" or "both"
+  const char* GetSide() const noexcept;
 };
 
 struct NormRow

@@ -62,12 +62,12 @@ void PrintNorms(Output& output, const TableOptions& form, const std::vector<Norm
   table.Finish();
 }
 
-void PrintNans(Output& output, const TableOptions& form, const std::vector<NanRow>& nans)
+void PrintNans(Output& output, const TableOptions& form, const Report& report)
 {
   TableWriter table = StartTable(output, form, {{"id", false}, {"component", true}, {"nan let pass", true}});
-  for (const NanRow& row : nans) {
-    std::vector<std::string> cells = NameCells(row.name, form);
-    cells.insert(cells.end(), {row.id, Printable(row.component), row.side});
+  for (const NanRow& row : report.nans) {
+    std::vector<std::string> cells = NameCells(report.all[row.block].name, form);
+    cells.insert(cells.end(), {std::to_string(row.id), Printable(row.component), row.GetSide()});
     table.Row(std::move(cells));
   }
   table.Finish();
@@ -102,7 +102,7 @@ void PrintReport(Output& output, const TableOptions& form, const Report& report,
   }
   if (!report.nans.empty()) {
     if (!report.worst.empty() || !norms.empty()) output.Write("\n");
-    PrintNans(output, form, report.nans);
+    PrintNans(output, form, report);
   }
   if (!report.worst.empty() || !norms.empty() || !report.nans.empty()) output.Write("\n");
   output.Write(report.Summarize() + '\n');
@@ -149,10 +149,10 @@ void PrintReportAsJson(Output& output, const Report& report)
   }
   json["nans let pass"] = Json::array();
   for (const NanRow& row : report.nans) {
-    Json entry         = NameJson(row.name);
-    entry["id"]        = IdJson(row.id);
+    Json entry         = NameJson(report.all[row.block].name);
+    entry["id"]        = row.id;
     entry["component"] = TextJson(row.component);
-    entry["side"]      = row.side;
+    entry["side"]      = row.GetSide();
     json["nans let pass"].push_back(std::move(entry));
   }
   output.Write(JsonText(json, 2) + '\n');
