@@ -1,10 +1,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -21,9 +21,9 @@
 #include "diff/RuleLearning.h"
 #include "Failure.h"
 #include "OpenedDatabase.h"
+#include "OutputFile.h"
 #include "Program.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "QuilonUtilities/FED_Failure.h"
 #include "selection/KindTable.h"
 #include "terminal/Console.h"
 #include "terminal/Format.h"
@@ -89,35 +89,59 @@ std::string TermsOf(const Options& options)
   return terms;
 }
 
-/// Finds kinds by the names of either database.
-KindResolver MakeResolver(const KindTable& first, const KindTable& second)
+/// What the options say, read before the databases are opened: a large result takes its time.
+struct Request
 {
-  return [&first, &second](std::string_view text) {
-    try {
-      return first.Resolve(text);
-    } catch (const FED_Failure&) {
-      // What the second knows is known; what it does not is told as the second tells it.
-      return second.Resolve(text);
-    }
-  };
+  std::optional<ComparisonRule> rule;            ///< for all kinds; nothing when no option says it
+  std::optional<double>         pointTolerance;  ///< to match meshes by; nothing when they are not
+};
+
+/// @throws FED_Failure for options that do not go together
+void CheckOptions(const Options& options)
+{
+  if (options.match == "index" && options.pointTolerance)
+    Fail("--match index and --match-points exclude each other, expected one at most");
+  if (options.brief && (options.form.json || options.form.csv || options.form.table))
+    Fail("--brief goes without --json, --csv and --table");
+  if (!options.learn) {
+    if (options.databases.size() != 2) Fail("expected two databases to compare, A and B");
+    if (!options.output.empty()) Fail("-o goes with --learn");
+    if (options.factor) Fail("--factor goes with --learn");
+    return;
+  }
+  const std::string terms = TermsOf(options);
+  if ((!terms.empty() && terms != "mode-sign") || !options.rules.empty() || !options.ruleFile.empty())
+    Fail("--learn writes rules and takes none, expected --mode-sign at most");
+  if (!options.junit.empty() || options.brief || options.norms || options.form.json || options.form.csv ||
+      options.form.table)
+    Fail("--learn reports nothing, expected it without --junit, --json, --csv, --table, --norms and --brief");
+  if (options.databases.size() < 2) Fail("--learn: expected two accepted runs or more");
+  if (options.output.empty()) Fail("--learn: -o is missing, expected the rules file to write");
+}
+
+Request ReadRequest(const Options& options)
+{
+  CheckOptions(options);
+  Request           request;
+  const std::string terms = TermsOf(options);
+  if (!terms.empty()) request.rule = ParseRule(terms, "");
+  if (options.pointTolerance) request.pointTolerance = ParseNumber(*options.pointTolerance, "--match-points", 0.0);
+  return request;
 }
 
 /// What is said on the command line replaces what a file says.
-RuleSet MakeRules(const Options& options, const KindResolver& resolve)
+RuleSet MakeRules(const Options& options, const Request& request, const KindTable& kinds)
 {
-  RuleSet rules;
+  const KindResolver resolve = [&kinds](std::string_view text) { return kinds.Resolve(text); };
+  RuleSet            rules;
   if (!options.ruleFile.empty()) ReadRuleFile(options.ruleFile, resolve, rules);
-  const std::string terms = TermsOf(options);
-  if (!terms.empty()) {
-    const ComparisonRule former = rules.fallback;
-    rules.fallback              = ParseRule(terms, "");
-    const bool saysHow          = options.exact || options.abs || options.rel || options.peak || options.ulps;
-    if (!saysHow) {
+  if (request.rule) {
+    if (options.exact || options.abs || options.rel || options.peak || options.ulps) {
+      rules.fallback = *request.rule;
+    } else {
       // --nan and --mode-sign alone leave the tolerances of the file.
-      const ComparisonRule said = rules.fallback;
-      rules.fallback            = former;
-      if (said.nan) rules.fallback.nan = said.nan;
-      rules.fallback.modeSign = former.modeSign || said.modeSign;
+      if (request.rule->nan) rules.fallback.nan = request.rule->nan;
+      rules.fallback.modeSign = rules.fallback.modeSign || request.rule->modeSign;
     }
   }
   for (const std::string& rule : options.rules) rules.Add(rule, resolve, "--rule: ");
@@ -127,29 +151,48 @@ RuleSet MakeRules(const Options& options, const KindResolver& resolve)
 /// A database that takes part.
 struct Participant
 {
-  Participant(const std::string& path, const Options& options, Console& console)
-      : name(path),
-        opened(path, console),
-        kinds(opened.Get()),
-        compared{opened.Get(),
-                 options.selection.Parse(kinds).Apply(opened.Get().GetDataDescriptors(FED_DataDescriptorPattern()))}
+  Participant(const std::string& path, Console& console)
+      : name(path), opened(path, console), kinds(opened.Get()), allKinds(kinds)
   {}
 
-  std::string      name;
-  OpenedDatabase   opened;
-  KindTable        kinds;
-  ComparedDatabase compared;
+  ComparedDatabase GetCompared() { return {opened.Get(), blocks}; }
+
+  std::string                     name;
+  OpenedDatabase                  opened;
+  KindTable                       kinds;
+  KindTable                       allKinds;  ///< with those that only the other databases name
+  std::vector<FED_DataDescriptor> blocks;    ///< the selected ones
 };
 
+using Participants = std::vector<std::unique_ptr<Participant>>;
+
+Participants OpenAll(const Options& options, Console& console)
+{
+  Participants all;
+  for (const std::string& path : options.databases) all.push_back(std::make_unique<Participant>(path, console));
+  bool        any = options.selection.ToString().empty();
+  std::string names;
+  for (const auto& one : all) {
+    for (const auto& other : all) one->allKinds.AddForeign(other->kinds);
+    const Selection selection = options.selection.Parse(one->allKinds);
+    one->blocks               = selection.Apply(one->opened.Get().GetDataDescriptors(FED_DataDescriptorPattern()));
+    any                       = any || !one->blocks.empty();
+    names += (names.empty() ? "" : ", ") + one->name;
+  }
+  // Two selections of nothing are no proof that anything is the same.
+  if (!any) Fail(names + ": no block matches '" + options.selection.ToString() + "'");
+  return all;
+}
+
 /// Compares the pair. The rules are set already.
-DatabaseOutcome ComparePair(const Participant& first, const Participant& second, ComparisonTerms terms,
-                            const Options& options, Console& console)
+DatabaseOutcome ComparePair(Participant& first, Participant& second, ComparisonTerms terms, const Options& options,
+                            const Request& request, Console& console)
 {
   MeshMatch mesh;
-  if (options.pointTolerance) {
+  if (request.pointTolerance) {
     MeshMatchReport report;
-    mesh       = MatchMeshes(first.compared.database, second.compared.database,
-                             ParseNumber(*options.pointTolerance, "--match-points", 0.0), first.name, second.name, report);
+    mesh =
+        MatchMeshes(first.opened.Get(), second.opened.Get(), *request.pointTolerance, first.name, second.name, report);
     terms.mesh = &mesh;
     console.Note("matched " + Counted(report.nodes, "node") + " and " + Counted(report.elements, "element") +
                  " by their places");
@@ -162,28 +205,28 @@ DatabaseOutcome ComparePair(const Participant& first, const Participant& second,
   terms.progress              = [&console](std::size_t done, std::size_t total) {
     console.Progress("comparing blocks", done, total);
   };
-  return CompareDatabases(first.compared, second.compared, terms);
+  return CompareDatabases(first.GetCompared(), second.GetCompared(), terms);
 }
 
 void WriteFile(const std::string& path, const std::string& text)
 {
-  std::ofstream file(path, std::ios::binary);
-  file << text;
-  file.close();
-  if (!file) Fail(path + ": cannot be written");
+  OutputFile file(path);
+  file.Write(text);
+  file.Publish();
 }
 
 void RunComparison(const Options& options, CommandContext& context)
 {
-  if (options.databases.size() != 2) Fail("expected two databases to compare, A and B");
-  const Participant first(options.databases[0], options, context.console);
-  const Participant second(options.databases[1], options, context.console);
-  ComparisonTerms   terms;
-  terms.rules                              = MakeRules(options, MakeResolver(first.kinds, second.kinds));
-  const DatabaseOutcome            outcome = ComparePair(first, second, terms, options, context.console);
+  const Request      request      = ReadRequest(options);
+  const Participants participants = OpenAll(options, context.console);
+  Participant&       first        = *participants[0];
+  Participant&       second       = *participants[1];
+  ComparisonTerms    terms;
+  terms.rules                              = MakeRules(options, request, first.allKinds);
+  const DatabaseOutcome            outcome = ComparePair(first, second, terms, options, request, context.console);
   QuilonDataBlockDiff::CompareInfo limits;
   limits.maxBlockDiffs = options.maxBlocks;
-  const Report report  = MakeReport(outcome, first.compared, second.compared, first.name, second.name, limits);
+  const Report report = MakeReport(outcome, first.GetCompared(), second.GetCompared(), first.name, second.name, limits);
   if (!options.junit.empty()) WriteFile(options.junit, ToJUnit(report));
   if (options.brief)
     context.output.Write(report.Summarize() + '\n');
@@ -196,34 +239,30 @@ void RunComparison(const Options& options, CommandContext& context)
 
 void RunLearning(const Options& options, CommandContext& context)
 {
-  if (options.databases.size() < 2) Fail("--learn: expected two accepted runs or more");
-  if (options.output.empty()) Fail("--learn: -o is missing, expected the rules file to write");
-  const double factor = options.factor ? ParseNumber(*options.factor, "--factor", 1.0) : 10.0;
+  const Request request = ReadRequest(options);
+  const double  factor  = options.factor ? ParseNumber(*options.factor, "--factor", 1.0) : 10.0;
 
-  RuleLearner                               learner(factor, options.modeSign);
-  std::vector<std::unique_ptr<Participant>> runs;
-  for (const std::string& path : options.databases)
-    runs.push_back(std::make_unique<Participant>(path, options, context.console));
-  ComparisonTerms terms;
+  const Participants runs = OpenAll(options, context.console);
+  RuleLearner        learner(runs.front()->kinds, factor, options.modeSign);
+  ComparisonTerms    terms;
   terms.rules = learner.GetRules();
   for (std::size_t i = 0; i < runs.size(); ++i)
     for (std::size_t j = i + 1; j < runs.size(); ++j)
-      learner.Add(ComparePair(*runs[i], *runs[j], terms, options, context.console),
+      learner.Add(ComparePair(*runs[i], *runs[j], terms, options, request, context.console), runs[i]->kinds,
                   runs[i]->name + " and " + runs[j]->name);
 
   std::string head = "# Differences among accepted runs, times " + FormatNumber(factor) + ":\n";
   for (const std::string& path : options.databases) head += "#   " + Printable(path) + '\n';
-  const std::string rules = learner.WriteRules(runs.front()->kinds, head);
-  WriteFile(options.output, rules);
+  WriteFile(options.output, learner.WriteRules(head));
   context.output.Write(options.output + ": rules learnt from " + Counted(runs.size(), "run") + '\n');
 }
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (options.learn) return RunLearning(options, context);
-  if (!options.output.empty()) Fail("-o goes with --learn");
-  if (options.factor) Fail("--factor goes with --learn");
-  RunComparison(options, context);
+  if (options.learn)
+    RunLearning(options, context);
+  else
+    RunComparison(options, context);
 }
 
 constexpr const char* kFooter =

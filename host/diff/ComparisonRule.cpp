@@ -207,11 +207,10 @@ ValueJudge::ValueJudge(const ComparisonRule& rule, const QuilonDataBlockDiff::Co
   info_.useExactCompare = rule.form == ComparisonRule::Exact;
 }
 
-bool ValueJudge::Accepts(double a, double b, bool isSingle) const noexcept
+bool ValueJudge::AcceptsUnequal(double a, double b, bool isSingle) const noexcept
 {
   if (rule_.form == ComparisonRule::Ignore) return true;
   if (rule_.form != ComparisonRule::Tolerances) return QuilonDataRecordDiff::EqualOrNearValue(a, b, info_);
-  if (a == b) return true;
   if (!std::isfinite(a) || !std::isfinite(b)) return false;
   const double difference = std::fabs(a - b);
   bool         holds      = !rule_.any;

@@ -73,12 +73,16 @@ class ValueJudge
 {
 public:
   /// @param rule borrowed
-  /// @param info tolerances of the library's rule
+  /// @param info tolerances of the library's rule, 0 or more
   /// @param peak what peak= is relative to
   ValueJudge(const ComparisonRule& rule, const QuilonDataBlockDiff::CompareInfo& info, double peak);
 
   /// @param isSingle whether both values come from fields of 32 bits, which is what ulps= counts in then
-  bool Accepts(double a, double b, bool isSingle) const noexcept;
+  bool Accepts(double a, double b, bool isSingle) const noexcept
+  {
+    // Every rule accepts equal values, and most are.
+    return a == b || AcceptsUnequal(a, b, isSingle);
+  }
 
   /// @return for two values that are not accepted how many times their difference is what is allowed, for `any` by the
   ///         term that comes nearest; infinite where nothing is allowed
@@ -88,6 +92,8 @@ public:
   std::string Explain(double a, double b, bool isSingle) const;
 
 private:
+  bool AcceptsUnequal(double a, double b, bool isSingle) const noexcept;
+
   const ComparisonRule&            rule_;
   QuilonDataBlockDiff::CompareInfo info_;
   double                           peak_;

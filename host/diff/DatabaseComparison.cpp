@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 #include <tuple>
 #include <utility>
 
@@ -18,11 +19,14 @@ constexpr int kModes        = 2;  // of the index Analysis
 constexpr int kNodeSets     = 600;
 constexpr int kElementSets  = 601;
 
+constexpr const char* kImaginaryDisplacement = "DISPI";  // the name that the solver gives it
+
 constexpr auto kQuantity = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
 
 bool IsUserKind(int onf) { return onf >= 1000 && onf <= 1999; }
 
-/// What identifies a block in either database: its indices, with the names of user kinds in place of their ONF ids.
+/// What identifies a block in either database: its indices, with the names of user kinds in place of their ONF ids. Of
+/// such an id the hundred stays: it says what the ids of the records number and what a record holds.
 struct BlockKey
 {
   FED_DataDescriptor descriptor;
@@ -43,7 +47,7 @@ BlockKey MakeKey(const FED_Database& database, const FED_DataDescriptor& descrip
     const int onf = descriptor.values[index];
     if (!IsUserKind(onf)) return;
     name = database.GetUserKindName(static_cast<FED_OnfId>(onf));
-    if (!name.empty()) key.descriptor.values[index] = 0;
+    if (!name.empty()) key.descriptor.values[index] = onf / 100 * 100;
   };
   replace(FED_DataDescriptor::OnfId, key.kindName);
   if (GetQuantity(descriptor) != 0) replace(kQuantity, key.quantityName);
@@ -59,8 +63,12 @@ int KindOf(const FED_DataDescriptor& descriptor)
 }
 
 /// How the values of a mode's result change with the sign of the mode.
-Transformation::Sign GetSignWhenNegated(int onf)
+/// @param userKindName empty for all but user kinds with a name
+Transformation::Sign GetSignWhenNegated(int onf, const std::string& userKindName)
 {
+  // The parts of a complex mode are one vector.
+  for (const char* const imaginary : {kImaginaryDisplacement, "FORCI", "STRESSI", "TOSTRAII"})
+    if (userKindName == imaginary) return Transformation::Negated;
   switch (onf) {
     case 510:  // displacement, reaction, velocity, acceleration
     case 511:
@@ -125,7 +133,8 @@ public:
 private:
   void FindCounterparts()
   {
-    std::map<BlockKey, FED_DataDescriptor> unmatched;
+    // Two user kinds may have one name: their blocks pair in the order of their ids, and what is left over is told.
+    std::multimap<BlockKey, FED_DataDescriptor> unmatched;
     for (const FED_DataDescriptor& descriptor : second_.blocks)
       if (HasRecords(second_.database.GetConstDataBlock(descriptor)))
         unmatched.emplace(MakeKey(second_.database, descriptor), descriptor);
@@ -139,8 +148,8 @@ private:
       outcome.block         = &block;
       BlockKey key          = MakeKey(first_.database, descriptor);
       if (terms_.keyInSecond) key.descriptor = terms_.keyInSecond(key.descriptor);
-      const auto found = unmatched.find(key);
-      if (found == unmatched.end()) {
+      const auto [found, end] = unmatched.equal_range(key);
+      if (found == end) {
         outcome.status = BlockOutcome::MissingInSecond;
         continue;
       }
@@ -149,9 +158,10 @@ private:
       unmatched.erase(found);
     }
     if (terms_.allowsMore) return;
+    std::set<FED_DataDescriptor> additional;
+    for (const auto& [key, descriptor] : unmatched) additional.insert(descriptor);
     for (const FED_DataDescriptor& descriptor : second_.blocks) {
-      const auto found = unmatched.find(MakeKey(second_.database, descriptor));
-      if (found == unmatched.end()) continue;
+      if (!additional.contains(descriptor)) continue;
       BlockOutcome& outcome      = outcome_.blocks.emplace_back();
       outcome.descriptor         = descriptor;
       outcome.descriptorInSecond = descriptor;
@@ -161,7 +171,7 @@ private:
     }
   }
 
-  /// @return the ONF id that the kind of a block of the second database has in the first, where its name tells
+  /// @return the ONF id that rules know the kind of a block of the second database by, see KindTable::AddForeign()
   int KindInFirst(const FED_DataDescriptor& descriptor) const
   {
     const int kind = KindOf(descriptor);
@@ -170,7 +180,7 @@ private:
     if (name.empty()) return kind;
     for (int onf = 1000; onf <= 1999; ++onf)
       if (first_.database.GetUserKindName(static_cast<FED_OnfId>(onf)) == name) return onf;
-    return kind;
+    return first_.database.GetUserKindName(static_cast<FED_OnfId>(kind)).empty() ? kind : -kind;
   }
 
   void Compare(BlockOutcome& outcome)
@@ -211,7 +221,7 @@ private:
       if (onf == kElementSets) transformation.listIds = terms_.mesh->Find(1);
       transformation.sortsLists = onf == kNodeSets || onf == kElementSets;
     }
-    const Transformation::Sign whenNegated = GetSignWhenNegated(onf);
+    const Transformation::Sign whenNegated = GetSignWhenNegated(onf, GetUserKindName(onf));
     if (rule.modeSign && whenNegated != Transformation::AsIs && IsMode(outcome.descriptor) &&
         IsNegatedMode(outcome, pairs, whenNegated))
       transformation.sign = whenNegated;
@@ -221,23 +231,43 @@ private:
   /// One sign for all results of a mode: the displacement decides. Without it each block decides for itself.
   bool IsNegatedMode(const BlockOutcome& outcome, const RecordPairs& pairs, Transformation::Sign whenNegated)
   {
-    const auto [known, isNew] = isNegated_.try_emplace(ModeOf(outcome.descriptor));
-    if (isNew) known->second = AskDisplacement(outcome);
-    if (known->second) return *known->second;
-    // Principal values do not tell: their negative is in another order.
-    return whenNegated == Transformation::Negated && DotProduct(*outcome.block, *outcome.secondBlock, pairs) < 0.0;
+    const auto displacements = GetDisplacements().equal_range(ModeOf(outcome.descriptor));
+    if (displacements.first == displacements.second) {
+      const auto product = [&](Transformation::Sign sign) {
+        return DotProduct(*outcome.block, *outcome.secondBlock, pairs, sign);
+      };
+      return product(whenNegated) > product(Transformation::AsIs);
+    }
+    const auto [known, isNew] = isNegated_.try_emplace(displacements.first->first, false);
+    if (isNew) {
+      double sum = 0.0;
+      for (auto other = displacements.first; other != displacements.second; ++other) {
+        const BlockOutcome& displacement = *other->second;
+        sum += DotProduct(*displacement.block, *displacement.secondBlock,
+                          matcher_.Pair(*displacement.block, *displacement.secondBlock), Transformation::AsIs);
+      }
+      known->second = sum < 0.0;
+    }
+    return known->second;
   }
 
-  std::optional<bool> AskDisplacement(const BlockOutcome& outcome)
+  /// The displacements of modes that both databases hold, imaginary parts and all layers included.
+  const std::multimap<FED_DataDescriptor, const BlockOutcome*>& GetDisplacements()
   {
-    const FED_DataDescriptor mode = ModeOf(outcome.descriptor);
-    for (const BlockOutcome& other : outcome_.blocks) {
-      const bool isVector = other.descriptor.GetInteger(FED_DataDescriptor::OnfId) == kDisplacement;
-      if (!isVector || other.block == nullptr || other.secondBlock == nullptr || !(ModeOf(other.descriptor) == mode))
-        continue;
-      return DotProduct(*other.block, *other.secondBlock, matcher_.Pair(*other.block, *other.secondBlock)) < 0.0;
+    if (displacements_) return *displacements_;
+    displacements_.emplace();
+    for (const BlockOutcome& outcome : outcome_.blocks) {
+      if (outcome.block == nullptr || outcome.secondBlock == nullptr) continue;
+      const int onf = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId);
+      if (onf == kDisplacement || GetUserKindName(onf) == kImaginaryDisplacement)
+        displacements_->emplace(ModeOf(outcome.descriptor), &outcome);
     }
-    return std::nullopt;
+    return *displacements_;
+  }
+
+  std::string GetUserKindName(int onf) const
+  {
+    return IsUserKind(onf) ? first_.database.GetUserKindName(static_cast<FED_OnfId>(onf)) : std::string();
   }
 
   const ComparedDatabase& first_;
@@ -245,8 +275,10 @@ private:
   const ComparisonTerms&  terms_;
   RecordMatcher           matcher_;
   DatabaseOutcome         outcome_;
-  /// By mode: whether its displacement says that the second database has the other sign; nothing without displacement.
-  std::map<FED_DataDescriptor, std::optional<bool>> isNegated_;
+  /// By mode, made when first asked for.
+  std::optional<std::multimap<FED_DataDescriptor, const BlockOutcome*>> displacements_;
+  /// By mode: whether its displacements say that the second database has the other sign.
+  std::map<FED_DataDescriptor, bool> isNegated_;
 };
 
 }  // namespace

@@ -62,10 +62,12 @@ struct PeakFinder
 
   double GetSmaller() const noexcept { return std::min(first, second); }
 
-  void Value(std::size_t, std::size_t, double a, double b, bool)
+  void Values(std::size_t, const double* a, const double* b, std::size_t count, bool)
   {
-    if (std::isfinite(a)) first = std::max(first, std::fabs(a));
-    if (std::isfinite(b)) second = std::max(second, std::fabs(b));
+    for (std::size_t i = 0; i < count; ++i) {
+      if (std::isfinite(a[i])) first = std::max(first, std::fabs(a[i]));
+      if (std::isfinite(b[i])) second = std::max(second, std::fabs(b[i]));
+    }
   }
   void Mismatch(std::size_t, std::size_t, const char*, const std::string&, const std::string&) {}
 };
@@ -94,25 +96,33 @@ public:
     worst_.Add(std::move(recordWorst_));
   }
 
-  void Value(std::size_t field, std::size_t component, double a, double b, bool isSingle)
+  void Values(std::size_t field, const double* a, const double* b, std::size_t count, bool isSingle)
   {
-    FieldNorms& norms = outcome_.norms;
-    ++norms.values;
-    peaks_.Value(field, component, a, b, isSingle);
-    const double distance = std::fabs(a - b);
-    if (std::isfinite(distance)) {
-      norms.largest = std::max(norms.largest, distance);
-      norms.sumSquares += distance * distance;
-      norms.reference += a * a;
-    } else if (std::isnan(a) || std::isnan(b)) {
-      return Nan(field, component, a, b);
+    // Summed in copies, which stay in registers.
+    FieldNorms norms = outcome_.norms;
+    PeakFinder peaks = peaks_;
+    for (std::size_t i = 0; i < count; ++i) {
+      const double distance = std::fabs(a[i] - b[i]);
+      // Where it is finite, so are both values.
+      if (std::isfinite(distance)) {
+        norms.largest = std::max(norms.largest, distance);
+        norms.sumSquares += distance * distance;
+        norms.reference += a[i] * a[i];
+        peaks.first  = std::max(peaks.first, std::fabs(a[i]));
+        peaks.second = std::max(peaks.second, std::fabs(b[i]));
+      } else {
+        ++norms.unmeasured;
+        peaks.Values(field, a + i, b + i, 1, isSingle);
+        if (std::isnan(a[i]) || std::isnan(b[i])) {
+          Nan(field, i, a[i], b[i]);
+          continue;
+        }
+      }
+      if (!judge_.Accepts(a[i], b[i], isSingle)) Differ(field, i, a[i], b[i], isSingle);
     }
-    if (judge_.Accepts(a, b, isSingle)) return;
-    ++outcome_.differingValues;
-    const double excess = judge_.GetExcess(a, b, isSingle);
-    if (hasWorst_ && !IsWorse(excess, distance)) return;
-    AddWorst(field, component, excess, distance, Text(a, isSingle), Text(b, isSingle), "");
-    recordWorst_.rule = judge_.Explain(a, b, isSingle);
+    norms.values += count;
+    outcome_.norms = norms;
+    peaks_         = peaks;
   }
 
   void Mismatch(std::size_t field, std::size_t component, const char* what, std::string a, std::string b)
@@ -137,6 +147,16 @@ public:
   std::vector<ValueDifference> TakeWorst() { return worst_.Take(); }
 
 private:
+  void Differ(std::size_t field, std::size_t component, double a, double b, bool isSingle)
+  {
+    ++outcome_.differingValues;
+    const double excess   = judge_.GetExcess(a, b, isSingle);
+    const double distance = std::fabs(a - b);
+    if (hasWorst_ && !IsWorse(excess, distance)) return;
+    AddWorst(field, component, excess, distance, Text(a, isSingle), Text(b, isSingle), "");
+    recordWorst_.rule = judge_.Explain(a, b, isSingle);
+  }
+
   void Nan(std::size_t field, std::size_t component, double a, double b)
   {
     const NanSide side = std::isnan(a) && std::isnan(b) ? NanSide::Both
@@ -181,10 +201,12 @@ struct DotFinder
 {
   double sum = 0.0;
 
-  void Value(std::size_t, std::size_t, double a, double b, bool)
+  void Values(std::size_t, const double* a, const double* b, std::size_t count, bool)
   {
-    const double product = a * b;
-    if (std::isfinite(product)) sum += product;
+    for (std::size_t i = 0; i < count; ++i) {
+      const double product = a[i] * b[i];
+      if (std::isfinite(product)) sum += product;
+    }
   }
   void Mismatch(std::size_t, std::size_t, const char*, const std::string&, const std::string&) {}
 };
@@ -194,7 +216,7 @@ void WalkAll(const FED_DataBlock& first, const FED_DataBlock& second, const Reco
              const Transformation& transformation, Visitor& visitor)
 {
   RecordWalk<Visitor> walk(first, second, transformation, false);
-  for (const RecordPair& pair : pairs.pairs) walk.Walk(pair, visitor);
+  pairs.ForEach([&](const RecordPair& pair) { walk.Walk(pair, visitor); });
 }
 
 bool IsLibraryForm(const ComparisonRule& rule)
@@ -253,7 +275,7 @@ std::vector<std::size_t> FindSecondOnly(const FED_DataBlock& first, const FED_Da
 
 double FieldNorms::GetRms() const noexcept
 {
-  return values == 0 ? 0.0 : std::sqrt(sumSquares / static_cast<double>(values));
+  return values == unmeasured ? 0.0 : std::sqrt(sumSquares / static_cast<double>(values - unmeasured));
 }
 
 double FieldNorms::GetRelative() const noexcept
@@ -287,14 +309,15 @@ FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& seco
 
   Tally             tally(rule, info, peaks.GetSmaller(), outcome);
   RecordWalk<Tally> walk(first, second, terms.transformation, IsLibraryForm(rule));
-  for (const RecordPair& pair : pairs.pairs) {
+  pairs.ForEach([&](const RecordPair& pair) {
     ThrowIfInterrupted();
     tally.BeginRecord(pair.first);
     walk.Walk(pair, tally);
     tally.EndRecord(library && library->IsDifferent(pair));
-  }
+  });
   for (const std::size_t index : pairs.firstOnly) tally.Missing(index, false);
-  for (const std::size_t index : FindSecondOnly(first, second, pairs, info)) tally.Missing(index, true);
+  for (const std::size_t index : library ? FindSecondOnly(first, second, pairs, info) : pairs.secondOnly)
+    tally.Missing(index, true);
   outcome.norms.peak = tally.GetPeak();
   outcome.worst      = tally.TakeWorst();
   return outcome;
@@ -313,6 +336,7 @@ FieldOutcome FindNans(const FED_DataBlock& block, bool isSecond, std::size_t mos
   Tally                tally(rule, info, 0.0, outcome);
   RecordWalk<Tally>    walk(block, block, asIs, false);
   for (auto index = block.Begin(); index != block.End(); ++index) {
+    ThrowIfInterrupted();
     tally.BeginRecord(*index);
     walk.Walk({*index, *index}, tally);
     tally.EndRecord(false);
@@ -325,11 +349,13 @@ FieldOutcome FindNans(const FED_DataBlock& block, bool isSecond, std::size_t mos
   return outcome;
 }
 
-double DotProduct(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs)
+double DotProduct(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs,
+                  Transformation::Sign sign)
 {
-  DotFinder            dot;
-  const Transformation asIs;
-  WalkAll(first, second, pairs, asIs, dot);
+  DotFinder      dot;
+  Transformation transformation;
+  transformation.sign = sign;
+  WalkAll(first, second, pairs, transformation, dot);
   return dot.sum;
 }
 

@@ -17,6 +17,7 @@ namespace quilon::diff {
 struct FieldNorms
 {
   std::size_t values     = 0;    ///< pairs of numbers that were compared, NaNs and infinities included
+  std::size_t unmeasured = 0;    ///< of these, pairs without a finite distance
   double      peak       = 0.0;  ///< largest finite magnitude, of the smaller one of the two fields
   double      largest    = 0.0;  ///< of |a - b|
   double      sumSquares = 0.0;  ///< of a - b
@@ -98,7 +99,9 @@ FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& seco
 /// @param most     of the differences to keep
 FieldOutcome FindNans(const FED_DataBlock& block, bool isSecond, std::size_t most);
 
+/// @param sign how the values of the second block are changed first
 /// @return the sum of products over all values that are finite in both
-double DotProduct(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs);
+double DotProduct(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs,
+                  Transformation::Sign sign);
 
 }  // namespace quilon::diff

@@ -14,7 +14,9 @@
 
 #include "Failure.h"
 #include "QuilonDbConnector/FED_Database.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "ScratchRecord.h"
+#include "terminal/Format.h"
 #include "terminal/Interrupt.h"
 
 namespace quilon::diff {
@@ -23,6 +25,10 @@ namespace {
 
 constexpr int kCoordinates = 516;
 constexpr int kVectorType  = 5;
+
+// Nodes within the tolerance of a node, on average. More would make no sense, and the pairs of all nodes with all fill
+// any memory.
+constexpr std::size_t kMostCandidates = 100;
 
 struct Node
 {
@@ -69,9 +75,11 @@ Cloud ReadNodes(const FED_Database& database, const std::string& name)
   const FED_DataBlock* const block = FindBlock(database, kCoordinates);
   if (block == nullptr) Fail(name + ": holds no coordinates (516), expected them to match points");
   RequireVectors(*block, name);
-  Cloud cloud;
+  Cloud                      cloud;
+  const FED_ConstIdDataBlock ids(*block, database.GetIdMapsPool());
   for (auto index = block->Begin(); index != block->End(); ++index) {
-    Node node{GetRecordId(*block, database.GetIdMapsPool(), *index), {}};
+    ThrowIfInterrupted();
+    Node node{ids.GetId(*index), {}};
     block->GetValuesAt(*index, node.place.data());
     // A node at no place has no neighbour, and the search is not made for it.
     if (std::all_of(node.place.begin(), node.place.end(), [](double x) { return std::isfinite(x); }))
@@ -81,7 +89,8 @@ Cloud ReadNodes(const FED_Database& database, const std::string& name)
   return cloud;
 }
 
-IdMap MatchNodes(const Cloud& first, const Cloud& second, double tolerance, std::size_t& ambiguous)
+IdMap MatchNodes(const Cloud& first, const Cloud& second, double tolerance, const std::string& firstName,
+                 std::size_t& ambiguous)
 {
   IdMap map;
   if (first.nodes.empty() || second.nodes.empty()) return map;
@@ -95,6 +104,9 @@ IdMap MatchNodes(const Cloud& first, const Cloud& second, double tolerance, std:
   std::vector<std::pair<std::size_t, double>> found;
   for (const Node& node : first.nodes) {
     ThrowIfInterrupted();
+    if (candidates.size() > kMostCandidates * first.nodes.size())
+      Fail("nodes of " + firstName + " have more than " + std::to_string(kMostCandidates) + " nodes each within " +
+           FormatNumber(tolerance) + ", expected a tolerance below the distances of nodes");
     found.clear();
     tree.radiusSearch(node.place.data(), radius, found, nanoflann::SearchParams(32, 0.0F, false));
     std::size_t within = 0;
@@ -121,9 +133,10 @@ using ElementsByNodes = std::map<std::vector<int>, std::vector<int>>;
 /// @param translate node ids to write instead; an element with a node that it lacks is left out; null keeps the ids
 ElementsByNodes ReadElements(const FED_Database& database, const FED_DataBlock& block, const IdMap* translate)
 {
-  ElementsByNodes     elements;
-  const ScratchRecord scratch(block);
-  FED_IntArray        list;
+  ElementsByNodes            elements;
+  const FED_ConstIdDataBlock ids(block, database.GetIdMapsPool());
+  const ScratchRecord        scratch(block);
+  FED_IntArray               list;
   for (auto index = block.Begin(); index != block.End(); ++index) {
     ThrowIfInterrupted();
     block.GetRecord(*index, *scratch);
@@ -135,9 +148,9 @@ ElementsByNodes ReadElements(const FED_Database& database, const FED_DataBlock& 
       for (int& id : nodes) id = translate->at(id);
     }
     std::sort(nodes.begin(), nodes.end());
-    elements[nodes].push_back(GetRecordId(block, database.GetIdMapsPool(), *index));
+    elements[nodes].push_back(ids.GetId(*index));
   }
-  for (auto& [nodes, ids] : elements) std::sort(ids.begin(), ids.end());
+  for (auto& [nodes, same] : elements) std::sort(same.begin(), same.end());
   return elements;
 }
 
@@ -164,7 +177,7 @@ MeshMatch MatchMeshes(const FED_Database& first, const FED_Database& second, dou
   const Cloud firstNodes  = ReadNodes(first, firstName);
   const Cloud secondNodes = ReadNodes(second, secondName);
   MeshMatch   match;
-  match.nodes    = MatchNodes(firstNodes, secondNodes, tolerance, report.ambiguousNodes);
+  match.nodes    = MatchNodes(firstNodes, secondNodes, tolerance, firstName, report.ambiguousNodes);
   match.elements = MatchElements(first, second, match.nodes);
   match.hasElements =
       FindBlock(first, FED_OnfId_ElementNodes) != nullptr && FindBlock(second, FED_OnfId_ElementNodes) != nullptr;

@@ -30,7 +30,8 @@ struct MeshMatchReport
 /// another order pair, too; without element nodes in both databases elements keep their ids.
 /// @param tolerance largest distance of two nodes that are one, in the unit of the coordinates
 /// @param names     of the databases, for messages
-/// @throws FED_Failure for a database without coordinates
+/// @throws FED_Failure for a database without coordinates, and for a tolerance so large that the nodes of the first
+///         have more than a hundred candidates on average
 MeshMatch MatchMeshes(const FED_Database& first, const FED_Database& second, double tolerance,
                       const std::string& firstName, const std::string& secondName, MeshMatchReport& report);
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "QuilonDbConnector/FED_DataBlock.h"
-#include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonDbConnector/FED_IdMapsPool.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "terminal/Interrupt.h"
@@ -19,6 +18,32 @@ constexpr int kFirstKindWithoutId = 15;
 
 constexpr std::size_t kUnasked = FED_IdMapsPool::npos - 1;
 
+int GetEntityKind(const FED_DataBlock& block)
+{
+  const auto onf = static_cast<FED_OnfId>(block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId));
+  return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
+}
+
+/// @return the indices of the second block that no pair has, ascending
+std::vector<std::size_t> FindUnpaired(const RecordPairs& pairs, const FED_DataBlock& second)
+{
+  std::vector<PairRun> runs = pairs.runs;
+  if (!pairs.sameIndices)
+    std::sort(runs.begin(), runs.end(), [](const PairRun& a, const PairRun& b) { return a.second < b.second; });
+  std::vector<std::size_t> unpaired;
+  std::size_t              next  = 0;
+  const auto               probe = [&](std::size_t end) {
+    for (; next < end; ++next)
+      if (second.HasRecord(next)) unpaired.push_back(next);
+  };
+  for (const PairRun& run : runs) {
+    probe(run.second);
+    next = std::max(next, run.second + run.count);
+  }
+  probe(second.GetMaxIndex() + 1);
+  return unpaired;
+}
+
 }  // namespace
 
 const IdMap* MeshMatch::Find(int entityKind) const noexcept
@@ -27,15 +52,13 @@ const IdMap* MeshMatch::Find(int entityKind) const noexcept
   return entityKind == kElementKind && hasElements ? &elements : nullptr;
 }
 
-int GetEntityKind(const FED_DataBlock& block)
+void RecordPairs::Add(std::size_t first, std::size_t second)
 {
-  const auto onf = static_cast<FED_OnfId>(block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId));
-  return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
-}
-
-int GetRecordId(const FED_DataBlock& block, const FED_IdMapsPool& pool, std::size_t index)
-{
-  return FED_ConstIdDataBlock(block, pool).GetId(index);
+  if (!runs.empty() && first == runs.back().first + runs.back().count &&
+      second == runs.back().second + runs.back().count)
+    ++runs.back().count;
+  else
+    runs.push_back({first, second, 1});
 }
 
 RecordMatcher::RecordMatcher(Mode mode, const FED_IdMapsPool& first, const FED_IdMapsPool& second,
@@ -46,35 +69,30 @@ RecordMatcher::RecordMatcher(Mode mode, const FED_IdMapsPool& first, const FED_I
 RecordPairs RecordMatcher::Pair(const FED_DataBlock& first, const FED_DataBlock& second)
 {
   const int                entityKind = GetEntityKind(first);
-  RecordPairs              result;
-  std::vector<std::size_t> taken;  // of the second block
+  std::vector<std::size_t> none;
+  // Looked up once a block, not once a record.
+  const bool                byIndex = mode_ == ByIndex || entityKind >= kFirstKindWithoutId;
+  std::vector<std::size_t>& known   = byIndex ? none : known_[entityKind];
+
+  RecordPairs result;
   for (auto index = first.Begin(); index != first.End(); ++index) {
     ThrowIfInterrupted();
-    const std::size_t other = FindInSecond(entityKind, *index);
+    const std::size_t other = byIndex ? *index : FindInSecond(entityKind, *index, known);
     if (other != *index && (other != FED_IdMapsPool::npos || second.HasRecord(*index))) result.sameIndices = false;
-    if (other == FED_IdMapsPool::npos || !second.HasRecord(other)) {
+    if (other == FED_IdMapsPool::npos || !second.HasRecord(other))
       result.firstOnly.push_back(*index);
-    } else {
-      result.pairs.push_back({*index, other});
-      taken.push_back(other);
-    }
+    else
+      result.Add(*index, other);
   }
-  if (!result.sameIndices) std::sort(taken.begin(), taken.end());
-  auto next = taken.begin();
-  for (auto index = second.Begin(); index != second.End(); ++index) {
-    next = std::find_if(next, taken.end(), [&](std::size_t other) { return other >= *index; });
-    if (next == taken.end() || *next != *index) result.secondOnly.push_back(*index);
-  }
+  result.secondOnly = FindUnpaired(result, second);
   return result;
 }
 
-std::size_t RecordMatcher::FindInSecond(int entityKind, std::size_t index)
+std::size_t RecordMatcher::FindInSecond(int entityKind, std::size_t index, std::vector<std::size_t>& known) const
 {
-  if (mode_ == ByIndex || entityKind >= kFirstKindWithoutId) return index;
   // Beyond this an index is so far out that a table up to it would be mostly holes.
   constexpr std::size_t kMostKept = std::size_t{1} << 26;
   if (index >= kMostKept) return LookUp(entityKind, index);
-  std::vector<std::size_t>& known = known_[entityKind];
   if (index >= known.size()) known.resize(std::max(index + 1, std::min(2 * known.size(), kMostKept)), kUnasked);
   if (known[index] == kUnasked) known[index] = LookUp(entityKind, index);
   return known[index];
@@ -91,7 +109,9 @@ std::size_t RecordMatcher::LookUp(int entityKind, std::size_t index) const
   }
   const std::size_t other = second_.FindIndex(entityKind, id);
   if (other != FED_IdMapsPool::npos || entityKind != kUnknownKind || id < 0) return other;
-  return static_cast<std::size_t>(id);
+  // An index that no id maps to reads as itself; one that some id maps to stands for that id.
+  const auto asIndex = static_cast<std::size_t>(id);
+  return second_.GetId(entityKind, asIndex) == id ? asIndex : FED_IdMapsPool::npos;
 }
 
 }  // namespace quilon::diff

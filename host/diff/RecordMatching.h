@@ -34,12 +34,31 @@ struct RecordPair
   std::size_t second;
 };
 
+/// Consecutive records that stand for as many consecutive ones: first + i for second + i.
+struct PairRun
+{
+  std::size_t first;
+  std::size_t second;
+  std::size_t count;
+};
+
 struct RecordPairs
 {
-  std::vector<RecordPair>  pairs;       ///< by ascending index of the first block
+  std::vector<PairRun>     runs;        ///< by ascending index of the first block
   std::vector<std::size_t> firstOnly;   ///< indices of the first block without a counterpart, ascending
   std::vector<std::size_t> secondOnly;  ///< indices of the second block without a counterpart, ascending
   bool sameIndices = true;              ///< whether records stand for each other exactly where they have the same index
+
+  /// Takes pairs by ascending index of the first block.
+  void Add(std::size_t first, std::size_t second);
+
+  /// Calls visit(RecordPair) by ascending index of the first block.
+  template <typename Visit>
+  void ForEach(Visit visit) const
+  {
+    for (const PairRun& run : runs)
+      for (std::size_t i = 0; i < run.count; ++i) visit(RecordPair{run.first + i, run.second + i});
+  }
 };
 
 /// Pairs the records of blocks by their ids, by their indices, or through a mesh match.
@@ -61,7 +80,7 @@ public:
   RecordPairs Pair(const FED_DataBlock& first, const FED_DataBlock& second);
 
 private:
-  std::size_t FindInSecond(int entityKind, std::size_t index);
+  std::size_t FindInSecond(int entityKind, std::size_t index, std::vector<std::size_t>& known) const;
   std::size_t LookUp(int entityKind, std::size_t index) const;
 
   Mode                                    mode_;
@@ -70,11 +89,5 @@ private:
   const MeshMatch*                        mesh_;
   std::map<int, std::vector<std::size_t>> known_;  // by entity kind and index of the first, kUnasked until looked up
 };
-
-/// @return the entity kind of the block's ids; 15 and above where it has none
-int GetEntityKind(const FED_DataBlock& block);
-
-/// @return the id of the record at an index; the index itself where the block has no ids
-int GetRecordId(const FED_DataBlock& block, const FED_IdMapsPool& pool, std::size_t index);
 
 }  // namespace quilon::diff

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
-#include <vector>
 
 #include <bundled/FED_RecordFormat.h>
 
@@ -26,7 +25,8 @@ struct Transformation
     NegatedPrincipal  ///< principal values of a negated tensor: negated and in reverse order
   };
   Sign sign = AsIs;
-  /// Ids in integer lists of the first block and those that stand for them in the second; null keeps them.
+  /// Ids in integer lists of the first block and those that stand for them in the second; an id that has none differs
+  /// from every id. Null keeps them.
   const IdMap* listIds = nullptr;
   /// Whether integer lists are compared as sets with repetitions.
   bool sortsLists = false;
@@ -34,7 +34,7 @@ struct Transformation
 
 /// What a walk over a pair of records tells. Fields count from 1, components from 0.
 ///
-///     void Value(std::size_t field, std::size_t component, double a, double b, bool isSingle)
+///     void Values(std::size_t field, const double* a, const double* b, std::size_t count, bool isSingle)
 ///     void Mismatch(std::size_t field, std::size_t component, const char* what, std::string a, std::string b)
 ///
 /// A mismatch is a difference that no tolerance judges: integers, texts, lengths, structure.
@@ -66,9 +66,6 @@ public:
     for (std::size_t field = 1; field <= fields; ++field) WalkField(field, visitor);
   }
 
-  FED_ConstDataRecord& GetFirst() const noexcept { return *firstRecord_; }
-  FED_ConstDataRecord& GetSecond() const noexcept { return *secondRecord_; }
-
 private:
   using Class = FED_FieldType::Class;
 
@@ -89,7 +86,7 @@ private:
     first_.GetValuesAt(pair.first, a);
     second_.GetValuesAt(pair.second, b);
     Transform(b, width_);
-    for (std::size_t i = 0; i < width_; ++i) visitor.Value(1, i, a[i], b[i], false);
+    visitor.Values(1, a, b, width_, false);
   }
 
   void WalkField(std::size_t field, Visitor& visitor)
@@ -105,7 +102,7 @@ private:
     if (areReals) return WalkReals(field, firstClass, secondClass, visitor);
     switch (firstClass) {
       case Class::Integer:
-        return WalkIntegers(field, {firstRecord_->GetInteger(field)}, {secondRecord_->GetInteger(field)}, visitor);
+        return WalkInteger(field, 0, firstRecord_->GetInteger(field), secondRecord_->GetInteger(field), visitor);
       case Class::String:
         return WalkText(field, visitor);
       case Class::IntList:
@@ -124,8 +121,7 @@ private:
     const std::size_t count = ReadReals(*firstRecord_, field, firstClass, a);
     ReadReals(*secondRecord_, field, secondClass, b);
     Transform(b, count);
-    const bool isSingle = firstClass == Class::Float && secondClass == Class::Float;
-    for (std::size_t i = 0; i < count; ++i) visitor.Value(field, i, a[i], b[i], isSingle);
+    visitor.Values(field, a, b, count, firstClass == Class::Float && secondClass == Class::Float);
   }
 
   static std::size_t ReadReals(const FED_ConstDataRecord& record, std::size_t field, Class fieldClass, double* out)
@@ -136,12 +132,9 @@ private:
     return 1;
   }
 
-  void WalkIntegers(std::size_t field, const std::vector<int>& a, const std::vector<int>& b, Visitor& visitor)
+  void WalkInteger(std::size_t field, std::size_t component, int a, int b, Visitor& visitor)
   {
-    if (a.size() != b.size())
-      return visitor.Mismatch(field, 0, "length", std::to_string(a.size()), std::to_string(b.size()));
-    for (std::size_t i = 0; i < a.size(); ++i)
-      if (a[i] != b[i]) visitor.Mismatch(field, i, "integer", std::to_string(a[i]), std::to_string(b[i]));
+    if (a != b) visitor.Mismatch(field, component, "integer", std::to_string(a), std::to_string(b));
   }
 
   void WalkText(std::size_t field, Visitor& visitor)
@@ -153,38 +146,40 @@ private:
 
   void WalkIntList(std::size_t field, Visitor& visitor)
   {
-    std::vector<int> a = ReadList<FED_IntArray, int>(&FED_ConstDataRecord::GetIntList, *firstRecord_, field);
-    std::vector<int> b = ReadList<FED_IntArray, int>(&FED_ConstDataRecord::GetIntList, *secondRecord_, field);
-    if (transformation_.listIds != nullptr)
-      for (int& id : a)
-        if (const auto found = transformation_.listIds->find(id); found != transformation_.listIds->end())
-          id = found->second;
-    if (transformation_.sortsLists) {
-      std::sort(a.begin(), a.end());
-      std::sort(b.begin(), b.end());
+    firstRecord_->GetIntList(field, firstInts_);
+    secondRecord_->GetIntList(field, secondInts_);
+    const std::size_t count = firstInts_.GetSize();
+    if (count != secondInts_.GetSize())
+      return visitor.Mismatch(field, 0, "length", std::to_string(count), std::to_string(secondInts_.GetSize()));
+    int* const a = firstInts_.GetData();
+    int* const b = secondInts_.GetData();
+    if (transformation_.listIds != nullptr) {
+      for (std::size_t i = 0; i < count; ++i) {
+        const auto found = transformation_.listIds->find(a[i]);
+        if (found == transformation_.listIds->end())
+          return visitor.Mismatch(field, i, "no counterpart in B", std::to_string(a[i]), "");
+        a[i] = found->second;
+      }
     }
-    WalkIntegers(field, a, b, visitor);
+    if (transformation_.sortsLists) {
+      std::sort(a, a + count);
+      std::sort(b, b + count);
+    }
+    for (std::size_t i = 0; i < count; ++i) WalkInteger(field, i, a[i], b[i], visitor);
   }
 
   void WalkDoubleList(std::size_t field, Visitor& visitor)
   {
-    std::vector<double> a =
-        ReadList<FED_DoubleArray, double>(&FED_ConstDataRecord::GetDoubleList, *firstRecord_, field);
-    std::vector<double> b =
-        ReadList<FED_DoubleArray, double>(&FED_ConstDataRecord::GetDoubleList, *secondRecord_, field);
-    if (a.size() != b.size())
-      return visitor.Mismatch(field, 0, "length", std::to_string(a.size()), std::to_string(b.size()));
-    if (isStrict_ && a.empty()) return visitor.Mismatch(field, 0, "empty lists", "0", "0");
-    Transform(b.data(), b.size());
-    for (std::size_t i = 0; i < a.size(); ++i) visitor.Value(field, i, a[i], b[i], false);
-  }
-
-  template <typename Array, typename T, typename Getter>
-  static std::vector<T> ReadList(Getter getter, const FED_ConstDataRecord& record, std::size_t field)
-  {
-    Array list;
-    (record.*getter)(field, list);
-    return std::vector<T>(list.GetData(), list.GetData() + list.GetSize());
+    firstRecord_->GetDoubleList(field, firstDoubles_);
+    secondRecord_->GetDoubleList(field, secondDoubles_);
+    const std::size_t count = firstDoubles_.GetSize();
+    if (count != secondDoubles_.GetSize())
+      return visitor.Mismatch(field, 0, "length", std::to_string(count), std::to_string(secondDoubles_.GetSize()));
+    if (isStrict_ && count == 0) return visitor.Mismatch(field, 0, "empty lists", "0", "0");
+    const double* const a = firstDoubles_.GetData();
+    double* const       b = secondDoubles_.GetData();
+    Transform(b, count);
+    visitor.Values(field, a, b, count, false);
   }
 
   void Transform(double* values, std::size_t count) const
@@ -201,6 +196,11 @@ private:
   ScratchRecord         firstRecord_;
   ScratchRecord         secondRecord_;
   std::size_t           width_;
+  // Lists, kept from record to record with the room that they have.
+  FED_IntArray    firstInts_;
+  FED_IntArray    secondInts_;
+  FED_DoubleArray firstDoubles_;
+  FED_DoubleArray secondDoubles_;
 };
 
 }  // namespace quilon::diff

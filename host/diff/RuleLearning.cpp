@@ -1,6 +1,7 @@
 #include "diff/RuleLearning.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
@@ -16,10 +17,11 @@ namespace {
 
 constexpr double kLargestNoise = 0.01;  // of a block's peak
 
-/// @return the number with three digits, rounded up
+/// @return the number with three digits, rounded up; finite, as a tolerance has to be
 double RoundUp(double value)
 {
   if (value == 0.0) return 0.0;
+  value = std::min(value, std::numeric_limits<double>::max());
   char text[32];
   std::snprintf(text, sizeof text, "%.2e", value);
   double rounded = std::strtod(text, nullptr);
@@ -28,7 +30,21 @@ double RoundUp(double value)
     std::snprintf(text, sizeof text, "%.2e", value * 1.005);
     rounded = std::strtod(text, nullptr);
   }
-  return std::max(rounded, value);
+  return std::isfinite(rounded) ? std::max(rounded, value) : value;
+}
+
+/// @return how much of the peak the difference is, rounded so that the fraction of the peak is no less than it
+double GetFraction(double difference, double peak)
+{
+  const double fraction = difference / peak;
+  return fraction * peak < difference ? std::nextafter(fraction, std::numeric_limits<double>::infinity()) : fraction;
+}
+
+/// @return what a kind of one run is in another: user kinds go by their names
+int Translate(int kind, const KindTable& from, const KindTable& to)
+{
+  const std::string name = from.GetName(kind);
+  return to.GetName(kind) == name ? kind : to.FindByName(name).value_or(kind);
 }
 
 /// @return the name of the kind, its ONF id where the name in a line of rules would mean something else
@@ -56,16 +72,16 @@ RuleSet RuleLearner::GetRules() const
   return rules;
 }
 
-void RuleLearner::Add(const DatabaseOutcome& outcome, const std::string& description)
+void RuleLearner::Add(const DatabaseOutcome& outcome, const KindTable& kinds, const std::string& description)
 {
   for (const BlockOutcome& block : outcome.blocks) {
     if (block.status != BlockOutcome::Same)
       Fail(description + ": " + ToSelectionText(block.descriptor) +
            " differs in more than numbers, expected runs that are accepted as equal");
     const FieldNorms& norms = block.fields.norms;
-    Noise&            noise = noise_[block.kind];
+    Noise&            noise = noise_[Translate(block.kind, kinds, kinds_)];
     if (norms.largest == 0.0) continue;
-    const double fraction = norms.largest / norms.peak;
+    const double fraction = GetFraction(norms.largest, norms.peak);
     if (fraction <= kLargestNoise)
       noise.peak = std::max(noise.peak, fraction);
     else
@@ -73,7 +89,7 @@ void RuleLearner::Add(const DatabaseOutcome& outcome, const std::string& descrip
   }
 }
 
-std::string RuleLearner::WriteRules(const KindTable& kinds, const std::string& head) const
+std::string RuleLearner::WriteRules(const std::string& head) const
 {
   std::string text = head;
   for (const auto& [kind, noise] : noise_) {
@@ -83,7 +99,7 @@ std::string RuleLearner::WriteRules(const KindTable& kinds, const std::string& h
     if (noise.abs > 0.0 || noise.peak == 0.0) rule.abs = RoundUp(noise.abs * factor_);
     rule.any      = rule.peak && rule.abs;
     rule.modeSign = modeSign_;
-    text += WriteKind(kind, kinds) + ": " + rule.ToString() + '\n';
+    text += WriteKind(kind, kinds_) + ": " + rule.ToString() + '\n';
   }
   return text;
 }

@@ -20,21 +20,24 @@ namespace quilon::diff {
 class RuleLearner
 {
 public:
+  /// @param kinds  what the rules call kinds by: those of the first run. Borrowed.
   /// @param factor at least 1
-  RuleLearner(double factor, bool modeSign) : factor_(factor), modeSign_(modeSign) {}
+  RuleLearner(const KindTable& kinds, double factor, bool modeSign)
+      : kinds_(kinds), factor_(factor), modeSign_(modeSign)
+  {}
 
   /// @param outcome     of comparing under GetRules()
+  /// @param kinds       of the first of the two
   /// @param description of the pair, for messages
   /// @throws FED_Failure where the runs differ in more than numbers: in blocks, records, integers, texts or NaNs
-  void Add(const DatabaseOutcome& outcome, const std::string& description);
+  void Add(const DatabaseOutcome& outcome, const KindTable& kinds, const std::string& description);
 
   /// @return what to compare accepted runs by: numbers may differ as they like
   RuleSet GetRules() const;
 
-  /// @param kinds names of the kinds
-  /// @param head  comment lines for the beginning
+  /// @param head comment lines for the beginning
   /// @return the text of a rules file
-  std::string WriteRules(const KindTable& kinds, const std::string& head) const;
+  std::string WriteRules(const std::string& head) const;
 
 private:
   struct Noise
@@ -43,6 +46,7 @@ private:
     double abs  = 0.0;
   };
 
+  const KindTable&     kinds_;
   double               factor_;
   bool                 modeSign_;
   std::map<int, Noise> noise_;

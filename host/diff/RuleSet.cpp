@@ -57,6 +57,8 @@ void RuleSet::Add(std::string_view line, const KindResolver& resolve, const std:
 
 void RuleSet::AddText(std::string_view text, const KindResolver& resolve, const std::string& name)
 {
+  constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";  // some editors write one
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   for (std::size_t number = 1; !text.empty(); ++number) {
     const std::size_t end  = text.find('\n');
     std::string_view  line = text.substr(0, end);
@@ -79,7 +81,7 @@ ComparisonRule RuleSet::Find(int kind) const
 void ReadRuleFile(const std::filesystem::path& file, const KindResolver& resolve, RuleSet& rules)
 {
   std::ifstream in(file, std::ios::binary);
-  if (!in) Fail(file.string() + ": cannot be read, expected a file of rules");
+  if (!in || std::filesystem::is_directory(file)) Fail(file.string() + ": cannot be read, expected a file of rules");
   const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   if (in.bad()) Fail(file.string() + ": cannot be read to its end");
   rules.AddText(text, resolve, file.string());

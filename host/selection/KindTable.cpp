@@ -1,8 +1,8 @@
 #include "selection/KindTable.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
-#include <optional>
 #include <system_error>
 
 #include <bundled/OnfCatalogue.h>
@@ -62,6 +62,16 @@ KindTable::KindTable(const FED_Database& database) : KindTable()
   });
 }
 
+void KindTable::AddForeign(const KindTable& other)
+{
+  for (const Kind& foreign : other.kinds_) {
+    if (FindByName(foreign.name)) continue;
+    const bool isTaken =
+        std::any_of(kinds_.begin(), kinds_.end(), [&](const Kind& kind) { return kind.onf == foreign.onf; });
+    Add(foreign.name, isTaken ? -foreign.onf : foreign.onf);
+  }
+}
+
 void KindTable::Add(const std::string& name, int onf)
 {
   static const std::string kNodal    = "nodal-";
@@ -108,6 +118,13 @@ int KindTable::Resolve(std::string_view text) const
   const std::string suggestion = DidYouMean(word, candidates);
   Fail("unknown kind '" + std::string(text) + "'" +
        (suggestion.empty() ? ", expected an ONF id or the name of a kind" : suggestion));
+}
+
+std::optional<int> KindTable::FindByName(const std::string& name) const
+{
+  for (const Kind& kind : kinds_)
+    if (kind.name == name) return kind.onf;
+  return std::nullopt;
 }
 
 std::string KindTable::GetName(int onf) const

@@ -3,6 +3,7 @@
 /// @file
 /// Kinds of results by name.
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,11 +28,18 @@ public:
   /// The catalogue and the names of the database's user kinds.
   explicit KindTable(const FED_Database& database);
 
+  /// Adds the user kinds that only another database names. One whose ONF id has another name here resolves to the
+  /// negative of the id, which is no kind of this database.
+  void AddForeign(const KindTable& other);
+
   /// Finds the kind that a user wrote. In this order, letters compared without their case: an ONF id; a kind's name;
   /// its name without a leading "nodal-"; the beginning of exactly one name; the beginning of exactly one name without
   /// "nodal-".
   /// @throws FED_Failure for a text that names no kind (a near miss gets a suggestion) or several
   int Resolve(std::string_view text) const;
+
+  /// @return the ONF id of the kind with exactly this name; nothing when there is none
+  std::optional<int> FindByName(const std::string& name) const;
 
   /// @return the name that the database gives the kind, else the catalogue's
   std::string GetName(int onf) const;

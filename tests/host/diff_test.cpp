@@ -41,6 +41,26 @@ void WriteTemperatures(const std::string& folder, const std::vector<double>& val
   database.ReleaseDb(true);
 }
 
+// Values of node 1 under user kinds with these names.
+struct UserValue
+{
+  int         onf;
+  const char* name;
+  double      value;
+};
+void WriteUserKinds(const std::string& folder, const std::vector<UserValue>& values)
+{
+  QuilonOnfTxtDatabase database(std::filesystem::path(folder).wstring());
+  database.InitDb(FED_DatabaseDefs::WriteAccess, 1024, std::wstring(), nullptr);
+  for (const UserValue& one : values) {
+    const FED_DataDescriptor key(0, static_cast<FED_OnfId>(one.onf));
+    database.SetUserKindName(static_cast<FED_OnfId>(one.onf), one.name);
+    FED_IdDataBlock view(database.GetOrCreateDataBlock(key, 0), database.GetIdMapsPool(), true);
+    view.SetScalar(1, one.value);
+  }
+  database.ReleaseDb(true);
+}
+
 class DiffCommand : public testing::Test
 {
 protected:
@@ -263,6 +283,89 @@ TEST_F(DiffCommand, SelectedBlocksAloneAreCompared)
   EXPECT_EQ(Diff({"--select", "@lc=2"}).exitCode, 1);
 }
 
+TEST_F(DiffCommand, ASelectionOfNothingIsTroubleAndNotTheSame)
+{
+  WriteTemperatures(a_, {1});
+  WriteTemperatures(b_, {1});
+  WriteTemperatures(b_, {1}, 2);
+  const RunResult run = Diff({"--select", "stress@lc=1"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "quilon: error: " + a_ + ", " + b_ + ": no block matches 'stress@lc=1'\n");
+  // What one of the two has is enough.
+  EXPECT_EQ(Diff({"--select", "@lc=2"}).exitCode, 1);
+}
+
+TEST_F(DiffCommand, AKindThatOneDatabaseAloneNamesMayBeSelected)
+{
+  WriteUserKinds(a_, {{1000, "Wear", 1}});
+  WriteUserKinds(b_, {{1000, "Heat", 1}, {1001, "Wear", 1}});
+  EXPECT_EQ(Diff({"--select", "Wear", "--brief"}).out, "same: 1 block, 1 record, 1 value\n");
+  EXPECT_EQ(Diff({"--select", "Heat", "--brief"}).out,
+            "different: 0 of 0 blocks, 0 of 0 records, 1 block only in B; worst: Heat it=0, block only in B\n");
+  EXPECT_EQ(Diff({"--select", "Soot"}).exitCode, 2);
+}
+
+TEST_F(DiffCommand, ARuleForAKindOfBLeavesTheKindOfAThatHasItsIdAlone)
+{
+  WriteUserKinds(a_, {{1000, "Wear", 1}});
+  WriteUserKinds(b_, {{1000, "Heat", 1}, {1001, "Wear", 2}});
+  EXPECT_EQ(Diff({"--rule", "Heat: ignore", "--csv"}).out,
+            "kind,step,layer,id,component,A,B,rule\n"
+            "Wear,it=0,,1,value,1,2,default abs 1 > 1e-06\n");
+  EXPECT_EQ(Diff({"--rule", "Heat,Wear: ignore"}).exitCode, 0);
+}
+
+TEST_F(DiffCommand, BlocksThatAreMissingComeBeforeTheForbiddenNaNsInThem)
+{
+  WriteTemperatures(a_, {kNaN}, 1);
+  WriteTemperatures(a_, {kNaN}, 2);
+  WriteTemperatures(b_, {1}, 3);
+  EXPECT_EQ(Diff({"--nan", "forbid", "--csv"}).out,
+            "kind,step,layer,id,component,A,B,rule\n"
+            "temperature,\"it=0,lc=1\",,,,1 record,,block missing in B\n"
+            "temperature,\"it=0,lc=2\",,,,1 record,,block missing in B\n"
+            "temperature,\"it=0,lc=3\",,,,,1 record,block only in B\n"
+            "temperature,\"it=0,lc=1\",,1,value,nan,,nan forbidden\n"
+            "temperature,\"it=0,lc=2\",,1,value,nan,,nan forbidden\n");
+}
+
+TEST_F(DiffCommand, RecordsMatchByTheirPositionWhereAsked)
+{
+  WriteUserKinds(a_, {{1000, "Wear", 1}});
+  QuilonOnfTxtDatabase database(std::filesystem::path(b_).wstring());
+  database.InitDb(FED_DatabaseDefs::WriteAccess, 1024, std::wstring(), nullptr);
+  database.SetUserKindName(static_cast<FED_OnfId>(1000), "Wear");
+  const FED_DataDescriptor key(0, static_cast<FED_OnfId>(1000));
+  FED_IdDataBlock(database.GetOrCreateDataBlock(key, 0), database.GetIdMapsPool(), true).SetScalar(7, 1.0);
+  database.ReleaseDb(true);
+  EXPECT_EQ(Diff({}).exitCode, 1);
+  EXPECT_EQ(Diff({"--match", "id"}).exitCode, 1);
+  EXPECT_EQ(Diff({"--match", "index"}).exitCode, 0);
+}
+
+TEST_F(DiffCommand, NormsOfEqualBlocksAreTold)
+{
+  WriteTemperatures(a_, {3, 4});
+  WriteTemperatures(b_, {3, 4});
+  EXPECT_EQ(Diff({"--norms"}).out,
+            "kind\tstep\tlayer\tvalues\tmax|A-B|\trms(A-B)\t|A-B|/|A|\tpeak\tsign\n"
+            "temperature\tit=0,lc=1\t-\t2\t0\t0\t0\t4\t1\n"
+            "\n"
+            "same: 1 block, 2 records, 2 values\n");
+}
+
+TEST_F(DiffCommand, AReportThatCannotBeWrittenIsTroubleAndLeavesNothing)
+{
+  WriteTemperatures(a_, {1});
+  WriteTemperatures(b_, {2});
+  const std::string file = (folder_ / "none" / "diff.xml").string();
+  const RunResult   run  = Diff({"--junit", file});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "quilon: error: " + file + ": expected a file that can be written\n");
+}
+
 TEST_F(DiffCommand, LearntRulesAcceptTheirRunsAndNothingMuchWorse)
 {
   const std::string c = (folder_ / "c.onf").string();
@@ -312,6 +415,21 @@ TEST_F(DiffCommand, WrongUsageIsTrouble)
   EXPECT_EQ(error({"diff", "--learn", a_, b_}),
             "quilon: error: --learn: -o is missing, expected the rules file to write\n");
   EXPECT_EQ(error({"diff", "--learn", a_, "-o", "x"}), "quilon: error: --learn: expected two accepted runs or more\n");
+  EXPECT_EQ(error({"diff", a_, b_, "--match", "index", "--match-points", "1"}),
+            "quilon: error: --match index and --match-points exclude each other, expected one at most\n");
+  EXPECT_EQ(error({"diff", a_, b_, "--brief", "--json"}),
+            "quilon: error: --brief goes without --json, --csv and --table\n");
+  for (const char* option : {"--exact", "--any"})
+    EXPECT_EQ(error({"diff", "--learn", a_, b_, "-o", "x", option}),
+              "quilon: error: --learn writes rules and takes none, expected --mode-sign at most\n");
+  EXPECT_EQ(error({"diff", "--learn", a_, b_, "-o", "x", "--rule", "stress: abs=1"}),
+            "quilon: error: --learn writes rules and takes none, expected --mode-sign at most\n");
+  EXPECT_EQ(error({"diff", "--learn", a_, b_, "-o", "x", "--junit", "y"}),
+            "quilon: error: --learn reports nothing, expected it without --junit, --json, --csv, --table, --norms and "
+            "--brief\n");
+  // What is wrong with an option is told before a database is looked at.
+  EXPECT_EQ(error({"diff", "nowhere", b_, "--rel", "x"}),
+            "quilon: error: the rule 'rel=x' has 'rel=x', expected a finite number, 0 or more\n");
   EXPECT_EQ(error({"diff", a_, b_, "--abs", "x"}),
             "quilon: error: the rule 'abs=x' has 'abs=x', expected a finite number, 0 or more\n");
   EXPECT_EQ(error({"diff", a_, b_, "--rule", "strss: abs=1"}),

@@ -86,9 +86,10 @@ TEST(DatabaseComparison, NormsAreOverAllFiniteValues)
   EXPECT_EQ(norms.values, 4u);
   EXPECT_EQ(norms.largest, 4.0);
   EXPECT_EQ(norms.sumSquares, 25.0);
-  EXPECT_EQ(norms.GetRms(), 2.5);
-  EXPECT_EQ(norms.GetRelative(), 1.0);  // 5 of 5
-  EXPECT_EQ(norms.peak, 4.0);           // of A, where it is smaller
+  EXPECT_EQ(norms.unmeasured, 1u);
+  EXPECT_EQ(norms.GetRms(), std::sqrt(25.0 / 3.0));  // the NaN has no share
+  EXPECT_EQ(norms.GetRelative(), 1.0);               // 5 of 5
+  EXPECT_EQ(norms.peak, 4.0);                        // of A, where it is smaller
 }
 
 TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
@@ -109,15 +110,44 @@ TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
   EXPECT_EQ(fields.worst[0].index, 2u);
 }
 
+TEST(DatabaseComparison, ANodeOfASetThatHasNoCounterpartDiffersFromANodeOfTheSameId)
+{
+  const auto make = [](FED_Database& db) {
+    FED_DataBlock&        block  = *db.CreateDataBlock(FED_DataDescriptor(0, FED_OnfId(600)), 1, 20, "Slb");
+    FED_DataRecord* const record = block.CreateDataRecord();
+    record->SetString(1, "EDGE");
+    record->SetIntList(2, FED_IntArray({1, 9}));
+    block.SetRecord(db.GetIdMapsPool().FindOrAddIndex(3, 1), *record);
+    block.DeleteDataRecord(record);
+  };
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  make(a);
+  make(b);
+  MeshMatch mesh;
+  mesh.nodes = {{1, 1}};  // node 9 of either is somewhere else
+  ComparisonTerms terms;
+  terms.mesh                  = &mesh;
+  const DatabaseOutcome found = CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms);
+  ASSERT_EQ(found.blocks.size(), 1u);
+  ASSERT_EQ(found.blocks[0].fields.worst.size(), 1u);
+  EXPECT_EQ(found.blocks[0].fields.worst[0].rule, "no counterpart in B");
+  EXPECT_EQ(found.blocks[0].fields.worst[0].a, "9");
+  mesh.nodes = {{1, 1}, {9, 9}};
+  EXPECT_TRUE(CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).IsSame());
+}
+
 std::string Learn(const std::vector<const FED_Database*>& runs, double factor, const std::string& head = "")
 {
-  RuleLearner     learner(factor, false);
-  ComparisonTerms terms;
+  const quilon::KindTable kinds(*runs.front());
+  RuleLearner             learner(kinds, factor, false);
+  ComparisonTerms         terms;
   terms.rules = learner.GetRules();
   for (std::size_t i = 0; i < runs.size(); ++i)
     for (std::size_t j = i + 1; j < runs.size(); ++j)
-      learner.Add(CompareDatabases(WholeDatabase(*runs[i]), WholeDatabase(*runs[j]), terms), "runs");
-  return learner.WriteRules(quilon::KindTable(*runs.front()), head);
+      learner.Add(CompareDatabases(WholeDatabase(*runs[i]), WholeDatabase(*runs[j]), terms),
+                  quilon::KindTable(*runs[i]), "runs");
+  return learner.WriteRules(head);
 }
 
 TEST(RuleLearner, TakesTheLargestFractionOfAllBlocksOfAKind)
@@ -171,6 +201,50 @@ TEST(RuleLearner, LearntRulesAcceptTheRunsEvenWithFactorOne)
   terms.rules.AddText(
       Learn({&a, &b}, 1), [&](std::string_view kind) { return kinds.Resolve(kind); }, "rules");
   EXPECT_TRUE(CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).IsSame());
+}
+
+TEST(RuleLearner, AFractionThatRoundsDownStillAcceptsItsRuns)
+{
+  // The quotient of the two is the double next to 0.005, and that times the peak is an ulp below the difference.
+  const double       difference = 0x1.f2e147ae147afp-1;
+  const double       peak       = 194.875;
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  ASSERT_EQ(difference / peak, 0.005);
+  ASSERT_LT(0.005 * peak, difference);
+  SetScalars(a, Key(514), {0.0, peak});
+  SetScalars(b, Key(514), {difference, peak});
+  ComparisonTerms         terms;
+  const quilon::KindTable kinds;
+  terms.rules.AddText(
+      Learn({&a, &b}, 1), [&](std::string_view kind) { return kinds.Resolve(kind); }, "rules");
+  EXPECT_TRUE(CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).IsSame());
+}
+
+TEST(RuleLearner, ADifferenceTimesTheFactorThatIsNoNumberBecomesTheLargest)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514), {0.0});
+  SetScalars(b, Key(514), {1e308});
+  EXPECT_EQ(Learn({&a, &b}, 10), "temperature: abs=1.7976931348623157e+308\n");
+}
+
+TEST(RuleLearner, UserKindsGoByTheirNamesWhateverTheirIdsInEachRun)
+{
+  const auto fill = [](FED_Database& db, int wear, int heat, double value) {
+    db.SetUserKindName(static_cast<FED_OnfId>(wear), "Wear");
+    db.SetUserKindName(static_cast<FED_OnfId>(heat), "Heat");
+    SetScalars(db, Key(wear), {value});
+    SetScalars(db, Key(heat), {1.0});
+  };
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  FED_ResultDatabase c;
+  fill(a, 1000, 1001, 1.0);
+  fill(b, 1001, 1000, 1.0);
+  fill(c, 1002, 1003, 1.5);
+  EXPECT_EQ(Learn({&a, &b, &c}, 10), "Wear: abs=5\nHeat: abs=0\n");
 }
 
 TEST(RuleLearner, KindsWhoseNamesMeanSomethingElseAreWrittenByTheirIds)

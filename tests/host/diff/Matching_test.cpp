@@ -46,7 +46,7 @@ void SetPlaces(FED_Database& db, const std::vector<Place>& places)
 std::vector<std::pair<std::size_t, std::size_t>> Pairs(const RecordPairs& pairs)
 {
   std::vector<std::pair<std::size_t, std::size_t>> list;
-  for (const RecordPair& pair : pairs.pairs) list.emplace_back(pair.first, pair.second);
+  pairs.ForEach([&](const RecordPair& pair) { list.emplace_back(pair.first, pair.second); });
   return list;
 }
 using PairList = std::vector<std::pair<std::size_t, std::size_t>>;
@@ -86,7 +86,7 @@ TEST(RecordMatcher, AnotherRecordAtTheIndexOfAMissingIdIsNoCounterpart)
   const FED_DataBlock& second = SetScalars(b, 514, {20});
   RecordMatcher        matcher(RecordMatcher::ById, a.GetIdMapsPool(), b.GetIdMapsPool(), nullptr);
   const RecordPairs    pairs = matcher.Pair(first, second);
-  EXPECT_TRUE(pairs.pairs.empty());
+  EXPECT_EQ(Pairs(pairs), PairList{});
   EXPECT_EQ(pairs.firstOnly, Indices{1});
   EXPECT_EQ(pairs.secondOnly, Indices{1});
   EXPECT_FALSE(pairs.sameIndices);
@@ -113,6 +113,20 @@ TEST(RecordMatcher, HistoriesPairByTheirPosition)
   b.GetOrCreateDataBlock(Key(500), 0).SetScalarAt(2, 1.0);
   RecordMatcher matcher(RecordMatcher::ById, a.GetIdMapsPool(), b.GetIdMapsPool(), nullptr);
   EXPECT_EQ(Pairs(matcher.Pair(a.GetConstDataBlock(Key(500)), b.GetConstDataBlock(Key(500)))), (PairList{{2, 2}}));
+}
+
+TEST(RecordMatcher, ConsecutiveRecordsThatStayTogetherAreOneRun)
+{
+  FED_ResultDatabase   a;
+  FED_ResultDatabase   b;
+  const FED_DataBlock& first  = SetScalars(a, 514, {10, 20, 30, 40, 50});
+  const FED_DataBlock& second = SetScalars(b, 514, {40, 50, 10, 20, 60});
+  RecordMatcher        matcher(RecordMatcher::ById, a.GetIdMapsPool(), b.GetIdMapsPool(), nullptr);
+  const RecordPairs    pairs = matcher.Pair(first, second);
+  EXPECT_EQ(Pairs(pairs), (PairList{{1, 3}, {2, 4}, {4, 1}, {5, 2}}));
+  EXPECT_EQ(pairs.runs.size(), 2u);
+  EXPECT_EQ(pairs.firstOnly, Indices{3});
+  EXPECT_EQ(pairs.secondOnly, Indices{5});
 }
 
 TEST(MeshMatch, NodesPairUpToTheToleranceAndNoFurther)
@@ -158,6 +172,28 @@ TEST(MeshMatch, NodesAtOnePlacePairByAscendingIds)
   MeshMatchReport report;
   EXPECT_EQ(MatchMeshes(a, b, 1e-9, "A", "B", report).nodes, (IdMap{{1, 11}, {2, 12}}));
   EXPECT_EQ(report.ambiguousNodes, 2u);
+}
+
+TEST(MeshMatch, AToleranceThatTakesInTheWholeMeshIsAFailure)
+{
+  // 102 nodes have 101 others each within the tolerance, and themselves; 100 are the most.
+  FED_ResultDatabase few;
+  FED_ResultDatabase many;
+  for (int id = 1; id <= 102; ++id) {
+    if (id <= 100) SetPlaces(few, {{id, 1.0 * id, 0, 0}});
+    SetPlaces(many, {{id, 1.0 * id, 0, 0}});
+  }
+  MeshMatchReport report;
+  EXPECT_EQ(MatchMeshes(few, few, 1e3, "few", "few", report).nodes.size(), 100u);
+  try {
+    MatchMeshes(many, many, 1e3, "many.onf", "b", report);
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const FED_Failure& failure) {
+    EXPECT_EQ(
+        failure.GetMessage(),
+        "nodes of many.onf have more than 100 nodes each within 1000, expected a tolerance below the distances of "
+        "nodes");
+  }
 }
 
 TEST(MeshMatch, ANodeAtNoPlaceHasNoCounterpart)

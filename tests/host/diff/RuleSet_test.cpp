@@ -95,6 +95,27 @@ TEST(RuleSet, AFileThatIsNotThereIsAFailure)
   }
 }
 
+TEST(RuleSet, AFolderIsNoFileOfRules)
+{
+  const quilon_test::TempFolder folder;
+  RuleSet                       rules;
+  try {
+    ReadRuleFile(
+        folder / "", [](std::string_view) { return 0; }, rules);
+    ADD_FAILURE() << "nothing was thrown";
+  } catch (const FED_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(), (folder / "").string() + ": cannot be read, expected a file of rules");
+  }
+}
+
+TEST(RuleSet, AByteOrderMarkSaysNothing)
+{
+  EXPECT_EQ(RuleOf("\xef\xbb\xbf"
+                   "stress: abs=1\r\n",
+                   521),
+            "abs=1");
+}
+
 TEST(RuleSet, AFileIsReadWhole)
 {
   const quilon_test::TempFolder folder;

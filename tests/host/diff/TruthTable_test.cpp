@@ -341,6 +341,15 @@ std::vector<Row> StructureRows()
        "SS SSSS SS SS S S SS"},
       {"user kinds of one id and other names", UserKind(1000, "Wear", 1), UserKind(1000, "Heat", 1),
        "DD DDDD DD DD D D DD"},
+      {"user kinds of one name, of nodes and of elements", UserKind(1000, "Wear", 1), UserKind(1400, "Wear", 1),
+       "DD DDDD DD DD D D DD"},
+      {"two user kinds of one name", All({UserKind(1000, "Wear", 1), UserKind(1001, "Wear", 2)}),
+       All({UserKind(1000, "Wear", 1), UserKind(1001, "Wear", 2)}), "SS SSSS SS SS S S SS"},
+      {"two user kinds of one name and one of it", All({UserKind(1000, "Wear", 1), UserKind(1001, "Wear", 2)}),
+       UserKind(1000, "Wear", 1), "DD DDDD DD DD D D DD"},
+      // Record 1 is that of id 1 where ids are not used, and that of id 7 where id 7 was the first.
+      {"a kind that nobody knows, by index and by id", Double(1), ScalarsAt(Key(4711), {{7, 1}}),
+       "DD DDDD DD DD D D SD"},
   };
 }
 
@@ -352,6 +361,17 @@ std::vector<Row> ModeRows()
   const Fill stress      = Tensor(Key(521, 2), 1, {5, 4, 3, 2, 1, 6});
   const Fill otherStress = Tensor(Key(521, 2), 1, {-5, -4, -3, -2, -1, -6});
   const auto hot         = [](double value) { return ScalarsAt(Key(514, 2), {{1, value}}); };
+  const auto inLayer     = [](int layer, double x) {
+    FED_DataDescriptor key = Key(510, 2);
+    key.SetInteger(FED_DataDescriptor::Layer, layer);
+    return Vectors(key, {{1, x, 0, 0}});
+  };
+  const auto imaginary = [](double sign) -> Fill {
+    return [=](FED_Database& db) {
+      db.SetUserKindName(static_cast<FED_OnfId>(1100), "DISPI");
+      Vectors(Key(1100, 2), {{1, sign * 4, sign * 5, sign * 6}})(db);
+    };
+  };
   return {
       {"a mode with the other sign", mode, flipped, "DD DDDD DD DD D S DD"},
       {"a mode with the other sign in one node", Vectors(Key(510, 2), {{1, 1, 0, 0}, {2, 1, 0, 0}}),
@@ -370,6 +390,21 @@ std::vector<Row> ModeRows()
       {"a stress of a mode without displacement", stress, otherStress, "DD DDDD DD DD D S DD"},
       {"principal values of a mode with the other sign", All({mode, Vectors(Key(520, 2), {{1, 3, 1, -2}})}),
        All({flipped, Vectors(Key(520, 2), {{1, 2, -1, -3}})}), "DD DDDD DD DD D S DD"},
+      {"principal values of a mode without displacement", Vectors(Key(520, 2), {{1, 3, 1, -2}}),
+       Vectors(Key(520, 2), {{1, 2, -1, -3}}), "DD DDDD DD DD D S DD"},
+      {"principal values of a mode without displacement that have one sign", Vectors(Key(520, 2), {{1, 3, 1, -2}}),
+       Vectors(Key(520, 2), {{1, 3, 1, -2}}), "SS SSSS SS SS S S SS"},
+      // What is small decides nothing, and passes by its size.
+      {"a mode in layers, the larger one with the other sign", All({inLayer(1, 0.1), inLayer(2, 8)}),
+       All({inLayer(1, 0.1), inLayer(2, -8)}), "DD DDDD DD DD D S DD"},
+      {"a mode in layers, the smaller one with the other sign", All({inLayer(1, 1), inLayer(2, 8)}),
+       All({inLayer(1, -1), inLayer(2, 8)}), "DD DDDD DD DD D D DD"},
+      {"a complex mode with the other sign", All({mode, imaginary(1)}), All({flipped, imaginary(-1)}),
+       "DD DDDD DD DD D S DD"},
+      {"a complex mode whose real part is small", All({inLayer(1, 0.1), imaginary(1)}),
+       All({inLayer(1, 0.1), imaginary(-1)}), "DD DDDD DD DD D S DD"},
+      {"a complex mode whose parts have other signs", All({mode, imaginary(1)}), All({mode, imaginary(-1)}),
+       "DD DDDD DD DD D D DD"},
       {"a temperature keeps its sign", All({mode, hot(1)}), All({flipped, hot(1)}), "DD DDDD DD DD D S DD"},
       {"a temperature has no other sign", All({mode, hot(1)}), All({flipped, hot(-1)}), "DD DDDD DD DD D D DD"},
       {"one of two modes with the other sign", All({mode, otherMode}), All({flipped, otherMode}),

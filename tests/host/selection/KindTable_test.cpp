@@ -56,6 +56,28 @@ TEST(KindTable, NamesOfTheDatabaseAreKinds)
   EXPECT_THROW(KindTable().Resolve("wear"), FED_Failure);
 }
 
+TEST(KindTable, KindsThatOnlyAnotherDatabaseNamesAreNoKindsOfThisOne)
+{
+  FED_ResultDatabase here;
+  FED_ResultDatabase there;
+  here.SetUserKindName(static_cast<FED_OnfId>(1000), "Wear");
+  there.SetUserKindName(static_cast<FED_OnfId>(1000), "Heat");
+  there.SetUserKindName(static_cast<FED_OnfId>(1001), "Wear");
+  there.SetUserKindName(static_cast<FED_OnfId>(1002), "Soot");
+  KindTable kinds(here);
+  kinds.AddForeign(KindTable(there));
+  EXPECT_EQ(kinds.Resolve("Wear"), 1000);
+  EXPECT_EQ(kinds.Resolve("Heat"), -1000);
+  EXPECT_EQ(kinds.Resolve("Soot"), 1002);
+  EXPECT_EQ(kinds.Resolve("stress"), 521);
+}
+
+TEST(KindTable, NamesAreFoundWhole)
+{
+  EXPECT_EQ(KindTable().FindByName("nodal-stress"), 521);
+  EXPECT_FALSE(KindTable().FindByName("stress"));
+}
+
 TEST(KindTable, HistoryIsNamedByItsQuantity)
 {
   FED_DataDescriptor history(0, FED_OnfId_ScalarHistory);
