@@ -44,6 +44,14 @@ void AddTo(std::uint64_t& hash, std::string_view text)
   for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211u;
 }
 
+/// The files are read to find what is wrong and again to be converted, and a pipe has nothing left by then.
+void CheckSource(const fs::path& source)
+{
+  std::error_code ignored;  // a file that is not there is reported by the reader
+  if (fs::exists(source, ignored) && !fs::is_regular_file(source, ignored))
+    Fail(source.string() + ": expected a file that can be read more than once");
+}
+
 /// Walks a deck and writes its copies, or only tries: without an output nothing is written and everything else happens.
 class DeckConverter : public DeckReader
 {
@@ -118,6 +126,7 @@ protected:
 
   void OnInclude(const DeckLine& line, std::uint32_t file) override
   {
+    CheckSource(GetFiles()[file].path);
     currentLine_ = NameCopy(line.text, GetFiles()[file]);
     Copy& copy   = open_.back();
     AddTo(copy.hash, currentLine_);
@@ -332,6 +341,7 @@ DeckConversionReport ConvertDeck(const fs::path& deck, const DeckOptions& option
 {
   CheckSuffix(conversion.suffix);
   if (conversion.output.empty()) Fail("-o is empty, expected the file to write");
+  CheckSource(deck);
   const bool convertsData = conversion.lengthExponent != 0 || conversion.firstNode;
   DeckModel  model;
   if (convertsData) model = ReadDeckModel(deck, options);

@@ -399,6 +399,16 @@ TEST_F(DeckConversions, ACopyThatCannotBeOpenedIsAnError)
 }
 
 #ifdef __linux__
+TEST_F(DeckConversions, WhatCanBeReadOnceIsNotConverted)
+{
+  EXPECT_EQ(FailureOf("/dev/null"), "/dev/null: expected a file that can be read more than once");
+  fs::create_symlink("/dev/null", folder_ / "a.inc");
+  options_.allowOutside = true;
+  EXPECT_EQ(FailureOf(folder_.Write("job.inp", "*INCLUDE, INPUT=a.inc\n")),
+            "a.inc: expected a file that can be read more than once");
+  EXPECT_FALSE(fs::exists(folder_ / "out.inp"));
+}
+
 TEST_F(DeckConversions, WhatCannotBeOpenedStaysAsItIs)
 {
   // A program that is running cannot be written to, whoever asks.
