@@ -497,6 +497,9 @@ std::optional<int> PowerOf(const std::vector<std::string>& words)
                                                                    {"forces", 0},
                                                                    {"stresses", -2},
                                                                    {"strains", 0},
+                                                                   {"temperatures", 0},
+                                                                   {"heat generation", 1},
+                                                                   {"heat flux", -1},
                                                                    {"internal energy density", -2},
                                                                    {"internal energy (", 1},
                                                                    {"total internal energy", 1},
@@ -508,6 +511,13 @@ std::optional<int> PowerOf(const std::vector<std::string>& words)
   for (const auto& [begin, power] : kPowers)
     if (header.rfind(begin, 0) == 0) return power;
   return std::nullopt;
+}
+
+bool IsOfNodes(const std::vector<std::string>& words)
+{
+  const std::string& first = words.front();
+  return first == "displacements" || first == "forces" || first == "temperatures" ||
+         (first == "heat" && words.at(1) == "generation");
 }
 
 /// Compares two .dat files line by line, value by value.
@@ -548,7 +558,7 @@ std::size_t CompareDat(const fs::path& before, const fs::path& after, double len
       const auto power = PowerOf(one.words);
       EXPECT_TRUE(power.has_value()) << a;
       factor  = std::pow(lengthFactor, power.value_or(0));
-      isNodes = one.words.front() == "displacements" || one.words.front() == "forces";
+      isNodes = IsOfNodes(one.words);
       EXPECT_EQ(one.numbers, two.numbers) << "times";
       continue;
     }
@@ -581,6 +591,33 @@ TEST_F(ConversionOracle, OtherNodeNumbersGiveTheSameResults)
   conversion.stripComments = true;
   ExpectTree("r", conversion);
   EXPECT_GT(CompareDat(kFixture / "job.dat", kFixture / "job_r.dat", 1.0, 4990, 0.0), 1500u);
+}
+
+// Thin: gradients across shells and beams, nodal thicknesses, and the rotations of a rigid body, which are translations
+// of a node of its own. Heat: all ways into a body, and time. Touch: contact with friction.
+TEST_F(ConversionOracle, OtherPhysicsGivesTheSameResultsToo)
+{
+  const std::pair<const char*, std::size_t> decks[] = {{"thin", 700}, {"heat", 200}, {"touch", 400}};
+  for (const auto& [name, numValues] : decks) {
+    SCOPED_TRACE(name);
+    const auto path    = [name = std::string(name)](const std::string& end) { return kFixture / (name + end); };
+    const auto convert = [&](const std::string& suffix, DeckConversion conversion) {
+      conversion.suffix = suffix;
+      conversion.output = folder_ / "out.inp";
+      ConvertDeck(path(".inp"), {}, conversion);
+      EXPECT_EQ(ReadText(folder_ / "out.inp"), ReadText(path("_" + suffix + ".inp")));
+    };
+    DeckConversion metres;
+    metres.lengthExponent = ParseLengthUnits("mm:m");
+    convert("m", metres);
+    EXPECT_GT(CompareDat(path(".dat"), path("_m.dat"), 1e-3, 0, 1e-6), numValues);
+
+    DeckConversion renumbered;
+    renumbered.firstNode     = 5001;
+    renumbered.stripComments = true;
+    convert("r", renumbered);
+    EXPECT_GT(CompareDat(path(".dat"), path("_r.dat"), 1.0, 5000, 0.0), numValues);
+  }
 }
 
 TEST_F(ConversionOracle, WithoutCommentsTheSolverReadsTheSameDeck)
