@@ -38,7 +38,10 @@ void OutputFile::Publish()
 {
   out_.close();
   Check();
-  if (!beside_.empty()) std::filesystem::rename(beside_, place_);
+  if (beside_.empty()) return;
+  std::error_code error;
+  std::filesystem::rename(beside_, place_, error);
+  if (error) Fail(path_.string() + ": expected a place for a file: " + error.message());
 }
 
 void OutputFile::Check() const

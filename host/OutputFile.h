@@ -24,6 +24,9 @@ public:
   /// @throws FED_Failure "PATH: ..." when the system refuses the text
   void Write(std::string_view text);
 
+  /// For what writes to streams. What the system refuses shows in Publish().
+  std::ostream& Stream() noexcept { return out_; }
+
   /// Puts the file into its place; one that is there is replaced.
   /// @throws FED_Failure "PATH: ..."
   void Publish();

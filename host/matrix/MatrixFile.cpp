@@ -1,15 +1,14 @@
 #include "matrix/MatrixFile.h"
 
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "calculix/SolverFile.h"
 #include "Failure.h"
 #include "matrix/MatrixMarket.h"
 #include "matrix/YaleText.h"
+#include "OutputFile.h"
 
 namespace quilon::matrix {
 
@@ -34,35 +33,6 @@ bool BeginsAsMatrixMarket(std::istream& in)
   in.seekg(0);
   return head == kBanner;
 }
-
-/// A file removed at the end unless it has taken its place.
-class FileBeside
-{
-public:
-  explicit FileBeside(const fs::path& place) : place_(place), path_(place.string() + ".part") {}
-  FileBeside(const FileBeside&)            = delete;
-  FileBeside& operator=(const FileBeside&) = delete;
-  ~FileBeside()
-  {
-    std::error_code ignored;
-    if (!taken_) fs::remove(path_, ignored);
-  }
-
-  const fs::path& GetPath() const noexcept { return path_; }
-
-  void TakePlace()
-  {
-    std::error_code error;
-    fs::rename(path_, place_, error);
-    if (error) Fail(place_.string() + ": cannot be written: " + error.message());
-    taken_ = true;
-  }
-
-private:
-  fs::path place_;
-  fs::path path_;
-  bool     taken_ = false;
-};
 
 }  // namespace
 
@@ -101,16 +71,9 @@ MatrixFile ReadMatrixFile(const fs::path& path, const fs::path& dofPath, const c
 
 void ReplaceFile(const fs::path& path, const std::function<void(std::ostream&)>& write)
 {
-  if (fs::is_directory(path)) Fail(path.string() + ": a folder, expected the name of a file to write");
-  FileBeside beside(path);
-  {
-    std::ofstream out(beside.GetPath(), std::ios::binary | std::ios::trunc);
-    if (!out) Fail(path.string() + ": cannot be written, expected a place for a new file");
-    write(out);
-    out.close();
-    if (!out) Fail(path.string() + ": cannot be written to its end");
-  }
-  beside.TakePlace();
+  OutputFile file(path);
+  write(file.Stream());
+  file.Publish();
 }
 
 }  // namespace quilon::matrix

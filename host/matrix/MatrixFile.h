@@ -40,8 +40,8 @@ MatrixFile::Role RoleOf(const std::filesystem::path& path);
 MatrixFile ReadMatrixFile(const std::filesystem::path& path, const std::filesystem::path& dofPath,
                           const calculix::ReadProgress& progress);
 
-/// Writes a file beside its place and renames it when it is whole: what stood there stays until then.
-/// @throws FED_Failure when the disk fails, and what `write` throws; the file beside is then gone
+/// Writes a file that takes its place when it is whole (OutputFile): what stood there stays until then.
+/// @throws FED_Failure when the disk fails, and what `write` throws
 void ReplaceFile(const std::filesystem::path& path, const std::function<void(std::ostream&)>& write);
 
 }  // namespace quilon::matrix

@@ -118,10 +118,9 @@ TEST_F(MatrixFileTest, AFileThatCannotBeWrittenIsNamed)
 {
   const std::string folder = folder_.GetPath().string();
   const auto        write  = [](std::ostream& out) { out << "text"; };
-  EXPECT_EQ(FailureOf([&] { ReplaceFile(folder, write); }),
-            folder + ": a folder, expected the name of a file to write");
+  EXPECT_EQ(FailureOf([&] { ReplaceFile(folder, write); }), folder + ": expected a file to write, found a folder");
   EXPECT_EQ(FailureOf([&] { ReplaceFile(folder + "/none/out.txt", write); }),
-            folder + "/none/out.txt: cannot be written, expected a place for a new file");
+            folder + "/none/out.txt: expected a file that can be written");
 }
 
 TEST_F(YaleText, WritesCountsAndArraysInTheOrderOfTheFormat)
