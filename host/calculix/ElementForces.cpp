@@ -39,7 +39,7 @@ std::optional<FED_DataDescriptor> FindLocalStresses(const FED_Database& database
 {
   std::optional<FED_DataDescriptor> found;
   ForEachUserKind([&](FED_OnfId onf) {
-    if (database.GetUserKindName(onf) != "S in local systems") return;
+    if (database.GetUserKindName(onf) != kLocalStresses) return;
     const FED_DataDescriptor local = WithKind(points, onf);
     if (database.HasDataBlock(local)) found = local;
   });
@@ -59,14 +59,13 @@ bool HasRepeated(std::span<const int> ids)
 }  // namespace
 
 ElementForces::ElementForces(FED_Database& database, const ForceMesh& mesh, int iteration, std::string name)
-    : database_(database), mesh_(mesh), name_(std::move(name))
+    : database_(database), mesh_(mesh), name_(std::move(name)), lists_(iteration, static_cast<FED_OnfId>(kElementNodes))
 {
-  const FED_DataDescriptor lists(iteration, static_cast<FED_OnfId>(kElementNodes));
-  if (database_.HasDataBlock(lists)) CheckNodeLists(lists);
+  if (database_.HasDataBlock(lists_)) CheckNodeLists();
   LayOut();
 }
 
-/// Gives every element its nodes in the mesh's order. An element that names a node twice has fewer positions than its
+/// Gives every element its nodes in the mesh's order. One that names a node twice would get fewer positions than its
 /// node list has entries, and the two would not go together.
 void ElementForces::LayOut()
 {
@@ -82,23 +81,33 @@ void ElementForces::LayOut()
   }
 }
 
-void ElementForces::CheckNodeLists(const FED_DataDescriptor& lists)
+void ElementForces::CheckNodeLists()
 {
   addsNodeLists_ = false;
-  FED_IdDataBlock   view(database_.GetDataBlock(lists), database_.GetIdMapsPool(), true);
+  FED_IdDataBlock   view(database_.GetDataBlock(lists_), database_.GetIdMapsPool(), true);
   FED_IdDataRecord& record = view.CreateIdDataRecord();
   std::vector<int>  nodes;
+  FED_IntArray      stored;
   for (const auto& [id, element] : mesh_.elements.Entries()) {
     ThrowIfInterrupted();
     const std::span<const int> list = mesh_.NodesOf(element);
     nodes.assign(list.begin(), list.end());
     bool isDefined = false;
     try {
-      isDefined = FEM_ResultUtil::AreElementNodesDefined(database_, lists, id, nodes);
+      isDefined = FEM_ResultUtil::AreElementNodesDefined(database_, lists_, id, nodes);
     } catch (const FED_Failure& failure) {  // it does not say which element
       Fail(name_ + ": element " + std::to_string(id) + ": " + failure.GetMessage());
     }
-    if (isDefined) continue;
+    if (isDefined) {
+      // A longer list agrees there when its first entries do; forces go with a list of the same length only.
+      view.GetRecord(id, record);
+      record.GetIntList(1, stored);
+      if (stored.GetSize() != nodes.size()) {
+        Fail(name_ + ": element " + std::to_string(id) + " has " + Counted(nodes.size(), "node") + ", expected " +
+             std::to_string(stored.GetSize()) + " as in the database");
+      }
+      continue;
+    }
     record.SetIntList(1, nodes);
     view.SetRecord(id, record);
     addsNodeLists_ = true;
@@ -115,6 +124,7 @@ ForceStep ElementForces::Calculate(const FED_DataDescriptor& points, bool deform
   sums_.assign(step.positions.size(), {});
   bounds_.assign(step.positions.size(), {});
   gathered_.NullifyVecData();
+  collapsed_.clear();
 
   const FED_DataBlock&       block = database_.GetConstDataBlock(points);
   const FED_ConstIdDataBlock view(block, database_.GetIdMapsPool());
@@ -132,16 +142,13 @@ ForceStep ElementForces::Calculate(const FED_DataDescriptor& points, bool deform
     buffers_.stress.assign(stress.GetData(), stress.GetData() + stress.GetSize());
     const IntegrationRule* rule = FindRule(id, element, step);
     if (rule == nullptr || !TakeCoordinates(id, element, step)) continue;
-    if (isCollapsed_[at]) {
-      Skip("a node is named twice", id);
-      continue;
-    }
     buffers_.forces.resize(buffers_.coordinates.size());
     if (!CalculateNodalForces(*rule, buffers_.coordinates, buffers_.stress, buffers_.forces)) {
       Skip("turned inside out or flat", id);
       continue;
     }
-    AddForces(id, element, *rule);
+    AddForces(id, element, *rule, isCollapsed_[at]);
+    if (isCollapsed_[at]) collapsed_.emplace(id, buffers_.forces);
     step.hasForces[at] = true;
     ++step.numElements;
   }
@@ -151,6 +158,7 @@ ForceStep ElementForces::Calculate(const FED_DataDescriptor& points, bool deform
 
   if (database_.HasDataBlock(step.forces)) database_.DeleteDataBlock(step.forces);
   gathered_.Save(database_, step.forces, WithKind(points, kMoments), FEM_IforceData::Sum);
+  SaveCollapsed(step);
   return step;
 }
 
@@ -225,7 +233,7 @@ bool ElementForces::TakeCoordinates(int id, const ForceMesh::Element& element, c
   return true;
 }
 
-void ElementForces::AddForces(int id, const ForceMesh::Element& element, const IntegrationRule& rule)
+void ElementForces::AddForces(int id, const ForceMesh::Element& element, const IntegrationRule& rule, bool isCollapsed)
 {
   buffers_.bounds.assign(buffers_.forces.size(), 0.0);
   if (mesh_.isRounded)
@@ -233,7 +241,7 @@ void ElementForces::AddForces(int id, const ForceMesh::Element& element, const I
 
   std::size_t first = 0;
   for (const int node : mesh_.NodesOf(element)) {
-    gathered_.SetVector(id, node, FEM_IforceData::Force, &buffers_.forces[first]);
+    if (!isCollapsed) gathered_.SetVector(id, node, FEM_IforceData::Force, &buffers_.forces[first]);
     const std::size_t at = mesh_.nodes.Find(node);
     for (std::size_t k = 0; k < 3; ++k) {
       sums_[at][k] += buffers_.forces[first + k];
@@ -279,6 +287,29 @@ void ElementForces::SumUp(ForceStep& step)
       step.largestSum = std::max(step.largestSum, std::abs(sums_[at][k]));
       step.errorBound = std::max(step.errorBound, bounds_[at][k]);
     }
+  }
+}
+
+/// Writes forces of the elements that the accumulator does not hold, and the node lists of all of them that have none.
+void ElementForces::SaveCollapsed(const ForceStep& step)
+{
+  if (std::find(isCollapsed_.begin(), isCollapsed_.end(), true) == isCollapsed_.end()) return;
+  FED_IdDataBlock   forces(database_.GetOrCreateDataBlock(step.forces, collapsed_.size()), database_.GetIdMapsPool(),
+                           true);
+  FED_IdDataRecord& forceRecord = forces.CreateIdDataRecord();
+  for (const auto& [id, values] : collapsed_) {
+    forceRecord.SetDoubleList(1, values);
+    forces.SetRecord(id, forceRecord);
+  }
+
+  FED_IdDataBlock   lists(database_.GetOrCreateDataBlock(lists_, isCollapsed_.size()), database_.GetIdMapsPool(), true);
+  FED_IdDataRecord& listRecord = lists.CreateIdDataRecord();
+  std::size_t       at         = 0;
+  for (const auto& [id, element] : mesh_.elements.Entries()) {
+    if (!isCollapsed_[at++] || lists.HasRecord(id)) continue;
+    const std::span<const int> nodes = mesh_.NodesOf(element);
+    listRecord.SetIntList(1, std::vector<int>(nodes.begin(), nodes.end()));
+    lists.SetRecord(id, listRecord);
   }
 }
 

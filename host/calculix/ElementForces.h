@@ -22,6 +22,9 @@ namespace quilon::calculix {
 
 struct IntegrationRule;
 
+/// Name of the user kind that keeps stresses in local systems.
+inline constexpr const char* kLocalStresses = "S in local systems";
+
 /// Elements that have no forces, by reason.
 using SkippedElements = std::map<std::string, std::set<int>>;
 
@@ -43,14 +46,16 @@ struct ForceStep
 /// to the node at position k of its node list (595), which is written where the database has none.
 ///
 /// One FEM_IforceData serves all results: it holds the layout of every element of the mesh from the start, so that the
-/// node lists that the first result writes are complete, whatever elements that result has.
+/// node lists that the first result writes are complete, whatever elements that result has. It knows a node of an
+/// element once; an element that names a node twice, as a brick that is collapsed to a wedge, is saved beside it, with
+/// a force for each of its places.
 class ElementForces
 {
 public:
   /// @param database borrowed
   /// @param mesh     borrowed
   /// @param name     where the mesh comes from, for messages
-  /// @throws FED_Failure when an element has other nodes in the database's node lists than in the mesh
+  /// @throws FED_Failure when an element has other nodes, or more, in the database's node lists than in the mesh
   ElementForces(FED_Database& database, const ForceMesh& mesh, int iteration, std::string name);
 
   /// Forces of all elements that have stresses and a rule. A block of forces that was there before is replaced.
@@ -74,26 +79,29 @@ private:
   };
 
   void                   LayOut();
-  void                   CheckNodeLists(const FED_DataDescriptor& lists);
+  void                   CheckNodeLists();
   void                   PlaceNodes(const FED_DataDescriptor& points, ForceStep& step);
   const IntegrationRule* FindRule(int id, const ForceMesh::Element& element, const ForceStep& step);
   bool                   TakeCoordinates(int id, const ForceMesh::Element& element, const ForceStep& step);
-  void                   AddForces(int id, const ForceMesh::Element& element, const IntegrationRule& rule);
-  void                   Skip(const std::string& reason, int id) { skipped_[reason].insert(id); }
-  void                   SkipWithoutStress(const FED_DataDescriptor& points, const std::vector<bool>& hasStress);
-  void                   SkipForeign(const FED_DataBlock& block);
-  void                   SumUp(ForceStep& step);
+  void AddForces(int id, const ForceMesh::Element& element, const IntegrationRule& rule, bool isCollapsed);
+  void Skip(const std::string& reason, int id) { skipped_[reason].insert(id); }
+  void SkipWithoutStress(const FED_DataDescriptor& points, const std::vector<bool>& hasStress);
+  void SkipForeign(const FED_DataBlock& block);
+  void SumUp(ForceStep& step);
+  void SaveCollapsed(const ForceStep& step);
 
   FED_Database&                      database_;
   const ForceMesh&                   mesh_;
   std::string                        name_;
+  FED_DataDescriptor                 lists_;  // of the node lists
   FEM_IforceData                     gathered_;
   SkippedElements                    skipped_;
   Buffers                            buffers_;
   std::vector<std::array<double, 3>> sums_;         // of forces, by position in the mesh's nodes
   std::vector<std::array<double, 3>> bounds_;       // of errors, likewise
   std::vector<bool>                  isPlaced_;     // by position in the mesh's nodes
-  std::vector<bool>                  isCollapsed_;  // by position in the mesh's elements
+  std::vector<bool>                  isCollapsed_;  // by position in the mesh's elements: names a node twice
+  std::map<int, std::vector<double>> collapsed_;    // forces of such elements, by element
   bool                               addsNodeLists_ = true;
 };
 

@@ -110,6 +110,19 @@ TEST_F(ElementForcesTest, KeepNodeListsThatAreThereAndAddThoseThatAreMissing)
   EXPECT_FALSE(ElementForces(database_, mesh, 0, "job").AddsNodeLists());
 }
 
+// Its first nodes agree, but forces of eight nodes do not go with a list of ten.
+TEST_F(ElementForcesTest, RefuseAnElementWithMoreNodesInTheDatabase)
+{
+  {
+    FED_IdDataBlock   view(database_.GetOrCreateDataBlock(MeshKey(595), 0), database_.GetIdMapsPool(), true);
+    FED_IdDataRecord& record = view.CreateIdDataRecord();
+    record.SetIntList(1, std::vector<int>{1, 5, 6, 2, 4, 8, 7, 3, 9, 10});
+    view.SetRecord(10, record);
+  }
+  WriteStress(database_, 10, kTension);
+  EXPECT_EQ(FailureOf(TwoCubes()), "job: element 10 has 8 nodes, expected 10 as in the database");
+}
+
 TEST_F(ElementForcesTest, RefuseAnElementWithAnotherOrderOfNodes)
 {
   {
@@ -124,6 +137,43 @@ TEST_F(ElementForcesTest, RefuseAnElementWithAnotherOrderOfNodes)
             "defined.");
 }
 
+// The prism over the triangle (0, 0), (2, 0), (0, 2) of y and z: a third of the area 2 under 3 at each corner of a
+// face. A node that is named twice has two places, with half of its force each.
+TEST_F(ElementForcesTest, OfACollapsedElementHaveAPlaceForEachTimeThatANodeIsNamed)
+{
+  ForceMesh mesh = TwoCubes();
+  AddElement(mesh, 30, "C3D8", 1, {1, 5, 6, 2, 4, 8, 8, 4});
+  AddElement(mesh, 40, "C3D8", 1, {5, 9, 10, 6, 8, 12, 12, 8});
+  WriteStress(database_, 30, kTension);
+  const ForceStep step = Calculate(mesh);
+  EXPECT_EQ(step.hasForces, (std::vector<bool>{false, false, true, false}));
+  EXPECT_NEAR(step.largestSum, 2.0, 1e-14);
+  ASSERT_EQ(Forces().count(30), 1u);
+  ASSERT_EQ(Forces().at(30).size(), 24u);
+  const double expected[8] = {-2, 2, 2, -2, -1, 1, 1, -1};
+  for (std::size_t n = 0; n < 8; ++n) {
+    EXPECT_NEAR(Forces().at(30)[3 * n], expected[n], 1e-14);
+    EXPECT_NEAR(Forces().at(30)[3 * n + 1], 0.0, 1e-14);
+    EXPECT_NEAR(Forces().at(30)[3 * n + 2], 0.0, 1e-14);
+  }
+  EXPECT_EQ(ElementNodes(database_).at(30), (std::vector<int>{1, 5, 6, 2, 4, 8, 8, 4}));
+  EXPECT_EQ(ElementNodes(database_).at(40), (std::vector<int>{5, 9, 10, 6, 8, 12, 12, 8}));
+  EXPECT_EQ(skipped_, (SkippedElements{{"no stresses", {10, 20, 40}}}));
+}
+
+TEST_F(ElementForcesTest, OfCollapsedElementsAloneAreSavedToo)
+{
+  ForceMesh mesh;
+  mesh.nodes = TwoCubes().nodes;
+  AddElement(mesh, 30, "C3D8", 1, {1, 5, 6, 2, 4, 8, 8, 4});
+  WriteStress(database_, 30, kTension);
+  Calculate(mesh);
+  EXPECT_EQ(Forces().size(), 1u);
+  EXPECT_EQ(ElementNodes(database_).size(), 1u);
+  Calculate(mesh);
+  EXPECT_EQ(Forces().size(), 1u);
+}
+
 TEST_F(ElementForcesTest, TellWhyAnElementHasNone)
 {
   ForceMesh mesh = TwoCubes();
@@ -132,13 +182,12 @@ TEST_F(ElementForcesTest, TellWhyAnElementHasNone)
   AddElement(mesh, 40, "C3D8", 1, {1, 5, 6, 2, 4, 8, 7, 3});
   AddElement(mesh, 50, "C3D8", 1, {5, 1, 2, 6, 8, 4, 3, 7});
   AddElement(mesh, 60, "C3D8", 1, {1, 5, 6, 2, 4, 8, 7, 99});
-  AddElement(mesh, 70, "C3D8", 1, {1, 5, 6, 2, 4, 8, 7, 7});
   AddElement(mesh, 80, "C3D8", 1, {1, 5, 6, 2, 4, 8});
   AddElement(mesh, 90, "C3D20R", 4, {1, 5, 6, 2, 4, 8, 7, 3});
   WriteStress(database_, 10, kTension);
   WriteStress(database_, 30, kTension, 1);
   WriteStress(database_, 40, kTension, 27);
-  for (const int id : {50, 60, 70, 80, 90, 1000}) WriteStress(database_, id, kTension);
+  for (const int id : {50, 60, 80, 90, 1000}) WriteStress(database_, id, kTension);
 
   const ForceStep step = Calculate(mesh);
   EXPECT_EQ(step.numElements, 1u);
@@ -149,7 +198,6 @@ TEST_F(ElementForcesTest, TellWhyAnElementHasNone)
                                        {"27 integration points, expected 8 of a C3D8", {40}},
                                        {"turned inside out or flat", {50}},
                                        {"a node has no coordinates", {60}},
-                                       {"a node is named twice", {70}},
                                        {"6 nodes, expected 8 of a C3D8", {80}},
                                        {"8 nodes, expected 20 of a C3D20R", {90}},
                                        {"not in the mesh", {1000}}}));

@@ -135,8 +135,10 @@ INSTANTIATE_TEST_SUITE_P(
         OracleRow{"forces/c3d8", LinearThenDeformed(18)},
         // Incompatible modes move its points when the geometry is deformed.
         OracleRow{"forces/c3d8i", {{{1, AnalysisTime, 1}, false, 18}}},
-        OracleRow{"forces/c3d10", LinearThenDeformed(45)}, OracleRow{"forces/c3d15", LinearThenDeformed(36)},
-        OracleRow{"forces/c3d20", LinearThenDeformed(32)}, OracleRow{"forces/c3d20r", LinearThenDeformed(32)},
+        // A brick with an edge on one node, and one with a face on one node.
+        OracleRow{"forces/collapsed", LinearThenDeformed(11)}, OracleRow{"forces/c3d10", LinearThenDeformed(45)},
+        OracleRow{"forces/c3d15", LinearThenDeformed(36)}, OracleRow{"forces/c3d20", LinearThenDeformed(32)},
+        OracleRow{"forces/c3d20r", LinearThenDeformed(32)},
         OracleRow{"forces/bar", {{{1, AnalysisTime, 1}, false, 20}}},
         // NLGEOM holds for the second step too; modes are of the undeformed mesh.
         OracleRow{"forces/steps",
