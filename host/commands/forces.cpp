@@ -57,8 +57,6 @@ constexpr int kPointStress   = 582;
 constexpr int kElementNodes  = 595;
 constexpr int kElementType   = 596;
 constexpr int kElementSet    = 601;
-constexpr int kUserKinds     = 1000;
-constexpr int kUserKindsEnd  = 2000;
 constexpr int kResultsInTime = 1;  // value of result index 5
 
 struct Options
@@ -75,6 +73,7 @@ struct Options
   std::string      elements;
   std::string      set;
   std::string      about = "0,0,0";
+  Vector           point = {};  // of `about`
   TableOptions     form;
 
   bool HasPart() const { return !elements.empty() || !set.empty(); }
@@ -96,14 +95,6 @@ struct Report
   bool                    isRounded = false;  // coordinates have six digits
 };
 
-void CheckUsage(const Options& options)
-{
-  if (!options.elements.empty() && !options.set.empty())
-    Fail("--elements and --set exclude each other, expected one at most");
-  if (options.balance && options.HasPart())
-    Fail("--balance is of the whole model, expected it without --elements and --set");
-}
-
 Vector ParsePoint(const std::string& text)
 {
   Vector      point{};
@@ -117,6 +108,27 @@ Vector ParsePoint(const std::string& text)
     at = taken.ptr + 1;
   }
   return point;
+}
+
+std::vector<NumberRange> ParseElements(const Options& options)
+{
+  std::vector<NumberRange> ranges = ParseNumberRanges(options.elements, "an element");
+  for (const NumberRange& range : ranges) {
+    if (range.form != NumberRange::All && range.form != NumberRange::Numbers)
+      Fail("--elements is '" + options.elements + "', expected ids, ranges of them or all");
+  }
+  return ranges;
+}
+
+/// Everything that can be told before files are read.
+void CheckUsage(Options& options)
+{
+  if (!options.elements.empty() && !options.set.empty())
+    Fail("--elements and --set exclude each other, expected one at most");
+  if (options.balance && options.HasPart())
+    Fail("--balance is of the whole model, expected it without --elements and --set");
+  if (!options.elements.empty()) ParseElements(options);
+  options.point = ParsePoint(options.about);
 }
 
 /// Which results are of the deformed geometry.
@@ -193,59 +205,64 @@ std::vector<FED_DataDescriptor> Ingredients(FED_Database& database, const std::v
     const int  kind     = KindOf(descriptor);
     const bool isMesh   = kind == kCoordinates || kind == kElementNodes || kind == kElementType || kind == kElementSet;
     const bool isResult = kind == kPointStress || kind == kDisplacement || kind == kReaction ||
-                          (kind >= kUserKinds && kind < kUserKindsEnd);
+                          database.GetUserKindName(static_cast<FED_OnfId>(kind)) == calculix::kLocalStresses;
     if (isMesh || (isResult && stresses.contains(WithKind(descriptor, kPointStress))))
       ingredients.push_back(descriptor);
   }
   return ingredients;
 }
 
-/// @return the elements of a set in the database; nothing when it has none of this name
-std::optional<std::set<int>> FindStoredSet(FED_Database& database, const std::string& name)
+using Ids = std::set<int>;
+
+/// Sets of a deck have names in upper case, those of a groups file have them as written.
+/// @return the elements of a set of the iteration; nothing when the database has none of this name
+std::optional<Ids> FindStoredSet(FED_Database& database, int iteration, const std::string& name)
 {
-  FED_DataDescriptorPattern pattern;
-  pattern.SetEqual(FED_DataDescriptor::OnfId, kElementSet);
-  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(pattern)) {
-    const FED_DataBlock& block = database.GetConstDataBlock(descriptor);
-    const ScratchRecord  record(block);
-    for (auto index = block.Begin(); index != block.End(); ++index) {
-      block.GetRecord(*index, *record);
-      if (record->GetString(1) != name) continue;
-      FED_IntArray ids;
-      record->GetIntList(2, ids);
-      return std::set<int>(ids.GetData(), ids.GetData() + ids.GetSize());
-    }
+  const FED_DataDescriptor sets(iteration, static_cast<FED_OnfId>(kElementSet));
+  if (!database.HasDataBlock(sets)) return std::nullopt;
+  const FED_DataBlock& block = database.GetConstDataBlock(sets);
+  const ScratchRecord  record(block);
+  for (auto index = block.Begin(); index != block.End(); ++index) {
+    block.GetRecord(*index, *record);
+    if (record->GetString(1) != name) continue;
+    FED_IntArray ids;
+    record->GetIntList(2, ids);
+    return Ids(ids.GetData(), ids.GetData() + ids.GetSize());
   }
   return std::nullopt;
 }
 
-std::set<int> ChosenBySet(const Options& options, const DeckModel* deck, FED_Database& database)
+/// @return the elements of a set of the deck, or of the database where none is given
+std::optional<Ids> FindSet(const DeckModel* deck, FED_Database& database, int iteration, const std::string& name)
 {
-  std::string name = options.set;
-  for (char& c : name)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  if (deck != nullptr) {
-    if (const calculix::DeckSet* set = deck->FindElementSet(name)) return {set->ids.begin(), set->ids.end()};
-    Fail(options.deck + ": no element set " + name);
-  }
-  if (const std::optional<std::set<int>> ids = FindStoredSet(database, name)) return *ids;
-  Fail(options.database + ": no element set " + name + ", expected one of the database or --deck");
+  if (deck == nullptr) return FindStoredSet(database, iteration, name);
+  const calculix::DeckSet* set = deck->FindElementSet(name);
+  return set == nullptr ? std::nullopt : std::optional<Ids>(std::in_place, set->ids.begin(), set->ids.end());
 }
 
-std::set<int> ChosenById(const Options& options, const ForceMesh& mesh)
+Ids ChosenBySet(const Options& options, const DeckModel* deck, FED_Database& database, int iteration)
 {
-  std::set<int> chosen;
-  for (const NumberRange& range : ParseNumberRanges(options.elements, "an element")) {
-    if (range.form == NumberRange::All) {
-      for (const auto& entry : mesh.elements.Entries()) chosen.insert(entry.first);
-    } else if (range.form != NumberRange::Numbers) {
-      Fail("--elements is '" + options.elements + "', expected ids, ranges of them or all");
-    } else if (range.first == range.last) {
-      chosen.insert(range.first);  // a single id is asked for by name, so that a missing one is told
-    } else {
-      for (const auto& entry : mesh.elements.Entries())
-        if (range.Holds(entry.first)) chosen.insert(entry.first);
-    }
+  const std::string& name  = options.set;
+  std::string        upper = name;
+  for (char& c : upper)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  std::optional<Ids> ids = FindSet(deck, database, iteration, name);
+  if (!ids) ids = FindSet(deck, database, iteration, upper);
+  if (!ids && deck != nullptr) Fail(options.deck + ": no element set " + name);
+  if (!ids) Fail(options.database + ": no element set " + name + ", expected one of the database or --deck");
+  if (ids->empty()) Fail("--set is " + name + ", which has no elements");
+  return *ids;
+}
+
+Ids ChosenById(const Options& options, const ForceMesh& mesh)
+{
+  Ids chosen;
+  for (const NumberRange& range : ParseElements(options)) {
+    // A single id is asked for by name, so that a missing one is told.
+    const bool isSingle = range.form == NumberRange::Numbers && range.first == range.last;
+    if (isSingle) chosen.insert(range.first);
+    for (const auto& entry : mesh.elements.Entries())
+      if (!isSingle && (range.form == NumberRange::All || range.Holds(entry.first))) chosen.insert(entry.first);
   }
   if (chosen.empty()) Fail("--elements is '" + options.elements + "', which names no element of the mesh");
   return chosen;
@@ -258,19 +275,18 @@ void Merge(const SkippedElements& from, SkippedElements& to)
 
 /// Calculates and saves all results of one iteration.
 /// @return whether node lists were added
-bool CalculateIteration(const Options& options, const DeckModel* deck, FED_ResultDatabase& database,
-                        const std::vector<FED_DataDescriptor>& results, Console& console, Report& report)
+bool CalculateIteration(const Options& options, const DeckModel* deck, const Nonlinearity& nonlinearity,
+                        FED_ResultDatabase& database, const std::vector<FED_DataDescriptor>& results, Console& console,
+                        Report& report)
 {
-  const Nonlinearity nonlinearity(options, deck);
-  const std::string  name      = deck != nullptr ? options.deck : options.database;
-  const int          iteration = results.front().GetInteger(FED_DataDescriptor::Iteration);
-  const ForceMesh    mesh =
+  const std::string name      = deck != nullptr ? options.deck : options.database;
+  const int         iteration = results.front().GetInteger(FED_DataDescriptor::Iteration);
+  const ForceMesh   mesh =
       deck != nullptr ? calculix::MakeForceMesh(*deck) : calculix::ReadForceMesh(database, iteration, options.database);
   ElementForces forces(database, mesh, iteration, name);
-  std::set<int> part;
-  if (!options.set.empty()) part = ChosenBySet(options, deck, database);
+  Ids           part;
+  if (!options.set.empty()) part = ChosenBySet(options, deck, database, iteration);
   if (!options.elements.empty()) part = ChosenById(options, mesh);
-  const Vector about = ParsePoint(options.about);
 
   std::uint64_t done = 0;
   for (const FED_DataDescriptor& result : results) {
@@ -283,7 +299,7 @@ bool CalculateIteration(const Options& options, const DeckModel* deck, FED_Resul
         told.balance->nodes.resize(static_cast<std::size_t>(options.head));
     }
     if (options.HasPart())
-      told.body = calculix::CalculateFreeBody(database, mesh, told.step, part, about, options.database);
+      told.body = calculix::CalculateFreeBody(database, mesh, told.step, part, options.point, options.database);
     // Only numbers are told later: the geometry of many results need not be held.
     told.step.hasForces.clear();
     told.step.positions.clear();
@@ -305,8 +321,9 @@ void Note(const Options& options, const Nonlinearity& nonlinearity, const Report
   for (const StepReport& told : report.steps) {
     if (told.step.largestSum > 0.0) largest = std::max(largest, told.step.errorBound / told.step.largestSum);
   }
-  console.Note(options.database + ": coordinates have six digits, which leaves forces at nodes uncertain by up to " +
-               FormatRounded(largest) + " of the largest one; --deck gives all digits");
+  console.Note(options.database +
+               ": coordinates have six digits; if a .frd rounded them, forces at nodes are uncertain by up to " +
+               FormatRounded(largest) + " of the largest one, and --deck gives all digits");
 }
 
 Json JsonVector(const Vector& vector)
@@ -359,7 +376,7 @@ void PrintJson(const Options& options, Output& output, const Report& report)
               {"rounding-error", JsonNumber(told.step.errorBound)}};
     if (told.balance) step["balance"] = JsonBalance(*told.balance, options.tolerance);
     if (told.body) {
-      step["free-body"] = {{"about", JsonVector(ParsePoint(options.about))},
+      step["free-body"] = {{"about", JsonVector(options.point)},
                            {"cut", JsonResultant(told.body->cut)},
                            {"other", JsonResultant(told.body->other)},
                            {"sum", JsonResultant(told.body->sum)}};
@@ -449,6 +466,15 @@ void PrintTables(const Options& options, Output& output, const Report& report)
   }
 }
 
+/// @return the blocks that an earlier run left for results in which no element has forces now
+std::vector<FED_DataDescriptor> OutdatedBlocks(const FED_Database& database, const Report& report)
+{
+  std::vector<FED_DataDescriptor> blocks;
+  for (const StepReport& told : report.steps)
+    if (told.step.numElements == 0 && database.HasDataBlock(told.step.forces)) blocks.push_back(told.step.forces);
+  return blocks;
+}
+
 /// Leaves only what a folder that has the rest does not have yet.
 void KeepAdded(FED_ResultDatabase& database, const Report& report, bool withNodeLists)
 {
@@ -460,7 +486,7 @@ void KeepAdded(FED_ResultDatabase& database, const Report& report, bool withNode
   }
 }
 
-void Run(const Options& options, CommandContext& context)
+void Run(Options& options, CommandContext& context)
 {
   CheckUsage(options);
   const bool isAsked = options.balance || options.HasPart();
@@ -496,24 +522,35 @@ void Run(const Options& options, CommandContext& context)
   bool   addsNodeLists = false;
   for (const auto& entry : byIteration) {
     addsNodeLists =
-        CalculateIteration(options, deckOrNull, *copy, entry.second, context.console, report) || addsNodeLists;
+        CalculateIteration(options, deckOrNull, nonlinearity, *copy, entry.second, context.console, report) ||
+        addsNodeLists;
   }
 
   if (inPlace) KeepAdded(*copy, report, addsNodeLists);
-  if (publication) publication->Publish(*copy);
+  if (publication) publication->Publish(*copy, OutdatedBlocks(database.Get(), report));
   Note(options, nonlinearity, report, context.console);
+  const auto numWithForces = std::count_if(report.steps.begin(), report.steps.end(),
+                                           [](const StepReport& told) { return told.step.numElements > 0; });
   if (options.form.json) {
     PrintJson(options, context.output, report);
   } else if (isAsked) {
     PrintTables(options, context.output, report);
   } else {
     context.output.Write((inPlace ? options.database : options.output) + ": forces of " +
-                         Counted(report.steps.size(), "result") + '\n');
+                         Counted(static_cast<std::size_t>(numWithForces), "result") + '\n');
   }
   const bool holds = std::all_of(report.steps.begin(), report.steps.end(), [&options](const StepReport& told) {
     return !told.balance || Holds(*told.balance, options.tolerance);
   });
   context.exitCode = holds ? ExitSuccess : ExitDifferent;
+}
+
+/// An option that is not empty: without its value a run that prints would become one that writes to DB.
+CLI::Option* AddTextOption(CLI::App& app, const std::string& name, std::string& target, const std::string& description)
+{
+  return app.add_option(name, target, description)->check([](const std::string& text) {
+    return text.empty() ? std::string("empty, expected a value") : std::string();
+  });
 }
 
 }  // namespace
@@ -530,16 +567,16 @@ CommandFunction DefineForces(CLI::App& app)
   app.add_flag("--allow-outside", options->allowOutside, "Let the deck include files outside its folder");
   app.add_option("--nlgeom", options->nlgeom, "Geometrically nonlinear steps (default: as the deck says)")
       ->type_name("STEPS|all|none");
-  app.add_option("-o,--output", options->output,
-                 "Working database (.fed) or ONF folder for everything (default: add to DB)")
+  AddTextOption(app, "-o,--output", options->output,
+                "Working database (.fed) or ONF folder for everything (default: add to DB)")
       ->type_name("OUT");
   app.add_flag("--balance", options->balance,
                "Compare the forces at each node with what acts on it, worst nodes first");
   AddMagnitudeOption(app, "--tol", options->tolerance,
                      "Largest residual that --balance accepts, as a fraction of the largest force (default: 1e-5)");
   AddIntegerOption(app, "--head", options->head, "Nodes that --balance lists of each result, 0 for all (default: 10)");
-  app.add_option("--elements", options->elements, "Free body of these elements: 1,5-9")->type_name("IDS");
-  app.add_option("--set", options->set, "Free body of an element set")->type_name("NAME");
+  AddTextOption(app, "--elements", options->elements, "Free body of these elements: 1,5-9")->type_name("IDS");
+  AddTextOption(app, "--set", options->set, "Free body of an element set")->type_name("NAME");
   app.add_option("--about", options->about, "Point that moments of a free body are taken about (default: 0,0,0)")
       ->type_name("X,Y,Z");
   AddTableOptions(app, options->form);

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -189,8 +190,10 @@ TEST_F(ForcesCommand, WithoutDeckTellsWhatPrecisionIsLeft)
   // Rounded coordinates, and RF with the seven digits of the .dat: within what is told and those digits.
   EXPECT_LE(step.at("balance").at("largest-residual").get<double>(),
             bound + 1e-6 * step.at("balance").at("largest-force").get<double>());
-  EXPECT_NE(run.err.find(onf_ + ": coordinates have six digits, which leaves forces at nodes uncertain by up to "),
-            std::string::npos)
+  EXPECT_NE(
+      run.err.find(onf_ +
+                   ": coordinates have six digits; if a .frd rounded them, forces at nodes are uncertain by up to "),
+      std::string::npos)
       << run.err;
   EXPECT_NE(run.err.find("all steps are taken as geometrically linear, --deck or --nlgeom tells which are not\n"),
             std::string::npos)
@@ -219,6 +222,57 @@ TEST_F(ForcesCommand, FreeBodyOfASetHasTheCutThatTheDeckHasByHand)
       EXPECT_NEAR(body.at("sum").at("force").at(k).get<double>(), 0.0, 1e-12);
     }
   }
+}
+
+TEST_F(ForcesCommand, FreeBodyOfASetOfTheDatabaseNeedsNoDeck)
+{
+  const std::string fed    = (folder_ / "job.fed").string();
+  const std::string groups = (folder_ / "groups.txt").string();
+  std::ofstream(groups) << "elements Tip part\n121 131\nelements nothing\n";
+  std::vector<std::string> import{"import", "--groups", groups, "-o", fed};
+  for (const char* extension : {".inp", ".frd", ".dat"})
+    import.push_back(Fixture(std::string("forces/bar") + extension));
+  ASSERT_EQ(RunQuilon(import).exitCode, 0);
+  // A name of the deck in any case, one of a groups file as it was written.
+  for (const char* name : {"ETIP", "etip", "Tip part"}) {
+    const RunResult run = RunQuilon({"forces", fed, "--set", name, "--about", "20,2,1", "--json", "-q"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const json   body      = json::parse(run.out).at("steps").at(0).at("free-body");
+    const double force[3]  = {-12, -6, 5};
+    const double moment[3] = {10, -100, -120};
+    EXPECT_EQ(body.at("cut").at("nodes"), 4);
+    for (std::size_t k = 0; k < 3; ++k) {
+      EXPECT_NEAR(body.at("cut").at("force").at(k).get<double>(), force[k], 2e-5);
+      EXPECT_NEAR(body.at("cut").at("moment").at(k).get<double>(), moment[k], 8e-4);
+    }
+  }
+  EXPECT_EQ(RunQuilon({"forces", fed, "--set", "Tip Part"}).err,
+            "quilon: error: " + fed + ": no element set Tip Part, expected one of the database or --deck\n");
+  EXPECT_EQ(RunQuilon({"forces", fed, "--set", "nothing"}).err,
+            "quilon: error: --set is nothing, which has no elements\n");
+}
+
+TEST_F(ForcesCommand, WithoutForcesInAResultThoseOfAnEarlierRunGo)
+{
+  const std::string fed = (folder_ / "job.fed").string();
+  ASSERT_EQ(RunQuilon({"import", Fixture("forces/c3d8i.frd"), Fixture("forces/c3d8i.dat"), "-o", fed}).exitCode, 0);
+  const std::vector<std::string> command{"forces", fed, "@lc=1", "--deck", Fixture("forces/c3d8i.inp"), "-q"};
+  EXPECT_EQ(RunQuilon(command).out, fed + ": forces of 1 result\n");
+  ASSERT_EQ(json::parse(RunQuilon({"ls", fed, "580", "--json"}).out).size(), 1U);
+  // Of this type of element there are none in deformed geometry.
+  std::vector<std::string> deformed = command;
+  deformed.insert(deformed.end(), {"--nlgeom", "all"});
+  EXPECT_EQ(RunQuilon(deformed).out, fed + ": forces of 0 results\n");
+  EXPECT_EQ(json::parse(RunQuilon({"ls", fed, "580", "--json"}).out).size(), 0U);
+}
+
+// What is wrong with an option is told before a long read.
+TEST_F(ForcesCommand, OptionsAreJudgedBeforeFilesAreRead)
+{
+  EXPECT_EQ(RunQuilon({"forces", "none.dat", "--balance", "--about", "1,2"}).err,
+            "quilon: error: --about is '1,2', expected three numbers X,Y,Z\n");
+  EXPECT_EQ(RunQuilon({"forces", "none.dat", "--elements", "first"}).err,
+            "quilon: error: --elements is 'first', expected ids, ranges of them or all\n");
 }
 
 TEST_F(ForcesCommand, FreeBodyTableHasThreeRows)
@@ -255,6 +309,9 @@ TEST_F(ForcesCommand, SaysWhatIsWrongWithItsArguments)
          {{"--set", "ETIP", "--about", "1,2"}, "--about is '1,2', expected three numbers X,Y,Z"},
          {{"--set", "ETIP", "--about", "1,2,3,4"}, "--about is '1,2,3,4', expected three numbers X,Y,Z"},
          {{"--set", "ETIP", "--about", "1,nan,2"}, "--about is '1,nan,2', expected three numbers X,Y,Z"},
+         {{"--set", ""}, "--set: empty, expected a value, see 'quilon forces --help'"},
+         {{"--elements", ""}, "--elements: empty, expected a value, see 'quilon forces --help'"},
+         {{"-o", ""}, "--output: empty, expected a value, see 'quilon forces --help'"},
          {{"--set", "NOSUCH"}, deck + ": no element set NOSUCH"},
          {{"--elements", "101,7"}, dat + ": no element 7 in the mesh"},
          {{"--elements", "1-9"}, "--elements is '1-9', which names no element of the mesh"},
