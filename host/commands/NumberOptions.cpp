@@ -7,14 +7,28 @@
 
 namespace quilon {
 
+namespace {
+
+/// @return what is wrong with the text
+std::string CheckInteger(const std::string& text)
+{
+  int        number  = 0;
+  const auto taken   = std::from_chars(text.data(), text.data() + text.size(), number);
+  const bool isWhole = taken.ec == std::errc() && taken.ptr == text.data() + text.size();
+  return isWhole ? std::string() : "'" + text + "', expected an integer of 32 bits";
+}
+
+}  // namespace
+
 void AddIntegerOption(CLI::App& app, const std::string& name, int& target, const std::string& description)
 {
-  app.add_option(name, target, description)->type_name("N")->check([](const std::string& text) {
-    int        number  = 0;
-    const auto taken   = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isWhole = taken.ec == std::errc() && taken.ptr == text.data() + text.size();
-    return isWhole ? std::string() : "'" + text + "', expected an integer of 32 bits";
-  });
+  app.add_option(name, target, description)->type_name("N")->check(CheckInteger);
+}
+
+void AddIntegerOption(CLI::App& app, const std::string& name, std::optional<int>& target,
+                      const std::string& description)
+{
+  app.add_option(name, target, description)->type_name("N")->check(CheckInteger);
 }
 
 void AddMagnitudeOption(CLI::App& app, const std::string& name, double& target, const std::string& description)

@@ -3,6 +3,7 @@
 /// @file
 /// Options that take a number.
 
+#include <optional>
 #include <string>
 
 namespace CLI {
@@ -13,6 +14,8 @@ namespace quilon {
 
 /// Adds an option that takes an integer. The target outlives the parsing.
 void AddIntegerOption(CLI::App& app, const std::string& name, int& target, const std::string& description);
+void AddIntegerOption(CLI::App& app, const std::string& name, std::optional<int>& target,
+                      const std::string& description);
 
 /// Adds an option that takes a number, 0 or more. The target outlives the parsing.
 void AddMagnitudeOption(CLI::App& app, const std::string& name, double& target, const std::string& description);

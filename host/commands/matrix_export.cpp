@@ -44,33 +44,48 @@ bool IsMatrixMarket(const Options& options)
   return extension == ".mtx" || extension == ".mm";
 }
 
+void RequireOne(const std::vector<SelectedMatrix>& selected, const Options& options)
+{
+  if (selected.size() == 1) return;
+  const auto choice = [](const SelectedMatrix& one) {
+    return ToSelectionText(one.descriptor) + " --" + one.Place() + ' ' + std::to_string(one.number);
+  };
+  const std::string within = options.selection.ToString();
+  Fail(options.database + ": " + std::to_string(selected.size()) + " matrices" +
+       (within.empty() ? "" : " in '" + within + "'") + ", expected one: " + choice(selected[0]) + ", " +
+       choice(selected[1]) + (selected.size() > 2 ? ", ..." : ""));
+}
+
+matrix::Symmetry SymmetryToWrite(const Options& options, const matrix::RowView& rows)
+{
+  if (options.general) return matrix::Symmetry::General;
+  return matrix::FindSymmetry(rows.List(), rows.NumRows() == rows.NumColumns());
+}
+
 void Run(const Options& options, CommandContext& context)
 {
   const bool                        isMatrixMarket = IsMatrixMarket(options);
   OpenedDatabase                    database(options.database, context.console, OpenedDatabase::DeriveNothing);
   const std::vector<SelectedMatrix> selected = options.selection.Select(database, options.database);
-  if (selected.size() != 1)
-    Fail(options.database + ": " + std::to_string(selected.size()) + " matrices in '" + options.selection.ToString() +
-         "', expected one: " + ToSelectionText(selected[0].descriptor) + " --index " +
-         std::to_string(selected[0].index) + ", " + ToSelectionText(selected[1].descriptor) + " --index " +
-         std::to_string(selected[1].index) + (selected.size() > 2 ? ", ..." : ""));
+  RequireOne(selected, options);
 
-  const std::string     name   = matrix::MatrixName(options.database, selected[0].descriptor, selected[0].index);
-  const FED_YaleMatrix  matrix = LoadMatrix(database.Get(), selected[0]);
+  const std::string     name   = selected[0].Name(options.database);
+  const FED_YaleMatrix  matrix = LoadMatrix(database.Get(), selected[0], name);
   const matrix::RowView rows(matrix, name);
-  const bool            isSquare = rows.NumRows() == rows.NumColumns();
-  const auto symmetry = options.general ? matrix::Symmetry::General : matrix::FindSymmetry(rows.List(), isSquare);
   matrix::ReplaceFile(options.output, [&](std::ostream& out) {
     if (isMatrixMarket)
-      matrix::WriteMatrixMarket(out, matrix, symmetry, name);
+      matrix::WriteMatrixMarket(out, matrix, SymmetryToWrite(options, rows), name);
     else
       matrix::WriteYaleText(out, matrix);
   });
 
   if (options.json) {
-    const Json report{{"output", options.output},     {"block", ToSelectionText(selected[0].descriptor)},
-                      {"index", selected[0].index},   {"rows", rows.NumRows()},
-                      {"columns", rows.NumColumns()}, {"values", rows.NumValues()}};
+    const Json report{{"output", options.output},
+                      {"block", ToSelectionText(selected[0].descriptor)},
+                      {selected[0].Place(), selected[0].number},
+                      {"rows", rows.NumRows()},
+                      {"columns", rows.NumColumns()},
+                      {"values", rows.NumValues()}};
     return context.output.Write(JsonText(report, 2) + '\n');
   }
   context.output.Write(options.output + ": " + std::to_string(rows.NumRows()) + " x " +
@@ -98,7 +113,8 @@ CommandFunction DefineMatrixExport(CLI::App& app)
       "\n"
       "Examples:\n"
       "  quilon matrix export job.onf stiffness-matrix -o stiffness.mtx\n"
-      "  quilon matrix export job.onf damping@lc=2 --index 3 -o damping.txt");
+      "  quilon matrix export job.onf damping@lc=2 --index 3 -o damping.txt\n"
+      "  quilon matrix export job.onf 590 --element 12 -o element.mtx");
   return [options](CommandContext& context) { Run(*options, context); };
 }
 

@@ -36,16 +36,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kNoElement = -1;
-
 struct Options
 {
   std::vector<std::string> files;
   std::string              output;
   std::string              target;
   std::string              dofs;
-  int                      index   = 1;
-  int                      element = kNoElement;
+  int                      index = 1;
+  std::optional<int>       element;
   int                      pair    = 0;
   bool                     swapped = false;
   bool                     json    = false;
@@ -133,14 +131,14 @@ public:
           ThrowIfInterrupted();
           context_.console.Progress("reading " + name, done, total);
         });
-    const bool         isWhole    = options_.element == kNoElement;
+    const bool         isWhole    = !options_.element;
     const int          onf        = isWhole ? OnfOf(file.role) : 593;  // of an element's matrix only the keys are used
     FED_DataDescriptor descriptor = TargetOf(onf, name);
     if (isWhole)
       StoreWhole(file, descriptor, name);
     else
       descriptor = StoreOfElement(file, descriptor, name);
-    stored_.push_back({name, descriptor, isWhole ? options_.index : options_.element, file.matrix.GetNumRows(),
+    stored_.push_back({name, descriptor, options_.element.value_or(options_.index), file.matrix.GetNumRows(),
                        file.matrix.GetNumColumns(), file.matrix.GetValues().GetSize()});
   }
 
@@ -176,7 +174,7 @@ private:
     CheckTwice(first, name);
     target_.Take(first);
     target_.Take(second);
-    matrix::StoreElementMatrix(target_.Get(), descriptor, options_.element, pair, options_.swapped, file.matrix,
+    matrix::StoreElementMatrix(target_.Get(), descriptor, *options_.element, pair, options_.swapped, file.matrix,
                                file.dofs, name);
     return options_.swapped ? first : second;
   }
@@ -204,7 +202,7 @@ private:
 
 void Report(const Options& options, Output& output, const std::vector<StoredMatrix>& stored, std::size_t blocks)
 {
-  const char* const place = options.element == kNoElement ? "index" : "element";
+  const char* const place = options.element ? "element" : "index";
   if (options.json) {
     Json list = Json::array();
     for (const StoredMatrix& one : stored)
@@ -228,7 +226,7 @@ void Run(const Options& options, CommandContext& context)
 {
   if (options.index < 0) Fail("--index is " + std::to_string(options.index) + ", expected 0 or more");
   if (options.pair < 0 || options.pair > 3) Fail("--pair is " + std::to_string(options.pair) + ", expected 1, 2 or 3");
-  if (options.element == kNoElement && (options.pair != 0 || options.swapped))
+  if (!options.element && (options.pair != 0 || options.swapped))
     Fail("--pair and --swapped are for the matrix of an element, expected --element ID with them");
 
   Publication publication(options.output);

@@ -86,7 +86,7 @@ Json ToJson(const SelectedMatrix& selected, const std::string& kind, const matri
 {
   Json json{{"block", ToSelectionText(selected.descriptor)},
             {"kind", kind},
-            {"index", selected.index},
+            {selected.Place(), selected.number},
             {"rows", facts.numRows},
             {"columns", facts.numColumns},
             {"values", facts.numValues},
@@ -115,8 +115,9 @@ void Run(const Options& options, CommandContext& context)
   const char*     before = "";
   for (const SelectedMatrix& selected : options.selection.Select(database, options.database)) {
     ThrowIfInterrupted();
-    const FED_YaleMatrix  matrix = LoadMatrix(database.Get(), selected);
-    const matrix::RowView rows(matrix, matrix::MatrixName(options.database, selected.descriptor, selected.index));
+    const std::string     name   = selected.Name(options.database);
+    const FED_YaleMatrix  matrix = LoadMatrix(database.Get(), selected, name);
+    const matrix::RowView rows(matrix, name);
     const matrix::Facts   facts = FindFacts(rows);
     // Characters are about twice as high as wide.
     const std::vector<std::string> picture =
@@ -127,8 +128,8 @@ void Run(const Options& options, CommandContext& context)
       continue;
     }
     PrintText(context.output,
-              before + Printable(kind) + "  " + ToSelectionText(selected.descriptor) + "  index " +
-                  std::to_string(selected.index),
+              before + Printable(kind) + "  " + ToSelectionText(selected.descriptor) + "  " + selected.Place() + ' ' +
+                  std::to_string(selected.number),
               facts, picture);
     before = "\n";
   }
@@ -152,7 +153,8 @@ CommandFunction DefineMatrixShow(CLI::App& app)
       "\n"
       "Examples:\n"
       "  quilon matrix show job.onf\n"
-      "  quilon matrix show job.onf stiffness-matrix --index 1 --width 100");
+      "  quilon matrix show job.onf stiffness-matrix --index 1 --width 100\n"
+      "  quilon matrix show job.onf --element 12");
   return [options](CommandContext& context) { Run(*options, context); };
 }
 

@@ -10,7 +10,9 @@
 #include "matrix/MatrixEntries.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
+#include "ScratchRecord.h"
 #include "selection/Selection.h"
 #include "terminal/Format.h"
 
@@ -21,6 +23,7 @@ namespace {
 constexpr int kMatrixEntityKind = 16;
 constexpr int kStiffnessOnf     = 593;
 constexpr int kMassOnf          = 594;
+constexpr int kDoubleList       = 9;  // type code of a record field
 
 bool ReadWhole(std::string_view text, int& number)
 {
@@ -102,11 +105,6 @@ std::vector<std::size_t> MatrixIndices(const FED_DataBlock& block)
   return indices;
 }
 
-std::string MatrixName(const std::string& database, const FED_DataDescriptor& descriptor, std::size_t index)
-{
-  return database + ": " + ToSelectionText(descriptor) + ", index " + std::to_string(index);
-}
-
 void StoreElementMatrix(FED_Database& database, const FED_DataDescriptor& descriptor, int element, int pair,
                         bool isSwapped, const FED_YaleMatrix& matrix, const std::vector<Dof>& dofs,
                         const std::string& name)
@@ -129,6 +127,42 @@ void StoreElementMatrix(FED_Database& database, const FED_DataDescriptor& descri
   if (isSwapped) std::swap(info, values);
   FEM_ResultUtil::SetElementMatrixInfo(database, info, element, {isSymmetric}, description);
   FEM_ResultUtil::SetResultMatrix(database, values, element, static_cast<int>(rows.NumRows()), DenseValues(rows));
+}
+
+bool HoldsElementMatrix(const FED_Database& database, const FED_DataDescriptor& descriptor, int element)
+{
+  const int onf = descriptor.GetInteger(FED_DataDescriptor::OnfId);
+  if (!(onf >= 590 && onf <= 592) && !(onf >= 597 && onf <= 599)) return false;
+  const FED_DataBlock&       block = database.GetConstDataBlock(descriptor);
+  const FED_ConstIdDataBlock view(block, database.GetIdMapsPool());
+  if (!view.HasRecord(element)) return false;
+  const ScratchRecord record(block);
+  return record->GetFieldCount() == 2 && record->GetFieldType(2) == kDoubleList;
+}
+
+FED_YaleMatrix LoadElementMatrix(const FED_Database& database, const FED_DataDescriptor& descriptor, int element,
+                                 const std::string& name)
+{
+  const FED_ConstIdDataBlock view(database.GetConstDataBlock(descriptor), database.GetIdMapsPool());
+  FED_ConstIdDataRecord&     record = view.CreateConstIdDataRecord();
+  view.GetRecord(element, record);
+  const int       size = record.GetDataRecord().GetInteger(1);
+  FED_DoubleArray values;
+  record.GetDataRecord().GetDoubleList(2, values);
+  const auto numRows = static_cast<std::size_t>(size < 0 ? 0 : size);
+  if (size < 0 || values.GetSize() != numRows * numRows)
+    Fail(name + ": " + Counted(values.GetSize(), "value") + " in a matrix of " + std::to_string(size) +
+         " rows, expected its rows squared");
+
+  FED_IntArray rowPointers;
+  FED_IntArray columns;
+  rowPointers.Resize(numRows + 1);
+  columns.Resize(values.GetSize());
+  for (std::size_t row = 0; row <= numRows; ++row) rowPointers.GetData()[row] = static_cast<int>(row * numRows);
+  for (std::size_t i = 0; i < columns.GetSize(); ++i) columns.GetData()[i] = static_cast<int>(i % numRows);
+  FED_YaleMatrix matrix;
+  matrix.SetInternalData(numRows, numRows, std::move(values), std::move(rowPointers), std::move(columns));
+  return matrix;
 }
 
 }  // namespace quilon::matrix

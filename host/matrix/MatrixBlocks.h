@@ -38,9 +38,6 @@ FED_DataDescriptor DofDescriptor(const FED_DataDescriptor& matrix, calculix::Use
 /// @return the indices of a block that hold a matrix, ascending
 std::vector<std::size_t> MatrixIndices(const FED_DataBlock& block);
 
-/// A matrix by its name: "job.onf: 593@it=0, index 1".
-std::string MatrixName(const std::string& database, const FED_DataDescriptor& descriptor, std::size_t index);
-
 /// Stores a small matrix as that of an element: the values row by row, all of them, and a description with the flag
 /// "symmetric" and the list node, direction, node, direction, ... of its rows.
 /// @param pair      0, 1 or 2, see FEM_ResultUtil::MatricesOnfLoc
@@ -49,5 +46,14 @@ std::string MatrixName(const std::string& database, const FED_DataDescriptor& de
 void StoreElementMatrix(FED_Database& database, const FED_DataDescriptor& descriptor, int element, int pair,
                         bool isSwapped, const FED_YaleMatrix& matrix, const std::vector<Dof>& dofs,
                         const std::string& name);
+
+/// @return whether the block, one of 590 to 592 and 597 to 599, holds the matrix of the element and not its description
+bool HoldsElementMatrix(const FED_Database& database, const FED_DataDescriptor& descriptor, int element);
+
+/// @param descriptor of a block that holds the matrix of the element
+/// @return the matrix with all its values
+/// @throws FED_Failure unless they are as many as its rows and columns ask for
+FED_YaleMatrix LoadElementMatrix(const FED_Database& database, const FED_DataDescriptor& descriptor, int element,
+                                 const std::string& name);
 
 }  // namespace quilon::matrix

@@ -202,6 +202,61 @@ TEST_F(MatrixCommand, AnElementsMatrixGoesToEitherHalfOfAPair)
             "599,element-matrix-599,0,,2,160,-1,2,0\n");
 }
 
+TEST_F(MatrixCommand, AnElementsMatrixIsExportedAndShownFromEitherHalf)
+{
+  RunQuilon({"matrix", "import", small_, "--element", "12", "--pair", "1", "-o", onf_});
+  RunQuilon({"matrix", "import", small_, "--element", "-1", "--pair", "3", "--swapped", "-o", onf_});
+  const std::string out = (folder_ / "out.mtx").string();
+  const std::string whole =
+      "%%MatrixMarket matrix coordinate real symmetric\n3 3 6\n1 1 2\n2 1 -1\n2 2 2\n3 1 0\n"
+      "3 2 0\n3 3 0.5\n";
+  EXPECT_EQ(RunQuilon({"matrix", "export", onf_, "--element", "12", "-o", out}).out,
+            out + ": 3 x 3, 9 values written\n");
+  EXPECT_EQ(ReadAll(out), whole);
+  EXPECT_EQ(RunQuilon({"matrix", "export", onf_, "599", "--element", "-1", "-o", out, "--json"}).out,
+            "{\n  \"output\": \"" + out +
+                "\",\n  \"block\": \"599@it=0\",\n  \"element\": -1,\n  \"rows\": 3,\n  \"columns\": 3,\n"
+                "  \"values\": 9\n}\n");
+  EXPECT_EQ(ReadAll(out), whole);
+  EXPECT_EQ(RunQuilon({"matrix", "show", onf_, "--element", "12"})
+                .out.rfind("element-matrix-590  590@it=0  element 12\n  size       3 x 3\n", 0),
+            0u);
+
+  ExpectTrouble({"matrix", "export", onf_, "597", "--element", "12", "-o", out},
+                onf_ + ": no matrix of element 12 in '597', expected one in a block of kind 590 to 592 or 597 to 599");
+  ExpectTrouble({"matrix", "show", onf_, "--element", "7"},
+                onf_ + ": no matrix of element 7, expected one in a block of kind 590 to 592 or 597 to 599");
+  ExpectTrouble({"matrix", "show", onf_, "--element", "12", "--index", "1"},
+                "--index and --element exclude each other, expected one at most");
+  RunQuilon({"matrix", "import", small_, "--element", "12", "--pair", "2", "-o", onf_});
+  ExpectTrouble({"matrix", "export", onf_, "--element", "12", "-o", out},
+                onf_ + ": 2 matrices, expected one: 590@it=0 --element 12, 591@it=0 --element 12");
+}
+
+TEST_F(MatrixCommand, AMatrixIsChosenByAnIndexThatIsThere)
+{
+  ImportSmall();
+  ExpectTrouble({"matrix", "show", onf_, "--index", "-1"}, "--index is -1, expected 0 or more");
+  ExpectTrouble({"matrix", "show", onf_, "--index", "5"}, onf_ + ": no matrix 5 in 1900@it=0");
+}
+
+// A link stays one, and what is no file is not replaced by a file.
+TEST_F(MatrixCommand, ExportKeepsLinksAndDevices)
+{
+  ImportSmall();
+  const std::string file = Write("file.mtx", "former");
+  const std::string link = (folder_ / "link.mtx").string();
+  std::filesystem::create_symlink(file, link);
+  EXPECT_EQ(RunQuilon({"matrix", "export", onf_, "-o", link}).exitCode, 0);
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(ReadAll(file), ReadAll(small_));
+
+  const std::string null = (folder_ / "null").string();
+  std::filesystem::create_symlink("/dev/null", null);
+  EXPECT_EQ(RunQuilon({"matrix", "export", onf_, "-o", null}).exitCode, 0);
+  EXPECT_TRUE(std::filesystem::is_character_file(null));
+}
+
 TEST_F(MatrixCommand, WhatIsMissingOrContradictoryIsRefused)
 {
   ImportSmall();
@@ -248,9 +303,10 @@ TEST_F(MatrixCommand, ADatabaseWithoutMatricesSaysSo)
 {
   WriteSmallOnf(onf_);
   ExpectTrouble({"matrix", "show", onf_},
-                onf_ + ": no sparse matrices, expected a block of kind 593, 594 or 1900 to 1999");
-  ExpectTrouble({"matrix", "show", onf_, "stress"},
-                onf_ + ": no sparse matrices in 'stress', expected a block of kind 593, 594 or 1900 to 1999");
+                onf_ + ": no sparse matrices, expected a block of kind 593, 594 or 1900 to 1999, or --element");
+  ExpectTrouble(
+      {"matrix", "show", onf_, "stress"},
+      onf_ + ": no sparse matrices in 'stress', expected a block of kind 593, 594 or 1900 to 1999, or --element");
 }
 
 TEST_F(MatrixCommand, OtherBlocksOfTheFolderStay)

@@ -8,6 +8,7 @@
 #include <bundled/FED_ResultDatabase.h>
 
 #include "../calculix/ReaderSupport.h"
+#include "FEM_ResultUtil.h"
 #include "MatrixSupport.h"
 #include "RecordingDatabase.h"
 #include "Snapshot.h"
@@ -19,6 +20,7 @@ using quilon::calculix::UserKindPool;
 using quilon_test::FailureOf;
 using quilon_test::Key;
 using quilon_test::MakeMatrix;
+using quilon_test::SameBits;
 using quilon_test::Snapshot;
 using Content = std::map<std::string, std::string>;
 
@@ -108,6 +110,41 @@ TEST(ElementMatrix, SwapsTheHalvesOnDemand)
 {
   EXPECT_EQ(StoredElement(1, true),
             (Content{{"<591 it=0 inc=3> 1", "[I 1; Lb 7 1 9 3]"}, {"<598 it=0 ~inc=3> 1", "[I 2; Db 1 2 2 0]"}}));
+}
+
+TEST(ElementMatrix, IsReadBackInFullFromWhereItStands)
+{
+  for (const bool isSwapped : {false, true}) {
+    FED_ResultDatabase database;
+    StoreElementMatrix(database, kStep, 12, 1, isSwapped, MakeMatrix(2, 2, {1, 2, -0.0}, {0, 2, 3}, {0, 1, 0}), {},
+                       "a.sti");
+    const FEM_ResultUtil::MatricesOnfLoc six(kStep);
+    const auto& [first, second] = six.pairs[1];
+    EXPECT_EQ(HoldsElementMatrix(database, first, 12), isSwapped);
+    EXPECT_EQ(HoldsElementMatrix(database, second, 12), !isSwapped);
+    EXPECT_FALSE(HoldsElementMatrix(database, isSwapped ? first : second, 13));
+    const FED_YaleMatrix matrix = LoadElementMatrix(database, isSwapped ? first : second, 12, "job");
+    EXPECT_TRUE(SameBits(matrix, MakeMatrix(2, 2, {1, 2, -0.0, 0}, {0, 2, 4}, {0, 1, 0, 1})));
+  }
+}
+
+TEST(ElementMatrix, HasAsManyValuesAsItsRowsAskFor)
+{
+  const FED_DataDescriptor block(0, static_cast<FED_OnfId>(590));
+  for (const int size : {2, -1, 0}) {
+    FED_ResultDatabase database;
+    FEM_ResultUtil::SetResultMatrix(database, block, 12, size, {1, 2, 3});
+    EXPECT_EQ(FailureOf([&] { LoadElementMatrix(database, block, 12, "job"); }),
+              "job: 3 values in a matrix of " + std::to_string(size) + " rows, expected its rows squared");
+  }
+}
+
+TEST(ElementMatrix, IsOfItsSixKindsOnly)
+{
+  FED_ResultDatabase       database;
+  const FED_DataDescriptor points(0, static_cast<FED_OnfId>(582));
+  FEM_ResultUtil::SetResultMatrix(database, points, 12, 1, {1});
+  EXPECT_FALSE(HoldsElementMatrix(database, points, 12));
 }
 
 TEST(ElementMatrix, IsSquareAndSmall)
