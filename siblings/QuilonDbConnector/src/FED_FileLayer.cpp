@@ -152,5 +152,3 @@ std::error_code FED_FileLayer::Lock(const std::filesystem::path& path, Handle& h
     if (error) return error;
   }
 }
-
-void FED_FileLayer::MakeSkeleton(const std::filesystem::path&, const std::function<void()>& make) { make(); }

@@ -141,11 +141,15 @@ public:
 
   std::vector<SkeletonData>& GetData() noexcept { return data_; }
 
-  // Writes all data and the index to the places that the skeleton gave them.
-  void WriteData(StoreFile& file, SegmentEntry& entry)
+  // Writes all to an empty file: what HDF5 has to say, then data and index to the places that it gave them.
+  void Write(StoreFile& file, const SegmentSkeleton& skeleton, SegmentEntry& entry)
   {
+    constexpr std::uint8_t kZero = 0;
+    file.WriteAt(skeleton.GetSize() - 1, &kZero, 1);
     BufferedFile out(file);
-    auto         data = data_.cbegin();
+    skeleton.Visit(
+        [&](std::uint64_t offset, const void* bytes, std::size_t count) { out.WriteAt(offset, bytes, count); });
+    auto data = data_.cbegin();
     for (const Group& group : groups_) {
       for (std::size_t column = 0; column < group.columns.size(); ++column)
         if (const std::uint64_t bytes = WriteColumn(out, group, column, data->offset); bytes > 0) ++data;
@@ -340,10 +344,10 @@ std::unique_ptr<Segment> WriteSegment(FED_FileLayer& files, const std::filesyste
 {
   const std::filesystem::path path = folder / GetSegmentName(entry.number);
   SegmentWriter               writer(contents, describe);
+  const SegmentSkeleton       skeleton(path, kSegmentHeaderBytes, writer.GetData());
   UnfinishedFile              unfinished(files, path);
-  files.MakeSkeleton(path, [&] { MakeSegmentSkeleton(path, kSegmentHeaderBytes, writer.GetData()); });
-  StoreFile file(files, path, FED_FileLayer::ReadWrite);
-  writer.WriteData(file, entry);
+  StoreFile                   file(files, path, FED_FileLayer::Create);
+  writer.Write(file, skeleton, entry);
   file.Flush();
   auto segment = std::make_unique<Segment>(std::move(file), entry, writer.TakeIndex());
   unfinished.Keep();

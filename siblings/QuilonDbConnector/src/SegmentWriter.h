@@ -44,7 +44,7 @@ struct SegmentContents
 /// What the writer asks about the block of rows that it is given.
 using DescribeBlock = std::function<const StoredBlock&(BlockUid)>;
 
-/// Writes a segment and flushes it: HDF5 lays the file out, all bytes that matter then go through the file layer.
+/// Writes a segment and flushes it: HDF5 lays the file out in memory, all bytes then go through the file layer.
 ///
 /// Statistics of rows are asked for behind their bytes. The keys of rows are taken at once.
 /// @param entry    number, first and last

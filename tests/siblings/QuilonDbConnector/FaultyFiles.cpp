@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <fstream>
 
-#include "QuilonUtilities/FED_Failure.h"
-
 namespace quilon_test {
 
 namespace fs = std::filesystem;
@@ -22,10 +20,10 @@ void FaultyFiles::Bury()
   for (const fs::path& path : unflushed_)
     if (fs::exists(path)) std::ofstream(path, std::ios::binary) << std::string(fs::file_size(path) / 2, '\xa5');
   for (; !entries_.empty(); entries_.pop_back()) {
-    const auto& [path, former, isRename] = entries_.back();
-    if (isRename && fault_ == Fault::PowerLossInDisorder) continue;
-    fs::remove(path);
-    if (!former.empty()) fs::copy_file(former, path);
+    const EntryChange& entry = entries_.back();
+    if (IsKept(entry)) continue;
+    fs::remove_all(entry.path);
+    if (!entry.former.empty()) fs::copy_file(entry.former, entry.path);
   }
 }
 
@@ -33,7 +31,7 @@ std::error_code FaultyFiles::Open(const fs::path& path, Mode mode, Handle& handl
 {
   handle            = kNoHandle;
   const auto really = [&] {
-    if (mode == Create) NoteEntry(path);
+    if (mode == Create) NoteEntry(path, EntryChange::Creation);
     const std::error_code error = FED_FileLayer::Open(path, mode, handle);
     if (!error) paths_[handle] = path;
     if (!error && mode == Create) unflushed_.insert(path);
@@ -85,8 +83,8 @@ std::error_code FaultyFiles::Flush(Handle handle)
 std::error_code FaultyFiles::Rename(const fs::path& from, const fs::path& to)
 {
   return Change([&] {
-    NoteEntry(to, true);
-    NoteEntry(from, true);
+    NoteEntry(to, EntryChange::Renaming);
+    NoteEntry(from, EntryChange::Renaming);
     if (unflushed_.erase(from) != 0) unflushed_.insert(to);
     return FED_FileLayer::Rename(from, to);
   });
@@ -95,14 +93,18 @@ std::error_code FaultyFiles::Rename(const fs::path& from, const fs::path& to)
 std::error_code FaultyFiles::Remove(const fs::path& path)
 {
   return Change([&] {
-    NoteEntry(path);
+    NoteEntry(path, EntryChange::Removal);
     return FED_FileLayer::Remove(path);
   });
 }
 
 std::error_code FaultyFiles::MakeFolder(const fs::path& folder, bool& made)
 {
-  return Change([&] { return FED_FileLayer::MakeFolder(folder, made); });
+  return Change([&] {
+    const std::error_code error = FED_FileLayer::MakeFolder(folder, made);
+    if (!error && made) entries_.push_back({folder, {}, EntryChange::Creation});
+    return error;
+  });
 }
 
 std::error_code FaultyFiles::FlushFolder(const fs::path& folder)
@@ -122,22 +124,6 @@ std::error_code FaultyFiles::Lock(const fs::path& path, Handle& handle)
 {
   handle = kNoHandle;
   return Look([&] { return FED_FileLayer::Lock(path, handle); });
-}
-
-// HDF5 may fail before it has made a file, with half of one made, or may seem to when all is done.
-void FaultyFiles::MakeSkeleton(const fs::path& path, const std::function<void()>& make)
-{
-  const auto really = [&] {
-    NoteEntry(path);
-    make();
-    unflushed_.insert(path);
-    return std::error_code();
-  };
-  const auto half = [&] {
-    really();
-    fs::resize_file(path, fs::file_size(path) / 2);
-  };
-  if (Do(really, half)) throw FED_Failure(path.string() + ": HDF5 fails", "|%P|tests|FaultyFiles");
 }
 
 /// @param part what of the call happens when it fails behind its beginning
@@ -162,14 +148,25 @@ std::error_code FaultyFiles::Look(const Call& call)
   return Do(call, [] {});
 }
 
-void FaultyFiles::NoteEntry(const fs::path& path, bool isRename)
+bool FaultyFiles::LosesPower() const noexcept
+{
+  return fault_ == Fault::PowerLoss || fault_ == Fault::PowerLossButRenames || fault_ == Fault::PowerLossButRemovals;
+}
+
+bool FaultyFiles::IsKept(const EntryChange& entry) const noexcept
+{
+  return (entry.kind == EntryChange::Renaming && fault_ == Fault::PowerLossButRenames) ||
+         (entry.kind == EntryChange::Removal && fault_ == Fault::PowerLossButRemovals);
+}
+
+void FaultyFiles::NoteEntry(const fs::path& path, EntryChange::Kind kind)
 {
   fs::path former;
   if (fs::is_regular_file(path)) {
     former = copies_ / std::to_string(++numCopies_);
     fs::copy_file(path, former);
   }
-  entries_.push_back({path, former, isRename});
+  entries_.push_back({path, former, kind});
 }
 
 }  // namespace quilon_test

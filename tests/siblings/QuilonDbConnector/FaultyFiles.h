@@ -20,13 +20,14 @@ namespace quilon_test {
 /// What happens to the call that fails.
 enum class Fault
 {
-  InputOutputError,    ///< nothing of the call happens
-  DiskFull,            ///< likewise, with another error
-  ShortWrite,          ///< half of a write happens, or all of another change, and then an error is told all the same
-  Death,               ///< the process dies before the call
-  DeathBehind,         ///< the process dies with half of a write done, or behind any other change
-  PowerLoss,           ///< as DeathBehind, and what was not flushed is lost: bytes of files and entries of folders
-  PowerLossInDisorder  ///< as PowerLoss, but names that were changed are changed: disks need not keep an order
+  InputOutputError,     ///< nothing of the call happens
+  DiskFull,             ///< likewise, with another error
+  ShortWrite,           ///< half of a write happens, or all of another change, and then an error is told all the same
+  Death,                ///< the process dies before the call
+  DeathBehind,          ///< the process dies with half of a write done, or behind any other change
+  PowerLoss,            ///< as DeathBehind, and what was not flushed is lost: bytes of files and entries of folders
+  PowerLossButRenames,  ///< as PowerLoss, but names that were changed are changed: disks need not keep an order
+  PowerLossButRemovals  ///< as PowerLoss, but what was removed is gone
 };
 
 /// Counts the calls that can fail, and lets one of them fail. After a death all calls are without effect: what the
@@ -43,7 +44,8 @@ public:
   bool        HasFailed() const noexcept { return position_ != 0 && calls_ >= position_; }
   bool        IsDead() const noexcept { return isDead_; }
 
-  /// Leaves the files as they are after the death. Call it when all objects of the dead process are gone.
+  /// Leaves the files as they are after the death, or after a loss of power now. Call it when all objects of the
+  /// process are gone.
   void Bury();
 
   std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override;
@@ -59,7 +61,6 @@ public:
   std::error_code FlushFolder(const std::filesystem::path& folder) override;
   std::error_code List(const std::filesystem::path& folder, std::vector<std::string>& names) override;
   std::error_code Lock(const std::filesystem::path& path, Handle& handle) override;
-  void            MakeSkeleton(const std::filesystem::path& path, const std::function<void()>& make) override;
 
 private:
   using Call = std::function<std::error_code()>;
@@ -68,15 +69,21 @@ private:
   struct EntryChange
   {
     std::filesystem::path path;
-    std::filesystem::path former;  // a copy of the file that was there; empty when there was none
-    bool                  isRename = false;
+    std::filesystem::path former;  // a copy of the file that was there; empty when there was nothing
+    enum Kind : int
+    {
+      Creation,
+      Renaming,
+      Removal
+    } kind = Creation;
   };
 
   std::error_code Do(const Call& whole, const std::function<void()>& part);
   std::error_code Change(const Call& change);
   std::error_code Look(const Call& call);
-  bool LosesPower() const noexcept { return fault_ == Fault::PowerLoss || fault_ == Fault::PowerLossInDisorder; }
-  void NoteEntry(const std::filesystem::path& path, bool isRename = false);
+  bool            LosesPower() const noexcept;
+  bool            IsKept(const EntryChange& entry) const noexcept;
+  void            NoteEntry(const std::filesystem::path& path, EntryChange::Kind kind);
 
   Fault                                   fault_    = Fault::InputOutputError;
   std::size_t                             position_ = 0;

@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+#include <sys/resource.h>
+
+#include <csignal>
+
 #include <gtest/gtest.h>
 
 #include "bundled/FED_FileLayer.h"
@@ -161,6 +165,47 @@ TEST(ReadOnlyFileSystem, IsReadAndNotWritten)
   EXPECT_EQ(MessageOf([&] { FED_ResultDatabase(folder / "b.fed", FED_ResultDatabase::Create, options); }),
             (folder / "b.fed").string() + ": cannot create: Read-only file system");
   EXPECT_FALSE(fs::exists(folder / "b.fed"));
+}
+
+/// Files of this process can get no longer than so many bytes: as a full disk, for all code that writes.
+class FileSizeLimit
+{
+public:
+  explicit FileSizeLimit(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN))
+  {
+    getrlimit(RLIMIT_FSIZE, &former_);
+    const rlimit limit{bytes, former_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  FileSizeLimit(const FileSizeLimit&)            = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+  ~FileSizeLimit()
+  {
+    setrlimit(RLIMIT_FSIZE, &former_);
+    std::signal(SIGXFSZ, signal_);
+  }
+
+private:
+  void (*signal_)(int);
+  rlimit former_{};
+};
+
+// HDF5 leaves a file open, and crashes when the process ends, where it cannot write what it has to say of a file.
+TEST(FullDisk, StopsHdf5NowhereAndTheSameObjectCommitsLater)
+{
+  const TempFolder   folder;
+  FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create);
+  database.GetOrCreateDataBlock(History(), 0).SetScalarAt(1, 2.5);
+  {
+    const FileSizeLimit limit(1000);
+    EXPECT_EQ(MessageOf([&] { database.Commit(); }),
+              (folder / "a.fed" / "segment-000001.h5").string() + ": cannot write: File too large");
+  }
+  EXPECT_FALSE(fs::exists(folder / "a.fed" / "segment-000001.h5"));
+  database.Commit();
+  EXPECT_EQ(
+      FED_ResultDatabase(folder / "a.fed", FED_ResultDatabase::ReadOnly).GetConstDataBlock(History()).GetScalarAt(1),
+      2.5);
 }
 
 }  // namespace

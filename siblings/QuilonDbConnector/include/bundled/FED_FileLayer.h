@@ -6,15 +6,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <system_error>
 #include <vector>
 
 #include "quilon_contract_export.h"
 
-/// The operating system's files, one step a call. All data, indices and manifests of a database on disk pass through
-/// it; derive from it to watch or to break single steps.
+/// The operating system's files, one step a call. Every byte of a database on disk passes through it; derive from it to
+/// watch or to break single steps.
 ///
 /// Errors:  every operation answers an error code that is false on success. After an error any part of a write may have
 ///          reached the file.
@@ -69,8 +68,4 @@ public:
   /// @param handle receives the lock; kNoHandle after an error. When another holds the lock the error is
   ///               std::errc::resource_unavailable_try_again.
   [[nodiscard]] virtual std::error_code Lock(const std::filesystem::path& path, Handle& handle);
-
-  /// Calls `make`, which lays out an empty, not yet published segment at the path through HDF5: the one thing that
-  /// does not pass through this layer. What either throws is the failure of the commit.
-  virtual void MakeSkeleton(const std::filesystem::path& path, const std::function<void()>& make);
 };
