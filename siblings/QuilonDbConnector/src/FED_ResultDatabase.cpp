@@ -197,10 +197,17 @@ ResultDataBlock& FED_ResultDatabase::MakeBlock(const FED_DataDescriptor& descrip
   } else {
     entry.uid   = disk_->store.TakeUid();
     entry.block = std::make_unique<ResultDataBlock>(key, format, entry.uid, disk_->cache);
-    disk_->undeclared.insert(key);
   }
+  // May write other blocks' rows to the disk, and fail: nothing knows of the block before.
   entry.block->Expect(expectedRecords);
-  return *blocks_.emplace(key, std::move(entry)).first->second.block;
+  const auto made = blocks_.emplace(key, std::move(entry)).first;
+  try {
+    if (disk_ != nullptr) disk_->undeclared.insert(key);
+  } catch (...) {
+    blocks_.erase(made);
+    throw;
+  }
+  return *made->second.block;
 }
 
 // Gives the store the rows that it does not have. Until a commit they are there for this object alone.

@@ -174,6 +174,27 @@ TEST(ResultDatabaseOnDisk, BlocksAreDeletedReplacedAndCompacted)
   EXPECT_TRUE(FED_ResultDatabase(folder / "a.fed", FED_ResultDatabase::ReadOnly).GetDataDescriptors({}).empty());
 }
 
+// What makes room for a new block may write the rows of others.
+TEST(ResultDatabaseOnDisk, BlockThatFindsTheDiskFullIsNotMadeAndDoesNotStopTheCommit)
+{
+  const TempFolder          folder;
+  FullDisk                  disk;
+  FED_ResultDatabaseOptions options;
+  options.files       = &disk;
+  options.memoryLimit = std::size_t{1} << 20;
+  FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create, options);
+  for (int i = 0; i < 5; ++i) database.GetOrCreateDataBlock(Key(kScalar, i), 0).SetScalarAt(1, i);
+  disk.isFull = true;
+  EXPECT_THAT(MessageOf([&] { database.GetOrCreateDataBlock(Key(kTensor, 1), 100000); }),
+              HasSubstr("cannot write: No space left on device"));
+  EXPECT_FALSE(database.HasDataBlock(Key(kTensor, 1)));
+  disk.isFull = false;
+  database.Commit();
+  const FED_ResultDatabase reader(folder / "a.fed", FED_ResultDatabase::ReadOnly);
+  ASSERT_EQ(reader.GetDataDescriptors({}).size(), 5u);
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(reader.GetConstDataBlock(Key(kScalar, i)).GetScalarAt(1), i);
+}
+
 TEST(ResultDatabaseOnDisk, ReaderDoesNotCommit)
 {
   const TempFolder folder;
