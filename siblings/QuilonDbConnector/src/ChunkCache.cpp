@@ -45,7 +45,7 @@ ColumnStatistics DirtyRows::GetStatistics(std::size_t column) const
 }
 
 ChunkCache::ChunkCache(const ChunkStore& store, std::size_t limit, std::function<void()> spill)
-    : store_(&store), limit_(limit), spill_(std::move(spill))
+    : store_(&store), takesChanges_(store.IsWritable()), limit_(limit), spill_(std::move(spill))
 {}
 
 void ChunkCache::MakeRoom(std::size_t bytes)

@@ -71,6 +71,7 @@ public:
   ChunkCache& operator=(const ChunkCache&) = delete;
 
   const ChunkStore& GetStore() const noexcept { return *store_; }
+  bool              TakesChanges() const noexcept { return takesChanges_; }  ///< the store is writable
   std::size_t       GetLimit() const noexcept { return limit_; }
   std::size_t       GetBytes() const noexcept { return bytes_; }  ///< of all chunks in memory
 
@@ -121,6 +122,7 @@ private:
   void Leave(RowChunk& chunk) noexcept;
 
   const ChunkStore*                  store_;
+  bool                               takesChanges_;
   std::size_t                        limit_;
   std::function<void()>              spill_;
   std::size_t                        bytes_ = 0;

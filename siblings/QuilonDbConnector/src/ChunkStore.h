@@ -89,6 +89,9 @@ class ChunkStore
 public:
   virtual ~ChunkStore() = default;
 
+  /// @return whether it takes what is written: a reader's does not
+  virtual bool IsWritable() const noexcept { return true; }
+
   /// @return extents of a chunk, those written last behind; empty when nothing of the chunk is stored
   virtual std::vector<StoredExtent> GetExtents(BlockUid block, std::uint32_t chunk) const = 0;
 

@@ -75,6 +75,7 @@ void FED_ResultDatabase::Compact() { Publish(true); }
 FED_DataBlock* FED_ResultDatabase::CreateDataBlock(const FED_DataDescriptor& descriptor, std::size_t firstSize,
                                                    std::size_t, const std::string&                   recordFormat)
 {
+  RequireWriter();
   const FED_RecordFormat format = FED_RecordFormat::Parse(recordFormat);
   ResultDataBlock*       block  = FindBlock(descriptor);
   if (block == nullptr) return &MakeBlock(descriptor, format, firstSize);
@@ -98,6 +99,7 @@ FED_DataBlock& FED_ResultDatabase::GetOrCreateDataBlock(const FED_DataDescriptor
     block->Expect(expectedRecords);
     return *block;
   }
+  RequireWriter();
   const auto onf = static_cast<FED_OnfId>(descriptor.values[FED_DataDescriptor::OnfId]);
   return MakeBlock(descriptor, FED_RecordFormat::Parse(FED_OnfInfoPool::GetOnfInfo(onf).GetRecordFormat()),
                    expectedRecords);
@@ -128,6 +130,7 @@ std::vector<FED_DataBlock*> FED_ResultDatabase::GetDataBlocks(const FED_DataDesc
 
 void FED_ResultDatabase::DeleteDataBlock(const FED_DataDescriptor& descriptor)
 {
+  RequireWriter();
   const auto found = blocks_.find(descriptor);
   if (found == blocks_.end()) ThrowBlockFailure(descriptor, "the database has no such block", kTag);
   if (disk_ != nullptr) {
@@ -161,11 +164,17 @@ void FED_ResultDatabase::SetUserKindName(FED_OnfId onf, const std::string& name)
     throw FED_Failure("FED_ResultDatabase: ONF id " + std::to_string(static_cast<int>(onf)) +
                           " takes no name, expected a user kind, 1000 to 1999",
                       kTag);
+  RequireWriter();
   if (name.empty())
     userKindNames_.erase(onf);
   else
     userKindNames_[onf] = name;
   if (disk_ != nullptr) disk_->namesChanged = true;
+}
+
+void FED_ResultDatabase::RequireWriter() const
+{
+  if (disk_ != nullptr) disk_->store.RequireWriter();
 }
 
 ResultDataBlock* FED_ResultDatabase::FindBlock(const FED_DataDescriptor& descriptor) const

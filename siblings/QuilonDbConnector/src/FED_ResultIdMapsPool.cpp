@@ -44,6 +44,10 @@ public:
       Load();
       return FindOrAdd(id);
     }
+    if (store_ != nullptr && !store_->IsWritable())
+      throw FED_Failure("id map of entity kind " + std::to_string(kind_) + ": id " + std::to_string(id) +
+                            " is not there, and the database is open for reading only",
+                        kTag);
     const auto row = static_cast<std::uint32_t>(ids_.size());
     table.Prepare(KeyOf(id), row);
     ids_.push_back(id);

@@ -329,6 +329,7 @@ void ResultDataBlock::SetScalarAt(std::size_t index, double value)
     SetValuesAt(index, &value);
     return;
   }
+  RequireWritable();
   if (!layout_.format.IsEmpty()) Fail("a scalar was given, the record format is \"" + layout_.format.ToString() + '"');
   RequireIndex(index);
   RecordLayout layout(FED_RecordFormat::Parse("D"));
@@ -350,6 +351,7 @@ double ResultDataBlock::GetScalarAt(std::size_t index) const
 
 void ResultDataBlock::SetValuesAt(std::size_t index, const double* values)
 {
+  RequireWritable();
   if (layout_.doubleCount == 0) RequireDoubleFormat();
   const std::uint32_t present = FindRow(index);
   const bool          isNew   = present == KeyTable::kNone;
@@ -473,6 +475,8 @@ void ResultDataBlock::FailOfIndex(std::size_t index) const
 {
   Fail("index is " + std::to_string(index) + ", expected 0 to 2147483647");
 }
+
+void ResultDataBlock::FailOfReader() const { Fail("the database is open for reading only"); }
 
 std::uint32_t ResultDataBlock::FindStoredRow(std::uint32_t key) const
 {
@@ -603,6 +607,7 @@ void ResultDataBlock::PrepareLists(RowChunk& chunk, std::size_t row, std::size_t
 
 void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
 {
+  RequireWritable();
   RequireIndex(index);
   const auto& fields = record.GetFields();
   if (layout_.format.IsEmpty()) {

@@ -122,7 +122,13 @@ private:
     if (index > KeyTable::kMaxKey) FailOfIndex(index);
   }
 
+  void RequireWritable() const
+  {
+    if (cache_ != nullptr && !cache_->TakesChanges()) FailOfReader();
+  }
+
   [[noreturn]] void FailOfIndex(std::size_t index) const;
+  [[noreturn]] void FailOfReader() const;
   std::uint32_t     FindStoredRow(std::uint32_t key) const;
   void              Bring(RowChunk& chunk) const;
   RowChunk&         MakeRoomForRow(const RecordLayout& layout, std::size_t number, std::size_t at);

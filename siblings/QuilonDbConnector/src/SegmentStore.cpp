@@ -174,6 +174,12 @@ const StoredBlock* SegmentStore::FindBlock(BlockUid uid) const noexcept
   return block == nullptr ? nullptr : &block->stored;
 }
 
+void SegmentStore::RequireWriter() const
+{
+  if (!isWriter_) ThrowFileFailure(folder_, "cannot write: the database is open for reading only");
+  if (isOutOfStep_) ThrowFileFailure(folder_, "cannot write: memory ran out before; open the database again");
+}
+
 bool SegmentStore::IsUndeclared(const StoredBlock& block) const noexcept
 {
   const StoredBlock* stored = FindBlock(block.uid);
@@ -328,12 +334,6 @@ void SegmentStore::OpenSegments()
   for (const OpenSegment& open : segments_) state_.ExpectDeleted(*open.segment);
   for (const OpenSegment& open : segments_) state_.Add(*open.segment);
   state_.RequireAllRows();
-}
-
-void SegmentStore::RequireWriter() const
-{
-  if (!isWriter_) ThrowFileFailure(folder_, "cannot write: the database is open for reading only");
-  if (isOutOfStep_) ThrowFileFailure(folder_, "cannot write: memory ran out before; open the database again");
 }
 
 // Whether merging all segments would change nothing but names.

@@ -43,6 +43,7 @@ public:
   SegmentStore& operator=(const SegmentStore&) = delete;
   ~SegmentStore() override;
 
+  bool                      IsWritable() const noexcept override { return isWriter_; }
   std::vector<StoredExtent> GetExtents(BlockUid block, std::uint32_t chunk) const override;
   std::uint64_t             GetBytes(const StoredExtent& extent, std::size_t column) const override;
   void                      Read(const StoredExtent& extent, std::size_t column, void* out) const override;
@@ -56,6 +57,10 @@ public:
   /// @return null when there is none
   const StoredBlock*                FindBlock(BlockUid uid) const noexcept;
   const std::map<int, std::string>& GetUserKindNames() const noexcept { return state_.GetNames(); }
+
+  /// @throws FED_Failure that names the folder when a reader asks, or where memory ran out in a way that stops all
+  /// writing
+  void RequireWriter() const;
 
   /// @return a uid for a new block
   BlockUid TakeUid() noexcept { return manifest_.nextBlock++; }
@@ -85,7 +90,6 @@ private:
   void                     LockFolder();
   void                     RemoveLeftovers();
   void                     OpenSegments();
-  void                     RequireWriter() const;
   bool                     IsCompact() const;
   Segment&                 FindSegment(const StoredExtent& extent) const;
   const IndexExtent&       FindExtent(const StoredExtent& extent) const;

@@ -16,6 +16,7 @@
 namespace {
 
 using quilon_test::TempFolder;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 constexpr auto kScalar = static_cast<FED_OnfId>(500);
@@ -195,11 +196,48 @@ TEST(ResultDatabaseOnDisk, BlockThatFindsTheDiskFullIsNotMadeAndDoesNotStopTheCo
   for (int i = 0; i < 5; ++i) EXPECT_EQ(reader.GetConstDataBlock(Key(kScalar, i)).GetScalarAt(1), i);
 }
 
-TEST(ResultDatabaseOnDisk, ReaderDoesNotCommit)
+TEST(ResultDatabaseOnDisk, ReaderTakesNoChange)
 {
   const TempFolder folder;
-  FED_ResultDatabase(folder / "a.fed", FED_ResultDatabase::Create).Commit();
-  FED_ResultDatabase reader(folder / "a.fed", FED_ResultDatabase::ReadOnly);
-  reader.GetOrCreateDataBlock(Key(kScalar, 1), 0).SetScalarAt(1, 1.0);
-  EXPECT_THAT(MessageOf([&] { reader.Commit(); }), HasSubstr("cannot write: the database is open for reading only"));
+  const auto       list     = static_cast<FED_OnfId>(595);
+  const auto       userKind = static_cast<FED_OnfId>(1000);
+  {
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create);
+    database.GetOrCreateDataBlock(Key(kScalar, 1), 0).SetScalarAt(1, 1.0);
+    database.CreateDataBlock(Key(kTensor, 1), 0, 0, "");
+    database.GetOrCreateDataBlock(Key(list, 1), 0);
+    database.GetIdMapsPool().FindOrAddIndex(0, 12);
+    database.SetUserKindName(userKind, "wear");
+    database.Commit();
+  }
+  FED_ResultDatabase    reader(folder / "a.fed", FED_ResultDatabase::ReadOnly);
+  FED_DataBlock&        scalars = reader.GetOrCreateDataBlock(Key(kScalar, 1), 100);
+  FED_DataBlock&        lists   = reader.GetDataBlock(Key(list, 1));
+  FED_DataRecord* const record  = lists.CreateDataRecord();
+  const double          value   = 2.0;
+  const std::string     isRead  = "the database is open for reading only";
+  const std::string     refused = (folder / "a.fed").string() + ": cannot write: " + isRead;
+  EXPECT_EQ(MessageOf([&] { reader.GetOrCreateDataBlock(Key(kScalar, 2), 0); }), refused);
+  EXPECT_EQ(MessageOf([&] { reader.CreateDataBlock(Key(kTensor, 1), 0, 0, "T"); }), refused);
+  EXPECT_EQ(MessageOf([&] { reader.DeleteDataBlock(Key(kScalar, 1)); }), refused);
+  EXPECT_EQ(MessageOf([&] { reader.SetUserKindName(userKind, ""); }), refused);
+  EXPECT_EQ(MessageOf([&] { reader.Commit(); }), refused);
+  EXPECT_EQ(MessageOf([&] { reader.Compact(); }), refused);
+  for (const std::size_t index : {1u, 2u}) {
+    EXPECT_THAT(MessageOf([&] { scalars.SetScalarAt(index, value); }), EndsWith(isRead));
+    EXPECT_THAT(MessageOf([&] { scalars.SetValuesAt(index, &value); }), EndsWith(isRead));
+    EXPECT_THAT(MessageOf([&] { lists.SetRecord(index, *record); }), EndsWith(isRead));
+  }
+  EXPECT_THAT(MessageOf([&] { reader.GetDataBlock(Key(kTensor, 1)).SetScalarAt(1, value); }), EndsWith(isRead));
+  EXPECT_EQ(MessageOf([&] { reader.GetIdMapsPool().FindOrAddIndex(0, 13); }),
+            "id map of entity kind 0: id 13 is not there, and " + isRead);
+  lists.DeleteDataRecord(record);
+
+  EXPECT_EQ(reader.GetIdMapsPool().FindOrAddIndex(0, 12), 1u);
+  EXPECT_EQ(reader.GetIdMapsPool().GetCount(0), 1u);
+  EXPECT_EQ(reader.GetDataDescriptors({}).size(), 3u);
+  EXPECT_EQ(scalars.GetScalarAt(1), 1.0);
+  EXPECT_EQ(scalars.GetMaxIndex(), 1u);
+  EXPECT_EQ(lists.GetMaxIndex(), 0u);
+  EXPECT_EQ(reader.GetUserKindName(userKind), "wear");
 }

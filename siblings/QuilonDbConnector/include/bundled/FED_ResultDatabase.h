@@ -48,7 +48,7 @@ class QUILON_DB_CONNECTOR_API FED_ResultDatabase : public FED_Database
 public:
   enum Access : int
   {
-    ReadOnly,   ///< the last commit, as it stands now, whatever is written later
+    ReadOnly,   ///< the last commit, as it stands now, whatever is written later; every change is a FED_Failure
     ReadWrite,  ///< the last commit, to be changed; one writer at a time
     Create      ///< a new, empty database: the folder is not there yet or empty
   };
@@ -100,6 +100,7 @@ public:
   void SetUserKindName(FED_OnfId onf, const std::string& name) override;
 
 private:
+  void             RequireWriter() const;
   ResultDataBlock* FindBlock(const FED_DataDescriptor& descriptor) const;
   ResultDataBlock& RequireBlock(const FED_DataDescriptor& descriptor) const;
   ResultDataBlock& MakeBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format,
