@@ -113,8 +113,9 @@ void DeckReferences::OnCard(const DeckKeyword& keyword, const DeckCard& card, co
 void DeckReferences::Define(Target target, const DeckCard& card, const DeckPlace& place)
 {
   const std::string_view name = card.ValueOf("NAME");
-  if (name.empty())
-    return report_(DeckMessage::Error, place, std::string("expected the name of the ") + KindOf(target) + ", NAME=");
+  // The solver minds no nameless interaction: nothing can refer to it.
+  if (name.empty() && target != Target::Interaction)
+    report_(DeckMessage::Error, place, std::string("expected the name of the ") + KindOf(target) + ", NAME=");
   defined_[target].emplace(name);
 }
 

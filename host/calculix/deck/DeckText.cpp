@@ -37,11 +37,14 @@ std::optional<std::string_view> Behind(std::string_view text, std::string_view u
   return Trimmed(text.substr(at));
 }
 
-std::string_view WithoutDoubleQuotes(std::string_view text) noexcept
+/// @return what stands between double quotes, or all of a value that does not begin with one; nothing without the
+///         closing quote
+std::optional<std::string_view> PathIn(std::string_view value) noexcept
 {
-  if (!text.empty() && text.front() == '"') text.remove_prefix(1);
-  if (!text.empty() && text.back() == '"') text.remove_suffix(1);
-  return Trimmed(text);
+  if (value.empty() || value.front() != '"') return value;
+  const std::size_t end = value.find('"', 1);
+  if (end == std::string_view::npos) return std::nullopt;
+  return Trimmed(value.substr(1, end - 1));  // what follows is nothing to the solver
 }
 
 /// @return whether from_chars() reads a number here and nothing that is not finite
@@ -116,12 +119,12 @@ std::optional<DeckIncludePath> ParseDeckInclude(std::string_view line)
 {
   // A comma may be part of the path, so that only the first ones part parameters.
   for (std::size_t comma = line.find(','); comma != std::string_view::npos; comma = line.find(',', comma + 1)) {
-    const auto value = Behind(line.substr(comma + 1), "INPUT=");
+    auto value = Behind(line.substr(comma + 1), "INPUT=");
+    if (!value) value = Behind(line.substr(comma + 1), "FILE=");
     if (!value) continue;
-    DeckIncludePath path;
-    path.asTheSolverReads = WithoutDoubleQuotes(WithoutBlanks(*value));
-    path.asWritten        = WithoutDoubleQuotes(*value);
-    return path;
+    const auto path = PathIn(*value);
+    if (!path) return std::nullopt;
+    return DeckIncludePath{WithoutBlanks(*path), std::string(*path)};
   }
   return std::nullopt;
 }

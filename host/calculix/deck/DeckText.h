@@ -54,12 +54,11 @@ DeckCard ParseDeckCard(std::string_view line);
 /// What an include statement names.
 struct DeckIncludePath
 {
-  std::string
-      asTheSolverReads;   ///< without blanks and double quotes; single quotes and a comma at the end belong to it
-  std::string asWritten;  ///< with the blanks inside, without those around it and without the double quotes
+  std::string asTheSolverReads;  ///< without blanks and double quotes; without them, quotes and commas belong to it
+  std::string asWritten;         ///< with the blanks inside, without those around it and without the double quotes
 };
 
-/// @return nothing when the statement has no parameter INPUT
+/// @return nothing when the statement has no parameter INPUT (or FILE), or no quote that closes the path
 std::optional<DeckIncludePath> ParseDeckInclude(std::string_view line);
 
 /// Walks the fields of a data line: what stands between its commas, without the blanks around it. A comma at the end

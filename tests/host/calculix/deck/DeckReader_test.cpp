@@ -212,7 +212,9 @@ TEST_F(DeckReaderTest, MissingIncludeNamesWhatWasTried)
 
 TEST_F(DeckReaderTest, IncludeWithoutAPathIsAnError)
 {
-  for (const char* statement : {"*INCLUDE", "*INCLUDE, INPUT=", "*INCLUDE, mesh.inc", "*INCLUDE, INPUT=\"\""}) {
+  for (const char* statement :
+       {"*INCLUDE", "*INCLUDE, INPUT=", "*INCLUDE, mesh.inc", "*INCLUDE, INPUT=\"\"", "*INCLUDE, INPUT=\"mesh.inc"})
+  {
     folder_.Write("a.inp", std::string("A\n") + statement + "\n");
     EXPECT_EQ(Failure("a.inp"), "a.inp:2: expected the path of a file: *INCLUDE, INPUT=PATH") << statement;
   }

@@ -85,6 +85,10 @@ TEST(DeckText, IncludePathKeepsCaseAndLosesDoubleQuotesAndBlanks)
       {"*INCLUDE, FOO, INP UT=mesh.inc", "mesh.inc", "mesh.inc"},
       {"*INCLUDE, INPUT=", "", ""},
       {"*INCLUDE, INPUT=\"\"", "", ""},
+      {"*INCLUDE, INPUT=\" mesh.inc \",", "mesh.inc", "mesh.inc"},
+      {"*INCLUDE, INPUT=\"mesh.inc\"x, FOO=BAR", "mesh.inc", "mesh.inc"},
+      {"*INCLUDE, INPUT=mesh.inc\"", "mesh.inc\"", "mesh.inc\""},
+      {"*INCLUDE, file=mesh.inc", "mesh.inc", "mesh.inc"},
   };
   for (const Row& row : rows) {
     const auto path = ParseDeckInclude(row.line);
@@ -94,6 +98,7 @@ TEST(DeckText, IncludePathKeepsCaseAndLosesDoubleQuotesAndBlanks)
   }
   EXPECT_FALSE(ParseDeckInclude("*INCLUDE").has_value());
   EXPECT_FALSE(ParseDeckInclude("*INCLUDE, mesh.inc").has_value());
+  EXPECT_FALSE(ParseDeckInclude("*INCLUDE, INPUT=\"mesh.inc").has_value());
 }
 
 TEST(DeckText, FieldsStandBetweenCommas)
