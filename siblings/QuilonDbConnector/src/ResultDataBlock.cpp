@@ -4,6 +4,7 @@
 #include <bit>
 #include <numeric>
 #include <string>
+#include <typeinfo>
 #include <utility>
 
 #include "DbFailure.h"
@@ -301,7 +302,8 @@ void ResultDataBlock::SetRecord(std::size_t index, const FED_DataRecord& record)
 void ResultDataBlock::GetRecord(std::size_t index, FED_ConstDataRecord& record) const
 {
   const std::size_t row = GetRow(index);
-  auto*             own = dynamic_cast<ResultRecord*>(&record);
+  // The class is final: the type tells as much as a cast that searches, at a fraction of its cost.
+  auto* own = typeid(record) == typeid(ResultRecord) ? static_cast<ResultRecord*>(&record) : nullptr;
   if (own == nullptr) {
     auto* writable = dynamic_cast<FED_DataRecord*>(&record);
     if (writable == nullptr) Fail("the read-only scratch record was not made by a block of this database");
@@ -499,6 +501,7 @@ void ResultDataBlock::RequireFit(const ResultRecord& record) const
     Fail("the record has " + Count(fields.size(), "field") + ", the record format \"" + layout_.format.ToString() +
          "\" has " + std::to_string(types.size()));
   for (std::size_t i = 0; i < types.size(); ++i) {
+    if (fields[i].type == types[i]) continue;
     const FED_FieldType::Class given    = FED_FieldType::GetClass(fields[i].type);
     const FED_FieldType::Class expected = FED_FieldType::GetClass(types[i]);
     if (given != expected)
