@@ -19,9 +19,8 @@ namespace FED_YaleMatrixText {
 ///
 /// Indices are taken as written, whatever their base; the arrays are not checked against each other.
 /// Failures carry the tag "|%P|QuilonDbDataTools|FED_YaleMatrixText".
-/// @throws FED_Failure that names the file, the line and what was expected, when the file cannot be read, when a count
-/// is
-///         negative, when the file has fewer entries than its counts ask for (memory for them is not asked for), and
+/// @throws FED_Failure that names the file, the line and what was expected: when the file cannot be read, when a count
+///         is negative, when the file has fewer entries than its counts ask for (memory for them is not asked for), and
 ///         when an entry does not begin with a number that its type can hold
 QUILON_EXPORT FED_YaleMatrix ReadYaleMatrix(const std::wstring& path);
 

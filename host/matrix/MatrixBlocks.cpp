@@ -2,8 +2,11 @@
 
 #include <charconv>
 #include <cstdint>
+#include <optional>
 #include <system_error>
 #include <utility>
+
+#include <bundled/OnfCatalogue.h>
 
 #include "Failure.h"
 #include "FEM_ResultUtil.h"
@@ -43,8 +46,15 @@ int ParseKind(std::string_view kind, int otherwise, calculix::UserKindPool& kind
       Fail("kind " + std::to_string(onf) + " holds no sparse matrices, expected 593, 594 or 1900 to 1999");
     return onf;
   }
-  if (kind == "stiffness" || kind == "stiffness-matrix") return kStiffnessOnf;
-  if (kind == "mass" || kind == "mass-matrix") return kMassOnf;
+  if (kind == "stiffness") return kStiffnessOnf;
+  if (kind == "mass") return kMassOnf;
+  if (const std::optional<FED_OnfId> known = OnfCatalogue::FindIdByName(std::string(kind))) {
+    if (HoldsMatrices(*known)) return *known;
+    Fail("kind '" + std::string(kind) + "' (" + std::to_string(*known) +
+         ") holds no sparse matrices, expected 593, 594, 1900 to 1999 or a new name");
+  }
+  if (kind.find(',') != std::string_view::npos)
+    Fail("kind '" + std::string(kind) + "' has a comma, which selections part kinds by, expected a name without");
   onf = kinds.Find(calculix::UserMatrix, std::string(kind));
   if (onf == 0) Fail("no id is left for kind '" + std::string(kind) + "', expected one of 1900 to 1999 to be free");
   return onf;

@@ -23,8 +23,9 @@ bool HoldsMatrices(int onf);
 
 /// Where a matrix goes, as users write it: KIND@KEY=VALUE,... with the keys of selections. The iteration is 0 unless it
 /// is told.
-/// @param text      KIND is an ONF id, stiffness[-matrix], mass[-matrix], or the name of a user kind of matrices, which
-///                  is allotted when the database has none of this name; nothing takes the kind from `otherwise`
+/// @param text      KIND is an ONF id or its name in the catalogue, stiffness, mass, or the name of a user kind of
+///                  matrices, which is allotted when the database has none of this name; nothing takes the kind from
+///                  `otherwise`
 /// @param otherwise ONF id, 0 for none
 /// @throws FED_Failure for anything else
 FED_DataDescriptor ParseTarget(std::string_view text, int otherwise, calculix::UserKindPool& kinds);

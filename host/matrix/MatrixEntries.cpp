@@ -115,6 +115,20 @@ std::vector<Entry> RowView::List() const
   return entries;
 }
 
+void RequireDistinct(const RowView& rows, const std::string& name)
+{
+  std::vector<std::int64_t> columns;
+  for (std::int64_t row = 0; row < rows.NumRows(); ++row) {
+    columns.clear();
+    for (std::int64_t i = rows.Begin(row); i < rows.Begin(row + 1); ++i) columns.push_back(rows.Column(i));
+    std::sort(columns.begin(), columns.end());
+    const auto twin = std::adjacent_find(columns.begin(), columns.end());
+    if (twin != columns.end())
+      Fail(name + ": row " + std::to_string(row + 1) + ", column " + std::to_string(*twin + 1) +
+           " stands twice, expected each entry once");
+  }
+}
+
 Symmetry FindSymmetry(std::vector<Entry> entries, bool isSquare)
 {
   if (!isSquare) return Symmetry::General;

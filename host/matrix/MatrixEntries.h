@@ -49,8 +49,7 @@ class RowView
 public:
   /// @param name what holds the matrix, for messages
   /// @throws FED_Failure for row pointers that are not as many as the rows and one more, do not begin at 0 or 1,
-  /// descend
-  ///         or end elsewhere than the values, for columns that are not as many as the values or out of range
+  ///         descend or end elsewhere than the values, for columns that are not as many as the values or out of range
   RowView(const FED_YaleMatrix& matrix, const std::string& name);
 
   std::int64_t NumRows() const noexcept { return numRows_; }
@@ -74,6 +73,10 @@ private:
   const int*    columns_     = nullptr;
   const double* values_      = nullptr;
 };
+
+/// @param name what holds the matrix, for messages
+/// @throws FED_Failure for an entry that stands twice
+void RequireDistinct(const RowView& rows, const std::string& name);
 
 /// How the two triangles of a matrix are related, bit for bit.
 enum class Symmetry

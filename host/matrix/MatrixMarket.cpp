@@ -212,7 +212,8 @@ FED_YaleMatrix ReadMatrixMarket(std::istream& in, const std::string& name, const
 void WriteMatrixMarket(std::ostream& out, const FED_YaleMatrix& matrix, Symmetry symmetry, const std::string& name)
 {
   const RowView rows(matrix, name);
-  const auto    isWritten = [symmetry](std::int64_t row, std::int64_t column) {
+  RequireDistinct(rows, name);
+  const auto isWritten = [symmetry](std::int64_t row, std::int64_t column) {
     return symmetry == Symmetry::General || row >= column;
   };
   std::int64_t numWritten = 0;

@@ -25,6 +25,7 @@ FED_YaleMatrix ReadMatrixMarket(std::istream& in, const std::string& name, const
 /// @param matrix   indices from 0 or 1
 /// @param symmetry other than General: the matrix has it, and of the two triangles the lower one is written
 /// @param name     what holds the matrix, for messages
+/// @throws FED_Failure for an entry that stands twice: no reader would take it
 void WriteMatrixMarket(std::ostream& out, const FED_YaleMatrix& matrix, Symmetry symmetry, const std::string& name);
 
 }  // namespace quilon::matrix

@@ -24,7 +24,7 @@ void WriteList(std::ostream& out, const char* title, const FED_IntArray& list)
 FED_YaleMatrix ReadYaleText(const std::filesystem::path& path)
 {
   FED_YaleMatrix matrix = FED_YaleMatrixText::ReadYaleMatrix(WidePath(path));
-  RowView(matrix, path.string());
+  RequireDistinct(RowView(matrix, path.string()), path.string());
   return matrix;
 }
 

@@ -10,7 +10,8 @@
 
 namespace quilon::matrix {
 
-/// Reads a file with FED_YaleMatrixText and checks that its arrays fit each other (RowView).
+/// Reads a file with FED_YaleMatrixText and checks that its arrays fit each other (RowView) and that no entry stands
+/// twice.
 /// @throws FED_Failure that names the file, and the line where one is at fault
 FED_YaleMatrix ReadYaleText(const std::filesystem::path& path);
 

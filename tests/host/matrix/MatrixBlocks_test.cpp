@@ -82,6 +82,10 @@ TEST(MatrixTarget, WhatIsNoTargetIsRefused)
 {
   EXPECT_EQ(TargetFailure(""), "nothing says what the matrix is, expected --as KIND");
   EXPECT_EQ(TargetFailure("521"), "kind 521 holds no sparse matrices, expected 593, 594 or 1900 to 1999");
+  EXPECT_EQ(TargetFailure("displacement@lc=1"),
+            "kind 'displacement' (510) holds no sparse matrices, expected 593, 594, 1900 to 1999 or a new name");
+  EXPECT_EQ(TargetFailure("mine,other"),
+            "kind 'mine,other' has a comma, which selections part kinds by, expected a name without");
   EXPECT_EQ(TargetFailure("mass@lc"), "'lc' is no key with a value, expected KEY=NUMBER");
   EXPECT_EQ(TargetFailure("mass@lc=1,"), "'' is no key with a value, expected KEY=NUMBER");
   EXPECT_EQ(TargetFailure("mass@lc=last"), "'lc=last' is no key with a value, expected KEY=NUMBER");

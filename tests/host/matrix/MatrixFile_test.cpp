@@ -143,6 +143,14 @@ TEST_F(YaleText, ArraysKeepTheirBaseOnBothWays)
   }
 }
 
+TEST_F(YaleText, AnEntryThatStandsTwiceIsRefused)
+{
+  const std::string path = Write("a.txt", "4\n2\n3\n5\n6\n7\n9\n1\n2\n0\n2\n0\n2\n4\n");
+  EXPECT_EQ(ReadYaleText(path).GetValues().GetSize(), 4u) << "column 2 in both rows";
+  EXPECT_EQ(FailureOf([&] { ReadYaleText(Write("b.txt", "4\n2\n3\n5\n6\n7\n9\n1\n2\n0\n2\n0\n1\n4\n")); }),
+            (folder_ / "b.txt").string() + ": row 2, column 3 stands twice, expected each entry once");
+}
+
 TEST_F(YaleText, ArraysThatDoNotFitAreRefused)
 {
   const std::string path = Write("a.txt", "1\n1\n1\n5\n1\n0\n1\n");

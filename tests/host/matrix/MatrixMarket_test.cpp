@@ -221,6 +221,14 @@ TEST(MatrixMarket, WritesTheLowerTriangleOfASymmetricMatrix)
             "%%MatrixMarket matrix coordinate real skew-symmetric\n2 2 1\n2 1 2\n");
 }
 
+TEST(MatrixMarket, WritesNoEntryTwice)
+{
+  EXPECT_EQ(FailureOf([] {
+              Written(MakeMatrix(1, 2, {5, 7}, {0, 2}, {1, 1}));
+            }),
+            "a: row 1, column 2 stands twice, expected each entry once");
+}
+
 TEST(MatrixMarket, WritesIndicesFromOneWhateverTheBase)
 {
   EXPECT_EQ(Written(MakeMatrix(2, 3, {5, 7, 9}, {1, 2, 4}, {2, 1, 3})),
