@@ -7,6 +7,7 @@
 #include <memory>
 #include <numeric>
 #include <optional>
+#include <string>
 #include <unordered_set>
 #include <utility>
 
@@ -15,6 +16,7 @@
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "bundled/FED_FileLayer.h"
+#include "KeyTable.h"
 #include "Manifest.h"
 #include "SegmentMerge.h"
 #include "SegmentStore.h"
@@ -95,16 +97,14 @@ public:
     const auto isPartOf = [](const SegmentEntry& part, const SegmentEntry& whole) {
       return part.number < whole.number && whole.first <= part.first && part.last <= whole.last;
     };
-    std::vector<std::unique_ptr<Segment>> kept;
-    for (std::unique_ptr<Segment>& segment : segments_) {
-      const bool isMerged = std::any_of(segments_.begin(), segments_.end(), [&](const auto& other) {
-        return other != nullptr && isPartOf(segment->GetEntry(), other->GetEntry());
-      });
-      if (!isMerged) kept.push_back(std::move(segment));
-    }
-    std::sort(kept.begin(), kept.end(),
+    std::vector<SegmentEntry> entries;
+    for (const auto& segment : segments_) entries.push_back(segment->GetEntry());
+    std::erase_if(segments_, [&](const auto& segment) {
+      return std::any_of(entries.begin(), entries.end(),
+                         [&](const SegmentEntry& other) { return isPartOf(segment->GetEntry(), other); });
+    });
+    std::sort(segments_.begin(), segments_.end(),
               [](const auto& a, const auto& b) { return a->GetEntry().first < b->GetEntry().first; });
-    segments_ = std::move(kept);
   }
 
   // Puts together what the open segments hold.
@@ -155,6 +155,7 @@ private:
 struct ExtentBytes
 {
   std::vector<std::uint32_t>             keys;
+  std::uint32_t                          greatestKey;
   std::vector<std::vector<std::uint8_t>> columns;
 
   ExtentBytes(const StoredState::Block& block, const ExtentRef& extent)
@@ -165,6 +166,10 @@ struct ExtentBytes
       std::iota(keys.begin(), keys.end(), rows.firstKey);
     else
       extent.segment->Read(rows.keys, keys.data(), [&] { return DescribeKeys(block, rows); });
+    greatestKey = *std::max_element(keys.begin(), keys.end());
+    if (greatestKey > KeyTable::kMaxKey)
+      ThrowFileFailure(extent.segment->GetPath(), DescribeKeys(block, rows) + " are damaged: one is " +
+                                                      std::to_string(greatestKey) + ", expected 0 to 2147483647");
     for (std::size_t i = 0; i < block.columns.size(); ++i) {
       const StoredBytes& stored = GetIndexColumn(extent, i).bytes;
       columns.emplace_back(static_cast<std::size_t>(stored.bytes));
@@ -198,6 +203,15 @@ private:
   }
 };
 
+void RequireGreatestKey(const StoredState::Block& block, const ExtentRef& extent, const ExtentBytes& bytes)
+{
+  const IndexExtent& rows = extent.Get();
+  if (bytes.greatestKey != rows.maxKey)
+    ThrowFileFailure(extent.segment->GetPath(), DescribeKeys(block, rows) + ": the greatest is " +
+                                                    std::to_string(bytes.greatestKey) + ", the index tells " +
+                                                    std::to_string(rows.maxKey));
+}
+
 void RequireStatistics(const StoredState::Block& block, const ExtentRef& extent, const ExtentBytes& bytes)
 {
   for (std::size_t i = 0; i < block.columns.size(); ++i) {
@@ -223,8 +237,7 @@ std::vector<const StoredState::Block*> SortBlocks(const StoredState& state)
 
 // Checks a chunk, and that its record indices are new.
 // @return whether all of it can be read
-bool CheckChunk(const StoredState::Block& block, const ExtentList& extents, std::unordered_set<std::uint32_t>& keys,
-                FED_DatabaseReport& report)
+bool CheckChunk(const StoredState::Block& block, const ExtentList& extents, KeyTable& keys, FED_DatabaseReport& report)
 {
   bool                                    isWhole = true;
   std::vector<std::vector<std::uint32_t>> keysOfExtents(extents.size());
@@ -232,6 +245,7 @@ bool CheckChunk(const StoredState::Block& block, const ExtentList& extents, std:
     ++report.extents;
     const bool isRead = Attempt(report.findings, [&] {
       ExtentBytes bytes(block, extents[i]);
+      RequireGreatestKey(block, extents[i], bytes);
       RequireStatistics(block, extents[i], bytes);
       keysOfExtents[i] = std::move(bytes.keys);
     });
@@ -240,23 +254,30 @@ bool CheckChunk(const StoredState::Block& block, const ExtentList& extents, std:
   for (const VisibleRows& visible : FindVisibleRows(extents)) {
     if (keysOfExtents[visible.extent].empty()) continue;
     const std::uint32_t first = extents[visible.extent].Get().firstRow;
-    for (std::uint32_t row = visible.begin; row < visible.end; ++row)
-      if (const std::uint32_t key = keysOfExtents[visible.extent][row - first]; !keys.insert(key).second)
+    for (std::uint32_t row = visible.begin; row < visible.end; ++row) {
+      const std::uint32_t key = keysOfExtents[visible.extent][row - first];
+      if (keys.Find(key) == KeyTable::kNone) {
+        const auto count = static_cast<std::uint32_t>(keys.GetCount());
+        keys.Prepare(key, count);
+        keys.Insert(key, count);
+      } else {
         report.findings.push_back("block " + block.stored.descriptor.ToString() + ": record index " +
                                   std::to_string(key) + " is there twice");
+      }
+    }
   }
   return isWhole;
 }
 
 void CheckBlock(const StoredState::Block& block, FED_DatabaseReport& report)
 {
-  std::unordered_set<std::uint32_t> keys;
-  bool                              isWhole = true;
+  KeyTable keys;  // those of dense records take no memory
+  bool     isWhole = true;
   for (const auto& [chunk, extents] : block.chunks) isWhole = CheckChunk(block, extents, keys, report) && isWhole;
   ++report.blocks;
-  report.records += keys.size();
-  if (isWhole && keys.size() != block.stored.rowCount)
-    report.findings.push_back("block " + block.stored.descriptor.ToString() + ": " + std::to_string(keys.size()) +
+  report.records += keys.GetCount();
+  if (isWhole && keys.GetCount() != block.stored.rowCount)
+    report.findings.push_back("block " + block.stored.descriptor.ToString() + ": " + std::to_string(keys.GetCount()) +
                               " records can be read, expected " + std::to_string(block.stored.rowCount));
 }
 
@@ -469,6 +490,8 @@ FED_DatabaseReport FED_InspectDatabase(const std::filesystem::path& folder, FED_
   for (const SegmentEntry& entry : inspected.GetManifest().segments) report.fileBytes += entry.fileBytes;
   for (const auto& segment : inspected.GetSegments()) report.deadBytes += segment->GetDeadBytes();
   CheckDescriptors(state, report);
+  for (const auto& segment : inspected.GetSegments())
+    Attempt(report.findings, [&] { RequireBlocksBelow(*segment, inspected.GetManifest().nextBlock); });
   for (const StoredState::Block* block : SortBlocks(state)) CheckBlock(*block, report);
   CheckIds(state, report);
   return report;

@@ -50,6 +50,16 @@ std::string ReadManifestText(FED_FileLayer& files, const std::filesystem::path& 
 
 std::filesystem::path GetManifestPath(const std::filesystem::path& folder) { return folder / kManifestName; }
 
+void RequireBlocksBelow(const Segment& segment, BlockUid next)
+{
+  BlockUid greatest = 0;
+  for (const StoredBlock& block : segment.GetIndex().blocks) greatest = std::max(greatest, block.uid);
+  for (const BlockUid uid : segment.GetIndex().deleted) greatest = std::max(greatest, uid);
+  if (greatest >= next)
+    ThrowFileFailure(segment.GetPath(), "its index is damaged: it has a block of number " + std::to_string(greatest) +
+                                            ", the manifest says that all are below " + std::to_string(next));
+}
+
 // A merge that is written but not yet in force.
 struct SegmentStore::Merged
 {
@@ -331,7 +341,10 @@ void SegmentStore::OpenSegments()
     StoreFile file(*files_, folder_ / GetSegmentName(entry.number), FED_FileLayer::Read);
     segments_.push_back({std::make_unique<Segment>(std::move(file), entry), true});
   }
-  for (const OpenSegment& open : segments_) state_.ExpectDeleted(*open.segment);
+  for (const OpenSegment& open : segments_) {
+    RequireBlocksBelow(*open.segment, manifest_.nextBlock);
+    state_.ExpectDeleted(*open.segment);
+  }
   for (const OpenSegment& open : segments_) state_.Add(*open.segment);
   state_.RequireAllRows();
 }

@@ -27,6 +27,11 @@ std::string ReadManifestText(FED_FileLayer& files, const std::filesystem::path& 
 /// @return the path of a database's manifest
 std::filesystem::path GetManifestPath(const std::filesystem::path& folder);
 
+/// @param next the manifest's number of the block to come
+/// @throws FED_Failure that names the segment's file where it declares or deletes a block of this number or above: the
+///         block to come would be taken for that one
+void RequireBlocksBelow(const Segment& segment, BlockUid next);
+
 /// The folder of a database, opened by a reader or by its one writer.
 ///
 /// What is written lies in new segments, readable at once but only in this process; Publish() makes all of it the
