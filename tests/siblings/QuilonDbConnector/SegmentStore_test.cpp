@@ -15,6 +15,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <hdf5.h>
 
 #include "failure_message.h"
 #include "store_support.h"
@@ -112,6 +113,27 @@ TEST(SegmentStore, WhatIsPublishedIsReadBackByteForByte)
   EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), written);
   EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed/", kReadWrite, files)), written);
   EXPECT_EQ(ListFolder(folder / "a.fed"), (std::vector<std::string>{"lock", "manifest", "segment-000001.h5"}));
+}
+
+// Neither groups nor data sets have times: equal data give equal files.
+TEST(SegmentStore, SegmentsHoldNoTimes)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     store(folder / "a.fed", kCreate, files);
+  WriteSample(store);
+  const hid_t file = H5Fopen((folder / "a.fed" / "segment-000001.h5").c_str(), H5F_ACC_RDONLY, H5P_DEFAULT);
+  ASSERT_GE(file, 0);
+  int        objects = 0;
+  const auto visit   = [](hid_t, const char* name, const H5O_info_t* info, void* count) -> herr_t {
+    EXPECT_EQ(info->btime, 0) << name;
+    EXPECT_EQ(info->mtime, 0) << name;
+    ++*static_cast<int*>(count);
+    return 0;
+  };
+  EXPECT_GE(H5Ovisit(file, H5_INDEX_NAME, H5_ITER_NATIVE, visit, &objects), 0);
+  EXPECT_GT(objects, 12);  // the root, six groups, data sets of five columns, ...
+  H5Fclose(file);
 }
 
 TEST(SegmentStore, WhatIsNotPublishedIsGoneWithTheStore)
