@@ -5,7 +5,6 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -17,8 +16,8 @@
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonUtilities/FED_Failure.h"
 
+#include "database_state.h"
 #include "FaultyFiles.h"
-#include "Snapshot.h"
 #include "TempFolder.h"
 
 namespace quilon_test {
@@ -85,22 +84,6 @@ void Change(FED_ResultDatabase& database)
   SetTensors(database, 5, 11, 11, 55.0);
   database.GetOrCreateDataBlock(Key(kUserKind, 1), 0).SetScalarAt(2, 0.5);
   database.SetUserKindName(kUserKind, "Wear depth");
-}
-
-using State = std::map<std::string, std::string>;
-
-/// All that a database holds.
-State StateOf(const FED_ResultDatabase& database)
-{
-  State state = Snapshot(database);
-  for (int kind = 0; kind < FED_ResultIdMapsPool::kNumKinds; ++kind)
-    for (std::size_t index = 1; index <= database.GetIdMapsPool().GetCount(kind); ++index)
-      state["id " + std::to_string(kind) + ' ' + std::to_string(index)] =
-          std::to_string(database.GetIdMapsPool().GetId(kind, index));
-  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
-    state["block " + descriptor.ToString()];
-  state["name"] = database.GetUserKindName(kUserKind);
-  return state;
 }
 
 State Read(const fs::path& folder) { return StateOf(FED_ResultDatabase(folder, FED_ResultDatabase::ReadOnly)); }

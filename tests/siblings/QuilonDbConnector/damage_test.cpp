@@ -5,7 +5,6 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -16,8 +15,8 @@
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonUtilities/FED_Failure.h"
 
+#include "database_state.h"
 #include "failure_message.h"
-#include "Snapshot.h"
 #include "TempFolder.h"
 
 namespace quilon_test {
@@ -71,7 +70,7 @@ protected:
   void SetUp() override
   {
     MakeDatabase(database_);
-    whole_ = Snapshot(FED_ResultDatabase(database_, FED_ResultDatabase::ReadOnly));
+    whole_ = StateOf(FED_ResultDatabase(database_, FED_ResultDatabase::ReadOnly));
     for (const auto& entry : fs::directory_iterator(database_))
       if (entry.path().filename() != "lock") files_.push_back(entry.path());
   }
@@ -82,7 +81,7 @@ protected:
   {
     std::string message;
     try {
-      EXPECT_EQ(Snapshot(FED_ResultDatabase(database_, FED_ResultDatabase::ReadOnly)), whole_);
+      EXPECT_EQ(StateOf(FED_ResultDatabase(database_, FED_ResultDatabase::ReadOnly)), whole_);
       return false;
     } catch (const FED_Failure& failure) {
       message = failure.GetMessage();
@@ -91,10 +90,10 @@ protected:
     return true;
   }
 
-  TempFolder                         folder_;
-  fs::path                           database_ = folder_ / "a.fed";
-  std::map<std::string, std::string> whole_;
-  std::vector<fs::path>              files_;
+  TempFolder            folder_;
+  fs::path              database_ = folder_ / "a.fed";
+  State                 whole_;
+  std::vector<fs::path> files_;
 };
 
 // Bits of HDF5's own structures are not looked at by our reader, so that a flip there leaves the data as they are.
