@@ -298,10 +298,10 @@ DeckLineConverter::DeckLineConverter(int lengthExponent, int nodeOffset, const D
 
 std::string DeckLineConverter::ConvertCard(std::string_view line)
 {
-  card_         = ParseDeckCard(line);
-  rule_         = Rule::Find(card_.keyword);
-  dataLines_    = 0;
-  hasThickness_ = false;
+  card_           = ParseDeckCard(line);
+  rule_           = Rule::Find(card_.keyword);
+  dataLines_      = 0;
+  statesQuantity_ = false;
   CheckOtherFiles();
   if (card_.keyword == "ELEMENT") {
     const std::string_view name = card_.ValueOf("TYPE");
@@ -324,9 +324,19 @@ std::string DeckLineConverter::ConvertCard(std::string_view line)
 void DeckLineConverter::EndCard()
 {
   if (openNodes_ > 0) FailWith(CardName() + " ends before its data are complete");
-  if (lengthExponent_ != 0 && card_.keyword == "SOLIDSECTION" && !hasThickness_ && HasDefaultThickness())
-    FailWith("cannot convert " + CardName() +
-             " of plane elements: expected their thickness, the solver takes 1 for none and 0");
+  if (lengthExponent_ != 0) CheckDefaults();
+}
+
+/// Numbers that the solver puts where a card has none, in any unit.
+void DeckLineConverter::CheckDefaults() const
+{
+  const std::string card = "cannot convert " + CardName();
+  if (card_.keyword == "SOLIDSECTION" && !statesQuantity_ && HasPlaneElements())
+    FailWith(card + " of plane elements: expected their thickness, the solver takes 1 for none and 0");
+  if (card_.keyword == "FRICTION" && !statesQuantity_)
+    FailWith(card + ": expected a stick slope, the solver takes half of Young's modulus for none and 0");
+  if (card_.keyword == "SURFACEBEHAVIOR" && card_.ValueOf("PRESSURE-OVERCLOSURE") == "HARD")
+    FailWith(card + ", PRESSURE-OVERCLOSURE=HARD: expected LINEAR, its stiffness is 50 times Young's modulus");
 }
 
 std::string DeckLineConverter::ConvertData(std::string_view line)
@@ -351,7 +361,7 @@ void DeckLineConverter::CheckOtherFiles() const
   if (readsFile) FailUnknown("the file that " + CardName() + " reads");
 }
 
-bool DeckLineConverter::HasDefaultThickness() const
+bool DeckLineConverter::HasPlaneElements() const
 {
   const DeckSet* set = model_.FindElementSet(card_.ValueOf("ELSET"));
   return set != nullptr && std::any_of(set->ids.begin(), set->ids.end(), [this](int id) {
@@ -460,7 +470,7 @@ void DeckLineConverter::SolidSection(DeckDataLine& line)
   // A thickness of plane elements or an area of trusses; of solids the solver does not look at it.
   double size = 0.0;
   if (lengthExponent_ == 0 || !ReadDeckNumber(line[0], size)) return;
-  hasThickness_            = hasThickness_ || size != 0.0;
+  statesQuantity_          = statesQuantity_ || size != 0.0;
   const DeckSet* set       = model_.FindElementSet(card_.ValueOf("ELSET"));
   int            dimension = 0;
   bool           isMixed   = set == nullptr;
@@ -627,7 +637,12 @@ void DeckLineConverter::SurfaceBehavior(DeckDataLine& line)
   }
 }
 
-void DeckLineConverter::Friction(DeckDataLine& line) { Scale(line, 1, -3); }
+void DeckLineConverter::Friction(DeckDataLine& line)
+{
+  double slope    = 0.0;
+  statesQuantity_ = ReadDeckNumber(line[1], slope) && slope != 0.0;
+  Scale(line, 1, -3);
+}
 
 // ---- quantities and nodes
 

@@ -125,8 +125,9 @@ private:
   bool AreRotations(std::string_view nodes) const;
   int  DegreeIn(const DeckDataLine& line, std::size_t field) const;
   void CheckOtherFiles() const;
-  /// @return whether elements of the section have a thickness where the card states none
-  bool HasDefaultThickness() const;
+  void CheckDefaults() const;
+  /// @return whether the section has elements of plane stress or plane strain
+  bool HasPlaneElements() const;
   void EditParameters(DeckDataLine& line) const;
 
   int                                     lengthExponent_;
@@ -140,7 +141,7 @@ private:
   int         openNodes_       = 0;  // of an element or equation, still to come
   int         power_           = 0;  // of the degrees of freedom in the equation
   bool        hasPower_        = false;
-  bool        hasThickness_    = false;  // of a solid section
+  bool        statesQuantity_  = false;  // that the solver has a default for
   int         nodesPerElement_ = 0;
 
   std::set<int> rotationNodes_;  // of the rigid bodies so far: their translations are the body's rotations

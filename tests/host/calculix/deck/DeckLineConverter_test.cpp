@@ -259,6 +259,17 @@ TEST(DeckLineConverter, WhatIsNotKnownIsNamed)
   EXPECT_EQ(FailureOf("*EQUATION\n2\n1,1,1.\n", 0, 5), "*EQUATION ends before its data are complete");
   EXPECT_EQ(FailureOf("*CLOAD\n1,1,1.23456789012345678E2\n1,4,1.23456789012345678E2\n", -3, 0),
             "the solver reads the first 20 characters of '1.23456789012345678E2', which is another number");
+  for (const char* data : {".3\n", ".3,0.\n", ".3,,\n"}) {
+    EXPECT_EQ(
+        FailureOf(std::string("*FRICTION\n") + data, -3, 0),
+        "cannot convert *FRICTION: expected a stick slope, the solver takes half of Young's modulus for none and 0");
+    EXPECT_EQ(FailureOf(std::string("*FRICTION\n") + data, 0, 5), "no failure");
+  }
+  const std::string hard = "*SURFACE BEHAVIOR, PRESSURE-OVERCLOSURE=HARD\n";
+  EXPECT_EQ(FailureOf(hard, -3, 0),
+            "cannot convert *SURFACEBEHAVIOR, PRESSURE-OVERCLOSURE=HARD: expected LINEAR, its stiffness is 50 times "
+            "Young's modulus");
+  EXPECT_EQ(FailureOf(hard, 0, 5), "no failure");
   EXPECT_EQ(FailureOf("*NODE\n1,1E307,0,0\n", 3, 0), "'1E307' would become '1.E310', which is no number");
   EXPECT_EQ(FailureOf("*EQUATION\nA\n", 0, 5), "expected the number of terms");
   EXPECT_EQ(FailureOf("*CLOAD\n1,X,2.\n", -3, 0), "expected a degree of freedom, found 'X'");
