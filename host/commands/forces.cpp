@@ -181,17 +181,26 @@ FED_DataDescriptor WithKind(FED_DataDescriptor descriptor, int onf)
 
 int KindOf(const FED_DataDescriptor& descriptor) { return descriptor.GetInteger(FED_DataDescriptor::OnfId); }
 
+bool HoldsLocalStresses(const FED_Database& database, const FED_DataDescriptor& descriptor)
+{
+  return database.GetUserKindName(static_cast<FED_OnfId>(KindOf(descriptor))) == calculix::kLocalStresses;
+}
+
 /// @return the selected blocks of stresses
-std::vector<FED_DataDescriptor> ChooseResults(const Options& options, const OpenedDatabase& database,
-                                              const KindTable& kinds)
+std::vector<FED_DataDescriptor> ChooseResults(const Options& options, OpenedDatabase& database, const KindTable& kinds)
 {
   std::vector<FED_DataDescriptor> results =
       database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString());
+  const bool hasLocal = std::any_of(results.begin(), results.end(), [&](const FED_DataDescriptor& descriptor) {
+    return HoldsLocalStresses(database.Get(), descriptor);
+  });
   std::erase_if(results, [](const FED_DataDescriptor& descriptor) { return KindOf(descriptor) != kPointStress; });
   if (results.empty()) {
     const std::string selected = options.selection.ToString();
     Fail(options.database + ": no stresses of integration points (582)" +
-         (selected.empty() ? "" : " in '" + selected + "'") + ", expected a .dat with S of the solver");
+         (selected.empty() ? "" : " in '" + selected + "'") +
+         (hasLocal ? ", only some in local systems, expected a database that the deck was imported into with them"
+                   : ", expected a .dat with S of the solver"));
   }
   return results;
 }
@@ -202,10 +211,10 @@ std::vector<FED_DataDescriptor> Ingredients(FED_Database& database, const std::v
   const std::set<FED_DataDescriptor> stresses(results.begin(), results.end());
   std::vector<FED_DataDescriptor>    ingredients;
   for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern())) {
-    const int  kind     = KindOf(descriptor);
-    const bool isMesh   = kind == kCoordinates || kind == kElementNodes || kind == kElementType || kind == kElementSet;
-    const bool isResult = kind == kPointStress || kind == kDisplacement || kind == kReaction ||
-                          database.GetUserKindName(static_cast<FED_OnfId>(kind)) == calculix::kLocalStresses;
+    const int  kind   = KindOf(descriptor);
+    const bool isMesh = kind == kCoordinates || kind == kElementNodes || kind == kElementType || kind == kElementSet;
+    const bool isResult =
+        kind == kPointStress || kind == kDisplacement || kind == kReaction || HoldsLocalStresses(database, descriptor);
     if (isMesh || (isResult && stresses.contains(WithKind(descriptor, kPointStress))))
       ingredients.push_back(descriptor);
   }

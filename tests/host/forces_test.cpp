@@ -252,6 +252,23 @@ TEST_F(ForcesCommand, FreeBodyOfASetOfTheDatabaseNeedsNoDeck)
             "quilon: error: --set is nothing, which has no elements\n");
 }
 
+// The import turns stresses in a material's system where it knows the deck.
+TEST_F(ForcesCommand, StressesInLocalSystemsNeedAnImportWithTheDeck)
+{
+  const std::string stem = "oriented/oriented";
+  EXPECT_EQ(RunOn(stem, {"--balance", "-q"}).err,
+            "quilon: error: " + Fixture(stem + ".dat") +
+                ": no stresses of integration points (582), only some in local systems, expected a database that the "
+                "deck was imported into with them\n");
+  const std::string        fed = (folder_ / "job.fed").string();
+  std::vector<std::string> import{"import", "-o", fed};
+  for (const char* extension : {".inp", ".frd", ".dat"}) import.push_back(Fixture(stem + extension));
+  ASSERT_EQ(RunQuilon(import).exitCode, 0);
+  const RunResult run =
+      RunQuilon({"forces", fed, "--deck", Fixture(stem + ".inp"), "--balance", "--tol", "5e-6", "-q"});
+  EXPECT_EQ(run.exitCode, 0) << run.out << run.err;
+}
+
 TEST_F(ForcesCommand, WithoutForcesInAResultThoseOfAnEarlierRunGo)
 {
   const std::string fed = (folder_ / "job.fed").string();
