@@ -31,6 +31,16 @@ void AddIntegerOption(CLI::App& app, const std::string& name, std::optional<int>
   app.add_option(name, target, description)->type_name("N")->check(CheckInteger);
 }
 
+void AddCountOption(CLI::App& app, const std::string& name, std::size_t& target, const std::string& description)
+{
+  app.add_option(name, target, description)->type_name("N")->check([](const std::string& text) {
+    std::size_t number  = 0;
+    const auto  taken   = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool  isWhole = taken.ec == std::errc() && taken.ptr == text.data() + text.size();
+    return isWhole ? std::string() : "'" + text + "', expected a count, 0 or more";
+  });
+}
+
 void AddMagnitudeOption(CLI::App& app, const std::string& name, double& target, const std::string& description)
 {
   app.add_option(name, target, description)->type_name("X")->check([](const std::string& text) {

@@ -3,6 +3,7 @@
 /// @file
 /// Options that take a number.
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -16,6 +17,9 @@ namespace quilon {
 void AddIntegerOption(CLI::App& app, const std::string& name, int& target, const std::string& description);
 void AddIntegerOption(CLI::App& app, const std::string& name, std::optional<int>& target,
                       const std::string& description);
+
+/// Adds an option that takes a count. The target outlives the parsing.
+void AddCountOption(CLI::App& app, const std::string& name, std::size_t& target, const std::string& description);
 
 /// Adds an option that takes a number, 0 or more. The target outlives the parsing.
 void AddMagnitudeOption(CLI::App& app, const std::string& name, double& target, const std::string& description);

@@ -12,6 +12,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/NumberOptions.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "diff/DatabaseComparison.h"
@@ -332,8 +333,8 @@ CommandFunction DefineDiff(CLI::App& app)
   app.add_option("--select", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)")
       ->type_name("SELECTION");
   AddStepsOption(app, options->selection);
-  app.add_option("--max", options->maxRecords, "How many records of one block to report (10)")->type_name("N");
-  app.add_option("--max-blocks", options->maxBlocks, "How many blocks to report (10)")->type_name("N");
+  AddCountOption(app, "--max", options->maxRecords, "How many records of one block to report (10)");
+  AddCountOption(app, "--max-blocks", options->maxBlocks, "How many blocks to report (10)");
   app.add_flag("--norms", options->norms, "Print the norms of equal blocks, too");
   app.add_flag("--brief", options->brief, "Print the summary alone");
   AddTableOptions(app, options->form);

@@ -66,9 +66,9 @@ int KindOf(const FED_DataDescriptor& descriptor)
 /// @param userKindName empty for all but user kinds with a name
 Transformation::Sign GetSignWhenNegated(int onf, const std::string& userKindName)
 {
-  // The parts of a complex mode are one vector.
-  for (const char* const imaginary : {kImaginaryDisplacement, "FORCI", "STRESSI", "TOSTRAII"})
-    if (userKindName == imaginary) return Transformation::Negated;
+  // What the solver writes of a mode and the catalogue has no kind for: mechanical strains and imaginary parts.
+  for (const char* const linear : {"MESTRAIN", kImaginaryDisplacement, "FORCI", "STRESSI", "TOSTRAII", "MESTRAII"})
+    if (userKindName == linear) return Transformation::Negated;
   switch (onf) {
     case 510:  // displacement, reaction, velocity, acceleration
     case 511:

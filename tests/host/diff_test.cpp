@@ -417,6 +417,8 @@ TEST_F(DiffCommand, WrongUsageIsTrouble)
   EXPECT_EQ(error({"diff", "--learn", a_, "-o", "x"}), "quilon: error: --learn: expected two accepted runs or more\n");
   EXPECT_EQ(error({"diff", a_, b_, "--match", "index", "--match-points", "1"}),
             "quilon: error: --match index and --match-points exclude each other, expected one at most\n");
+  EXPECT_EQ(error({"diff", a_, b_, "--max", "-1"}),
+            "quilon: error: --max: '-1', expected a count, 0 or more, see 'quilon diff --help'\n");
   EXPECT_EQ(error({"diff", a_, b_, "--brief", "--json"}),
             "quilon: error: --brief goes without --json, --csv and --table\n");
   for (const char* option : {"--exact", "--any"})

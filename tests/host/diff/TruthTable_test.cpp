@@ -366,6 +366,12 @@ std::vector<Row> ModeRows()
     key.SetInteger(FED_DataDescriptor::Layer, layer);
     return Vectors(key, {{1, x, 0, 0}});
   };
+  const auto mechanical = [](double sign) -> Fill {
+    return [=](FED_Database& db) {
+      db.SetUserKindName(static_cast<FED_OnfId>(1200), "MESTRAIN");
+      Tensor(Key(1200, 2), 1, {sign, sign, sign, sign, sign, sign})(db);
+    };
+  };
   const auto imaginary = [](double sign) -> Fill {
     return [=](FED_Database& db) {
       db.SetUserKindName(static_cast<FED_OnfId>(1100), "DISPI");
@@ -405,6 +411,8 @@ std::vector<Row> ModeRows()
        All({inLayer(1, 0.1), imaginary(-1)}), "DD DDDD DD DD D S DD"},
       {"a complex mode whose parts have other signs", All({mode, imaginary(1)}), All({mode, imaginary(-1)}),
        "DD DDDD DD DD D D DD"},
+      {"a mechanical strain that goes with its mode", All({mode, mechanical(1)}), All({flipped, mechanical(-1)}),
+       "DD DDDD DD DD D S DD"},
       {"a temperature keeps its sign", All({mode, hot(1)}), All({flipped, hot(1)}), "DD DDDD DD DD D S DD"},
       {"a temperature has no other sign", All({mode, hot(1)}), All({flipped, hot(-1)}), "DD DDDD DD DD D D DD"},
       {"one of two modes with the other sign", All({mode, otherMode}), All({flipped, otherMode}),
