@@ -19,7 +19,7 @@ using LocalAxes = std::array<std::array<double, 3>, 3>;
 ///
 /// Rectangular: x' along a, z' normal to a and b, y' between them; then turned by the card's angle about the local axis
 /// that it names, anticlockwise as seen from the axis's tip. Cylindrical: x' away from the axis through a and b, z'
-/// along it, y' around it; the angle means nothing.
+/// along it, y' around it; the card has no angle.
 /// @param point undeformed; a rectangular system is the same at all of them
 /// @return nothing where the numbers give no system: a and b parallel or equal, a point on the axis
 std::optional<LocalAxes> FindLocalAxes(const DeckOrientation& orientation, const std::array<double, 3>& point);

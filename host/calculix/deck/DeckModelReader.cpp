@@ -491,6 +491,8 @@ void DeckModelReader::OnOrientationData(const DeckLine& line)
       (i < 3 ? orientation.a : orientation.b)[i % std::size_t{3}] = number;
     }
   } else if (dataLines_ == 1) {
+    if (orientation.system == DeckOrientation::Cylindrical)
+      return Error(line.place, "a cylindrical system cannot be turned, the solver stops here");
     if (fields.Next(field) && (!ReadDeckInteger(field, orientation.rotationAxis) || orientation.rotationAxis < 1 ||
                                orientation.rotationAxis > 3))
       Error(line.place, "expected the axis of a rotation, 1 to 3, found " + Quoted(field));

@@ -252,6 +252,9 @@ TEST_F(DeckCheck, BrokenDecksAreToldWithPlaceAndLine)
                     WithModel("*ORIENTATION, NAME=O, SYSTEM=POLAR\n1,0,0,0,1,0\n"),
                     {"a.inp:12: error: expected SYSTEM=RECTANGULAR or SYSTEM=CYLINDRICAL, found 'POLAR' [*ORIENTATION, NAME=O, "
                                   "SYSTEM=POLAR]"}},
+      {"a cylindrical orientation that is turned",
+                    WithModel("*ORIENTATION, NAME=O, SYSTEM=CYLINDRICAL\n0,0,0,0,0,1\n3,30.\n"),
+                    {"a.inp:14: error: a cylindrical system cannot be turned, the solver stops here [3,30.]"}},
       {"orientation about a fourth axis",
                     WithModel("*ORIENTATION, NAME=O\n1,0,0,0,1,0\n4,30.\n"),
                     {"a.inp:14: error: expected the axis of a rotation, 1 to 3, found '4' [4,30.]"}},
