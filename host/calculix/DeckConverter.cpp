@@ -4,6 +4,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <QuilonDbConnector/FED_Database.h>
@@ -30,6 +31,16 @@ int NumberOf(const std::vector<Item>& items, std::string_view name)
 {
   const auto found = std::find_if(items.begin(), items.end(), [name](const Item& item) { return item.name == name; });
   return found == items.end() ? 0 : static_cast<int>(found - items.begin()) + 1;
+}
+
+/// @return the places of items from 1 by their names; of items of one name that of the first
+template <typename Item>
+std::unordered_map<std::string_view, int> NumbersOf(const std::vector<Item>& items)
+{
+  std::unordered_map<std::string_view, int> numbers;
+  int                                       number = 0;
+  for (const Item& item : items) numbers.try_emplace(item.name, ++number);
+  return numbers;
 }
 
 /// @return the value at a place of a card's numbers, NaN when the material has no such card
@@ -139,14 +150,23 @@ void DeckConverter::ConvertModel()
 
 void DeckConverter::FindSections()
 {
-  const DeckModel& model = deck_.model;
-  for (std::size_t i = 0; i < model.sections.size(); ++i) {
-    const DeckSection& section = model.sections[i];
-    const DeckSet*     set     = model.FindElementSet(section.elementSet);
-    if (set == nullptr) continue;
-    const ElementSection numbers = {static_cast<int>(i) + 1, NumberOf(model.materials, section.material),
-                                    NumberOf(model.orientations, section.orientation)};
-    for (const int id : set->ids) deck_.sections.At(deck_.sections.FindOrInsert(id)) = numbers;
+  const DeckModel& model        = deck_.model;
+  const auto       sets         = NumbersOf(model.elementSets);
+  const auto       materials    = NumbersOf(model.materials);
+  const auto       orientations = NumbersOf(model.orientations);
+  const auto       numberIn     = [](const auto& numbers, const std::string& name) {
+    const auto found = numbers.find(name);
+    return found == numbers.end() ? 0 : found->second;
+  };
+  int number = 0;
+  for (const DeckSection& section : model.sections) {
+    ++number;
+    const int set = numberIn(sets, section.elementSet);
+    if (set == 0) continue;
+    const ElementSection numbers = {number, numberIn(materials, section.material),
+                                    numberIn(orientations, section.orientation)};
+    for (const int id : model.elementSets[static_cast<std::size_t>(set) - 1].ids)
+      deck_.sections.At(deck_.sections.FindOrInsert(id)) = numbers;
   }
 }
 

@@ -265,8 +265,10 @@ void DeckModelReader::BeginMaterial(const DeckPlace& place)
   const std::string_view name = card_.ValueOf("NAME");
   if (name.empty()) return Error(place, "expected the name of the material, NAME=");
   CheckLength(name, "a material", place);
-  if (const DeckMaterial* former = model_.FindMaterial(name))
-    Error(place, "material " + Quoted(name) + " is there already, at " + DescribeDeckPlace(GetFiles(), former->place) +
+  const auto [former, isNew] = materials_.try_emplace(std::string(name), model_.materials.size());
+  if (!isNew)
+    Error(place, "material " + Quoted(name) + " is there already, at " +
+                     DescribeDeckPlace(GetFiles(), model_.materials[former->second].place) +
                      ", and the solver uses that one");
   model_.materials.push_back({std::string(name), {}, place});
 }
@@ -283,9 +285,10 @@ void DeckModelReader::BeginOrientation(const DeckPlace& place)
   const std::string_view name = card_.ValueOf("NAME");
   if (name.empty()) return Error(place, "expected the name of the orientation, NAME=");
   CheckLength(name, "an orientation", place);
-  if (const DeckOrientation* former = model_.FindOrientation(name))
-    Error(place,
-          "orientation " + Quoted(name) + " is there already, at " + DescribeDeckPlace(GetFiles(), former->place));
+  const auto [former, isNew] = orientations_.try_emplace(std::string(name), model_.orientations.size());
+  if (!isNew)
+    Error(place, "orientation " + Quoted(name) + " is there already, at " +
+                     DescribeDeckPlace(GetFiles(), model_.orientations[former->second].place));
   DeckOrientation orientation;
   orientation.name  = name;
   orientation.place = place;
@@ -590,9 +593,9 @@ void DeckModelReader::CheckSections()
 {
   std::vector<bool> hasSection(model_.elements.Entries().size(), false);
   for (const DeckSection& section : model_.sections) {
-    const DeckSet* set = model_.FindElementSet(section.elementSet);
-    if (set != nullptr) {
-      for (const int id : set->ids) {
+    const auto set = elementSets_.index.find(section.elementSet);
+    if (set != elementSets_.index.end()) {
+      for (const int id : model_.elementSets[set->second].ids) {
         const std::size_t position = model_.elements.Find(id);
         if (position != IdRadixMap<DeckElement>::npos) hasSection[position] = true;
       }

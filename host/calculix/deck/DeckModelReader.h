@@ -39,7 +39,7 @@ protected:
 
 private:
   using DataHandler = void (DeckModelReader::*)(const DeckLine& line);
-  using SetIndex    = std::unordered_map<std::string, std::size_t>;
+  using NameIndex   = std::unordered_map<std::string, std::size_t>;  // places of named things
 
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
@@ -48,7 +48,7 @@ private:
   {
     const char*           kind;  // "node" or "element"
     std::vector<DeckSet>* list;
-    SetIndex              index;
+    NameIndex             index;
   };
 
   void Error(const DeckPlace& place, std::string text) { Report(DeckMessage::Error, place, std::move(text)); }
@@ -101,9 +101,11 @@ private:
 
   Sets                   nodeSets_{"node", &model_.nodeSets, {}};
   Sets                   elementSets_{"element", &model_.elementSets, {}};
-  Sets*                  sets_         = nullptr;  // of the set card
-  std::size_t            set_          = kNone;    // that the card's ids are added to
-  std::size_t            idsInSets_    = 0;
+  Sets*                  sets_      = nullptr;  // of the set card
+  std::size_t            set_       = kNone;    // that the card's ids are added to
+  std::size_t            idsInSets_ = 0;
+  NameIndex              materials_;
+  NameIndex              orientations_;
   const DeckElementType* type_         = nullptr;  // of the element card
   bool                   mayHaveNode0_ = false;    // elements of type_: no node
   int                    elementId_    = 0;        // of the element that is being read
