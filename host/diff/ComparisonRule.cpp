@@ -161,7 +161,20 @@ std::uint64_t UlpsBetween(double a, double b, bool isSingle) noexcept
 
 double Ratio(double amount, double allowed) noexcept { return amount <= 0.0 ? 0.0 : amount / allowed; }
 
-double LargerOf(double a, double b) noexcept { return std::max(std::fabs(a), std::fabs(b)); }
+/// What tolerances are measured by. Of two large values of unlike signs all is halved, so that their difference stays a
+/// number.
+struct Measure
+{
+  Measure(double a, double b) noexcept
+      : scale(std::isfinite(a - b) ? 1.0 : 0.5),
+        difference(std::fabs(scale * a - scale * b)),
+        larger(scale * std::max(std::fabs(a), std::fabs(b)))
+  {}
+
+  double scale;
+  double difference;
+  double larger;  ///< of the two magnitudes
+};
 
 std::string Exceeds(const char* term, double amount, double allowed)
 {
@@ -212,12 +225,12 @@ bool ValueJudge::AcceptsUnequal(double a, double b, bool isSingle) const noexcep
   if (rule_.form == ComparisonRule::Ignore) return true;
   if (rule_.form != ComparisonRule::Tolerances) return QuilonDataRecordDiff::EqualOrNearValue(a, b, info_);
   if (!std::isfinite(a) || !std::isfinite(b)) return false;
-  const double difference = std::fabs(a - b);
-  bool         holds      = !rule_.any;
-  const auto   combine    = [&](bool term) { holds = rule_.any ? holds || term : holds && term; };
-  if (rule_.abs) combine(difference <= *rule_.abs);
-  if (rule_.rel) combine(difference <= *rule_.rel * LargerOf(a, b));
-  if (rule_.peak) combine(difference <= *rule_.peak * peak_);
+  const Measure measure(a, b);
+  bool          holds   = !rule_.any;
+  const auto    combine = [&](bool term) { holds = rule_.any ? holds || term : holds && term; };
+  if (rule_.abs) combine(measure.difference <= *rule_.abs * measure.scale);
+  if (rule_.rel) combine(measure.difference <= *rule_.rel * measure.larger);
+  if (rule_.peak) combine(measure.difference <= *rule_.peak * (peak_ * measure.scale));
   if (rule_.ulps) combine(UlpsBetween(a, b, isSingle) <= *rule_.ulps);
   return holds;
 }
@@ -225,18 +238,19 @@ bool ValueJudge::AcceptsUnequal(double a, double b, bool isSingle) const noexcep
 double ValueJudge::GetExcess(double a, double b, bool isSingle) const noexcept
 {
   if (!std::isfinite(a) || !std::isfinite(b)) return kInfinity;
-  const double difference = std::fabs(a - b);
   if (rule_.form == ComparisonRule::Exact) return kInfinity;
   if (rule_.form == ComparisonRule::Default) {
-    const double smaller = std::min(a, b);
-    const double byAbs   = Ratio(difference, info_.absTol);
+    const double difference = std::fabs(a - b);
+    const double smaller    = std::min(a, b);
+    const double byAbs      = Ratio(difference, info_.absTol);
     return smaller > 0.0 ? std::max(byAbs, Ratio(difference / smaller, info_.relTol)) : byAbs;
   }
-  double     excess  = rule_.any ? kInfinity : 0.0;
-  const auto combine = [&](double ratio) { excess = rule_.any ? std::min(excess, ratio) : std::max(excess, ratio); };
-  if (rule_.abs) combine(Ratio(difference, *rule_.abs));
-  if (rule_.rel) combine(Ratio(difference, *rule_.rel * LargerOf(a, b)));
-  if (rule_.peak) combine(Ratio(difference, *rule_.peak * peak_));
+  const Measure measure(a, b);
+  double        excess  = rule_.any ? kInfinity : 0.0;
+  const auto    combine = [&](double ratio) { excess = rule_.any ? std::min(excess, ratio) : std::max(excess, ratio); };
+  if (rule_.abs) combine(Ratio(measure.difference, *rule_.abs * measure.scale));
+  if (rule_.rel) combine(Ratio(measure.difference, *rule_.rel * measure.larger));
+  if (rule_.peak) combine(Ratio(measure.difference, *rule_.peak * (peak_ * measure.scale)));
   if (rule_.ulps) combine(Ratio(static_cast<double>(UlpsBetween(a, b, isSingle)), static_cast<double>(*rule_.ulps)));
   return excess;
 }
@@ -250,12 +264,15 @@ std::string ValueJudge::Explain(double a, double b, bool isSingle) const
     if (difference > info_.absTol) return Exceeds("default abs", difference, info_.absTol);
     return Exceeds("default rel", difference / std::min(a, b), info_.relTol);
   }
-  std::string text;
-  const auto  add = [&text](const std::string& term) { text += (text.empty() ? "" : ", ") + term; };
-  if (rule_.abs && difference > *rule_.abs) add(Exceeds("abs", difference, *rule_.abs));
-  if (rule_.rel && difference > *rule_.rel * LargerOf(a, b))
-    add(Exceeds("rel", difference / LargerOf(a, b), *rule_.rel));
-  if (rule_.peak && difference > *rule_.peak * peak_) add(Exceeds("peak", difference / peak_, *rule_.peak));
+  std::string   text;
+  const auto    add = [&text](const std::string& term) { text += (text.empty() ? "" : ", ") + term; };
+  const Measure measure(a, b);
+  const double  peak = peak_ * measure.scale;
+  if (rule_.abs && measure.difference > *rule_.abs * measure.scale) add(Exceeds("abs", difference, *rule_.abs));
+  if (rule_.rel && measure.difference > *rule_.rel * measure.larger)
+    add(Exceeds("rel", measure.difference / measure.larger, *rule_.rel));
+  if (rule_.peak && measure.difference > *rule_.peak * peak)
+    add(Exceeds("peak", measure.difference / peak, *rule_.peak));
   const std::uint64_t ulps = rule_.ulps ? UlpsBetween(a, b, isSingle) : 0;
   if (rule_.ulps && ulps > *rule_.ulps) add("ulps " + std::to_string(ulps) + " > " + std::to_string(*rule_.ulps));
   return text;

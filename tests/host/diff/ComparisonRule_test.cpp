@@ -79,6 +79,13 @@ TEST(ValueJudge, BothSidesOfEveryTolerance)
       {"ulps=18446744073709551615", kInf, kMost, 0, false},
       {"rel=1e300", kInf, 1.0, 0, false},
       {"peak=1e300", kInf, 1.0, 1.0, false},
+      // The difference of the largest numbers of both signs is twice as large, and no number.
+      {"abs=1.7976931348623157e308", kMost, -kMost, 0, false},
+      {"rel=2", kMost, -kMost, 0, true},
+      {"rel=1.5", kMost, -kMost, 0, false},
+      {"peak=2", kMost, -kMost, kMost, true},
+      {"peak=1.5", kMost, -kMost, kMost, false},
+      {"abs=0 rel=2 any", kMost, -kMost, 0, true},
       // Several terms.
       {"abs=0.25 rel=0.25", 1.0, 1.25, 0, true},
       {"abs=0.25 rel=0.125", 1.0, 1.25, 0, false},
@@ -139,6 +146,7 @@ TEST(ValueJudge, TellsHowManyTimesWhatIsAllowed)
   EXPECT_EQ(excess("ulps=2", 1.0, 1.0 + 0x1p-50, 0), 2.0);
   EXPECT_EQ(excess("abs=0.25 rel=0.25", 1.0, 2.0, 0), 4.0);
   EXPECT_EQ(excess("abs=0.25 rel=0.25 any", 1.0, 2.0, 0), 2.0);
+  EXPECT_EQ(excess("rel=1 peak=1", kMost, -kMost, kMost), 2.0);
   EXPECT_EQ(excess("abs=0.25", 1.0, kInf, 0), kInf);
   EXPECT_EQ(excess("exact", 1.0, 2.0, 0), kInf);
   EXPECT_DOUBLE_EQ(excess("default", 1.0, 3.0, 0), 2e6);
@@ -161,6 +169,7 @@ TEST(ValueJudge, NamesTheTermsThatFail)
   EXPECT_EQ(explain("abs=0.25 rel=0.25 any", 1.0, 2.0, 0), "abs 1 > 0.25, rel 0.5 > 0.25");
   EXPECT_EQ(explain("default", 1.0, 3.0, 0), "default abs 2 > 1e-06");
   EXPECT_EQ(explain("default", 1e-8, 2e-8, 0), "default rel 1 > 1e-06");
+  EXPECT_EQ(explain("rel=1.5", kMost, -kMost, 0), "rel 2 > 1.5");
   EXPECT_EQ(explain("exact", 1.0, 3.0, 0), "exact");
   EXPECT_EQ(explain("abs=1", 1.0, kInf, 0), "infinite");
 }
