@@ -90,10 +90,10 @@ RecordPairs RecordMatcher::Pair(const FED_DataBlock& first, const FED_DataBlock&
 
 std::size_t RecordMatcher::FindInSecond(int entityKind, std::size_t index, std::vector<std::size_t>& known) const
 {
-  // Beyond this an index is so far out that a table up to it would be mostly holes.
-  constexpr std::size_t kMostKept = std::size_t{1} << 26;
-  if (index >= kMostKept) return LookUp(entityKind, index);
-  if (index >= known.size()) known.resize(std::max(index + 1, std::min(2 * known.size(), kMostKept)), kUnasked);
+  // Indices of ids are dense. One that is far behind all others would make the table up to it mostly holes.
+  constexpr std::size_t kLargestGap = std::size_t{1} << 20;
+  if (index >= 2 * known.size() + kLargestGap) return LookUp(entityKind, index);
+  if (index >= known.size()) known.resize(std::max(index + 1, 2 * known.size()), kUnasked);
   if (known[index] == kUnasked) known[index] = LookUp(entityKind, index);
   return known[index];
 }

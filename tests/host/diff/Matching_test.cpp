@@ -105,6 +105,20 @@ TEST(RecordMatcher, ByIndexIdsPlayNoPart)
   EXPECT_TRUE(pairs.sameIndices);
 }
 
+TEST(RecordMatcher, AnIndexFarBehindAllOthersPairsToo)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  for (FED_ResultDatabase* const db : {&a, &b})
+    for (const std::size_t index : {std::size_t{1}, std::size_t{3'000'000}})
+      db->GetOrCreateDataBlock(Key(4711), 0).SetScalarAt(index, 1.0);
+  RecordMatcher     matcher(RecordMatcher::ById, a.GetIdMapsPool(), b.GetIdMapsPool(), nullptr);
+  const RecordPairs pairs = matcher.Pair(a.GetConstDataBlock(Key(4711)), b.GetConstDataBlock(Key(4711)));
+  EXPECT_EQ(Pairs(pairs), (PairList{{1, 1}, {3'000'000, 3'000'000}}));
+  EXPECT_EQ(pairs.firstOnly, Indices{});
+  EXPECT_EQ(pairs.secondOnly, Indices{});
+}
+
 TEST(RecordMatcher, HistoriesPairByTheirPosition)
 {
   FED_ResultDatabase a;
