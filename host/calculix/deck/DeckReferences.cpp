@@ -29,13 +29,15 @@ DeckReferences::Target DeckReferences::TargetOfData(const DeckKeyword& keyword, 
   // Of a submodel these are driven by another calculation.
   if (card.Find("SUBMODEL") != nullptr) return Target::Nothing;
   if (name == "BOUNDARY" || name == "CLOAD" || name == "CFLUX" || name == "TEMPERATURE" ||
-      name == "RETAINEDNODALDOFS" || name == "NODALTHICKNESS")
+      name == "RETAINEDNODALDOFS" || name == "NODALTHICKNESS" || name == "DISTRIBUTINGCOUPLING")
     return Target::Node;
+  if (name == "NORMAL") return Target::Element;
   if (name == "DLOAD" || name == "DFLUX" || name == "FILM" || name == "RADIATE") return Target::ElementOrSurface;
   if (name == "DSLOAD") return Target::Surface;
   if (name == "CONTACTPAIR" || name == "TIE") return Target::TwoSurfaces;
   if (name == "DESIGNVARIABLES") return card.ValueOf("TYPE") == "COORDINATE" ? Target::Node : Target::Nothing;
-  if (name == "MODELCHANGE") return card.ValueOf("TYPE") == "ELEMENT" ? Target::Element : Target::Nothing;
+  if (name == "MODELCHANGE" && card.ValueOf("TYPE") == "ELEMENT") return Target::Element;
+  if (name == "MODELCHANGE" && card.ValueOf("TYPE") == "CONTACTPAIR") return Target::TwoSurfaces;
   if (name == "EQUATION") return card.parameters.empty() ? Target::Terms : Target::Nothing;
   if (name == "SURFACE") return card.ValueOf("TYPE") == "NODE" ? Target::Node : Target::Element;
   if (name == "INITIALCONDITIONS") {
