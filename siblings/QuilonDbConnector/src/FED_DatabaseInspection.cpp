@@ -281,30 +281,40 @@ void CheckBlock(const StoredState::Block& block, FED_DatabaseReport& report)
                               " records can be read, expected " + std::to_string(block.stored.rowCount));
 }
 
-// Ids of a kind by index - 1; nothing where a piece is damaged or missing.
-std::vector<std::optional<int>> ReadIds(const StoredState& state, std::size_t kind, Texts& failures)
+// Ids of a kind that can be read: runs by the index of their first. An index claims a place, not memory.
+using IdRuns = std::map<std::size_t, std::vector<int>>;
+
+IdRuns ReadIds(const StoredState& state, std::size_t kind, Texts& failures)
 {
-  const std::string               name = "the id map of entity kind " + std::to_string(kind);
-  std::vector<std::optional<int>> ids;
+  const std::string name = "the id map of entity kind " + std::to_string(kind);
+  IdRuns            runs;
   for (const StoredState::IdPiece& piece : state.GetIds(kind)) {
     const IndexIds&  stored = piece.Get();
-    std::vector<int> some(static_cast<std::size_t>(stored.ids.bytes / 4));
-    if (!Attempt(failures, [&] { piece.segment->Read(stored.ids, some.data(), [&] { return name; }); })) continue;
-    const std::size_t first = stored.firstIndex - 1;
-    if (ids.size() < first + some.size()) ids.resize(first + some.size());
-    std::copy(some.begin(), some.end(), ids.begin() + static_cast<std::ptrdiff_t>(first));
+    std::vector<int> ids(static_cast<std::size_t>(stored.ids.bytes / 4));
+    if (Attempt(failures, [&] { piece.segment->Read(stored.ids, ids.data(), [&] { return name; }); }))
+      runs[stored.firstIndex] = std::move(ids);
   }
-  return ids;
+  return runs;
+}
+
+std::optional<int> FindId(const IdRuns& runs, std::size_t index)
+{
+  auto run = runs.upper_bound(index);
+  if (run == runs.begin()) return std::nullopt;
+  --run;
+  const std::size_t at = index - run->first;
+  return at < run->second.size() ? std::optional(run->second[at]) : std::nullopt;
 }
 
 void CheckIds(const StoredState& state, FED_DatabaseReport& report)
 {
   for (std::size_t kind = 0; kind < StoredState::kNumKinds; ++kind) {
     std::unordered_set<int> known;
-    for (const std::optional<int>& id : ReadIds(state, kind, report.findings))
-      if (id && !known.insert(*id).second)
-        report.findings.push_back("the id map of entity kind " + std::to_string(kind) + ": id " + std::to_string(*id) +
-                                  " is there twice");
+    for (const auto& [first, ids] : ReadIds(state, kind, report.findings))
+      for (const int id : ids)
+        if (!known.insert(id).second)
+          report.findings.push_back("the id map of entity kind " + std::to_string(kind) + ": id " + std::to_string(id) +
+                                    " is there twice");
   }
 }
 
@@ -341,28 +351,31 @@ private:
   void CopyIds(std::size_t kind)
   {
     Texts     failures;
-    IdMap&    map    = maps_[kind];
-    auto&     losses = report_.losses;
-    const int number = static_cast<int>(kind);
-    map.ids          = ReadIds(state_, kind, failures);
-    map.ids.resize(state_.GetIdCount(kind));
-    map.isWhole = std::all_of(map.ids.begin(), map.ids.end(), [](const auto& id) { return id.has_value(); });
+    IdMap&    map     = maps_[kind];
+    auto&     losses  = report_.losses;
+    const int number  = static_cast<int>(kind);
+    map.ids           = ReadIds(state_, kind, failures);
+    map.count         = state_.GetIdCount(kind);
+    std::size_t known = 0;
+    for (const auto& [first, ids] : map.ids) known += ids.size();
+    map.isWhole = known == map.count;
     losses.insert(losses.end(), failures.begin(), failures.end());
-    if (!map.isWhole)
-      losses.push_back("the id map of entity kind " + std::to_string(kind) + ": " +
-                       std::to_string(std::count(map.ids.begin(), map.ids.end(), std::nullopt)) + " ids are lost");
-    for (const std::optional<int>& id : map.ids)
-      if (id) target_.GetIdMapsPool().FindOrAddIndex(number, *id);
+    if (known < map.count)
+      losses.push_back("the id map of entity kind " + std::to_string(kind) + ": " + std::to_string(map.count - known) +
+                       " ids are lost");
+    for (const auto& [first, ids] : map.ids)
+      for (const int id : ids) target_.GetIdMapsPool().FindOrAddIndex(number, id);
   }
 
   std::optional<std::size_t> TranslateIndex(std::size_t kind, std::uint32_t index)
   {
     if (kind >= maps_.size()) return index;
     IdMap& map = maps_[kind];
-    if (index > map.ids.size()) ++map.withoutId;
+    if (index > map.count) ++map.withoutId;
     if (map.isWhole) return index;
-    if (index == 0 || index > map.ids.size() || !map.ids[index - 1]) return std::nullopt;
-    return target_.GetIdMapsPool().FindOrAddIndex(static_cast<int>(kind), *map.ids[index - 1]);
+    const std::optional<int> id = FindId(map.ids, index);
+    if (!id) return std::nullopt;
+    return target_.GetIdMapsPool().FindOrAddIndex(static_cast<int>(kind), *id);
   }
 
   void CopyBlock(const StoredState::Block& block)
@@ -463,9 +476,10 @@ private:
 
   struct IdMap
   {
-    std::vector<std::optional<int>> ids;
-    bool                            isWhole   = true;
-    std::uint64_t                   withoutId = 0;  // records at indices behind the last id
+    IdRuns        ids;
+    std::size_t   count     = 0;  // the index of the last id
+    bool          isWhole   = true;
+    std::uint64_t withoutId = 0;  // records at indices behind the last id
   };
 
   const StoredState&                        state_;

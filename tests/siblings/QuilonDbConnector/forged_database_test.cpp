@@ -17,6 +17,7 @@
 #include "bundled/FED_DatabaseInspection.h"
 #include "bundled/FED_ResultDatabase.h"
 
+#include "AllocationFailure.h"
 #include "Checksum.h"
 #include "failure_message.h"
 #include "Manifest.h"
@@ -207,6 +208,23 @@ TEST_F(ForgedDatabase, DescriptorThatTwoBlocksShareIsRefused)
   Forge([](Manifest&, SegmentIndex& index, std::string&) { index.blocks[1].descriptor = index.blocks[0].descriptor; });
   EXPECT_THAT(Open(), HasSubstr("the database " + database_.string() + " has it twice"));
   EXPECT_EQ(Check(), "block " + Key(514).ToString() + " is there twice");
+}
+
+// Memory for all indices before them would be 16 GiB.
+TEST_F(ForgedDatabase, IdsThatClaimAFarIndexTakeNoMemoryForIt)
+{
+  Forge([](Manifest&, SegmentIndex& index, std::string&) { index.ids[0].firstIndex = 2000000000; });
+  const std::string                    claim = "ids of entity kind 0 start at index 2000000000, expected 1";
+  FED_ResultDatabase                   target;
+  const quilon_test::AllocationFailure counting(0);
+  EXPECT_EQ(Open(), segment_.string() + ": its index is damaged: " + claim);
+  EXPECT_EQ(Check(), segment_.string() + ": its index contradicts others: " + claim);
+  const FED_SalvageReport report = FED_SalvageDatabase(database_, target);
+  EXPECT_LT(counting.GetBytes(), std::size_t{16} << 20);
+  EXPECT_EQ(report.losses, (std::vector<std::string>{segment_.string() + ": its index contradicts others: " + claim,
+                                                     "the id map of entity kind 0: 1999999999 ids are lost"}));
+  EXPECT_EQ(report.records, 2u);
+  EXPECT_EQ(target.GetIdMapsPool().GetCount(0), 2u);
 }
 
 // Names with more digits sort before those with fewer.
