@@ -183,6 +183,7 @@ const DeckLineConverter::Rule* DeckLineConverter::Rule::Find(std::string_view ke
   static const Rule kRules[] = {
       {"AMPLITUDE", &C::Plain},
       {"BASEMOTION", &C::Unknown},
+      {"BEAMGENERALSECTION", &C::Unknown},
       {"BEAMSECTION", &C::FirstLineLengths},
       {"BOUNDARY", &C::Boundary},
       {"BUCKLE", &C::Plain},
@@ -200,8 +201,10 @@ const DeckLineConverter::Rule* DeckLineConverter::Rule::Find(std::string_view ke
       {"COUPLING", &C::Plain, {{{"REFNODE", Parameter::kNode}}}},
       {"CREEP", &C::Unknown},
       {"CYCLICHARDENING", &C::Plastic},
+      {"CYCLICSYMMETRYMODEL", &C::Lengths, {{{"N", 0}, {"NGRAPH", 0}}}},
       {"DAMPING", &C::Plain},
       {"DASHPOT", &C::Unknown},
+      {"DEFORMATIONPLASTICITY", &C::Unknown},
       {"DENSITY", &C::Density},
       {"DEPVAR", &C::Plain},
       {"DFLUX", &C::DistributedFlux},
@@ -211,6 +214,7 @@ const DeckLineConverter::Rule* DeckLineConverter::Rule::Find(std::string_view ke
       {"DSLOAD", &C::DistributedLoad},
       {"DYNAMIC", &C::Plain},
       {"ELASTIC", &C::Elastic},
+      {"ELECTRICALCONDUCTIVITY", &C::Unknown},
       {"ELEMENT", &C::Elements},
       {"ELEMENTOUTPUT", &C::Plain},
       {"ELFILE", &C::Plain},
@@ -220,13 +224,15 @@ const DeckLineConverter::Rule* DeckLineConverter::Rule::Find(std::string_view ke
       {"EQUATION", &C::Equation},
       {"EXPANSION", &C::Plain},
       {"FILM", &C::Film},
+      {"FLUIDCONSTANTS", &C::Unknown},
       {"FREQUENCY", &C::Plain},
       {"FRICTION", &C::Friction},
       {"GAP", &C::Unknown},
+      {"GAPCONDUCTANCE", &C::Unknown},
       {"HEADING", &C::Plain},
       {"HEATTRANSFER", &C::Plain},
-      {"HYPERELASTIC", &C::Unknown},
-      {"HYPERFOAM", &C::Unknown},
+      {"HYPERELASTIC", &C::Unknown, {{{"N", 0}}}},
+      {"HYPERFOAM", &C::Unknown, {{{"N", 0}}}},
       {"INITIALCONDITIONS", &C::InitialConditions},
       {"KINEMATIC", &C::Plain},
       {"MASS", &C::Mass},
@@ -255,6 +261,7 @@ const DeckLineConverter::Rule* DeckLineConverter::Rule::Find(std::string_view ke
       {"SECTIONPRINT", &C::Plain},
       {"SHELLSECTION", &C::FirstLength},
       {"SOLIDSECTION", &C::SolidSection},
+      {"SPECIFICGASCONSTANT", &C::Unknown},
       {"SPECIFICHEAT", &C::SpecificHeat},
       {"SPRING", &C::Unknown},
       {"STATIC", &C::Plain},
@@ -491,11 +498,11 @@ void DeckLineConverter::Elastic(DeckDataLine& line)
 {
   const std::string_view type = card_.ValueOf("TYPE");
   // Per line of a set of constants: fields that are moduli; ratios and temperatures stand between or behind them.
-  if (type.empty() || IsOneOf(type, {"ISO", "ISOTROPIC"})) {
+  if (type.empty() || type.starts_with("ISO")) {
     Scale(line, 0, -2);
-  } else if (type == "ORTHO") {
+  } else if (type.starts_with("ORTHO")) {
     for (std::size_t i = 0; i < (dataLines_ % 2 == 0 ? 8u : 1u); ++i) Scale(line, i, -2);
-  } else if (type == "ANISO") {
+  } else if (type.starts_with("ANISO")) {
     for (std::size_t i = 0; i < (dataLines_ % 3 == 2 ? 5u : 8u); ++i) Scale(line, i, -2);
   } else if (type == "ENGINEERINGCONSTANTS") {
     Scale(line, 0, -2);
@@ -546,6 +553,7 @@ void DeckLineConverter::ConcentratedFlux(DeckDataLine& line)
 void DeckLineConverter::DistributedLoad(DeckDataLine& line)
 {
   const std::string label = Compact(line[1]);
+  if (label.ends_with("NP")) Node(line, 2);  // that the pressure is taken from
   if (IsFaceLabel(label, "P")) {
     Scale(line, 2, -2);
   } else if (label == "GRAV") {
@@ -571,8 +579,10 @@ void DeckLineConverter::DistributedFlux(DeckDataLine& line)
 
 void DeckLineConverter::Film(DeckDataLine& line)
 {
-  const std::string label = Compact(line[1]);
-  if (!IsFaceLabel(label, "F")) FailUnknown("film '" + Shown(label) + "' of " + CardName());
+  const std::string label    = Compact(line[1]);
+  const bool        isForced = label.ends_with("FC") && lengthExponent_ == 0;
+  if (!isForced && !IsFaceLabel(label, "F")) FailUnknown("film '" + Shown(label) + "' of " + CardName());
+  if (isForced) Node(line, 2);  // that the temperature of the fluid is taken from
   Scale(line, 3, -1);
 }
 
@@ -595,6 +605,7 @@ void DeckLineConverter::InitialConditions(DeckDataLine& line)
 
 void DeckLineConverter::Equation(DeckDataLine& line)
 {
+  if (card_.Find("REMOVE") != nullptr) return Node(line, 0);  // and degrees of freedom behind it
   if (openNodes_ == 0) {
     if (!ReadDeckInteger(line[0], openNodes_) || openNodes_ < 1) FailWith("expected the number of terms");
     hasPower_ = false;
