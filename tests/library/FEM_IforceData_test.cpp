@@ -836,6 +836,24 @@ TEST(IforceDataSave, SavingAgainReplacesTheValuesOfEachElement)
                                    {"<595 it=1> 1", "[lb 30 10]"}}));
 }
 
+TEST(IforceDataSave, ANodeListThatIsThereAfterAllIsKept)
+{
+  // Another program's database, which makes the block on the way with a list in it.
+  class Prefilled : public FED_ResultDatabase
+  {
+  public:
+    bool HasDataBlock(const FED_DataDescriptor&) const override { return false; }
+  };
+  Prefilled db;
+  Save(MakeOne(), db);
+  FEM_IforceData other;
+  other.InsertComponent(7, 99, kForce, 0, 1.0);
+  other.InsertComponent(8, 98, kForce, 0, 2.0);
+  Save(other, db);
+  EXPECT_EQ(Snapshot(db).at("<595 it=1> 1"), "[lb 30 10]");
+  EXPECT_EQ(Snapshot(db).at("<595 it=1> 2"), "[lb 98]");
+}
+
 TEST(IforceDataSave, ANodesBlockThatIsThereStaysAsItIsEvenWithoutRecords)
 {
   FED_ResultDatabase db;

@@ -8,6 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#ifdef __unix__
+#  include <fcntl.h>
+#  include <sys/stat.h>
+#  include <unistd.h>
+#endif
+
 #include "TempFolder.h"
 
 namespace {
@@ -180,6 +186,76 @@ TEST(FileInput, AMissingFileLeavesTheStreamInTheFailState)
   std::streamoff position = 0;
   EXPECT_FALSE(in.TakeLine(line, position));
 }
+
+TEST(FileInput, ACharacterThatIsPutBackIsReadInPlaceOfTheOneBefore)
+{
+  TempFolder folder;
+  FileInput  in(Write(folder / "text", std::string(kReadAhead, 'a') + "bc"));
+  in.ignore(2);
+  EXPECT_TRUE(in.putback('X'));
+  EXPECT_EQ(in.tellg(), 1);
+  EXPECT_EQ(in.get(), 'X');
+  EXPECT_EQ(in.get(), 'a') << "the one behind is as it was";
+
+  // Across what has been read ahead.
+  in.seekg(kReadAhead);
+  EXPECT_EQ(in.peek(), 'b');
+  EXPECT_TRUE(in.putback('Y'));
+  EXPECT_EQ(in.get(), 'Y');
+  EXPECT_EQ(in.get(), 'b');
+}
+
+TEST(FileInput, NothingCanBePutBackBeforeTheBeginning)
+{
+  TempFolder folder;
+  FileInput  in(Write(folder / "text", "ab"));
+  EXPECT_FALSE(in.putback('X'));
+  EXPECT_TRUE(in.bad());
+}
+
+TEST(FileInput, TellsWhatCanBeReadAtOnceLikeAPlainStream)
+{
+  TempFolder    folder;
+  const auto    path = Write(folder / "text", "three");
+  FileInput     in(path);
+  std::ifstream plain(path, std::ios::binary);
+  std::istream& ours = in;
+  EXPECT_EQ(ours.rdbuf()->in_avail(), plain.rdbuf()->in_avail());
+  EXPECT_EQ(in.get(), 't');
+  EXPECT_EQ(ours.rdbuf()->in_avail(), 4);
+}
+
+#ifdef __unix__
+// A reader that waited for a full buffer would never see these lines: their writer waits too.
+TEST(FileInput, APipeDeliversItsLinesAsTheyComeAndHasNoPositions)
+{
+  TempFolder                  folder;
+  const std::filesystem::path path = folder / "pipe";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  const int writer = open(path.c_str(), O_RDWR);  // so that no open() waits for the other end
+  ASSERT_GE(writer, 0);
+  FileInput   in(path);
+  std::string line;
+  for (const std::string text : {"one", "two"}) {
+    ASSERT_EQ(write(writer, (text + "\n").c_str(), 4), 4);
+    EXPECT_TRUE(std::getline(in, line));
+    EXPECT_EQ(line, text);
+    EXPECT_EQ(in.tellg(), -1);
+    in.clear();
+  }
+  ASSERT_EQ(write(writer, "a\nlast", 6), 6);
+  EXPECT_EQ(in.peek(), 'a');
+  std::streamoff position = -7;
+  EXPECT_FALSE(in.TakeLine(line, position)) << "a line goes with its place";
+  EXPECT_FALSE(in.seekg(0));
+  in.clear();
+  close(writer);
+  EXPECT_TRUE(std::getline(in, line));
+  EXPECT_TRUE(std::getline(in, line));
+  EXPECT_EQ(line, "last");
+  EXPECT_TRUE(in.eof());
+}
+#endif
 
 #ifdef __linux__
 // A file that opens and fails when it is read.
