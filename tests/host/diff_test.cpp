@@ -461,6 +461,23 @@ TEST(DiffOfResults, TwoRunsOfOneDeckAreIdentical)
   EXPECT_EQ(RunQuilon({"diff", kCompare + "base.dat", kCompare + "again.dat", "--exact"}).exitCode, 0);
 }
 
+TEST(DiffOfResults, WorkingDatabasesFoldersAndResultFilesCompareInAnyMix)
+{
+  const TempFolder  folder;
+  const std::string result   = kCompare + "base.frd";
+  const std::string finer    = kCompare + "fine.frd";
+  const std::string database = (folder / "base.fed").string();
+  const std::string text     = (folder / "base.onf").string();
+  for (const std::string& target : {database, text})
+    ASSERT_EQ(RunQuilon({"import", result, "-o", target, "-q"}).exitCode, 0) << target;
+  for (const std::string& first : {result, database, text}) {
+    for (const std::string& second : {result, database, text})
+      EXPECT_EQ(RunQuilon({"diff", first, second, "--exact"}).exitCode, 0) << first << ' ' << second;
+    EXPECT_EQ(RunQuilon({"diff", first, finer}).exitCode, 1) << first;
+    EXPECT_EQ(RunQuilon({"diff", finer, first}).exitCode, 1) << first;
+  }
+}
+
 // The loads are small, so that displacements grow with time: what is 1/2 and 1 after increments of a half is 1/4 and
 // 1/2 after two of a quarter, and two blocks of each kind more follow.
 TEST(DiffOfResults, AFinerIncrementIsDifferentByWhatTheLoadsAreApart)
