@@ -226,8 +226,11 @@ bool ElementForces::TakeCoordinates(int id, const ForceMesh::Element& element, c
       return false;
     }
     for (std::size_t k = 0; k < 3; ++k) {
-      buffers_.coordinates.push_back(step.positions[at][k]);
-      buffers_.tolerance.push_back(mesh_.isRounded ? RoundingOf(mesh_.nodes.At(at)[k]) : 0.0);
+      const double coordinate = mesh_.nodes.At(at)[k];
+      const double position   = step.positions[at][k];
+      buffers_.coordinates.push_back(position);
+      // What rounded coordinates comes with displacements that are rounded likewise.
+      buffers_.tolerance.push_back(mesh_.isRounded ? RoundingOf(coordinate) + RoundingOf(position - coordinate) : 0.0);
     }
   }
   return true;

@@ -37,7 +37,8 @@ struct ForceStep
   std::vector<bool>  hasForces;            ///< by position in the mesh's elements
   /// Where the nodes are in equilibrium, by position in the mesh's nodes: displaced in deformed geometry.
   std::vector<std::array<double, 3>> positions;
-  /// Largest component of a node's sum, and how far a component may be off at most by the rounding of coordinates.
+  /// Largest component of a node's sum, and how far a component may be off at most by the rounding of coordinates and,
+  /// in deformed geometry, of displacements.
   double largestSum = 0.0;
   double errorBound = 0.0;
 };

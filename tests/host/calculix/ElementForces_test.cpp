@@ -295,6 +295,28 @@ TEST_F(ElementForcesTest, OfRoundedCoordinatesTellHowFarTheyMayBeOff)
   EXPECT_LE(step.errorBound, 6e-5);  // corners of a face are bounded one by one, and signs are not known
 }
 
+// Coordinates of 0 are exact; what is off are the displacements of 4 that spread the face.
+TEST_F(ElementForcesTest, OfRoundedDisplacementsTellHowFarTheyMayBeOffToo)
+{
+  ForceMesh mesh;
+  int       id = 0;
+  for (const double x : {0.0, 2.0}) {
+    for (int corner = 0; corner < 4; ++corner) mesh.nodes.At(mesh.nodes.FindOrInsert(++id)) = {x, 0, 0};
+  }
+  AddElement(mesh, 10, "C3D8", 1, {1, 5, 6, 2, 4, 8, 7, 3});
+  for (int node = 1; node <= 8; ++node) {
+    const int corner = (node - 1) % 4;
+    WriteVector(database_, 510, node, {0.0, corner == 1 || corner == 2 ? 4.0 : 0.0, corner >= 2 ? 4.0 : 0.0});
+  }
+  WriteStress(database_, 10, kTension);
+  mesh.isRounded = true;
+  // The sides of the face, 4 by 4, may be off by 5e-6 each, its area by 4 x 2 x 5e-6, a quarter under three by 3e-5.
+  const ForceStep step = Calculate(mesh, true);
+  EXPECT_NEAR(step.largestSum, 12.0, 1e-13);
+  EXPECT_GE(step.errorBound, 3e-5);
+  EXPECT_LE(step.errorBound, 1.2e-4);
+}
+
 TEST(ForceMeshRounding, IsHalfAUnitOfTheSixthDigit)
 {
   EXPECT_EQ(RoundingOf(0.0), 0.0);
