@@ -7,6 +7,7 @@
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "QuilonUtilities/FED_Failure.h"
 
+#include "bundled/FED_BlockCopy.h"
 #include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/FED_RecordFormat.h"
 #include "ResultRecord.h"
@@ -112,4 +113,10 @@ std::size_t QuilonDatabaseUtils::copy_datablocks(const FED_Database& source, FED
     ++copied;
   }
   return copied;
+}
+
+void FED_CopyBlock(const FED_Database& source, FED_Database& target, const FED_DataDescriptor& descriptor)
+{
+  const FED_DataBlock& block = source.GetConstDataBlock(descriptor);
+  CopyBlock(source, target, block, GetIndices(block));
 }

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "bundled/FED_BlockCopy.h"
 #include "bundled/FED_RecordFormat.h"
 #include "bundled/FED_ResultDatabase.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
@@ -77,6 +78,21 @@ TEST_F(CopyDatablocks, TargetWithoutIdsGetsTheOrderOfTheSource)
   copy_datablocks(source, target, {}, SkipEmptyBlocks);
   EXPECT_EQ(target.GetIdMapsPool().GetId(0, 1), 30);
   EXPECT_EQ(target.GetIdMapsPool().GetId(0, 3), 20);
+}
+
+TEST_F(CopyDatablocks, OneBlockIsCopiedAloneWithOrWithoutRecords)
+{
+  for (const int id : {30, 10}) SetScalar(source, kTemperature, id, id + 0.5);
+  SetScalar(source, kUser, 10, 1.0);
+  source.GetOrCreateDataBlock(Key(kStress), 0);
+  target.GetIdMapsPool().FindOrAddIndex(0, 10);
+  FED_CopyBlock(source, target, Key(kTemperature));
+  FED_CopyBlock(source, target, Key(kStress));
+  EXPECT_EQ(target.GetDataDescriptors({}), (std::vector<FED_DataDescriptor>{Key(kTemperature), Key(kStress)}));
+  EXPECT_EQ(GetScalar(target, kTemperature, 30), 30.5);
+  EXPECT_EQ(target.GetConstDataBlock(Key(kTemperature)).GetScalarAt(1), 10.5);
+  EXPECT_EQ(FormatOf(target.GetConstDataBlock(Key(kStress))), "T");
+  EXPECT_THROW(FED_CopyBlock(source, target, Key(kUnknown)), FED_Failure);
 }
 
 TEST_F(CopyDatablocks, IndexAddressedBlocksKeepTheirIndices)

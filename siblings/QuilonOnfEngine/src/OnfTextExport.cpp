@@ -1,0 +1,48 @@
+#include "bundled/OnfTextExport.h"
+
+#include <string>
+
+#include "block_file.h"
+#include "bundled/FED_ColumnDataBlock.h"
+#include "disk.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "text_folder.h"
+
+namespace {
+
+constexpr auto kQuantity = static_cast<FED_DataDescriptor::ResultIndex>(10);
+
+void AddName(const FED_Database& database, int onf, UserKindNames& names)
+{
+  const std::string name = database.GetUserKindName(static_cast<FED_OnfId>(onf));
+  if (!name.empty()) names[onf] = name;
+}
+
+/// Names of the kinds that a block refers to: its own, and that of a history's scalar, which may stand nowhere else.
+void AddNames(const OnfTextExport::Block& block, UserKindNames& names)
+{
+  const int onf = block.descriptor.values[FED_DataDescriptor::OnfId];
+  AddName(*block.database, onf, names);
+  if (onf == FED_OnfId_ScalarHistory && block.descriptor.IsSet(kQuantity))
+    AddName(*block.database, block.descriptor.GetInteger(kQuantity), names);
+}
+
+}  // namespace
+
+void OnfTextExport::Publish(const std::filesystem::path& folder, const std::vector<Block>& blocks,
+                            const std::function<void(std::size_t)>& onBlock)
+{
+  std::vector<NewBlock> newBlocks;
+  UserKindNames         names;
+  for (const Block& block : blocks) {
+    AddNames(block, names);
+    newBlocks.push_back({block.descriptor, [&block, position = newBlocks.size(), &onBlock](TextOutput& out) {
+                           if (onBlock) onBlock(position);
+                           const FED_DataBlock& source = block.database->GetConstDataBlock(block.descriptor);
+                           WriteBlock(dynamic_cast<const FED_ColumnDataBlock&>(source), block.database->GetIdMapsPool(),
+                                      out);
+                         }});
+  }
+  Disk disk;
+  PublishBlocks(folder, newBlocks, names, disk);
+}
