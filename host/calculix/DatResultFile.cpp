@@ -39,6 +39,7 @@ constexpr KnownKey kKnownNodeKeys[] = {
 constexpr char kNoMesh[]      = "points of elements that no mesh holds";
 constexpr char kNoMeshNodes[] = "rows of nodes that no mesh holds (kept)";
 constexpr char kLocal[]       = "rows in local systems (kept, not averaged)";
+constexpr char kLocalNodes[]  = "rows of nodes in local systems (kept apart)";
 constexpr char kImaginary[]   = "imaginary parts";
 constexpr char kFaces[]       = "rows of element faces";
 constexpr char kNoKind[]      = "rows that no user kind is left for";
@@ -259,11 +260,17 @@ void DatResultFile::OnRows(const DatBlock& block, std::span<const DatRow> rows)
   }
   std::size_t numFaces   = 0;
   std::size_t numUnknown = 0;
+  std::size_t numLocal   = 0;
   for (const DatRow& row : rows) {
     switch (block.rows) {
       case DatRows::Node:
         if (!job_.Mesh().IsEmpty() && job_.Mesh().FindNode(row.id) == nullptr) ++numUnknown;
-        WriteRow(row);
+        if (row.localSystem && row.values.size() == 3) {
+          KeepLocalRow(row);
+          ++numLocal;
+        } else {
+          WriteRow(row);
+        }
         break;
       case DatRows::Element:
         if (row.point == 0) {
@@ -284,6 +291,7 @@ void DatResultFile::OnRows(const DatBlock& block, std::span<const DatRow> rows)
   // No mistake in itself: the .frd lists neither the original nodes of expanded shells nor those that rotate a rigid
   // body.
   job_.Record().Skip(kNoMeshNodes, numUnknown);
+  job_.Record().Skip(kLocalNodes, numLocal);
 }
 
 void DatResultFile::WriteRow(const DatRow& row)
@@ -299,6 +307,23 @@ void DatResultFile::WriteRow(const DatRow& row)
   } else {
     view_->SetTensor(row.id, row.values.data());
   }
+}
+
+/// Keeps the vector of a node with axes of its own beside the global ones.
+void DatResultFile::KeepLocalRow(const DatRow& row)
+{
+  if (!OpenLocalView(NodeHundred(row.values.size()), block_.key)) return job_.Record().Skip(kNoKind, 1);
+  localView_->SetVector(row.id, row.values.data());
+}
+
+/// @return false when no user kind is left
+bool DatResultFile::OpenLocalView(UserHundred hundred, const std::string& key)
+{
+  if (localView_) return true;
+  const int onf = job_.Kinds().Find(hundred, key + " in local systems");
+  if (onf == 0) return false;
+  localView_ = std::make_unique<FED_IdDataBlock>(job_.Block(*current_, onf, 0), database_.GetIdMapsPool(), true);
+  return true;
 }
 
 void DatResultFile::WriteTotals(const DatBlock& block, const DatRow& row)
@@ -374,11 +399,7 @@ void DatResultFile::KeepPoints()
 
   const TensorKinds& kinds = kTensorKinds[*quantity_];
   if (element_.localSystem) {
-    if (!localView_) {
-      const int onf = job_.Kinds().Find(UserElementList, std::string(kinds.datKey) + " in local systems");
-      if (onf == 0) return job_.Record().Skip(kNoKind, element_.numPoints);
-      localView_ = std::make_unique<FED_IdDataBlock>(job_.Block(*current_, onf, 0), database_.GetIdMapsPool(), true);
-    }
+    if (!OpenLocalView(UserElementList, kinds.datKey)) return job_.Record().Skip(kNoKind, element_.numPoints);
     FED_IdDataRecord& record = localView_->CreateIdDataRecord();
     record.SetDoubleList(1, element_.values);
     localView_->SetRecord(element_.id, record);

@@ -30,7 +30,8 @@ namespace quilon::calculix {
 /// points. Extrapolated to the element's nodes, as ExtrapolationRule says, they are averaged at the nodes: mean,
 /// variance, count and error are written per result, and once more for every group of elements. An element that several
 /// blocks of a result print counts once. Points of oriented solids are turned into global axes where the job has a
-/// deck; other points in a local system are kept as a user kind and not averaged.
+/// deck; other points in a local system are kept as a user kind and not averaged, and so are vectors of nodes with axes
+/// of their own.
 class DatResultFile : public FEMResultFile, private DatSink
 {
 public:
@@ -79,6 +80,8 @@ private:
   void OpenPointBlock(const DatBlock& block);
 
   void WriteRow(const DatRow& row);
+  void KeepLocalRow(const DatRow& row);
+  bool OpenLocalView(UserHundred hundred, const std::string& key);
   void WriteTotals(const DatBlock& block, const DatRow& row);
   void AddPoint(const DatRow& row);
   void FinishElement();
@@ -112,7 +115,7 @@ private:
   std::size_t                      numRows_ = 0;
   Element                          element_;
   std::unique_ptr<FED_IdDataBlock> meanView_;   // of tensors
-  std::unique_ptr<FED_IdDataBlock> localView_;  // of tensors in local systems, once there are any
+  std::unique_ptr<FED_IdDataBlock> localView_;  // of rows in local systems, once there are any
   std::vector<double>              nodal_;
   std::vector<double>              list_;
 

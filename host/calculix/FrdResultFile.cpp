@@ -33,6 +33,16 @@ const TensorKinds* FindTensor(const FrdDataset& dataset)
   return nullptr;
 }
 
+/// Whether a value is the exact one of a value with six digits.
+bool RoundsTo(double value, double rounded)
+{
+  // Half a unit of the sixth digit is at most 5e-6 of a value; that it went through single precision, and the last of
+  // the seven digits of a .dat, fit into the rest. The smallest numbers of single precision have fewer digits.
+  constexpr double kLargestRounding = 6e-6;
+  constexpr double kSmallest        = 1e-37;
+  return std::abs(value - rounded) <= kLargestRounding * std::abs(rounded) + kSmallest;
+}
+
 Quantity QuantityOf(const TensorKinds& kinds) { return static_cast<Quantity>(&kinds - kTensorKinds); }
 
 }  // namespace
@@ -93,6 +103,7 @@ void FrdResultFile::OnDatasetBegin(const FrdDataset& dataset)
   const int onf = FindKind(key, dataset);
   if (onf == 0) return Skip("data sets that no user kind is left for: " + dataset.name);
 
+  isInDat_          = job_.HasWritten(key, onf);
   view_             = std::make_unique<FED_IdDataBlock>(job_.Block(key, onf, 0), database_.GetIdMapsPool(), true);
   const bool isList = NodeHundred(dataset.components.size()) == UserNodeList;
   record_           = isList ? &view_->CreateIdDataRecord() : nullptr;
@@ -143,6 +154,7 @@ void FrdResultFile::OnRows(const FrdDataset& dataset, std::span<const int> ids, 
   const std::size_t numComponents = dataset.components.size();
   for (std::size_t i = 0; i < ids.size(); ++i) {
     const double* row = &values[i * numComponents];
+    if (isInDat_ && HasMoreDigits(ids[i], row, numComponents)) continue;
     switch (numComponents) {
       case 1:
         view_->SetScalar(ids[i], *row);
@@ -184,6 +196,18 @@ void FrdResultFile::Compare(int id, const double* theirs)
     const double difference = std::abs(ours[k] - theirs[k]);
     if (std::isfinite(difference)) deviation.largest = std::max(deviation.largest, difference);
   }
+}
+
+bool FrdResultFile::HasMoreDigits(int id, const double* rounded, std::size_t numComponents) const
+{
+  constexpr std::size_t kVector = 3;
+  double                values[kVector];
+  if ((numComponents != 1 && numComponents != kVector) || !view_->HasRecord(id)) return false;
+  if (numComponents == 1)
+    view_->GetScalar(id, values[0]);
+  else
+    view_->GetVector(id, values);
+  return std::equal(values, values + numComponents, rounded, RoundsTo);
 }
 
 void FrdResultFile::OnDatasetEnd(const FrdDataset&)

@@ -22,9 +22,10 @@ namespace quilon::calculix {
 
 /// Reads the mesh, the list of results and the data sets of a .frd.
 ///
-/// Data sets that the catalogue knows become blocks of their kind, others user kinds of their name. The solver's own
-/// nodal stress and strain go to 521 and 531, or, in a result that has an average of ours, to 522 and 532; the two are
-/// then compared at every node all of whose elements we have averaged.
+/// Data sets that the catalogue knows become blocks of their kind, others user kinds of their name. A value that the
+/// job's .dat has with more digits stays; one that does not round to the .frd's, as in axes of its own, is replaced.
+/// The solver's own nodal stress and strain go to 521 and 531, or, in a result that has an average of ours, to 522 and
+/// 532; the two are then compared at every node all of whose elements we have averaged.
 class FrdResultFile : public FEMResultFile, private FrdSink
 {
 public:
@@ -75,16 +76,18 @@ private:
   int  FindKind(const StepKey& key, const FrdDataset& dataset);
   void BeginComparison(const StepKey& key, const FrdDataset& dataset);
   void Compare(int id, const double* theirs);
+  bool HasMoreDigits(int id, const double* rounded, std::size_t numComponents) const;
   void Skip(const std::string& reason) { skipReason_ = reason; }
 
   std::filesystem::path            path_;
   ImportJob&                       job_;
   bool                             meshSaved_ = false;
   std::optional<StepKey>           current_;
-  std::set<std::string>            names_;       // data sets of the current result
-  std::string                      skipReason_;  // of the current data set, empty when it is read
-  std::unique_ptr<FED_IdDataBlock> view_;        // of the current data set, null when it is not read
-  FED_IdDataRecord*                record_ = nullptr;
+  std::set<std::string>            names_;            // data sets of the current result
+  std::string                      skipReason_;       // of the current data set, empty when it is read
+  std::unique_ptr<FED_IdDataBlock> view_;             // of the current data set, null when it is not read
+  bool                             isInDat_ = false;  // the block of the current data set has rows of the .dat
+  FED_IdDataRecord*                record_  = nullptr;
   std::vector<double>              list_;
   std::unique_ptr<Comparison>      comparison_;
 };

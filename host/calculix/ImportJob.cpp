@@ -100,6 +100,12 @@ FED_DataBlock& ImportJob::Block(const StepKey& key, int onf, std::size_t expecte
   return database_.GetOrCreateDataBlock(Descriptor(key, onf, group), expectedRecords);
 }
 
+bool ImportJob::HasWritten(const StepKey& key, int onf) const
+{
+  const auto names = written_.find(key);
+  return names != written_.end() && names->second.contains({onf, 0});
+}
+
 void ImportJob::SetScalar(const StepKey& key, int quantity, double value) { scalars_[key][quantity] = value; }
 
 void ImportJob::WriteScalars()

@@ -122,6 +122,9 @@ public:
   /// @return the result's block, noted as written
   FED_DataBlock& Block(const StepKey& key, int onf, std::size_t expectedRecords, int group = 0);
 
+  /// @return whether the result's block was noted as written
+  bool HasWritten(const StepKey& key, int onf) const;
+
   /// @param quantity a ScalarQuantity or a user history
   void SetScalar(const StepKey& key, int quantity, double value);
   /// Writes the scalars of all results before the limit.

@@ -137,7 +137,7 @@ TEST(ResultImport, VelocitiesGoToTheirKind)
   EXPECT_EQ(StepsOf(f.database, 512),
             (std::set<StepKey>{{1, AnalysisTime, 5}, {1, AnalysisTime, 10}, {1, AnalysisTime, 15}}));
   EXPECT_THAT(ValuesOf(f.database, Key({1, AnalysisTime, 5}, 512), 3).at(11),
-              ElementsAre(-3.42035, -5.06147e-1, -2.38859e1));
+              ElementsAre(-3.42035, -5.061467e-1, -2.388587e1));
 }
 
 TEST(ResultImport, TheSolversOwnAverageGivesWayToOurs)
@@ -377,7 +377,7 @@ TEST(ResultImport, EigenvaluesAndFrequenciesGoByModeNumber)
   EXPECT_EQ(f.Scalar(1, AnalysisModes, 502, 6), 0.1238561e12);
   EXPECT_EQ(f.Scalar(1, AnalysisModes, 503, 1), 8258.555645) << "ten digits of the .frd, the .dat has seven";
   EXPECT_FALSE(f.database.HasDataBlock(ScalarKey(1, AnalysisModes, 501)));
-  EXPECT_EQ(ValuesOf(f.database, Key({1, AnalysisModes, 2}, 510), 3).at(11)[1], -4.56610e2);
+  EXPECT_EQ(ValuesOf(f.database, Key({1, AnalysisModes, 2}, 510), 3).at(11)[1], -4.566096e2);
 
   Imported alone({Fixture("f_modal/f_modal.dat")});
   EXPECT_EQ(StepsOf(alone.database, 510), modes);
@@ -499,9 +499,39 @@ TEST(ResultImport, TheDatFillsInNodesAndFieldsThatTheFrdLacks)
   const StepKey step{1, AnalysisTime, 1};
   const auto    displacements = ValuesOf(r.database, Key(step, 510), 3);
   EXPECT_EQ(displacements.at(9001)[2], 1.101682e-4);
-  EXPECT_EQ(displacements.at(9000)[1], 1.48317e-3) << "the .frd's six digits where it has the node";
+  EXPECT_EQ(displacements.at(9000)[1], 1.483168e-3) << "seven digits, where the .frd has six of them";
   EXPECT_EQ(ValuesOf(r.database, Key(step, 511), 3).at(9000)[1], 4.999999) << "forces are in the .dat alone";
   EXPECT_THAT(Lines(r.report.skipped), ElementsAre("2 rows of nodes that no mesh holds (kept)"));
+}
+
+// All zeros in the .frd of some shells, to name one case.
+TEST(ResultImport, AValueOfTheDatThatIsNotThatOfTheFrdGivesWay)
+{
+  TempFolder  folder;
+  std::string dat = ReadText(Fixture("rigid_body/rigid_body.dat"));
+  const auto  at  = dat.find(" 1.483168E-03");
+  ASSERT_NE(at, std::string::npos);
+  WriteText(folder / "a.dat", dat.replace(at, 13, " 1.483188E-03"));
+  std::filesystem::copy(Fixture("rigid_body/rigid_body.frd"), folder / "a.frd");
+  Imported   r({folder / "a.frd", folder / "a.dat"});
+  const auto displacements = ValuesOf(r.database, Key({1, AnalysisTime, 1}, 510), 3);
+  EXPECT_EQ(displacements.at(9000), (std::vector<double>{5.50693e-5, 1.48317e-3, -5.27809e-7}));
+}
+
+// Nodes with *TRANSFORM: the solver marks their rows.
+TEST(ResultImport, VectorsOfNodesInAxesOfTheirOwnAreKeptApart)
+{
+  TempFolder folder;
+  WriteText(folder / "a.dat",
+            "\n displacements (vx,vy,vz) for set NALL and time  0.1000000E+01\n\n"
+            "         7  1.000000E+00  0.000000E+00  0.000000E+00\n"
+            "         8  5.000000E-01  2.000000E+00  0.000000E+00 L\n");
+  Imported      a({folder / "a.dat"});
+  const StepKey step{1, AnalysisTime, 1};
+  EXPECT_EQ(ValuesOf(a.database, Key(step, 510), 3), (std::map<int, std::vector<double>>{{7, {1, 0, 0}}}));
+  EXPECT_EQ(a.database.GetUserKindName(static_cast<FED_OnfId>(1100)), "U in local systems");
+  EXPECT_EQ(ValuesOf(a.database, Key(step, 1100), 3), (std::map<int, std::vector<double>>{{8, {0.5, 2, 0}}}));
+  EXPECT_THAT(Lines(a.report.skipped), ElementsAre("1 rows of nodes in local systems (kept apart)"));
 }
 
 TEST(ResultImport, ElementTypesWithoutExtrapolationAreNamedAndCounted)
