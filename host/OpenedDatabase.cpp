@@ -2,15 +2,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <set>
 #include <string>
 #include <utility>
 
+#include <bundled/FED_BlockCopy.h>
 #include <bundled/FED_ResultDatabase.h>
 #include <bundled/NativePath.h>
 
 #include "Failure.h"
-#include "QuilonDbConnector/QuilonDatabaseUtils.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "ResultImport.h"
 #include "selection/KindRequests.h"
@@ -18,6 +17,7 @@
 #include "terminal/Console.h"
 #include "terminal/Format.h"
 #include "terminal/Interrupt.h"
+#include "WatchedFiles.h"
 
 namespace quilon {
 
@@ -64,7 +64,15 @@ std::unique_ptr<FED_ResultDatabase> ImportFile(const fs::path& path, Console& co
 
 bool IsWorkingDatabase(const fs::path& path) { return fs::is_directory(path) && fs::exists(path / "manifest"); }
 
-bool IsWorkingDatabaseName(const fs::path& path) { return ExtensionOf(path) == ".fed"; }
+bool IsWorkingDatabaseName(const fs::path& path)
+{
+  return ExtensionOf(path.has_filename() ? path : path.parent_path()) == ".fed";  // "NAME.fed/" too
+}
+
+bool IsWorkingDatabaseFolder(const fs::path& path)
+{
+  return IsWorkingDatabase(path) || (IsWorkingDatabaseName(path) && fs::is_directory(path));
+}
 
 bool IsOnfFolder(const fs::path& path) { return fs::is_directory(path) && fs::exists(path / "index"); }
 
@@ -80,16 +88,20 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Console& console, Derivatio
 {
   const std::string name = path.string();
   if (!fs::exists(path)) Fail(name + ": no such file or folder, " + kAccepted);
-  if (IsWorkingDatabase(path) || (fs::is_directory(path) && IsWorkingDatabaseName(path)))
-    database_ = std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly);
-  else if (IsOnfFolder(path))
+  if (IsWorkingDatabaseFolder(path)) {
+    files_ = std::make_unique<WatchedFiles>();
+    FED_ResultDatabaseOptions options;
+    options.files = files_.get();
+    database_     = std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly, options);
+  } else if (IsOnfFolder(path)) {
     database_ = OpenOnf(path);
-  else if (fs::is_directory(path))
+  } else if (fs::is_directory(path)) {
     Fail(name + ": a folder without a file 'manifest' or 'index', " + kAccepted);
-  else if (IsResultFile(path))
+  } else if (IsResultFile(path)) {
     database_ = ImportFile(path, console, derivation);
-  else
+  } else {
     Fail(name + ": not a database, " + kAccepted);
+  }
 }
 
 OpenedDatabase::~OpenedDatabase() = default;
@@ -97,18 +109,16 @@ OpenedDatabase::~OpenedDatabase() = default;
 std::unique_ptr<FED_ResultDatabase> OpenedDatabase::Copy(const std::vector<FED_DataDescriptor>& descriptors) const
 {
   auto copy = std::make_unique<FED_ResultDatabase>();
+  CopyTo(*copy, descriptors);
+  return copy;
+}
+
+void OpenedDatabase::CopyTo(FED_Database& target, const std::vector<FED_DataDescriptor>& descriptors) const
+{
   for (const FED_DataDescriptor& descriptor : descriptors) {
     ThrowIfInterrupted();
-    FED_DataDescriptorPattern pattern;
-    for (int index = 0; index < FED_DataDescriptor::kNumIndices; ++index)
-      pattern.SetEqual(static_cast<FED_DataDescriptor::ResultIndex>(index), descriptor.values[index]);
-    QuilonDatabaseUtils::copy_datablocks(*database_, *copy, pattern, QuilonDatabaseUtils::CopyEmptyBlocks);
+    FED_CopyBlock(*database_, target, descriptor);
   }
-  // Patterns compare values only: a block that differs in the mask alone came along.
-  const std::set<FED_DataDescriptor> wanted(descriptors.begin(), descriptors.end());
-  for (const FED_DataDescriptor& descriptor : copy->GetDataDescriptors(FED_DataDescriptorPattern()))
-    if (!wanted.contains(descriptor)) copy->DeleteDataBlock(descriptor);
-  return copy;
 }
 
 std::vector<FED_DataDescriptor> OpenedDatabase::RequireBlocks(const Selection& selection, const std::string& text) const

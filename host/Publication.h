@@ -30,8 +30,8 @@ public:
     OnfFolder
   };
 
-  /// @throws FED_Failure for a path where neither a database of this form stands nor one can be made, and for a working
-  ///         database that another program writes
+  /// @throws FED_Failure for a path where neither a database of this form stands nor one can be made, for one inside a
+  ///         working database, and for a working database that another program writes
   explicit Publication(const std::filesystem::path& folder, Form form = AnyDatabase);
   Publication(const Publication&)            = delete;
   Publication& operator=(const Publication&) = delete;
@@ -51,10 +51,15 @@ public:
   ///                folder, which has no way to take a block out, are left without records
   std::size_t Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& emptied = {});
 
+  /// Publishes these blocks of a database, likewise. They are not copied in memory.
+  std::size_t PublishBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
+                            const std::vector<FED_DataDescriptor>& emptied = {});
+
 private:
   void        CheckFolder(Form form) const;
-  void        CheckUserKindNames(const FED_Database& database) const;
-  std::size_t PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& emptied) const;
+  void        CheckUserKindName(const FED_Database& database, FED_OnfId onf) const;
+  std::size_t PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
+                         const std::vector<FED_DataDescriptor>& emptied) const;
   std::size_t CommitTarget();
 
   std::filesystem::path               folder_;

@@ -27,7 +27,7 @@ struct Options
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (!IsWorkingDatabase(options.database)) Fail(options.database + ": not a working database (.fed)");
+  if (!IsWorkingDatabaseFolder(options.database)) Fail(options.database + ": not a working database (.fed)");
   const std::uint64_t       before = FolderSize(options.database);
   WatchedFiles              files([&](std::uint64_t bytes) { context.console.Progress("compacting", bytes, before); });
   FED_ResultDatabaseOptions databaseOptions;

@@ -12,12 +12,14 @@
 #include "Failure.h"
 #include "OpenedDatabase.h"
 #include "Publication.h"
+#include "QuilonDbConnector/FED_Database.h"
 #include "selection/KindRequests.h"
 #include "selection/KindTable.h"
 #include "terminal/Format.h"
 #include "terminal/Interrupt.h"
 #include "terminal/JsonText.h"
 #include "terminal/Output.h"
+#include "WatchedFiles.h"
 
 namespace quilon {
 
@@ -48,6 +50,15 @@ struct Changes
   std::vector<FED_DataDescriptor> added;
   std::vector<FED_DataDescriptor> summed;   // contributions have been added to them
   std::vector<FED_DataDescriptor> removed;  // these contributions
+
+  bool IsEmpty() const noexcept { return added.empty() && summed.empty(); }
+
+  std::vector<FED_DataDescriptor> GetWritten() const
+  {
+    std::vector<FED_DataDescriptor> written = added;
+    written.insert(written.end(), summed.begin(), summed.end());
+    return written;
+  }
 };
 
 Changes Compare(const Descriptors& before, const Descriptors& after)
@@ -65,60 +76,84 @@ Changes Compare(const Descriptors& before, const Descriptors& after)
   return changes;
 }
 
-/// Leaves only what a folder that has the rest does not have yet.
-void KeepChanged(FED_ResultDatabase& database, const Changes& changes)
+/// Derives what is requested of all iterations. Blocks without records are not kept.
+Changes Derive(FED_Database& database, KindRequests& requests)
 {
-  Descriptors changed(changes.added.begin(), changes.added.end());
-  changed.insert(changes.summed.begin(), changes.summed.end());
-  for (const FED_DataDescriptor& descriptor : DescriptorsOf(database))
-    if (!changed.contains(descriptor)) database.DeleteDataBlock(descriptor);
-}
-
-void Report(const Options& options, Output& output, const Changes& changes, const KindTable& kinds)
-{
-  std::map<std::string, std::size_t> blocksOfKind;
-  for (const auto* list : {&changes.added, &changes.summed})
-    for (const FED_DataDescriptor& descriptor : *list) ++blocksOfKind[kinds.GetName(descriptor)];
-  const std::string& folder = options.output.empty() ? options.database : options.output;
-  const std::size_t  count  = changes.added.size() + changes.summed.size();
-  if (options.json) {
-    Json report{{"output", folder}, {"blocks", count}, {"kinds", Json::object()}};
-    for (const auto& [kind, blocks] : blocksOfKind) report["kinds"][kind] = blocks;
-    return output.Write(JsonText(report, 2) + '\n');
-  }
-  output.Write(folder + ": " + Counted(count, "block") + " derived\n");
-  for (const auto& [kind, blocks] : blocksOfKind)
-    output.Write("  " + Printable(kind) + ": " + std::to_string(blocks) + '\n');
-}
-
-void Run(const Options& options, CommandContext& context)
-{
-  if (options.output.empty() && !IsOnfFolder(options.database) && !IsWorkingDatabase(options.database))
-    Fail(options.database + ": not a database to add results to, expected a working database, an ONF folder or -o OUT");
-  const bool      inPlace = options.output.empty();
-  Publication     publication(inPlace ? options.database : options.output);
-  OpenedDatabase  database(options.database, context.console, OpenedDatabase::DeriveNothing);
-  const KindTable kinds(database.Get());
-  KindRequests    requests(options.requests, kinds);
-
-  const auto        copy   = database.Copy(database.Get().GetDataDescriptors(FED_DataDescriptorPattern()));
-  const Descriptors before = DescriptorsOf(*copy);
+  const Descriptors before = DescriptorsOf(database);
   std::set<int>     iterations;
   for (const FED_DataDescriptor& descriptor : before)
     iterations.insert(descriptor.GetInteger(FED_DataDescriptor::Iteration));
   for (const int iteration : iterations) {
     ThrowIfInterrupted();
-    DeriveResults(*copy, requests, iteration);
+    DeriveResults(database, requests, iteration);
   }
 
-  const Changes changes = Compare(before, DescriptorsOf(*copy));
-  if (!inPlace) {
-    publication.Publish(*copy);
-  } else if (!changes.added.empty() || !changes.summed.empty()) {
-    KeepChanged(*copy, changes);
-    publication.Publish(*copy, changes.removed);
+  Changes changes = Compare(before, DescriptorsOf(database));
+  std::erase_if(changes.added, [&database](const FED_DataDescriptor& descriptor) {
+    const FED_DataBlock& block = database.GetConstDataBlock(descriptor);
+    if (block.Begin() != block.End()) return false;
+    database.DeleteDataBlock(descriptor);
+    return true;
+  });
+  return changes;
+}
+
+void Report(const Options& options, Output& output, const Changes& changes, const KindTable& kinds)
+{
+  const std::vector<FED_DataDescriptor> written = changes.GetWritten();
+  std::map<std::string, std::size_t>    blocksOfKind;
+  for (const FED_DataDescriptor& descriptor : written) ++blocksOfKind[kinds.GetName(descriptor)];
+  const std::string& folder = options.output.empty() ? options.database : options.output;
+  if (options.json) {
+    Json report{{"output", folder}, {"blocks", written.size()}, {"kinds", Json::object()}};
+    for (const auto& [kind, blocks] : blocksOfKind) report["kinds"][kind] = blocks;
+    return output.Write(JsonText(report, 2) + '\n');
   }
+  output.Write(folder + ": " + Counted(written.size(), "block") + " derived\n");
+  for (const auto& [kind, blocks] : blocksOfKind)
+    output.Write("  " + Printable(kind) + ": " + std::to_string(blocks) + '\n');
+}
+
+/// Results go where their sources are, so that memory stays flat.
+void DeriveInWorkingDatabase(const Options& options, CommandContext& context)
+{
+  WatchedFiles              files;
+  FED_ResultDatabaseOptions databaseOptions;
+  databaseOptions.files = &files;
+  FED_ResultDatabase database(options.database, FED_ResultDatabase::ReadWrite, databaseOptions);
+  const KindTable    kinds(database);
+  KindRequests       requests(options.requests, kinds);
+  const Changes      changes = Derive(database, requests);
+  if (!changes.IsEmpty()) database.Commit();
   Report(options, context.output, changes, kinds);
+}
+
+/// Without an output DB is an ONF folder, which gets only what it does not have yet.
+void DeriveInCopy(const Options& options, CommandContext& context)
+{
+  const bool                            inPlace = options.output.empty();
+  Publication                           publication(inPlace ? options.database : options.output);
+  OpenedDatabase                        source(options.database, context.console, OpenedDatabase::DeriveNothing);
+  const KindTable                       kinds(source.Get());
+  KindRequests                          requests(options.requests, kinds);
+  const std::vector<FED_DataDescriptor> all    = source.Get().GetDataDescriptors(FED_DataDescriptorPattern());
+  FED_Database&                         target = publication.Target();
+  source.CopyTo(target, all);
+  const Changes changes = Derive(target, requests);
+  if (!inPlace)
+    publication.Publish();
+  else if (!changes.IsEmpty())
+    publication.PublishBlocks(target, changes.GetWritten(), changes.removed);
+  Report(options, context.output, changes, kinds);
+}
+
+void Run(const Options& options, CommandContext& context)
+{
+  const bool inPlace = options.output.empty();
+  if (inPlace && IsWorkingDatabaseFolder(options.database)) return DeriveInWorkingDatabase(options, context);
+  if (inPlace && !IsOnfFolder(options.database))
+    Fail(options.database + ": not a database to add results to, expected a working database, an ONF folder or -o OUT");
+  DeriveInCopy(options, context);
 }
 
 }  // namespace

@@ -7,17 +7,19 @@
 #include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
+#include "BlockSummary.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "Failure.h"
 #include "OpenedDatabase.h"
-#include "QuilonDataBlockSize.h"
+#include "QuilonDbConnector/FED_Database.h"
 #include "selection/KindTable.h"
 #include "terminal/Format.h"
 #include "terminal/Interrupt.h"
 #include "terminal/JsonText.h"
 #include "terminal/Output.h"
+#include "WatchedFiles.h"
 
 namespace quilon {
 
@@ -46,7 +48,8 @@ std::vector<PrunedBlock> FindBlocks(const Options& options, const FED_Database& 
   for (const FED_DataDescriptor& descriptor : selection.Apply(database.GetDataDescriptors(FED_DataDescriptorPattern())))
   {
     ThrowIfInterrupted();
-    const std::size_t bytes = QuilonDataBlockSize::DataBlockSizeOf(database.GetConstDataBlock(descriptor));
+    // Asked of the indices: blocks that cannot be read any more can still be taken out.
+    const std::size_t bytes = Summarize(database.GetConstDataBlock(descriptor)).bytes;
     blocks.push_back({descriptor, kinds.GetName(descriptor), bytes});
   }
   if (blocks.empty()) Fail(options.database + ": no block matches '" + options.selection.ToString() + "'");
@@ -81,10 +84,13 @@ void Report(const Options& options, Output& output, const std::vector<PrunedBloc
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (!IsWorkingDatabase(options.database))
+  if (!IsWorkingDatabaseFolder(options.database))
     Fail(options.database + ": not a working database (.fed), expected one to take blocks out of");
-  FED_ResultDatabase             database(options.database,
-                              options.dryRun ? FED_ResultDatabase::ReadOnly : FED_ResultDatabase::ReadWrite);
+  WatchedFiles              files;
+  FED_ResultDatabaseOptions databaseOptions;
+  databaseOptions.files = &files;
+  FED_ResultDatabase database(
+      options.database, options.dryRun ? FED_ResultDatabase::ReadOnly : FED_ResultDatabase::ReadWrite, databaseOptions);
   const std::vector<PrunedBlock> blocks = FindBlocks(options, database);
   if (!options.dryRun) {
     for (const PrunedBlock& block : blocks) database.DeleteDataBlock(block.descriptor);

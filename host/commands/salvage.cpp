@@ -45,6 +45,9 @@ void PrintJson(const Options& options, Output& output, const FED_SalvageReport& 
 void PrintText(const Options& options, Output& output, const FED_SalvageReport& report)
 {
   for (const std::string& loss : report.losses) output.Write(Printable(loss) + '\n');
+  if (!report.hasManifest)
+    output.Write(
+        "without a manifest all whole segments count: what is saved may hold changes that were never committed\n");
   output.Write(options.output + ": " + Counted(report.blocks, "block") + " and " + Counted(report.records, "record") +
                " saved, " +
                (report.losses.empty() ? "nothing lost" : Counted(report.lostRecords, "record") + " known to be lost") +
@@ -79,8 +82,10 @@ CommandFunction DefineSalvage(CLI::App& app)
       ->type_name("NEW");
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
-      "Copies every whole chunk of a damaged database and says what is lost. DB stays as it is. Exit code 0 when\n"
-      "nothing is lost, 1 when something is, 2 when nothing can be saved.\n"
+      "Copies every whole chunk of a damaged database and says what is lost. DB stays as it is. Without a manifest "
+      "all\n"
+      "whole segments count, those of a commit that never happened too. Exit code 0 when nothing is lost, 1 when\n"
+      "something is, 2 when nothing can be saved.\n"
       "\n"
       "Example:\n"
       "  quilon salvage bracket.fed -o saved.fed");

@@ -2,21 +2,21 @@
 #include <cstddef>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include "BlockSummary.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "OpenedDatabase.h"
-#include "QuilonDataBlockSize.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "selection/KindTable.h"
 #include "terminal/Format.h"
+#include "terminal/Interrupt.h"
 #include "terminal/JsonText.h"
 #include "terminal/Output.h"
 
@@ -73,25 +73,24 @@ void Add(std::size_t bytes, Total& total)
   total.bytes += bytes;
 }
 
+/// What QuilonDataBlockSize counts record by record, asked of the columns: a database on disk answers from its indices.
 Sizes Measure(const FED_Database& database, const Selection& selection)
 {
-  const KindTable                       kinds(database);
-  const std::vector<FED_DataDescriptor> selected =
-      selection.Apply(database.GetDataDescriptors(FED_DataDescriptorPattern()));
-  const std::set<FED_DataDescriptor> wanted(selected.begin(), selected.end());
-
-  auto sorted = QuilonDataBlockSize::DataBlocksSortedSizeOf(database);
-  // The library lists the smallest first, and blocks of one size by descriptor: this way round the latter stays.
-  std::stable_sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
-  Sizes sizes;
-  for (const auto& [bytes, descriptor] : sorted) {
-    if (!wanted.contains(descriptor)) continue;
+  const KindTable kinds(database);
+  Sizes           sizes;
+  for (const FED_DataDescriptor& descriptor : selection.Apply(database.GetDataDescriptors(FED_DataDescriptorPattern())))
+  {
+    ThrowIfInterrupted();
+    const std::size_t bytes = Summarize(database.GetConstDataBlock(descriptor)).bytes;
     sizes.blocks.push_back({ToSelectionText(descriptor), kinds.GetName(descriptor), StepOf(descriptor), bytes});
     const SizedBlock& block = sizes.blocks.back();
     Add(bytes, sizes.kinds[block.kind]);
     Add(bytes, sizes.steps[block.step]);
     Add(bytes, sizes.all);
   }
+  // Blocks of one size stay in the order of their descriptors.
+  std::stable_sort(sizes.blocks.begin(), sizes.blocks.end(),
+                   [](const SizedBlock& a, const SizedBlock& b) { return a.bytes > b.bytes; });
   return sizes;
 }
 

@@ -1,8 +1,8 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
-#include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
@@ -10,6 +10,7 @@
 #include "commands/WriteReport.h"
 #include "OpenedDatabase.h"
 #include "Publication.h"
+#include "QuilonDbConnector/FED_Database.h"
 #include "selection/KindTable.h"
 #include "Verification.h"
 
@@ -28,14 +29,12 @@ struct Options
 
 void Run(const Options& options, CommandContext& context)
 {
-  Publication       publication(options.output, Publication::OnfFolder);
-  OpenedDatabase    database(options.database, context.console);
-  const Selection   selection = options.selection.Parse(KindTable(database.Get()));
-  const auto        copy      = database.Copy(database.RequireBlocks(selection, options.selection.ToString()));
-  const std::size_t written   = publication.Publish(*copy);
-  if (options.verify)
-    VerifyWritten(*copy, copy->GetDataDescriptors(FED_DataDescriptorPattern()), options.database, options.output,
-                  context.console);
+  Publication                           publication(options.output, Publication::OnfFolder);
+  OpenedDatabase                        database(options.database, context.console);
+  const Selection                       selection = options.selection.Parse(KindTable(database.Get()));
+  const std::vector<FED_DataDescriptor> blocks    = database.RequireBlocks(selection, options.selection.ToString());
+  const std::size_t                     written   = publication.PublishBlocks(database.Get(), blocks);
+  if (options.verify) VerifyWritten(database.Get(), blocks, options.database, options.output, context.console);
   ReportWritten(context.output, options.json, options.output, written, options.verify);
 }
 

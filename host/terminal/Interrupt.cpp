@@ -34,6 +34,7 @@ void WatchSignals()
   // A parent may have blocked them: a signal that came since is taken now.
   sigprocmask(SIG_UNBLOCK, &watched, nullptr);
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 void ThrowIfInterrupted()

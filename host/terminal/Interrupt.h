@@ -15,8 +15,8 @@ public:
 };
 
 /// From now on the first interrupt or termination signal only leaves a mark, so that work stops where it can stop
-/// cleanly; a second one ends the program at once. A signal that is ignored stays so. A closed pipe no longer kills the
-/// program: writing reports it.
+/// cleanly; a second one ends the program at once. A signal that is ignored stays so. A closed pipe and a limit on the
+/// size of files no longer kill the program: writing reports them.
 void WatchSignals();
 
 /// Called now and then by long work.

@@ -157,8 +157,45 @@ TEST_F(HealthCommands, SalvageNeedsNoManifest)
   fs::remove(fs::path(fed_) / "manifest");
   EXPECT_EQ(RunQuilon({"ls", fed_}).exitCode, 2);
   const RunResult run = RunQuilon({"salvage", fed_, "-o", new_});
-  EXPECT_NE(run.exitCode, 2) << run.err;
+  EXPECT_EQ(run.exitCode, 1) << run.err;
+  EXPECT_EQ(run.out.rfind(fed_ + ": not a database: it has no manifest\n"
+                                 "without a manifest all whole segments count: what is saved may hold changes that "
+                                 "were never committed\n",
+                          0),
+            0U)
+      << run.out;
   EXPECT_EQ(List(new_), whole);
+}
+
+TEST_F(HealthCommands, WhatLacksItsManifestIsNamedHoweverItsPathEnds)
+{
+  fs::remove(fs::path(fed_) / "manifest");
+  const std::string lacks = ": not a database: it has no manifest\n";
+  EXPECT_EQ(RunQuilon({"check", fed_ + '/'}).exitCode, 1);
+  EXPECT_EQ(RunQuilon({"ls", fed_ + '/'}).err, "quilon: error: " + fed_ + lacks);
+  EXPECT_EQ(RunQuilon({"compact", fed_}).err, "quilon: error: " + fed_ + lacks);
+  EXPECT_EQ(RunQuilon({"prune", fed_, "stress"}).err, "quilon: error: " + fed_ + lacks);
+  EXPECT_EQ(RunQuilon({"derive", fed_}).err, "quilon: error: " + fed_ + lacks);
+}
+
+TEST_F(HealthCommands, SalvageWritesNothingIntoTheDamagedDatabase)
+{
+  const std::string inside = fed_ + "/new.fed";
+  const RunResult   run    = RunQuilon({"salvage", fed_, "-o", inside});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: " + inside + ": inside a working database, expected a place outside\n");
+  EXPECT_FALSE(fs::exists(inside));
+}
+
+// Nothing of the block is read: its size stands in the index.
+TEST_F(HealthCommands, ADamagedBlockCanBePruned)
+{
+  DamageDisplacements();
+  const RunResult run = RunQuilon({"prune", fed_, "displacement@lc=1"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_NE(run.out.find(fed_ + ": 1 block pruned, 1512 bytes\n"), std::string::npos) << run.out;
+  EXPECT_EQ(RunQuilon({"compact", fed_}).exitCode, 0);
+  EXPECT_EQ(RunQuilon({"check", fed_}).exitCode, 0);
 }
 
 TEST_F(HealthCommands, SalvageWritesToNothingThatExists)

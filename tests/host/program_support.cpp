@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <pty.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -39,6 +40,10 @@ namespace fs = std::filesystem;
     sigaddset(&interrupt, SIGINT);
     sigprocmask(SIG_BLOCK, &interrupt, nullptr);
     raise(SIGINT);
+  }
+  if (options.fileLimit != 0) {
+    const rlimit limit = {options.fileLimit, options.fileLimit};
+    setrlimit(RLIMIT_FSIZE, &limit);
   }
   std::string        program = "quilon";
   std::vector<char*> argv    = {program.data()};

@@ -3,6 +3,7 @@
 /// @file
 /// The real program as a child, and databases to run it on.
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -27,6 +28,8 @@ struct RunOptions
   bool closedPipe = false;
   /// An interrupt is waiting when the program starts.
   bool interrupted = false;
+  /// No file may become larger than so many bytes, 0 for any size: a disk that is full. Room for messages is needed.
+  std::size_t fileLimit = 0;
 };
 
 /// Runs `quilon` with the arguments and waits for its end. Standard output and error are files.

@@ -130,6 +130,16 @@ TEST_F(Program, FullDiskIsAnError)
   EXPECT_EQ(RunQuilon({"--version"}, {.output = "/dev/full"}).exitCode, 2);
 }
 
+TEST_F(Program, ALimitOnTheSizeOfFilesIsAnErrorToo)
+{
+  const std::string out = (folder_ / "out.onf").string();
+  const RunResult   run = RunQuilon({"to-onf", onf_, out}, {.fileLimit = 250});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err.rfind("quilon: error: " + out + '/', 0), 0U) << run.err;
+  EXPECT_TRUE(run.err.ends_with(": File too large\n")) << run.err;
+  EXPECT_FALSE(std::filesystem::exists(out));
+}
+
 TEST_F(Program, ReaderThatHasGoneIsNoError)
 {
   const RunResult run = RunQuilon({"ls", onf_}, {.closedPipe = true});
@@ -152,6 +162,7 @@ TEST_F(Program, InterruptStopsEveryWalk)
   EXPECT_EQ(RunQuilon({"ls", onf_}, {.interrupted = true}).exitCode, 130);
   EXPECT_EQ(RunQuilon({"show", onf_, "stress"}, {.interrupted = true}).exitCode, 130);
   EXPECT_EQ(RunQuilon({"derive", onf_}, {.interrupted = true}).exitCode, 130);
+  EXPECT_EQ(RunQuilon({"size", onf_}, {.interrupted = true}).exitCode, 130);
 }
 
 TEST(InterruptDeathTest, FirstSignalLeavesAMarkAndTheSecondEndsTheProgram)

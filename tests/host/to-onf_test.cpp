@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -84,6 +85,24 @@ TEST_F(ToOnfCommand, FolderOfOtherFilesIsNotWrittenTo)
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_EQ(run.err, "quilon: error: " + parent +
                          ": a folder with other files, expected an ONF folder or the name of a new one\n");
+}
+
+// A first publication that was killed leaves these and no index.
+TEST_F(ToOnfCommand, WhatAKilledPublicationLeftIsNoObstacle)
+{
+  std::filesystem::create_directory(out_);
+  for (const char* name : {"index.new", "nodal-stress_it0.onf.new"})
+    std::ofstream(std::filesystem::path(out_) / name) << "half";
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, out_}).err, "");
+  EXPECT_EQ(ReadTree(out_), ReadTree(onf_));
+}
+
+// Only kinds that are written need one name.
+TEST_F(ToOnfCommand, UserKindOfAnotherNameMattersWhereItIsWrittenOnly)
+{
+  WriteNamedUserKind(out_, "Crack length");
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, out_, "--select", "stress"}).err, "");
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, out_, "--select", "wear"}).exitCode, 2);
 }
 
 TEST_F(ToOnfCommand, FileIsNotWrittenTo)

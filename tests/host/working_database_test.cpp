@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include <bundled/FED_ResultDatabase.h>
 #include <gtest/gtest.h>
@@ -138,6 +139,51 @@ TEST_F(WorkingDatabase, HasOneWriterAtATime)
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_NE(run.err.find(fed_), std::string::npos) << run.err;
   EXPECT_EQ(RunQuilon({"ls", fed_}).exitCode, 0);
+}
+
+// A killed program leaves its lock, and perhaps a manifest that was never renamed.
+TEST_F(WorkingDatabase, WhatAKilledWriterLeftBeforeItsFirstSegmentIsNoObstacle)
+{
+  fs::create_directory(fed_);
+  for (const char* name : {"lock", "manifest.new"}) std::ofstream(fs::path(fed_) / name) << "";
+  EXPECT_EQ(FromOnf().err, "");
+  EXPECT_EQ(List(fed_), List(onf_));
+  EXPECT_FALSE(fs::exists(fs::path(fed_) / "manifest.new"));
+}
+
+// They may be all that is left of a database, and a writer would remove them.
+TEST_F(WorkingDatabase, SegmentsWithoutAManifestAreLeftAlone)
+{
+  FromOnf();
+  fs::remove(fs::path(fed_) / "manifest");
+  const std::string before = ReadTree(fed_);
+  EXPECT_EQ(FromOnf().err,
+            "quilon: error: " + fed_ +
+                ": segments without a manifest, of a first import that was killed or of a damaged database, expected a "
+                "working database or the name of a new one; 'quilon salvage' saves what is whole of them\n");
+  EXPECT_EQ(ReadTree(fed_), before);
+}
+
+TEST_F(WorkingDatabase, NothingElseIsWrittenIntoIt)
+{
+  FromOnf();
+  const std::string inside = fed_ + "/segment-000009.h5";
+  EXPECT_EQ(RunQuilon({"to-onf", onf_, inside}).err,
+            "quilon: error: " + inside + ": inside a working database, expected a place outside\n");
+  EXPECT_FALSE(fs::exists(inside));
+}
+
+// Probing every index up to the last would take minutes.
+TEST_F(WorkingDatabase, SizesCostNoWalkOverIndicesWithoutRecords)
+{
+  {
+    FED_ResultDatabase database(fed_, FED_ResultDatabase::Create);
+    database.GetOrCreateDataBlock(FED_DataDescriptor(0, FED_OnfId_ScalarHistory), 0).SetScalarAt(2147483647, 1.0);
+    database.Commit();
+  }
+  EXPECT_NE(RunQuilon({"size", fed_}).out.find("\n1 block, 8 bytes\n"), std::string::npos);
+  EXPECT_NE(RunQuilon({"prune", fed_, "500", "--dry-run"}).out.find(": 1 block would be pruned, 8 bytes\n"),
+            std::string::npos);
 }
 
 TEST_F(WorkingDatabase, AFolderWithOtherFilesIsRefused)
