@@ -141,6 +141,43 @@ TEST_F(WorkingDatabase, HasOneWriterAtATime)
   EXPECT_EQ(RunQuilon({"ls", fed_}).exitCode, 0);
 }
 
+// The limits stop a commit in HDF5's part of a segment, behind it, and in a merge of all segments.
+TEST_F(WorkingDatabase, AFullDiskIsAnErrorAndLeavesItAsItWas)
+{
+  const std::string tensors = (folder_ / "tensors.onf").string();
+  WriteDiagonalTensors(tensors);
+  RunQuilon({"from-onf", tensors, "-o", fed_});
+  ASSERT_EQ(RunQuilon({"import", frd_, dat_, "-o", fed_, "--iteration", "1"}).exitCode, 0);
+  const std::string before = ReadTree(fed_);
+
+  using Arguments            = std::vector<std::string>;
+  const Arguments commands[] = {{"import", frd_, dat_, "-o", fed_},
+                                {"from-onf", tensors, "-o", fed_},
+                                {"derive", fed_},
+                                {"prune", fed_, "stress@it=1"},
+                                {"compact", fed_}};
+  for (const std::size_t limit : {1000U, 2500U}) {
+    for (const Arguments& arguments : commands) {
+      const RunResult run = RunQuilon(arguments, {.fileLimit = limit});
+      EXPECT_EQ(run.exitCode, 2) << arguments.front() << ' ' << limit << '\n' << run.out;
+      EXPECT_EQ(run.err.rfind("quilon: error: " + fed_ + "/segment-", 0), 0U) << run.err;
+      EXPECT_TRUE(run.err.ends_with(": cannot write: File too large\n")) << run.err;
+      EXPECT_EQ(ReadTree(fed_), before) << arguments.front() << ' ' << limit;
+    }
+  }
+}
+
+TEST_F(WorkingDatabase, AFullDiskMakesNone)
+{
+  const std::string fed = (folder_ / "new.fed").string();
+  for (const std::size_t limit : {1000U, 20000U, 60000U}) {
+    const RunResult run = RunQuilon({"import", frd_, dat_, "-o", fed}, {.fileLimit = limit});
+    EXPECT_EQ(run.exitCode, 2) << limit;
+    EXPECT_EQ(run.err, "quilon: error: " + fed + "/segment-000001.h5: cannot write: File too large\n");
+    EXPECT_FALSE(fs::exists(fed)) << limit;
+  }
+}
+
 // A killed program leaves its lock, and perhaps a manifest that was never renamed.
 TEST_F(WorkingDatabase, WhatAKilledWriterLeftBeforeItsFirstSegmentIsNoObstacle)
 {
