@@ -72,8 +72,8 @@ struct Options
   int              head      = 10;
   std::string      elements;
   std::string      set;
-  std::string      about = "0,0,0";
-  Vector           point = {};  // of `about`
+  std::string      about;
+  Vector           point = {};  // of `about`, the origin without it
   TableOptions     form;
 
   bool HasPart() const { return !elements.empty() || !set.empty(); }
@@ -128,6 +128,8 @@ void CheckUsage(Options& options)
   if (options.balance && options.HasPart())
     Fail("--balance is of the whole model, expected it without --elements and --set");
   if (!options.elements.empty()) ParseElements(options);
+  if (options.about.empty()) return;
+  if (!options.HasPart()) Fail("--about is of a free body, expected --elements or --set with it");
   options.point = ParsePoint(options.about);
 }
 
@@ -586,8 +588,10 @@ CommandFunction DefineForces(CLI::App& app)
   AddIntegerOption(app, "--head", options->head, "Nodes that --balance lists of each result, 0 for all (default: 10)");
   AddTextOption(app, "--elements", options->elements, "Free body of these elements: 1,5-9")->type_name("IDS");
   AddTextOption(app, "--set", options->set, "Free body of an element set")->type_name("NAME");
-  app.add_option("--about", options->about, "Point that moments of a free body are taken about (default: 0,0,0)")
+  AddTextOption(app, "--about", options->about, "Point that moments of a free body are taken about (default: 0,0,0)")
       ->type_name("X,Y,Z");
+  // Alone they would leave a run that adds to DB and judges nothing.
+  for (const char* option : {"--tol", "--head"}) app.get_option(option)->needs("--balance");
   AddTableOptions(app, options->form);
   app.footer(
       "Integrates the stresses at integration points (582) to forces at the nodes of each element (580).\n"

@@ -286,7 +286,7 @@ TEST_F(ForcesCommand, WithoutForcesInAResultThoseOfAnEarlierRunGo)
 // What is wrong with an option is told before a long read.
 TEST_F(ForcesCommand, OptionsAreJudgedBeforeFilesAreRead)
 {
-  EXPECT_EQ(RunQuilon({"forces", "none.dat", "--balance", "--about", "1,2"}).err,
+  EXPECT_EQ(RunQuilon({"forces", "none.dat", "--set", "A", "--about", "1,2"}).err,
             "quilon: error: --about is '1,2', expected three numbers X,Y,Z\n");
   EXPECT_EQ(RunQuilon({"forces", "none.dat", "--elements", "first"}).err,
             "quilon: error: --elements is 'first', expected ids, ranges of them or all\n");
@@ -329,6 +329,9 @@ TEST_F(ForcesCommand, SaysWhatIsWrongWithItsArguments)
          {{"--set", ""}, "--set: empty, expected a value, see 'quilon forces --help'"},
          {{"--elements", ""}, "--elements: empty, expected a value, see 'quilon forces --help'"},
          {{"-o", ""}, "--output: empty, expected a value, see 'quilon forces --help'"},
+         {{"--about", "1,2,3"}, "--about is of a free body, expected --elements or --set with it"},
+         {{"--tol", "1e-6"}, "--tol requires --balance, see 'quilon forces --help'"},
+         {{"--set", "ETIP", "--head", "3"}, "--head requires --balance, see 'quilon forces --help'"},
          {{"--set", "NOSUCH"}, deck + ": no element set NOSUCH"},
          {{"--elements", "101,7"}, dat + ": no element 7 in the mesh"},
          {{"--elements", "1-9"}, "--elements is '1-9', which names no element of the mesh"},
