@@ -165,8 +165,9 @@ struct DeckLineConverter::Rule
   {
     static constexpr int kNode = 100;
 
-    const char* name  = nullptr;
-    int         power = 0;  ///< of the length, or kNode
+    const char* name       = nullptr;
+    int         power      = 0;               ///< of the length, or kNode
+    std::size_t characters = kLongestNumber;  ///< of the value that the solver reads
   };
 
   const char*              keyword;
@@ -252,7 +253,7 @@ const DeckLineConverter::Rule* DeckLineConverter::Rule::Find(std::string_view ke
       {"NSET", &C::NodeSet},
       {"ORIENTATION", &C::FirstLineLengths},
       {"OUTPUT", &C::Plain},
-      {"PHYSICALCONSTANTS", &C::Plain, {{{"ABSOLUTEZERO", 0}, {"STEFANBOLTZMANN", -1}, {"NEWTONGRAVITY", 4}}}},
+      {"PHYSICALCONSTANTS", &C::Plain, {{{"ABSOLUTEZERO", 0}, {"STEFANBOLTZMANN", -1}, {"NEWTONGRAVITY", 4, 10}}}},
       {"PLASTIC", &C::Plastic},
       {"PRE-TENSIONSECTION", &C::Plain, {{{"NODE", Parameter::kNode}}}},
       {"RESTART", &C::Plain},
@@ -400,7 +401,11 @@ void DeckLineConverter::EditParameters(DeckDataLine& line) const
       if (nodeOffset_ != 0 && ReadDeckInteger(value, node))
         line.Replace(i, std::string(field.substr(0, equals + 1)) + Renumbered(node));
     } else if (lengthExponent_ != 0) {
-      line.Replace(i, std::string(field.substr(0, equals + 1)) + Scaled(value, known->power));
+      const std::string scaled = ScaledParameter(value, known->power);
+      if (scaled.size() > known->characters)
+        FailWith("'" + Shown(value) + "' would become '" + scaled + "', of which the solver reads " +
+                 std::to_string(known->characters) + " characters");
+      line.Replace(i, std::string(field.substr(0, equals + 1)) + scaled);
     }
   }
 }
@@ -685,6 +690,15 @@ std::string DeckLineConverter::Scaled(std::string_view number, int power) const
   if (!ReadDeckNumber(scaled, value))
     FailWith("'" + Shown(number) + "' would become '" + scaled + "', which is no number");
   return scaled;
+}
+
+std::string DeckLineConverter::ScaledParameter(const std::string& number, int power) const
+{
+  const std::string plain = Scaled(number, power);
+  if (number.find_first_of("eEdD+-", 1) != std::string::npos) return plain;
+  // The solver reads fewer characters of some parameters than of data.
+  const std::string scientific = ShiftDecimal(number + "E0", power * lengthExponent_);
+  return scientific.size() < plain.size() ? scientific : plain;
 }
 
 void DeckLineConverter::ScaleFrom(DeckDataLine& line, std::size_t first, int power)

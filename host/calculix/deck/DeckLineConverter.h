@@ -114,6 +114,7 @@ private:
   /// Multiplies by the length to the power given; a field without text stays.
   void        Scale(DeckDataLine& line, std::size_t field, int power);
   std::string Scaled(std::string_view number, int power) const;
+  std::string ScaledParameter(const std::string& number, int power) const;
   void        ScaleFrom(DeckDataLine& line, std::size_t first, int power);
   /// Renumbers a field that holds a node; the name of a set stays.
   void        Node(DeckDataLine& line, std::size_t field);

@@ -168,7 +168,9 @@ TEST(DeckLineConverter, QuantitiesFollowTheirLengths)
       {"*INITIAL CONDITIONS, TYPE=VELOCITY\nN,1,5.\n", "*INITIAL CONDITIONS, TYPE=VELOCITY\nN,1,0.005\n"},
       {"*INITIAL CONDITIONS, TYPE=STRESS\n1,1,1.,2.,3.,0.,0.,0.\n",
        "*INITIAL CONDITIONS, TYPE=STRESS\n1,1,1000000.,2000000.,3000000.,0.,0.,0.\n"},
-      {"*CONTACT PAIR, INTERACTION=I, ADJUST=0.1\nA,B\n", "*CONTACT PAIR, INTERACTION=I, ADJUST=0.0001\nA,B\n"},
+      {"*CONTACT PAIR, INTERACTION=I, ADJUST=0.1\nA,B\n", "*CONTACT PAIR, INTERACTION=I, ADJUST=1.E-4\nA,B\n"},
+      // Of this parameter the solver reads ten characters.
+      {"*PHYSICAL CONSTANTS, NEWTON GRAVITY=66.743\n", "*PHYSICAL CONSTANTS, NEWTON GRAVITY=6.6743E-11\n"},
       {"*TIE, NAME=T, POSITION TOLERANCE = 2.\nA,B\n", "*TIE, NAME=T, POSITION TOLERANCE =0.002\nA,B\n"},
       {"*PHYSICAL CONSTANTS, ABSOLUTE ZERO=0, STEFAN BOLTZMANN=5.67E-11\n",
        "*PHYSICAL CONSTANTS, ABSOLUTE ZERO=0, STEFAN BOLTZMANN=5.67E-8\n"},
@@ -285,6 +287,9 @@ TEST(DeckLineConverter, WhatIsNotKnownIsNamed)
             "cannot convert *SURFACEBEHAVIOR, PRESSURE-OVERCLOSURE=HARD: expected LINEAR, its stiffness is 50 times "
             "Young's modulus");
   EXPECT_EQ(FailureOf(hard, 0, 5), "no failure");
+  EXPECT_EQ(
+      FailureOf("*PHYSICAL CONSTANTS, NEWTON GRAVITY=66.7430\n*PHYSICAL CONSTANTS, NEWTON GRAVITY=66.74301\n", -3, 0),
+      "'66.74301' would become '6.674301E-11', of which the solver reads 10 characters");
   EXPECT_EQ(FailureOf("*NODE\n1,1E307,0,0\n", 3, 0), "'1E307' would become '1.E310', which is no number");
   EXPECT_EQ(FailureOf("*EQUATION\nA\n", 0, 5), "expected the number of terms");
   EXPECT_EQ(FailureOf("*CLOAD\n1,X,2.\n", -3, 0), "expected a degree of freedom, found 'X'");
