@@ -310,7 +310,7 @@ std::string DeckLineConverter::ConvertCard(std::string_view line)
   rule_           = Rule::Find(card_.keyword);
   dataLines_      = 0;
   statesQuantity_ = false;
-  CheckOtherFiles();
+  CheckSource();
   if (card_.keyword == "ELEMENT") {
     const std::string_view name = card_.ValueOf("TYPE");
     const auto*            type = FindDeckElementType(name);
@@ -360,9 +360,10 @@ std::string DeckLineConverter::ConvertData(std::string_view line)
   return fields.Text();
 }
 
-/// Results that a card takes from elsewhere stay in their units and with their node numbers.
-void DeckLineConverter::CheckOtherFiles() const
+/// What a card takes from elsewhere stays in its units and with its node numbers.
+void DeckLineConverter::CheckSource() const
 {
+  if (card_.Find("USER") != nullptr) FailUnknown("what a subroutine gives to " + CardName());
   // A submodel finds its place in the global one by coordinates.
   const bool readsFile = card_.Find("FILE") != nullptr || card_.Find("READ") != nullptr ||
                          (card_.Find("INPUT") != nullptr && lengthExponent_ != 0);

@@ -125,7 +125,7 @@ private:
   /// @return whether the degrees of freedom 1 to 3 of the nodes are rotations
   bool AreRotations(std::string_view nodes) const;
   int  DegreeIn(const DeckDataLine& line, std::size_t field) const;
-  void CheckOtherFiles() const;
+  void CheckSource() const;
   void CheckDefaults() const;
   /// @return whether the section has elements of plane stress or plane strain
   bool HasPlaneElements() const;
