@@ -276,7 +276,7 @@ void SegmentStore::OpenForReading()
 
 void SegmentStore::OpenForWriting()
 {
-  ReadManifest();  // what is no database is left alone
+  DecodeManifest(ReadManifest(), GetManifestPath(folder_));  // what is no database is left alone
   isInManifest_ = true;
   LockFolder();
   manifest_ = DecodeManifest(ReadManifest(), GetManifestPath(folder_));

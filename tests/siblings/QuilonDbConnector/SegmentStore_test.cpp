@@ -187,6 +187,12 @@ TEST(SegmentStore, FoldersThatAreNoDatabaseAreNamed)
   EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "none.fed", kReadWrite, files); }),
             (folder / "none.fed").string() + ": not a database: it has no manifest");
   EXPECT_FALSE(std::filesystem::exists(folder / "none.fed"));
+  std::filesystem::create_directory(folder / "other");
+  WriteBytes(folder / "other" / "manifest", "of a ship");
+  for (const auto access : {kReadOnly, kReadWrite})
+    EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "other", access, files); }),
+              (folder / "other" / "manifest").string() + ": not the manifest of a database, or damaged");
+  EXPECT_EQ(ListFolder(folder / "other"), std::vector<std::string>{"manifest"});
   std::filesystem::create_directory(folder / "full");
   WriteBytes(folder / "full" / "notes.txt", "mine");
   EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "full", kCreate, files); }),
