@@ -102,9 +102,13 @@ H5FD_t* OpenImage(const char*, unsigned flags, hid_t access, haddr_t)
 {
   const auto* const given = static_cast<const ImageAccess*>(H5Pget_driver_info(access));
   if (given == nullptr || (flags & H5F_ACC_CREAT) == 0) return nullptr;
-  auto* const file = new (std::nothrow) ImageFile{};
-  if (file != nullptr) file->image = *given->image;
-  return file;
+  try {
+    auto file   = std::make_unique<ImageFile>();
+    file->image = *given->image;
+    return file.release();
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 herr_t CloseImage(H5FD_t* file)
