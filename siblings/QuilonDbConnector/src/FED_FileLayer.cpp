@@ -48,7 +48,7 @@ FED_FileLayer::~FED_FileLayer() = default;
 
 std::error_code FED_FileLayer::Open(const std::filesystem::path& path, Mode mode, Handle& handle)
 {
-  const int flags = mode == Read ? O_RDONLY : mode == ReadWrite ? O_RDWR : O_RDWR | O_CREAT | O_TRUNC;
+  const int flags = mode == Read ? O_RDONLY : O_RDWR | O_CREAT | O_TRUNC;
   handle          = Retry([&] { return ::open(path.c_str(), flags | O_CLOEXEC, 0666); });
   return handle < 0 ? LastError() : std::error_code();
 }

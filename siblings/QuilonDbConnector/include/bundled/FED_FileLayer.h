@@ -27,9 +27,8 @@ public:
 
   enum Mode : int
   {
-    Read,       ///< a file that is there
-    ReadWrite,  ///< a file that is there, for reading and writing
-    Create      ///< for reading and writing; empty, whether it was there or not
+    Read,   ///< a file that is there
+    Create  ///< for reading and writing; empty, whether it was there or not
   };
 
   FED_FileLayer()                                = default;
