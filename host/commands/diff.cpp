@@ -204,7 +204,7 @@ DatabaseOutcome ComparePair(Participant& first, Participant& second, ComparisonT
   terms.info.maxDiffsPerBlock = options.maxRecords;
   terms.info.maxBlockDiffs    = options.maxBlocks;
   terms.progress              = [&console](std::size_t done, std::size_t total) {
-    console.Progress("comparing blocks", done, total);
+    console.Progress("comparing", done, total, "blocks");
   };
   return CompareDatabases(first.GetCompared(), second.GetCompared(), terms);
 }

@@ -301,7 +301,7 @@ bool CalculateIteration(const Options& options, const DeckModel* deck, const Non
 
   std::uint64_t done = 0;
   for (const FED_DataDescriptor& result : results) {
-    console.Progress("calculating forces", done++, results.size());
+    console.Progress("calculating forces", done++, results.size(), "steps");
     StepReport told;
     told.step = forces.Calculate(result, nonlinearity.IsDeformed(result));
     if (options.balance) {

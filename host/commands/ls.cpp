@@ -115,7 +115,7 @@ void Run(const Options& options, CommandContext& context)
   std::vector<ListedBlock> blocks;
   for (const FED_DataDescriptor& descriptor : descriptors) {
     ThrowIfInterrupted();
-    context.console.Progress("reading blocks", blocks.size(), descriptors.size());
+    context.console.Progress("reading", blocks.size(), descriptors.size(), "blocks");
     const FED_DataBlock& block = database.Get().GetConstDataBlock(descriptor);
     blocks.push_back({descriptor, kinds.GetName(descriptor), Summarize(block)});
   }

@@ -46,10 +46,10 @@ void Console::Log(int type, const std::string& message)
   Line(line);
 }
 
-void Console::Progress(const std::string& phase, std::uint64_t done, std::uint64_t total)
+void Console::Progress(const std::string& phase, std::uint64_t done, std::uint64_t total, const std::string& unit)
 {
   if (!showsProgress_ || verbosity_ < kNotes) return;
-  const std::string line = bar_.Update(phase, done, total);
+  const std::string line = bar_.Update(phase, done, total, unit);
   if (line.empty()) return;
   std::fputs((kErase + Printable(line)).c_str(), stderr);
   progressShown_ = true;

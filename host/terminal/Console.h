@@ -31,7 +31,8 @@ public:
   void Log(int type, const std::string& message);
 
   /// Shows how far long work is, when standard error is a terminal and notes are shown.
-  void Progress(const std::string& phase, std::uint64_t done, std::uint64_t total);
+  /// @param unit what `done` and `total` count; see ProgressBar::Update
+  void Progress(const std::string& phase, std::uint64_t done, std::uint64_t total, const std::string& unit = "B");
 
   static constexpr int kNotes = 3;
 

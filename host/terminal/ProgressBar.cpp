@@ -14,16 +14,20 @@ constexpr double kQuietSeconds    = 1.0;  // work that ends sooner shows nothing
 constexpr double kSecondsPerFrame = 0.1;
 constexpr int    kBarWidth        = 20;
 
-std::string Rate(double perSecond)
+std::string Rate(double perSecond, const std::string& unit)
 {
-  static constexpr const char* kUnits[] = {"B", "kB", "MB", "GB", "TB"};
-  std::size_t                  unit     = 0;
-  while (perSecond >= 999.5 && unit + 1 < std::size(kUnits)) {
-    perSecond /= 1000.0;
-    ++unit;
-  }
   char text[48];
-  std::snprintf(text, sizeof text, "%.3g %s/s", perSecond, kUnits[unit]);
+  if (unit != "B") {
+    std::snprintf(text, sizeof text, perSecond < 999.5 ? "%.3g " : "%.0f ", perSecond);
+    return text + unit + "/s";
+  }
+  static constexpr const char* kPrefixes[] = {"", "k", "M", "G", "T"};
+  std::size_t                  prefix      = 0;
+  while (perSecond >= 999.5 && prefix + 1 < std::size(kPrefixes)) {
+    perSecond /= 1000.0;
+    ++prefix;
+  }
+  std::snprintf(text, sizeof text, "%.3g %sB/s", perSecond, kPrefixes[prefix]);
   return text;
 }
 
@@ -43,7 +47,8 @@ std::string Remaining(double seconds)
 
 ProgressBar::ProgressBar(std::function<double()> clock) : clock_(std::move(clock)) {}
 
-std::string ProgressBar::Update(const std::string& phase, std::uint64_t done, std::uint64_t total)
+std::string ProgressBar::Update(const std::string& phase, std::uint64_t done, std::uint64_t total,
+                                const std::string& unit)
 {
   const double now = clock_();
   if (workStart_ < 0.0) workStart_ = now;
@@ -65,7 +70,7 @@ std::string ProgressBar::Update(const std::string& phase, std::uint64_t done, st
     std::snprintf(percent, sizeof percent, "%3d %%", static_cast<int>(part * 100.0));
     line += " [" + std::string(filled, '#') + std::string(kBarWidth - filled, ' ') + "] " + percent;
   }
-  if (rate > 0.0) line += ' ' + Rate(rate);
+  if (rate > 0.0) line += ' ' + Rate(rate, unit);
   if (rate > 0.0 && total > done) line += ' ' + Remaining(static_cast<double>(total - done) / rate);
   return line;
 }

@@ -17,11 +17,11 @@ public:
   explicit ProgressBar(std::function<double()> clock);
 
   /// @param phase what is being done; a new phase starts its own rate
-  /// @param done  in bytes
-  /// @param total in bytes; 0 when nobody knows
+  /// @param total of the same unit as `done`; 0 when nobody knows
+  /// @param unit  what is counted; of bytes, which "B" stands for, the rate is in kB, MB and so on
   /// @return the line to show, such as "reading job.dat [########            ]  40 % 12.3 MB/s 0:14 left"; empty when
   ///         there is nothing new to show
-  std::string Update(const std::string& phase, std::uint64_t done, std::uint64_t total);
+  std::string Update(const std::string& phase, std::uint64_t done, std::uint64_t total, const std::string& unit = "B");
 
 private:
   std::function<double()> clock_;

@@ -62,6 +62,17 @@ TEST(ProgressBar, UnknownTotalShowsTheRateAlone)
   EXPECT_EQ(bench.bar.Update("deriving", 3000, 0), "deriving 1.5 kB/s");
 }
 
+TEST(ProgressBar, RateOfOtherThingsThanBytesNamesThem)
+{
+  Bench bench;
+  bench.bar.Update("comparing", 0, 8, "blocks");
+  bench.now += 2.0;
+  EXPECT_EQ(bench.bar.Update("comparing", 3, 8, "blocks"),
+            "comparing [#######             ]  37 % 1.5 blocks/s 0:03 left");
+  bench.now += 2.0;
+  EXPECT_EQ(bench.bar.Update("comparing", 48000, 0, "blocks"), "comparing 12000 blocks/s");
+}
+
 TEST(ProgressBar, LongRemainingTimeHasHours)
 {
   Bench bench;
