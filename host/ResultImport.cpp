@@ -13,7 +13,7 @@
 #include <QuilonUtilities/FED_LogMacros.h>
 
 #include "calculix/DatResultFile.h"
-#include "calculix/DeckConverter.h"
+#include "calculix/DeckImporter.h"
 #include "calculix/FrdResultFile.h"
 #include "calculix/ImportJob.h"
 #include "Derivation.h"
@@ -24,7 +24,7 @@ namespace quilon {
 namespace {
 
 using calculix::DatResultFile;
-using calculix::DeckConverter;
+using calculix::DeckImporter;
 using calculix::ElementGroups;
 using calculix::FrdResultFile;
 using calculix::ImportContext;
@@ -107,11 +107,11 @@ ImportFiles GroupByStem(const std::vector<std::filesystem::path>& files)
 /// Reads the deck, makes sets of the groups and writes what the deck says beside its mesh.
 void ReadDeck(const std::filesystem::path& path, FED_Database& target, const ImportOptions& options, ImportedDeck& deck)
 {
-  DeckConverter converter(path, options.deck, deck, target, options.iteration);
-  converter.ReadModel();
-  converter.CheckModel();
-  if (!options.groups.empty()) converter.CreateFEMSets(OnfGroupsFile(WidePath(options.groups)));
-  converter.ConvertModel();
+  DeckImporter importer(path, options.deck, deck, target, options.iteration);
+  importer.ReadModel();
+  importer.CheckModel();
+  if (!options.groups.empty()) importer.CreateFEMSets(OnfGroupsFile(WidePath(options.groups)));
+  importer.ConvertModel();
 }
 
 /// Reads the files of one job one after the other.

@@ -9,7 +9,7 @@
 
 #include <QuilonDbConnector/FED_Database.h>
 
-#include "calculix/DeckConverter.h"
+#include "calculix/DeckImporter.h"
 #include "calculix/Extrapolation.h"
 #include "calculix/LocalSystem.h"
 #include "Derivation.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "calculix/deck/DeckText.h"
-#include "calculix/DeckConverter.h"
+#include "calculix/DeckImporter.h"
 #include "Failure.h"
 
 namespace quilon::calculix {

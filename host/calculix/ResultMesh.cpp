@@ -7,7 +7,7 @@
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
-#include "calculix/DeckConverter.h"
+#include "calculix/DeckImporter.h"
 #include "calculix/FrdReader.h"
 #include "Failure.h"
 #include "FEM_ResultUtil.h"

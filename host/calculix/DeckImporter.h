@@ -34,12 +34,12 @@ struct ImportedDeck
 /// Writes what a deck says beside its mesh: sets (600, 601), materials (602), sections of elements (603) and
 /// orientations (604), with the iteration and the ONF id alone. Their numbers are their places in the deck from 1;
 /// groups of a groups file come behind the deck's sets.
-class DeckConverter : public DeckModelReader
+class DeckImporter : public DeckModelReader
 {
 public:
   /// @param deck, database borrowed; the deck receives what was read in ConvertModel()
-  DeckConverter(const std::filesystem::path& path, const DeckOptions& options, ImportedDeck& deck,
-                FED_Database& database, int iteration);
+  DeckImporter(const std::filesystem::path& path, const DeckOptions& options, ImportedDeck& deck,
+               FED_Database& database, int iteration);
 
   void ConvertModel() override;
   /// Makes a set of every group; to be called between CheckModel() and ConvertModel(). Of a range it takes the ids that

@@ -1,4 +1,4 @@
-#include "calculix/DeckConverter.h"
+#include "calculix/DeckImporter.h"
 
 #include <algorithm>
 #include <limits>
@@ -121,12 +121,12 @@ ElementSection ImportedDeck::SectionOf(int element) const noexcept
   return position == IdRadixMap<ElementSection>::npos ? ElementSection() : sections.At(position);
 }
 
-DeckConverter::DeckConverter(const std::filesystem::path& path, const DeckOptions& options, ImportedDeck& deck,
-                             FED_Database& database, int iteration)
+DeckImporter::DeckImporter(const std::filesystem::path& path, const DeckOptions& options, ImportedDeck& deck,
+                           FED_Database& database, int iteration)
     : DeckModelReader(path, options, deck.model, nullptr), deck_(deck), database_(database), iteration_(iteration)
 {}
 
-void DeckConverter::CreateFEMSets(const OnfGroupsFile& groups)
+void DeckImporter::CreateFEMSets(const OnfGroupsFile& groups)
 {
   for (const OnfGroupsFile::Group& group : groups.GetGroups()) {
     if (group.kind == OnfGroupsFile::Nodes) {
@@ -137,7 +137,7 @@ void DeckConverter::CreateFEMSets(const OnfGroupsFile& groups)
   }
 }
 
-void DeckConverter::ConvertModel()
+void DeckImporter::ConvertModel()
 {
   DeckModelReader::ConvertModel();
   FindSections();
@@ -148,7 +148,7 @@ void DeckConverter::ConvertModel()
   SaveOrientations();
 }
 
-void DeckConverter::FindSections()
+void DeckImporter::FindSections()
 {
   const DeckModel& model        = deck_.model;
   const auto       sets         = NumbersOf(model.elementSets);
@@ -170,7 +170,7 @@ void DeckConverter::FindSections()
   }
 }
 
-void DeckConverter::SaveSets(int onf, const std::vector<DeckSet>& sets)
+void DeckImporter::SaveSets(int onf, const std::vector<DeckSet>& sets)
 {
   if (sets.empty()) return;
   RecordWriter writer(database_, iteration_, onf, sets.size());
@@ -182,7 +182,7 @@ void DeckConverter::SaveSets(int onf, const std::vector<DeckSet>& sets)
   }
 }
 
-void DeckConverter::SaveMaterials()
+void DeckImporter::SaveMaterials()
 {
   const std::vector<DeckMaterial>& materials = deck_.model.materials;
   if (materials.empty()) return;
@@ -199,7 +199,7 @@ void DeckConverter::SaveMaterials()
   }
 }
 
-void DeckConverter::SaveSections()
+void DeckImporter::SaveSections()
 {
   if (deck_.sections.Entries().empty()) return;
   RecordWriter writer(database_, iteration_, kSection, deck_.sections.Entries().size());
@@ -211,7 +211,7 @@ void DeckConverter::SaveSections()
   }
 }
 
-void DeckConverter::SaveOrientations()
+void DeckImporter::SaveOrientations()
 {
   const std::vector<DeckOrientation>& orientations = deck_.model.orientations;
   if (orientations.empty()) return;
