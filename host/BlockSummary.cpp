@@ -82,4 +82,6 @@ BlockSummary Summarize(const FED_DataBlock& block)
   return summary;
 }
 
+bool HasRecords(const FED_DataBlock& block) { return block.Begin() != block.End(); }
+
 }  // namespace quilon

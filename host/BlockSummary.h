@@ -23,4 +23,7 @@ struct BlockSummary
 /// floating-point values that are numbers, or over all integers where the format has no floating-point fields.
 BlockSummary Summarize(const FED_DataBlock& block);
 
+/// @return whether the block has a record
+bool HasRecords(const FED_DataBlock& block);
+
 }  // namespace quilon

@@ -89,10 +89,8 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Console& console, Derivatio
   const std::string name = path.string();
   if (!fs::exists(path)) Fail(name + ": no such file or folder, " + kAccepted);
   if (IsWorkingDatabaseFolder(path)) {
-    files_ = std::make_unique<WatchedFiles>();
-    FED_ResultDatabaseOptions options;
-    options.files = files_.get();
-    database_     = std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly, options);
+    files_    = std::make_unique<WatchedFiles>();
+    database_ = std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly, files_->GetOptions());
   } else if (IsOnfFolder(path)) {
     database_ = OpenOnf(path);
   } else if (fs::is_directory(path)) {

@@ -49,4 +49,11 @@ void OutputFile::Check() const
   if (!out_) Fail(path_.string() + ": expected a file that can be written");
 }
 
+void WriteFile(const std::filesystem::path& path, std::string_view text)
+{
+  OutputFile file(path);
+  file.Write(text);
+  file.Publish();
+}
+
 }  // namespace quilon

@@ -40,4 +40,8 @@ private:
   std::ofstream         out_;
 };
 
+/// Writes the whole text of a file.
+/// @throws FED_Failure "PATH: ..."; the file is then as it was
+void WriteFile(const std::filesystem::path& path, std::string_view text);
+
 }  // namespace quilon

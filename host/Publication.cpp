@@ -9,6 +9,7 @@
 #include <bundled/NativePath.h>
 #include <bundled/OnfTextExport.h>
 
+#include "BlockSummary.h"
 #include "Failure.h"
 #include "FreshDatabase.h"
 #include "OpenedDatabase.h"
@@ -25,8 +26,6 @@ namespace {
 namespace fs = std::filesystem;
 
 const char* NameOf(bool isOnf) { return isOnf ? "an ONF folder" : "a working database"; }
-
-bool HasRecords(const FED_DataBlock& block) { return block.Begin() != block.End(); }
 
 template <typename IsMeant>
 bool HasOnly(const fs::path& folder, const IsMeant& isMeant)
@@ -57,11 +56,9 @@ Publication::Publication(const fs::path& folder, Form form)
     CopyUserKindNames(*OpenOnf(folder_), *names_);
     CopyUserKindNames(*names_, *database_);
   } else {
-    files_ = std::make_unique<WatchedFiles>();
-    FED_ResultDatabaseOptions options;
-    options.files = files_.get();
-    database_     = std::make_unique<FED_ResultDatabase>(
-        folder_, isThere ? FED_ResultDatabase::ReadWrite : FED_ResultDatabase::Create, options);
+    files_    = std::make_unique<WatchedFiles>();
+    database_ = std::make_unique<FED_ResultDatabase>(
+        folder_, isThere ? FED_ResultDatabase::ReadWrite : FED_ResultDatabase::Create, files_->GetOptions());
     CopyUserKindNames(*database_, *names_);
     fresh_ = std::make_unique<FreshDatabase>(*database_);
   }

@@ -10,6 +10,13 @@ WatchedFiles::WatchedFiles(Progress progress) : progress_(std::move(progress)) {
 
 WatchedFiles::~WatchedFiles() = default;
 
+FED_ResultDatabaseOptions WatchedFiles::GetOptions() noexcept
+{
+  FED_ResultDatabaseOptions options;
+  options.files = this;
+  return options;
+}
+
 std::error_code WatchedFiles::ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,
                                      std::size_t& done)
 {

@@ -8,6 +8,7 @@
 #include <functional>
 
 #include <bundled/FED_FileLayer.h>
+#include <bundled/FED_ResultDatabase.h>
 
 namespace quilon {
 
@@ -20,6 +21,9 @@ public:
   /// @param progress called with the bytes read so far; may be empty
   explicit WatchedFiles(Progress progress = {});
   ~WatchedFiles() override;
+
+  /// @return options of a database whose files these are; they outlive it
+  FED_ResultDatabaseOptions GetOptions() noexcept;
 
   /// @throws Interrupted
   std::error_code ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,

@@ -25,14 +25,6 @@ constexpr int kOrientation = 604;
 
 constexpr double kNotStated = std::numeric_limits<double>::quiet_NaN();
 
-/// @return the item's place from 1, 0 when no item has the name
-template <typename Item>
-int NumberOf(const std::vector<Item>& items, std::string_view name)
-{
-  const auto found = std::find_if(items.begin(), items.end(), [name](const Item& item) { return item.name == name; });
-  return found == items.end() ? 0 : static_cast<int>(found - items.begin()) + 1;
-}
-
 /// @return the places of items from 1 by their names; of items of one name that of the first
 template <typename Item>
 std::unordered_map<std::string_view, int> NumbersOf(const std::vector<Item>& items)
@@ -105,10 +97,11 @@ DeckSet MakeSet(const OnfGroupsFile::Group& group, const IdRadixMap<Value>& know
 void AddSet(std::vector<DeckSet>& sets, DeckSet set, const std::vector<DeckFile>& files,
             const OnfGroupsFile::Group& group)
 {
-  const int known = NumberOf(sets, set.name);
-  if (known != 0) {
+  const auto known =
+      std::find_if(sets.begin(), sets.end(), [&set](const DeckSet& one) { return one.name == set.name; });
+  if (known != sets.end()) {
     Fail(group.place + ": expected a new name, the deck has a set \"" + set.name + "\" at " +
-         DescribeDeckPlace(files, sets[static_cast<std::size_t>(known) - 1].place));
+         DescribeDeckPlace(files, known->place));
   }
   sets.push_back(std::move(set));
 }

@@ -58,8 +58,7 @@ public:
   /// Without a .frd the mesh is the deck's.
   /// @param deck its element types are borrowed for good: they are a constant table
   /// @throws FED_Failure for a solid that the .frd has with another type or other nodes, and without a .frd for one
-  /// with
-  ///         a node that the deck has not
+  ///         with a node that the deck has not
   void AddDeck(const ImportedDeck& deck);
 
   /// Writes coordinates (516), node lists (595) and types (596) and forgets the coordinates. The descriptors have the

@@ -9,36 +9,36 @@ namespace quilon {
 
 namespace {
 
-/// @return what is wrong with the text
-std::string CheckInteger(const std::string& text)
+/// @return a check that says what is wrong with the text of a number
+template <typename Integer>
+auto CheckOf(const char* expected)
 {
-  int        number  = 0;
-  const auto taken   = std::from_chars(text.data(), text.data() + text.size(), number);
-  const bool isWhole = taken.ec == std::errc() && taken.ptr == text.data() + text.size();
-  return isWhole ? std::string() : "'" + text + "', expected an integer of 32 bits";
+  return [expected](const std::string& text) {
+    Integer    number  = 0;
+    const auto taken   = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = taken.ec == std::errc() && taken.ptr == text.data() + text.size();
+    return isWhole ? std::string() : "'" + text + "', expected " + expected;
+  };
 }
+
+constexpr char kInteger[] = "an integer of 32 bits";
 
 }  // namespace
 
 void AddIntegerOption(CLI::App& app, const std::string& name, int& target, const std::string& description)
 {
-  app.add_option(name, target, description)->type_name("N")->check(CheckInteger);
+  app.add_option(name, target, description)->type_name("N")->check(CheckOf<int>(kInteger));
 }
 
 void AddIntegerOption(CLI::App& app, const std::string& name, std::optional<int>& target,
                       const std::string& description)
 {
-  app.add_option(name, target, description)->type_name("N")->check(CheckInteger);
+  app.add_option(name, target, description)->type_name("N")->check(CheckOf<int>(kInteger));
 }
 
 void AddCountOption(CLI::App& app, const std::string& name, std::size_t& target, const std::string& description)
 {
-  app.add_option(name, target, description)->type_name("N")->check([](const std::string& text) {
-    std::size_t number  = 0;
-    const auto  taken   = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool  isWhole = taken.ec == std::errc() && taken.ptr == text.data() + text.size();
-    return isWhole ? std::string() : "'" + text + "', expected a count, 0 or more";
-  });
+  app.add_option(name, target, description)->type_name("N")->check(CheckOf<std::size_t>("a count, 0 or more"));
 }
 
 void AddMagnitudeOption(CLI::App& app, const std::string& name, double& target, const std::string& description)

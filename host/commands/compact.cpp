@@ -28,11 +28,9 @@ struct Options
 void Run(const Options& options, CommandContext& context)
 {
   if (!IsWorkingDatabaseFolder(options.database)) Fail(options.database + ": not a working database (.fed)");
-  const std::uint64_t       before = FolderSize(options.database);
-  WatchedFiles              files([&](std::uint64_t bytes) { context.console.Progress("compacting", bytes, before); });
-  FED_ResultDatabaseOptions databaseOptions;
-  databaseOptions.files = &files;
-  FED_ResultDatabase(options.database, FED_ResultDatabase::ReadWrite, databaseOptions).Compact();
+  const std::uint64_t before = FolderSize(options.database);
+  WatchedFiles        files([&](std::uint64_t bytes) { context.console.Progress("compacting", bytes, before); });
+  FED_ResultDatabase(options.database, FED_ResultDatabase::ReadWrite, files.GetOptions()).Compact();
   const std::uint64_t after = FolderSize(options.database);
   if (options.json)
     context.output.Write(

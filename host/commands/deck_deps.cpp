@@ -65,9 +65,7 @@ void Run(const Options& options, CommandContext& context)
       options.json ? JsonText(Json{{"target", target}, {"files", paths}}, 2) + '\n' : RuleText(target, paths);
   if (options.output.empty()) return context.output.Write(text);
   CheckNoSource(options.output, files);
-  OutputFile file(options.output);
-  file.Write(text);
-  file.Publish();
+  WriteFile(options.output, text);
 }
 
 }  // namespace

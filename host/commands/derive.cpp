@@ -7,6 +7,7 @@
 #include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
+#include "BlockSummary.h"
 #include "commands/Command.h"
 #include "Derivation.h"
 #include "Failure.h"
@@ -90,8 +91,7 @@ Changes Derive(FED_Database& database, KindRequests& requests)
 
   Changes changes = Compare(before, DescriptorsOf(database));
   std::erase_if(changes.added, [&database](const FED_DataDescriptor& descriptor) {
-    const FED_DataBlock& block = database.GetConstDataBlock(descriptor);
-    if (block.Begin() != block.End()) return false;
+    if (HasRecords(database.GetConstDataBlock(descriptor))) return false;
     database.DeleteDataBlock(descriptor);
     return true;
   });
@@ -117,10 +117,8 @@ void Report(const Options& options, Output& output, const Changes& changes, cons
 /// Results go where their sources are, so that memory stays flat.
 void DeriveInWorkingDatabase(const Options& options, CommandContext& context)
 {
-  WatchedFiles              files;
-  FED_ResultDatabaseOptions databaseOptions;
-  databaseOptions.files = &files;
-  FED_ResultDatabase database(options.database, FED_ResultDatabase::ReadWrite, databaseOptions);
+  WatchedFiles       files;
+  FED_ResultDatabase database(options.database, FED_ResultDatabase::ReadWrite, files.GetOptions());
   const KindTable    kinds(database);
   KindRequests       requests(options.requests, kinds);
   const Changes      changes = Derive(database, requests);

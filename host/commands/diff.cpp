@@ -209,13 +209,6 @@ DatabaseOutcome ComparePair(Participant& first, Participant& second, ComparisonT
   return CompareDatabases(first.GetCompared(), second.GetCompared(), terms);
 }
 
-void WriteFile(const std::string& path, const std::string& text)
-{
-  OutputFile file(path);
-  file.Write(text);
-  file.Publish();
-}
-
 void RunComparison(const Options& options, CommandContext& context)
 {
   const Request      request      = ReadRequest(options);

@@ -86,11 +86,9 @@ void Run(const Options& options, CommandContext& context)
 {
   if (!IsWorkingDatabaseFolder(options.database))
     Fail(options.database + ": not a working database (.fed), expected one to take blocks out of");
-  WatchedFiles              files;
-  FED_ResultDatabaseOptions databaseOptions;
-  databaseOptions.files = &files;
-  FED_ResultDatabase database(
-      options.database, options.dryRun ? FED_ResultDatabase::ReadOnly : FED_ResultDatabase::ReadWrite, databaseOptions);
+  const auto                     access = options.dryRun ? FED_ResultDatabase::ReadOnly : FED_ResultDatabase::ReadWrite;
+  WatchedFiles                   files;
+  FED_ResultDatabase             database(options.database, access, files.GetOptions());
   const std::vector<PrunedBlock> blocks = FindBlocks(options, database);
   if (!options.dryRun) {
     for (const PrunedBlock& block : blocks) database.DeleteDataBlock(block.descriptor);

@@ -7,6 +7,7 @@
 #include <tuple>
 #include <utility>
 
+#include "BlockSummary.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "selection/KindTable.h"
 
@@ -53,8 +54,6 @@ BlockKey MakeKey(const FED_Database& database, const FED_DataDescriptor& descrip
   if (GetQuantity(descriptor) != 0) replace(kQuantity, key.quantityName);
   return key;
 }
-
-bool HasRecords(const FED_DataBlock& block) { return block.Begin() != block.End(); }
 
 int KindOf(const FED_DataDescriptor& descriptor)
 {
