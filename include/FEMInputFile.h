@@ -84,7 +84,8 @@ protected:
   /// Makes the next line current. The last line of a file is delivered with `file_ended`; an empty line behind the last
   /// line feed is none. When an included file has ended, the next call delivers the line behind the include statement.
   /// After the last line of the main file one more call delivers an empty line, and end_of_file() is true.
-  /// @throws FED_Failure when the system fails to read (an included file or the deck is then only partly read)
+  /// @throws FED_Failure when the system fails to read: such a stream would never end. An included file or the deck is
+  ///         then only partly read
   file_status ReadLine();
 
   /// ReadLine(), then copies the current line.
@@ -100,9 +101,9 @@ protected:
   /// converter may name the echo file in the statement first) and an echo file is opened; an echo file that cannot be
   /// opened is no failure, its stream is in the fail state.
   /// @param path of the file as the process finds it; relative paths are not looked up in GetPath()
-  /// @throws FED_Failure "The file \"%s\" (FEMInputFile) was not found." (of the path only the first character shows);
-  ///         the including file stays on the stacks, and ReadLine() delivers the line read ahead and then empty lines
-  ///         without end
+  /// @throws FED_Failure "The file \"%s\" (FEMInputFile) was not found." (of the path only the first character shows),
+  ///         for a folder too, which some systems open like a file; the including file stays on the stacks, and
+  ///         ReadLine() delivers the line read ahead and then empty lines without end
   void Include(const std::wstring& path);
 
   std::wstring               spare_;           ///< for derived converters

@@ -85,9 +85,9 @@ public:
   /// @param desc      copied; the mode says what becomes of its layer index
   /// @param blockFlag handed to the id view of every block
   /// @param written   null, or receives the descriptor of every block before it is written
-  /// @throws FED_Failure for an operation that is none of the three; nothing is then written. What the database throws
-  ///         passes through: records written so far stay, their descriptors stay in `written`, and so does the one at
-  ///         work
+  /// @throws FED_Failure for an operation that is none of the three, also where there is nothing to save; nothing is
+  ///         then written. What the database throws passes through: records written so far stay, their descriptors
+  ///         stay in `written`, and so does the one at work
   void SaveField(FED_Database& db, const FED_DataDescriptor& desc, FEM_AvgFieldDefs::LayerMode mode,
                  FEM_AvgFieldDefs::Operation op, bool blockFlag, std::set<FED_DataDescriptor>* written) const;
 

@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kTag = "|%P|QuilonDbDataTools|FED_YaleMatrixText";
 
-constexpr std::size_t kNumCounts = 3;  // entries before the values
+constexpr int kNumCounts = 3;  // entries before the values
 
 FedStatusCode Convert(const std::string& text, int& out) { return QuilonStringUtil::ToInt(text, out); }
 FedStatusCode Convert(const std::string& text, double& out) { return QuilonStringUtil::ToDouble(text, out); }
@@ -56,24 +56,21 @@ public:
     }
   }
 
+  /// @param next the first entry of the list; receives the one behind its last
   template <typename Number>
-  std::vector<Number> GetList(std::size_t first, std::size_t count, const char* what) const
+  std::vector<Number> GetList(std::size_t& next, std::int64_t count, const char* what) const
   {
     std::vector<Number> numbers;
-    numbers.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) numbers.push_back(Get<Number>(first + i, what));
+    numbers.reserve(static_cast<std::size_t>(count));
+    for (std::int64_t i = 0; i < count; ++i) numbers.push_back(Get<Number>(next++, what));
     return numbers;
   }
 
-  /// @return the count, which is not negative
+  /// @return the count as the file has it: it may be negative
   int GetCount(std::size_t entry, const char* what) const
   {
     RequireEntries(static_cast<std::int64_t>(entry) + 1, what);
-    const int count = Get<int>(entry, what);
-    if (count < 0) {
-      ThrowFailure(kTag, "%s:%zu: %s is %d, expected 0 or more", path_.c_str(), LineOf(entry), what, count);
-    }
-    return count;
+    return Get<int>(entry, what);
   }
 
   /// @param what the last entry that is needed
@@ -99,20 +96,24 @@ FED_YaleMatrix FED_YaleMatrixText::ReadYaleMatrix(const std::wstring& path)
 {
   const Entries entries(path);
 
-  const std::int64_t numValues  = entries.GetCount(0, "number of values");
-  const std::int64_t numRows    = entries.GetCount(1, "number of rows");
-  const std::int64_t numColumns = entries.GetCount(2, "number of columns");
-  // Counts are claims: they are held against the file before memory is asked for.
-  entries.RequireEntries(static_cast<std::int64_t>(kNumCounts) + 2 * numValues + numRows + 1, "last row pointer");
+  const int numValues  = entries.GetCount(0, "number of values");
+  const int numRows    = entries.GetCount(1, "number of rows");
+  const int numColumns = entries.GetCount(2, "number of columns");
 
-  const auto numStored = static_cast<std::size_t>(numValues);
-  const auto values    = entries.GetList<double>(kNumCounts, numStored, "value");
+  const std::int64_t numStored   = std::max(numValues, 0);
+  const std::int64_t numPointers = std::max<std::int64_t>(std::int64_t{numRows} + 1, 0);
+  // Counts are claims: they are held against the file before memory is asked for.
+  entries.RequireEntries(kNumCounts + 2 * numStored + numPointers, "last row pointer");
+
+  std::size_t next   = kNumCounts;
+  const auto  values = entries.GetList<double>(next, numStored, "value");
   // The file has the column indices before the row pointers, the matrix takes them behind.
   // Test: ColumnIndicesStandBeforeRowPointers.
-  const auto columnIndices = entries.GetList<int>(kNumCounts + numStored, numStored, "column index");
-  const auto rowPointers =
-      entries.GetList<int>(kNumCounts + 2 * numStored, static_cast<std::size_t>(numRows) + 1, "row pointer");
+  const auto columnIndices = entries.GetList<int>(next, numStored, "column index");
+  const auto rowPointers   = entries.GetList<int>(next, numPointers, "row pointer");
 
+  // Negative counts widen to what no matrix has; whoever uses the matrix judges them.
+  // Test: NegativeCountsAreTakenAsTheyStand.
   FED_YaleMatrix matrix;
   matrix.SetInternalData(static_cast<std::size_t>(numRows), static_cast<std::size_t>(numColumns),
                          FED_DoubleArray(values), FED_IntArray(rowPointers), FED_IntArray(columnIndices));

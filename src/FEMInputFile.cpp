@@ -191,11 +191,9 @@ void FEMInputFile::Include(const std::wstring& path)
 void FEMInputFile::RestoreOutputStreamIfNeeded()
 {
   if (!restorePending_) return;
-  if (currentOutput_ != nullptr) {
-    // An output that was set inside the included file has none below it, and the pointer keeps its value: what follows
-    // it is for whoever set it to say. Test: AnOutputSetInsideAnIncludeLeavesItsPointerBehind.
-    delete currentOutput_;
-    if (!outputStack_.empty()) currentOutput_ = TakeLast(outputStack_);
-  }
+  delete currentOutput_;
+  // An output that was set inside the included file has none below it, and the pointer keeps its value: what follows it
+  // is for whoever set it to say. Test: AnOutputSetInsideAnIncludeLeavesItsPointerBehind.
+  if (!outputStack_.empty()) currentOutput_ = TakeLast(outputStack_);
   restorePending_ = false;
 }

@@ -172,11 +172,17 @@ TEST_F(YaleMatrixText, CountsThatTheFileCannotHoldAreRefusedBeforeMemoryIsAskedF
   }
 }
 
-TEST_F(YaleMatrixText, NegativeCountsAreRefused)
+// A count is widened with its sign and not judged. A list of fewer than no entries is empty, and the next one begins
+// where it would have.
+TEST_F(YaleMatrixText, NegativeCountsAreTakenAsTheyStand)
 {
-  ExpectFailure("-1\n2\n3\n0\n", ":1: number of values is -1, expected 0 or more");
-  ExpectFailure("# nnz\n0\n-2\n3\n0\n", ":3: number of rows is -2, expected 0 or more");
-  ExpectFailure("0\n2\n-2147483648\n0\n0\n0\n", ":3: number of columns is -2147483648, expected 0 or more");
+  const auto widened = [](int count) { return static_cast<std::size_t>(count); };
+  ExpectMatrix(Read("0\n2\n-2147483648\n0\n0\n0\n"), 2, widened(INT_MIN), {}, {0, 0, 0}, {});
+  ExpectMatrix(Read("-1\n2\n3\n0\n4\n5\n"), 2, 3, {}, {0, 4, 5}, {});
+  ExpectMatrix(Read("2\n-1\n3\n5.5\n7.5\n1\n0\n"), widened(-1), 3, {5.5, 7.5}, {}, {1, 0});
+  ExpectMatrix(Read("0\n-2\n3\n"), widened(-2), 3, {}, {}, {});
+  ExpectMatrix(Read("-2147483648\n-2147483648\n-1\n"), widened(INT_MIN), widened(-1), {}, {}, {});
+  ExpectFailure("-2147483648\n0\n0\n", ":3: the file ends after 3 entries, expected 4 up to the last row pointer");
 }
 
 TEST_F(YaleMatrixText, AnEntryWithoutANumberIsRefused)

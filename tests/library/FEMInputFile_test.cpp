@@ -962,6 +962,25 @@ TEST(FEMInputFile, AnOutputSetInsideAnIncludeLeavesItsPointerBehind)
   reader.currentOutput_ = nullptr;
 }
 
+TEST(FEMInputFile, AnOutputTakenAwayInsideAnIncludeBringsTheOuterOneBack)
+{
+  TempFolder folder;
+  Write(folder / "part.dat", "p\n");
+  Reader reader(Write(folder / "a.inp", "INC part.dat\nb\n"), L"x");
+  reader.Initialize();
+  auto* const outer     = new std::ofstream(folder / "a_x.inp");
+  reader.currentOutput_ = outer;
+  reader.ReadLine();
+  reader.IncludeNamedFile();
+  delete reader.currentOutput_;
+  reader.currentOutput_ = nullptr;
+  reader.ReadLine();
+  reader.RestoreOutputStreamIfNeeded();
+  EXPECT_EQ(reader.currentOutput_, outer);
+  EXPECT_TRUE(reader.outputStack_.empty());
+  EXPECT_FALSE(reader.restorePending_);
+}
+
 // The end of x is pending while y is entered: the first line of y restores the output of x, and the others go there. No
 // line is lost or out of order in the copy of the tree.
 TEST(FEMInputFile, AnIncludeAsLastLineOfAnIncludeLeavesItsEchoAfterOneLine)
