@@ -113,6 +113,20 @@ TEST(LibraryBoundary, TheLibraryCallsALoggerThatIsDerivedHere)
   EXPECT_EQ(logger.announced, (std::vector<int>{1, 0}));
 }
 
+// Lines reach a user through the sink that it sets: without one the library prints nothing.
+TEST(LibraryBoundary, WithoutASinkTheLogOfTheLibraryIsNotPrinted)
+{
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  {
+    Logger logger;
+    logger.SetReadSubstep(1, 2, 3);
+    logger.SetSkipSubstep(1, 2, 4);
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST(LibraryBoundary, AReaderThatIsDerivedHereWritesThroughTheLibrary)
 {
   FED_ResultDatabase                   db;

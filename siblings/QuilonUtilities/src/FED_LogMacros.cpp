@@ -73,8 +73,10 @@ std::string ReplaceProgramName(std::string_view tag, const std::string& name)
   return out;
 }
 
-void WriteToStandardError(const QuilonLog::Line& line)
+/// A program that sets no sink has not asked for a log: it sees errors, and of notices and details nothing.
+void WriteErrorToStandardError(const QuilonLog::Line& line)
 {
+  if (line.type >= FED_LogMacros::LogNotice) return;
   // In one piece, so that lines of several processes on one terminal stay whole.
   const std::string text = line.tag + "| " + line.text + "\n";
   std::fwrite(text.data(), 1, text.size(), stderr);
@@ -112,6 +114,6 @@ void FED_LogMacros::log_msg(LogMsgType type, const char* file, int line, const c
   if (*sink) {
     (*sink)(message);
   } else {
-    WriteToStandardError(message);
+    WriteErrorToStandardError(message);
   }
 }

@@ -129,15 +129,19 @@ TEST_F(LogTest, SettingASinkGivesTheFormerOneBack)
   EXPECT_EQ(Text(), "to first");
 }
 
-TEST_F(LogTest, WritesToStandardErrorByDefault)
+TEST_F(LogTest, WithoutASinkErrorsGoToStandardErrorAndNothingElseDoes)
 {
   const QuilonLog::Sink ours = QuilonLog::SetSink({});
   QuilonLog::SetProgramName("prog");
+  ::testing::internal::CaptureStdout();
   ::testing::internal::CaptureStderr();
-  log_msg(LogNotice, "f", 1, "|%P|Module|source", "%s", "text");
+  for (const int type : {0, 3, 4, 5, 6, 77}) {
+    log_msg(static_cast<FED_LogMacros::LogMsgType>(type), "f", 1, "|%P|Module|source", "type %d", type);
+  }
   const std::string written = ::testing::internal::GetCapturedStderr();
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
   EXPECT_FALSE(QuilonLog::SetSink(ours));  // the default is an empty sink
-  EXPECT_EQ(written, "|prog|Module|source| text\n");
+  EXPECT_EQ(written, "|prog|Module|source| type 0\n|prog|Module|source| type 3\n");
   EXPECT_TRUE(lines_.empty());
 }
 

@@ -23,7 +23,8 @@ struct Line
 
 using Sink = std::function<void(const Line&)>;
 
-/// Sends all further log lines to `sink`; an empty one restores the default, which writes to standard error.
+/// Sends all further log lines to `sink`; an empty one restores the default, which writes errors (types below
+/// FED_LogMacros::LogNotice) to standard error and drops everything else.
 ///
 /// Lines reach the sink one at a time, whatever thread they come from; when SetSink() returns, no other thread is in
 /// the former sink. A sink may log and set sinks itself. What it throws passes to the caller of log_msg().
