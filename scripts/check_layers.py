@@ -8,6 +8,8 @@ usage: scripts/check_layers.py [ROOT]
     host          sees include, contract, the siblings' include/, host
     contract      sees contract
 
+Inside a sibling no circle of files: a header and its source count as one.
+
 Nothing outside tests, bench and examples includes a test framework; the library includes the standard library alone.
 Prints each wrong include as FILE:LINE and exits with 1 when there is one.
 """
@@ -65,6 +67,31 @@ def check_file(root, path, layer, sibling):
             yield f"{where}: the library depends on the standard library alone and starts no threads; found {name}"
 
 
+def find_circle(root, sibling):
+    """Yields one circle of a sibling's files, where there is one, as a line."""
+    own = [root / "siblings" / sibling / "include", root / "siblings" / sibling / "src"]
+    files = {}
+    for path in sorted((root / "siblings" / sibling).rglob("*")):
+        if path.suffix in SOURCES and path.is_file():
+            files.setdefault(path.stem, []).append(path)
+    includes = {
+        stem: {Path(m.group(2)).stem for p in paths for m in map(INCLUDE.match, p.read_text(encoding="utf-8").splitlines())
+               if m and any((folder / m.group(2)).is_file() for folder in (p.parent, *own))} & set(files)
+        for stem, paths in files.items()
+    }
+    # What includes nothing that is left can be on no circle.
+    left = {stem: names - {stem} for stem, names in includes.items()}
+    while done := [stem for stem, names in left.items() if not names & left.keys()]:
+        for stem in done:
+            del left[stem]
+    if not left:
+        return
+    walk = [min(left)]
+    while walk[-1] not in walk[:-1]:
+        walk.append(min(left[walk[-1]] & left.keys()))
+    yield f"siblings/{sibling}: files include each other: " + " -> ".join(walk[walk.index(walk[-1]):])
+
+
 def main():
     if len(sys.argv) > 1 and sys.argv[1] in ("-h", "--help"):
         print(__doc__)
@@ -77,6 +104,8 @@ def main():
                 sibling = path.relative_to(root / layer).parts[0] if layer == "siblings" else None
                 wrong += check_file(root, path, layer, sibling)
                 files += 1
+    for sibling in SIBLINGS:
+        wrong += find_circle(root, sibling)
     print("\n".join(wrong) if wrong else f"{files} files keep their layer")
     return 1 if wrong or files == 0 else 0
 

@@ -10,9 +10,21 @@
 #include <vector>
 
 #include "bundled/FED_RecordFormat.h"
+#include "QuilonDbConnector/FED_DataDescriptor.h"
 
 /// Names a block for the life of its database; never used twice, also not for a block that replaces a deleted one.
 using BlockUid = std::uint64_t;
+
+/// A block as a store knows it: all but its keys and rows.
+struct StoredBlock
+{
+  BlockUid           uid = 0;
+  FED_DataDescriptor descriptor;
+  FED_RecordFormat   format;  ///< empty while the block has none
+  std::uint32_t      rowCount   = 0;
+  std::uint32_t      maxKey     = 0;
+  unsigned           chunkShift = 0;  ///< a chunk has 2^chunkShift rows; final as soon as there is a row
+};
 
 /// How one column of rows is stored. A field of fixed size is one column. A list field or a string is two: the lengths
 /// (UInt32, width 1), then the elements of all rows' lists, one list behind the other.

@@ -11,6 +11,7 @@
 #include "bundled/FED_RecordFormat.h"
 #include "ChunkCache.h"
 #include "DbFailure.h"
+#include "DirtyRows.h"
 #include "ResultDataBlock.h"
 #include "SegmentStore.h"
 
@@ -20,6 +21,18 @@ constexpr const char* kTag = "|%P|QuilonDbConnector|FED_ResultDatabase";
 
 constexpr int kFirstUserKind = 1000;
 constexpr int kLastUserKind  = 1999;
+
+SegmentStore::Access GetStoreAccess(FED_ResultDatabase::Access access) noexcept
+{
+  switch (access) {
+    case FED_ResultDatabase::ReadOnly:
+      return SegmentStore::ReadOnly;
+    case FED_ResultDatabase::ReadWrite:
+      return SegmentStore::ReadWrite;
+    default:
+      return SegmentStore::Create;
+  }
+}
 
 void AddRows(const std::vector<DirtyRows>& dirty, const SegmentStore& store, SegmentContents& contents)
 {
@@ -39,7 +52,7 @@ struct FED_ResultDatabase::Disk
 {
   Disk(const std::filesystem::path& folder, Access access, const FED_ResultDatabaseOptions& options,
        std::function<void()> spill)
-      : store(folder, access, options.files != nullptr ? *options.files : ownFiles),
+      : store(folder, GetStoreAccess(access), options.files != nullptr ? *options.files : ownFiles),
         cache(store, options.memoryLimit, std::move(spill))
   {}
 
@@ -222,7 +235,7 @@ ResultDataBlock& FED_ResultDatabase::MakeBlock(const FED_DataDescriptor& descrip
 // Gives the store the rows that it does not have. Until a commit they are there for this object alone.
 void FED_ResultDatabase::WriteRows()
 {
-  const std::vector<DirtyRows> dirty = disk_->cache.CollectDirty();
+  const std::vector<DirtyRows> dirty = CollectDirty(disk_->cache);
   SegmentContents              contents;
   AddRows(dirty, disk_->store, contents);
   disk_->store.Write(contents);
@@ -233,7 +246,7 @@ void FED_ResultDatabase::WriteRows()
 // Gives the store all that it does not have.
 void FED_ResultDatabase::WriteChanges()
 {
-  const std::vector<DirtyRows> dirty = disk_->cache.CollectDirty();
+  const std::vector<DirtyRows> dirty = CollectDirty(disk_->cache);
   SegmentContents              contents;
   AddRows(dirty, disk_->store, contents);
   for (const FED_DataDescriptor& descriptor : disk_->undeclared) {

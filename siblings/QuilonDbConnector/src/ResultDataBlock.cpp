@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <numeric>
 #include <string>
 #include <typeinfo>
 #include <utility>
@@ -16,190 +15,15 @@ constexpr const char* kTag = "|%P|QuilonDbConnector|ResultDataBlock";
 // A hint is a claim: what it may reserve in advance is bounded, the rest comes with the records.
 constexpr std::size_t kMaxExpectedBytes = std::size_t{256} << 20;
 
-constexpr std::size_t kMaxListLength = 0x7fffffff;
-
 // Rows of a byte each that fill a chunk.
 constexpr unsigned kMaxChunkShift = 24;
 
 // A record longer than this has fewer rows with it in a chunk.
 constexpr std::size_t kListChunkBytes = std::size_t{4} << 20;
 
-// What a column takes from a field: where its elements are, and how many. Lists alone use the length.
-struct Elements
-{
-  const void* data;
-  std::size_t length;
-};
-
-Elements GetElements(const ResultRecord::Value& value) noexcept
-{
-  if (const auto* integer = std::get_if<int>(&value)) return {integer, 1};
-  if (const auto* real = std::get_if<float>(&value)) return {real, 1};
-  if (const auto* doubles = std::get_if<ResultRecord::Doubles>(&value)) return {doubles->data(), doubles->size()};
-  if (const auto* text = std::get_if<std::string>(&value)) return {text->data(), text->size()};
-  if (const auto* integers = std::get_if<FED_IntArray>(&value)) return {integers->GetData(), integers->GetSize()};
-  const auto* list = std::get_if<FED_DoubleArray>(&value);
-  return {list->GetData(), list->GetSize()};
-}
-
-std::size_t GetListBytes(const ResultRecord::Value& value) noexcept
-{
-  const std::size_t length = GetElements(value).length;
-  if (std::holds_alternative<std::string>(value)) return length;
-  if (std::holds_alternative<FED_IntArray>(value)) return length * sizeof(int);
-  if (std::holds_alternative<FED_DoubleArray>(value)) return length * sizeof(double);
-  return 0;
-}
-
-template <typename T>
-std::size_t GetGrowth(const ValueColumn<T>&, std::size_t, std::size_t, std::size_t) noexcept
-{
-  return 0;
-}
-
-template <typename T>
-std::size_t GetGrowth(const ListColumn<T>& column, std::size_t row, std::size_t rowCount, std::size_t length) noexcept
-{
-  return column.GetGrowth(row, rowCount, length);
-}
-
-template <typename T>
-void PrepareField(ValueColumn<T>&, std::size_t, std::size_t, std::size_t)
-{}
-
-template <typename T>
-void PrepareField(ListColumn<T>& column, std::size_t row, std::size_t rowCount, std::size_t length)
-{
-  column.Prepare(row, rowCount, length);
-}
-
-template <typename T>
-void WriteField(ValueColumn<T>& column, std::size_t row, std::size_t, const Elements& elements) noexcept
-{
-  std::copy_n(static_cast<const T*>(elements.data), column.GetWidth(), column.GetRow(row));
-}
-
-template <typename T>
-void WriteField(ListColumn<T>& column, std::size_t row, std::size_t rowCount, const Elements& elements) noexcept
-{
-  column.SetRow(row, rowCount, static_cast<const T*>(elements.data), elements.length);
-}
-
-void ReadField(const ValueColumn<int>& column, std::size_t row, ResultRecord::Value& value)
-{
-  std::get<int>(value) = *column.GetRow(row);
-}
-
-void ReadField(const ValueColumn<float>& column, std::size_t row, ResultRecord::Value& value)
-{
-  std::get<float>(value) = *column.GetRow(row);
-}
-
-void ReadField(const ValueColumn<double>& column, std::size_t row, ResultRecord::Value& value)
-{
-  std::copy_n(column.GetRow(row), column.GetWidth(), std::get<ResultRecord::Doubles>(value).begin());
-}
-
-void ReadField(const ListColumn<char>& column, std::size_t row, ResultRecord::Value& value)
-{
-  std::get<std::string>(value).assign(column.GetRow(row), column.GetLength(row));
-}
-
-void ReadField(const ListColumn<int>& column, std::size_t row, ResultRecord::Value& value)
-{
-  auto& list = std::get<FED_IntArray>(value);
-  list.Resize(column.GetLength(row));
-  std::copy_n(column.GetRow(row), list.GetSize(), list.GetData());
-}
-
-void ReadField(const ListColumn<double>& column, std::size_t row, ResultRecord::Value& value)
-{
-  auto& list = std::get<FED_DoubleArray>(value);
-  list.Resize(column.GetLength(row));
-  std::copy_n(column.GetRow(row), list.GetSize(), list.GetData());
-}
-
-// Widths are 1, 3 and 6: copied in place, where a general copy would be a call for each record.
-template <std::size_t width>
-void CopyWidth(const double* from, double* to) noexcept
-{
-  for (std::size_t i = 0; i < width; ++i) to[i] = from[i];
-}
-
-void CopyDoubles(const double* from, std::size_t width, double* to) noexcept
-{
-  switch (width) {
-    case 1:
-      CopyWidth<1>(from, to);
-      break;
-    case 3:
-      CopyWidth<3>(from, to);
-      break;
-    default:
-      CopyWidth<6>(from, to);
-      break;
-  }
-}
-
 std::string Count(std::size_t count, const char* what)
 {
   return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
-}
-
-template <typename T>
-void MakeRows(ValueColumn<T>& column, std::size_t rows)
-{
-  column.EnsureRows(rows);
-}
-
-template <typename T>
-void MakeRows(ListColumn<T>& column, std::size_t rows)
-{
-  column.MakeEmptyRows(rows);
-}
-
-template <typename T>
-void Clean(ValueColumn<T>&, std::size_t)
-{}
-
-template <typename T>
-void Clean(ListColumn<T>& column, std::size_t rows)
-{
-  column.Clean(rows);
-}
-
-// Reads the stored column at a position, or the two of lists, into rows from `row` on.
-// @return how many stored columns it was
-template <typename T>
-std::size_t ReadColumn(const ChunkStore& store, const StoredExtent& extent, std::size_t position, std::size_t row,
-                       ValueColumn<T>& column, const FED_DataDescriptor&)
-{
-  store.Read(extent, position, column.GetRow(row));
-  return 1;
-}
-
-template <typename T>
-std::size_t ReadColumn(const ChunkStore& store, const StoredExtent& extent, std::size_t position, std::size_t row,
-                       ListColumn<T>& column, const FED_DataDescriptor& descriptor)
-{
-  std::vector<std::uint32_t> lengths(extent.rowCount);
-  store.Read(extent, position, lengths.data());
-  std::uint64_t total   = 0;
-  std::uint32_t longest = 0;
-  for (const std::uint32_t length : lengths) {
-    total += length;
-    longest = std::max(longest, length);
-  }
-  const std::uint64_t bytes = store.GetBytes(extent, position + 1);
-  if (longest > kMaxListLength || total * sizeof(T) != bytes)
-    ThrowBlockFailure(descriptor,
-                      "the store has " + std::to_string(bytes) + " bytes for lists of " + std::to_string(total) +
-                          " elements in all, the longest of " + std::to_string(longest) + ", expected " +
-                          std::to_string(total * sizeof(T)),
-                      kTag);
-  T* const elements = column.Load(row, lengths, static_cast<std::size_t>(total));
-  if (total > 0) store.Read(extent, position + 1, elements);
-  return 2;
 }
 
 // Counts the bytes of a chunk when a change of its room is over, however it ended.
@@ -315,10 +139,7 @@ void ResultDataBlock::GetRecord(std::size_t index, FED_ConstDataRecord& record) 
   if (own->HasFormat()) RequireFit(*own);
   const RowChunk& chunk = Reach(row);
   if (!own->HasFormat()) own->SetFormat(layout_.format);
-  const std::size_t                 at     = RowInChunk(row);
-  std::vector<ResultRecord::Field>& fields = own->GetFields();
-  for (std::size_t i = 0; i < fields.size(); ++i)
-    std::visit([&](const auto& column) { ReadField(column, at, fields[i].value); }, chunk.columns[i]);
+  chunk.ReadRow(RowInChunk(row), *own);
 }
 
 std::size_t ResultDataBlock::GetSize() const { return GetMaxIndex(); }
@@ -360,15 +181,10 @@ void ResultDataBlock::SetValuesAt(std::size_t index, const double* values)
   const auto          row     = isNew ? static_cast<std::uint32_t>(rowCount_) : present;
   RowChunk&           chunk   = isNew ? PrepareNewRow(layout_, index) : Reach(row);
   const std::size_t   at      = RowInChunk(row);
-  if (layout_.singleWidth != 0) {
+  if (layout_.singleWidth != 0)
     CopyDoubles(values, layout_.singleWidth, chunk.single + at * layout_.singleWidth);
-  } else {
-    for (RowColumn& column : chunk.columns) {
-      auto& doubles = *std::get_if<ValueColumn<double>>(&column);
-      CopyDoubles(values, doubles.GetWidth(), doubles.GetRow(at));
-      values += doubles.GetWidth();
-    }
-  }
+  else
+    chunk.WriteDoubles(at, values);
   CommitRow(index, row, chunk);
 }
 
@@ -381,11 +197,7 @@ void ResultDataBlock::GetValuesAt(std::size_t index, double* out) const
     return;
   }
   if (layout_.doubleCount == 0) RequireDoubleFormat();
-  for (const RowColumn& column : Reach(row).columns) {
-    const auto& doubles = *std::get_if<ValueColumn<double>>(&column);
-    CopyDoubles(doubles.GetRow(at), doubles.GetWidth(), out);
-    out += doubles.GetWidth();
-  }
+  Reach(row).ReadDoubles(at, out);
 }
 
 FED_DataRecord* ResultDataBlock::CreateDataRecord() { return KeepScratch(); }
@@ -453,10 +265,9 @@ FED_FieldStatistics ResultDataBlock::GetFieldStatistics(std::size_t field) const
   std::uint64_t       bytes = 0;
   for (std::size_t number = 0; number < GetChunkCount(); ++number) {
     if (cache_ != nullptr && (chunks_.empty() || !chunks_[number]->IsDirty())) {
-      bool                            overlap = false;
-      const std::vector<StoredExtent> extents = GetExtents(number, overlap);
-      if (!overlap) {
-        for (const StoredExtent& extent : extents) {
+      const StoredRows::Extents extents = GetStoredRows().GetExtents(number, RowsOf(number));
+      if (!extents.overlap) {
+        for (const StoredExtent& extent : extents.list) {
           Merge(statistics, cache_->GetStore().GetStatistics(extent, position));
           bytes += cache_->GetStore().GetBytes(extent, position);
         }
@@ -508,6 +319,15 @@ void ResultDataBlock::RequireFit(const ResultRecord& record) const
       Fail("record field " + std::to_string(i + 1) + " is of type " + FED_FieldType::GetName(given) + ", expected " +
            FED_FieldType::GetName(expected));
   }
+}
+
+void ResultDataBlock::RequireListLengths(const ResultRecord& record) const
+{
+  const auto& fields = record.GetFields();
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    if (const std::size_t length = GetListLength(fields[i].value); length > kMaxListLength)
+      Fail("record field " + std::to_string(i + 1) + " has " + std::to_string(length) +
+           " elements, expected at most 2147483647");
 }
 
 void ResultDataBlock::RequireDoubleFormat() const
@@ -587,25 +407,15 @@ RowChunk& ResultDataBlock::MakeRoomForRow(const RecordLayout& layout, std::size_
 void ResultDataBlock::PrepareLists(RowChunk& chunk, std::size_t row, std::size_t rowCount,
                                    const ResultRecord& record) const
 {
-  const auto& fields = record.GetFields();
-  std::size_t growth = 0;
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    const std::size_t length = GetElements(fields[i].value).length;
-    if (length > kMaxListLength)
-      Fail("record field " + std::to_string(i + 1) + " has " + std::to_string(length) +
-           " elements, expected at most 2147483647");
-    if (cache_ != nullptr)
-      growth +=
-          std::visit([&](const auto& column) { return GetGrowth(column, row, rowCount, length); }, chunk.columns[i]);
-    else
-      std::visit([&](auto& column) { PrepareField(column, row, rowCount, length); }, chunk.columns[i]);
+  if (cache_ == nullptr) {
+    chunk.PrepareRow(row, rowCount, record);
+    return;
   }
+  const std::size_t growth = chunk.GetGrowth(row, rowCount, record);
   if (growth == 0) return;
   cache_->MakeRoom(growth);
   const CountedChange change(cache_, chunk);
-  for (std::size_t i = 0; i < fields.size(); ++i)
-    std::visit([&](auto& column) { PrepareField(column, row, rowCount, GetElements(fields[i].value).length); },
-               chunk.columns[i]);
+  chunk.PrepareRow(row, rowCount, record);
 }
 
 void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
@@ -618,6 +428,7 @@ void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
   } else {
     RequireFit(record);
   }
+  RequireListLengths(record);
   if (rowCount_ == 0) {
     StoreFirstRecord(index, record);
     return;
@@ -654,57 +465,8 @@ void ResultDataBlock::StoreFirstRecord(std::size_t index, const ResultRecord& re
 void ResultDataBlock::WriteRow(std::size_t index, std::uint32_t row, RowChunk& chunk,
                                const ResultRecord& record) noexcept
 {
-  const std::size_t at       = RowInChunk(row);
-  const std::size_t rowCount = RowsOf(chunk.number);
-  const auto&       fields   = record.GetFields();
-  for (std::size_t i = 0; i < fields.size(); ++i)
-    std::visit([&](auto& column) { WriteField(column, at, rowCount, GetElements(fields[i].value)); }, chunk.columns[i]);
+  chunk.WriteRow(RowInChunk(row), RowsOf(chunk.number), record);
   CommitRow(index, row, chunk);
-}
-
-// What the store says of a chunk is a claim: it is believed where every row lies somewhere and takes the bytes that the
-// format asks for, so that whoever allocates rows afterwards allocates no more than the store has.
-std::vector<StoredExtent> ResultDataBlock::GetExtents(std::size_t chunk, bool& overlap) const
-{
-  const std::size_t         first   = chunk << layout_.chunkShift;
-  const std::size_t         end     = first + RowsOf(chunk);
-  std::vector<StoredExtent> extents = cache_->GetStore().GetExtents(uid_, static_cast<std::uint32_t>(chunk));
-  const auto                fail    = [&](const std::string& text) {
-    Fail("chunk " + std::to_string(chunk) + " of the store " + text + ", expected rows " + std::to_string(first) +
-                           " to " + std::to_string(end - 1));
-  };
-  std::vector<std::pair<std::size_t, std::size_t>> ranges;
-  for (const StoredExtent& extent : extents) {
-    const std::size_t extentEnd = std::size_t{extent.firstRow} + extent.rowCount;
-    if (extent.rowCount == 0 || extent.firstRow < first || extentEnd > end)
-      fail("has " + Count(extent.rowCount, "row") + " from row " + std::to_string(extent.firstRow) + " on");
-    ranges.emplace_back(extent.firstRow, extentEnd);
-    CheckBytes(extent);
-  }
-  std::sort(ranges.begin(), ranges.end());
-  overlap              = false;
-  std::size_t reaching = first;
-  for (const auto& [rangeFirst, rangeEnd] : ranges) {
-    if (rangeFirst > reaching) fail("does not have row " + std::to_string(reaching));
-    overlap  = overlap || rangeFirst < reaching;
-    reaching = std::max(reaching, rangeEnd);
-  }
-  if (reaching < end) fail("does not have row " + std::to_string(reaching));
-  return extents;
-}
-
-void ResultDataBlock::CheckBytes(const StoredExtent& extent) const
-{
-  const std::vector<StoredColumn> columns = GetStoredColumns(layout_.format);
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    if (columns[i].isElements) continue;
-    const std::uint64_t bytes = cache_->GetStore().GetBytes(extent, i);
-    const std::uint64_t expected =
-        std::uint64_t{extent.rowCount} * columns[i].width * GetElementBytes(columns[i].element);
-    if (bytes != expected)
-      Fail("the store has " + std::to_string(bytes) + " bytes of record field " + std::to_string(columns[i].field) +
-           " for " + Count(extent.rowCount, "row") + ", expected " + std::to_string(expected));
-  }
 }
 
 void ResultDataBlock::AttachChunks() const
@@ -712,8 +474,7 @@ void ResultDataBlock::AttachChunks() const
   if (chunks_.size() >= GetChunkCount()) return;
   std::vector<std::unique_ptr<RowChunk>> chunks;
   for (std::size_t number = 0; number < GetChunkCount(); ++number) {
-    bool overlap = false;
-    GetExtents(number, overlap);
+    GetStoredRows().GetExtents(number, RowsOf(number));
     chunks.push_back(std::make_unique<RowChunk>(*this, static_cast<std::uint32_t>(number)));
   }
   chunks_ = std::move(chunks);
@@ -722,7 +483,7 @@ void ResultDataBlock::AttachChunks() const
 void ResultDataBlock::LoadKeys() const
 {
   AttachChunks();
-  RowKeys  keys = ReadKeys();
+  RowKeys  keys = GetStoredRows().ReadKeys(rowCount_);
   KeyTable rows;
   if (keys.IsRun()) {
     rows.InsertRun(keys.Get(0), static_cast<std::uint32_t>(rowCount_));
@@ -743,79 +504,15 @@ void ResultDataBlock::LoadKeys() const
   keysAreLoaded_ = true;
 }
 
-RowKeys ResultDataBlock::ReadKeys() const
-{
-  RowKeys                    keys;
-  std::vector<std::uint32_t> ofChunk, ofExtent;
-  for (std::size_t number = 0; number < chunks_.size(); ++number) {
-    bool                            overlap = false;
-    const std::vector<StoredExtent> extents = GetExtents(number, overlap);
-    const auto                      isLast  = [](const StoredExtent& extent) {
-      return std::uint64_t{extent.firstKey} + extent.rowCount > std::uint64_t{KeyTable::kMaxKey} + 1;
-    };
-    for (const StoredExtent& extent : extents)
-      if (extent.keysAreRun && isLast(extent))
-        Fail("the store has indices from " + std::to_string(extent.firstKey) + " on for " +
-             Count(extent.rowCount, "row") + ", expected 0 to 2147483647");
-    if (extents.size() == 1 && extents[0].keysAreRun) {
-      keys.PushRun(extents[0].firstKey, extents[0].rowCount);
-      continue;
-    }
-    const std::size_t first = number << layout_.chunkShift;
-    ofChunk.assign(RowsOf(number), KeyTable::kNone);
-    for (const StoredExtent& extent : extents) {
-      ofExtent.resize(extent.rowCount);
-      if (extent.keysAreRun)
-        std::iota(ofExtent.begin(), ofExtent.end(), extent.firstKey);
-      else
-        cache_->GetStore().ReadKeys(extent, ofExtent.data());
-      for (std::size_t i = 0; i < ofExtent.size(); ++i) {
-        std::uint32_t& key = ofChunk[extent.firstRow - first + i];
-        if (ofExtent[i] > KeyTable::kMaxKey)
-          Fail("the store has index " + std::to_string(ofExtent[i]) + ", expected 0 to 2147483647");
-        if (key != KeyTable::kNone && key != ofExtent[i])
-          Fail("the store has the indices " + std::to_string(key) + " and " + std::to_string(ofExtent[i]) +
-               " for row " + std::to_string(extent.firstRow + i));
-        key = ofExtent[i];
-      }
-    }
-    for (const std::uint32_t key : ofChunk) {
-      keys.Prepare(key);
-      keys.Push(key);
-    }
-  }
-  return keys;
-}
-
 // When it throws, the chunk stays in the store.
 void ResultDataBlock::Load(RowChunk& chunk) const
 {
-  const std::vector<StoredColumn> stored  = GetStoredColumns(layout_.format);
-  const std::size_t               rows    = RowsOf(chunk.number);
-  bool                            overlap = false;
-  std::uint64_t                   bytes   = rows * layout_.rowBytes;
-  for (const StoredExtent& extent : GetExtents(chunk.number, overlap))
-    for (std::size_t i = 0; i < stored.size(); ++i)
-      if (stored[i].isElements) bytes += cache_->GetStore().GetBytes(extent, i);
+  const StoredRows  stored = GetStoredRows();
+  const std::size_t rows   = RowsOf(chunk.number);
   // May write to the store, so that it is asked again for the extents.
-  cache_->MakeRoom(bytes);
-  std::vector<RowColumn> columns = RowChunk::MakeColumns(layout_);
-  for (RowColumn& column : columns) std::visit([rows](auto& typed) { MakeRows(typed, rows); }, column);
-  for (const StoredExtent& extent : GetExtents(chunk.number, overlap))
-    LoadExtent(extent, RowInChunk(extent.firstRow), columns);
-  for (RowColumn& column : columns) std::visit([rows](auto& typed) { Clean(typed, rows); }, column);
-  chunk.SetColumns(std::move(columns), rows, layout_);
+  cache_->MakeRoom(stored.CountBytes(chunk.number, rows));
+  chunk.SetColumns(stored.Load(chunk.number, rows), rows, layout_);
   cache_->Count(chunk);
-}
-
-// Reads the rows of an extent to where they belong.
-void ResultDataBlock::LoadExtent(const StoredExtent& extent, std::size_t row, std::vector<RowColumn>& columns) const
-{
-  std::size_t column = 0;
-  for (std::size_t field = 0; field < columns.size(); ++field)
-    column += std::visit(
-        [&](auto& typed) { return ReadColumn(cache_->GetStore(), extent, column, row, typed, GetDescriptor()); },
-        columns[field]);
 }
 
 ResultRecord* ResultDataBlock::KeepScratch() const

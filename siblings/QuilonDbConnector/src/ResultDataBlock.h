@@ -14,6 +14,7 @@
 #include "KeyTable.h"
 #include "ResultRecord.h"
 #include "RowChunk.h"
+#include "StoredRows.h"
 
 /// A block of the result database. Its format is compiled once into columns; an index finds its row through a KeyTable,
 /// a row its values through a chunk. On disk, keys and chunks come from the store when they are first asked for, and
@@ -135,6 +136,7 @@ private:
 
   [[noreturn]] void Fail(const std::string& text) const;
   void              RequireFit(const ResultRecord& record) const;
+  void              RequireListLengths(const ResultRecord& record) const;
   void              RequireDoubleFormat() const;
   void              RequireField(std::size_t field) const;
 
@@ -151,13 +153,10 @@ private:
   void      StoreFirstRecord(std::size_t index, const ResultRecord& record);
   void      WriteRow(std::size_t index, std::uint32_t row, RowChunk& chunk, const ResultRecord& record) noexcept;
 
-  std::vector<StoredExtent> GetExtents(std::size_t chunk, bool& overlap) const;
-  void                      CheckBytes(const StoredExtent& extent) const;
-  void                      AttachChunks() const;
-  void                      LoadKeys() const;
-  RowKeys                   ReadKeys() const;
-  void                      Load(RowChunk& chunk) const;
-  void LoadExtent(const StoredExtent& extent, std::size_t row, std::vector<RowColumn>& columns) const;
+  StoredRows GetStoredRows() const noexcept { return {cache_->GetStore(), uid_, GetDescriptor(), layout_}; }
+  void       AttachChunks() const;
+  void       LoadKeys() const;
+  void       Load(RowChunk& chunk) const;
 
   ResultRecord* KeepScratch() const;
   template <typename T>

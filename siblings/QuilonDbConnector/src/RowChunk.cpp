@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <limits>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -117,6 +118,67 @@ void AddStatistics(const ListColumn<T>& column, bool ofElements, std::size_t fir
   }
 }
 
+// What a column takes from a field: where its elements are, and how many. Lists alone use the length.
+struct Elements
+{
+  const void* data;
+  std::size_t length;
+};
+
+Elements GetElements(const ResultRecord::Value& value) noexcept
+{
+  if (const auto* integer = std::get_if<int>(&value)) return {integer, 1};
+  if (const auto* real = std::get_if<float>(&value)) return {real, 1};
+  if (const auto* doubles = std::get_if<ResultRecord::Doubles>(&value)) return {doubles->data(), doubles->size()};
+  if (const auto* text = std::get_if<std::string>(&value)) return {text->data(), text->size()};
+  if (const auto* integers = std::get_if<FED_IntArray>(&value)) return {integers->GetData(), integers->GetSize()};
+  const auto* list = std::get_if<FED_DoubleArray>(&value);
+  return {list->GetData(), list->GetSize()};
+}
+
+void ReadField(const ValueColumn<int>& column, std::size_t row, ResultRecord::Value& value)
+{
+  std::get<int>(value) = *column.GetRow(row);
+}
+
+void ReadField(const ValueColumn<float>& column, std::size_t row, ResultRecord::Value& value)
+{
+  std::get<float>(value) = *column.GetRow(row);
+}
+
+void ReadField(const ValueColumn<double>& column, std::size_t row, ResultRecord::Value& value)
+{
+  std::copy_n(column.GetRow(row), column.GetWidth(), std::get<ResultRecord::Doubles>(value).begin());
+}
+
+void ReadField(const ListColumn<char>& column, std::size_t row, ResultRecord::Value& value)
+{
+  std::get<std::string>(value).assign(column.GetRow(row), column.GetLength(row));
+}
+
+void ReadField(const ListColumn<int>& column, std::size_t row, ResultRecord::Value& value)
+{
+  auto& list = std::get<FED_IntArray>(value);
+  list.Resize(column.GetLength(row));
+  std::copy_n(column.GetRow(row), list.GetSize(), list.GetData());
+}
+
+void ReadField(const ListColumn<double>& column, std::size_t row, ResultRecord::Value& value)
+{
+  auto& list = std::get<FED_DoubleArray>(value);
+  list.Resize(column.GetLength(row));
+  std::copy_n(column.GetRow(row), list.GetSize(), list.GetData());
+}
+
+// Calls visit(column, elements) for each field of a record and its column.
+template <typename Columns, typename Visit>
+void VisitFields(Columns& columns, const ResultRecord& record, Visit visit)
+{
+  const std::vector<ResultRecord::Field>& fields = record.GetFields();
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    std::visit([&](auto& column) { visit(column, GetElements(fields[i].value)); }, columns[i]);
+}
+
 }  // namespace
 
 RecordLayout::RecordLayout(const FED_RecordFormat& recordFormat)
@@ -195,6 +257,54 @@ void RowChunk::Unload() noexcept
   single   = nullptr;
 }
 
+std::size_t RowChunk::GetGrowth(std::size_t row, std::size_t rowCount, const ResultRecord& record) const noexcept
+{
+  std::size_t growth = 0;
+  VisitFields(columns, record, [&](const auto& column, const Elements& elements) {
+    growth += column.GetGrowth(row, rowCount, elements.length);
+  });
+  return growth;
+}
+
+void RowChunk::PrepareRow(std::size_t row, std::size_t rowCount, const ResultRecord& record)
+{
+  VisitFields(columns, record,
+              [&](auto& column, const Elements& elements) { column.Prepare(row, rowCount, elements.length); });
+}
+
+void RowChunk::WriteRow(std::size_t row, std::size_t rowCount, const ResultRecord& record) noexcept
+{
+  VisitFields(columns, record, [&](auto& column, const Elements& elements) {
+    using Element = typename std::decay_t<decltype(column)>::Element;
+    column.SetRow(row, rowCount, static_cast<const Element*>(elements.data), elements.length);
+  });
+}
+
+void RowChunk::ReadRow(std::size_t row, ResultRecord& record) const
+{
+  std::vector<ResultRecord::Field>& fields = record.GetFields();
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    std::visit([&](const auto& column) { ReadField(column, row, fields[i].value); }, columns[i]);
+}
+
+void RowChunk::WriteDoubles(std::size_t row, const double* values) noexcept
+{
+  for (RowColumn& column : columns) {
+    auto& doubles = *std::get_if<ValueColumn<double>>(&column);
+    CopyDoubles(values, doubles.GetWidth(), doubles.GetRow(row));
+    values += doubles.GetWidth();
+  }
+}
+
+void RowChunk::ReadDoubles(std::size_t row, double* out) const noexcept
+{
+  for (const RowColumn& column : columns) {
+    const auto& doubles = *std::get_if<ValueColumn<double>>(&column);
+    CopyDoubles(doubles.GetRow(row), doubles.GetWidth(), out);
+    out += doubles.GetWidth();
+  }
+}
+
 std::size_t RowChunk::CountBytes() const noexcept
 {
   std::size_t sum = 0;
@@ -223,4 +333,19 @@ ColumnStatistics ComputeStatistics(const RowChunk& chunk, const StoredColumn& co
   std::visit([&](const auto& typed) { AddStatistics(typed, column.isElements, firstRow, rowCount, statistics); },
              chunk.columns[column.field - 1]);
   return statistics;
+}
+
+std::size_t GetListLength(const ResultRecord::Value& value) noexcept
+{
+  const bool isList = std::holds_alternative<std::string>(value) || std::holds_alternative<FED_IntArray>(value) ||
+                      std::holds_alternative<FED_DoubleArray>(value);
+  return isList ? GetElements(value).length : 0;
+}
+
+std::size_t GetListBytes(const ResultRecord::Value& value) noexcept
+{
+  const std::size_t length = GetListLength(value);
+  if (std::holds_alternative<FED_IntArray>(value)) return length * sizeof(int);
+  if (std::holds_alternative<FED_DoubleArray>(value)) return length * sizeof(double);
+  return length;
 }

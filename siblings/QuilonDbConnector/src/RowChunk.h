@@ -12,6 +12,7 @@
 
 #include "ChunkStore.h"
 #include "ColumnStore.h"
+#include "ResultRecord.h"
 
 class ResultDataBlock;
 
@@ -58,6 +59,20 @@ struct RowChunk
 
   void Unload() noexcept;
 
+  // Records, field by field. A record has the fields of the columns.
+
+  /// @return bytes that PrepareRow() with the same arguments would allocate, not counting what it gives back
+  std::size_t GetGrowth(std::size_t row, std::size_t rowCount, const ResultRecord& record) const noexcept;
+  /// Makes the room that the lists of WriteRow() need. When it throws, all rows are as before.
+  /// @param rowCount rows that hold a record; a new row is not among them
+  void PrepareRow(std::size_t row, std::size_t rowCount, const ResultRecord& record);
+  void WriteRow(std::size_t row, std::size_t rowCount, const ResultRecord& record) noexcept;
+  void ReadRow(std::size_t row, ResultRecord& record) const;
+
+  /// Of a format of doubles alone.
+  void WriteDoubles(std::size_t row, const double* values) noexcept;
+  void ReadDoubles(std::size_t row, double* out) const noexcept;
+
   std::size_t CountBytes() const noexcept;
 
   /// Values of a format of one field of doubles, null for all others and while the rows are not in memory.
@@ -85,3 +100,8 @@ void          VisitStored(const RowChunk& chunk, const StoredColumn& column, std
                           const ExtentRows::TakeBytes& take);
 ColumnStatistics ComputeStatistics(const RowChunk& chunk, const StoredColumn& column, std::size_t firstRow,
                                    std::size_t rowCount);
+
+/// @return elements of a list or characters of a string, 0 for all other values
+std::size_t GetListLength(const ResultRecord::Value& value) noexcept;
+/// @return bytes of them
+std::size_t GetListBytes(const ResultRecord::Value& value) noexcept;

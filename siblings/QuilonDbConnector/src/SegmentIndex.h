@@ -11,7 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "ChunkCache.h"
 #include "ChunkStore.h"
 #include "Manifest.h"
 

@@ -71,15 +71,15 @@ struct SegmentStore::Merged
   StoredState::Replacement           replacement;
 };
 
-SegmentStore::SegmentStore(const std::filesystem::path& folder, FED_ResultDatabase::Access access, FED_FileLayer& files)
+SegmentStore::SegmentStore(const std::filesystem::path& folder, Access access, FED_FileLayer& files)
     : folder_(Normalize(folder)), files_(&files)
 {
-  if (access == FED_ResultDatabase::ReadOnly) {
+  if (access == ReadOnly) {
     OpenForReading();
     return;
   }
   try {
-    if (access == FED_ResultDatabase::Create)
+    if (access == Create)
       CreateEmpty();
     else
       OpenForWriting();

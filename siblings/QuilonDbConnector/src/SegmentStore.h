@@ -11,8 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "bundled/FED_ResultDatabase.h"
-
 #include "ChunkStore.h"
 #include "Manifest.h"
 #include "Segment.h"
@@ -41,9 +39,16 @@ void RequireBlocksBelow(const Segment& segment, BlockUid next);
 class SegmentStore final : public ChunkStore
 {
 public:
+  enum Access : int
+  {
+    ReadOnly,
+    ReadWrite,
+    Create
+  };
+
   /// @param files borrowed
   /// @throws FED_Failure that names the folder or the file in it
-  SegmentStore(const std::filesystem::path& folder, FED_ResultDatabase::Access access, FED_FileLayer& files);
+  SegmentStore(const std::filesystem::path& folder, Access access, FED_FileLayer& files);
   SegmentStore(const SegmentStore&)            = delete;
   SegmentStore& operator=(const SegmentStore&) = delete;
   ~SegmentStore() override;

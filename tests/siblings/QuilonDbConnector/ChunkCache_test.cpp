@@ -143,7 +143,7 @@ TEST(ChunkCache, CleanChunksGoBeforeAnythingIsSpilled)
   EXPECT_EQ(disk.spills, 0u);
   dirty->SetValuesAt(10 * kRows, TensorOf(10 * kRows).data());
   EXPECT_EQ(disk.spills, 1u);
-  EXPECT_TRUE(disk.cache.CollectDirty().size() == 1u);
+  EXPECT_TRUE(CollectDirty(disk.cache).size() == 1u);
   for (std::size_t index = 0; index < 10 * kRows; ++index) ExpectTensor(*clean, index);
 }
 
@@ -157,7 +157,7 @@ TEST(ChunkCache, FailingSpillLeavesBlockAndRowsAsTheyWere)
     EXPECT_EQ(MessageOf([&] { block->SetValuesAt(10 * kRows, TensorOf(1).data()); }), "the disk is full");
   EXPECT_EQ(block->GetRecordCount(), 10 * kRows);
   EXPECT_FALSE(block->HasRecord(10 * kRows));
-  EXPECT_EQ(disk.cache.CollectDirty().size(), 10u);
+  EXPECT_EQ(CollectDirty(disk.cache).size(), 10u);
   disk.isFull = false;
   block->SetValuesAt(10 * kRows, TensorOf(10 * kRows).data());
   for (std::size_t index = 0; index <= 10 * kRows; ++index) ExpectTensor(*block, index);
@@ -170,10 +170,10 @@ TEST(ChunkCache, RowsStayDirtyUntilTheyAreMarkedClean)
   Fill(*block, 2);
   disk.isFull = true;
   EXPECT_EQ(MessageOf([&] { disk.Commit(); }), "the disk is full");
-  EXPECT_EQ(disk.cache.CollectDirty().size(), 2u);
+  EXPECT_EQ(CollectDirty(disk.cache).size(), 2u);
   disk.isFull = false;
   disk.Commit();
-  EXPECT_TRUE(disk.cache.CollectDirty().empty());
+  EXPECT_TRUE(CollectDirty(disk.cache).empty());
 }
 
 TEST(ChunkCache, DirtyRowsComeByBlockAndChunkWithTheRowsThatWereWritten)
@@ -189,7 +189,7 @@ TEST(ChunkCache, DirtyRowsComeByBlockAndChunkWithTheRowsThatWereWritten)
   first->SetValuesAt(kRows + 1, tensor.data());
   second->SetValuesAt(kRows - 1, tensor.data());
   second->SetValuesAt(900, tensor.data());  // a new row
-  const std::vector<DirtyRows> dirty = disk.cache.CollectDirty();
+  const std::vector<DirtyRows> dirty = CollectDirty(disk.cache);
   ASSERT_EQ(dirty.size(), 4u);
   const auto show = [](const DirtyRows& rows) {
     std::string text = std::to_string(rows.GetBlock()) + " chunk " + std::to_string(rows.GetChunk()) + " rows " +
@@ -204,7 +204,7 @@ TEST(ChunkCache, DirtyRowsComeByBlockAndChunkWithTheRowsThatWereWritten)
   EXPECT_EQ(show(dirty[3]), "8 chunk 3 rows 192 + 1 run 900");
   EXPECT_EQ(&dirty[3].GetOwner(), second.get());
   second->SetValuesAt(800, tensor.data());
-  EXPECT_EQ(show(disk.cache.CollectDirty()[3]), "8 chunk 3 rows 192 + 2 keys 900 800");
+  EXPECT_EQ(show(CollectDirty(disk.cache)[3]), "8 chunk 3 rows 192 + 2 keys 900 800");
 }
 
 TEST(ChunkCache, DeletedBlocksLeaveTheCache)
@@ -215,12 +215,12 @@ TEST(ChunkCache, DeletedBlocksLeaveTheCache)
   Fill(*other, 4);
   gone.reset();
   EXPECT_EQ(disk.cache.GetBytes(), 4 * kChunkBytes);
-  EXPECT_EQ(disk.cache.CollectDirty().size(), 4u);
+  EXPECT_EQ(CollectDirty(disk.cache).size(), 4u);
   Fill(*other, 40);
   for (std::size_t index = 0; index < 40 * kRows; ++index) ExpectTensor(*other, index);
   other.reset();
   EXPECT_EQ(disk.cache.GetBytes(), 0u);
-  EXPECT_TRUE(disk.cache.CollectDirty().empty());
+  EXPECT_TRUE(CollectDirty(disk.cache).empty());
 }
 
 TEST(ChunkCache, ListElementsCount)

@@ -16,6 +16,7 @@
 
 #include "ChunkCache.h"
 #include "ChunkStore.h"
+#include "DirtyRows.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "ResultDataBlock.h"
 
@@ -140,7 +141,7 @@ public:
   void Commit()
   {
     if (isFull) throw FED_Failure("the disk is full", "|%P|Test|FakeDisk");
-    store.Write(cache.CollectDirty());
+    store.Write(CollectDirty(cache));
     cache.MarkClean();
   }
 

@@ -26,9 +26,9 @@ namespace {
 using quilon_test::TempFolder;
 using testing::HasSubstr;
 
-constexpr auto kCreate    = FED_ResultDatabase::Create;
-constexpr auto kReadWrite = FED_ResultDatabase::ReadWrite;
-constexpr auto kReadOnly  = FED_ResultDatabase::ReadOnly;
+constexpr auto kCreate    = SegmentStore::Create;
+constexpr auto kReadWrite = SegmentStore::ReadWrite;
+constexpr auto kReadOnly  = SegmentStore::ReadOnly;
 
 std::vector<std::uint32_t> Keys(std::uint32_t first, std::uint32_t count)
 {
