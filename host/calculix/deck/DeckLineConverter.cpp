@@ -1,13 +1,10 @@
 #include "calculix/deck/DeckLineConverter.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <initializer_list>
-#include <iterator>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -19,19 +16,6 @@ namespace {
 
 /// The solver reads so many characters of a number.
 constexpr std::size_t kLongestNumber = 20;
-
-bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> words)
-{
-  return std::find(words.begin(), words.end(), text) != words.end();
-}
-
-/// "P" or "P3": a label, perhaps with the number of a face.
-bool IsFaceLabel(std::string_view label, std::string_view name)
-{
-  if (!label.starts_with(name)) return false;
-  label.remove_prefix(name.size());
-  return label.empty() || (label.size() == 1 && label[0] >= '1' && label[0] <= '6');
-}
 
 /// A number taken apart: sign, digits[0].digits[1..] and so on with the point behind `point` digits, times ten to
 /// `exponent`.
@@ -156,149 +140,6 @@ std::string DeckDataLine::Text() const
   return text.append(line_.substr(done));
 }
 
-// ---- the table
-
-struct DeckLineConverter::Rule
-{
-  /// A parameter whose value is a quantity or a node.
-  struct Parameter
-  {
-    static constexpr int kNode = 100;
-
-    const char* name       = nullptr;
-    int         power      = 0;               ///< of the length, or kNode
-    std::size_t characters = kLongestNumber;  ///< of the value that the solver reads
-  };
-
-  const char*              keyword;
-  Handler                  handler;
-  std::array<Parameter, 3> parameters = {};
-
-  static const Rule* Find(std::string_view keyword);
-};
-
-const DeckLineConverter::Rule* DeckLineConverter::Rule::Find(std::string_view keyword)
-{
-  using C = DeckLineConverter;
-  // Plain: neither lengths nor nodes. Unknown: no nodes, and quantities that are not told apart here.
-  static const Rule kRules[] = {
-      {"AMPLITUDE", &C::Plain},
-      {"BASEMOTION", &C::Unknown},
-      {"BEAMGENERALSECTION", &C::Unknown},
-      {"BEAMSECTION", &C::FirstLineLengths},
-      {"BOUNDARY", &C::Boundary},
-      {"BUCKLE", &C::Plain},
-      {"CFLUX", &C::ConcentratedFlux},
-      {"CHANGEMATERIAL", &C::Plain},
-      {"CLOAD", &C::ConcentratedLoad},
-      {"COMPLEXFREQUENCY", &C::Plain},
-      {"CONDUCTIVITY", &C::Plain},
-      {"CONTACTFILE", &C::Plain},
-      {"CONTACTOUTPUT", &C::Plain},
-      {"CONTACTPAIR", &C::Plain, {{{"ADJUST", 1}}}},
-      {"CONTACTPRINT", &C::Plain},
-      {"CONTROLS", &C::Unknown},
-      {"COUPLEDTEMPERATURE-DISPLACEMENT", &C::Plain},
-      {"COUPLING", &C::Plain, {{{"REFNODE", Parameter::kNode}}}},
-      {"CREEP", &C::Unknown},
-      {"CYCLICHARDENING", &C::Plastic},
-      {"CYCLICSYMMETRYMODEL", &C::Lengths, {{{"N", 0}, {"NGRAPH", 0}}}},
-      {"DAMPING", &C::Plain},
-      {"DASHPOT", &C::Unknown},
-      {"DEFORMATIONPLASTICITY", &C::Unknown},
-      {"DENSITY", &C::Density},
-      {"DEPVAR", &C::Plain},
-      {"DFLUX", &C::DistributedFlux},
-      {"DISTRIBUTING", &C::Plain},
-      {"DISTRIBUTINGCOUPLING", &C::NodeFirst},
-      {"DLOAD", &C::DistributedLoad},
-      {"DSLOAD", &C::DistributedLoad},
-      {"DYNAMIC", &C::Plain},
-      {"ELASTIC", &C::Elastic},
-      {"ELECTRICALCONDUCTIVITY", &C::Unknown},
-      {"ELEMENT", &C::Elements},
-      {"ELEMENTOUTPUT", &C::Plain},
-      {"ELFILE", &C::Plain},
-      {"ELPRINT", &C::Plain},
-      {"ELSET", &C::Plain},
-      {"ENDSTEP", &C::Plain},
-      {"EQUATION", &C::Equation},
-      {"EXPANSION", &C::Plain},
-      {"FILM", &C::Film},
-      {"FLUIDCONSTANTS", &C::Unknown},
-      {"FREQUENCY", &C::Plain},
-      {"FRICTION", &C::Friction},
-      {"GAP", &C::Unknown},
-      {"GAPCONDUCTANCE", &C::Unknown},
-      {"HEADING", &C::Plain},
-      {"HEATTRANSFER", &C::Plain},
-      {"HYPERELASTIC", &C::Unknown, {{{"N", 0}}}},
-      {"HYPERFOAM", &C::Unknown, {{{"N", 0}}}},
-      {"INITIALCONDITIONS", &C::InitialConditions},
-      {"KINEMATIC", &C::Plain},
-      {"MASS", &C::Mass},
-      {"MATERIAL", &C::Plain},
-      {"MEMBRANESECTION", &C::FirstLength},
-      {"MODALDAMPING", &C::Plain},
-      {"MODALDYNAMIC", &C::Plain},
-      {"MODELCHANGE", &C::Plain},
-      {"MPC", &C::Constraint},
-      {"NOANALYSIS", &C::Plain},
-      {"NODALTHICKNESS", &C::NodeThickness},
-      {"NODE", &C::Nodes},
-      {"NODEFILE", &C::Plain},
-      {"NODEOUTPUT", &C::Plain},
-      {"NODEPRINT", &C::Plain},
-      {"NORMAL", &C::NodeSecond},
-      {"NSET", &C::NodeSet},
-      {"ORIENTATION", &C::FirstLineLengths},
-      {"OUTPUT", &C::Plain},
-      {"PHYSICALCONSTANTS", &C::Plain, {{{"ABSOLUTEZERO", 0}, {"STEFANBOLTZMANN", -1}, {"NEWTONGRAVITY", 4, 10}}}},
-      {"PLASTIC", &C::Plastic},
-      {"PRE-TENSIONSECTION", &C::Plain, {{{"NODE", Parameter::kNode}}}},
-      {"RESTART", &C::Plain},
-      {"RETAINEDNODALDOFS", &C::NodeFirst},
-      {"RIGIDBODY", &C::Plain, {{{"REFNODE", Parameter::kNode}, {"ROTNODE", Parameter::kNode}}}},
-      {"SECTIONPRINT", &C::Plain},
-      {"SHELLSECTION", &C::FirstLength},
-      {"SOLIDSECTION", &C::SolidSection},
-      {"SPECIFICGASCONSTANT", &C::Unknown},
-      {"SPECIFICHEAT", &C::SpecificHeat},
-      {"SPRING", &C::Unknown},
-      {"STATIC", &C::Plain},
-      {"STEADYSTATEDYNAMICS", &C::Plain},
-      {"STEP", &C::Plain},
-      {"SURFACE", &C::Surface},
-      {"SURFACEBEHAVIOR", &C::SurfaceBehavior},
-      {"SURFACEINTERACTION", &C::Plain},
-      {"TEMPERATURE", &C::Temperature},
-      {"TIE", &C::Plain, {{{"POSITIONTOLERANCE", 1}}}},
-      {"TIMEPOINTS", &C::Plain},
-      {"TRANSFORM", &C::Lengths},
-      {"UNCOUPLEDTEMPERATURE-DISPLACEMENT", &C::Plain},
-      {"USERELEMENT", &C::Plain, {{{"INTEGRATIONPOINTS", 0}, {"MAXDOF", 0}, {"NODES", 0}}}},
-      {"USERMATERIAL", &C::Unknown},
-      {"USERSECTION", &C::Unknown},
-      {"VISCO", &C::Plain},
-  };
-  const auto found = std::find_if(std::begin(kRules), std::end(kRules),
-                                  [keyword](const Rule& rule) { return keyword == rule.keyword; });
-  return found == std::end(kRules) ? nullptr : found;
-}
-
-namespace {
-
-/// Parameters whose value is a name, a count, a time, a temperature or a ratio, whatever the keyword.
-bool IsParameterWithoutUnit(std::string_view name)
-{
-  return IsOneOf(name, {"ALPHA",      "AMPLITUDE", "BETA",      "CONSTANTS",  "DELTMX",      "ELSET",       "FREQUENCY",
-                        "FREQUENCYF", "GLOBAL",    "INC",       "INCF",       "INTERACTION", "LOADCASE",    "MATERIAL",
-                        "NAME",       "NSET",      "OFFSET",    "OFFSET1",    "OFFSET2",     "ORIENTATION", "SECTOR",
-                        "STEP",       "SURFACE",   "TIMEDELAY", "TIMEPOINTS", "ZERO"});
-}
-
-}  // namespace
-
 DeckLineConverter::DeckLineConverter(int lengthExponent, int nodeOffset, const DeckModel& model,
                                      std::function<void(const std::string&)> fail)
     : lengthExponent_(lengthExponent), nodeOffset_(nodeOffset), model_(model), fail_(std::move(fail))
@@ -306,9 +147,10 @@ DeckLineConverter::DeckLineConverter(int lengthExponent, int nodeOffset, const D
 
 std::string DeckLineConverter::ConvertCard(std::string_view line)
 {
-  card_           = ParseDeckCard(line);
-  rule_           = Rule::Find(card_.keyword);
-  dataLines_      = 0;
+  card_    = ParseDeckCard(line);
+  keyword_ = FindDeckKeyword(card_.keyword);
+  if (keyword_ != nullptr && card_.keyword != keyword_->name) keyword_ = nullptr;  // longer than the solver's
+  if (keyword_ != nullptr) form_.Begin(*keyword_, card_);
   statesQuantity_ = false;
   CheckSource();
   if (card_.keyword == "ELEMENT") {
@@ -350,14 +192,61 @@ void DeckLineConverter::CheckDefaults() const
 std::string DeckLineConverter::ConvertData(std::string_view line)
 {
   DeckDataLine fields(line);
-  if (rule_ == nullptr) {
-    for (std::size_t i = 0; i < fields.Size(); ++i)
-      if (fields.HasNumber(i)) FailUnknown("the data of " + CardName());
+  if (keyword_ == nullptr) {
+    FailWithNumbers(fields, "the data of " + CardName());
+  } else if (keyword_->defines == DeckKeyword::Elements) {
+    Elements(fields);
   } else {
-    (this->*rule_->handler)(fields);
+    const DeckForm::Line& form = form_.Next(line);
+    CheckKnowledge(fields);
+    if (form_.Form().isTerm) {
+      Terms(fields, form);
+    } else {
+      for (std::size_t i = 0; i < fields.Size(); ++i) Convert(fields, i, form);
+    }
   }
-  ++dataLines_;
   return fields.Text();
+}
+
+/// Fails where the numbers of a line are not known well enough to be converted.
+void DeckLineConverter::CheckKnowledge(const DeckDataLine& line) const
+{
+  if (keyword_->defines == DeckKeyword::Nodes && card_.Find("SYSTEM") != nullptr)
+    FailUnknown("the system of coordinates of " + CardName());
+  const DeckForm& form      = form_.Form();
+  const auto      knowledge = std::min(keyword_->knowledge, form.knowledge);
+  if (knowledge == DeckKnowledge::All || (knowledge == DeckKnowledge::Nodes && lengthExponent_ == 0)) return;
+  if (keyword_->label != nullptr && keyword_->knowledge == DeckKnowledge::All)
+    FailUnknown(std::string(keyword_->label) + " '" + Shown(form_.Label()) + "' of " + CardName());
+  // Of a card that is known in other forms the form is told.
+  std::string what = "the data of " + CardName();
+  if (keyword_->selector != nullptr && form.knowledge == DeckKnowledge::Nothing)
+    what += ", " + std::string(keyword_->selector) + '=' + Shown(card_.ValueOf(keyword_->selector));
+  FailWithNumbers(line, what);
+}
+
+void DeckLineConverter::FailWithNumbers(const DeckDataLine& line, const std::string& what) const
+{
+  for (std::size_t i = 0; i < line.Size(); ++i)
+    if (line.HasNumber(i)) FailUnknown(what);
+}
+
+void DeckLineConverter::Convert(DeckDataLine& line, std::size_t field, const DeckForm::Line& form)
+{
+  const DeckField known = form[field];
+  if (known.content == DeckField::NodeId || known.content == DeckField::Node) return Node(line, field);
+  double value = 0.0;
+  if (known.content != DeckField::Number || lengthExponent_ == 0 || !ReadDeckNumber(line[field], value)) return;
+  statesQuantity_ = statesQuantity_ || (known.power != 0 && value != 0.0);
+  int power       = known.power;
+  if (power == DeckField::kOfElements) power = PowerOfSection();
+  if (power == DeckField::kOfDegree || power == DeckField::kOfLoad) {
+    if (value == 0.0) return;
+    power = PowerOfLine(line, form);
+    // A moment is a force times a length.
+    if (known.power == DeckField::kOfLoad) power = 1 - power;
+  }
+  Scale(line, field, power);
 }
 
 /// What a card takes from elsewhere stays in its units and with its node numbers.
@@ -389,19 +278,17 @@ void DeckLineConverter::EditParameters(DeckDataLine& line) const
     const std::string name   = Compact(field.substr(0, equals));
     const std::string value  = WithoutBlanks(field.substr(equals + 1));
     double            number = 0.0;
-    if (!ReadDeckNumber(value, number) || IsParameterWithoutUnit(name)) continue;
+    if (!ReadDeckNumber(value, number)) continue;
 
-    const Rule::Parameter* known = nullptr;
-    if (rule_ != nullptr)
-      for (const Rule::Parameter& parameter : rule_->parameters)
-        if (parameter.name != nullptr && name == parameter.name) known = &parameter;
+    const DeckParameterRule* known =
+        keyword_ == nullptr ? FindCommonDeckParameter(name) : keyword_->FindParameter(name);
     if (known == nullptr) FailUnknown("the parameter " + name + " of " + CardName());
 
     int node = 0;
-    if (known->power == Rule::Parameter::kNode) {
+    if (known->meaning == DeckParameterRule::NodeId) {
       if (nodeOffset_ != 0 && ReadDeckInteger(value, node))
         line.Replace(i, std::string(field.substr(0, equals + 1)) + Renumbered(node));
-    } else if (lengthExponent_ != 0) {
+    } else if (known->meaning == DeckParameterRule::Number && lengthExponent_ != 0) {
       const std::string scaled = ScaledParameter(value, known->power);
       if (scaled.size() > known->characters)
         FailWith("'" + Shown(value) + "' would become '" + scaled + "', of which the solver reads " +
@@ -411,23 +298,7 @@ void DeckLineConverter::EditParameters(DeckDataLine& line) const
   }
 }
 
-// ---- one function for each way that cards hold their data
-
-void DeckLineConverter::Plain(DeckDataLine&) {}
-
-void DeckLineConverter::Unknown(DeckDataLine& line)
-{
-  if (lengthExponent_ == 0) return;
-  for (std::size_t i = 0; i < line.Size(); ++i)
-    if (line.HasNumber(i)) FailUnknown("the data of " + CardName());
-}
-
-void DeckLineConverter::Nodes(DeckDataLine& line)
-{
-  if (card_.Find("SYSTEM") != nullptr) FailUnknown("the system of coordinates of " + CardName());
-  Node(line, 0);
-  for (std::size_t i = 1; i <= 3; ++i) Scale(line, i, 1);
-}
+// ---- data that need more than their fields
 
 void DeckLineConverter::Elements(DeckDataLine& line)
 {
@@ -439,51 +310,27 @@ void DeckLineConverter::Elements(DeckDataLine& line)
   for (; field < line.Size() && openNodes_ > 0; ++field, --openNodes_) Node(line, field);
 }
 
-void DeckLineConverter::NodeSet(DeckDataLine& line)
+void DeckLineConverter::Terms(DeckDataLine& line, const DeckForm::Line& term)
 {
-  const std::size_t nodes = card_.Find("GENERATE") != nullptr ? 2 : line.Size();
-  for (std::size_t i = 0; i < nodes; ++i) Node(line, i);
+  if (openNodes_ == 0) {
+    if (!ReadDeckInteger(line[0], openNodes_) || openNodes_ < 1) FailWith("expected the number of terms");
+    hasPower_ = false;
+    return;
+  }
+  for (std::size_t i = 0; i < line.Size() && openNodes_ > 0; i += term.Size(), --openNodes_) {
+    Node(line, i);
+    if (lengthExponent_ == 0) continue;
+    const int degree = DegreeIn(line, i + 1);
+    const int power  = PowerOfDegree(line[i], degree, degree);
+    if (hasPower_ && power != power_) FailUnknown("an equation of translations and rotations");
+    power_    = power;
+    hasPower_ = true;
+  }
 }
 
-void DeckLineConverter::Surface(DeckDataLine& line)
+/// @return of a thickness of plane elements or an area of trusses; of solids the solver does not look at it
+int DeckLineConverter::PowerOfSection() const
 {
-  if (card_.ValueOf("TYPE") == "NODE") Node(line, 0);
-}
-
-void DeckLineConverter::NodeFirst(DeckDataLine& line) { Node(line, 0); }
-
-void DeckLineConverter::Temperature(DeckDataLine& line)
-{
-  Node(line, 0);
-  ScaleFrom(line, 2, -1);  // gradients across shells and beams
-}
-
-void DeckLineConverter::NodeSecond(DeckDataLine& line) { Node(line, 1); }
-
-void DeckLineConverter::NodeThickness(DeckDataLine& line)
-{
-  Node(line, 0);
-  Scale(line, 1, 1);
-  Scale(line, 2, 1);  // of beams
-}
-
-void DeckLineConverter::Lengths(DeckDataLine& line) { ScaleFrom(line, 0, 1); }
-
-void DeckLineConverter::FirstLength(DeckDataLine& line) { Scale(line, 0, 1); }
-
-void DeckLineConverter::FirstLineLengths(DeckDataLine& line)
-{
-  if (card_.keyword == "BEAMSECTION" && !IsOneOf(card_.ValueOf("SECTION"), {"RECT", "CIRC", "PIPE", "BOX"}))
-    return Unknown(line);
-  if (dataLines_ == 0) ScaleFrom(line, 0, 1);
-}
-
-void DeckLineConverter::SolidSection(DeckDataLine& line)
-{
-  // A thickness of plane elements or an area of trusses; of solids the solver does not look at it.
-  double size = 0.0;
-  if (lengthExponent_ == 0 || !ReadDeckNumber(line[0], size)) return;
-  statesQuantity_          = statesQuantity_ || size != 0.0;
   const DeckSet* set       = model_.FindElementSet(card_.ValueOf("ELSET"));
   int            dimension = 0;
   bool           isMixed   = set == nullptr;
@@ -495,170 +342,7 @@ void DeckLineConverter::SolidSection(DeckDataLine& line)
       dimension = element->type->dimension;
     }
   if (isMixed || dimension == 0) FailUnknown("the data of " + CardName() + " of elements of several kinds");
-  if (dimension < 3) Scale(line, 0, dimension == 2 ? 1 : 2);
-}
-
-void DeckLineConverter::Mass(DeckDataLine& line) { Scale(line, 0, -1); }
-
-void DeckLineConverter::Elastic(DeckDataLine& line)
-{
-  const std::string_view type = card_.ValueOf("TYPE");
-  // Per line of a set of constants: fields that are moduli; ratios and temperatures stand between or behind them.
-  if (type.empty() || type.starts_with("ISO")) {
-    Scale(line, 0, -2);
-  } else if (type.starts_with("ORTHO")) {
-    for (std::size_t i = 0; i < (dataLines_ % 2 == 0 ? 8u : 1u); ++i) Scale(line, i, -2);
-  } else if (type.starts_with("ANISO")) {
-    for (std::size_t i = 0; i < (dataLines_ % 3 == 2 ? 5u : 8u); ++i) Scale(line, i, -2);
-  } else if (type == "ENGINEERINGCONSTANTS") {
-    Scale(line, 0, -2);
-    if (dataLines_ % 2 == 0)
-      for (const std::size_t i : {1u, 2u, 6u, 7u}) Scale(line, i, -2);
-  } else {
-    Unknown(line);
-  }
-}
-
-void DeckLineConverter::Density(DeckDataLine& line) { Scale(line, 0, -4); }
-
-void DeckLineConverter::Plastic(DeckDataLine& line)
-{
-  const std::string_view hardening = card_.ValueOf("HARDENING");
-  if (!hardening.empty() && !IsOneOf(hardening, {"ISOTROPIC", "KINEMATIC", "COMBINED"})) return Unknown(line);
-  Scale(line, 0, -2);
-}
-
-void DeckLineConverter::SpecificHeat(DeckDataLine& line) { Scale(line, 0, 2); }
-
-void DeckLineConverter::Boundary(DeckDataLine& line)
-{
-  Node(line, 0);
-  if (lengthExponent_ == 0) return;
-  double value = 0.0;
-  if (!ReadDeckNumber(line[3], value) || value == 0.0) return;
-  const int first = DegreeIn(line, 1);
-  Scale(line, 3, PowerOfDegree(line[0], first, line[2].empty() ? first : DegreeIn(line, 2)));
-}
-
-void DeckLineConverter::ConcentratedLoad(DeckDataLine& line)
-{
-  Node(line, 0);
-  double value = 0.0;
-  if (lengthExponent_ == 0 || !ReadDeckNumber(line[2], value) || value == 0.0) return;
-  // A moment is a force times a length.
-  const int degree = DegreeIn(line, 1);
-  Scale(line, 2, 1 - PowerOfDegree(line[0], degree, degree));
-}
-
-void DeckLineConverter::ConcentratedFlux(DeckDataLine& line)
-{
-  Node(line, 0);
-  Scale(line, 2, 1);
-}
-
-void DeckLineConverter::DistributedLoad(DeckDataLine& line)
-{
-  const std::string label = Compact(line[1]);
-  if (label.ends_with("NP")) Node(line, 2);  // that the pressure is taken from
-  if (IsFaceLabel(label, "P")) {
-    Scale(line, 2, -2);
-  } else if (label == "GRAV") {
-    Scale(line, 2, 1);
-  } else if (label == "CENTRIF") {
-    for (std::size_t i = 3; i <= 5; ++i) Scale(line, i, 1);
-  } else if (label != "NEWTON") {
-    if (lengthExponent_ != 0) FailUnknown("load '" + Shown(label) + "' of " + CardName());
-  }
-}
-
-void DeckLineConverter::DistributedFlux(DeckDataLine& line)
-{
-  const std::string label = Compact(line[1]);
-  if (IsFaceLabel(label, "S")) {
-    Scale(line, 2, -1);
-  } else if (label == "BF") {
-    Scale(line, 2, -2);
-  } else if (lengthExponent_ != 0) {
-    FailUnknown("flux '" + Shown(label) + "' of " + CardName());
-  }
-}
-
-void DeckLineConverter::Film(DeckDataLine& line)
-{
-  const std::string label    = Compact(line[1]);
-  const bool        isForced = label.ends_with("FC") && lengthExponent_ == 0;
-  if (!isForced && !IsFaceLabel(label, "F")) FailUnknown("film '" + Shown(label) + "' of " + CardName());
-  if (isForced) Node(line, 2);  // that the temperature of the fluid is taken from
-  Scale(line, 3, -1);
-}
-
-void DeckLineConverter::InitialConditions(DeckDataLine& line)
-{
-  const std::string_view type = card_.ValueOf("TYPE");
-  if (type == "TEMPERATURE") {
-    Temperature(line);
-  } else if (IsOneOf(type, {"DISPLACEMENT", "VELOCITY"})) {
-    Node(line, 0);
-    if (lengthExponent_ == 0) return;
-    const int degree = DegreeIn(line, 1);
-    Scale(line, 2, PowerOfDegree(line[0], degree, degree));
-  } else if (type == "STRESS") {
-    for (std::size_t i = 2; i < 8; ++i) Scale(line, i, -2);
-  } else if (type != "PLASTICSTRAIN") {
-    FailUnknown("the data of " + CardName() + ", TYPE=" + Shown(type));
-  }
-}
-
-void DeckLineConverter::Equation(DeckDataLine& line)
-{
-  if (card_.Find("REMOVE") != nullptr) return Node(line, 0);  // and degrees of freedom behind it
-  if (openNodes_ == 0) {
-    if (!ReadDeckInteger(line[0], openNodes_) || openNodes_ < 1) FailWith("expected the number of terms");
-    hasPower_ = false;
-    return;
-  }
-  for (std::size_t i = 0; i < line.Size() && openNodes_ > 0; i += 3, --openNodes_) {
-    Node(line, i);
-    if (lengthExponent_ == 0) continue;
-    const int degree = DegreeIn(line, i + 1);
-    const int power  = PowerOfDegree(line[i], degree, degree);
-    if (hasPower_ && power != power_) FailUnknown("an equation of translations and rotations");
-    power_    = power;
-    hasPower_ = true;
-  }
-}
-
-void DeckLineConverter::Constraint(DeckDataLine& line)
-{
-  if (dataLines_ == 0 && !IsOneOf(Compact(line[0]), {"PLANE", "STRAIGHT", "BEAM"}))
-    FailUnknown("constraint '" + Shown(Compact(line[0])) + "' of " + CardName());
-  for (std::size_t i = dataLines_ == 0 ? 1 : 0; i < line.Size(); ++i) Node(line, i);
-}
-
-void DeckLineConverter::SurfaceBehavior(DeckDataLine& line)
-{
-  const std::string_view law = card_.ValueOf("PRESSURE-OVERCLOSURE");
-  if (law == "LINEAR") {
-    Scale(line, 0, -3);
-    Scale(line, 1, -2);
-  } else if (law == "TIED") {
-    Scale(line, 0, -3);
-  } else if (law == "EXPONENTIAL") {
-    Scale(line, 0, 1);
-    Scale(line, 1, -2);
-  } else if (law == "TABULAR") {
-    Scale(line, 0, -2);
-    Scale(line, 1, 1);
-  } else {
-    Unknown(line);
-  }
-}
-
-void DeckLineConverter::Friction(DeckDataLine& line)
-{
-  double slope    = 0.0;
-  statesQuantity_ = ReadDeckNumber(line[1], slope) && slope != 0.0;
-  Scale(line, 1, -3);
+  return 3 - dimension;
 }
 
 // ---- quantities and nodes
@@ -702,11 +386,6 @@ std::string DeckLineConverter::ScaledParameter(const std::string& number, int po
   return scientific.size() < plain.size() ? scientific : plain;
 }
 
-void DeckLineConverter::ScaleFrom(DeckDataLine& line, std::size_t first, int power)
-{
-  for (std::size_t i = first; i < line.Size(); ++i) Scale(line, i, power);
-}
-
 void DeckLineConverter::Node(DeckDataLine& line, std::size_t field)
 {
   int node = 0;
@@ -727,6 +406,19 @@ int DeckLineConverter::PowerOfDegree(std::string_view nodes, int first, int last
   if (first >= 1 && last <= 3) return AreRotations(nodes) ? 0 : 1;
   if ((first >= 4 && last <= 6) || (first == 11 && last == 11)) return 0;
   FailUnknown("degrees of freedom " + std::to_string(first) + " to " + std::to_string(last) + " of " + CardName());
+}
+
+int DeckLineConverter::PowerOfLine(const DeckDataLine& line, const DeckForm::Line& form) const
+{
+  // The degrees of freedom stand between the node and the value; the last one may be left out.
+  int first = 0;
+  int last  = 0;
+  for (std::size_t i = 0; i < line.Size(); ++i) {
+    if (form[i].content != DeckField::Degree || (first != 0 && line[i].empty())) continue;
+    last = DegreeIn(line, i);
+    if (first == 0) first = last;
+  }
+  return PowerOfDegree(line[0], first, last);
 }
 
 bool DeckLineConverter::AreRotations(std::string_view nodes) const

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "calculix/deck/DeckKeyword.h"
 #include "calculix/deck/DeckModel.h"
 #include "calculix/deck/DeckText.h"
 
@@ -47,7 +48,7 @@ private:
   std::vector<Field> fields_;
 };
 
-/// Converts cards and data lines, in their order. It knows where the keywords of this table hold lengths, quantities
+/// Converts cards and data lines, in their order. The table of cards says which hold lengths, quantities
 /// made of them, and nodes; anything else that holds a number is reported rather than guessed at.
 ///
 /// Units: the unit of length changes, those of force, time and temperature stay. So a modulus in N/mm^2 becomes one in
@@ -69,57 +70,29 @@ public:
   /// @param line of kind Data
   std::string ConvertData(std::string_view line);
 
-  /// How the keyword at hand is converted; see the table in the source.
-  struct Rule;
-
 private:
-  using Handler = void (DeckLineConverter::*)(DeckDataLine& line);
-  friend struct Rule;
-
-  void Plain(DeckDataLine& line);
-  void Unknown(DeckDataLine& line);
-  void Nodes(DeckDataLine& line);
+  void CheckKnowledge(const DeckDataLine& line) const;
+  void Convert(DeckDataLine& line, std::size_t field, const DeckForm::Line& form);
   void Elements(DeckDataLine& line);
-  void NodeSet(DeckDataLine& line);
-  void Surface(DeckDataLine& line);
-  void NodeFirst(DeckDataLine& line);
-  void Temperature(DeckDataLine& line);
-  void NodeSecond(DeckDataLine& line);
-  void NodeThickness(DeckDataLine& line);
-  void Lengths(DeckDataLine& line);
-  void FirstLength(DeckDataLine& line);
-  void FirstLineLengths(DeckDataLine& line);
-  void SolidSection(DeckDataLine& line);
-  void Mass(DeckDataLine& line);
-  void Elastic(DeckDataLine& line);
-  void Density(DeckDataLine& line);
-  void Plastic(DeckDataLine& line);
-  void SpecificHeat(DeckDataLine& line);
-  void Boundary(DeckDataLine& line);
-  void ConcentratedLoad(DeckDataLine& line);
-  void ConcentratedFlux(DeckDataLine& line);
-  void DistributedLoad(DeckDataLine& line);
-  void DistributedFlux(DeckDataLine& line);
-  void Film(DeckDataLine& line);
-  void InitialConditions(DeckDataLine& line);
-  void Equation(DeckDataLine& line);
-  void Constraint(DeckDataLine& line);
-  void SurfaceBehavior(DeckDataLine& line);
-  void Friction(DeckDataLine& line);
+  void Terms(DeckDataLine& line, const DeckForm::Line& term);
 
   [[noreturn]] void FailWith(const std::string& text) const;
   [[noreturn]] void FailUnknown(const std::string& what) const;
-  std::string       CardName() const { return "*" + card_.keyword; }
+  /// Fails as FailUnknown() where the line has a number.
+  void        FailWithNumbers(const DeckDataLine& line, const std::string& what) const;
+  std::string CardName() const { return "*" + card_.keyword; }
 
   /// Multiplies by the length to the power given; a field without text stays.
   void        Scale(DeckDataLine& line, std::size_t field, int power);
   std::string Scaled(std::string_view number, int power) const;
   std::string ScaledParameter(const std::string& number, int power) const;
-  void        ScaleFrom(DeckDataLine& line, std::size_t first, int power);
   /// Renumbers a field that holds a node; the name of a set stays.
   void        Node(DeckDataLine& line, std::size_t field);
   std::string Renumbered(int node) const;
   /// @param nodes number of a node or name of a set
+  /// @return of the degrees of freedom that the line names
+  int PowerOfLine(const DeckDataLine& line, const DeckForm::Line& form) const;
+  int PowerOfSection() const;
   /// @return 1 for translations, 0 for rotations and temperatures
   int PowerOfDegree(std::string_view nodes, int first, int last) const;
   /// @return whether the degrees of freedom 1 to 3 of the nodes are rotations
@@ -136,14 +109,14 @@ private:
   const DeckModel&                        model_;
   std::function<void(const std::string&)> fail_;
 
-  const Rule* rule_ = nullptr;  // of card_; null: the keyword is not in the table
-  DeckCard    card_;
-  int         dataLines_       = 0;  // of the card, before this one
-  int         openNodes_       = 0;  // of an element or equation, still to come
-  int         power_           = 0;  // of the degrees of freedom in the equation
-  bool        hasPower_        = false;
-  bool        statesQuantity_  = false;  // that the solver has a default for
-  int         nodesPerElement_ = 0;
+  const DeckKeyword* keyword_ = nullptr;  // of card_; null: not in the table
+  DeckFormWalk       form_;
+  DeckCard           card_;
+  int                openNodes_       = 0;  // of an element or equation, still to come
+  int                power_           = 0;  // of the degrees of freedom in the equation
+  bool               hasPower_        = false;
+  bool               statesQuantity_  = false;  // that the solver has a default for
+  int                nodesPerElement_ = 0;
 
   std::set<int> rotationNodes_;  // of the rigid bodies so far: their translations are the body's rotations
 };

@@ -192,26 +192,37 @@ void DeckModelReader::OnCard(const DeckLine& line)
   onData_ = &DeckModelReader::OnReferringData;
   if ((keyword->role == DeckKeyword::Procedure || keyword->role == DeckKeyword::Load) && !isInStep_)
     Error(line.place, "*" + card_.keyword + " belongs between *STEP and *END STEP");
-  const std::string_view name = keyword->name;
-  if (name == "NODE") return BeginNodes(line.place);
-  if (name == "ELEMENT") return BeginElements(line.place);
-  if (name == "NSET") return BeginSet(nodeSets_, "NSET", line.place);
-  if (name == "ELSET") return BeginSet(elementSets_, "ELSET", line.place);
-  if (name == "MATERIAL") return BeginMaterial(line.place);
-  if (name == "ORIENTATION") return BeginOrientation(line.place);
-  if (name == "USERELEMENT") return BeginUserElement(line.place);
-  if (name == "RESTART" && card_.Find("READ") != nullptr) isRestart_ = true;
-  if (name == "STEP") return BeginStep(line.place);
-  if (name == "ENDSTEP") {
-    if (!isInStep_) Error(line.place, "no step is to be ended here");
-    isInStep_ = false;
-    onData_   = &DeckModelReader::OnStrayData;
-    return;
+  if (card_.keyword == "RESTART" && card_.Find("READ") != nullptr) isRestart_ = true;
+  switch (keyword->defines) {
+    case DeckKeyword::Nodes:
+      return BeginNodes(line.place);
+    case DeckKeyword::Elements:
+      return BeginElements(line.place);
+    case DeckKeyword::ElementType:
+      return BeginUserElement(line.place);
+    case DeckKeyword::NodeSet:
+      return BeginSet(nodeSets_, "NSET", line.place);
+    case DeckKeyword::ElementSet:
+      return BeginSet(elementSets_, "ELSET", line.place);
+    case DeckKeyword::Material:
+      return BeginMaterial(line.place);
+    case DeckKeyword::Orientation:
+      return BeginOrientation(line.place);
+    case DeckKeyword::Step:
+      return BeginStep(line.place);
+    case DeckKeyword::EndOfStep:
+      return EndStep(line.place);
+    case DeckKeyword::Nothing:
+    case DeckKeyword::Surface:
+    case DeckKeyword::Amplitude:
+    case DeckKeyword::Interaction:
+    case DeckKeyword::TimePoints:
+      break;
   }
   if (keyword->role == DeckKeyword::Section) return BeginSection(line.place);
   // A step may have damping of its own, under the keyword of a material's.
   if (keyword->role == DeckKeyword::Property && !isInStep_) return BeginProperty(line.place);
-  if (keyword->role == DeckKeyword::Procedure && isInStep_) model_.steps.back().procedure = name;
+  if (keyword->role == DeckKeyword::Procedure && isInStep_) model_.steps.back().procedure = keyword->name;
 }
 
 void DeckModelReader::EndCard()
@@ -339,6 +350,13 @@ void DeckModelReader::BeginStep(const DeckPlace& place)
   cardsInStep_ = 0;
   onData_      = &DeckModelReader::OnStrayData;
   model_.steps.push_back({{}, isNlgeom_, card_.Find("PERTURBATION") != nullptr, place});
+}
+
+void DeckModelReader::EndStep(const DeckPlace& place)
+{
+  if (!isInStep_) Error(place, "no step is to be ended here");
+  isInStep_ = false;
+  onData_   = &DeckModelReader::OnStrayData;
 }
 
 void DeckModelReader::OnReferringData(const DeckLine& line) { references_.OnData(line); }

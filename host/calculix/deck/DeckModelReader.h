@@ -67,6 +67,7 @@ private:
   void BeginSection(const DeckPlace& place);
   void BeginUserElement(const DeckPlace& place);
   void BeginStep(const DeckPlace& place);
+  void EndStep(const DeckPlace& place);
 
   void        OnReferringData(const DeckLine& line);
   void        OnStrayData(const DeckLine& line);

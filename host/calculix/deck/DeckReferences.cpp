@@ -23,131 +23,95 @@ std::unordered_set<std::string> NamesOf(const std::vector<T>& items)
 
 DeckReferences::DeckReferences(const DeckModel& model, Report report) : model_(model), report_(std::move(report)) {}
 
-DeckReferences::Target DeckReferences::TargetOfData(const DeckKeyword& keyword, const DeckCard& card)
-{
-  const std::string_view name = keyword.name;
-  // Of a submodel these are driven by another calculation.
-  if (card.Find("SUBMODEL") != nullptr) return Target::Nothing;
-  if (name == "BOUNDARY" || name == "CLOAD" || name == "CFLUX" || name == "TEMPERATURE" ||
-      name == "RETAINEDNODALDOFS" || name == "NODALTHICKNESS" || name == "DISTRIBUTINGCOUPLING")
-    return Target::Node;
-  if (name == "NORMAL") return Target::Element;
-  if (name == "DLOAD" || name == "DFLUX" || name == "FILM" || name == "RADIATE") return Target::ElementOrSurface;
-  if (name == "DSLOAD") return Target::Surface;
-  if (name == "CONTACTPAIR" || name == "TIE") return Target::TwoSurfaces;
-  if (name == "DESIGNVARIABLES") return card.ValueOf("TYPE") == "COORDINATE" ? Target::Node : Target::Nothing;
-  if (name == "MODELCHANGE" && card.ValueOf("TYPE") == "ELEMENT") return Target::Element;
-  if (name == "MODELCHANGE" && card.ValueOf("TYPE") == "CONTACTPAIR") return Target::TwoSurfaces;
-  if (name == "EQUATION") return card.parameters.empty() ? Target::Terms : Target::Nothing;
-  if (name == "SURFACE") return card.ValueOf("TYPE") == "NODE" ? Target::Node : Target::Element;
-  if (name == "INITIALCONDITIONS") {
-    const std::string_view type = card.ValueOf("TYPE");
-    if (card.Find("FILE") != nullptr || card.Find("USER") != nullptr) return Target::Nothing;
-    return type == "STRESS" || type == "PLASTICSTRAIN" || type == "SOLUTION" ? Target::Element : Target::Node;
-  }
-  return Target::Nothing;
-}
-
-const char* DeckReferences::KindOf(Target named) noexcept
+const char* DeckReferences::KindOf(Meaning named) noexcept
 {
   switch (named) {
-    case Target::Amplitude:
+    case DeckParameterRule::Amplitude:
       return "amplitude";
-    case Target::Interaction:
+    case DeckParameterRule::Interaction:
       return "surface interaction";
-    case Target::TimePoints:
+    case DeckParameterRule::TimePoints:
       return "time points";
-    case Target::Material:
+    case DeckParameterRule::Material:
       return "material";
-    case Target::Orientation:
+    case DeckParameterRule::Orientation:
       return "orientation";
-    case Target::NodeSet:
+    case DeckParameterRule::NodeSet:
       return "node set";
-    case Target::ElementSet:
+    case DeckParameterRule::ElementSet:
       return "element set";
     default:
       return "surface";
   }
 }
 
-DeckReferences::Target DeckReferences::DefinedBy(const DeckKeyword& keyword)
-{
-  const std::string_view name = keyword.name;
-  if (name == "SURFACE") return Target::Surface;
-  if (name == "AMPLITUDE") return Target::Amplitude;
-  if (name == "SURFACEINTERACTION") return Target::Interaction;
-  if (name == "TIMEPOINTS") return Target::TimePoints;
-  return Target::Nothing;
-}
-
 void DeckReferences::OnCard(const DeckKeyword& keyword, const DeckCard& card, const DeckPlace& place)
 {
   FinishEquation();
-  const std::string_view name = keyword.name;
-  target_                     = TargetOfData(keyword, card);
-  // The solver drops an unknown id from a surface and from initial conditions, and says so.
-  severity_ = name == "SURFACE" || name == "INITIALCONDITIONS" ? DeckMessage::Warning : DeckMessage::Error;
+  form_.Begin(keyword, card);
+  refersElsewhere_ = false;
+  severity_        = keyword.dropsUnknownIds ? DeckMessage::Warning : DeckMessage::Error;
 
-  if (const Target defined = DefinedBy(keyword); defined != Target::Nothing) Define(defined, card, place);
-  const auto add = [&](Target target, std::string_view parameter) {
-    if (const DeckParameter* found = card.Find(parameter); found != nullptr && !found->value.empty())
-      names_.push_back({target, found->value, place});
-  };
-  if (name != "NODE" && name != "NSET") add(Target::NodeSet, "NSET");
-  if (name != "ELEMENT" && name != "ELSET" && keyword.role != DeckKeyword::Section) add(Target::ElementSet, "ELSET");
-  // On *STEP the parameter says how loads grow, STEP or RAMP.
-  if (name != "AMPLITUDE" && name != "STEP") add(Target::Amplitude, "AMPLITUDE");
-  add(Target::Amplitude, "FILMAMPLITUDE");
-  add(Target::Amplitude, "RADIATIONAMPLITUDE");
-  add(Target::Surface, "SURFACE");
-  add(Target::Interaction, "INTERACTION");
-  add(Target::TimePoints, "TIMEPOINTS");
-  add(Target::Material, "MATERIAL");
-  add(Target::Orientation, "ORIENTATION");
-  if (name == "CHANGEMATERIAL") add(Target::Material, "NAME");
-  if (name == "PRE-TENSIONSECTION") AddNodeParameter(card, "NODE", place);
-  if (name == "RIGIDBODY" || name == "COUPLING") {
-    AddNodeParameter(card, "REFNODE", place);
-    AddNodeParameter(card, "ROTNODE", place);
+  for (const DeckParameter& parameter : card.parameters) {
+    const DeckParameterRule* rule = keyword.FindParameter(parameter.name);
+    if (rule != nullptr && rule->meaning == DeckParameterRule::DataElsewhere) refersElsewhere_ = true;
   }
+  Define(keyword, card, place);
+  const auto add = [&](const DeckParameterRule& rule) {
+    if (rule.name == nullptr || keyword.FindParameter(rule.name) != &rule) return;  // the card has another rule
+    const DeckParameter* found = card.Find(rule.name);
+    int                  id    = 0;
+    if (found == nullptr || found->value.empty()) return;
+    if (rule.meaning >= DeckParameterRule::NodeSet) names_.push_back({rule.meaning, found->value, place});
+    if (rule.meaning == DeckParameterRule::NodeId && ReadDeckInteger(found->value, id))
+      AddId(true, id, DeckMessage::Error, place);
+  };
+  for (const DeckParameterRule& rule : CommonDeckParameters()) add(rule);
+  for (const DeckParameterRule& rule : keyword.parameters) add(rule);
 }
 
-void DeckReferences::Define(Target target, const DeckCard& card, const DeckPlace& place)
+/// Sets, materials and orientations are found in the model.
+void DeckReferences::Define(const DeckKeyword& keyword, const DeckCard& card, const DeckPlace& place)
 {
+  Meaning kind = DeckParameterRule::Unknown;
+  if (keyword.defines == DeckKeyword::Surface) kind = DeckParameterRule::Surface;
+  if (keyword.defines == DeckKeyword::Amplitude) kind = DeckParameterRule::Amplitude;
+  if (keyword.defines == DeckKeyword::Interaction) kind = DeckParameterRule::Interaction;
+  if (keyword.defines == DeckKeyword::TimePoints) kind = DeckParameterRule::TimePoints;
+  if (kind == DeckParameterRule::Unknown) return;
   const std::string_view name = card.ValueOf("NAME");
   // The solver minds no nameless interaction: nothing can refer to it.
-  if (name.empty() && target != Target::Interaction)
-    report_(DeckMessage::Error, place, std::string("expected the name of the ") + KindOf(target) + ", NAME=");
-  defined_[target].emplace(name);
+  if (name.empty() && kind != DeckParameterRule::Interaction)
+    report_(DeckMessage::Error, place, std::string("expected the name of the ") + KindOf(kind) + ", NAME=");
+  defined_[kind].emplace(name);
 }
 
 void DeckReferences::OnData(const DeckLine& line)
 {
-  if (target_ == Target::Nothing) return;
-  if (target_ == Target::Terms) return AddTerms(line);
+  if (refersElsewhere_) return;
+  const DeckForm::Line& form = form_.Next(line.text);
+  if (form_.Form().isTerm) return AddTerms(line);
   DeckFields       fields(line.text);
   std::string_view field;
-  if (fields.Next(field)) AddFirstField(field, line.place);
-  if (target_ == Target::TwoSurfaces && fields.Next(field)) AddFirstField(field, line.place);
+  for (std::size_t i = 0; fields.Next(field); ++i) AddField(form[i].content, field, line.place);
 }
 
 void DeckReferences::AddLayer(const std::string& material, const std::string& orientation, const DeckPlace& place)
 {
-  if (!material.empty()) names_.push_back({Target::Material, material, place});
-  if (!orientation.empty()) names_.push_back({Target::Orientation, orientation, place});
+  if (!material.empty()) names_.push_back({DeckParameterRule::Material, material, place});
+  if (!orientation.empty()) names_.push_back({DeckParameterRule::Orientation, orientation, place});
 }
 
-void DeckReferences::AddFirstField(std::string_view field, const DeckPlace& place)
+void DeckReferences::AddField(DeckField::Content content, std::string_view field, const DeckPlace& place)
 {
-  if (field.empty()) return;
-  const bool mayBeId = target_ == Target::Node || target_ == Target::Element || target_ == Target::ElementOrSurface;
-  int        id      = 0;
-  if (mayBeId && ReadDeckInteger(field, id)) return AddId(target_ == Target::Node, id, severity_, place);
-  Target target = target_;
-  if (target == Target::Node) target = Target::NodeSet;
-  if (target == Target::Element) target = Target::ElementSet;
-  if (target == Target::TwoSurfaces) target = Target::Surface;
-  names_.push_back({target, Compact(field), place});
+  if (content < DeckField::Node || field.empty()) return;
+  int id = 0;
+  if (content != DeckField::Surface && ReadDeckInteger(field, id))
+    return AddId(content == DeckField::Node, id, severity_, place);
+  const Meaning target = content == DeckField::Node      ? DeckParameterRule::NodeSet
+                         : content == DeckField::Surface ? DeckParameterRule::Surface
+                                                         : DeckParameterRule::ElementSet;
+  names_.push_back({target, Compact(field), place, content == DeckField::ElementOrSurface});
 }
 
 void DeckReferences::AddTerms(const DeckLine& line)
@@ -194,18 +158,12 @@ void DeckReferences::AddId(bool isNode, int id, DeckMessage::Severity severity, 
   if (!IsThere(reference)) ids_.push_back(reference);
 }
 
-void DeckReferences::AddNodeParameter(const DeckCard& card, std::string_view name, const DeckPlace& place)
-{
-  int id = 0;
-  if (ReadDeckInteger(card.ValueOf(name), id)) AddId(true, id, DeckMessage::Error, place);
-}
-
 bool DeckReferences::IsThere(const IdReference& reference) const noexcept
 {
   return reference.isNode ? model_.FindNode(reference.id) != nullptr : model_.FindElement(reference.id) != nullptr;
 }
 
-bool DeckReferences::IsDefined(Target target, const std::string& name) const
+bool DeckReferences::IsDefined(Meaning target, const std::string& name) const
 {
   const auto names = defined_.find(target);
   return names != defined_.end() && names->second.count(name) > 0;
@@ -219,16 +177,15 @@ void DeckReferences::Check()
       report_(reference.severity, reference.place,
               std::string(reference.isNode ? "node " : "element ") + std::to_string(reference.id) + " is not defined");
 
-  defined_[Target::Material]    = NamesOf(model_.materials);
-  defined_[Target::Orientation] = NamesOf(model_.orientations);
-  defined_[Target::NodeSet]     = NamesOf(model_.nodeSets);
-  defined_[Target::ElementSet]  = NamesOf(model_.elementSets);
+  defined_[DeckParameterRule::Material]    = NamesOf(model_.materials);
+  defined_[DeckParameterRule::Orientation] = NamesOf(model_.orientations);
+  defined_[DeckParameterRule::NodeSet]     = NamesOf(model_.nodeSets);
+  defined_[DeckParameterRule::ElementSet]  = NamesOf(model_.elementSets);
   for (const NamedReference& reference : names_) {
-    const bool isEither = reference.target == Target::ElementOrSurface;
-    const auto target   = isEither ? Target::ElementSet : reference.target;
-    if (IsDefined(target, reference.name) || (isEither && IsDefined(Target::Surface, reference.name))) continue;
+    if (IsDefined(reference.target, reference.name)) continue;
+    if (reference.mayBeSurface && IsDefined(DeckParameterRule::Surface, reference.name)) continue;
     report_(DeckMessage::Error, reference.place,
-            std::string(KindOf(target)) + " '" + Shown(reference.name) + "' is not defined");
+            std::string(KindOf(reference.target)) + " '" + Shown(reference.name) + "' is not defined");
   }
 }
 

@@ -37,32 +37,15 @@ public:
   void Check();
 
 private:
-  enum class Target
-  {
-    Nothing,
-    Node,              ///< an id or a set
-    Element,           ///< an id or a set
-    ElementOrSurface,  ///< an id, a set or a surface
-    TwoSurfaces,
-    Terms,  ///< of equations: node, direction, factor
-    // From here on one name.
-    Surface,
-    Amplitude,
-    Interaction,
-    TimePoints,
-    Material,
-    Orientation,
-    NodeSet,
-    ElementSet
-  };
-
-  using Names = std::unordered_set<std::string>;
+  using Meaning = DeckParameterRule::Meaning;
+  using Names   = std::unordered_set<std::string>;
 
   struct NamedReference
   {
-    Target      target = Target::Nothing;
+    Meaning     target = DeckParameterRule::Unknown;
     std::string name;
     DeckPlace   place;
+    bool        mayBeSurface = false;
   };
 
   struct IdReference
@@ -73,30 +56,28 @@ private:
     DeckPlace             place;
   };
 
-  static Target TargetOfData(const DeckKeyword& keyword, const DeckCard& card);
-  static Target DefinedBy(const DeckKeyword& keyword);
-  /// @param named a target of one name
-  static const char* KindOf(Target named) noexcept;
+  /// @param named what a name stands for
+  static const char* KindOf(Meaning named) noexcept;
 
-  void Define(Target target, const DeckCard& card, const DeckPlace& place);
-  void AddFirstField(std::string_view field, const DeckPlace& place);
+  void Define(const DeckKeyword& keyword, const DeckCard& card, const DeckPlace& place);
+  void AddField(DeckField::Content content, std::string_view field, const DeckPlace& place);
   void AddTerms(const DeckLine& line);
   void FinishEquation();
   void AddId(bool isNode, int id, DeckMessage::Severity severity, const DeckPlace& place);
-  void AddNodeParameter(const DeckCard& card, std::string_view name, const DeckPlace& place);
   bool IsThere(const IdReference& reference) const noexcept;
-  bool IsDefined(Target target, const std::string& name) const;
+  bool IsDefined(Meaning target, const std::string& name) const;
 
-  const DeckModel&                  model_;
-  Report                            report_;
-  std::unordered_map<Target, Names> defined_;
-  std::vector<NamedReference>       names_;
-  std::vector<IdReference>          ids_;  // that were not there when they were named
+  const DeckModel&               model_;
+  Report                         report_;
+  std::unordered_map<int, Names> defined_;
+  std::vector<NamedReference>    names_;
+  std::vector<IdReference>       ids_;  // that were not there when they were named
 
-  Target                target_     = Target::Nothing;  // of the data of the card
-  DeckMessage::Severity severity_   = DeckMessage::Error;
-  std::size_t           fieldsLeft_ = 0;  // of the equation that is being read
-  std::size_t           fieldsRead_ = 0;
+  DeckFormWalk          form_;                     // of the card
+  bool                  refersElsewhere_ = false;  // its data, to what is not in this deck
+  DeckMessage::Severity severity_        = DeckMessage::Error;
+  std::size_t           fieldsLeft_      = 0;  // of the equation that is being read
+  std::size_t           fieldsRead_      = 0;
   DeckPlace             equation_;
 };
 
