@@ -4,9 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <system_error>
-#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -15,17 +13,12 @@
 #include "commands/NumberOptions.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
-#include "diff/DatabaseComparison.h"
-#include "diff/MeshMatching.h"
-#include "diff/Report.h"
+#include "diff/Compare.h"
 #include "diff/ReportPrinting.h"
-#include "diff/RuleLearning.h"
 #include "Failure.h"
 #include "OpenedDatabase.h"
 #include "OutputFile.h"
 #include "Program.h"
-#include "QuilonDbConnector/FED_Database.h"
-#include "selection/KindTable.h"
 #include "terminal/Console.h"
 #include "terminal/Format.h"
 #include "terminal/Output.h"
@@ -57,6 +50,7 @@ struct Options
   std::size_t                maxBlocks  = QuilonDataBlockDiff::CompareInfo().maxBlockDiffs;
   bool                       norms      = false;
   bool                       brief      = false;
+  std::string                ignoreMissing;  ///< a, b, both or empty
   std::string                junit;
   bool                       learn = false;
   std::string                output;
@@ -90,20 +84,12 @@ std::string TermsOf(const Options& options)
   return terms;
 }
 
-/// What the options say, read before the databases are opened: a large result takes its time.
-struct Request
-{
-  std::optional<ComparisonRule> rule;            ///< for all kinds; nothing when no option says it
-  std::optional<double>         pointTolerance;  ///< to match meshes by; nothing when they are not
-};
-
 /// @throws FED_Failure for options that do not go together
 void CheckOptions(const Options& options)
 {
   if (options.match == "index" && options.pointTolerance)
     Fail("--match index and --match-points exclude each other, expected one at most");
-  if (options.brief && (options.form.json || options.form.csv || options.form.table))
-    Fail("--brief goes without --json, --csv and --table");
+  if (options.brief && (options.form.csv || options.form.table)) Fail("--brief goes without --csv and --table");
   if (!options.learn) {
     if (options.databases.size() != 2) Fail("expected two databases to compare, A and B");
     if (!options.output.empty()) Fail("-o goes with --learn");
@@ -113,119 +99,71 @@ void CheckOptions(const Options& options)
   const std::string terms = TermsOf(options);
   if ((!terms.empty() && terms != "mode-sign") || !options.rules.empty() || !options.ruleFile.empty())
     Fail("--learn writes rules and takes none, expected --mode-sign at most");
-  if (!options.junit.empty() || options.brief || options.norms || options.form.json || options.form.csv ||
-      options.form.table)
-    Fail("--learn reports nothing, expected it without --junit, --json, --csv, --table, --norms and --brief");
+  if (!options.junit.empty() || options.brief || options.norms || !options.ignoreMissing.empty() || options.form.json ||
+      options.form.csv || options.form.table)
+    Fail(
+        "--learn reports nothing, expected it without --junit, --json, --csv, --table, --norms, --brief and "
+        "--ignore-missing");
   if (options.databases.size() < 2) Fail("--learn: expected two accepted runs or more");
   if (options.output.empty()) Fail("--learn: -o is missing, expected the rules file to write");
 }
 
-Request ReadRequest(const Options& options)
+MatchOptions ReadMatch(const Options& options)
 {
-  CheckOptions(options);
-  Request           request;
-  const std::string terms = TermsOf(options);
-  if (!terms.empty()) request.rule = ParseRule(terms, "");
-  if (options.pointTolerance) request.pointTolerance = ParseNumber(*options.pointTolerance, "--match-points", 0.0);
-  return request;
+  MatchOptions match;
+  match.selection = options.selection.text;
+  match.steps     = options.selection.steps;
+  match.records   = options.match == "index" ? RecordMatcher::ByIndex : RecordMatcher::ById;
+  if (options.pointTolerance) match.pointTolerance = ParseNumber(*options.pointTolerance, "--match-points", 0.0);
+  return match;
 }
 
-/// What is said on the command line replaces what a file says.
-RuleSet MakeRules(const Options& options, const Request& request, const KindTable& kinds)
+Listener Listen(Console& console)
 {
-  const KindResolver resolve = [&kinds](std::string_view text) { return kinds.Resolve(text); };
-  RuleSet            rules;
-  if (!options.ruleFile.empty()) ReadRuleFile(options.ruleFile, resolve, rules);
-  if (request.rule) {
-    if (options.exact || options.abs || options.rel || options.peak || options.ulps) {
-      rules.fallback = *request.rule;
-    } else {
-      // --nan and --mode-sign alone leave the tolerances of the file.
-      if (request.rule->nan) rules.fallback.nan = request.rule->nan;
-      rules.fallback.modeSign = rules.fallback.modeSign || request.rule->modeSign;
+  return {[&console](std::size_t done, std::size_t total) { console.Progress("comparing", done, total, "blocks"); },
+          [&console](const std::string& note) { console.Note(note); }};
+}
+
+/// The databases of the command line. A large result takes its time: they are opened when all options have been read.
+class Databases
+{
+public:
+  Databases(const Options& options, Console& console)
+  {
+    for (const std::string& path : options.databases) {
+      opened_.push_back(std::make_unique<OpenedDatabase>(path, console));
+      named_.push_back({opened_.back()->Get(), path});
     }
   }
-  for (const std::string& rule : options.rules) rules.Add(rule, resolve, "--rule: ");
-  return rules;
-}
 
-/// A database that takes part.
-struct Participant
-{
-  Participant(const std::string& path, Console& console)
-      : name(path), opened(path, console), kinds(opened.Get()), allKinds(kinds)
-  {}
+  const std::vector<NamedDatabase>& Get() const noexcept { return named_; }
 
-  ComparedDatabase GetCompared() { return {opened.Get(), blocks}; }
-
-  std::string                     name;
-  OpenedDatabase                  opened;
-  KindTable                       kinds;
-  KindTable                       allKinds;  ///< with those that only the other databases name
-  std::vector<FED_DataDescriptor> blocks;    ///< the selected ones
+private:
+  std::vector<std::unique_ptr<OpenedDatabase>> opened_;
+  std::vector<NamedDatabase>                   named_;
 };
-
-using Participants = std::vector<std::unique_ptr<Participant>>;
-
-Participants OpenAll(const Options& options, Console& console)
-{
-  Participants all;
-  for (const std::string& path : options.databases) all.push_back(std::make_unique<Participant>(path, console));
-  bool        any = options.selection.ToString().empty();
-  std::string names;
-  for (const auto& one : all) {
-    for (const auto& other : all) one->allKinds.AddForeign(other->kinds);
-    const Selection selection = options.selection.Parse(one->allKinds);
-    one->blocks               = selection.Apply(one->opened.Get().GetDataDescriptors(FED_DataDescriptorPattern()));
-    any                       = any || !one->blocks.empty();
-    names += (names.empty() ? "" : ", ") + one->name;
-  }
-  // Two selections of nothing are no proof that anything is the same.
-  if (!any) Fail(names + ": no block matches '" + options.selection.ToString() + "'");
-  return all;
-}
-
-/// Compares the pair. The rules are set already.
-DatabaseOutcome ComparePair(Participant& first, Participant& second, ComparisonTerms terms, const Options& options,
-                            const Request& request, Console& console)
-{
-  MeshMatch mesh;
-  if (request.pointTolerance) {
-    MeshMatchReport report;
-    mesh =
-        MatchMeshes(first.opened.Get(), second.opened.Get(), *request.pointTolerance, first.name, second.name, report);
-    terms.mesh = &mesh;
-    console.Note("matched " + Counted(report.nodes, "node") + " and " + Counted(report.elements, "element") +
-                 " by their places");
-    if (report.ambiguousNodes > 0)
-      console.Note(Counted(report.ambiguousNodes, "node") + " had several candidates: the nearest was taken");
-  }
-  terms.matching              = options.match == "index" ? RecordMatcher::ByIndex : RecordMatcher::ById;
-  terms.info.maxDiffsPerBlock = options.maxRecords;
-  terms.info.maxBlockDiffs    = options.maxBlocks;
-  terms.progress              = [&console](std::size_t done, std::size_t total) {
-    console.Progress("comparing", done, total, "blocks");
-  };
-  return CompareDatabases(first.GetCompared(), second.GetCompared(), terms);
-}
 
 void RunComparison(const Options& options, CommandContext& context)
 {
-  const Request      request      = ReadRequest(options);
-  const Participants participants = OpenAll(options, context.console);
-  Participant&       first        = *participants[0];
-  Participant&       second       = *participants[1];
-  ComparisonTerms    terms;
-  terms.rules                              = MakeRules(options, request, first.allKinds);
-  const DatabaseOutcome            outcome = ComparePair(first, second, terms, options, request, context.console);
-  QuilonDataBlockDiff::CompareInfo limits;
-  limits.maxBlockDiffs = options.maxBlocks;
-  const Report report = MakeReport(outcome, first.GetCompared(), second.GetCompared(), first.name, second.name, limits);
+  CompareOptions    compare;
+  const std::string terms = TermsOf(options);
+  if (!terms.empty()) compare.rule = ParseRule(terms, "");
+  compare.match             = ReadMatch(options);
+  compare.ruleFile          = options.ruleFile;
+  compare.kindRules         = options.rules;
+  compare.ignoresMissingInA = options.ignoreMissing == "a" || options.ignoreMissing == "both";
+  compare.ignoresMissingInB = options.ignoreMissing == "b" || options.ignoreMissing == "both";
+  compare.maxRecords        = options.maxRecords;
+  compare.maxBlocks         = options.maxBlocks;
+  compare.listener          = Listen(context.console);
+
+  const Databases databases(options, context.console);
+  const Report    report = Compare(databases.Get()[0], databases.Get()[1], compare);
   if (!options.junit.empty()) WriteFile(options.junit, ToJUnit(report));
-  if (options.brief)
+  if (options.form.json)
+    PrintReportAsJson(context.output, report, options.brief);
+  else if (options.brief)
     context.output.Write(report.Summarize() + '\n');
-  else if (options.form.json)
-    PrintReportAsJson(context.output, report);
   else
     PrintReport(context.output, options.form, report, options.norms);
   context.exitCode = report.isSame ? ExitSuccess : ExitDifferent;
@@ -233,26 +171,20 @@ void RunComparison(const Options& options, CommandContext& context)
 
 void RunLearning(const Options& options, CommandContext& context)
 {
-  const Request request = ReadRequest(options);
-  const double  factor  = options.factor ? ParseNumber(*options.factor, "--factor", 1.0) : 10.0;
+  LearnOptions learn;
+  learn.match = ReadMatch(options);
+  if (options.factor) learn.factor = ParseNumber(*options.factor, "--factor", 1.0);
+  learn.modeSign = options.modeSign;
+  learn.listener = Listen(context.console);
 
-  const Participants runs = OpenAll(options, context.console);
-  RuleLearner        learner(runs.front()->kinds, factor, options.modeSign);
-  ComparisonTerms    terms;
-  terms.rules = learner.GetRules();
-  for (std::size_t i = 0; i < runs.size(); ++i)
-    for (std::size_t j = i + 1; j < runs.size(); ++j)
-      learner.Add(ComparePair(*runs[i], *runs[j], terms, options, request, context.console), runs[i]->kinds,
-                  runs[i]->name + " and " + runs[j]->name);
-
-  std::string head = "# Differences among accepted runs, times " + FormatNumber(factor) + ":\n";
-  for (const std::string& path : options.databases) head += "#   " + Printable(path) + '\n';
-  WriteFile(options.output, learner.WriteRules(head));
-  context.output.Write(options.output + ": rules learnt from " + Counted(runs.size(), "run") + '\n');
+  const Databases databases(options, context.console);
+  WriteFile(options.output, LearnRules(databases.Get(), learn));
+  context.output.Write(options.output + ": rules learnt from " + Counted(databases.Get().size(), "run") + '\n');
 }
 
 void Run(const Options& options, CommandContext& context)
 {
+  CheckOptions(options);
   if (options.learn)
     RunLearning(options, context);
   else
@@ -260,29 +192,29 @@ void Run(const Options& options, CommandContext& context)
 }
 
 constexpr const char* kFooter =
-    "Without options the rule of the library judges two values a and b:\n"
-    "  default    |a-b| <= 1e-6, and where both are positive |a-b| / min(a,b) <= 1e-6. A NaN passes, and each one "
-    "that\n"
-    "             did is named. Two empty lists of numbers are different.\n"
+    "Two values a and b are judged by the rule\n"
+    "  default    |a-b| <= 2e-5 * P, P the largest finite magnitude in the block, in that of A or B where it is "
+    "smaller:\n"
+    "             two units of the sixth digit, the last that the solver writes\n"
     "Rules to choose from; of several all have to hold (--all), or one (--any):\n"
     "  --abs T    |a-b| <= T\n"
     "  --rel T    |a-b| <= T * max(|a|,|b|)\n"
-    "  --peak T   |a-b| <= T * P, P the largest finite magnitude in the block, in that of A or B where it is smaller\n"
+    "  --peak T   |a-b| <= T * P\n"
     "  --ulps N   at most N steps from a to b through the representable numbers, counted in 64 bits; -0 and 0 are one\n"
     "  --exact    a == b\n"
     "Equal values always pass; an infinity and anything else never do. Integers and texts have to be equal.\n"
-    "--nan equal: a NaN equals a NaN and nothing else (the default with --abs, --rel, --peak and --ulps). different: "
-    "a\n"
-    "NaN equals nothing (the default with --exact). forbid: the same, and blocks that are ignored or have no "
-    "counterpart\n"
-    "are searched, too.\n"
+    "--rule library: |a-b| <= 1e-6, and where both are positive |a-b| / min(a,b) <= 1e-6, as the library compares. A "
+    "NaN\n"
+    "passes, and each one that did is named. Two empty lists of numbers are different.\n"
+    "--nan equal: a NaN equals a NaN and nothing else (all rules but the library's). different: a NaN equals nothing.\n"
+    "forbid: the same, and blocks that are ignored or have no counterpart are searched, too.\n"
     "--mode-sign: results of modes (analysis 2 or none set) may have the other sign, one for each mode. The "
     "displacement\n"
     "decides by its sum of products; without one each block does. Principal values are negated in reverse order.\n"
     "--rule 'KIND,...: TERMS', in a file (--rules) one a line, '#' before comments. TERMS are abs=T rel=T peak=T "
-    "ulps=N "
-    "any\n"
-    "all exact default ignore nan=equal|different|forbid mode-sign; '*' stands for all other kinds.\n"
+    "ulps=N\n"
+    "any all exact default library ignore nan=equal|different|forbid mode-sign; '*', or no kind, stands for all "
+    "others.\n"
     "--learn takes runs that are accepted as equal and writes rules: for each kind the largest |a-b|, as a fraction of "
     "P up\n"
     "to 0.01, else as it is, times --factor (10).\n"
@@ -292,7 +224,8 @@ constexpr const char* kFooter =
     "\n"
     "Examples:\n"
     "  quilon diff old.onf new.onf\n"
-    "  quilon diff old.frd new.frd --peak 1e-6 --abs 1e-12 --any --nan equal\n"
+    "  quilon diff before.frd after.fed --ignore-missing\n"
+    "  quilon diff old.frd new.frd --peak 1e-6 --abs 1e-12 --any\n"
     "  quilon diff a.onf b.onf --rule 'stress: peak=1e-5' --rule 'time: ignore' --junit diff.xml\n"
     "  quilon diff --learn run1.onf run2.onf run3.onf -o accepted.rules";
 
@@ -314,10 +247,14 @@ CommandFunction DefineDiff(CLI::App& app)
   app.add_flag("--exact", options->exact, "Values have to be equal");
   app.add_option("--nan", options->nan, "What a NaN equals: equal, different or forbid")->type_name("POLICY");
   app.add_flag("--mode-sign", options->modeSign, "Modes may have the other sign");
-  app.add_option("--rule", options->rules, "A rule for kinds: 'stress: peak=1e-6'; may be repeated")
+  app.add_option("--rule", options->rules,
+                 "A rule for kinds ('stress: peak=1e-6') or for all ('library'); may be repeated")
       ->type_name("RULE")
       ->take_all();
   app.add_option("--rules", options->ruleFile, "A file of rules")->type_name("FILE");
+  app.add_flag("--ignore-missing{both}", options->ignoreMissing,
+               "What one of the two lacks is no difference: what A lacks (=a), what B lacks (=b) or either (=both)")
+      ->check(CLI::IsMember({"a", "b", "both"}));
   app.add_option("--match", options->match, "What records are the same by: id (the default) or index")
       ->type_name("id|index")
       ->check(CLI::IsMember({"id", "index"}));

@@ -76,11 +76,13 @@ private:
       SetForm(ComparisonRule::Exact);
     } else if (term == "default") {
       SetForm(ComparisonRule::Default);
+    } else if (term == "library") {
+      SetForm(ComparisonRule::Library);
     } else if (term == "ignore") {
       SetForm(ComparisonRule::Ignore);
     } else {
       Refuse("has '" + std::string(term) +
-             "', expected abs=, rel=, peak=, ulps=, any, all, exact, default, ignore, nan= or mode-sign");
+             "', expected abs=, rel=, peak=, ulps=, any, all, exact, default, library, ignore, nan= or mode-sign");
     }
   }
 
@@ -120,7 +122,7 @@ private:
   void SetForm(ComparisonRule::Form form)
   {
     if (hasForm_ && (form != rule_.form || form != ComparisonRule::Tolerances))
-      Refuse("has terms that exclude each other, expected tolerances or one of exact, default and ignore");
+      Refuse("has terms that exclude each other, expected tolerances or one of exact, default, library and ignore");
     hasForm_   = true;
     rule_.form = form;
   }
@@ -186,7 +188,7 @@ std::string Exceeds(const char* term, double amount, double allowed)
 NanPolicy ComparisonRule::GetNanPolicy() const noexcept
 {
   if (nan) return *nan;
-  return form == Tolerances ? NanPolicy::Equal : form == Exact ? NanPolicy::Different : NanPolicy::Passes;
+  return form == Library ? NanPolicy::Passes : NanPolicy::Equal;
 }
 
 std::string ComparisonRule::ToString() const
@@ -194,6 +196,7 @@ std::string ComparisonRule::ToString() const
   std::string text;
   const auto  add = [&text](const std::string& term) { text += (text.empty() ? "" : " ") + term; };
   if (form == Default) add("default");
+  if (form == Library) add("library");
   if (form == Exact) add("exact");
   if (form == Ignore) add("ignore");
   if (abs) add("abs=" + FormatNumber(*abs));
@@ -208,6 +211,16 @@ std::string ComparisonRule::ToString() const
   return text;
 }
 
+bool BeginsRule(std::string_view text)
+{
+  const std::string_view term = text.substr(0, text.find_first_of(kSeparators));
+  const std::string_view name = term.substr(0, term.find('='));
+  for (const char* const known :
+       {"abs", "rel", "peak", "ulps", "any", "all", "exact", "default", "library", "ignore", "nan", "mode-sign"})
+    if (name == known) return true;
+  return false;
+}
+
 ComparisonRule ParseRule(std::string_view text, const std::string& where) { return RuleParser(text, where).Parse(); }
 
 std::uint64_t UlpDistance(double a, double b) noexcept { return Distance<std::int64_t>(a, b); }
@@ -217,13 +230,16 @@ std::uint64_t UlpDistance(float a, float b) noexcept { return Distance<std::int3
 ValueJudge::ValueJudge(const ComparisonRule& rule, const QuilonDataBlockDiff::CompareInfo& info, double peak)
     : rule_(rule), info_(info), peak_(peak)
 {
-  info_.useExactCompare = rule.form == ComparisonRule::Exact;
+  if (rule_.form != ComparisonRule::Default) return;
+  rule_.form = ComparisonRule::Tolerances;
+  rule_.peak = kDefaultPeak;
 }
 
 bool ValueJudge::AcceptsUnequal(double a, double b, bool isSingle) const noexcept
 {
   if (rule_.form == ComparisonRule::Ignore) return true;
-  if (rule_.form != ComparisonRule::Tolerances) return QuilonDataRecordDiff::EqualOrNearValue(a, b, info_);
+  if (rule_.form == ComparisonRule::Exact) return false;
+  if (rule_.form == ComparisonRule::Library) return QuilonDataRecordDiff::EqualOrNearValue(a, b, info_);
   if (!std::isfinite(a) || !std::isfinite(b)) return false;
   const Measure measure(a, b);
   bool          holds   = !rule_.any;
@@ -239,7 +255,7 @@ double ValueJudge::GetExcess(double a, double b, bool isSingle) const noexcept
 {
   if (!std::isfinite(a) || !std::isfinite(b)) return kInfinity;
   if (rule_.form == ComparisonRule::Exact) return kInfinity;
-  if (rule_.form == ComparisonRule::Default) {
+  if (rule_.form == ComparisonRule::Library) {
     const double difference = std::fabs(a - b);
     const double smaller    = std::min(a, b);
     const double byAbs      = Ratio(difference, info_.absTol);
@@ -260,9 +276,9 @@ std::string ValueJudge::Explain(double a, double b, bool isSingle) const
   if (rule_.form == ComparisonRule::Exact) return "exact";
   if (!std::isfinite(a) || !std::isfinite(b)) return "infinite";
   const double difference = std::fabs(a - b);
-  if (rule_.form == ComparisonRule::Default) {
-    if (difference > info_.absTol) return Exceeds("default abs", difference, info_.absTol);
-    return Exceeds("default rel", difference / std::min(a, b), info_.relTol);
+  if (rule_.form == ComparisonRule::Library) {
+    if (difference > info_.absTol) return Exceeds("library abs", difference, info_.absTol);
+    return Exceeds("library rel", difference / std::min(a, b), info_.relTol);
   }
   std::string   text;
   const auto    add = [&text](const std::string& term) { text += (text.empty() ? "" : ", ") + term; };

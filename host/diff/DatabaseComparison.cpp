@@ -1,9 +1,11 @@
 #include "diff/DatabaseComparison.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -94,6 +96,44 @@ Transformation::Sign GetSignWhenNegated(int onf, const std::string& userKindName
   }
 }
 
+/// @return how many components take turns in the lists of doubles of a kind: tensors of points, vectors of nodes
+std::size_t GetListPeriod(const BlockOutcome& outcome)
+{
+  switch (outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId)) {
+    case 580:
+    case 581:
+      return 3;
+    case 582:
+    case 583:
+      return 6;
+    default:
+      return 1;
+  }
+}
+
+/// The solver prints the components of a vector that belongs to a set as sums of their own: "total force x NFIX".
+/// @return the name without its component, "total force NFIX"; empty for any other
+std::string GetVectorName(const std::string& name)
+{
+  constexpr std::string_view kSum = "total force ";
+  const std::size_t          end  = kSum.size() + 1;
+  if (!name.starts_with(kSum) || name.size() <= end || name[end] != ' ') return "";
+  return std::string("xyz").find(name[kSum.size()]) == std::string::npos ? ""
+                                                                         : std::string(kSum) + name.substr(end + 1);
+}
+
+/// @return the largest finite magnitude of a history
+double FindPeak(const FED_DataBlock& history)
+{
+  double peak = 0.0;
+  for (auto index = history.Begin(); index != history.End(); ++index) {
+    double value = 0.0;
+    history.GetValuesAt(*index, &value);
+    if (std::isfinite(value)) peak = std::max(peak, std::fabs(value));
+  }
+  return peak;
+}
+
 bool IsMode(const FED_DataDescriptor& descriptor)
 {
   return !descriptor.IsSet(FED_DataDescriptor::Analysis) ||
@@ -105,6 +145,12 @@ FED_DataDescriptor ModeOf(FED_DataDescriptor descriptor)
 {
   descriptor.SetInteger(FED_DataDescriptor::OnfId, 0);
   descriptor.SetInteger(FED_DataDescriptor::Layer, 0);
+  return descriptor;
+}
+
+FED_DataDescriptor WithoutQuantity(FED_DataDescriptor descriptor)
+{
+  descriptor.SetInteger(kQuantity, 0);
   return descriptor;
 }
 
@@ -120,6 +166,8 @@ public:
 
   DatabaseOutcome Run()
   {
+    outcome_.ignoresMissing    = terms_.ignoresMissingInSecond;
+    outcome_.ignoresAdditional = terms_.ignoresMissingInFirst;
     FindCounterparts();
     const std::size_t total = outcome_.blocks.size();
     for (std::size_t i = 0; i < total; ++i) {
@@ -133,7 +181,7 @@ private:
   void FindCounterparts()
   {
     // Two user kinds may have one name: their blocks pair in the order of their ids, and what is left over is told.
-    std::multimap<BlockKey, FED_DataDescriptor> unmatched;
+    BlocksByKey unmatched;
     for (const FED_DataDescriptor& descriptor : second_.blocks)
       if (HasRecords(second_.database.GetConstDataBlock(descriptor)))
         unmatched.emplace(MakeKey(second_.database, descriptor), descriptor);
@@ -145,11 +193,10 @@ private:
       outcome.descriptor    = descriptor;
       outcome.kind          = KindOf(descriptor);
       outcome.block         = &block;
-      BlockKey key          = MakeKey(first_.database, descriptor);
-      if (terms_.keyInSecond) key.descriptor = terms_.keyInSecond(key.descriptor);
-      const auto [found, end] = unmatched.equal_range(key);
-      if (found == end) {
-        outcome.status = BlockOutcome::MissingInSecond;
+      const auto found      = FindInSecond(descriptor, unmatched);
+      if (found == unmatched.end()) {
+        outcome.status           = BlockOutcome::MissingInSecond;
+        outcome.isMissingIgnored = terms_.ignoresMissingInSecond;
         continue;
       }
       outcome.descriptorInSecond = found->second;
@@ -167,7 +214,52 @@ private:
       outcome.kind               = KindInFirst(descriptor);
       outcome.secondBlock        = &second_.database.GetConstDataBlock(descriptor);
       outcome.status             = BlockOutcome::OnlyInSecond;
+      outcome.isMissingIgnored   = terms_.ignoresMissingInFirst;
     }
+  }
+
+  using BlocksByKey = std::multimap<BlockKey, FED_DataDescriptor>;
+
+  BlocksByKey::iterator FindInSecond(const FED_DataDescriptor& descriptor, BlocksByKey& blocks) const
+  {
+    BlockKey key = MakeKey(first_.database, descriptor);
+    if (terms_.keyInSecond) {
+      const std::optional<FED_DataDescriptor> other = terms_.keyInSecond(key.descriptor);
+      if (!other) return blocks.end();
+      key.descriptor = *other;
+    }
+    const auto [found, end] = blocks.equal_range(key);
+    return found == end ? blocks.end() : found;
+  }
+
+  /// A component of a vector is judged beside the others: where nothing pulls, a sum of forces is all rounding.
+  /// @return the peak of the vector that a history is a component of, in the database where it is smaller; 0 for others
+  double GetVectorPeak(const BlockOutcome& outcome)
+  {
+    const std::string vector = GetVectorNameOf(outcome);
+    if (vector.empty()) return 0.0;
+    if (!vectorPeaks_) FindVectorPeaks();
+    const auto [first, second] = (*vectorPeaks_)[{WithoutQuantity(outcome.descriptor), vector}];
+    return std::min(first, second);
+  }
+
+  void FindVectorPeaks()
+  {
+    vectorPeaks_.emplace();
+    for (const BlockOutcome& outcome : outcome_.blocks) {
+      if (outcome.block == nullptr || outcome.secondBlock == nullptr) continue;
+      const std::string vector = GetVectorNameOf(outcome);
+      if (vector.empty()) continue;
+      auto& [first, second] = (*vectorPeaks_)[{WithoutQuantity(outcome.descriptor), vector}];
+      first                 = std::max(first, FindPeak(*outcome.block));
+      second                = std::max(second, FindPeak(*outcome.secondBlock));
+    }
+  }
+
+  std::string GetVectorNameOf(const BlockOutcome& outcome) const
+  {
+    const int quantity = GetQuantity(outcome.descriptor);
+    return quantity == 0 ? "" : GetVectorName(first_.database.GetUserKindName(static_cast<FED_OnfId>(quantity)));
   }
 
   /// @return the ONF id that rules know the kind of a block of the second database by, see KindTable::AddForeign()
@@ -196,7 +288,10 @@ private:
     const RecordPairs    pairs          = matcher_.Pair(*outcome.block, *outcome.secondBlock);
     const Transformation transformation = Transform(outcome, pairs, rule);
     outcome.isNegated                   = transformation.sign != Transformation::AsIs;
-    outcome.fields = CompareFields(*outcome.block, *outcome.secondBlock, pairs, {rule, terms_.info, transformation});
+    outcome.fields =
+        CompareFields(*outcome.block, *outcome.secondBlock, pairs,
+                      {rule, terms_.info, transformation, rule.NeedsPeak() ? GetVectorPeak(outcome) : 0.0,
+                       GetListPeriod(outcome), terms_.ignoresMissingInSecond, terms_.ignoresMissingInFirst});
     outcome.status = outcome.fields.IsSame() ? BlockOutcome::Same : BlockOutcome::Different;
   }
 
@@ -278,6 +373,8 @@ private:
   std::optional<std::multimap<FED_DataDescriptor, const BlockOutcome*>> displacements_;
   /// By mode: whether its displacements say that the second database has the other sign.
   std::map<FED_DataDescriptor, bool> isNegated_;
+  /// By the histories' common key and the vector's name, made when first asked for: the peaks in both databases.
+  std::optional<std::map<std::pair<FED_DataDescriptor, std::string>, std::pair<double, double>>> vectorPeaks_;
 };
 
 }  // namespace
@@ -299,7 +396,8 @@ bool BlockOutcome::IsWorseThan(const BlockOutcome& other) const noexcept
 bool DatabaseOutcome::IsSame() const noexcept
 {
   return std::all_of(blocks.begin(), blocks.end(), [](const BlockOutcome& block) {
-    return block.status == BlockOutcome::Same || block.status == BlockOutcome::Ignored;
+    return block.status == BlockOutcome::Same || block.status == BlockOutcome::Ignored ||
+           (block.isMissingIgnored && block.fields.differingValues == 0);
   });
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,10 +32,14 @@ struct ComparisonTerms
   const MeshMatch*    mesh     = nullptr;  ///< ids of the second database for those of the first; null: they are equal
   /// The library's rule, and how much is kept: the worst maxDiffsPerBlock differences of each block.
   QuilonDataBlockDiff::CompareInfo info;
-  /// Whether blocks that only the second database has are no difference.
+  /// Whether blocks that only the second database has are passed over.
   bool allowsMore = false;
-  /// The key under which a block of the first database is looked for in the second; empty: its own.
-  std::function<FED_DataDescriptor(const FED_DataDescriptor&)> keyInSecond;
+  /// Whether blocks and records that one of the two lacks are no difference. They are told all the same.
+  bool ignoresMissingInFirst  = false;
+  bool ignoresMissingInSecond = false;
+  /// The key under which a block of the first database is looked for in the second, nothing for one that has no
+  /// counterpart; empty: its own.
+  std::function<std::optional<FED_DataDescriptor>(const FED_DataDescriptor&)> keyInSecond;
   /// Told how many blocks of how many are done.
   std::function<void(std::size_t done, std::size_t total)> progress;
 };
@@ -50,13 +55,14 @@ struct BlockOutcome
     Ignored
   };
 
-  FED_DataDescriptor   descriptor;             ///< in the first database, in the second for a block that only it has
-  FED_DataDescriptor   descriptorInSecond;     ///< of a compared block
-  const FED_DataBlock* block       = nullptr;  ///< of the first database where it has one
-  const FED_DataBlock* secondBlock = nullptr;
-  int                  kind        = 0;  ///< ONF id of the quantity for scalar histories
-  Status               status      = Same;
-  bool                 isNegated   = false;  ///< the mode of the second database has the other sign
+  FED_DataDescriptor   descriptor;          ///< in the first database, in the second for a block that only it has
+  FED_DataDescriptor   descriptorInSecond;  ///< of a compared block
+  const FED_DataBlock* block            = nullptr;  ///< of the first database where it has one
+  const FED_DataBlock* secondBlock      = nullptr;
+  int                  kind             = 0;  ///< ONF id of the quantity for scalar histories
+  Status               status           = Same;
+  bool                 isNegated        = false;  ///< the mode of the second database has the other sign
+  bool                 isMissingIgnored = false;  ///< what one database alone has is no difference
   FieldOutcome         fields;
 
   /// @return whether the worst of this block is worse than that of the other
@@ -66,6 +72,8 @@ struct BlockOutcome
 struct DatabaseOutcome
 {
   std::vector<BlockOutcome> blocks;  ///< those of the first database in its order, then those that only the second has
+  bool                      ignoresMissing    = false;  ///< what the first database alone has is no difference
+  bool                      ignoresAdditional = false;  ///< what the second database alone has is no difference
 
   bool IsSame() const noexcept;
 };

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 #include "QuilonDataRecordDiff.h"
-#include "terminal/Format.h"
 #include "terminal/Interrupt.h"
 
 namespace quilon::diff {
@@ -62,22 +62,27 @@ struct PeakFinder
 
   double GetSmaller() const noexcept { return std::min(first, second); }
 
-  void Values(std::size_t, const double* a, const double* b, std::size_t count, bool)
+  void Values(std::size_t, const double* a, const double* b, std::size_t count, ValueSort)
   {
     for (std::size_t i = 0; i < count; ++i) {
       if (std::isfinite(a[i])) first = std::max(first, std::fabs(a[i]));
       if (std::isfinite(b[i])) second = std::max(second, std::fabs(b[i]));
     }
   }
-  void Mismatch(std::size_t, std::size_t, const char*, const std::string&, const std::string&) {}
+  void Mismatch(std::size_t, std::size_t, const char*, const Value&, const Value&) {}
 };
 
 /// Judges the values of the records that a walk brings.
 class Tally
 {
 public:
-  Tally(const ComparisonRule& rule, const QuilonDataBlockDiff::CompareInfo& info, double peak, FieldOutcome& outcome)
-      : nanPolicy_(rule.GetNanPolicy()), judge_(rule, info, peak), outcome_(outcome), worst_(info.maxDiffsPerBlock)
+  Tally(const FieldTerms& terms, double peak, FieldOutcome& outcome)
+      : nanPolicy_(terms.rule.GetNanPolicy()),
+        judge_(terms.rule, terms.info, std::max(peak, terms.leastPeak)),
+        leastPeak_(terms.leastPeak),
+        listPeriod_(terms.listPeriod),
+        outcome_(outcome),
+        worst_(terms.info.maxDiffsPerBlock)
   {}
 
   void BeginRecord(std::size_t index)
@@ -91,12 +96,12 @@ public:
   void EndRecord(bool isDifferent)
   {
     if (!hasWorst_ && !isDifferent) return;
-    if (!hasWorst_) AddWorst(0, 0, kInfinity, kInfinity, "", "", "records differ");
+    if (!hasWorst_) AddWorst(0, 0, kInfinity, kInfinity, {}, {}, "records differ");
     ++outcome_.differingRecords;
     worst_.Add(std::move(recordWorst_));
   }
 
-  void Values(std::size_t field, const double* a, const double* b, std::size_t count, bool isSingle)
+  void Values(std::size_t field, const double* a, const double* b, std::size_t count, ValueSort sort)
   {
     // Summed in copies, which stay in registers.
     FieldNorms norms = outcome_.norms;
@@ -112,20 +117,20 @@ public:
         peaks.second = std::max(peaks.second, std::fabs(b[i]));
       } else {
         ++norms.unmeasured;
-        peaks.Values(field, a + i, b + i, 1, isSingle);
+        peaks.Values(field, a + i, b + i, 1, sort);
         if (std::isnan(a[i]) || std::isnan(b[i])) {
-          Nan(field, i, a[i], b[i]);
+          Nan({field, i, sort}, a[i], b[i]);
           continue;
         }
       }
-      if (!judge_.Accepts(a[i], b[i], isSingle)) Differ(field, i, a[i], b[i], isSingle);
+      if (!judge_.Accepts(a[i], b[i], sort.isSingle)) Differ({field, i, sort}, a[i], b[i]);
     }
     norms.values += count;
     outcome_.norms = norms;
     peaks_         = peaks;
   }
 
-  void Mismatch(std::size_t field, std::size_t component, const char* what, std::string a, std::string b)
+  void Mismatch(std::size_t field, std::size_t component, const char* what, Value a, Value b)
   {
     ++outcome_.differingValues;
     if (hasWorst_ && !IsWorse(kInfinity, kInfinity)) return;
@@ -135,39 +140,95 @@ public:
   void Missing(std::size_t index, bool isSecond)
   {
     ++(isSecond ? outcome_.additionalRecords : outcome_.missingRecords);
+    if (isSecond ? outcome_.ignoresAdditional : outcome_.ignoresMissing) return;
     if (!worst_.Takes(kInfinity, kInfinity)) return;
     index_ = index;
-    AddWorst(0, 0, kInfinity, kInfinity, isSecond ? "" : "record", isSecond ? "record" : "",
-             isSecond ? "record only in B" : "record missing in B");
+    AddWorst(0, 0, kInfinity, kInfinity, {}, {}, isSecond ? "record only in B" : "record missing in B");
     recordWorst_.second = isSecond;
     worst_.Add(std::move(recordWorst_));
   }
 
-  double                       GetPeak() const noexcept { return peaks_.GetSmaller(); }
-  std::vector<ValueDifference> TakeWorst() { return worst_.Take(); }
-
-private:
-  void Differ(std::size_t field, std::size_t component, double a, double b, bool isSingle)
+  /// Completes the outcome.
+  void Finish()
   {
-    ++outcome_.differingValues;
-    const double excess   = judge_.GetExcess(a, b, isSingle);
-    const double distance = std::fabs(a - b);
-    if (hasWorst_ && !IsWorse(excess, distance)) return;
-    AddWorst(field, component, excess, distance, Text(a, isSingle), Text(b, isSingle), "");
-    recordWorst_.rule = judge_.Explain(a, b, isSingle);
+    outcome_.norms.peak = std::max(peaks_.GetSmaller(), leastPeak_);
+    outcome_.worst      = worst_.Take();
+    for (ValueDifference& difference : outcome_.worst) Explain(difference);
+    for (ComponentOutcome& component : outcome_.components) Explain(component.worst);
+    std::sort(outcome_.components.begin(), outcome_.components.end(),
+              [](const ComponentOutcome& a, const ComponentOutcome& b) {
+                return std::tie(a.worst.field, a.worst.component) < std::tie(b.worst.field, b.worst.component);
+              });
   }
 
-  void Nan(std::size_t field, std::size_t component, double a, double b)
+private:
+  /// Of many differences few are kept: these alone are told in words.
+  static constexpr const char* kToBeExplained = "";
+
+  void Explain(ValueDifference& difference) const
+  {
+    if (difference.rule != kToBeExplained) return;
+    const bool isSingle = std::holds_alternative<float>(difference.a);
+    const auto number   = [isSingle](const Value& value) {
+      return isSingle ? static_cast<double>(std::get<float>(value)) : std::get<double>(value);
+    };
+    difference.rule = judge_.Explain(number(difference.a), number(difference.b), isSingle);
+  }
+
+  struct Place
+  {
+    std::size_t field;
+    std::size_t component;
+    ValueSort   sort;
+  };
+
+  void Differ(const Place& place, double a, double b)
+  {
+    Differ(place, a, b, judge_.GetExcess(a, b, place.sort.isSingle), std::fabs(a - b), kToBeExplained);
+  }
+
+  void Nan(const Place& place, double a, double b)
   {
     const NanSide side = std::isnan(a) && std::isnan(b) ? NanSide::Both
                          : std::isnan(a)                ? NanSide::First
                                                         : NanSide::Second;
-    if (nanPolicy_ == NanPolicy::Passes) return outcome_.passedNans.push_back({index_, field, component, side});
+    if (nanPolicy_ == NanPolicy::Passes)
+      return outcome_.passedNans.push_back({index_, place.field, place.component, side});
     if (nanPolicy_ == NanPolicy::Equal && side == NanSide::Both) return;
+    Differ(place, a, b, kInfinity, kInfinity, nanPolicy_ == NanPolicy::Forbidden ? "nan forbidden" : "nan");
+  }
+
+  void Differ(const Place& place, double a, double b, double excess, double distance, const char* rule)
+  {
     ++outcome_.differingValues;
-    if (hasWorst_ && !IsWorse(kInfinity, kInfinity)) return;
-    AddWorst(field, component, kInfinity, kInfinity, FormatNumber(a), FormatNumber(b),
-             nanPolicy_ == NanPolicy::Forbidden ? "nan forbidden" : "nan");
+    ComponentOutcome& component = FindComponent(place);
+    ++component.differingValues;
+    const bool isWorstOfComponent = component.differingValues == 1 || excess > component.worst.excess ||
+                                    (excess == component.worst.excess && distance > component.worst.distance);
+    const bool isWorstOfRecord = !hasWorst_ || IsWorse(excess, distance);
+    if (!isWorstOfComponent && !isWorstOfRecord) return;
+    const auto      value = [&](double x) { return place.sort.isSingle ? Value(static_cast<float>(x)) : Value(x); };
+    ValueDifference difference = {index_,   false,    place.field, place.component, excess, distance,
+                                  value(a), value(b), rule};
+    if (isWorstOfComponent) component.worst = difference;
+    if (!isWorstOfRecord) return;
+    hasWorst_    = true;
+    recordWorst_ = std::move(difference);
+  }
+
+  /// Components that differ are few, and take turns in the order of the walk.
+  ComponentOutcome& FindComponent(const Place& place)
+  {
+    const std::size_t number = place.sort.isList ? place.component % listPeriod_ : place.component;
+    const auto isSame       = [&](const ComponentKey& key) { return key.field == place.field && key.number == number; };
+    const std::size_t count = keys_.size();
+    for (std::size_t i = 0; i < count; ++i) {
+      lastKey_ = lastKey_ + 1 < count ? lastKey_ + 1 : 0;
+      if (isSame(keys_[lastKey_])) return outcome_.components[lastKey_];
+    }
+    lastKey_ = count;
+    keys_.push_back({place.field, number});
+    return outcome_.components.emplace_back();
   }
 
   bool IsWorse(double excess, double distance) const noexcept
@@ -175,53 +236,60 @@ private:
     return excess > recordWorst_.excess || (excess == recordWorst_.excess && distance > recordWorst_.distance);
   }
 
-  void AddWorst(std::size_t field, std::size_t component, double excess, double distance, std::string a, std::string b,
+  void AddWorst(std::size_t field, std::size_t component, double excess, double distance, Value a, Value b,
                 const char* rule)
   {
     hasWorst_    = true;
     recordWorst_ = {index_, false, field, component, excess, distance, std::move(a), std::move(b), rule};
   }
 
-  static std::string Text(double value, bool isSingle)
+  struct ComponentKey
   {
-    return isSingle ? FormatNumber(static_cast<float>(value)) : FormatNumber(value);
-  }
+    std::size_t field;
+    std::size_t number;
+  };
 
   NanPolicy       nanPolicy_;
   ValueJudge      judge_;
+  double          leastPeak_;
+  std::size_t     listPeriod_;
   FieldOutcome&   outcome_;
   WorstList       worst_;
   PeakFinder      peaks_;
   std::size_t     index_    = 0;
   bool            hasWorst_ = false;
   ValueDifference recordWorst_;
+  // The components that differ, in the order of outcome_.components, and the one that was met last.
+  std::vector<ComponentKey> keys_;
+  std::size_t               lastKey_ = 0;
 };
 
 struct DotFinder
 {
   double sum = 0.0;
 
-  void Values(std::size_t, const double* a, const double* b, std::size_t count, bool)
+  void Values(std::size_t, const double* a, const double* b, std::size_t count, ValueSort)
   {
     for (std::size_t i = 0; i < count; ++i) {
       const double product = a[i] * b[i];
       if (std::isfinite(product)) sum += product;
     }
   }
-  void Mismatch(std::size_t, std::size_t, const char*, const std::string&, const std::string&) {}
+  void Mismatch(std::size_t, std::size_t, const char*, const Value&, const Value&) {}
 };
 
 template <typename Visitor>
 void WalkAll(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs,
              const Transformation& transformation, Visitor& visitor)
 {
-  RecordWalk<Visitor> walk(first, second, transformation, false);
+  RecordWalk<Visitor> walk(first, second, transformation, FieldTypes::AlikeCodes);
   pairs.ForEach([&](const RecordPair& pair) { walk.Walk(pair, visitor); });
 }
 
-bool IsLibraryForm(const ComparisonRule& rule)
+FieldTypes TypesFor(const ComparisonRule& rule)
 {
-  return rule.form == ComparisonRule::Default || rule.form == ComparisonRule::Exact;
+  if (rule.form == ComparisonRule::Library) return FieldTypes::LibrarysOwn;
+  return rule.form == ComparisonRule::Exact ? FieldTypes::SameCodes : FieldTypes::AlikeCodes;
 }
 
 /// Which of the paired records the library finds unequal.
@@ -295,20 +363,21 @@ FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& seco
                            const FieldTerms& terms)
 {
   FieldOutcome outcome;
-  PeakFinder   peaks;
+  outcome.ignoresMissing    = terms.ignoresMissing;
+  outcome.ignoresAdditional = terms.ignoresAdditional;
+  PeakFinder peaks;
   // The one rule that has to know all values before it judges the first.
-  if (terms.rule.peak) WalkAll(first, second, pairs, terms.transformation, peaks);
+  if (terms.rule.NeedsPeak()) WalkAll(first, second, pairs, terms.transformation, peaks);
 
-  const ComparisonRule&            rule = terms.rule;
-  QuilonDataBlockDiff::CompareInfo info = terms.info;
-  info.useExactCompare                  = rule.form == ComparisonRule::Exact;
-  const bool asked = IsLibraryForm(rule) && !rule.nan && terms.transformation.sign == Transformation::AsIs &&
-                     terms.transformation.listIds == nullptr && !terms.transformation.sortsLists;
+  const ComparisonRule& rule    = terms.rule;
+  const bool            isAsked = rule.form == ComparisonRule::Library && !rule.nan &&
+                       terms.transformation.sign == Transformation::AsIs && terms.transformation.listIds == nullptr &&
+                       !terms.transformation.sortsLists;
   std::optional<LibraryVerdict> library;
-  if (asked) library.emplace(first, second, pairs, info);
+  if (isAsked) library.emplace(first, second, pairs, terms.info);
 
-  Tally             tally(rule, info, peaks.GetSmaller(), outcome);
-  RecordWalk<Tally> walk(first, second, terms.transformation, IsLibraryForm(rule));
+  Tally             tally(terms, peaks.GetSmaller(), outcome);
+  RecordWalk<Tally> walk(first, second, terms.transformation, TypesFor(rule));
   pairs.ForEach([&](const RecordPair& pair) {
     ThrowIfInterrupted();
     tally.BeginRecord(pair.first);
@@ -316,10 +385,9 @@ FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& seco
     tally.EndRecord(library && library->IsDifferent(pair));
   });
   for (const std::size_t index : pairs.firstOnly) tally.Missing(index, false);
-  for (const std::size_t index : library ? FindSecondOnly(first, second, pairs, info) : pairs.secondOnly)
+  for (const std::size_t index : library ? FindSecondOnly(first, second, pairs, terms.info) : pairs.secondOnly)
     tally.Missing(index, true);
-  outcome.norms.peak = tally.GetPeak();
-  outcome.worst      = tally.TakeWorst();
+  tally.Finish();
   return outcome;
 }
 
@@ -333,19 +401,21 @@ FieldOutcome FindNans(const FED_DataBlock& block, bool isSecond, std::size_t mos
 
   FieldOutcome         outcome;
   const Transformation asIs;
-  Tally                tally(rule, info, 0.0, outcome);
-  RecordWalk<Tally>    walk(block, block, asIs, false);
+  Tally                tally({rule, info, asIs}, 0.0, outcome);
+  RecordWalk<Tally>    walk(block, block, asIs, FieldTypes::AlikeCodes);
   for (auto index = block.Begin(); index != block.End(); ++index) {
     ThrowIfInterrupted();
     tally.BeginRecord(*index);
     walk.Walk({*index, *index}, tally);
     tally.EndRecord(false);
   }
-  outcome.worst = tally.TakeWorst();
-  for (ValueDifference& difference : outcome.worst) {
-    difference.second = isSecond;
-    (isSecond ? difference.a : difference.b).clear();
-  }
+  tally.Finish();
+  const auto keepOneSide = [isSecond](ValueDifference& difference) {
+    difference.second                        = isSecond;
+    (isSecond ? difference.a : difference.b) = {};
+  };
+  for (ValueDifference& difference : outcome.worst) keepOneSide(difference);
+  for (ComponentOutcome& component : outcome.components) keepOneSide(component.worst);
   return outcome;
 }
 

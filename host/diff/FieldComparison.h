@@ -54,12 +54,19 @@ struct ValueDifference
   std::size_t component = 0;
   double      excess    = 0.0;  ///< how many times what is allowed; infinite where nothing is
   double      distance  = 0.0;  ///< |a - b|, infinite where it has no meaning
-  std::string a;                ///< empty where there is none
-  std::string b;
+  Value       a;
+  Value       b;
   std::string rule;  ///< what failed
 
   /// @return whether this difference is worse than the other
   bool IsWorseThan(const ValueDifference& other) const noexcept;
+};
+
+/// What differs in one component of all records.
+struct ComponentOutcome
+{
+  std::size_t     differingValues = 0;
+  ValueDifference worst;  ///< its field and component name the component
 };
 
 /// The outcome for one pair of blocks.
@@ -71,11 +78,19 @@ struct FieldOutcome
   std::size_t additionalRecords = 0;  ///< in the second block only
   std::size_t differingValues   = 0;  ///< of the records compared
   FieldNorms  norms;
+  /// Whether records that one block alone has are no difference.
+  bool ignoresMissing    = false;
+  bool ignoresAdditional = false;
 
-  std::vector<ValueDifference> worst;  ///< at most so many as asked for, the worst first
-  std::vector<PassedNan>       passedNans;
+  std::vector<ValueDifference>  worst;       ///< at most so many as asked for, the worst first
+  std::vector<ComponentOutcome> components;  ///< those that differ, by field and component
+  std::vector<PassedNan>        passedNans;
 
-  bool IsSame() const noexcept { return differingRecords == 0 && missingRecords == 0 && additionalRecords == 0; }
+  bool IsSame() const noexcept
+  {
+    return differingRecords == 0 && (missingRecords == 0 || ignoresMissing) &&
+           (additionalRecords == 0 || ignoresAdditional);
+  }
 };
 
 /// What one comparison of blocks goes by.
@@ -85,12 +100,17 @@ struct FieldTerms
   const QuilonDataBlockDiff::CompareInfo&
                         info;  ///< tolerances of the library's rule, and how many differences are kept
   const Transformation& transformation;
+  double                leastPeak  = 0.0;  ///< what values are relative to where the blocks' own peak is smaller
+  std::size_t           listPeriod = 1;    ///< components that take turns in a list of doubles
+  /// Whether records that one block alone has are no difference; they are counted all the same.
+  bool ignoresMissing    = false;
+  bool ignoresAdditional = false;
 };
 
 /// Compares the paired records; records without a counterpart are differences.
 ///
-/// Under the rules default and exact the library's own comparison decides for each record; where NaNs are treated in
-/// another way than the library's, or values are changed first, its value rule decides for each value.
+/// Under the library's rule its own comparison decides for each record; where NaNs are treated in another way than its
+/// own, or values are changed first, its value rule decides for each value.
 FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs,
                            const FieldTerms& terms);
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -75,20 +76,38 @@ std::string Escaped(std::string_view text)
 
 std::string Describe(const DifferenceRow& row)
 {
-  return "id " + row.id + ", " + row.component + ": A " + row.a + ", B " + row.b + ", " + row.rule;
+  const std::string id = row.id ? std::to_string(*row.id) : "-";
+  return "id " + id + ", " + (row.component.empty() ? "-" : row.component) + ": A " + ToText(row.a) + ", B " +
+         ToText(row.b) + ", " + row.rule;
+}
+
+enum class Verdict
+{
+  Passed,
+  Skipped,
+  Failed
+};
+
+Verdict Judge(const BlockRow& block)
+{
+  if (block.status == BlockOutcome::Same) return Verdict::Passed;
+  const bool isPassedOver = block.status == BlockOutcome::Ignored || (block.isMissingIgnored && block.worst.empty());
+  return isPassedOver ? Verdict::Skipped : Verdict::Failed;
 }
 
 std::string Case(const BlockRow& block)
 {
   const std::string head =
       "  <testcase classname=\"" + Escaped(block.name.kind) + "\" name=\"" + Escaped(block.name.block) + "\"";
-  if (block.status == BlockOutcome::Same) return head + "/>\n";
-  if (block.status == BlockOutcome::Ignored) return head + ">\n    <skipped/>\n  </testcase>\n";
+  const Verdict verdict = Judge(block);
+  if (verdict == Verdict::Passed) return head + "/>\n";
+  if (verdict == Verdict::Skipped) return head + ">\n    <skipped/>\n  </testcase>\n";
   std::string lines;
   for (const DifferenceRow& row : block.worst) lines += Escaped(Describe(row)) + '\n';
-  const bool        isCompared = block.status == BlockOutcome::Different;
-  const std::string message =
-      isCompared ? Counted(block.differingRecords, "record") + " different" : block.worst.front().rule;
+  const std::string message = block.status == BlockOutcome::MissingInSecond ? "block missing in B"
+                              : block.status == BlockOutcome::OnlyInSecond
+                                  ? "block only in B"
+                                  : Counted(block.differingRecords, "record") + " different";
   return head + ">\n    <failure message=\"" + Escaped(message) + "\">" + lines + "</failure>\n  </testcase>\n";
 }
 
@@ -96,10 +115,13 @@ std::string Case(const BlockRow& block)
 
 std::string ToJUnit(const Report& report)
 {
-  const std::size_t failures = report.differingBlocks + report.missingBlocks + report.additionalBlocks;
-  std::string       text     = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"quilon diff\" tests=\"" +
-                     std::to_string(report.all.size()) + "\" failures=\"" + std::to_string(failures) +
-                     "\" errors=\"0\" skipped=\"" + std::to_string(report.ignoredBlocks) + "\">\n";
+  const auto count = [&](Verdict verdict) {
+    return std::to_string(std::count_if(report.all.begin(), report.all.end(),
+                                        [&](const BlockRow& block) { return Judge(block) == verdict; }));
+  };
+  std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuite name=\"quilon diff\" tests=\"" +
+                     std::to_string(report.all.size()) + "\" failures=\"" + count(Verdict::Failed) +
+                     "\" errors=\"0\" skipped=\"" + count(Verdict::Skipped) + "\">\n";
   for (const BlockRow& block : report.all) text += Case(block);
   return text + "  <system-out>" + Escaped(report.Summarize()) + "</system-out>\n</testsuite>\n";
 }

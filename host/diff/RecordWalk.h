@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <utility>
+#include <variant>
 
 #include <bundled/FED_RecordFormat.h>
 
@@ -32,24 +34,41 @@ struct Transformation
   bool sortsLists = false;
 };
 
+/// A value of one side, as it is stored.
+using Value = std::variant<std::monostate,  // there is none
+                           int, float, double, std::string>;
+
+/// Which fields of a pair of records count as of one type.
+enum class FieldTypes
+{
+  AlikeCodes,   ///< the two codes of a pair (I and i, D and d), and floats and doubles
+  SameCodes,    ///< equal codes
+  LibrarysOwn,  ///< equal codes, and two empty lists of doubles are unequal, as the library's comparison has it
+};
+
+/// What the values of a field are.
+struct ValueSort
+{
+  bool isSingle = false;  ///< of 32 bits in both records
+  bool isList   = false;
+};
+
 /// What a walk over a pair of records tells. Fields count from 1, components from 0.
 ///
-///     void Values(std::size_t field, const double* a, const double* b, std::size_t count, bool isSingle)
-///     void Mismatch(std::size_t field, std::size_t component, const char* what, std::string a, std::string b)
+///     void Values(std::size_t field, const double* a, const double* b, std::size_t count, ValueSort sort)
+///     void Mismatch(std::size_t field, std::size_t component, const char* what, Value a, Value b)
 ///
 /// A mismatch is a difference that no tolerance judges: integers, texts, lengths, structure.
 template <typename Visitor>
 class RecordWalk
 {
 public:
-  /// @param isStrict whether fields have to have the same type codes and empty lists of doubles are unequal, as the
-  ///                 library's comparison has it; else the codes of a pair, and floats and doubles, compare
   RecordWalk(const FED_DataBlock& first, const FED_DataBlock& second, const Transformation& transformation,
-             bool isStrict)
+             FieldTypes types)
       : first_(first),
         second_(second),
         transformation_(transformation),
-        isStrict_(isStrict),
+        types_(types),
         firstRecord_(first),
         secondRecord_(second),
         width_(CommonWidth())
@@ -62,12 +81,14 @@ public:
     second_.GetRecord(pair.second, *secondRecord_);
     const std::size_t fields = firstRecord_->GetFieldCount();
     if (fields != secondRecord_->GetFieldCount())
-      return visitor.Mismatch(0, 0, "fields", std::to_string(fields), std::to_string(secondRecord_->GetFieldCount()));
+      return visitor.Mismatch(0, 0, "fields", ToValue(fields), ToValue(secondRecord_->GetFieldCount()));
     for (std::size_t field = 1; field <= fields; ++field) WalkField(field, visitor);
   }
 
 private:
   using Class = FED_FieldType::Class;
+
+  bool HasToBeSame() const noexcept { return types_ != FieldTypes::AlikeCodes; }
 
   /// @return 1, 3 or 6 where all records of both blocks are that many doubles, 0 otherwise
   std::size_t CommonWidth() const
@@ -75,7 +96,8 @@ private:
     if (firstRecord_->GetFieldCount() != 1 || secondRecord_->GetFieldCount() != 1) return 0;
     const int first  = firstRecord_->GetFieldType(1);
     const int second = secondRecord_->GetFieldType(1);
-    if (FED_FieldType::GetClass(first) != FED_FieldType::GetClass(second) || (isStrict_ && first != second)) return 0;
+    if (FED_FieldType::GetClass(first) != FED_FieldType::GetClass(second) || (HasToBeSame() && first != second))
+      return 0;
     return FED_FieldType::GetDoubleCount(FED_FieldType::GetClass(first));
   }
 
@@ -86,7 +108,7 @@ private:
     first_.GetValuesAt(pair.first, a);
     second_.GetValuesAt(pair.second, b);
     Transform(b, width_);
-    visitor.Values(1, a, b, width_, false);
+    visitor.Values(1, a, b, width_, {});
   }
 
   void WalkField(std::size_t field, Visitor& visitor)
@@ -97,8 +119,8 @@ private:
     const Class secondClass = FED_FieldType::GetClass(secondType);
     const auto  count       = [](Class c) { return c == Class::Float ? 1 : FED_FieldType::GetDoubleCount(c); };
     const bool  areReals    = count(firstClass) != 0 && count(firstClass) == count(secondClass);
-    if ((isStrict_ && firstType != secondType) || (!areReals && firstClass != secondClass))
-      return visitor.Mismatch(field, 0, "type", std::to_string(firstType), std::to_string(secondType));
+    if ((HasToBeSame() && firstType != secondType) || (!areReals && firstClass != secondClass))
+      return visitor.Mismatch(field, 0, "type", firstType, secondType);
     if (areReals) return WalkReals(field, firstClass, secondClass, visitor);
     switch (firstClass) {
       case Class::Integer:
@@ -121,8 +143,11 @@ private:
     const std::size_t count = ReadReals(*firstRecord_, field, firstClass, a);
     ReadReals(*secondRecord_, field, secondClass, b);
     Transform(b, count);
-    visitor.Values(field, a, b, count, firstClass == Class::Float && secondClass == Class::Float);
+    visitor.Values(field, a, b, count, {firstClass == Class::Float && secondClass == Class::Float, false});
   }
+
+  /// Lengths and counts of fields are far below the limits of an int.
+  static Value ToValue(std::size_t count) { return static_cast<int>(count); }
 
   static std::size_t ReadReals(const FED_ConstDataRecord& record, std::size_t field, Class fieldClass, double* out)
   {
@@ -134,14 +159,14 @@ private:
 
   void WalkInteger(std::size_t field, std::size_t component, int a, int b, Visitor& visitor)
   {
-    if (a != b) visitor.Mismatch(field, component, "integer", std::to_string(a), std::to_string(b));
+    if (a != b) visitor.Mismatch(field, component, "integer", a, b);
   }
 
   void WalkText(std::size_t field, Visitor& visitor)
   {
     std::string a = firstRecord_->GetString(field);
     std::string b = secondRecord_->GetString(field);
-    if (a != b) visitor.Mismatch(field, 0, "text", '"' + a + '"', '"' + b + '"');
+    if (a != b) visitor.Mismatch(field, 0, "text", std::move(a), std::move(b));
   }
 
   void WalkIntList(std::size_t field, Visitor& visitor)
@@ -150,14 +175,14 @@ private:
     secondRecord_->GetIntList(field, secondInts_);
     const std::size_t count = firstInts_.GetSize();
     if (count != secondInts_.GetSize())
-      return visitor.Mismatch(field, 0, "length", std::to_string(count), std::to_string(secondInts_.GetSize()));
+      return visitor.Mismatch(field, 0, "length", ToValue(count), ToValue(secondInts_.GetSize()));
     int* const a = firstInts_.GetData();
     int* const b = secondInts_.GetData();
     if (transformation_.listIds != nullptr) {
       for (std::size_t i = 0; i < count; ++i) {
         const auto found = transformation_.listIds->find(a[i]);
         if (found == transformation_.listIds->end())
-          return visitor.Mismatch(field, i, "no counterpart in B", std::to_string(a[i]), "");
+          return visitor.Mismatch(field, i, "no counterpart in B", a[i], Value());
         a[i] = found->second;
       }
     }
@@ -174,12 +199,12 @@ private:
     secondRecord_->GetDoubleList(field, secondDoubles_);
     const std::size_t count = firstDoubles_.GetSize();
     if (count != secondDoubles_.GetSize())
-      return visitor.Mismatch(field, 0, "length", std::to_string(count), std::to_string(secondDoubles_.GetSize()));
-    if (isStrict_ && count == 0) return visitor.Mismatch(field, 0, "empty lists", "0", "0");
+      return visitor.Mismatch(field, 0, "length", ToValue(count), ToValue(secondDoubles_.GetSize()));
+    if (types_ == FieldTypes::LibrarysOwn && count == 0) return visitor.Mismatch(field, 0, "empty lists", 0, 0);
     const double* const a = firstDoubles_.GetData();
     double* const       b = secondDoubles_.GetData();
     Transform(b, count);
-    visitor.Values(field, a, b, count, false);
+    visitor.Values(field, a, b, count, {false, true});
   }
 
   void Transform(double* values, std::size_t count) const
@@ -192,7 +217,7 @@ private:
   const FED_DataBlock&  first_;
   const FED_DataBlock&  second_;
   const Transformation& transformation_;
-  bool                  isStrict_;
+  FieldTypes            types_;
   ScratchRecord         firstRecord_;
   ScratchRecord         secondRecord_;
   std::size_t           width_;

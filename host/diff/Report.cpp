@@ -1,7 +1,10 @@
 #include "diff/Report.h"
 
 #include <algorithm>
-#include <optional>
+#include <cmath>
+#include <utility>
+
+#include <bundled/FED_ColumnDataBlock.h>
 
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
@@ -14,6 +17,9 @@ namespace quilon::diff {
 namespace {
 
 const char* const kNone = "-";
+
+constexpr int         kMaterials  = 602;
+constexpr std::size_t kNamedKinds = 8;  // in a line on what one side alone has
 
 std::string OrNone(const std::string& text) { return text.empty() ? kNone : text; }
 
@@ -54,7 +60,7 @@ public:
 
   std::string GetComponent(std::size_t field, std::size_t component) const
   {
-    return field == 0 ? kNone : rows_.GetComponentName(field, component);
+    return field == 0 ? "" : rows_.GetComponentName(field, component);
   }
 
 private:
@@ -62,27 +68,6 @@ private:
   std::optional<FED_ConstIdDataBlock> first_;
   std::optional<FED_ConstIdDataBlock> second_;
 };
-
-std::size_t CountRecords(const FED_DataBlock& block)
-{
-  std::size_t count = 0;
-  for (auto index = block.Begin(); index != block.End(); ++index) ++count;
-  return count;
-}
-
-DifferenceRow NameMissingBlock(const BlockOutcome& outcome, const BlockName& name)
-{
-  const bool    isMissing = outcome.status == BlockOutcome::MissingInSecond;
-  DifferenceRow row;
-  row.name           = name;
-  row.id             = kNone;
-  row.component      = kNone;
-  const auto records = Counted(CountRecords(isMissing ? *outcome.block : *outcome.secondBlock), "record");
-  row.a              = isMissing ? records : kNone;
-  row.b              = isMissing ? kNone : records;
-  row.rule           = isMissing ? "block missing in B" : "block only in B";
-  return row;
-}
 
 bool IsMissing(BlockOutcome::Status status)
 {
@@ -118,15 +103,49 @@ void Count(const BlockOutcome& outcome, Report& report)
   report.differingValues += outcome.fields.differingValues;
 }
 
+ReportedValue ToReported(const Value& value, bool isMaterial)
+{
+  // What a deck may leave out of a material is stored as no number.
+  const double* const number = std::get_if<double>(&value);
+  if (isMaterial && number != nullptr && std::isnan(*number)) return NotStated();
+  return std::visit([](const auto& one) -> ReportedValue { return one; }, value);
+}
+
+DifferenceRow NameDifference(const ValueDifference& difference, const BlockOutcome& outcome, const BlockName& name,
+                             const PlaceNames& places)
+{
+  const bool isMaterial = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId) == kMaterials;
+  return {name,
+          places.GetId(difference.index, difference.second),
+          places.GetComponent(difference.field, difference.component),
+          ToReported(difference.a, isMaterial),
+          ToReported(difference.b, isMaterial),
+          difference.rule,
+          difference.excess,
+          difference.distance};
+}
+
 std::vector<DifferenceRow> NameDifferences(const BlockOutcome& outcome, const BlockName& name, const PlaceNames& places)
 {
   std::vector<DifferenceRow> rows;
-  if (IsMissing(outcome.status)) rows.push_back(NameMissingBlock(outcome, name));
   for (const ValueDifference& difference : outcome.fields.worst)
-    rows.push_back({name, std::to_string(places.GetId(difference.index, difference.second)),
-                    places.GetComponent(difference.field, difference.component), OrNone(difference.a),
-                    OrNone(difference.b), difference.rule, difference.excess, difference.distance});
+    rows.push_back(NameDifference(difference, outcome, name, places));
   return rows;
+}
+
+std::vector<ComponentRow> NameComponents(const BlockOutcome& outcome, const BlockName& name, const PlaceNames& places)
+{
+  std::vector<ComponentRow> rows;
+  for (const ComponentOutcome& component : outcome.fields.components)
+    rows.push_back({NameDifference(component.worst, outcome, name, places), component.differingValues});
+  return rows;
+}
+
+OneSidedRow NameOneSided(const BlockOutcome& outcome, const BlockName& name)
+{
+  const bool  isSecond = outcome.status == BlockOutcome::OnlyInSecond;
+  const auto& block    = dynamic_cast<const FED_ColumnDataBlock&>(isSecond ? *outcome.secondBlock : *outcome.block);
+  return {name, isSecond, block.GetRecordCount()};
 }
 
 std::size_t CountDifferent(const FieldOutcome& fields)
@@ -134,9 +153,9 @@ std::size_t CountDifferent(const FieldOutcome& fields)
   return fields.differingRecords + fields.missingRecords + fields.additionalRecords;
 }
 
-/// The worst differences of the worst blocks.
-std::vector<DifferenceRow> PickWorst(const DatabaseOutcome& outcome, const std::vector<BlockRow>& rows,
-                                     std::size_t maxBlocks)
+/// @return the blocks that differ, the worst first, at most so many
+std::vector<std::size_t> FindWorstBlocks(const DatabaseOutcome& outcome, const std::vector<BlockRow>& rows,
+                                         std::size_t maxBlocks)
 {
   std::vector<std::size_t> order;
   for (std::size_t i = 0; i < rows.size(); ++i)
@@ -144,12 +163,14 @@ std::vector<DifferenceRow> PickWorst(const DatabaseOutcome& outcome, const std::
   std::stable_sort(order.begin(), order.end(),
                    [&](std::size_t a, std::size_t b) { return outcome.blocks[a].IsWorseThan(outcome.blocks[b]); });
   if (order.size() > maxBlocks) order.resize(maxBlocks);
+  return order;
+}
 
+std::vector<DifferenceRow> PickWorst(const std::vector<BlockRow>& rows, const std::vector<std::size_t>& blocks)
+{
   std::vector<DifferenceRow> worst;
-  for (const std::size_t i : order) worst.insert(worst.end(), rows[i].worst.begin(), rows[i].worst.end());
+  for (const std::size_t i : blocks) worst.insert(worst.end(), rows[i].worst.begin(), rows[i].worst.end());
   std::stable_sort(worst.begin(), worst.end(), [](const DifferenceRow& a, const DifferenceRow& b) {
-    const bool isBlock = a.id == kNone;
-    if (isBlock || b.id == kNone) return isBlock && b.id != kNone;
     return a.excess != b.excess ? a.excess > b.excess : a.distance > b.distance;
   });
   return worst;
@@ -169,28 +190,50 @@ Report MakeReport(const DatabaseOutcome& outcome, const ComparedDatabase& first,
   const KindTable firstKinds(first.database);
   const KindTable secondKinds(second.database);
   Report          report;
-  report.a      = firstName;
-  report.b      = secondName;
-  report.isSame = outcome.IsSame();
+  report.a                 = firstName;
+  report.b                 = secondName;
+  report.isSame            = outcome.IsSame();
+  report.ignoresMissing    = outcome.ignoresMissing;
+  report.ignoresAdditional = outcome.ignoresAdditional;
+  std::vector<std::vector<ComponentRow>> components;
   for (const BlockOutcome& block : outcome.blocks) {
     Count(block, report);
     const BlockName  name = NameBlock(block.descriptor, block.block != nullptr ? firstKinds : secondKinds);
     const PlaceNames places(block, first, second, firstKinds, secondKinds);
-    report.all.push_back(
-        {name, block.status, block.fields.records, CountDifferent(block.fields), NameDifferences(block, name, places)});
+    report.all.push_back({name, block.status, block.fields.records, CountDifferent(block.fields),
+                          block.isMissingIgnored, NameDifferences(block, name, places)});
     if (block.fields.norms.values > 0 && !IsMissing(block.status) && block.status != BlockOutcome::Ignored)
       report.norms.push_back({name, block.fields.norms, block.isNegated, block.status == BlockOutcome::Different});
+    if (IsMissing(block.status)) report.oneSided.push_back(NameOneSided(block, name));
+    components.push_back(NameComponents(block, name, places));
     for (const PassedNan& nan : block.fields.passedNans)
       report.nans.push_back({report.all.size() - 1, places.GetId(nan.index, false),
                              places.GetComponent(nan.field, nan.component), nan.side});
   }
-  report.worst = PickWorst(outcome, report.all, info.maxBlockDiffs);
+  const std::vector<std::size_t> worstBlocks = FindWorstBlocks(outcome, report.all, info.maxBlockDiffs);
+  report.worst                               = PickWorst(report.all, worstBlocks);
+  for (const std::size_t i : worstBlocks)
+    report.components.insert(report.components.end(), components[i].begin(), components[i].end());
   return report;
 }
 
 const char* NanRow::GetSide() const noexcept
 {
   return side == NanSide::Both ? "both" : side == NanSide::First ? "A" : "B";
+}
+
+std::string ToText(const ReportedValue& value)
+{
+  struct Writer
+  {
+    std::string operator()(std::monostate) const { return kNone; }
+    std::string operator()(NotStated) const { return "not stated"; }
+    std::string operator()(int number) const { return std::to_string(number); }
+    std::string operator()(float number) const { return FormatNumber(number); }
+    std::string operator()(double number) const { return FormatNumber(number); }
+    std::string operator()(const std::string& text) const { return '"' + text + '"'; }
+  };
+  return std::visit(Writer(), value);
 }
 
 std::string Report::Summarize() const
@@ -200,25 +243,60 @@ std::string Report::Summarize() const
     text = "same: " + Counted(blocks, "block") + ", " + Counted(records, "record") + ", " + Counted(values, "value");
   } else {
     text = "different: " + Part(differingBlocks, blocks, "block") + ", " + Part(differingRecords, records, "record");
-    const auto add = [&text](std::size_t count, const char* noun, const char* where) {
-      if (count > 0) text += ", " + Counted(count, noun) + where;
-    };
-    add(missingRecords, "record", " missing in B");
-    add(additionalRecords, "record", " only in B");
-    add(missingBlocks, "block", " missing in B");
-    add(additionalBlocks, "block", " only in B");
   }
+  const auto add = [&text](std::size_t count, const char* noun, const char* where, bool isIgnored) {
+    if (count > 0) text += ", " + Counted(count, noun) + where + (isIgnored ? " (ignored)" : "");
+  };
+  add(missingRecords, "record", " missing in B", ignoresMissing);
+  add(additionalRecords, "record", " only in B", ignoresAdditional);
+  add(missingBlocks, "block", " missing in B", ignoresMissing);
+  add(additionalBlocks, "block", " only in B", ignoresAdditional);
   if (ignoredBlocks > 0) text += ", " + Counted(ignoredBlocks, "block") + " ignored";
   if (!nans.empty()) text += ", " + Counted(nans.size(), "NaN") + " let pass";
-  if (!isSame && !worst.empty()) {
-    const DifferenceRow& row = worst.front();
-    text += "; worst: " + Printable(row.name.kind) + ' ' + row.name.step;
-    if (row.name.layer != kNone) text += " layer " + row.name.layer;
-    if (row.id != kNone) text += " id " + row.id;
-    if (row.component != kNone) text += ' ' + Printable(row.component);
-    text += ", " + row.rule;
+  return isSame ? text : text + NameWorst();
+}
+
+std::string Report::NameWorst() const
+{
+  const auto name = [](const BlockName& block) {
+    return "; worst: " + Printable(block.kind) + ' ' + block.step +
+           (block.layer == kNone ? "" : " layer " + block.layer);
+  };
+  if (!worst.empty()) {
+    const DifferenceRow& row  = worst.front();
+    std::string          text = name(row.name);
+    if (row.id) text += " id " + std::to_string(*row.id);
+    if (!row.component.empty()) text += ' ' + Printable(row.component);
+    return text + ", " + row.rule;
   }
-  return text;
+  for (const OneSidedRow& row : oneSided)
+    if (!(row.isSecond ? ignoresAdditional : ignoresMissing))
+      return name(row.name) + (row.isSecond ? ", block only in B" : ", block missing in B");
+  return "";
+}
+
+std::string Report::SummarizeOneSided(bool isSecond) const
+{
+  std::vector<std::pair<std::string, std::size_t>> kinds;  // in the order of the blocks
+  std::size_t                                      blocksOfSide = 0;
+  for (const OneSidedRow& row : oneSided) {
+    if (row.isSecond != isSecond) continue;
+    ++blocksOfSide;
+    const auto found =
+        std::find_if(kinds.begin(), kinds.end(), [&](const auto& kind) { return kind.first == row.name.kind; });
+    if (found == kinds.end())
+      kinds.emplace_back(row.name.kind, 1);
+    else
+      ++found->second;
+  }
+  if (kinds.empty()) return "";
+  std::string text = std::string(isSecond ? "only in B" : "missing in B") +
+                     ((isSecond ? ignoresAdditional : ignoresMissing) ? ", ignored: " : ": ") +
+                     Counted(blocksOfSide, "block") + " (";
+  for (std::size_t i = 0; i < std::min(kinds.size(), kNamedKinds); ++i)
+    text += (i == 0 ? "" : ", ") + Printable(kinds[i].first) + ' ' + std::to_string(kinds[i].second);
+  if (kinds.size() > kNamedKinds) text += " and " + Counted(kinds.size() - kNamedKinds, "kind") + " more";
+  return text + ')';
 }
 
 }  // namespace quilon::diff

@@ -4,7 +4,9 @@
 /// The outcome of a comparison in words.
 
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "diff/DatabaseComparison.h"
@@ -21,16 +23,42 @@ struct BlockName
   std::string layer;  ///< "-" without one
 };
 
+/// Stands for a number that the deck did not state, such as the density of a material.
+struct NotStated
+{};
+
+/// A value as it is told.
+using ReportedValue = std::variant<std::monostate,  // there is none
+                                   NotStated, int, float, double, std::string>;
+
+/// @return the text for people and tables: "-" where there is no value, texts in quotation marks
+std::string ToText(const ReportedValue& value);
+
 struct DifferenceRow
 {
+  BlockName          name;
+  std::optional<int> id;
+  std::string        component;  ///< empty for the record as a whole
+  ReportedValue      a;
+  ReportedValue      b;
+  std::string        rule;
+  double             excess   = 0.0;  ///< how many times what is allowed
+  double             distance = 0.0;  ///< |a - b|
+};
+
+/// A block that one database alone has.
+struct OneSidedRow
+{
   BlockName   name;
-  std::string id;  ///< "-" for the block as a whole
-  std::string component;
-  std::string a;  ///< "-" where there is none
-  std::string b;
-  std::string rule;
-  double      excess   = 0.0;
-  double      distance = 0.0;
+  bool        isSecond = false;  ///< whether B has it
+  std::size_t records  = 0;
+};
+
+/// The worst difference of one component of a block.
+struct ComponentRow
+{
+  DifferenceRow worst;
+  std::size_t   differingValues = 0;
 };
 
 /// One of what may be millions: its block is named once.
@@ -58,7 +86,8 @@ struct BlockRow
   BlockName                  name;
   BlockOutcome::Status       status           = BlockOutcome::Same;
   std::size_t                records          = 0;
-  std::size_t                differingRecords = 0;  ///< without a counterpart, too
+  std::size_t                differingRecords = 0;      ///< without a counterpart, too
+  bool                       isMissingIgnored = false;  ///< one database alone has it, and that is no difference
   std::vector<DifferenceRow> worst;
 };
 
@@ -68,10 +97,12 @@ struct Report
   std::string b;
   bool        isSame = true;
 
-  std::size_t blocks            = 0;  ///< in both databases
-  std::size_t differingBlocks   = 0;  ///< of these
-  std::size_t missingBlocks     = 0;  ///< in A only
-  std::size_t additionalBlocks  = 0;  ///< in B only
+  std::size_t blocks            = 0;      ///< in both databases
+  std::size_t differingBlocks   = 0;      ///< of these
+  std::size_t missingBlocks     = 0;      ///< in A only
+  std::size_t additionalBlocks  = 0;      ///< in B only
+  bool        ignoresMissing    = false;  ///< what A alone has is no difference
+  bool        ignoresAdditional = false;  ///< what B alone has is no difference
   std::size_t ignoredBlocks     = 0;
   std::size_t records           = 0;  ///< compared
   std::size_t differingRecords  = 0;  ///< of these
@@ -80,13 +111,21 @@ struct Report
   std::size_t values            = 0;  ///< floating-point ones, compared
   std::size_t differingValues   = 0;
 
-  std::vector<DifferenceRow> worst;  ///< the worst first, within both limits
-  std::vector<NanRow>        nans;   ///< every one that was let pass
-  std::vector<NormRow>       norms;  ///< of all blocks with floating-point values
-  std::vector<BlockRow>      all;    ///< every block
+  std::vector<DifferenceRow> worst;       ///< the worst first, within both limits
+  std::vector<ComponentRow>  components;  ///< of the blocks in `worst`, every component that differs
+  std::vector<OneSidedRow>   oneSided;    ///< every block that one database alone has
+  std::vector<NanRow>        nans;        ///< every one that was let pass
+  std::vector<NormRow>       norms;       ///< of all blocks with floating-point values
+  std::vector<BlockRow>      all;         ///< every block
 
   /// @return one line
   std::string Summarize() const;
+
+  /// @return one line on the blocks that only A or only B has: how many of which kinds; empty where there are none
+  std::string SummarizeOneSided(bool isSecond) const;
+
+private:
+  std::string NameWorst() const;
 };
 
 /// @param info its two limits bound what `worst` holds

@@ -37,6 +37,10 @@ void RuleSet::Add(std::string_view line, const KindResolver& resolve, const std:
 {
   // The last colon: names of user kinds may have one, terms have none.
   const std::size_t colon = line.rfind(':');
+  if (colon == std::string_view::npos && BeginsRule(WithoutBlanks(line))) {
+    fallback = ParseRule(WithoutBlanks(line), where);
+    return;
+  }
   if (colon == std::string_view::npos)
     Fail(where + "'" + Printable(line) + "' is no rule, expected KIND: TERMS such as 'stress: peak=1e-6'");
   const ComparisonRule rule  = ParseRule(WithoutBlanks(line.substr(colon + 1)), where);

@@ -23,7 +23,8 @@ public:
   /// The rule of kinds that have none of their own.
   ComparisonRule fallback;
 
-  /// Takes "KIND,KIND: TERMS"; "*" for the kinds means the fallback. A rule replaces the kind's former one.
+  /// Takes "KIND,KIND: TERMS"; "*" for the kinds, or terms alone, mean the fallback. A rule replaces the kind's former
+  /// one.
   /// @param where in front of messages: "FILE:LINE: " or empty
   void Add(std::string_view line, const KindResolver& resolve, const std::string& where);
 

@@ -99,10 +99,14 @@ TEST(ValueJudge, BothSidesOfEveryTolerance)
       {"exact", 1.0, 1.0, 0, true},
       {"exact", 1.0, 1.0 + 0x1p-52, 0, false},
       {"exact", 0.0, -0.0, 0, true},
-      {"default", 1.0, 1.0000005, 0, true},
-      {"default", 1.0, 1.000002, 0, false},
-      {"default", -1e-8, -1e-7, 0, true},
-      {"default", 1e-8, 1e-7, 0, false},
+      // Two units of the sixth digit of the peak.
+      {"default", 0.0, 2e-5, 1.0, true},
+      {"default", -1e-5, 1.1e-5, 1.0, false},
+      {"default", 4.0, 4.0 + 0x1p-40, 0, false},
+      {"library", 1.0, 1.0000005, 0, true},
+      {"library", 1.0, 1.000002, 0, false},
+      {"library", -1e-8, -1e-7, 0, true},
+      {"library", 1e-8, 1e-7, 0, false},
       {"ignore", 1.0, 2.0, 0, true},
   };
   for (const Row& row : rows)
@@ -149,9 +153,10 @@ TEST(ValueJudge, TellsHowManyTimesWhatIsAllowed)
   EXPECT_EQ(excess("rel=1 peak=1", kMost, -kMost, kMost), 2.0);
   EXPECT_EQ(excess("abs=0.25", 1.0, kInf, 0), kInf);
   EXPECT_EQ(excess("exact", 1.0, 2.0, 0), kInf);
-  EXPECT_DOUBLE_EQ(excess("default", 1.0, 3.0, 0), 2e6);
-  EXPECT_DOUBLE_EQ(excess("default", 0.5, 1.0, 0), 1e6);
-  EXPECT_DOUBLE_EQ(excess("default", -0.5, -1.0, 0), 5e5);
+  EXPECT_DOUBLE_EQ(excess("default", 1.0, 3.0, 4.0), 2.5e4);
+  EXPECT_DOUBLE_EQ(excess("library", 1.0, 3.0, 0), 2e6);
+  EXPECT_DOUBLE_EQ(excess("library", 0.5, 1.0, 0), 1e6);
+  EXPECT_DOUBLE_EQ(excess("library", -0.5, -1.0, 0), 5e5);
 }
 
 TEST(ValueJudge, NamesTheTermsThatFail)
@@ -167,8 +172,9 @@ TEST(ValueJudge, NamesTheTermsThatFail)
   EXPECT_EQ(explain("ulps=2", 1.0, 1.0 + 0x1p-50, 0), "ulps 4 > 2");
   EXPECT_EQ(explain("abs=0.25 rel=0.75", 1.0, 2.0, 0), "abs 1 > 0.25");
   EXPECT_EQ(explain("abs=0.25 rel=0.25 any", 1.0, 2.0, 0), "abs 1 > 0.25, rel 0.5 > 0.25");
-  EXPECT_EQ(explain("default", 1.0, 3.0, 0), "default abs 2 > 1e-06");
-  EXPECT_EQ(explain("default", 1e-8, 2e-8, 0), "default rel 1 > 1e-06");
+  EXPECT_EQ(explain("default", 1.0, 3.0, 4.0), "peak 0.5 > 2e-05");
+  EXPECT_EQ(explain("library", 1.0, 3.0, 0), "library abs 2 > 1e-06");
+  EXPECT_EQ(explain("library", 1e-8, 2e-8, 0), "library rel 1 > 1e-06");
   EXPECT_EQ(explain("rel=1.5", kMost, -kMost, 0), "rel 2 > 1.5");
   EXPECT_EQ(explain("exact", 1.0, 3.0, 0), "exact");
   EXPECT_EQ(explain("abs=1", 1.0, kInf, 0), "infinite");
@@ -177,8 +183,8 @@ TEST(ValueJudge, NamesTheTermsThatFail)
 TEST(ParseRule, WritesBackWhatItReads)
 {
   for (const char* text :
-       {"default", "exact", "ignore", "abs=1e-06", "rel=0.5 any", "abs=1 rel=2 peak=3 ulps=4", "default nan=equal",
-        "exact nan=different", "abs=0 nan=forbid mode-sign", "ulps=18446744073709551615"})
+       {"default", "library", "exact", "ignore", "abs=1e-06", "rel=0.5 any", "abs=1 rel=2 peak=3 ulps=4",
+        "default nan=equal", "exact nan=different", "abs=0 nan=forbid mode-sign", "ulps=18446744073709551615"})
     EXPECT_EQ(ParseRule(text, "").ToString(), text);
 }
 
@@ -188,7 +194,7 @@ TEST(ParseRule, TakesCommasAndBlanksBetweenTerms)
   EXPECT_EQ(ParseRule("all abs=1", "").ToString(), "abs=1");
 }
 
-TEST(ParseRule, WithoutAFormTheLibrarysRuleStands)
+TEST(ParseRule, WithoutAFormTheDefaultStands)
 {
   EXPECT_EQ(ParseRule("nan=equal", "").ToString(), "default nan=equal");
   EXPECT_EQ(ParseRule("mode-sign", "").ToString(), "default mode-sign");
@@ -196,8 +202,9 @@ TEST(ParseRule, WithoutAFormTheLibrarysRuleStands)
 
 TEST(ParseRule, NaNsGoByTheFormWhereNothingIsSaid)
 {
-  EXPECT_EQ(ParseRule("default", "").GetNanPolicy(), NanPolicy::Passes);
-  EXPECT_EQ(ParseRule("exact", "").GetNanPolicy(), NanPolicy::Different);
+  EXPECT_EQ(ParseRule("default", "").GetNanPolicy(), NanPolicy::Equal);
+  EXPECT_EQ(ParseRule("library", "").GetNanPolicy(), NanPolicy::Passes);
+  EXPECT_EQ(ParseRule("exact", "").GetNanPolicy(), NanPolicy::Equal);
   EXPECT_EQ(ParseRule("abs=1", "").GetNanPolicy(), NanPolicy::Equal);
   EXPECT_EQ(ParseRule("abs=1 nan=different", "").GetNanPolicy(), NanPolicy::Different);
 }
@@ -205,7 +212,7 @@ TEST(ParseRule, NaNsGoByTheFormWhereNothingIsSaid)
 TEST(ParseRule, RefusesWhatIsNoRule)
 {
   const std::string exclude =
-      "has terms that exclude each other, expected tolerances or one of exact, default and ignore";
+      "has terms that exclude each other, expected tolerances or one of exact, default, library and ignore";
   struct Row
   {
     const char* text;
@@ -237,7 +244,7 @@ TEST(ParseRule, RefusesWhatIsNoRule)
       {"exact exact", exclude},
       {"ignore default", exclude},
       {"near=1",
-       "has 'near=1', expected abs=, rel=, peak=, ulps=, any, all, exact, default, ignore, nan= or mode-sign"},
+       "has 'near=1', expected abs=, rel=, peak=, ulps=, any, all, exact, default, library, ignore, nan= or mode-sign"},
   };
   for (const Row& row : rows)
     EXPECT_EQ(MessageOf(row.text), "rules:7: the rule '" + std::string(row.text) + "' " + row.message);

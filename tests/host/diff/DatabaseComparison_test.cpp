@@ -67,7 +67,7 @@ TEST(DatabaseComparison, ValueByValueGivesWhatTheLibrarySaysOfRecords)
           .size();
   ASSERT_GT(expected, 500u);
   ASSERT_LT(expected, 4500u);
-  for (const char* rule : {"default", "default nan=equal", "default nan=different"}) {
+  for (const char* rule : {"library", "library nan=equal", "library nan=different"}) {
     const DatabaseOutcome outcome = Compare(a, b, rule);
     ASSERT_EQ(outcome.blocks.size(), 1u);
     EXPECT_EQ(outcome.blocks[0].fields.differingRecords, expected) << rule;
@@ -108,6 +108,60 @@ TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
   EXPECT_EQ(fields.worst[1].excess, 8.0);
   EXPECT_EQ(fields.worst[2].excess, 4.0);
   EXPECT_EQ(fields.worst[0].index, 2u);
+  EXPECT_EQ(fields.worst[0].a, Value(0.0));
+  EXPECT_EQ(fields.worst[0].b, Value(8.0));
+  EXPECT_EQ(fields.worst[0].rule, "abs 8 > 0.5");
+}
+
+TEST(DatabaseComparison, TheWorstOfEachComponentIsKept)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  const auto         set = [](FED_Database& db, int id, double x, double y, double z) {
+    const double vector[3] = {x, y, z};
+    FED_IdDataBlock(db.GetOrCreateDataBlock(Key(510), 0), db.GetIdMapsPool(), true).SetVector(id, vector);
+  };
+  set(a, 1, 0, 0, 0);
+  set(b, 1, 1, 4, 0);
+  set(a, 2, 0, 0, 0);
+  set(b, 2, 2, 3, 0);
+  const FieldOutcome fields = Compare(a, b, "abs=0.5").blocks[0].fields;
+  ASSERT_EQ(fields.components.size(), 2u);  // z is the same
+  EXPECT_EQ(fields.components[0].differingValues, 2u);
+  EXPECT_EQ(fields.components[0].worst.component, 0u);
+  EXPECT_EQ(fields.components[0].worst.index, 2u);
+  EXPECT_EQ(fields.components[0].worst.b, Value(2.0));
+  EXPECT_EQ(fields.components[0].worst.rule, "abs 2 > 0.5");
+  EXPECT_EQ(fields.components[1].worst.component, 1u);
+  EXPECT_EQ(fields.components[1].worst.index, 1u);
+  EXPECT_EQ(fields.components[1].worst.excess, 8.0);
+}
+
+// Sums of forces are printed a component each: where nothing pulls, the sum is all rounding.
+TEST(DatabaseComparison, TheComponentsOfAPrintedSumHaveOnePeak)
+{
+  const auto fill = [](FED_Database& db, double x, double y, double other) {
+    const auto set = [&](int onf, const std::string& name, double value) {
+      db.SetUserKindName(static_cast<FED_OnfId>(onf), name);
+      FED_DataDescriptor key(0, FED_OnfId_ScalarHistory);
+      key.SetInteger(static_cast<FED_DataDescriptor::ResultIndex>(10), onf);
+      db.GetOrCreateDataBlock(key, 0).SetScalarAt(1, value);
+    };
+    set(1800, "total force x NFIX", x);
+    set(1801, "total force y NFIX", y);
+    set(1802, "total force x NEND", other);
+  };
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  fill(a, 1e-12, 600, 5);
+  fill(b, -3e-12, 600, 5);
+  EXPECT_TRUE(Compare(a, b, "default").IsSame());
+  EXPECT_FALSE(Compare(a, b, "rel=1e-5").IsSame());
+  fill(b, 1, 600, 5);
+  EXPECT_FALSE(Compare(a, b, "default").IsSame());
+  // Another set's sum is no component of it.
+  fill(b, 1e-12, 600, 5.005);
+  EXPECT_FALSE(Compare(a, b, "default").IsSame());
 }
 
 TEST(DatabaseComparison, ANodeOfASetThatHasNoCounterpartDiffersFromANodeOfTheSameId)
@@ -132,7 +186,7 @@ TEST(DatabaseComparison, ANodeOfASetThatHasNoCounterpartDiffersFromANodeOfTheSam
   ASSERT_EQ(found.blocks.size(), 1u);
   ASSERT_EQ(found.blocks[0].fields.worst.size(), 1u);
   EXPECT_EQ(found.blocks[0].fields.worst[0].rule, "no counterpart in B");
-  EXPECT_EQ(found.blocks[0].fields.worst[0].a, "9");
+  EXPECT_EQ(found.blocks[0].fields.worst[0].a, Value(9));
   mesh.nodes = {{1, 1}, {9, 9}};
   EXPECT_TRUE(CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).IsSame());
 }

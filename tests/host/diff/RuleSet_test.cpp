@@ -66,6 +66,13 @@ TEST(RuleSet, NaNsAndSignsComeFromTheFallbackWhereARuleSaysNothing)
   EXPECT_EQ(RuleOf("*: abs=1 nan=forbid\nstress: rel=2 nan=equal", 521), "rel=2 nan=equal");
 }
 
+TEST(RuleSet, TermsWithoutAKindAreForAllKinds)
+{
+  EXPECT_EQ(RuleOf("library", 521), "library");
+  EXPECT_EQ(RuleOf("peak=1 any\nstress: exact", 510), "peak=1 any");
+  EXPECT_EQ(MessageOf("peak=x"), "my.rules:1: the rule 'peak=x' has 'peak=x', expected a finite number, 0 or more");
+}
+
 TEST(RuleSet, EmptyLinesAndCommentsSayNothing)
 {
   EXPECT_EQ(RuleOf("# rules\n\n  \t\r\nstress: abs=1 # of the mesh\r\n#stress: abs=2", 521), "abs=1");

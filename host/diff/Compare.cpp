@@ -1,0 +1,144 @@
+#include "diff/Compare.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "diff/DatabaseComparison.h"
+#include "diff/MeshMatching.h"
+#include "diff/RuleLearning.h"
+#include "diff/RuleSet.h"
+#include "Failure.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "selection/KindTable.h"
+#include "selection/Selection.h"
+#include "terminal/Format.h"
+
+namespace quilon::diff {
+
+namespace {
+
+/// A database with what is known of its kinds.
+struct Participant
+{
+  explicit Participant(const NamedDatabase& named)
+      : database(named.database), name(named.name), kinds(named.database), allKinds(kinds)
+  {}
+
+  ComparedDatabase GetCompared() const { return {database, blocks}; }
+
+  const FED_Database&             database;
+  std::string                     name;
+  KindTable                       kinds;
+  KindTable                       allKinds;  ///< with those that only the other databases name
+  std::vector<FED_DataDescriptor> blocks;    ///< the selected ones
+};
+
+/// @return the selection as its user wrote it
+std::string ToText(const MatchOptions& match)
+{
+  if (match.steps.empty()) return match.selection;
+  return match.selection + (match.selection.empty() ? "--steps " : " --steps ") + match.steps;
+}
+
+std::vector<FED_DataDescriptor> Select(const Participant& participant, const MatchOptions& match)
+{
+  Selection selection = match.selection.empty() ? Selection() : Selection(match.selection, participant.allKinds);
+  if (!match.steps.empty()) selection.SetSteps(match.steps);
+  return selection.Apply(participant.database.GetDataDescriptors(FED_DataDescriptorPattern()));
+}
+
+std::vector<Participant> Admit(const std::vector<NamedDatabase>& databases, const MatchOptions& match)
+{
+  std::vector<Participant> all(databases.begin(), databases.end());
+  const std::string        text = ToText(match);
+  bool                     any  = text.empty();
+  std::string              names;
+  for (Participant& one : all) {
+    for (const Participant& other : all) one.allKinds.AddForeign(other.kinds);
+    one.blocks = Select(one, match);
+    any        = any || !one.blocks.empty();
+    names += (names.empty() ? "" : ", ") + one.name;
+  }
+  // Two selections of nothing are no proof that anything is the same.
+  if (!any) Fail(names + ": no block matches '" + text + "'");
+  return all;
+}
+
+/// What is said for all kinds replaces what the file says, and what is said for one kind replaces both.
+RuleSet MakeRules(const CompareOptions& options, const KindTable& kinds)
+{
+  const KindResolver resolve = [&kinds](std::string_view text) { return kinds.Resolve(text); };
+  RuleSet            rules;
+  if (!options.ruleFile.empty()) ReadRuleFile(options.ruleFile, resolve, rules);
+  if (options.rule && options.rule->form != ComparisonRule::Default) {
+    rules.fallback = *options.rule;
+  } else if (options.rule) {
+    // NaNs and signs alone leave the tolerances of the file.
+    if (options.rule->nan) rules.fallback.nan = options.rule->nan;
+    rules.fallback.modeSign = rules.fallback.modeSign || options.rule->modeSign;
+  }
+  for (const std::string& rule : options.kindRules) rules.Add(rule, resolve, "--rule: ");
+  return rules;
+}
+
+MeshMatch Match(const Participant& first, const Participant& second, double tolerance, const Listener& listener)
+{
+  MeshMatchReport report;
+  MeshMatch       mesh = MatchMeshes(first.database, second.database, tolerance, first.name, second.name, report);
+  if (!listener.note) return mesh;
+  listener.note("matched " + Counted(report.nodes, "node") + " and " + Counted(report.elements, "element") +
+                " by their places");
+  if (report.ambiguousNodes > 0)
+    listener.note(Counted(report.ambiguousNodes, "node") + " had several candidates: the nearest was taken");
+  return mesh;
+}
+
+/// @param terms rules and limits
+DatabaseOutcome ComparePair(const Participant& first, const Participant& second, ComparisonTerms terms,
+                            const MatchOptions& match, const Listener& listener)
+{
+  MeshMatch mesh;
+  if (match.pointTolerance) {
+    mesh       = Match(first, second, *match.pointTolerance, listener);
+    terms.mesh = &mesh;
+  }
+  terms.matching = match.records;
+  terms.progress = listener.progress;
+  return CompareDatabases(first.GetCompared(), second.GetCompared(), terms);
+}
+
+}  // namespace
+
+Report Compare(const NamedDatabase& a, const NamedDatabase& b, const CompareOptions& options)
+{
+  const std::vector<Participant> participants = Admit({a, b}, options.match);
+  const Participant&             first        = participants[0];
+  const Participant&             second       = participants[1];
+  ComparisonTerms                terms;
+  terms.rules                   = MakeRules(options, first.allKinds);
+  terms.ignoresMissingInFirst   = options.ignoresMissingInA;
+  terms.ignoresMissingInSecond  = options.ignoresMissingInB;
+  terms.info.maxDiffsPerBlock   = options.maxRecords;
+  terms.info.maxBlockDiffs      = options.maxBlocks;
+  const DatabaseOutcome outcome = ComparePair(first, second, terms, options.match, options.listener);
+  return MakeReport(outcome, first.GetCompared(), second.GetCompared(), first.name, second.name, terms.info);
+}
+
+std::string LearnRules(const std::vector<NamedDatabase>& runs, const LearnOptions& options)
+{
+  const std::vector<Participant> participants = Admit(runs, options.match);
+  RuleLearner                    learner(participants.front().kinds, options.factor, options.modeSign);
+  ComparisonTerms                terms;
+  terms.rules = learner.GetRules();
+  for (std::size_t i = 0; i < participants.size(); ++i)
+    for (std::size_t j = i + 1; j < participants.size(); ++j)
+      learner.Add(ComparePair(participants[i], participants[j], terms, options.match, options.listener),
+                  participants[i].kinds, participants[i].name + " and " + participants[j].name);
+
+  std::string head = "# Differences among accepted runs, times " + FormatNumber(options.factor) + ":\n";
+  for (const Participant& run : participants) head += "#   " + Printable(run.name) + '\n';
+  return learner.WriteRules(head);
+}
+
+}  // namespace quilon::diff
