@@ -3,6 +3,8 @@
 //   commit     a step of tensors, filled before, until Commit() returns
 //   raw read   the plain file, read in pieces of 16 MiB
 //   walk       the database opened and every tensor's chunk fetched, which checks it
+//   order, turn  ten blocks that hold the step together, in a quarter of the memory that they take, until Commit()
+//              returns: filled one after the other, and record by record in turn
 //   append     Commit() of one record more, with a history of 1, 10 and 100 times as many records stored
 // Flags: --tensors N  of the step (default 20000; 1000000 says more)
 //        --records N  of the shortest history (default 100)
@@ -138,6 +140,37 @@ double Append(const fs::path& folder, std::size_t records)
   return (Now() - start) / kCommits;
 }
 
+double FillBlocks(const fs::path& folder, std::size_t tensors, bool inTurn)
+{
+  constexpr std::size_t kBlocks = 10;
+  fs::remove_all(folder);
+  FED_ResultDatabaseOptions options;
+  options.memoryLimit = tensors * 6 * sizeof(double) / 4;
+  FED_ResultDatabase          database(folder, FED_ResultDatabase::Create, options);
+  std::vector<FED_DataBlock*> blocks;
+  for (std::size_t i = 0; i < kBlocks; ++i) {
+    FED_DataDescriptor descriptor(0, kTensor);
+    descriptor.SetInteger(FED_DataDescriptor::Substep, static_cast<int>(i));
+    blocks.push_back(&database.GetOrCreateDataBlock(descriptor, 0));
+  }
+  const std::size_t records = tensors / kBlocks;
+  const auto        set     = [](FED_DataBlock& block, std::size_t index) {
+    const double value     = static_cast<double>(index);
+    const double tensor[6] = {value, -value, 0.5 * value, 1.0, 2.0, 3.0};
+    block.SetValuesAt(index, tensor);
+  };
+  const double start = Now();
+  if (inTurn) {
+    for (std::size_t index = 1; index <= records; ++index)
+      for (FED_DataBlock* block : blocks) set(*block, index);
+  } else {
+    for (FED_DataBlock* block : blocks)
+      for (std::size_t index = 1; index <= records; ++index) set(*block, index);
+  }
+  database.Commit();
+  return Now() - start;
+}
+
 void Print(const char* name, const Times& times, std::size_t bytes, const Times& raw)
 {
   const double megabytes = static_cast<double>(bytes) * 1e-6;
@@ -167,6 +200,11 @@ int main(int argc, char** argv)
   Print("commit", commit, bytes, writeRaw);
   Print("raw read", readRaw, bytes, readRaw);
   Print("walk", walk, bytes, readRaw);
+  const Times order = Measure(options.repeats, [&] { return FillBlocks(database, tensors, false); });
+  const Times turn  = Measure(options.repeats, [&] { return FillBlocks(database, tensors, true); });
+  Print("order", order, bytes, writeRaw);
+  Print("turn", turn, bytes, writeRaw);
+  std::printf("turn       %5.2f of order\n", turn.best / order.best);
   for (const std::size_t factor : {std::size_t{1}, std::size_t{10}, std::size_t{100}}) {
     const std::size_t stored = factor * records;
     const Times       append = Measure(options.repeats, [&] { return Append(database, stored); });

@@ -12,9 +12,11 @@ void ChunkCache::MakeRoom(std::size_t bytes)
   const std::size_t goal = bytes < limit_ ? limit_ - bytes : 0;
   if (bytes_ <= goal) return;
   Evict(goal);
-  if (bytes_ <= goal || !HasRowsToSpill()) return;
+  if (bytes_ <= goal || !SpillPays()) return;
   spill_();
-  Evict(goal);
+  // All is stored now, and half of it goes: where blocks are written in turn every chunk has changed rows again a
+  // moment later, and what is then spilled next is as much as was made room for now.
+  Evict(std::min(goal, limit_ / 2));
 }
 
 void ChunkCache::Keep(RowChunk& chunk) noexcept
@@ -62,6 +64,7 @@ void ChunkCache::MarkClean() noexcept
   while (dirty_ != nullptr) {
     RowChunk& chunk = *dirty_;
     UnlinkDirty(chunk);
+    chunk.storedRows = std::max(chunk.storedRows, chunk.dirtyEnd);
     chunk.dirtyFirst = chunk.dirtyEnd = 0;
   }
 }
@@ -71,11 +74,17 @@ bool ChunkCache::IsKept(const RowChunk& chunk) const noexcept
   return std::find(last_.begin(), last_.end(), &chunk) != last_.end();
 }
 
-bool ChunkCache::HasRowsToSpill() const noexcept
+// Chunks that stay may fill the memory alone; then rows of others wait until they are worth writing.
+bool ChunkCache::SpillPays() const noexcept
 {
+  std::size_t kept = 0, others = 0;
+  for (std::size_t i = 0; i < last_.size(); ++i)
+    if (last_[i] != nullptr && std::find(last_.begin(), last_.begin() + static_cast<std::ptrdiff_t>(i), last_[i]) ==
+                                   last_.begin() + static_cast<std::ptrdiff_t>(i))
+      kept += last_[i]->bytes;
   for (const RowChunk* chunk = dirty_; chunk != nullptr; chunk = chunk->nextDirty)
-    if (!IsKept(*chunk)) return true;
-  return false;
+    if (!IsKept(*chunk)) others += chunk->bytes;
+  return others > 0 && others >= kept / kKeptChunks;
 }
 
 void ChunkCache::Evict(std::size_t goal) noexcept

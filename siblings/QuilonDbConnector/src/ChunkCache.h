@@ -35,6 +35,9 @@ public:
   std::size_t       GetLimit() const noexcept { return limit_; }
   std::size_t       GetBytes() const noexcept { return bytes_; }  ///< of all chunks in memory
 
+  /// @return whether this many more bytes fit below the limit as it is
+  bool HasRoom(std::size_t bytes) const noexcept { return bytes <= limit_ && bytes_ <= limit_ - bytes; }
+
   /// Evicts, and spills where that does not suffice, until this many more bytes fit below the limit or nothing but the
   /// chunks touched last is left. Afterwards extents that the store gave before are void.
   void MakeRoom(std::size_t bytes);
@@ -75,7 +78,7 @@ public:
 
 private:
   bool IsKept(const RowChunk& chunk) const noexcept;
-  bool HasRowsToSpill() const noexcept;
+  bool SpillPays() const noexcept;
   void Evict(std::size_t goal) noexcept;
   void LinkDirty(RowChunk& chunk) noexcept;
   void UnlinkDirty(RowChunk& chunk) noexcept;

@@ -75,6 +75,10 @@ public:
   }
   void MakeEmptyRows(std::size_t rows) { EnsureRows(rows); }
   void Clean(std::size_t) noexcept {}
+  void CopyRows(const ValueColumn& from, std::size_t fromRow, std::size_t row, std::size_t, std::size_t count) noexcept
+  {
+    if (count > 0) std::memcpy(GetRow(row), from.GetRow(fromRow), count * width_ * sizeof(T));
+  }
 
 private:
   std::size_t          width_;
@@ -245,6 +249,16 @@ public:
     }
     inUse_ += total;
     return elements;
+  }
+
+  /// Copies `count` rows of another column to the rows from `row` on, for which there is room.
+  /// @param rowCount rows that hold a list before, at least `row`
+  void CopyRows(const ListColumn& from, std::size_t fromRow, std::size_t row, std::size_t rowCount, std::size_t count)
+  {
+    for (std::size_t i = 0; i < count; ++i, rowCount = std::max(rowCount, row + i)) {
+      Prepare(row + i, rowCount, from.GetLength(fromRow + i));
+      SetRow(row + i, rowCount, from.GetRow(fromRow + i), from.GetLength(fromRow + i));
+    }
   }
 
   /// Gives the room of replaced lists back where they outweigh the others.

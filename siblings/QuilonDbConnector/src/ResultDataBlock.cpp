@@ -139,7 +139,7 @@ void ResultDataBlock::GetRecord(std::size_t index, FED_ConstDataRecord& record) 
   if (own->HasFormat()) RequireFit(*own);
   const RowChunk& chunk = Reach(row);
   if (!own->HasFormat()) own->SetFormat(layout_.format);
-  chunk.ReadRow(RowInChunk(row), *own);
+  chunk.ReadRow(RowInColumns(row, chunk), *own);
 }
 
 std::size_t ResultDataBlock::GetSize() const { return GetMaxIndex(); }
@@ -169,7 +169,8 @@ double ResultDataBlock::GetScalarAt(std::size_t index) const
   const std::size_t row = GetRow(index);
   if (layout_.doubleCount != 1)
     Fail("a scalar was asked for, the record format is \"" + layout_.format.ToString() + '"');
-  return Reach(row).single[RowInChunk(row)];
+  const RowChunk& chunk = Reach(row);
+  return chunk.single[RowInColumns(row, chunk)];
 }
 
 void ResultDataBlock::SetValuesAt(std::size_t index, const double* values)
@@ -180,7 +181,7 @@ void ResultDataBlock::SetValuesAt(std::size_t index, const double* values)
   const bool          isNew   = present == KeyTable::kNone;
   const auto          row     = isNew ? static_cast<std::uint32_t>(rowCount_) : present;
   RowChunk&           chunk   = isNew ? PrepareNewRow(layout_, index) : Reach(row);
-  const std::size_t   at      = RowInChunk(row);
+  const std::size_t   at      = RowInColumns(row, chunk);
   if (layout_.singleWidth != 0)
     CopyDoubles(values, layout_.singleWidth, chunk.single + at * layout_.singleWidth);
   else
@@ -191,13 +192,13 @@ void ResultDataBlock::SetValuesAt(std::size_t index, const double* values)
 void ResultDataBlock::GetValuesAt(std::size_t index, double* out) const
 {
   const std::size_t row = GetRow(index);
-  const std::size_t at  = RowInChunk(row);
-  if (layout_.singleWidth != 0) {
-    CopyDoubles(Reach(row).single + at * layout_.singleWidth, layout_.singleWidth, out);
-    return;
-  }
   if (layout_.doubleCount == 0) RequireDoubleFormat();
-  Reach(row).ReadDoubles(at, out);
+  const RowChunk&   chunk = Reach(row);
+  const std::size_t at    = RowInColumns(row, chunk);
+  if (layout_.singleWidth != 0)
+    CopyDoubles(chunk.single + at * layout_.singleWidth, layout_.singleWidth, out);
+  else
+    chunk.ReadDoubles(at, out);
 }
 
 FED_DataRecord* ResultDataBlock::CreateDataRecord() { return KeepScratch(); }
@@ -341,15 +342,15 @@ std::size_t ResultDataBlock::RowsOf(std::size_t chunk) const noexcept
   return std::min(GetRowsPerChunk(), rowCount_ - (chunk << layout_.chunkShift));
 }
 
-// Brings a chunk that was not reached last to memory.
-void ResultDataBlock::Bring(RowChunk& chunk) const
+// Brings a row to memory whose chunk was not reached last, or is there without it.
+void ResultDataBlock::Bring(RowChunk& chunk, std::size_t row) const
 {
-  if (chunk.IsResident()) {
+  if (chunk.IsResident() && row >= chunk.firstRow) {
     cache_->Touch(chunk);
-  } else {
-    Load(chunk);
-    cache_->Keep(chunk);
+    return;
   }
+  Load(chunk);
+  if (!cache_->IsLast(chunk)) cache_->Keep(chunk);
 }
 
 RowChunk& ResultDataBlock::ReachChunk(std::size_t chunk) const
@@ -365,7 +366,7 @@ void ResultDataBlock::Reserve(const RecordLayout& layout)
   std::size_t rows = std::min(expected_, kMaxExpectedBytes / layout.rowBytes);
   if (cache_ != nullptr) rows = rowCount_ == 0 ? std::min(rows, layout.GetRowsPerChunk()) : 0;
   for (std::size_t first = 0; first < rows; first += layout.GetRowsPerChunk())
-    EnsureRows(MakeChunk(first >> layout.chunkShift), std::min(rows - first, layout.GetRowsPerChunk()), layout);
+    EnsureRows(MakeChunk(first >> layout.chunkShift), std::min(rows - first, layout.GetRowsPerChunk()), layout, true);
 }
 
 RowChunk& ResultDataBlock::MakeChunk(std::size_t number)
@@ -382,24 +383,35 @@ void ResultDataBlock::DropChunks() noexcept
   chunks_.clear();
 }
 
-// Makes room for rows of a chunk that is in memory or has no rows yet.
-void ResultDataBlock::EnsureRows(RowChunk& chunk, std::size_t rows, const RecordLayout& layout) const
+// Makes room for rows of a chunk that is in memory or takes its first rows there.
+void ResultDataBlock::EnsureRows(RowChunk& chunk, std::size_t end, const RecordLayout& layout, bool isWhole) const
 {
-  if (rows <= chunk.capacity) return;
-  if (cache_ != nullptr) cache_->MakeRoom((chunk.CapacityFor(rows, layout) - chunk.capacity) * layout.rowBytes);
+  const auto getGrowth = [&] { return (chunk.CapacityFor(end, layout, isWhole) - chunk.capacity) * layout.rowBytes; };
+  if (getGrowth() == 0) return;
   const CountedChange change(cache_, chunk);
-  chunk.EnsureRows(rows, layout);
+  if (cache_ != nullptr) {
+    // The row that is to come is not among those that may go.
+    if (!cache_->HasRoom(getGrowth()) && chunk.IsResident()) chunk.DropStoredRows(end - 1, layout);
+    cache_->Count(chunk);
+    cache_->MakeRoom(getGrowth());
+  }
+  chunk.EnsureRows(end, layout, isWhole);
 }
 
 RowChunk& ResultDataBlock::MakeRoomForRow(const RecordLayout& layout, std::size_t number, std::size_t at)
 {
   RowChunk& chunk = MakeChunk(number);
-  // Kept first, so that room for it is not made in its own place.
-  if (at > 0)
-    Reach(rowCount_);
-  else if (cache_ != nullptr && !cache_->IsLast(chunk))
-    cache_->Keep(chunk);
-  EnsureRows(chunk, at + 1, layout);
+  // Blocks that are written in turn grow their chunks little by little: whole ones would fill the memory with room that
+  // is not used before it is wanted elsewhere.
+  bool isWhole = true;
+  if (cache_ != nullptr) {
+    isWhole = number == 0 || cache_->IsLast(*chunks_[number - 1]);
+    // Rows that left the memory stay where they are.
+    if (!chunk.IsResident()) chunk.firstRow = static_cast<std::uint32_t>(at);
+    // Kept first, so that room for it is not made in its own place.
+    if (!cache_->IsLast(chunk)) at > 0 ? cache_->Touch(chunk) : cache_->Keep(chunk);
+  }
+  EnsureRows(chunk, at + 1, layout, isWhole);
   return chunk;
 }
 
@@ -437,7 +449,7 @@ void ResultDataBlock::StoreRecord(std::size_t index, const ResultRecord& record)
   const bool          isNew   = present == KeyTable::kNone;
   const auto          row     = isNew ? static_cast<std::uint32_t>(rowCount_) : present;
   RowChunk&           chunk   = isNew ? PrepareNewRow(layout_, index) : Reach(row);
-  PrepareLists(chunk, RowInChunk(row), RowsOf(chunk.number), record);
+  PrepareLists(chunk, RowInColumns(row, chunk), RowsInColumns(chunk), record);
   WriteRow(index, row, chunk, record);
 }
 
@@ -465,7 +477,7 @@ void ResultDataBlock::StoreFirstRecord(std::size_t index, const ResultRecord& re
 void ResultDataBlock::WriteRow(std::size_t index, std::uint32_t row, RowChunk& chunk,
                                const ResultRecord& record) noexcept
 {
-  chunk.WriteRow(RowInChunk(row), RowsOf(chunk.number), record);
+  chunk.WriteRow(RowInColumns(row, chunk), RowsInColumns(chunk), record);
   CommitRow(index, row, chunk);
 }
 
@@ -476,6 +488,7 @@ void ResultDataBlock::AttachChunks() const
   for (std::size_t number = 0; number < GetChunkCount(); ++number) {
     GetStoredRows().GetExtents(number, RowsOf(number));
     chunks.push_back(std::make_unique<RowChunk>(*this, static_cast<std::uint32_t>(number)));
+    chunks.back()->storedRows = static_cast<std::uint32_t>(RowsOf(number));
   }
   chunks_ = std::move(chunks);
 }
@@ -504,14 +517,16 @@ void ResultDataBlock::LoadKeys() const
   keysAreLoaded_ = true;
 }
 
-// When it throws, the chunk stays in the store.
+// Brings all rows of a chunk to memory. When it throws, those that were not there stay in the store.
 void ResultDataBlock::Load(RowChunk& chunk) const
 {
   const StoredRows  stored = GetStoredRows();
   const std::size_t rows   = RowsOf(chunk.number);
+  // Rows that are there already may not go meanwhile.
+  if (chunk.IsResident() && !cache_->IsLast(chunk)) cache_->Keep(chunk);
   // May write to the store, so that it is asked again for the extents.
-  cache_->MakeRoom(stored.CountBytes(chunk.number, rows));
-  chunk.SetColumns(stored.Load(chunk.number, rows), rows, layout_);
+  cache_->MakeRoom(stored.CountBytes(chunk.number, chunk.storedRows) + chunk.bytes);
+  chunk.CompleteFrom(stored.Load(chunk.number, chunk.storedRows), rows, layout_);
   cache_->Count(chunk);
 }
 

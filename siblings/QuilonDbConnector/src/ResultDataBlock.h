@@ -85,11 +85,12 @@ private:
     return row != KeyTable::kNone || keysAreLoaded_ ? row : FindStoredRow(key);
   }
 
-  /// @return the chunk of a row, in memory
+  /// @return the chunk of a row, with the row in memory
   RowChunk& Reach(std::size_t row) const
   {
     RowChunk& chunk = *chunks_[row >> layout_.chunkShift];
-    if (cache_ != nullptr && !cache_->IsLast(chunk)) Bring(chunk);
+    if (cache_ != nullptr && (!cache_->IsLast(chunk) || RowInChunk(row) < chunk.firstRow))
+      Bring(chunk, RowInChunk(row));
     return chunk;
   }
 
@@ -100,7 +101,7 @@ private:
     const std::size_t number = rowCount_ >> layout.chunkShift;
     const std::size_t at     = rowCount_ & (layout.GetRowsPerChunk() - 1);
     RowChunk*         chunk  = number < chunks_.size() ? chunks_[number].get() : nullptr;
-    if (chunk == nullptr || at >= chunk->capacity || (cache_ != nullptr && !cache_->IsLast(*chunk)))
+    if (chunk == nullptr || !chunk->HasRoom(at) || (cache_ != nullptr && !cache_->IsLast(*chunk)))
       chunk = &MakeRoomForRow(layout, number, at);
     rows_.Prepare(static_cast<std::uint32_t>(index), static_cast<std::uint32_t>(rowCount_));
     if (cache_ != nullptr) keys_.Prepare(static_cast<std::uint32_t>(index));
@@ -131,7 +132,7 @@ private:
   [[noreturn]] void FailOfIndex(std::size_t index) const;
   [[noreturn]] void FailOfReader() const;
   std::uint32_t     FindStoredRow(std::uint32_t key) const;
-  void              Bring(RowChunk& chunk) const;
+  void              Bring(RowChunk& chunk, std::size_t row) const;
   RowChunk&         MakeRoomForRow(const RecordLayout& layout, std::size_t number, std::size_t at);
 
   [[noreturn]] void Fail(const std::string& text) const;
@@ -143,11 +144,18 @@ private:
   std::size_t RowsOf(std::size_t chunk) const noexcept;
   RowChunk&   ReachChunk(std::size_t chunk) const;
   std::size_t RowInChunk(std::size_t row) const noexcept { return row & (layout_.GetRowsPerChunk() - 1); }
+  /// @return where a row of the block, in memory, stands in its chunk's columns
+  std::size_t RowInColumns(std::size_t row, const RowChunk& chunk) const noexcept
+  {
+    return RowInChunk(row) - chunk.firstRow;
+  }
+  /// @return rows of a chunk's columns that hold a record
+  std::size_t RowsInColumns(const RowChunk& chunk) const noexcept { return RowsOf(chunk.number) - chunk.firstRow; }
 
   void      Reserve(const RecordLayout& layout);
   RowChunk& MakeChunk(std::size_t number);
   void      DropChunks() noexcept;
-  void      EnsureRows(RowChunk& chunk, std::size_t rows, const RecordLayout& layout) const;
+  void      EnsureRows(RowChunk& chunk, std::size_t end, const RecordLayout& layout, bool isWhole) const;
   void      PrepareLists(RowChunk& chunk, std::size_t row, std::size_t rowCount, const ResultRecord& record) const;
   void      StoreRecord(std::size_t index, const ResultRecord& record);
   void      StoreFirstRecord(std::size_t index, const ResultRecord& record);

@@ -226,21 +226,59 @@ std::vector<RowColumn> RowChunk::MakeColumns(const RecordLayout& layout)
   return columns;
 }
 
-std::size_t RowChunk::CapacityFor(std::size_t rows, const RecordLayout& layout) const noexcept
+std::size_t RowChunk::CapacityFor(std::size_t end, const RecordLayout& layout, bool isWhole) const noexcept
 {
+  const std::size_t rows = end - firstRow;
   if (rows <= capacity) return capacity;
-  const std::size_t whole = layout.GetRowsPerChunk();
-  if (number > 0 && capacity == 0) return whole;
-  return std::min(std::max({rows, 2 * capacity, std::size_t{4}}), whole);
+  const std::size_t most = layout.GetRowsPerChunk() - firstRow;
+  if (isWhole && number > 0 && capacity == 0) return most;
+  return std::min(std::max({rows, 2 * capacity, std::size_t{4}}), most);
 }
 
-void RowChunk::EnsureRows(std::size_t rows, const RecordLayout& layout)
+void RowChunk::EnsureRows(std::size_t end, const RecordLayout& layout, bool isWhole)
 {
   if (columns.empty()) columns = MakeColumns(layout);
-  const std::size_t wanted = CapacityFor(rows, layout);
+  const std::size_t wanted = CapacityFor(end, layout, isWhole);
   for (RowColumn& column : columns) std::visit([wanted](auto& typed) { typed.EnsureRows(wanted); }, column);
   capacity = wanted;
   if (layout.singleWidth != 0) single = std::get_if<ValueColumn<double>>(&columns.front())->GetRow(0);
+}
+
+void RowChunk::DropStoredRows(std::size_t end, const RecordLayout& layout)
+{
+  const std::size_t first = IsDirty() ? dirtyFirst : end;
+  // Copied rows are to pay with at least as many that go.
+  if (wasLoaded || first == firstRow || first - firstRow < end - first) return;
+  if (first == end) {
+    Unload();
+  } else {
+    std::vector<RowColumn> kept = MakeColumns(layout);
+    CopyTo(kept, first, 0, 0, end - first);
+    SetColumns(std::move(kept), end - first, layout);
+  }
+  firstRow = static_cast<std::uint32_t>(first);
+}
+
+void RowChunk::CompleteFrom(std::vector<RowColumn> loaded, std::size_t end, const RecordLayout& layout)
+{
+  if (IsDirty()) CopyTo(loaded, firstRow, firstRow, storedRows, end - firstRow);
+  SetColumns(std::move(loaded), end, layout);
+  firstRow  = 0;
+  wasLoaded = true;
+}
+
+// Copies rows from `first` on to the rows of other columns from `row` on, which hold `rowCount` records before.
+void RowChunk::CopyTo(std::vector<RowColumn>& others, std::size_t first, std::size_t row, std::size_t rowCount,
+                      std::size_t count) const
+{
+  for (std::size_t i = 0; i < others.size(); ++i)
+    std::visit(
+        [&](auto& typed) {
+          typed.EnsureRows(row + count);
+          typed.CopyRows(*std::get_if<std::decay_t<decltype(typed)>>(&columns[i]), first - firstRow, row, rowCount,
+                         count);
+        },
+        others[i]);
 }
 
 void RowChunk::SetColumns(std::vector<RowColumn> complete, std::size_t rows, const RecordLayout& layout) noexcept
@@ -253,8 +291,10 @@ void RowChunk::SetColumns(std::vector<RowColumn> complete, std::size_t rows, con
 void RowChunk::Unload() noexcept
 {
   std::vector<RowColumn>().swap(columns);
-  capacity = 0;
-  single   = nullptr;
+  capacity  = 0;
+  firstRow  = 0;
+  single    = nullptr;
+  wasLoaded = false;
 }
 
 std::size_t RowChunk::GetGrowth(std::size_t row, std::size_t rowCount, const ResultRecord& record) const noexcept
@@ -315,23 +355,28 @@ std::size_t RowChunk::CountBytes() const noexcept
 std::uint64_t GetStoredBytes(const RowChunk& chunk, const StoredColumn& column, std::size_t firstRow,
                              std::size_t rowCount)
 {
-  return std::visit([&](const auto& typed) { return GetBytesOf(typed, column.isElements, firstRow, rowCount); },
-                    chunk.columns[column.field - 1]);
+  return std::visit(
+      [&](const auto& typed) { return GetBytesOf(typed, column.isElements, firstRow - chunk.firstRow, rowCount); },
+      chunk.columns[column.field - 1]);
 }
 
 void VisitStored(const RowChunk& chunk, const StoredColumn& column, std::size_t firstRow, std::size_t rowCount,
                  const ExtentRows::TakeBytes& take)
 {
-  std::visit([&](const auto& typed) { VisitBytesOf(typed, column.isElements, firstRow, rowCount, take); },
-             chunk.columns[column.field - 1]);
+  std::visit(
+      [&](const auto& typed) { VisitBytesOf(typed, column.isElements, firstRow - chunk.firstRow, rowCount, take); },
+      chunk.columns[column.field - 1]);
 }
 
 ColumnStatistics ComputeStatistics(const RowChunk& chunk, const StoredColumn& column, std::size_t firstRow,
                                    std::size_t rowCount)
 {
   ColumnStatistics statistics;
-  std::visit([&](const auto& typed) { AddStatistics(typed, column.isElements, firstRow, rowCount, statistics); },
-             chunk.columns[column.field - 1]);
+  std::visit(
+      [&](const auto& typed) {
+        AddStatistics(typed, column.isElements, firstRow - chunk.firstRow, rowCount, statistics);
+      },
+      chunk.columns[column.field - 1]);
   return statistics;
 }
 

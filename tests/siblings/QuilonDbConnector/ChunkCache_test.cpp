@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "bundled/FED_RecordFormat.h"
+#include "QuilonUtilities/FED_DoubleArray.h"
 #include "QuilonUtilities/FED_IntArray.h"
 
 #include "failure_message.h"
@@ -254,4 +255,136 @@ TEST(ChunkCache, HintReservesNoMoreThanTheFirstChunk)
   EXPECT_EQ(disk.cache.GetBytes(), 3 * kChunkBytes);
   block->Expect(100 * kRows);
   EXPECT_EQ(disk.cache.GetBytes(), 3 * kChunkBytes);
+}
+
+TEST(ChunkCache, AppendToRowsThatLeftTheMemoryReadsNothing)
+{
+  FakeDisk   disk(10 * kChunkBytes);
+  const auto block = MakeBlock(disk, 1), other = MakeBlock(disk, 2);
+  for (std::size_t index = 0; index < 40; ++index) block->SetValuesAt(index, TensorOf(index).data());
+  disk.Commit();
+  Fill(*other, 20);  // drives the first block out
+  const std::size_t reads = disk.store.reads;
+  for (std::size_t index = 40; index < 50; ++index) block->SetValuesAt(index, TensorOf(index).data());
+  // New rows are read and replaced without the old ones.
+  for (std::size_t index = 40; index < 50; ++index) ExpectTensor(*block, index);
+  block->SetValuesAt(45, TensorOf(1).data());
+  block->SetValuesAt(45, TensorOf(45).data());
+  EXPECT_EQ(disk.store.reads, reads);
+  const std::vector<DirtyRows> dirty = CollectDirty(disk.cache);
+  ASSERT_EQ(dirty.front().GetBlock(), 1u);
+  EXPECT_EQ(dirty.front().GetFirstRow(), 40u);
+  EXPECT_EQ(dirty.front().GetRowCount(), 10u);
+  // An old one brings all of them.
+  ExpectTensor(*block, 39);
+  EXPECT_EQ(disk.store.reads, reads + 1);
+  for (std::size_t index = 0; index < 50; ++index) ExpectTensor(*block, index);
+  EXPECT_EQ(disk.store.reads, reads + 1);
+  EXPECT_EQ(block->GetDoubleChunk(1, 0).GetSize(), 6u * 50);
+  EXPECT_EQ(block->GetFieldStatistics(1).elements, 6u * 50);
+}
+
+TEST(ChunkCache, RowsThatWereAppendedStayWhenTheOthersCannotBeRead)
+{
+  FakeDisk   disk(10 * kChunkBytes);
+  const auto block = MakeBlock(disk, 1), other = MakeBlock(disk, 2);
+  for (std::size_t index = 0; index < 40; ++index) block->SetValuesAt(index, TensorOf(index).data());
+  disk.Commit();
+  Fill(*other, 20);
+  block->SetValuesAt(40, TensorOf(40).data());
+  disk.store.failingRead = 1;
+  EXPECT_THROW(ExpectTensor(*block, 0), FED_Failure);
+  ExpectTensor(*block, 40);
+  block->SetValuesAt(41, TensorOf(41).data());
+  // Nor is anything lost when there is no room for a first row of new ones.
+  disk.Commit();
+  Fill(*other, 30);
+  disk.isFull = true;
+  while (true) {
+    try {
+      Fill(*other, 60);
+      FAIL();
+    } catch (const FED_Failure&) {
+      break;
+    }
+  }
+  EXPECT_THROW(
+      {
+        for (std::size_t index = 42; index < kRows; ++index) block->SetValuesAt(index, TensorOf(index).data());
+      },
+      FED_Failure);
+  disk.isFull             = false;
+  const std::size_t count = block->GetRecordCount();
+  EXPECT_GE(count, 42u);
+  block->SetValuesAt(count, TensorOf(count).data());
+  for (std::size_t index = 0; index <= count; ++index) ExpectTensor(*block, index);
+}
+
+TEST(ChunkCache, BlocksWrittenInTurnSpillAsMuchAsThereIsRoomFor)
+{
+  constexpr std::size_t kBlocks = 8;
+  for (const std::size_t chunks : {1u, 5u, 20u}) {
+    SCOPED_TRACE(chunks);
+    FakeDisk                                      disk(chunks * kChunkBytes);
+    std::vector<std::unique_ptr<ResultDataBlock>> blocks;
+    for (BlockUid uid = 1; uid <= kBlocks; ++uid) blocks.push_back(MakeBlock(disk, uid));
+    for (std::size_t index = 0; index < 20 * kRows; ++index)
+      for (const auto& block : blocks) block->SetValuesAt(index, TensorOf(index).data());
+    EXPECT_EQ(disk.store.reads, 0u);
+    // At least a quarter of the limit at once, and half a chunk where the limit is less than what is kept anyway.
+    EXPECT_LE(disk.spills, kBlocks * 20 * 4 / std::max<std::size_t>(chunks, 2));
+    disk.Commit();
+    for (const auto& block : blocks)
+      for (std::size_t index = 0; index < 20 * kRows; ++index) ExpectTensor(*block, index);
+  }
+}
+
+TEST(ChunkCache, RandomWorkInLittleMemoryMatchesPlainRows)
+{
+  for (unsigned seed = 1; seed <= 6; ++seed) {
+    SCOPED_TRACE(seed);
+    std::mt19937                                  random(seed);
+    FakeDisk                                      disk((1 + random() % 12) * kChunkBytes);
+    std::vector<std::unique_ptr<ResultDataBlock>> blocks;
+    std::vector<std::vector<std::vector<double>>> expected(6);  // list of each index of each block
+    for (BlockUid uid = 1; uid <= expected.size(); ++uid) blocks.push_back(MakeBlock(disk, uid, "IDb"));
+    for (int step = 0; step < 3000; ++step) {
+      const std::size_t at    = random() % blocks.size();
+      ResultDataBlock&  block = *blocks[at];
+      auto&             rows  = expected[at];
+      const unsigned    kind  = random() % 16;
+      if (kind == 0 && random() % 4 == 0) disk.Commit();
+      if (kind < 10) {
+        // Mostly appends.
+        const std::size_t   index = rows.empty() || kind < 8 ? rows.size() : random() % rows.size();
+        std::vector<double> list(random() % 7);
+        for (double& value : list) value = static_cast<double>(random() % 1000);
+        if (index == rows.size()) rows.emplace_back();
+        FED_DataRecord* record = block.CreateDataRecord();
+        record->SetInteger(1, static_cast<int>(list.size()));
+        record->SetDoubleList(2, FED_DoubleArray(list));
+        block.SetRecord(index, *record);
+        block.DeleteDataRecord(record);
+        rows[index] = list;
+      } else if (!rows.empty()) {
+        const std::size_t index =
+            kind < 13 ? rows.size() - 1 - random() % std::min<std::size_t>(rows.size(), 8) : random() % rows.size();
+        FED_ConstDataRecord* record = block.CreateConstDataRecord();
+        FED_DoubleArray      list;
+        block.GetRecord(index, *record);
+        record->GetDoubleList(2, list);
+        block.DeleteDataRecord(record);
+        ASSERT_EQ(std::vector<double>(list.GetData(), list.GetData() + list.GetSize()), rows[index]) << index;
+      }
+      if (kind == 15 && !rows.empty()) {
+        std::size_t elements = 0;
+        for (const auto& list : rows) elements += list.size();
+        ASSERT_EQ(block.GetFieldStatistics(2).elements, elements);
+        const std::size_t chunk = random() % block.GetChunkCount();
+        const auto        span  = block.GetIntegerChunk(1, chunk);
+        for (std::size_t i = 0; i < span.GetSize(); ++i)
+          ASSERT_EQ(static_cast<std::size_t>(span.GetData()[i]), rows[chunk * kRows + i].size());
+      }
+    }
+  }
 }

@@ -16,6 +16,8 @@
 
 #include "bundled/FED_FileLayer.h"
 #include "bundled/FED_ResultDatabase.h"
+#include "QuilonDbConnector/FED_DataRecord.h"
+#include "QuilonUtilities/FED_DoubleArray.h"
 
 #include "failure_message.h"
 #include "TempFolder.h"
@@ -32,12 +34,19 @@ FED_DataDescriptor History()
   return descriptor;
 }
 
-/// Counts bytes in both directions. Nothing is really flushed: the test is about what is done, not how fast.
+/// Counts bytes in both directions, and segments. Nothing is really flushed: the test is about what is done, not how
+/// fast.
 class CountingFiles : public FED_FileLayer
 {
 public:
-  std::uint64_t bytes = 0;
+  std::uint64_t bytes    = 0;
+  std::size_t   segments = 0;  ///< that were begun
 
+  std::error_code Open(const fs::path& path, Mode mode, Handle& handle) override
+  {
+    segments += mode == Create && path.extension() == ".h5" ? 1 : 0;
+    return FED_FileLayer::Open(path, mode, handle);
+  }
   std::error_code ReadAt(Handle handle, std::uint64_t offset, void* to, std::size_t count, std::size_t& done) override
   {
     bytes += count;
@@ -119,6 +128,110 @@ TEST(ManyBlocks, AreOpenedAndListedWithoutTheirData)
   for (const FED_DataDescriptor& descriptor : descriptors)
     EXPECT_EQ(reader.GetConstDataBlock(descriptor).GetMaxIndex(), 20U);
   EXPECT_LT(files.bytes, dataBytes / 2);
+}
+
+/// Blocks of one format, filled one after the other or record by record in turn, in little memory.
+struct Filling
+{
+  const char* name;
+  const char* format;
+  std::size_t blocks;
+  std::size_t records;      ///< of a block
+  std::size_t memoryLimit;  ///< far less than all of it
+};
+
+FED_DataDescriptor BlockOfFilling(std::size_t block)
+{
+  FED_DataDescriptor descriptor(0, static_cast<FED_OnfId>(521));
+  descriptor.SetInteger(FED_DataDescriptor::Substep, static_cast<int>(block));
+  return descriptor;
+}
+
+// Of tensors, or of a list that is now and then empty.
+void SetRecord(FED_DataBlock& block, FED_DataRecord* scratch, std::size_t number, std::size_t index)
+{
+  const auto value = static_cast<double>(number * 1000000 + index);
+  if (scratch == nullptr) {
+    const double tensor[6] = {value, -value, 0.5, value + 1.0, 0.0, 2.0};
+    block.SetValuesAt(index, tensor);
+    return;
+  }
+  FED_DoubleArray list;
+  list.Resize(index % 9);
+  for (std::size_t i = 0; i < list.GetSize(); ++i) list.GetData()[i] = value + static_cast<double>(i);
+  scratch->SetInteger(1, static_cast<int>(index));
+  scratch->SetDoubleList(2, list);
+  block.SetRecord(index, *scratch);
+}
+
+bool HoldsRecord(const FED_DataBlock& block, FED_ConstDataRecord* scratch, std::size_t number, std::size_t index)
+{
+  const auto value = static_cast<double>(number * 1000000 + index);
+  if (scratch == nullptr) {
+    double tensor[6];
+    block.GetValuesAt(index, tensor);
+    return tensor[0] == value && tensor[3] == value + 1.0;
+  }
+  FED_DoubleArray list;
+  block.GetRecord(index, *scratch);
+  scratch->GetDoubleList(2, list);
+  bool isSame = scratch->GetInteger(1) == static_cast<int>(index) && list.GetSize() == index % 9;
+  for (std::size_t i = 0; i < list.GetSize(); ++i)
+    isSame = isSame && list.GetData()[i] == value + static_cast<double>(i);
+  return isSame;
+}
+
+void Fill(const fs::path& folder, const Filling& filling, bool inTurn, CountingFiles& files)
+{
+  FED_ResultDatabaseOptions options;
+  options.files       = &files;
+  options.memoryLimit = filling.memoryLimit;
+  FED_ResultDatabase           database(folder, FED_ResultDatabase::Create, options);
+  std::vector<FED_DataBlock*>  blocks;
+  std::vector<FED_DataRecord*> scratch;
+  const bool                   isTensors = filling.format == std::string("T");
+  for (std::size_t i = 0; i < filling.blocks; ++i) {
+    blocks.push_back(database.CreateDataBlock(BlockOfFilling(i), 0, 0, filling.format));
+    scratch.push_back(isTensors ? nullptr : blocks.back()->CreateDataRecord());
+  }
+  if (inTurn) {
+    for (std::size_t index = 1; index <= filling.records; ++index)
+      for (std::size_t i = 0; i < blocks.size(); ++i) SetRecord(*blocks[i], scratch[i], i, index);
+  } else {
+    for (std::size_t i = 0; i < blocks.size(); ++i)
+      for (std::size_t index = 1; index <= filling.records; ++index) SetRecord(*blocks[i], scratch[i], i, index);
+  }
+  database.Commit();
+}
+
+// An append needs nothing of the chunk that it goes to: what left the memory stays where it is.
+TEST(WritingInTurn, MovesNoMoreThanHalfAsMuchAgainAsWritingOneAfterTheOther)
+{
+  // Segments above 4 MiB, which are merged late: those of smaller limits would be read and written once more eight by
+  // eight, in whatever order their rows came.
+  const Filling fillings[] = {{"as many blocks as chunks that are kept", "T", 4, 60000, std::size_t{8} << 20},
+                              {"a few more", "T", 6, 100000, std::size_t{12} << 20},
+                              {"less memory than the kept chunks take", "T", 5, 250000, std::size_t{16} << 20},
+                              {"many blocks", "T", 200, 5000, std::size_t{16} << 20},
+                              {"lists", "IDb", 10, 50000, std::size_t{12} << 20}};
+  for (const Filling& filling : fillings) {
+    SCOPED_TRACE(filling.name);
+    const TempFolder folder;
+    CountingFiles    inOrder, inTurn;
+    Fill(folder / "order.fed", filling, false, inOrder);
+    Fill(folder / "turn.fed", filling, true, inTurn);
+    std::cout << filling.name << ": " << inOrder.bytes << " bytes in " << inOrder.segments
+              << " segments one after the other, " << inTurn.bytes << " in " << inTurn.segments << " in turn\n";
+    EXPECT_LT(2 * inTurn.bytes, 3 * inOrder.bytes);
+    EXPECT_LT(inTurn.segments, 4 * inOrder.segments + 4);
+    const FED_ResultDatabase reader(folder / "turn.fed", FED_ResultDatabase::ReadOnly);
+    for (std::size_t i = 0; i < filling.blocks; ++i) {
+      const FED_DataBlock& block  = reader.GetConstDataBlock(BlockOfFilling(i));
+      FED_ConstDataRecord* record = filling.format == std::string("T") ? nullptr : block.CreateConstDataRecord();
+      for (std::size_t index = 1; index <= filling.records; ++index)
+        if (!HoldsRecord(block, record, i, index)) FAIL() << "block " << i << ", index " << index;
+    }
+  }
 }
 
 /// A file system that is mounted to be read.
