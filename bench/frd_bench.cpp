@@ -27,7 +27,7 @@
 
 #include "calculix/FrdReader.h"
 #include "file_bench_options.h"
-#include "ResultImport.h"
+#include "import/ResultImport.h"
 
 namespace {
 

@@ -1,3 +1,3 @@
-#include "Program.h"
+#include "commands/Program.h"
 
 int main(int argc, char** argv) { return quilon::RunProgram(argc, argv); }

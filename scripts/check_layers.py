@@ -5,7 +5,7 @@ usage: scripts/check_layers.py [ROOT]
 
     src, include  see  include, contract, src (src only)
     a sibling     sees contract, its own folder, include/ of lower siblings
-    host          sees include, contract, the siblings' include/, host
+    host          sees include, contract, the siblings' include/, and of host the rooms below (ROOMS)
     contract      sees contract
 
 Inside a sibling no circle of files: a header and its source count as one.
@@ -21,6 +21,26 @@ from pathlib import Path
 SIBLINGS = ["QuilonUtilities", "QuilonOnfSpecification", "QuilonDbConnector", "QuilonOnfEngine"]  # lowest first
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 SOURCES = {".h", ".hpp", ".cpp"}
+
+# The rooms of host/ and what each may see beside itself.
+BOTTOM = {"progress", "text"}
+FACTS = BOTTOM | {"kinds", "elements", "selection"}
+WORK = FACTS | {"calculix", "database"}
+ROOMS = {
+    "progress": set(),
+    "text": {"progress"},
+    "terminal": BOTTOM,
+    "kinds": BOTTOM,
+    "elements": BOTTOM,
+    "selection": BOTTOM | {"kinds"},
+    "calculix": BOTTOM | {"elements"},
+    "database": BOTTOM | {"kinds", "selection"},
+    "import": WORK,
+    "forces": WORK,
+    "matrix": WORK,
+    "diff": WORK,
+    "commands": WORK | {"terminal", "import", "forces", "matrix", "diff"},
+}
 
 # What the library and the contract may take from outside: headers of the C++20 standard library.
 STANDARD = re.compile(r"^[a-z_0-9]+$")
@@ -39,9 +59,16 @@ def allowed_folders(root, layer, sibling):
         own = root / "siblings" / sibling
         lower = SIBLINGS[: SIBLINGS.index(sibling)]
         return [own / "src", own / "include", own / "tools", contract] + [root / "siblings" / s / "include" for s in lower]
+    if layer == "host" and sibling in ROOMS:
+        seen = [root / "host" / room for room in ROOMS[sibling] | {sibling}]
+        return seen + [root / "include", contract] + [root / "siblings" / s / "include" for s in SIBLINGS]
     if layer == "host":
         return [root / "host", root / "include", contract] + [root / "siblings" / s / "include" for s in SIBLINGS]
     raise ValueError(layer)
+
+
+def layer_name(layer, part):
+    return f"{layer}/{part}" if layer == "host" else layer
 
 
 def check_file(root, path, layer, sibling):
@@ -53,14 +80,16 @@ def check_file(root, path, layer, sibling):
         name = match.group(2)
         where = f"{path.relative_to(root)}:{number}"
         candidates = [path.parent / name] + [folder / name for folder in folders]
+        if layer == "host":
+            candidates.append(root / "host" / name)
         inside = [c.resolve() for c in candidates if c.is_file()]
         if inside:
             if not any(str(c).startswith(str(f.resolve()) + "/") for c in inside for f in folders):
-                yield f"{where}: {layer} may not include {name}"
+                yield f"{where}: {layer_name(layer, sibling)} may not include {name}"
             continue
         ours = [p for top in ("contract", "include", "src", "siblings", "host", "tests") for p in (root / top).rglob(name.split("/")[-1])]
         if any(str(p).endswith("/" + name) and p.is_file() for p in ours):
-            yield f"{where}: {layer} may not include {name}"
+            yield f"{where}: {layer_name(layer, sibling)} may not include {name}"
         elif re.match(r"(gtest|gmock|benchmark)/", name):
             yield f"{where}: {layer} includes a test framework, {name}"
         elif layer in ("contract", "include", "src") and (not STANDARD.match(name) or name in FORBIDDEN_STANDARD):
@@ -101,7 +130,7 @@ def main():
     for layer in ("contract", "include", "src", "siblings", "host"):
         for path in sorted((root / layer).rglob("*")):
             if path.suffix in SOURCES and path.is_file():
-                sibling = path.relative_to(root / layer).parts[0] if layer == "siblings" else None
+                sibling = path.relative_to(root / layer).parts[0] if layer in ("siblings", "host") else None
                 wrong += check_file(root, path, layer, sibling)
                 files += 1
     for sibling in SIBLINGS:

@@ -6,8 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "calculix/ColumnText.h"
-#include "calculix/SolverFile.h"
+#include "text/Case.h"
+#include "text/ColumnText.h"
+#include "text/LineFile.h"
 
 namespace quilon::calculix {
 namespace {
@@ -130,7 +131,7 @@ std::string BannerWords(std::string_view line)
   std::size_t            letters = 0;
   for (std::size_t i = 0; i < text.size();) {
     if (!IsUpper(text[i]) || (i + 1 < text.size() && text[i + 1] != ' ')) break;
-    words += static_cast<char>(text[i] - 'A' + 'a');
+    words += ToLower(text[i]);
     ++letters;
     const std::size_t next = text.find_first_not_of(' ', i + 1);
     if (next == std::string_view::npos) break;
@@ -196,7 +197,7 @@ private:
   void BeginSkipping(const std::string& reason);
   void EndSkipping();
 
-  SolverFile          file_;
+  LineFile            file_;
   DatSink&            sink_;
   bool                isHeld_ = false;  // Next() gives the current line once more
   std::vector<double> values_;          // of rows_, one row after the other
@@ -618,7 +619,7 @@ void ReadDat(std::istream& in, const std::string& name, DatSink& sink, const Rea
 
 void ReadDat(const std::filesystem::path& path, DatSink& sink, const ReadProgress& progress)
 {
-  std::ifstream in = OpenSolverFile(path);
+  std::ifstream in = OpenLineFile(path);
   ReadDat(in, path.string(), sink, progress);
 }
 

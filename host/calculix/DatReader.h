@@ -10,7 +10,7 @@
 #include <span>
 #include <string>
 
-#include "calculix/ReadProgress.h"
+#include "progress/ReadProgress.h"
 
 namespace quilon::calculix {
 

@@ -7,8 +7,8 @@
 #include <memory>
 #include <string_view>
 
-#include "calculix/ColumnText.h"
-#include "calculix/SolverFile.h"
+#include "text/ColumnText.h"
+#include "text/LineFile.h"
 
 namespace quilon::calculix {
 namespace {
@@ -181,7 +181,7 @@ private:
   int         ReadId(const char* what) const;
   void        FlushRows(std::int64_t line);
 
-  SolverFile              file_;
+  LineFile                file_;
   FrdSink&                sink_;
   IdSet                   nodes_;
   std::vector<FrdElement> elements_;
@@ -579,7 +579,7 @@ void ReadFrd(std::istream& in, const std::string& name, FrdSink& sink, const Rea
 
 void ReadFrd(const std::filesystem::path& path, FrdSink& sink, const ReadProgress& progress)
 {
-  std::ifstream in = OpenSolverFile(path);
+  std::ifstream in = OpenLineFile(path);
   ReadFrd(in, path.string(), sink, progress);
 }
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "calculix/ReadProgress.h"
+#include "progress/ReadProgress.h"
 
 namespace quilon::calculix {
 

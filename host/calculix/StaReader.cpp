@@ -3,15 +3,15 @@
 #include <cstddef>
 #include <fstream>
 
-#include "calculix/ColumnText.h"
-#include "calculix/SolverFile.h"
+#include "text/ColumnText.h"
+#include "text/LineFile.h"
 
 namespace quilon::calculix {
 namespace {
 
 constexpr std::size_t kRowSize = 71;
 
-StaRow ReadRow(const SolverFile& file)
+StaRow ReadRow(const LineFile& file)
 {
   const std::size_t size = WithoutTrailingBlanks(file.Text()).size();
   if (size != kRowSize) {
@@ -36,7 +36,7 @@ StaRow ReadRow(const SolverFile& file)
 std::vector<StaRow> ReadSta(std::istream& in, const std::string& name)
 {
   const ReadProgress  noProgress;
-  SolverFile          file(in, name, noProgress);
+  LineFile            file(in, name, noProgress);
   std::vector<StaRow> rows;
   for (const char* title :
        {"SUMMARY OF JOB INFORMATION", "  STEP      INC     ATT  ITRS     TOT TIME     STEP TIME      INC TIME"})
@@ -52,7 +52,7 @@ std::vector<StaRow> ReadSta(std::istream& in, const std::string& name)
 
 std::vector<StaRow> ReadSta(const std::filesystem::path& path)
 {
-  std::ifstream in = OpenSolverFile(path);
+  std::ifstream in = OpenLineFile(path);
   return ReadSta(in, path.string());
 }
 

@@ -6,9 +6,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Failure.h"
+#include "progress/Interrupt.h"
 #include "terminal/Console.h"
-#include "terminal/Interrupt.h"
+#include "text/Failure.h"
 
 namespace quilon {
 

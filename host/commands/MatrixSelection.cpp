@@ -5,13 +5,13 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/NumberOptions.h"
-#include "Failure.h"
 #include "FED_YaleMatrixStorage.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
 #include "matrix/MatrixBlocks.h"
-#include "OpenedDatabase.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "selection/KindTable.h"
 #include "selection/Selection.h"
+#include "text/Failure.h"
 
 namespace quilon {
 

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "selection/KindTable.h"
+#include "kinds/KindTable.h"
 
 namespace quilon {
 

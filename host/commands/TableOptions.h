@@ -3,10 +3,7 @@
 /// @file
 /// The options of every command that prints a table.
 
-#include <string>
-#include <vector>
-
-#include "terminal/Table.h"
+#include "terminal/TableForm.h"
 
 namespace CLI {
 class App;
@@ -14,21 +11,7 @@ class App;
 
 namespace quilon {
 
-class Output;
-
-/// Which form the output takes. Without an option tables are aligned on a terminal and plain elsewhere.
-struct TableOptions
-{
-  bool json  = false;
-  bool csv   = false;
-  bool table = false;  ///< aligned wherever it goes
-};
-
-/// Adds --json, --csv and --table, of which one at most may be given. The options outlive the parsing.
-void AddTableOptions(CLI::App& app, TableOptions& options);
-
-TableStyle StyleOf(const TableOptions& options);
-
-TableWriter MakeTable(Output& output, const TableOptions& options, std::vector<TableColumn> columns);
+/// Adds --json, --csv and --table, of which one at most may be given. The form outlives the parsing.
+void AddTableOptions(CLI::App& app, TableForm& form);
 
 }  // namespace quilon

@@ -1,8 +1,8 @@
 #include "commands/WriteReport.h"
 
-#include "terminal/Format.h"
-#include "terminal/JsonText.h"
 #include "terminal/Output.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 

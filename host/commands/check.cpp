@@ -6,18 +6,19 @@
 #include <bundled/FED_DatabaseInspection.h>
 #include <CLI/CLI.hpp>
 
-#include "BlockSummary.h"
 #include "commands/Command.h"
-#include "FolderSize.h"
-#include "OpenedDatabase.h"
-#include "Program.h"
+#include "commands/ExitCode.h"
+#include "database/BlockSummary.h"
+#include "database/DatabaseFolder.h"
+#include "database/FolderSize.h"
+#include "database/WatchedFiles.h"
+#include "import/OpenedDatabase.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "terminal/Console.h"
-#include "terminal/Format.h"
-#include "terminal/JsonText.h"
 #include "terminal/Output.h"
-#include "WatchedFiles.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 

@@ -6,14 +6,15 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
-#include "Failure.h"
-#include "FolderSize.h"
-#include "OpenedDatabase.h"
+#include "database/DatabaseFolder.h"
+#include "database/FolderSize.h"
+#include "database/WatchedFiles.h"
+#include "import/OpenedDatabase.h"
 #include "terminal/Console.h"
-#include "terminal/Format.h"
-#include "terminal/JsonText.h"
 #include "terminal/Output.h"
-#include "WatchedFiles.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 

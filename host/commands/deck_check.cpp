@@ -9,10 +9,11 @@
 #include "calculix/deck/DeckModel.h"
 #include "commands/DeckArguments.h"
 #include "commands/DeckCommands.h"
-#include "Program.h"
-#include "terminal/Format.h"
-#include "terminal/JsonText.h"
+#include "commands/ExitCode.h"
+#include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 

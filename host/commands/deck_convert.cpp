@@ -6,9 +6,10 @@
 #include "calculix/deck/DeckConverter.h"
 #include "commands/DeckArguments.h"
 #include "commands/DeckCommands.h"
-#include "Failure.h"
-#include "terminal/Format.h"
+#include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "text/Failure.h"
+#include "text/Format.h"
 
 namespace quilon {
 

@@ -9,9 +9,10 @@
 #include "calculix/deck/DeckFiles.h"
 #include "commands/DeckArguments.h"
 #include "commands/DeckCommands.h"
-#include "Failure.h"
-#include "OutputFile.h"
+#include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "text/Failure.h"
+#include "text/OutputFile.h"
 
 namespace quilon {
 

@@ -9,9 +9,10 @@
 #include "calculix/deck/DeckFiles.h"
 #include "commands/DeckArguments.h"
 #include "commands/DeckCommands.h"
-#include "terminal/Format.h"
-#include "terminal/JsonText.h"
+#include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 

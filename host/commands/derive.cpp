@@ -7,20 +7,22 @@
 #include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
-#include "BlockSummary.h"
 #include "commands/Command.h"
-#include "Derivation.h"
-#include "Failure.h"
-#include "OpenedDatabase.h"
-#include "Publication.h"
+#include "database/BlockSummary.h"
+#include "database/DatabaseFolder.h"
+#include "database/Publication.h"
+#include "database/WatchedFiles.h"
+#include "import/Derivation.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "selection/KindRequests.h"
-#include "selection/KindTable.h"
-#include "terminal/Format.h"
-#include "terminal/Interrupt.h"
-#include "terminal/JsonText.h"
+#include "terminal/Console.h"
 #include "terminal/Output.h"
-#include "WatchedFiles.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 

@@ -10,18 +10,24 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/DiffPrinting.h"
+#include "commands/ExitCode.h"
 #include "commands/NumberOptions.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "diff/Compare.h"
-#include "diff/ReportPrinting.h"
-#include "Failure.h"
-#include "OpenedDatabase.h"
-#include "OutputFile.h"
-#include "Program.h"
+#include "diff/DatabaseComparison.h"
+#include "diff/MeshMatching.h"
+#include "diff/Report.h"
+#include "diff/RuleLearning.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
+#include "QuilonDbConnector/FED_Database.h"
 #include "terminal/Console.h"
-#include "terminal/Format.h"
 #include "terminal/Output.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/OutputFile.h"
 
 namespace quilon {
 
@@ -55,7 +61,7 @@ struct Options
   bool                       learn = false;
   std::string                output;
   std::optional<std::string> factor;
-  TableOptions               form;
+  TableForm                  form;
 };
 
 double ParseNumber(const std::string& text, const std::string& option, double least)
@@ -118,12 +124,6 @@ MatchOptions ReadMatch(const Options& options)
   return match;
 }
 
-Listener Listen(Console& console)
-{
-  return {[&console](std::size_t done, std::size_t total) { console.Progress("comparing", done, total, "blocks"); },
-          [&console](const std::string& note) { console.Note(note); }};
-}
-
 /// The databases of the command line. A large result takes its time: they are opened when all options have been read.
 class Databases
 {
@@ -155,7 +155,7 @@ void RunComparison(const Options& options, CommandContext& context)
   compare.ignoresMissingInB = options.ignoreMissing == "b" || options.ignoreMissing == "both";
   compare.maxRecords        = options.maxRecords;
   compare.maxBlocks         = options.maxBlocks;
-  compare.listener          = Listen(context.console);
+  compare.listener          = &context.console;
 
   const Databases databases(options, context.console);
   const Report    report = Compare(databases.Get()[0], databases.Get()[1], compare);
@@ -175,7 +175,7 @@ void RunLearning(const Options& options, CommandContext& context)
   learn.match = ReadMatch(options);
   if (options.factor) learn.factor = ParseNumber(*options.factor, "--factor", 1.0);
   learn.modeSign = options.modeSign;
-  learn.listener = Listen(context.console);
+  learn.listener = &context.console;
 
   const Databases databases(options, context.console);
   WriteFile(options.output, LearnRules(databases.Get(), learn));

@@ -15,40 +15,34 @@
 #include <CLI/CLI.hpp>
 
 #include "calculix/deck/DeckModel.h"
-#include "calculix/ElementForces.h"
-#include "calculix/ForceBalance.h"
-#include "calculix/ForceMesh.h"
 #include "commands/Command.h"
+#include "commands/ExitCode.h"
 #include "commands/NumberOptions.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
-#include "Failure.h"
-#include "OpenedDatabase.h"
-#include "Program.h"
-#include "Publication.h"
+#include "database/DatabaseFolder.h"
+#include "database/Publication.h"
+#include "database/ScratchRecord.h"
+#include "forces/ElementForces.h"
+#include "forces/ForceBalance.h"
+#include "forces/ForceMesh.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
+#include "kinds/UserKinds.h"
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "ScratchRecord.h"
-#include "selection/KindTable.h"
 #include "terminal/Console.h"
-#include "terminal/Format.h"
-#include "terminal/Interrupt.h"
-#include "terminal/JsonText.h"
 #include "terminal/Output.h"
-#include "UserKinds.h"
+#include "text/Case.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 
 namespace {
 
 using calculix::DeckModel;
-using calculix::ElementForces;
-using calculix::ForceBalance;
-using calculix::ForceMesh;
-using calculix::ForceStep;
-using calculix::FreeBody;
-using calculix::Resultant;
-using calculix::SkippedElements;
-using calculix::Vector;
 
 constexpr int kDisplacement  = 510;
 constexpr int kReaction      = 511;
@@ -74,7 +68,7 @@ struct Options
   std::string      set;
   std::string      about;
   Vector           point = {};  // of `about`, the origin without it
-  TableOptions     form;
+  TableForm        form;
 
   bool HasPart() const { return !elements.empty() || !set.empty(); }
 };
@@ -185,7 +179,7 @@ int KindOf(const FED_DataDescriptor& descriptor) { return descriptor.GetInteger(
 
 bool HoldsLocalStresses(const FED_Database& database, const FED_DataDescriptor& descriptor)
 {
-  return database.GetUserKindName(static_cast<FED_OnfId>(KindOf(descriptor))) == calculix::kLocalStresses;
+  return database.GetUserKindName(static_cast<FED_OnfId>(KindOf(descriptor))) == kLocalStresses;
 }
 
 /// @return the selected blocks of stresses
@@ -253,12 +247,9 @@ std::optional<Ids> FindSet(const DeckModel* deck, FED_Database& database, int it
 
 Ids ChosenBySet(const Options& options, const DeckModel* deck, FED_Database& database, int iteration)
 {
-  const std::string& name  = options.set;
-  std::string        upper = name;
-  for (char& c : upper)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  std::optional<Ids> ids = FindSet(deck, database, iteration, name);
-  if (!ids) ids = FindSet(deck, database, iteration, upper);
+  const std::string& name = options.set;
+  std::optional<Ids> ids  = FindSet(deck, database, iteration, name);
+  if (!ids) ids = FindSet(deck, database, iteration, UpperCase(name));
   if (!ids && deck != nullptr) Fail(options.deck + ": no element set " + name);
   if (!ids) Fail(options.database + ": no element set " + name + ", expected one of the database or --deck");
   if (ids->empty()) Fail("--set is " + name + ", which has no elements");
@@ -292,10 +283,9 @@ bool CalculateIteration(const Options& options, const DeckModel* deck, const Non
 {
   const std::string name      = deck != nullptr ? options.deck : options.database;
   const int         iteration = results.front().GetInteger(FED_DataDescriptor::Iteration);
-  const ForceMesh   mesh =
-      deck != nullptr ? calculix::MakeForceMesh(*deck) : calculix::ReadForceMesh(database, iteration, options.database);
-  ElementForces forces(database, mesh, iteration, name);
-  Ids           part;
+  const ForceMesh mesh = deck != nullptr ? MakeForceMesh(*deck) : ReadForceMesh(database, iteration, options.database);
+  ElementForces   forces(database, mesh, iteration, name);
+  Ids             part;
   if (!options.set.empty()) part = ChosenBySet(options, deck, database, iteration);
   if (!options.elements.empty()) part = ChosenById(options, mesh);
 
@@ -305,12 +295,12 @@ bool CalculateIteration(const Options& options, const DeckModel* deck, const Non
     StepReport told;
     told.step = forces.Calculate(result, nonlinearity.IsDeformed(result));
     if (options.balance) {
-      told.balance = calculix::CalculateBalance(database, mesh, told.step, options.database);
+      told.balance = CalculateBalance(database, mesh, told.step, options.database);
       if (options.head > 0 && told.balance->nodes.size() > static_cast<std::size_t>(options.head))
         told.balance->nodes.resize(static_cast<std::size_t>(options.head));
     }
     if (options.HasPart())
-      told.body = calculix::CalculateFreeBody(database, mesh, told.step, part, options.point, options.database);
+      told.body = CalculateFreeBody(database, mesh, told.step, part, options.point, options.database);
     // Only numbers are told later: the geometry of many results need not be held.
     told.step.hasForces.clear();
     told.step.positions.clear();
@@ -355,7 +345,7 @@ double RelativeResidual(const ForceBalance& balance)
 Json JsonBalance(const ForceBalance& balance, double tolerance)
 {
   Json nodes = Json::array();
-  for (const calculix::NodeBalance& node : balance.nodes) {
+  for (const NodeBalance& node : balance.nodes) {
     nodes.push_back({{"node", node.node},
                      {"elements", JsonVector(node.elements)},
                      {"external", JsonVector(node.external)},
@@ -421,7 +411,7 @@ void WriteRows(TableWriter& table, const StepReport& told, bool forPeople)
   std::vector<std::string> before;
   if (!forPeople) before.push_back(ToSelectionText(told.step.forces));
   if (told.balance) {
-    for (const calculix::NodeBalance& node : told.balance->nodes) {
+    for (const NodeBalance& node : told.balance->nodes) {
       std::vector<std::string> cells = before;
       cells.push_back(std::to_string(node.node));
       append(cells, node.elements);

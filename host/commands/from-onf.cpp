@@ -10,15 +10,17 @@
 #include "commands/Command.h"
 #include "commands/NumberOptions.h"
 #include "commands/WriteReport.h"
-#include "Failure.h"
-#include "OpenedDatabase.h"
-#include "Publication.h"
+#include "database/DatabaseFolder.h"
+#include "database/Publication.h"
+#include "diff/Verification.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/UserKinds.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "QuilonOnfToVtm.h"
 #include "selection/LoadCaseMap.h"
-#include "UserKinds.h"
-#include "Verification.h"
+#include "terminal/Console.h"
+#include "text/Failure.h"
 
 namespace quilon {
 
@@ -67,9 +69,10 @@ void Run(const Options& options, CommandContext& context)
          ", expected a load case map and an iteration that keep them apart");
   const std::size_t written = publication.Publish();
   if (options.verify) {
-    const auto keyOf = [&](const FED_DataDescriptor& key) { return KeyOfCopy(key, options, loadCaseMap); };
-    VerifyWritten(*onf, onf->GetDataDescriptors(FED_DataDescriptorPattern()), options.onf, options.output,
-                  context.console, keyOf);
+    const auto     keyOf = [&](const FED_DataDescriptor& key) { return KeyOfCopy(key, options, loadCaseMap); };
+    OpenedDatabase result(options.output, context.console);
+    VerifyWritten(*onf, onf->GetDataDescriptors(FED_DataDescriptorPattern()), options.onf, result.Get(), options.output,
+                  keyOf);
   }
   ReportWritten(context.output, options.json, options.output, written, options.verify);
 }

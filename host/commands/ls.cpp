@@ -5,18 +5,18 @@
 
 #include <CLI/CLI.hpp>
 
-#include "BlockSummary.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
-#include "OpenedDatabase.h"
+#include "database/BlockSummary.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "selection/KindTable.h"
 #include "terminal/Console.h"
-#include "terminal/Format.h"
-#include "terminal/Interrupt.h"
-#include "terminal/JsonText.h"
 #include "terminal/Output.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -26,7 +26,7 @@ struct Options
 {
   std::string      database;
   SelectionOptions selection;
-  TableOptions     form;
+  TableForm        form;
 };
 
 struct ListedBlock
@@ -72,7 +72,7 @@ void PrintJson(Output& output, const std::vector<ListedBlock>& blocks)
   output.Write(JsonText(list, 2) + '\n');
 }
 
-void PrintTable(Output& output, const TableOptions& form, const std::vector<ListedBlock>& blocks)
+void PrintTable(Output& output, const TableForm& form, const std::vector<ListedBlock>& blocks)
 {
   const bool                      forPeople = StyleOf(form) == TableStyle::Aligned;
   std::vector<FED_DataDescriptor> descriptors;

@@ -9,17 +9,18 @@
 
 #include "commands/MatrixCommands.h"
 #include "commands/MatrixSelection.h"
-#include "Failure.h"
+#include "import/OpenedDatabase.h"
 #include "matrix/MatrixBlocks.h"
 #include "matrix/MatrixEntries.h"
 #include "matrix/MatrixFile.h"
 #include "matrix/MatrixMarket.h"
 #include "matrix/YaleText.h"
-#include "OpenedDatabase.h"
 #include "selection/Selection.h"
-#include "terminal/Format.h"
-#include "terminal/JsonText.h"
+#include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 

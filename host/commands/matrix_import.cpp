@@ -12,23 +12,24 @@
 #include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
-#include "calculix/UserKindPool.h"
 #include "commands/MatrixCommands.h"
 #include "commands/NumberOptions.h"
-#include "Failure.h"
+#include "database/DatabaseFolder.h"
+#include "database/Publication.h"
 #include "FED_YaleMatrixStorage.h"
 #include "FEM_ResultUtil.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/UserKindPool.h"
 #include "matrix/MatrixBlocks.h"
 #include "matrix/MatrixFile.h"
-#include "OpenedDatabase.h"
-#include "Publication.h"
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/QuilonDatabaseUtils.h"
 #include "selection/Selection.h"
 #include "terminal/Console.h"
-#include "terminal/Format.h"
-#include "terminal/Interrupt.h"
-#include "terminal/JsonText.h"
 #include "terminal/Output.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -194,7 +195,7 @@ private:
   const Options&                                         options_;
   CommandContext&                                        context_;
   TargetDatabase                                         target_;
-  calculix::UserKindPool                                 kinds_;
+  UserKindPool                                           kinds_;
   std::set<FED_DataDescriptor>                           targets_;
   std::map<FED_DataDescriptor, std::vector<matrix::Dof>> dofsOf_;
   std::vector<StoredMatrix>                              stored_;

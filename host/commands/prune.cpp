@@ -7,19 +7,20 @@
 #include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
-#include "BlockSummary.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
-#include "Failure.h"
-#include "OpenedDatabase.h"
+#include "database/BlockSummary.h"
+#include "database/DatabaseFolder.h"
+#include "database/WatchedFiles.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "selection/KindTable.h"
-#include "terminal/Format.h"
-#include "terminal/Interrupt.h"
-#include "terminal/JsonText.h"
 #include "terminal/Output.h"
-#include "WatchedFiles.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -30,7 +31,7 @@ struct Options
   std::string      database;
   SelectionOptions selection;
   bool             dryRun = false;
-  TableOptions     form;
+  TableForm        form;
 };
 
 struct PrunedBlock

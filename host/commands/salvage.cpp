@@ -6,16 +6,16 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
-#include "Failure.h"
-#include "FolderSize.h"
-#include "Program.h"
-#include "Publication.h"
+#include "commands/ExitCode.h"
+#include "database/FolderSize.h"
+#include "database/Publication.h"
+#include "database/WatchedFiles.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "terminal/Console.h"
-#include "terminal/Format.h"
-#include "terminal/JsonText.h"
 #include "terminal/Output.h"
-#include "WatchedFiles.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 

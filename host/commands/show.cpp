@@ -13,17 +13,17 @@
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
-#include "Failure.h"
-#include "OpenedDatabase.h"
+#include "database/RecordRows.h"
+#include "database/ScratchRecord.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "RecordRows.h"
-#include "ScratchRecord.h"
-#include "selection/KindTable.h"
 #include "terminal/Console.h"
-#include "terminal/Format.h"
-#include "terminal/Interrupt.h"
-#include "terminal/JsonText.h"
 #include "terminal/Output.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -37,7 +37,7 @@ struct Options
   SelectionOptions           selection;
   std::string                ids;
   std::optional<std::size_t> head;
-  TableOptions               form;
+  TableForm                  form;
 };
 
 /// Which records of a block are shown.
@@ -193,7 +193,7 @@ std::vector<TableColumn> NumberColumns(const std::vector<std::string>& names)
 }
 
 /// A table per block with a line above it.
-void PrintForPeople(Output& output, const TableOptions& form, const std::vector<ShownBlock>& blocks,
+void PrintForPeople(Output& output, const TableForm& form, const std::vector<ShownBlock>& blocks,
                     const KindTable& kinds, const FED_Database& database)
 {
   const char* before = "";
@@ -210,7 +210,7 @@ void PrintForPeople(Output& output, const TableOptions& form, const std::vector<
 
 /// One table for all blocks; where there are several, kind and keys stand in front of each row. Blocks with other
 /// columns start another table behind an empty line.
-void PrintForPrograms(Output& output, const TableOptions& form, const std::vector<ShownBlock>& blocks,
+void PrintForPrograms(Output& output, const TableForm& form, const std::vector<ShownBlock>& blocks,
                       const KindTable& kinds, const FED_Database& database)
 {
   const std::vector<IndexKey> keys = blocks.size() > 1 ? KeyColumns(blocks) : std::vector<IndexKey>();

@@ -8,17 +8,18 @@
 
 #include <CLI/CLI.hpp>
 
-#include "BlockSummary.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
-#include "OpenedDatabase.h"
+#include "database/BlockSummary.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "selection/KindTable.h"
-#include "terminal/Format.h"
-#include "terminal/Interrupt.h"
-#include "terminal/JsonText.h"
+#include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -28,7 +29,7 @@ struct Options
 {
   std::string      database;
   SelectionOptions selection;
-  TableOptions     form;
+  TableForm        form;
 };
 
 /// Blocks that are counted together.
@@ -124,12 +125,12 @@ void PrintJson(Output& output, const Sizes& sizes)
   output.Write(JsonText(json, 2) + '\n');
 }
 
-std::string SizeCell(const TableOptions& form, std::size_t bytes)
+std::string SizeCell(const TableForm& form, std::size_t bytes)
 {
   return StyleOf(form) == TableStyle::Aligned ? FormatBytes(bytes) : std::to_string(bytes);
 }
 
-void PrintTotals(Output& output, const TableOptions& form, const char* name, const Totals& totals)
+void PrintTotals(Output& output, const TableForm& form, const char* name, const Totals& totals)
 {
   output.Write("\n");
   TableWriter table = MakeTable(output, form, {{name, true}, {"blocks", false}, {"size", false}});
@@ -138,7 +139,7 @@ void PrintTotals(Output& output, const TableOptions& form, const char* name, con
   table.Finish();
 }
 
-void PrintTables(Output& output, const TableOptions& form, const Sizes& sizes)
+void PrintTables(Output& output, const TableForm& form, const Sizes& sizes)
 {
   TableWriter table = MakeTable(output, form, {{"kind", true}, {"block", true}, {"size", false}});
   for (const SizedBlock& block : sizes.blocks) table.Row({block.kind, block.block, SizeCell(form, block.bytes)});

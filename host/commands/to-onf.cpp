@@ -8,11 +8,12 @@
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/WriteReport.h"
-#include "OpenedDatabase.h"
-#include "Publication.h"
+#include "database/Publication.h"
+#include "diff/Verification.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "selection/KindTable.h"
-#include "Verification.h"
+#include "terminal/Console.h"
 
 namespace quilon {
 
@@ -34,7 +35,10 @@ void Run(const Options& options, CommandContext& context)
   const Selection                       selection = options.selection.Parse(KindTable(database.Get()));
   const std::vector<FED_DataDescriptor> blocks    = database.RequireBlocks(selection, options.selection.ToString());
   const std::size_t                     written   = publication.PublishBlocks(database.Get(), blocks);
-  if (options.verify) VerifyWritten(database.Get(), blocks, options.database, options.output, context.console);
+  if (options.verify) {
+    OpenedDatabase result(options.output, context.console);
+    VerifyWritten(database.Get(), blocks, options.database, result.Get(), options.output);
+  }
   ReportWritten(context.output, options.json, options.output, written, options.verify);
 }
 

@@ -8,11 +8,12 @@
 #include "diff/MeshMatching.h"
 #include "diff/RuleLearning.h"
 #include "diff/RuleSet.h"
-#include "Failure.h"
+#include "kinds/KindTable.h"
+#include "progress/Listener.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "selection/KindTable.h"
 #include "selection/Selection.h"
-#include "terminal/Format.h"
+#include "text/Failure.h"
+#include "text/Format.h"
 
 namespace quilon::diff {
 
@@ -82,21 +83,21 @@ RuleSet MakeRules(const CompareOptions& options, const KindTable& kinds)
   return rules;
 }
 
-MeshMatch Match(const Participant& first, const Participant& second, double tolerance, const Listener& listener)
+MeshMatch Match(const Participant& first, const Participant& second, double tolerance, Listener* listener)
 {
   MeshMatchReport report;
   MeshMatch       mesh = MatchMeshes(first.database, second.database, tolerance, first.name, second.name, report);
-  if (!listener.note) return mesh;
-  listener.note("matched " + Counted(report.nodes, "node") + " and " + Counted(report.elements, "element") +
-                " by their places");
+  if (listener == nullptr) return mesh;
+  listener->Note("matched " + Counted(report.nodes, "node") + " and " + Counted(report.elements, "element") +
+                 " by their places");
   if (report.ambiguousNodes > 0)
-    listener.note(Counted(report.ambiguousNodes, "node") + " had several candidates: the nearest was taken");
+    listener->Note(Counted(report.ambiguousNodes, "node") + " had several candidates: the nearest was taken");
   return mesh;
 }
 
 /// @param terms rules and limits
 DatabaseOutcome ComparePair(const Participant& first, const Participant& second, ComparisonTerms terms,
-                            const MatchOptions& match, const Listener& listener)
+                            const MatchOptions& match, Listener* listener)
 {
   MeshMatch mesh;
   if (match.pointTolerance) {
@@ -104,7 +105,11 @@ DatabaseOutcome ComparePair(const Participant& first, const Participant& second,
     terms.mesh = &mesh;
   }
   terms.matching = match.records;
-  terms.progress = listener.progress;
+  if (listener != nullptr) {
+    terms.progress = [listener](std::size_t done, std::size_t total) {
+      listener->Progress("comparing", done, total, "blocks");
+    };
+  }
   return CompareDatabases(first.GetCompared(), second.GetCompared(), terms);
 }
 

@@ -16,6 +16,10 @@
 
 class FED_Database;
 
+namespace quilon {
+class Listener;
+}
+
 namespace quilon::diff {
 
 /// A database that takes part. Borrowed.
@@ -35,13 +39,6 @@ struct MatchOptions
   std::optional<double> pointTolerance;  ///< nodes at most so far apart are one, whatever their ids; 0 or more
 };
 
-/// Told of what takes long and of what a reader wants to know. Either may be empty.
-struct Listener
-{
-  std::function<void(std::size_t done, std::size_t total)> progress;  ///< blocks
-  std::function<void(const std::string&)>                  note;
-};
-
 struct CompareOptions
 {
   MatchOptions match;
@@ -58,7 +55,7 @@ struct CompareOptions
   std::size_t maxRecords = 10;  ///< of one block in the report
   std::size_t maxBlocks  = 10;  ///< with differences in the report
 
-  Listener listener;
+  Listener* listener = nullptr;  ///< borrowed; may be null
 };
 
 /// Compares two databases.
@@ -73,7 +70,7 @@ struct LearnOptions
   MatchOptions match;
   double       factor   = 10.0;  ///< what differences are multiplied by, at least 1
   bool         modeSign = false;
-  Listener     listener;
+  Listener*    listener = nullptr;  ///< borrowed; may be null
 };
 
 /// Learns rules from runs that are accepted as equal, see RuleLearner.

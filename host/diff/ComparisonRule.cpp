@@ -8,9 +8,9 @@
 #include <system_error>
 #include <vector>
 
-#include "Failure.h"
 #include "QuilonDataRecordDiff.h"
-#include "terminal/Format.h"
+#include "text/Failure.h"
+#include "text/Format.h"
 
 namespace quilon::diff {
 

@@ -9,9 +9,9 @@
 #include <tuple>
 #include <utility>
 
-#include "BlockSummary.h"
+#include "database/BlockSummary.h"
+#include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "selection/KindTable.h"
 
 namespace quilon::diff {
 

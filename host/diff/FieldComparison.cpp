@@ -7,8 +7,9 @@
 #include <tuple>
 #include <utility>
 
+#include "progress/Interrupt.h"
 #include "QuilonDataRecordDiff.h"
-#include "terminal/Interrupt.h"
+#include "text/Format.h"
 
 namespace quilon::diff {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "diff/Report.h"
-#include "terminal/Format.h"
+#include "text/Format.h"
 
 namespace quilon::diff {
 

@@ -12,12 +12,12 @@
 
 #include <nanoflann.hpp>
 
-#include "Failure.h"
+#include "database/ScratchRecord.h"
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "ScratchRecord.h"
-#include "terminal/Format.h"
-#include "terminal/Interrupt.h"
+#include "text/Failure.h"
+#include "text/Format.h"
 
 namespace quilon::diff {
 

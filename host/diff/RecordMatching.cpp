@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdMapsPool.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
-#include "terminal/Interrupt.h"
 
 namespace quilon::diff {
 

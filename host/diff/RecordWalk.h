@@ -11,9 +11,9 @@
 
 #include <bundled/FED_RecordFormat.h>
 
+#include "database/ScratchRecord.h"
 #include "diff/RecordMatching.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
-#include "ScratchRecord.h"
 
 namespace quilon::diff {
 

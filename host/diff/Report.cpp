@@ -6,11 +6,11 @@
 
 #include <bundled/FED_ColumnDataBlock.h>
 
+#include "database/RecordRows.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "RecordRows.h"
 #include "selection/Selection.h"
-#include "terminal/Format.h"
+#include "text/Format.h"
 
 namespace quilon::diff {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "diff/DatabaseComparison.h"
-#include "selection/KindTable.h"
+#include "kinds/KindTable.h"
 
 namespace quilon::diff {
 

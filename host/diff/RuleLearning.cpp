@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <limits>
 
-#include "Failure.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "selection/Selection.h"
-#include "terminal/Format.h"
+#include "text/Failure.h"
+#include "text/Format.h"
 
 namespace quilon::diff {
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "diff/DatabaseComparison.h"
-#include "selection/KindTable.h"
+#include "kinds/KindTable.h"
 
 namespace quilon::diff {
 

@@ -5,9 +5,9 @@
 #include <iterator>
 #include <vector>
 
-#include "Failure.h"
 #include "QuilonUtilities/FED_Failure.h"
-#include "terminal/Format.h"
+#include "text/Failure.h"
+#include "text/Format.h"
 
 namespace quilon::diff {
 

@@ -8,16 +8,16 @@
 
 #include <bundled/OnfCatalogue.h>
 
-#include "Failure.h"
+#include "database/ScratchRecord.h"
 #include "FEM_ResultUtil.h"
 #include "matrix/MatrixEntries.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
-#include "ScratchRecord.h"
 #include "selection/Selection.h"
-#include "terminal/Format.h"
+#include "text/Failure.h"
+#include "text/Format.h"
 
 namespace quilon::matrix {
 
@@ -34,7 +34,7 @@ bool ReadWhole(std::string_view text, int& number)
   return error == std::errc() && end == text.data() + text.size() && !text.empty();
 }
 
-int ParseKind(std::string_view kind, int otherwise, calculix::UserKindPool& kinds)
+int ParseKind(std::string_view kind, int otherwise, UserKindPool& kinds)
 {
   int onf = 0;
   if (kind.empty()) {
@@ -55,7 +55,7 @@ int ParseKind(std::string_view kind, int otherwise, calculix::UserKindPool& kind
   }
   if (kind.find(',') != std::string_view::npos)
     Fail("kind '" + std::string(kind) + "' has a comma, which selections part kinds by, expected a name without");
-  onf = kinds.Find(calculix::UserMatrix, std::string(kind));
+  onf = kinds.Find(UserMatrix, std::string(kind));
   if (onf == 0) Fail("no id is left for kind '" + std::string(kind) + "', expected one of 1900 to 1999 to be free");
   return onf;
 }
@@ -88,7 +88,7 @@ bool HoldsMatrices(int onf)
   return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind() == kMatrixEntityKind;
 }
 
-FED_DataDescriptor ParseTarget(std::string_view text, int otherwise, calculix::UserKindPool& kinds)
+FED_DataDescriptor ParseTarget(std::string_view text, int otherwise, UserKindPool& kinds)
 {
   const std::size_t  at = text.find('@');
   FED_DataDescriptor target(0, static_cast<FED_OnfId>(ParseKind(Trimmed(text.substr(0, at)), otherwise, kinds)));
@@ -101,7 +101,7 @@ FED_DataDescriptor ParseTarget(std::string_view text, int otherwise, calculix::U
   }
 }
 
-FED_DataDescriptor DofDescriptor(const FED_DataDescriptor& matrix, calculix::UserKindPool& kinds)
+FED_DataDescriptor DofDescriptor(const FED_DataDescriptor& matrix, UserKindPool& kinds)
 {
   FED_DataDescriptor descriptor = matrix;
   descriptor.SetInteger(FED_DataDescriptor::OnfId, ParseKind(kDofKindName, 0, kinds));

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "calculix/UserKindPool.h"
+#include "kinds/UserKindPool.h"
 #include "matrix/SolverMatrix.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 #include "QuilonUtilities/FED_YaleMatrix.h"
@@ -28,13 +28,13 @@ bool HoldsMatrices(int onf);
 ///                  `otherwise`
 /// @param otherwise ONF id, 0 for none
 /// @throws FED_Failure for anything else
-FED_DataDescriptor ParseTarget(std::string_view text, int otherwise, calculix::UserKindPool& kinds);
+FED_DataDescriptor ParseTarget(std::string_view text, int otherwise, UserKindPool& kinds);
 
 /// The name of the user kind that keeps the degrees of freedom of matrices (DofMatrix()), under their own keys.
 inline constexpr const char* kDofKindName = "matrix-dofs";
 
 /// @return the descriptor of the degrees of freedom of a matrix's rows
-FED_DataDescriptor DofDescriptor(const FED_DataDescriptor& matrix, calculix::UserKindPool& kinds);
+FED_DataDescriptor DofDescriptor(const FED_DataDescriptor& matrix, UserKindPool& kinds);
 
 /// @return the indices of a block that hold a matrix, ascending
 std::vector<std::size_t> MatrixIndices(const FED_DataBlock& block);

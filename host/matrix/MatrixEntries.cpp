@@ -7,7 +7,7 @@
 #include <tuple>
 #include <utility>
 
-#include "Failure.h"
+#include "text/Failure.h"
 
 namespace quilon::matrix {
 

@@ -4,25 +4,18 @@
 #include <string>
 #include <string_view>
 
-#include "calculix/SolverFile.h"
-#include "Failure.h"
 #include "matrix/MatrixMarket.h"
 #include "matrix/YaleText.h"
-#include "OutputFile.h"
+#include "text/Case.h"
+#include "text/Failure.h"
+#include "text/LineFile.h"
+#include "text/OutputFile.h"
 
 namespace quilon::matrix {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string LowerExtension(const fs::path& path)
-{
-  std::string extension = path.extension().string();
-  for (char& c : extension)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return extension;
-}
 
 bool BeginsAsMatrixMarket(std::istream& in)
 {
@@ -42,11 +35,11 @@ MatrixFile::Role RoleOf(const fs::path& path)
   return extension == ".sti" ? MatrixFile::Stiffness : extension == ".mas" ? MatrixFile::Mass : MatrixFile::Untold;
 }
 
-MatrixFile ReadMatrixFile(const fs::path& path, const fs::path& dofPath, const calculix::ReadProgress& progress)
+MatrixFile ReadMatrixFile(const fs::path& path, const fs::path& dofPath, const ReadProgress& progress)
 {
   const std::string name = path.string();
   if (fs::is_directory(path)) Fail(name + ": a folder, expected a file with a matrix");
-  std::ifstream in = calculix::OpenSolverFile(path);
+  std::ifstream in = OpenLineFile(path);
 
   MatrixFile file;
   file.role           = RoleOf(path);
@@ -55,7 +48,7 @@ MatrixFile ReadMatrixFile(const fs::path& path, const fs::path& dofPath, const c
   dofsBeside.replace_extension(".dof");
   if (dofs.empty() && file.role != MatrixFile::Untold && fs::exists(dofsBeside)) dofs = dofsBeside;
   if (!dofs.empty()) {
-    std::ifstream dofFile = calculix::OpenSolverFile(dofs);
+    std::ifstream dofFile = OpenLineFile(dofs);
     file.dofs             = ReadDofs(dofFile, dofs.string(), progress);
   }
 

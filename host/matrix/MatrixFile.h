@@ -8,8 +8,8 @@
 #include <iosfwd>
 #include <vector>
 
-#include "calculix/ReadProgress.h"
 #include "matrix/SolverMatrix.h"
+#include "progress/ReadProgress.h"
 #include "QuilonUtilities/FED_YaleMatrix.h"
 
 namespace quilon::matrix {
@@ -38,7 +38,7 @@ MatrixFile::Role RoleOf(const std::filesystem::path& path);
 /// @param dofPath the .dof file; empty looks for one of the same stem beside a .sti or .mas file
 /// @throws FED_Failure that names the file, and the line where one is at fault
 MatrixFile ReadMatrixFile(const std::filesystem::path& path, const std::filesystem::path& dofPath,
-                          const calculix::ReadProgress& progress);
+                          const ReadProgress& progress);
 
 /// Writes a file that takes its place when it is whole (OutputFile): what stood there stays until then.
 /// @throws FED_Failure when the disk fails, and what `write` throws

@@ -8,9 +8,10 @@
 #include <system_error>
 #include <utility>
 
-#include "calculix/ColumnText.h"
-#include "matrix/MatrixText.h"
-#include "terminal/Format.h"
+#include "text/Case.h"
+#include "text/ColumnText.h"
+#include "text/Format.h"
+#include "text/WordFile.h"
 
 namespace quilon::matrix {
 
@@ -31,46 +32,37 @@ struct Banner
   Symmetry symmetry = Symmetry::General;
 };
 
-std::string Lower(std::string_view word)
-{
-  std::string lower(word);
-  for (char& c : lower)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return lower;
-}
-
-Field FieldOf(const MatrixText& text, const std::string& word)
+Field FieldOf(const WordFile& text, const std::string& word)
 {
   if (word == "real" || word == "double") return Field::Real;
   if (word == "integer") return Field::Integer;
   if (word == "pattern") return Field::Pattern;
   if (word == "complex") text.File().Fail("the matrix is complex, expected real, integer or pattern");
-  text.File().Fail("field is '" + calculix::Shown(word) + "', expected real, integer or pattern");
+  text.File().Fail("field is '" + Shown(word) + "', expected real, integer or pattern");
 }
 
-Symmetry SymmetryOf(const MatrixText& text, const std::string& word)
+Symmetry SymmetryOf(const WordFile& text, const std::string& word)
 {
   if (word == "general") return Symmetry::General;
   if (word == "symmetric" || word == "hermitian") return Symmetry::Symmetric;
   if (word == "skew-symmetric") return Symmetry::SkewSymmetric;
-  text.File().Fail("symmetry is '" + calculix::Shown(word) +
-                   "', expected general, symmetric, skew-symmetric or hermitian");
+  text.File().Fail("symmetry is '" + Shown(word) + "', expected general, symmetric, skew-symmetric or hermitian");
 }
 
-Banner ReadBanner(MatrixText& text)
+Banner ReadBanner(WordFile& text)
 {
   constexpr const char* kExpected = "'%%MatrixMarket matrix coordinate|array real|integer|pattern SYMMETRY'";
   if (!text.NextLine()) text.File().FailAtEnd(kExpected);
-  if (text.NumWords() != 5 || Lower(text.Word(0)) != "%%matrixmarket" || Lower(text.Word(1)) != "matrix")
+  if (text.NumWords() != 5 || LowerCase(text.Word(0)) != "%%matrixmarket" || LowerCase(text.Word(1)) != "matrix")
     text.File().FailExpected(kExpected);
-  const std::string format = Lower(text.Word(2));
+  const std::string format = LowerCase(text.Word(2));
   if (format != "coordinate" && format != "array")
-    text.File().Fail("format is '" + calculix::Shown(format) + "', expected coordinate or array");
+    text.File().Fail("format is '" + Shown(format) + "', expected coordinate or array");
 
   Banner banner;
   banner.isArray  = format == "array";
-  banner.field    = FieldOf(text, Lower(text.Word(3)));
-  banner.symmetry = SymmetryOf(text, Lower(text.Word(4)));
+  banner.field    = FieldOf(text, LowerCase(text.Word(3)));
+  banner.symmetry = SymmetryOf(text, LowerCase(text.Word(4)));
   if (banner.field == Field::Pattern && banner.isArray)
     text.File().Fail("an array without numbers, expected real or integer");
   if (banner.field == Field::Pattern && banner.symmetry == Symmetry::SkewSymmetric)
@@ -78,7 +70,7 @@ Banner ReadBanner(MatrixText& text)
   return banner;
 }
 
-double ReadIntegerValue(const MatrixText& text, std::size_t i)
+double ReadIntegerValue(const WordFile& text, std::size_t i)
 {
   // Beyond this not every integer is a double.
   constexpr std::int64_t kMost = std::int64_t{1} << 53;
@@ -88,14 +80,14 @@ double ReadIntegerValue(const MatrixText& text, std::size_t i)
   std::int64_t value      = 0;
   const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
   if (error != std::errc() || end != word.data() + word.size() || value > kMost || value < -kMost)
-    text.File().Fail("value is '" + calculix::Shown(text.Word(i)) + "', expected an integer from -2^53 to 2^53");
+    text.File().Fail("value is '" + Shown(text.Word(i)) + "', expected an integer from -2^53 to 2^53");
   return static_cast<double>(value);
 }
 
 class Reader
 {
 public:
-  Reader(MatrixText& text, const Banner& banner) : text_(text), banner_(banner) {}
+  Reader(WordFile& text, const Banner& banner) : text_(text), banner_(banner) {}
 
   Entries Read()
   {
@@ -176,9 +168,9 @@ private:
     matrix_.entries.push_back({column, row, banner_.symmetry == Symmetry::Symmetric ? value : -value, line});
   }
 
-  MatrixText& text_;
-  Banner      banner_;
-  Entries     matrix_;
+  WordFile& text_;
+  Banner    banner_;
+  Entries   matrix_;
 };
 
 const char* NameOf(Symmetry symmetry)
@@ -196,16 +188,16 @@ const char* NameOf(Symmetry symmetry)
 
 }  // namespace
 
-FED_YaleMatrix ReadMatrixMarket(std::istream& in, const std::string& name, const calculix::ReadProgress& progress)
+FED_YaleMatrix ReadMatrixMarket(std::istream& in, const std::string& name, const ReadProgress& progress)
 {
   // The banner begins like a comment, so it is read by a text without any.
   Banner banner;
   {
-    MatrixText head(in, name, '\0', progress);
+    WordFile head(in, name, '\0', progress);
     banner = ReadBanner(head);
   }
   in.clear();
-  MatrixText text(in, name, '%', progress);
+  WordFile text(in, name, '%', progress);
   return Assemble(Reader(text, banner).Read(), name);
 }
 

@@ -7,8 +7,8 @@
 #include <iosfwd>
 #include <string>
 
-#include "calculix/ReadProgress.h"
 #include "matrix/MatrixEntries.h"
+#include "progress/ReadProgress.h"
 
 namespace quilon::matrix {
 
@@ -19,7 +19,7 @@ namespace quilon::matrix {
 /// @param name the file, for messages
 /// @throws FED_Failure "FILE:LINE: what was expected", among others for complex numbers, integers that no double holds,
 ///         an entry that stands twice, a file that ends early, within a line too, or goes on
-FED_YaleMatrix ReadMatrixMarket(std::istream& in, const std::string& name, const calculix::ReadProgress& progress = {});
+FED_YaleMatrix ReadMatrixMarket(std::istream& in, const std::string& name, const ReadProgress& progress = {});
 
 /// Writes a matrix as real coordinates, row by row, numbers in the shortest form that reads back to the same bits.
 /// @param matrix   indices from 0 or 1

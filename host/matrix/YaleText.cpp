@@ -7,7 +7,7 @@
 
 #include "FED_YaleMatrixText.h"
 #include "matrix/MatrixEntries.h"
-#include "terminal/Format.h"
+#include "text/Format.h"
 
 namespace quilon::matrix {
 

@@ -5,8 +5,8 @@
 
 #include <bundled/NativePath.h>
 
-#include "selection/KindTable.h"
-#include "terminal/Format.h"
+#include "kinds/KindTable.h"
+#include "text/Format.h"
 
 namespace quilon {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <system_error>
 
-#include "Failure.h"
+#include "text/Failure.h"
 
 namespace quilon {
 

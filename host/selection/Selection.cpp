@@ -9,11 +9,11 @@
 #include <system_error>
 #include <utility>
 
-#include "Failure.h"
+#include "kinds/KindTable.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
-#include "selection/KindTable.h"
-#include "selection/Suggestion.h"
-#include "terminal/Format.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/Suggestion.h"
 
 namespace quilon {
 

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <cstdio>
 
-#include "terminal/Format.h"
 #include "terminal/Terminal.h"
+#include "text/Format.h"
 
 namespace quilon {
 

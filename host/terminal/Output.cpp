@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "Failure.h"
+#include "text/Failure.h"
 
 namespace quilon {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "terminal/Format.h"
 #include "terminal/Output.h"
+#include "text/Format.h"
 
 namespace quilon {
 

@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "diff/RuleSet.h"
+#include "kinds/KindTable.h"
 #include "QuilonUtilities/FED_Failure.h"
-#include "selection/KindTable.h"
 
 namespace {
 

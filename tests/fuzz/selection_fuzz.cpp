@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "kinds/KindTable.h"
 #include "QuilonUtilities/FED_Failure.h"
-#include "selection/KindTable.h"
 #include "selection/LoadCaseMap.h"
 #include "selection/Selection.h"
 

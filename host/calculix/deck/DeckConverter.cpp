@@ -14,8 +14,8 @@
 
 #include "calculix/deck/DeckLineConverter.h"
 #include "calculix/deck/DeckReader.h"
-#include "Failure.h"
 #include "QuilonUtilities/QuilonFileNameUtil.h"
+#include "text/Failure.h"
 
 namespace quilon::calculix {
 namespace {

@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "calculix/deck/DeckText.h"
-#include "selection/Suggestion.h"
+#include "text/Suggestion.h"
 
 namespace quilon::calculix {
 namespace {

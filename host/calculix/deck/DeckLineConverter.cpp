@@ -9,7 +9,7 @@
 #include <optional>
 #include <utility>
 
-#include "calculix/ColumnText.h"
+#include "text/ColumnText.h"
 
 namespace quilon::calculix {
 namespace {

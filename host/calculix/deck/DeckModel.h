@@ -14,8 +14,9 @@
 #include <string_view>
 #include <vector>
 
-#include "calculix/ReadProgress.h"
+#include "elements/LocalSystem.h"
 #include "IdRadixMap.h"
+#include "progress/ReadProgress.h"
 
 namespace quilon::calculix {
 
@@ -87,22 +88,11 @@ struct DeckMaterial
   const DeckProperty* Find(std::string_view keyword) const noexcept;
 };
 
-/// A local system.
-struct DeckOrientation
+/// A local system with a name.
+struct DeckOrientation : Orientation
 {
-  enum System : int
-  {
-    Rectangular = 0,  ///< x' along a; y' in the plane of a and b, on b's side
-    Cylindrical = 1   ///< a and b are points of the axis; x' radial, y' tangential, z' along the axis from a to b
-  };
-
-  std::string           name;
-  System                system        = Rectangular;
-  std::array<double, 3> a             = {};
-  std::array<double, 3> b             = {};
-  int                   rotationAxis  = 0;    ///< 1 to 3; 0 none
-  double                rotationAngle = 0.0;  ///< degrees
-  DeckPlace             place;
+  std::string name;
+  DeckPlace   place;
 };
 
 /// What elements are made of.

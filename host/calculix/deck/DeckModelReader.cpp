@@ -7,11 +7,11 @@
 #include <system_error>
 #include <utility>
 
-#include "calculix/ColumnText.h"
 #include "calculix/deck/DeckKeyword.h"
-#include "Failure.h"
 #include "QuilonUtilities/getline_dosunix.h"
-#include "terminal/Format.h"
+#include "text/ColumnText.h"
+#include "text/Failure.h"
+#include "text/Format.h"
 
 namespace quilon::calculix {
 namespace {

@@ -9,7 +9,7 @@
 
 #include <bundled/NativePath.h>
 
-#include "Failure.h"
+#include "text/Failure.h"
 
 namespace quilon::calculix {
 namespace {

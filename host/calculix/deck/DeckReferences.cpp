@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "calculix/ColumnText.h"
-#include "terminal/Format.h"
+#include "text/ColumnText.h"
+#include "text/Format.h"
 
 namespace quilon::calculix {
 namespace {

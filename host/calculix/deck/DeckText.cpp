@@ -5,7 +5,8 @@
 #include <cmath>
 #include <system_error>
 
-#include "calculix/ColumnText.h"
+#include "text/Case.h"
+#include "text/ColumnText.h"
 
 namespace quilon::calculix {
 namespace {
@@ -15,8 +16,6 @@ constexpr std::size_t kNumberCharacters = 20;
 bool IsBlank(char c) noexcept { return c == ' ' || c == '\t'; }
 
 bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-
-char ToUpper(char c) noexcept { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 std::string_view Trimmed(std::string_view text) noexcept
 {

@@ -17,11 +17,11 @@
 
 namespace {
 
+using quilon::ReadProgress;
 using quilon::calculix::FrdDataset;
 using quilon::calculix::FrdElement;
 using quilon::calculix::FrdSink;
 using quilon::calculix::ReadFrd;
-using quilon::calculix::ReadProgress;
 using quilon_test::Damage;
 using quilon_test::DamageEachByte;
 using quilon_test::ExpectMessages;

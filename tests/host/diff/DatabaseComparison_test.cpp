@@ -12,12 +12,13 @@
 #include <bundled/FED_ResultDatabase.h>
 
 #include "diff/RuleLearning.h"
+#include "diff/Verification.h"
+#include "import/OpenedDatabase.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "TempFolder.h"
 #include "terminal/Console.h"
-#include "Verification.h"
 
 namespace {
 
@@ -327,8 +328,9 @@ protected:
   {
     quilon::Console console;
     try {
-      quilon::VerifyWritten(source_, source_.GetDataDescriptors(FED_DataDescriptorPattern()), "source", written_,
-                            console);
+      quilon::OpenedDatabase written(written_, console);
+      quilon::VerifyWritten(source_, source_.GetDataDescriptors(FED_DataDescriptorPattern()), "source", written.Get(),
+                            written_);
     } catch (const FED_Failure& failure) {
       return failure.GetMessage();
     }

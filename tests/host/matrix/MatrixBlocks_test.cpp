@@ -16,7 +16,7 @@
 namespace {
 
 using namespace quilon::matrix;
-using quilon::calculix::UserKindPool;
+using quilon::UserKindPool;
 using quilon_test::FailureOf;
 using quilon_test::Key;
 using quilon_test::MakeMatrix;

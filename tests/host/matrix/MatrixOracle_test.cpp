@@ -14,14 +14,14 @@
 #include <bundled/FED_ResultDatabase.h>
 #include <FED_YaleMatrixStorage.h>
 
-#include "../ImportTestSupport.h"
+#include "../import/ImportTestSupport.h"
+#include "import/ResultImport.h"
 #include "LogCapture.h"
 #include "matrix/MatrixEntries.h"
 #include "matrix/MatrixFile.h"
 #include "matrix/MatrixMarket.h"
 #include "matrix/YaleText.h"
 #include "MatrixSupport.h"
-#include "ResultImport.h"
 #include "TempFolder.h"
 
 namespace quilon {

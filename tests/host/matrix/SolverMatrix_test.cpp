@@ -93,8 +93,7 @@ TEST(SolverMatrix, EntriesOutOfPlaceAreRefused)
 
 TEST(SolverMatrix, ADamagedIndexAsksForNoMemory)
 {
-  EXPECT_EQ(Failure("1 2147483647 5\n"),
-            "a.sti: 2147483647 rows for 2 values, expected at most 10000000 more rows than values");
+  EXPECT_EQ(Failure("1 2147483647 5\n"), "a.sti:2: expected the diagonal entry of row 1, found the end of the file");
 }
 
 TEST(SolverMatrix, DegreesOfFreedomAreReadAsTextsAtTheDot)

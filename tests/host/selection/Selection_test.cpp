@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "kinds/KindTable.h"
 #include "QuilonUtilities/FED_Failure.h"
-#include "selection/KindTable.h"
 
 namespace {
 

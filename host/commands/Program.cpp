@@ -1,0 +1,179 @@
+#include "commands/Program.h"
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <map>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <bundled/LogSink.h>
+#include <CLI/CLI.hpp>
+
+#include "commands/Command.h"
+#include "commands/ExitCode.h"
+#include "progress/Interrupt.h"
+#include "quilon_version.h"
+#include "terminal/Console.h"
+#include "terminal/Output.h"
+#include "text/Failure.h"
+#include "text/Suggestion.h"
+
+namespace quilon {
+
+namespace {
+
+/// The log of the library goes to the console for as long as this object lives.
+class LogToConsole
+{
+public:
+  explicit LogToConsole(Console& console)
+      : former_(QuilonLog::SetSink([&console](const QuilonLog::Line& line) { console.Log(line.type, line.text); }))
+  {
+    QuilonLog::SetProgramName("quilon");
+  }
+  LogToConsole(const LogToConsole&)            = delete;
+  LogToConsole& operator=(const LogToConsole&) = delete;
+  ~LogToConsole() { QuilonLog::SetSink(std::move(former_)); }
+
+private:
+  QuilonLog::Sink former_;
+};
+
+/// @return the word of the command itself, with the words of those above it: "quilon deck check"
+std::string WordsOf(const CLI::App& command)
+{
+  const CLI::App* above = command.get_parent();
+  return (above == nullptr ? "" : WordsOf(*above) + ' ') + command.get_name();
+}
+
+/// Names the command that nothing knows, with a suggestion.
+/// @throws FED_Failure
+void RejectUnknownCommand(int argc, const char* const* argv, const CLI::App& app)
+{
+  const CLI::App* level = &app;
+  for (int i = 1; i < argc && argv[i][0] != '-'; ++i) {
+    const auto known = level->get_subcommands([](const CLI::App*) { return true; });
+    if (known.empty()) return;
+    const std::string word  = argv[i];
+    const auto        found = std::find_if(known.begin(), known.end(),
+                                           [&word](const CLI::App* command) { return command->get_name() == word; });
+    if (found == known.end()) {
+      std::vector<std::string> names;
+      for (const CLI::App* command : known) names.push_back(command->get_name());
+      const std::string suggestion = DidYouMean(word, names);
+      Fail("unknown command '" + word + "'" +
+           (suggestion.empty() ? ", expected one of the commands that '" + WordsOf(*level) + " --help' lists"
+                               : suggestion));
+    }
+    level = *found;
+  }
+}
+
+/// @return what the parser says of something missing or given twice, in our words; of anything else as it says it
+std::string Reworded(const CLI::ParseError& error)
+{
+  constexpr std::string_view kRequired = " is required";
+  const std::string          text      = error.what();
+  if (text == "A subcommand is required") return "the command is missing";
+  if (error.get_name() == "RequiredError" && text.ends_with(kRequired))
+    return text.substr(0, text.size() - kRequired.size()) + " is missing";
+  if (error.get_name() == "ArgumentMismatch" && text.ends_with(" missing"))
+    return text.substr(0, text.find(':')) + " has no value";
+  if (error.get_name() == "ArgumentMismatch" && text.find("At Most 1 ") != std::string::npos)
+    return text.substr(0, text.find(':')) + " is given more than once";
+  return text;
+}
+
+/// @return the parser's message with a suggestion for an option that nothing knows
+std::string Explain(const CLI::ParseError& error, const CLI::App& app)
+{
+  std::vector<const CLI::App*> levels = {&app};
+  for (auto below = app.get_subcommands(); !below.empty(); below = below.front()->get_subcommands())
+    levels.push_back(below.front());
+  const std::string see = ", see '" + WordsOf(*levels.back()) + " --help'";
+
+  // A misspelt option comes first: what else is missing often follows from it.
+  const std::vector<std::string> extras = app.remaining(true);
+  if (extras.empty()) return Reworded(error) + see;
+  std::vector<std::string> names;
+  for (const CLI::App* known : levels)
+    for (const CLI::Option* option : known->get_options())
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  const std::string& extra = extras.front();
+  if (extra.empty() || extra.front() != '-') return "unexpected argument '" + extra + "'" + see;
+  const std::string suggestion = DidYouMean(extra.substr(0, extra.find('=')), names);
+  return "unknown option '" + extra + "'" + (suggestion.empty() ? see : suggestion);
+}
+
+/// @return the command's verdict
+int Run(int argc, const char* const* argv, Output& output, Console& console)
+{
+  CLI::App app("Results of finite-element calculations: import, list, show, derive, move.", "quilon");
+  app.set_version_flag("--version", std::string("quilon ") + kQuilonVersion);
+  app.require_subcommand(1);
+  app.footer(
+      "Every command explains itself: quilon ls --help\n"
+      "-v and -q go with every command. Exit codes: 0 success, 1 different, 2 trouble, 130 interrupted.");
+  int louder  = 0;
+  int quieter = 0;
+  app.add_flag("-v,--verbose", louder, "Show the log of the library; twice or three times for more of it");
+  app.add_flag("-q,--quiet", quieter, "Show no notes and no progress");
+
+  std::map<const CLI::App*, CommandFunction> works;
+  for (const Command& command : GetCommands()) {
+    CLI::App& subcommand = *app.add_subcommand(command.name, command.summary);
+    subcommand.fallthrough();
+    works[&subcommand] = command.define(subcommand);
+  }
+
+  RejectUnknownCommand(argc, argv, app);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    output.Write(app.help());
+    output.Flush();
+    return ExitSuccess;
+  } catch (const CLI::CallForVersion& version) {
+    output.Write(std::string(version.what()) + '\n');
+    output.Flush();
+    return ExitSuccess;
+  } catch (const CLI::ParseError& error) {
+    Fail(Explain(error, app));
+  }
+  console.SetVerbosity(Console::kNotes + louder - quieter);
+  CommandContext context{output, console, ExitSuccess};
+  works.at(app.get_subcommands().front())(context);
+  output.Flush();
+  return context.exitCode;
+}
+
+}  // namespace
+
+int RunProgram(int argc, const char* const* argv)
+{
+  WatchSignals();
+  Console            console;
+  Output             output;
+  const LogToConsole log(console);
+  try {
+    return Run(argc, argv, output, console);
+  } catch (const BrokenPipe&) {
+    return ExitBrokenPipe;
+  } catch (const Interrupted&) {
+    console.Error("interrupted");
+    return ExitInterrupted;
+  } catch (const std::bad_alloc&) {
+    console.Error("out of memory");
+  } catch (const std::filesystem::filesystem_error& error) {
+    console.Error(error.path1().string() + ": " + error.code().message());
+  } catch (const std::exception& error) {
+    console.Error(error.what());
+  }
+  return ExitTrouble;
+}
+
+}  // namespace quilon

@@ -1,0 +1,29 @@
+#pragma once
+
+/// @file
+/// Folders that hold a database.
+
+#include <filesystem>
+#include <memory>
+
+class QuilonOnfTxtDatabase;
+
+namespace quilon {
+
+/// @return whether the path is a folder that holds a working database
+bool IsWorkingDatabase(const std::filesystem::path& path);
+
+/// @return whether a working database is meant by this name: it ends in .fed
+bool IsWorkingDatabaseName(const std::filesystem::path& path);
+
+/// @return whether the path is a folder that holds a working database, or has at least the name of one: what it lacks
+///         is told when it is opened
+bool IsWorkingDatabaseFolder(const std::filesystem::path& path);
+
+/// @return whether the path is a folder that holds an ONF text database
+bool IsOnfFolder(const std::filesystem::path& path);
+
+/// Opens an ONF text database to read it.
+std::unique_ptr<QuilonOnfTxtDatabase> OpenOnf(const std::filesystem::path& path);
+
+}  // namespace quilon

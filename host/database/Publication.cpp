@@ -1,0 +1,172 @@
+#include "database/Publication.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include <bundled/FED_BlockCopy.h>
+#include <bundled/FED_ResultDatabase.h>
+#include <bundled/NativePath.h>
+#include <bundled/OnfTextExport.h>
+
+#include "database/BlockSummary.h"
+#include "database/DatabaseFolder.h"
+#include "database/FreshDatabase.h"
+#include "database/WatchedFiles.h"
+#include "kinds/KindTable.h"
+#include "kinds/UserKinds.h"
+#include "progress/Interrupt.h"
+#include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
+#include "text/Failure.h"
+
+namespace quilon {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const char* NameOf(bool isOnf) { return isOnf ? "an ONF folder" : "a working database"; }
+
+template <typename IsMeant>
+bool HasOnly(const fs::path& folder, const IsMeant& isMeant)
+{
+  const fs::directory_iterator entries(folder);
+  return std::all_of(begin(entries), end(entries),
+                     [&](const fs::directory_entry& entry) { return isMeant(entry.path().filename().string()); });
+}
+
+/// Of files that a first publication leaves when it is killed, those that hold nothing anybody could want back.
+bool IsLeftover(const std::string& name, bool isOnf)
+{
+  return isOnf ? name == "index.new" || name.ends_with(".onf.new") : name == "lock" || name == "manifest.new";
+}
+
+}  // namespace
+
+Publication::Publication(const fs::path& folder, Form form)
+    : folder_(folder.has_filename() || !folder.has_relative_path() ? folder : folder.parent_path()),  // "new.onf/"
+      isOnf_(!IsWorkingDatabaseName(folder_)),
+      names_(std::make_unique<FED_ResultDatabase>())
+{
+  CheckFolder(form);
+  const bool isThere = isOnf_ ? IsOnfFolder(folder_) : IsWorkingDatabase(folder_);
+  if (isOnf_) {
+    database_ = std::make_unique<FED_ResultDatabase>();
+    if (!isThere) return;
+    CopyUserKindNames(*OpenOnf(folder_), *names_);
+    CopyUserKindNames(*names_, *database_);
+  } else {
+    files_    = std::make_unique<WatchedFiles>();
+    database_ = std::make_unique<FED_ResultDatabase>(
+        folder_, isThere ? FED_ResultDatabase::ReadWrite : FED_ResultDatabase::Create, files_->GetOptions());
+    CopyUserKindNames(*database_, *names_);
+    fresh_ = std::make_unique<FreshDatabase>(*database_);
+  }
+}
+
+Publication::~Publication() = default;
+
+FED_Database& Publication::Target() noexcept
+{
+  if (fresh_) return *fresh_;
+  return *database_;
+}
+
+std::size_t Publication::Publish()
+{
+  ForEachUserKind([&](FED_OnfId onf) { CheckUserKindName(*database_, onf); });
+  if (!isOnf_) return CommitTarget();
+  return PublishOnf(*database_, database_->GetDataDescriptors(FED_DataDescriptorPattern()), {});
+}
+
+std::size_t Publication::Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& emptied)
+{
+  return PublishBlocks(database, database.GetDataDescriptors(FED_DataDescriptorPattern()), emptied);
+}
+
+std::size_t Publication::PublishBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
+                                       const std::vector<FED_DataDescriptor>& emptied)
+{
+  std::set<int> kinds;
+  for (const FED_DataDescriptor& descriptor : blocks) {
+    kinds.insert(descriptor.GetInteger(FED_DataDescriptor::OnfId));
+    kinds.insert(GetQuantity(descriptor));
+  }
+  for (const int kind : kinds) CheckUserKindName(database, static_cast<FED_OnfId>(kind));
+  if (isOnf_) return PublishOnf(database, blocks, emptied);
+  for (const FED_DataDescriptor& descriptor : blocks) {
+    ThrowIfInterrupted();
+    if (HasRecords(database.GetConstDataBlock(descriptor))) FED_CopyBlock(database, *fresh_, descriptor);
+  }
+  for (const FED_DataDescriptor& descriptor : emptied)
+    if (database_->HasDataBlock(descriptor)) database_->DeleteDataBlock(descriptor);
+  return CommitTarget();
+}
+
+void Publication::CheckFolder(Form form) const
+{
+  const std::string name     = folder_.string();
+  const std::string expected = std::string("expected ") + NameOf(isOnf_) + " or the name of a new one";
+  if (name.empty()) Fail("the output folder has no name");
+  if (form == OnfFolder && !isOnf_) Fail(name + ": a working database, expected the name of an ONF folder");
+  if (isOnf_) WidePath(folder_);  // a name that no text database could be opened by is told of
+  const fs::path parent = fs::absolute(folder_).lexically_normal().parent_path();
+  if (IsWorkingDatabaseName(parent)) Fail(name + ": inside a working database, expected a place outside");
+  if (!fs::exists(folder_)) {
+    if (!fs::is_directory(parent)) Fail(name + ": no folder " + parent.string() + " to make it in");
+    return;
+  }
+  if (!fs::is_directory(folder_)) Fail(name + ": not a folder, " + expected);
+  if (isOnf_ ? IsOnfFolder(folder_) : IsWorkingDatabase(folder_)) return;
+  const auto isLeftover = [&](const std::string& file) { return IsLeftover(file, isOnf_); };
+  if (HasOnly(folder_, isLeftover)) return;
+  // A first import that was killed looks like a database that lost its manifest. Who writes here would remove both.
+  const auto isSegment = [](const std::string& file) { return file.starts_with("segment-") && file.ends_with(".h5"); };
+  if (!isOnf_ && HasOnly(folder_, [&](const std::string& file) { return isLeftover(file) || isSegment(file); }))
+    Fail(name + ": segments without a manifest, of a first import that was killed or of a damaged database, " +
+         expected + "; 'quilon salvage' saves what is whole of them");
+  Fail(name + ": a folder with other files, " + expected);
+}
+
+void Publication::CheckUserKindName(const FED_Database& database, FED_OnfId onf) const
+{
+  const std::string there = names_->GetUserKindName(onf);
+  const std::string here  = database.GetUserKindName(onf);
+  if (!there.empty() && !here.empty() && there != here)
+    Fail(folder_.string() + ": kind " + std::to_string(onf) + " is '" + there + "' here and '" + here +
+         "' in what is written, expected one name");
+}
+
+std::size_t Publication::PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
+                                    const std::vector<FED_DataDescriptor>& emptied) const
+{
+  const std::set<FED_DataDescriptor> gone(emptied.begin(), emptied.end());
+  std::vector<OnfTextExport::Block>  written;
+  for (const FED_DataDescriptor& descriptor : blocks)
+    if (!gone.contains(descriptor) && HasRecords(database.GetConstDataBlock(descriptor)))
+      written.push_back({&database, descriptor});
+  const std::size_t  count = written.size();
+  FED_ResultDatabase empty;
+  for (const FED_DataDescriptor& descriptor : gone) {
+    empty.GetOrCreateDataBlock(descriptor, 0);
+    written.push_back({&empty, descriptor});
+  }
+  OnfTextExport::Publish(folder_, written, [](std::size_t) { ThrowIfInterrupted(); });
+  return count;
+}
+
+std::size_t Publication::CommitTarget()
+{
+  std::size_t count = 0;
+  for (const FED_DataDescriptor& descriptor : fresh_->GetDataDescriptors(FED_DataDescriptorPattern())) {
+    const FED_DataBlock& block = fresh_->GetConstDataBlock(descriptor);
+    if (HasRecords(block))
+      ++count;
+    else
+      fresh_->DeleteDataBlock(descriptor);
+  }
+  database_->Commit();
+  return count;
+}
+
+}  // namespace quilon

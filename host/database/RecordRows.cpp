@@ -1,0 +1,257 @@
+#include "database/RecordRows.h"
+
+#include <algorithm>
+#include <type_traits>
+#include <utility>
+
+#include <bundled/FED_RecordFormat.h>
+
+#include "database/ScratchRecord.h"
+#include "kinds/KindTable.h"
+#include "progress/Interrupt.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "QuilonDbConnector/FED_DataBlock.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
+#include "text/Format.h"
+
+namespace quilon {
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+constexpr int kFirstKindWithoutIds = 15;
+
+const Names kTensorNames    = {"xx", "yy", "zz", "xy", "yz", "zx"};
+const Names kVectorNames    = {"x", "y", "z"};
+const Names kPrincipalNames = {"p1", "p2", "p3"};
+const Names kMatrixNames    = {"rows", "columns", "values", "row-pointers", "column-indices"};
+
+bool HasIds(FED_OnfId onf) { return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind() < kFirstKindWithoutIds; }
+
+bool IsPointKind(int onf) { return onf == 582 || onf == 583; }
+bool IsNodalListKind(int onf) { return onf == 580 || onf == 581; }
+bool IsPrincipalKind(int onf) { return onf == 520 || onf == 530 || onf == 560 || onf == 570; }
+
+/// Names of the fields' columns, nothing where the fields have none of their own.
+Names FieldNames(int onf, const std::vector<FED_FieldType::Class>& fields, const std::string& kind)
+{
+  using namespace FED_FieldType;
+  using Classes = std::vector<Class>;
+  if (fields == Classes{Tensor}) return kTensorNames;
+  if (fields == Classes{Vector}) return IsPrincipalKind(onf) ? kPrincipalNames : kVectorNames;
+  if (fields == Classes{Integer, Integer, DoubleList, IntList, IntList}) return kMatrixNames;
+  if (onf == FED_OnfId_ElementNodes && fields.size() == 1) return {"nodes"};
+  if (onf == 596 && fields.size() == 2) return {"type", "material"};
+  if (fields == Classes{Double}) return {onf == FED_OnfId_ScalarHistory ? kind : "value"};
+  if (fields.size() == 1 && fields.front() != None) return {"value"};
+  return {};
+}
+
+/// Numbered names: "field1", and "field2.xx" where a field has components.
+Names NumberedNames(const std::vector<FED_FieldType::Class>& fields)
+{
+  Names names;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const std::string name = "field" + std::to_string(i + 1);
+    if (fields[i] == FED_FieldType::Vector) {
+      for (const std::string& component : kVectorNames) names.push_back(name + '.' + component);
+    } else if (fields[i] == FED_FieldType::Tensor) {
+      for (const std::string& component : kTensorNames) names.push_back(name + '.' + component);
+    } else {
+      names.push_back(name);
+    }
+  }
+  return names;
+}
+
+std::vector<int> IntegersOf(const FED_ConstDataRecord& record, std::size_t field)
+{
+  FED_IntArray list;
+  record.GetIntList(field, list);
+  return std::vector<int>(list.GetData(), list.GetData() + list.GetSize());
+}
+
+std::vector<double> DoublesOf(const FED_ConstDataRecord& record, std::size_t field)
+{
+  FED_DoubleArray list;
+  record.GetDoubleList(field, list);
+  return std::vector<double>(list.GetData(), list.GetData() + list.GetSize());
+}
+
+void AppendField(const FED_ConstDataRecord& record, std::size_t field, std::vector<Cell>& row)
+{
+  double values[6];
+  switch (FED_FieldType::GetClass(record.GetFieldType(field))) {
+    case FED_FieldType::Integer:
+      row.emplace_back(record.GetInteger(field));
+      break;
+    case FED_FieldType::Float:
+      row.emplace_back(record.GetFloat(field));
+      break;
+    case FED_FieldType::Double:
+      row.emplace_back(record.GetDouble(field));
+      break;
+    case FED_FieldType::String:
+      row.emplace_back(record.GetString(field));
+      break;
+    case FED_FieldType::IntList:
+      row.emplace_back(IntegersOf(record, field));
+      break;
+    case FED_FieldType::DoubleList:
+      row.emplace_back(DoublesOf(record, field));
+      break;
+    case FED_FieldType::Vector:
+      record.GetVector(field, values);
+      row.insert(row.end(), values, values + 3);
+      break;
+    case FED_FieldType::Tensor:
+      record.GetTensor(field, values);
+      row.insert(row.end(), values, values + 6);
+      break;
+    case FED_FieldType::None:
+      row.emplace_back(std::string());
+      break;
+  }
+}
+
+/// A row per group of values: id, number of the group from 1, values. A group that the list ends in has fewer values
+/// and empty cells behind them.
+std::vector<std::vector<Cell>> Grouped(int id, const std::vector<double>& values, std::size_t groupSize)
+{
+  std::vector<std::vector<Cell>> rows;
+  for (std::size_t first = 0; first < values.size(); first += groupSize) {
+    std::vector<Cell> row = {id, static_cast<int>(first / groupSize + 1)};
+    for (std::size_t i = first; i < first + groupSize; ++i)
+      row.push_back(i < values.size() ? Cell(values[i]) : Cell(std::string()));
+    rows.push_back(std::move(row));
+  }
+  return rows;
+}
+
+template <typename T>
+std::string FormatList(const std::vector<T>& values, std::size_t limit)
+{
+  std::string text = '[' + std::to_string(values.size()) + ']';
+  for (std::size_t i = 0; i < values.size() && i < limit; ++i) {
+    if constexpr (std::is_same_v<T, int>)
+      text += ' ' + std::to_string(values[i]);
+    else
+      text += ' ' + FormatNumber(values[i]);
+  }
+  return values.size() > limit ? text + " ..." : text;
+}
+
+struct CellFormatter
+{
+  std::size_t listLimit;
+
+  std::string operator()(int value) const { return std::to_string(value); }
+  std::string operator()(float value) const { return FormatNumber(value); }
+  std::string operator()(double value) const { return FormatNumber(value); }
+  std::string operator()(const std::string& value) const { return value; }
+  std::string operator()(const std::vector<int>& value) const { return FormatList(value, listLimit); }
+  std::string operator()(const std::vector<double>& value) const { return FormatList(value, listLimit); }
+};
+
+}  // namespace
+
+std::string FormatCell(const Cell& cell, std::size_t listLimit) { return std::visit(CellFormatter{listLimit}, cell); }
+
+RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database)
+{
+  const int                         onf = block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId);
+  std::vector<FED_FieldType::Class> fields;
+  const ScratchRecord               scratch(block);
+  for (std::size_t field = 1; field <= scratch->GetFieldCount(); ++field)
+    fields.push_back(FED_FieldType::GetClass(scratch->GetFieldType(field)));
+
+  columns_ = {HasIds(static_cast<FED_OnfId>(onf)) ? "id" : "index"};
+  Names names;
+  using Classes = std::vector<FED_FieldType::Class>;
+  if (IsPointKind(onf) && fields == Classes{FED_FieldType::Integer, FED_FieldType::DoubleList}) {
+    layout_ = Layout::Points;
+    columns_.emplace_back("point");
+    names = kTensorNames;
+  } else if (IsNodalListKind(onf) && fields == Classes{FED_FieldType::DoubleList}) {
+    layout_ = Layout::Triples;
+    columns_.emplace_back("position");
+    const FED_DataDescriptor lists(block.GetDescriptor().GetInteger(FED_DataDescriptor::Iteration),
+                                   FED_OnfId_ElementNodes);
+    if (database.HasDataBlock(lists)) {
+      nodeLists_ = std::make_unique<FED_ConstIdDataBlock>(database.GetConstDataBlock(lists), database.GetIdMapsPool());
+      columns_.emplace_back("node");
+    }
+    names = kVectorNames;
+  } else {
+    names = FieldNames(onf, fields, kinds.GetName(block.GetDescriptor()));
+    if (names.empty()) names = NumberedNames(fields);
+    std::size_t column = columns_.size();
+    for (const FED_FieldType::Class field : fields) {
+      fields_.push_back({column, field == FED_FieldType::IntList || field == FED_FieldType::DoubleList});
+      column += std::max<std::size_t>(1, FED_FieldType::GetDoubleCount(field));
+    }
+  }
+  columns_.insert(columns_.end(), names.begin(), names.end());
+}
+
+RecordRows::~RecordRows() = default;
+
+std::string RecordRows::GetComponentName(std::size_t field, std::size_t component) const
+{
+  const auto grouped = [&](const Names& names) {
+    return columns_[1] + ' ' + std::to_string(component / names.size() + 1) + ' ' + names[component % names.size()];
+  };
+  if (layout_ == Layout::Points) return field == 2 ? grouped(kTensorNames) : "points";
+  if (layout_ == Layout::Triples) return grouped(kVectorNames);
+  // Of two blocks that are compared the other may have more fields.
+  if (field == 0 || field > fields_.size()) return "field" + std::to_string(field);
+  const FieldColumns& columns = fields_[field - 1];
+  if (columns.isList) return columns_[columns.first] + '[' + std::to_string(component + 1) + ']';
+  return columns_[std::min(columns.first + component, columns_.size() - 1)];
+}
+
+std::vector<std::vector<Cell>> RecordRows::GetRows(int id, const FED_ConstDataRecord& record) const
+{
+  if (layout_ == Layout::Points) return Grouped(id, DoublesOf(record, 2), kTensorNames.size());
+  if (layout_ == Layout::Triples) {
+    std::vector<std::vector<Cell>> rows = Grouped(id, DoublesOf(record, 1), kVectorNames.size());
+    if (!nodeLists_) return rows;
+    const std::vector<int> nodes = NodesOf(id);
+    for (std::size_t n = 0; n < rows.size(); ++n)
+      rows[n].insert(rows[n].begin() + 2, n < nodes.size() ? Cell(nodes[n]) : Cell(std::string()));
+    return rows;
+  }
+  std::vector<Cell> row = {id};
+  for (std::size_t field = 1; field <= record.GetFieldCount(); ++field) AppendField(record, field, row);
+  return {row};
+}
+
+/// @return nothing for an element that no list is known of
+std::vector<int> RecordRows::NodesOf(int element) const
+{
+  if (!nodeLists_->HasRecord(element)) return {};
+  FED_ConstIdDataRecord& record = nodeLists_->CreateConstIdDataRecord();
+  nodeLists_->GetRecord(element, record);
+  FED_IntArray nodes;
+  record.GetIntList(1, nodes);
+  nodeLists_->DeleteIdDataRecord(record);
+  return std::vector<int>(nodes.GetData(), nodes.GetData() + nodes.GetSize());
+}
+
+std::vector<RecordKey> GetRecordKeys(const FED_DataBlock& block, const FED_IdMapsPool& pool)
+{
+  const FED_ConstIdDataBlock view(block, pool);
+  const auto                 onf = static_cast<FED_OnfId>(block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId));
+  const bool                 hasIds = HasIds(onf);
+  std::vector<RecordKey>     keys;
+  for (auto index = block.Begin(); index != block.End(); ++index) {
+    ThrowIfInterrupted();
+    keys.push_back({hasIds ? view.GetId(*index) : static_cast<int>(*index), *index});
+  }
+  std::sort(keys.begin(), keys.end(), [](const RecordKey& a, const RecordKey& b) { return a.id < b.id; });
+  return keys;
+}
+
+}  // namespace quilon

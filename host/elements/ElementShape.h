@@ -1,0 +1,39 @@
+#pragma once
+
+/// @file
+/// Shape functions of solid elements.
+
+#include <array>
+#include <cstddef>
+#include <span>
+
+namespace quilon {
+
+/// Isoparametric solids, nodes in the order of the solver's decks.
+///
+/// Bricks live in [-1, 1]^3. Tetrahedra have their corners at the origin and at one along each axis. Wedges have the
+/// triangle (0, 0), (1, 0), (0, 1) times [-1, 1]. Quadratic bricks and wedges are of the serendipity family.
+/// Formulas: O. C. Zienkiewicz, R. L. Taylor, The Finite Element Method, vol. 1, 5th ed., 2000, ch. 8.
+enum class ElementShape
+{
+  Tet4,
+  Tet10,
+  Wedge6,
+  Wedge15,
+  Brick8,
+  Brick20
+};
+
+std::size_t NumNodes(ElementShape shape) noexcept;
+
+/// @param local       coordinates in the element's own system
+/// @param values      receives shape [NumNodes()]
+/// @param derivatives receives shape [NumNodes(), 3], by the local coordinates
+void EvaluateShape(ElementShape shape, const std::array<double, 3>& local, std::span<double> values,
+                   std::span<double> derivatives);
+
+/// @return where a node lies in the element's own system
+/// @param node 0 <= node < NumNodes()
+std::array<double, 3> LocalPosition(ElementShape shape, std::size_t node) noexcept;
+
+}  // namespace quilon

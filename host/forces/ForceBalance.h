@@ -1,0 +1,71 @@
+#pragma once
+
+/// @file
+/// What element nodal forces tell of a model: balance at nodes, free bodies.
+
+#include <array>
+#include <cstddef>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "forces/ElementForces.h"
+
+class FED_Database;
+
+namespace quilon {
+
+using Vector = std::array<double, 3>;
+
+/// The balance of one node.
+struct NodeBalance
+{
+  int    node     = 0;
+  Vector elements = {};   ///< sum of the forces of its elements
+  Vector external = {};   ///< what acts on it: load, reaction, or both (511)
+  Vector residual = {};   ///< elements less external
+  double largest  = 0.0;  ///< magnitude of the residual's largest component; infinite where a NaN stands
+};
+
+/// The balance of a result.
+struct ForceBalance
+{
+  std::vector<NodeBalance> nodes;                  ///< worst first, equal ones by ascending id
+  Vector                   total           = {};   ///< of all element forces: zero but for rounding
+  double                   largestForce    = 0.0;  ///< largest component that acts on a node or stands in a sum
+  double                   largestResidual = 0.0;
+  /// Nodes that cannot be judged: an element of theirs has no forces; nothing is known of what acts on them.
+  std::size_t numIncomplete = 0;
+  std::size_t numUnknown    = 0;
+};
+
+/// The solver's RF at a node is what acts on it: the reaction of a support less the loads on it, a load where there is
+/// no support. In dynamics it is without inertia.
+/// @param step its block of forces is read, with the node lists (595) and the reactions (511) of the same result
+/// @throws FED_Failure when there are no reactions, or none of a node that can be judged
+ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
+                              const std::string& name);
+
+/// Force and moment at some nodes.
+struct Resultant
+{
+  std::size_t numNodes = 0;
+  Vector      force    = {};
+  Vector      moment   = {};
+};
+
+/// A part of the model, cut out.
+struct FreeBody
+{
+  Resultant cut;    ///< at the nodes that it shares with the rest: what the rest exerts on it, and loads at these nodes
+  Resultant other;  ///< at its other nodes: loads and reactions
+  Resultant sum;    ///< of both: zero but for rounding
+};
+
+/// @param part  element ids
+/// @param about the point that moments are taken about
+/// @throws FED_Failure when an element of the part is not in the mesh or has no forces
+FreeBody CalculateFreeBody(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
+                           const std::set<int>& part, const Vector& about, const std::string& name);
+
+}  // namespace quilon

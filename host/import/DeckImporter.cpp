@@ -1,0 +1,227 @@
+#include "import/DeckImporter.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <QuilonDbConnector/FED_Database.h>
+#include <QuilonDbConnector/FED_IdDataBlock.h>
+#include <QuilonOnfEngine/OnfGroupsFile.h>
+
+#include "text/Failure.h"
+
+namespace quilon::calculix {
+
+namespace {
+
+constexpr int kNodeSet     = 600;
+constexpr int kElementSet  = 601;
+constexpr int kMaterial    = 602;
+constexpr int kSection     = 603;
+constexpr int kOrientation = 604;
+
+constexpr double kNotStated = std::numeric_limits<double>::quiet_NaN();
+
+/// @return the places of items from 1 by their names; of items of one name that of the first
+template <typename Item>
+std::unordered_map<std::string_view, int> NumbersOf(const std::vector<Item>& items)
+{
+  std::unordered_map<std::string_view, int> numbers;
+  int                                       number = 0;
+  for (const Item& item : items) numbers.try_emplace(item.name, ++number);
+  return numbers;
+}
+
+/// @return the value at a place of a card's numbers, NaN when the material has no such card
+double ValueOf(const DeckMaterial& material, std::string_view keyword, std::size_t place)
+{
+  const DeckProperty* property = material.Find(keyword);
+  return property == nullptr || property->values.size() <= place ? kNotStated : property->values[place];
+}
+
+/// A block's view and its one scratch record.
+class RecordWriter
+{
+public:
+  RecordWriter(FED_Database& database, int iteration, int onf, std::size_t expectedRecords)
+      : view_(
+            database.GetOrCreateDataBlock(FED_DataDescriptor(iteration, static_cast<FED_OnfId>(onf)), expectedRecords),
+            database.GetIdMapsPool(), true),
+        record_(view_.CreateIdDataRecord())
+  {}
+
+  FED_DataRecord& Fields() { return record_.GetDataRecord(); }
+  void            Write(int id) { view_.SetRecord(id, record_); }
+
+private:
+  FED_IdDataBlock   view_;
+  FED_IdDataRecord& record_;
+};
+
+/// Calls a function with every id of the range that the map has, in the range's order.
+template <typename Value, typename Function>
+void ForKnownIds(const OnfGroupsFile::Range& range, const IdRadixMap<Value>& known, const Function& function)
+{
+  // The shorter of the two is walked: a range costs nothing to write.
+  const std::int64_t count = (std::int64_t{range.last} - range.first) / range.step + 1;
+  if (count <= static_cast<std::int64_t>(known.Entries().size())) {
+    for (std::int64_t id = range.first; id <= range.last; id += range.step) {
+      if (known.Find(static_cast<int>(id)) != IdRadixMap<Value>::npos) function(static_cast<int>(id));
+    }
+    return;
+  }
+  for (auto it = known.begin(); it != known.end(); ++it) {
+    const int id = (*it).first;
+    if (id >= range.first && id <= range.last && (std::int64_t{id} - range.first) % range.step == 0) function(id);
+  }
+}
+
+template <typename Value>
+DeckSet MakeSet(const OnfGroupsFile::Group& group, const IdRadixMap<Value>& known, const char* entity)
+{
+  DeckSet set;
+  set.name = group.name;
+  for (const OnfGroupsFile::Range& range : group.ranges) {
+    if (range.first == range.last && known.Find(range.first) == IdRadixMap<Value>::npos) {
+      Fail(group.place + ": expected " + entity + "s of the deck in group \"" + group.name + "\", found " +
+           std::to_string(range.first));
+    }
+    ForKnownIds(range, known, [&set](int id) { set.ids.push_back(id); });
+  }
+  return set;
+}
+
+void AddSet(std::vector<DeckSet>& sets, DeckSet set, const std::vector<DeckFile>& files,
+            const OnfGroupsFile::Group& group)
+{
+  const auto known =
+      std::find_if(sets.begin(), sets.end(), [&set](const DeckSet& one) { return one.name == set.name; });
+  if (known != sets.end()) {
+    Fail(group.place + ": expected a new name, the deck has a set \"" + set.name + "\" at " +
+         DescribeDeckPlace(files, known->place));
+  }
+  sets.push_back(std::move(set));
+}
+
+}  // namespace
+
+ElementSection ImportedDeck::SectionOf(int element) const noexcept
+{
+  const std::size_t position = sections.Find(element);
+  return position == IdRadixMap<ElementSection>::npos ? ElementSection() : sections.At(position);
+}
+
+DeckImporter::DeckImporter(const std::filesystem::path& path, const DeckOptions& options, ImportedDeck& deck,
+                           FED_Database& database, int iteration)
+    : DeckModelReader(path, options, deck.model, nullptr), deck_(deck), database_(database), iteration_(iteration)
+{}
+
+void DeckImporter::CreateFEMSets(const OnfGroupsFile& groups)
+{
+  for (const OnfGroupsFile::Group& group : groups.GetGroups()) {
+    if (group.kind == OnfGroupsFile::Nodes) {
+      AddSet(model_.nodeSets, MakeSet(group, model_.nodes, "node"), GetFiles(), group);
+    } else {
+      AddSet(model_.elementSets, MakeSet(group, model_.elements, "element"), GetFiles(), group);
+    }
+  }
+}
+
+void DeckImporter::ConvertModel()
+{
+  DeckModelReader::ConvertModel();
+  FindSections();
+  SaveSets(kNodeSet, deck_.model.nodeSets);
+  SaveSets(kElementSet, deck_.model.elementSets);
+  SaveMaterials();
+  SaveSections();
+  SaveOrientations();
+}
+
+void DeckImporter::FindSections()
+{
+  const DeckModel& model        = deck_.model;
+  const auto       sets         = NumbersOf(model.elementSets);
+  const auto       materials    = NumbersOf(model.materials);
+  const auto       orientations = NumbersOf(model.orientations);
+  const auto       numberIn     = [](const auto& numbers, const std::string& name) {
+    const auto found = numbers.find(name);
+    return found == numbers.end() ? 0 : found->second;
+  };
+  int number = 0;
+  for (const DeckSection& section : model.sections) {
+    ++number;
+    const int set = numberIn(sets, section.elementSet);
+    if (set == 0) continue;
+    const ElementSection numbers = {number, numberIn(materials, section.material),
+                                    numberIn(orientations, section.orientation)};
+    for (const int id : model.elementSets[static_cast<std::size_t>(set) - 1].ids)
+      deck_.sections.At(deck_.sections.FindOrInsert(id)) = numbers;
+  }
+}
+
+void DeckImporter::SaveSets(int onf, const std::vector<DeckSet>& sets)
+{
+  if (sets.empty()) return;
+  RecordWriter writer(database_, iteration_, onf, sets.size());
+  int          number = 0;
+  for (const DeckSet& set : sets) {
+    writer.Fields().SetString(1, set.name);
+    writer.Fields().SetIntList(2, set.ids);
+    writer.Write(++number);
+  }
+}
+
+void DeckImporter::SaveMaterials()
+{
+  const std::vector<DeckMaterial>& materials = deck_.model.materials;
+  if (materials.empty()) return;
+  RecordWriter writer(database_, iteration_, kMaterial, materials.size());
+  int          number = 0;
+  for (const DeckMaterial& material : materials) {
+    const DeckProperty* elastic     = material.Find("ELASTIC");
+    const bool          isIsotropic = elastic != nullptr && (elastic->type.empty() || elastic->type.starts_with("ISO"));
+    writer.Fields().SetString(1, material.name);
+    writer.Fields().SetDouble(2, ValueOf(material, "DENSITY", 0));
+    writer.Fields().SetDouble(3, isIsotropic ? ValueOf(material, "ELASTIC", 0) : kNotStated);
+    writer.Fields().SetDouble(4, isIsotropic ? ValueOf(material, "ELASTIC", 1) : kNotStated);
+    writer.Write(++number);
+  }
+}
+
+void DeckImporter::SaveSections()
+{
+  if (deck_.sections.Entries().empty()) return;
+  RecordWriter writer(database_, iteration_, kSection, deck_.sections.Entries().size());
+  for (const auto& [id, section] : deck_.sections.Entries()) {
+    writer.Fields().SetInteger(1, section.section);
+    writer.Fields().SetInteger(2, section.material);
+    writer.Fields().SetInteger(3, section.orientation);
+    writer.Write(id);
+  }
+}
+
+void DeckImporter::SaveOrientations()
+{
+  const std::vector<DeckOrientation>& orientations = deck_.model.orientations;
+  if (orientations.empty()) return;
+  RecordWriter writer(database_, iteration_, kOrientation, orientations.size());
+  int          number = 0;
+  for (const DeckOrientation& orientation : orientations) {
+    std::vector<double> numbers(orientation.a.begin(), orientation.a.end());
+    numbers.insert(numbers.end(), orientation.b.begin(), orientation.b.end());
+    if (orientation.rotationAxis != 0) {
+      numbers.push_back(orientation.rotationAxis);
+      numbers.push_back(orientation.rotationAngle);
+    }
+    writer.Fields().SetString(1, orientation.name);
+    writer.Fields().SetInteger(2, orientation.system);
+    writer.Fields().SetDoubleList(3, numbers);
+    writer.Write(++number);
+  }
+}
+
+}  // namespace quilon::calculix

@@ -1,0 +1,61 @@
+#include "import/ElementGroups.h"
+
+#include <algorithm>
+#include <string>
+
+#include "calculix/deck/DeckText.h"
+#include "import/DeckImporter.h"
+#include "text/Failure.h"
+
+namespace quilon::calculix {
+
+namespace {
+
+/// @param name as the set has it; names of a deck's sets are compact, however they are written
+const DeckSet& FindSet(const DeckModel& model, const std::string& name)
+{
+  const DeckSet* set = model.FindElementSet(name);
+  if (set == nullptr) set = model.FindElementSet(Compact(name));
+  if (set == nullptr)
+    Fail("averages by set: expected material, section or element sets of the deck, found '" + name + "'");
+  return *set;
+}
+
+}  // namespace
+
+ElementGroups::ElementGroups(const AverageBy& by, const ImportedDeck* deck) : border_(by.border), deck_(deck)
+{
+  const bool needsDeck = border_ == AverageBy::Section || border_ == AverageBy::Sets;
+  if (needsDeck && deck == nullptr) Fail("averages by section or set: expected the deck among the files");
+  for (const std::string& name : by.sets) {
+    const DeckSet& set    = FindSet(deck->model, name);
+    const auto     number = static_cast<int>(&set - deck->model.elementSets.data()) + 1;
+    // A set may hold an element twice, and a set may be named twice.
+    for (const int id : set.ids) {
+      std::vector<int>& numbers = sets_.At(sets_.FindOrInsert(id));
+      if (std::find(numbers.begin(), numbers.end(), number) == numbers.end()) numbers.push_back(number);
+    }
+  }
+}
+
+std::vector<int> ElementGroups::GroupsOf(int id, const ResultMesh::Element& element) const
+{
+  int number = 0;
+  switch (border_) {
+    case AverageBy::Nothing:
+      break;
+    case AverageBy::Material:
+      number = element.material;
+      break;
+    case AverageBy::Section:
+      number = deck_->SectionOf(id).section;
+      break;
+    case AverageBy::Sets:
+      if (const std::size_t position = sets_.Find(id); position != IdRadixMap<std::vector<int>>::npos)
+        return sets_.At(position);
+      break;
+  }
+  return number == 0 ? std::vector<int>() : std::vector<int>{number};
+}
+
+}  // namespace quilon::calculix

@@ -1,0 +1,103 @@
+#include "import/OpenedDatabase.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include <bundled/FED_BlockCopy.h>
+#include <bundled/FED_ResultDatabase.h>
+#include <bundled/NativePath.h>
+
+#include "database/DatabaseFolder.h"
+#include "database/WatchedFiles.h"
+#include "import/ResultImport.h"
+#include "progress/Interrupt.h"
+#include "progress/Listener.h"
+#include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
+#include "selection/KindRequests.h"
+#include "selection/Selection.h"
+#include "text/Case.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+
+namespace quilon {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kAccepted =
+    "expected a working database (.fed), an ONF folder or a solver result file (.frd, .dat)";
+
+bool IsResultFile(const fs::path& path)
+{
+  const std::string extension = LowerExtension(path);
+  return extension == ".frd" || extension == ".dat";
+}
+
+std::unique_ptr<FED_ResultDatabase> ImportFile(const fs::path& path, Listener& listener,
+                                               OpenedDatabase::Derivation derivation)
+{
+  KindRequests  nothing = KindRequests::Nothing();
+  ImportOptions options;
+  options.requests = derivation == OpenedDatabase::DeriveNothing ? &nothing : nullptr;
+  options.progress = [&listener](const std::string& phase, std::uint64_t done, std::uint64_t total) {
+    ThrowIfInterrupted();
+    listener.Progress(phase, done, total);
+  };
+  auto               database = std::make_unique<FED_ResultDatabase>();
+  const ImportReport report   = ImportResults({path}, *database, options);
+  for (const std::string& notice : report.notices) listener.Note(notice);
+  for (const SkippedRows& skipped : report.skipped)
+    listener.Note("skipped " + Counted(skipped.rows, "row") + ": " + skipped.reason);
+  return database;
+}
+
+}  // namespace
+
+OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivation derivation) : path_(path)
+{
+  const std::string name = path.string();
+  if (!fs::exists(path)) Fail(name + ": no such file or folder, " + kAccepted);
+  if (IsWorkingDatabaseFolder(path)) {
+    files_    = std::make_unique<WatchedFiles>();
+    database_ = std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly, files_->GetOptions());
+  } else if (IsOnfFolder(path)) {
+    database_ = OpenOnf(path);
+  } else if (fs::is_directory(path)) {
+    Fail(name + ": a folder without a file 'manifest' or 'index', " + kAccepted);
+  } else if (IsResultFile(path)) {
+    database_ = ImportFile(path, listener, derivation);
+  } else {
+    Fail(name + ": not a database, " + kAccepted);
+  }
+}
+
+OpenedDatabase::~OpenedDatabase() = default;
+
+std::unique_ptr<FED_ResultDatabase> OpenedDatabase::Copy(const std::vector<FED_DataDescriptor>& descriptors) const
+{
+  auto copy = std::make_unique<FED_ResultDatabase>();
+  CopyTo(*copy, descriptors);
+  return copy;
+}
+
+void OpenedDatabase::CopyTo(FED_Database& target, const std::vector<FED_DataDescriptor>& descriptors) const
+{
+  for (const FED_DataDescriptor& descriptor : descriptors) {
+    ThrowIfInterrupted();
+    FED_CopyBlock(*database_, target, descriptor);
+  }
+}
+
+std::vector<FED_DataDescriptor> OpenedDatabase::RequireBlocks(const Selection& selection, const std::string& text) const
+{
+  std::vector<FED_DataDescriptor> selected =
+      selection.Apply(database_->GetDataDescriptors(FED_DataDescriptorPattern()));
+  if (selected.empty())
+    Fail(path_.string() + (text.empty() ? ": holds no blocks" : ": no block matches '" + text + "'"));
+  return selected;
+}
+
+}  // namespace quilon

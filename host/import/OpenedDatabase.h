@@ -1,0 +1,57 @@
+#pragma once
+
+/// @file
+/// Whatever holds results, opened as a database.
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "QuilonDbConnector/FED_DataDescriptor.h"
+
+class FED_Database;
+class FED_ResultDatabase;
+
+namespace quilon {
+
+class Listener;
+class Selection;
+class WatchedFiles;
+
+/// A database behind a path: a working database on disk (`NAME.fed`), as its last commit left it, a folder of ONF text
+/// or a solver's result file (`.frd`, `.dat`), which is imported into memory. Reading it stops for an interrupt.
+class OpenedDatabase
+{
+public:
+  enum Derivation
+  {
+    DeriveAll,     ///< result files are read as `quilon import` reads them without options
+    DeriveNothing  ///< result files are read, and nothing is derived from them
+  };
+
+  /// @throws FED_Failure for a path that is no database, naming what is accepted
+  OpenedDatabase(const std::filesystem::path& path, Listener& listener, Derivation derivation = DeriveAll);
+  OpenedDatabase(const OpenedDatabase&)            = delete;
+  OpenedDatabase& operator=(const OpenedDatabase&) = delete;
+  ~OpenedDatabase();
+
+  /// To read. What a folder holds is loaded as it is asked for.
+  FED_Database& Get() noexcept { return *database_; }
+
+  /// A working copy in memory with the selected blocks and the names of user kinds; it may be changed freely.
+  std::unique_ptr<FED_ResultDatabase> Copy(const std::vector<FED_DataDescriptor>& descriptors) const;
+
+  /// Copies the selected blocks, with the names of user kinds, one after the other.
+  void CopyTo(FED_Database& target, const std::vector<FED_DataDescriptor>& descriptors) const;
+
+  /// @return the descriptors of the selected blocks
+  /// @throws FED_Failure when there are none, naming path and selection text
+  std::vector<FED_DataDescriptor> RequireBlocks(const Selection& selection, const std::string& text) const;
+
+private:
+  std::filesystem::path         path_;
+  std::unique_ptr<WatchedFiles> files_;  // of a working database
+  std::unique_ptr<FED_Database> database_;
+};
+
+}  // namespace quilon

@@ -1,0 +1,159 @@
+#include "import/ResultMesh.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include <QuilonDbConnector/FED_Database.h>
+#include <QuilonDbConnector/FED_IdDataBlock.h>
+
+#include "calculix/FrdReader.h"
+#include "FEM_ResultUtil.h"
+#include "import/DeckImporter.h"
+#include "text/Failure.h"
+
+namespace quilon::calculix {
+
+namespace {
+
+constexpr int kCoordinates  = 516;
+constexpr int kElementNodes = 595;
+constexpr int kElementType  = 596;
+
+}  // namespace
+
+ResultMesh::ResultMesh(std::filesystem::path path) : path_(std::move(path)) {}
+
+void ResultMesh::AddNodes(std::span<const int> ids, std::span<const double> coordinates)
+{
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    const std::size_t position = nodes_.FindOrInsert(ids[i]);
+    if (coordinates_.size() < 3 * (position + 1)) coordinates_.resize(3 * (position + 1));
+    for (std::size_t k = 0; k < 3; ++k) coordinates_[3 * position + k] = coordinates[3 * i + k];
+  }
+}
+
+void ResultMesh::AddElements(std::span<const FrdElement> elements)
+{
+  for (const FrdElement& element : elements) {
+    if (elements_.Find(element.id) != IdRadixMap<Element>::npos) {
+      Fail(path_.string() + ": expected every element once, found element " + std::to_string(element.id) + " again");
+    }
+    for (const int id : element.nodes) ++nodes_.At(nodes_.FindOrInsert(id)).numElements;
+    elements_.At(elements_.FindOrInsert(element.id)) = {element.type,         element.material,     nullptr,
+                                                        elementNodes_.size(), element.nodes.size(), {}};
+    elementNodes_.insert(elementNodes_.end(), element.nodes.begin(), element.nodes.end());
+  }
+}
+
+void ResultMesh::AddDeck(const ImportedDeck& deck)
+{
+  AddDeckNodes(deck);
+  // Beside a .frd, what it leaves out has no part in the solver's averages: springs, masses, networks.
+  const bool isAlone = elements_.Entries().empty();
+  for (const auto& [id, element] : deck.model.elements.Entries()) {
+    if (elements_.Find(id) == IdRadixMap<Element>::npos) {
+      AddDeckElement(deck, id, isAlone && element.type->dimension == 3);
+      continue;
+    }
+    Element& known = elements_.At(elements_.Find(id));
+    known.deckType = element.type;
+    if (const int material = deck.SectionOf(id).material; material != 0) known.material = material;
+
+    const std::span<const int> nodes = deck.model.NodesOf(element);
+    const bool isSame                = known.type == element.type->frdType && std::ranges::equal(NodesOf(known), nodes);
+    if (element.type->dimension == 3 && !isSame) {
+      Fail(path_.string() + ": expected element " + std::to_string(id) +
+           " with the type and the nodes that it has at " + deck.model.Describe(element.place));
+    }
+  }
+}
+
+void ResultMesh::AddDeckNodes(const ImportedDeck& deck)
+{
+  for (const auto& [id, node] : deck.model.nodes.Entries()) AddNodes({&id, 1}, node.position);
+}
+
+void ResultMesh::AddDeckElement(const ImportedDeck& deck, int id, bool isCounted)
+{
+  const DeckElement&         element = *deck.model.FindElement(id);
+  const std::span<const int> nodes   = deck.model.NodesOf(element);
+  if (isCounted) {
+    for (const int node : nodes) {
+      Node* known = FindNode(node);
+      // A deck that goes on from a restart file need not have its nodes.
+      if (known == nullptr)
+        Fail(deck.model.Describe(element.place) + ": element " + std::to_string(id) + " has node " +
+             std::to_string(node) + ", which is not in the deck; expected the .frd with it");
+      ++known->numElements;
+    }
+  }
+  elements_.At(elements_.FindOrInsert(id)) = {
+      element.type->frdType, deck.SectionOf(id).material, element.type, elementNodes_.size(), nodes.size(), {}};
+  elementNodes_.insert(elementNodes_.end(), nodes.begin(), nodes.end());
+}
+
+void ResultMesh::Save(FED_Database& database, int iteration)
+{
+  if (!nodes_.Entries().empty()) SaveCoordinates(database, iteration);
+  if (!elements_.Entries().empty()) SaveElements(database, iteration);
+  coordinates_ = {};
+}
+
+void ResultMesh::SaveCoordinates(FED_Database& database, int iteration)
+{
+  const FED_DataDescriptor descriptor(iteration, static_cast<FED_OnfId>(kCoordinates));
+  FED_DataBlock&           block = database.GetOrCreateDataBlock(descriptor, nodes_.Entries().size());
+  FED_IdDataBlock          view(block, database.GetIdMapsPool(), true);
+  std::size_t              position = 0;
+  for (const auto& [id, node] : nodes_.Entries()) view.SetVector(id, &coordinates_[3 * position++]);
+}
+
+void ResultMesh::SaveElements(FED_Database& database, int iteration)
+{
+  const FED_DataDescriptor nodesDescriptor(iteration, static_cast<FED_OnfId>(kElementNodes));
+  const FED_DataDescriptor typeDescriptor(iteration, static_cast<FED_OnfId>(kElementType));
+  const bool               known       = database.HasDataBlock(nodesDescriptor);
+  const std::size_t        numElements = elements_.Entries().size();
+
+  FED_IdDataBlock nodesView(database.GetOrCreateDataBlock(nodesDescriptor, numElements), database.GetIdMapsPool(),
+                            true);
+  FED_IdDataBlock typeView(database.GetOrCreateDataBlock(typeDescriptor, numElements), database.GetIdMapsPool(), true);
+  FED_IdDataRecord& nodesRecord = nodesView.CreateIdDataRecord();
+  FED_IdDataRecord& typeRecord  = typeView.CreateIdDataRecord();
+
+  std::vector<int> list;
+  for (const auto& [id, element] : elements_.Entries()) {
+    const std::span<const int> nodes = NodesOf(element);
+    list.assign(nodes.begin(), nodes.end());
+    // Results of one iteration share their elements, so another file's list is the same or a mistake.
+    if (!known || !FEM_ResultUtil::AreElementNodesDefined(database, nodesDescriptor, id, list)) {
+      nodesRecord.SetIntList(1, list);
+      nodesView.SetRecord(id, nodesRecord);
+    }
+    typeRecord.SetInteger(1, element.type);
+    typeRecord.SetInteger(2, element.material);
+    typeView.SetRecord(id, typeRecord);
+  }
+  nodesView.DeleteIdDataRecord(nodesRecord);
+  typeView.DeleteIdDataRecord(typeRecord);
+}
+
+ResultMesh::Node* ResultMesh::FindNode(int id) noexcept
+{
+  const std::size_t position = nodes_.Find(id);
+  return position == IdRadixMap<Node>::npos ? nullptr : &nodes_.At(position);
+}
+
+ResultMesh::Element* ResultMesh::FindElement(int id) noexcept
+{
+  const std::size_t position = elements_.Find(id);
+  return position == IdRadixMap<Element>::npos ? nullptr : &elements_.At(position);
+}
+
+std::span<const int> ResultMesh::NodesOf(const Element& element) const noexcept
+{
+  return std::span(elementNodes_).subspan(element.first, element.count);
+}
+
+}  // namespace quilon::calculix

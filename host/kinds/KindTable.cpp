@@ -1,0 +1,136 @@
+#include "kinds/KindTable.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <system_error>
+
+#include <bundled/OnfCatalogue.h>
+
+#include "kinds/UserKinds.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
+#include "text/Case.h"
+#include "text/Failure.h"
+#include "text/Suggestion.h"
+
+namespace quilon {
+
+namespace {
+
+bool BeginsWith(const std::string& text, const std::string& beginning)
+{
+  return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+/// The names of several kinds for a message, cut where a reader has seen enough.
+std::string Enumerated(const std::vector<std::string>& names)
+{
+  constexpr std::size_t kEnough = 5;
+  std::string           text;
+  for (std::size_t i = 0; i < names.size() && i < kEnough; ++i) text += (i == 0 ? "" : ", ") + names[i];
+  if (names.size() > kEnough) text += ", ...";
+  return text;
+}
+
+}  // namespace
+
+int GetQuantity(const FED_DataDescriptor& descriptor)
+{
+  const auto index     = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
+  const bool isHistory = descriptor.GetInteger(FED_DataDescriptor::OnfId) == FED_OnfId_ScalarHistory;
+  return isHistory && descriptor.IsSet(index) ? descriptor.GetInteger(index) : 0;
+}
+
+KindTable::KindTable()
+{
+  for (const OnfCatalogue::Entry& entry : OnfCatalogue::Entries()) Add(entry.metaData.GetName(), entry.onf);
+}
+
+KindTable::KindTable(const FED_Database& database) : KindTable()
+{
+  ForEachUserKind([&](FED_OnfId onf) {
+    const std::string name = database.GetUserKindName(onf);
+    if (!name.empty()) Add(name, onf);
+  });
+}
+
+void KindTable::AddForeign(const KindTable& other)
+{
+  for (const Kind& foreign : other.kinds_) {
+    if (FindByName(foreign.name)) continue;
+    const bool isTaken =
+        std::any_of(kinds_.begin(), kinds_.end(), [&](const Kind& kind) { return kind.onf == foreign.onf; });
+    Add(foreign.name, isTaken ? -foreign.onf : foreign.onf);
+  }
+}
+
+void KindTable::Add(const std::string& name, int onf)
+{
+  static const std::string kNodal    = "nodal-";
+  const std::string        folded    = LowerCase(name);
+  const std::string        shortName = BeginsWith(folded, kNodal) ? folded.substr(kNodal.size()) : folded;
+  kinds_.push_back({name, folded, shortName, onf});
+}
+
+int KindTable::Resolve(std::string_view text) const
+{
+  int         onf   = 0;
+  const char* end   = text.data() + text.size();
+  const auto  taken = std::from_chars(text.data(), end, onf);
+  if (taken.ptr == end && taken.ec == std::errc()) return onf;
+  if (taken.ptr == end && taken.ec == std::errc::result_out_of_range)
+    Fail("ONF id " + std::string(text) + " is out of range, expected at most " +
+         std::to_string(std::numeric_limits<int>::max()));
+  if (text.empty()) Fail("a kind is empty, expected an ONF id or the name of a kind");
+
+  const std::string word = LowerCase(text);
+  for (const Kind& kind : kinds_)
+    if (kind.folded == word) return kind.onf;
+  for (const Kind& kind : kinds_)
+    if (kind.shortName == word) return kind.onf;
+  for (const std::string Kind::*name : {&Kind::folded, &Kind::shortName}) {
+    std::vector<std::string> names;
+    for (const Kind& kind : kinds_) {
+      if (!BeginsWith(kind.*name, word)) continue;
+      onf = kind.onf;
+      names.push_back(kind.name);
+    }
+    if (names.size() == 1) return onf;
+    if (names.size() > 1)
+      Fail("kind '" + std::string(text) + "' may be any of " + Enumerated(names) + ": write more of the name");
+  }
+  // The names that nobody gave still stand for their user kinds, but take no part in beginnings: there are a thousand.
+  if (const std::optional<FED_OnfId> id = OnfCatalogue::FindIdByName(word)) return *id;
+
+  std::vector<std::string> candidates;
+  for (const Kind& kind : kinds_) {
+    candidates.push_back(kind.shortName);
+    candidates.push_back(kind.folded);
+  }
+  const std::string suggestion = DidYouMean(word, candidates);
+  Fail("unknown kind '" + std::string(text) + "'" +
+       (suggestion.empty() ? ", expected an ONF id or the name of a kind" : suggestion));
+}
+
+std::optional<int> KindTable::FindByName(const std::string& name) const
+{
+  for (const Kind& kind : kinds_)
+    if (kind.name == name) return kind.onf;
+  return std::nullopt;
+}
+
+std::string KindTable::GetName(int onf) const
+{
+  for (const Kind& kind : kinds_)
+    if (kind.onf == onf) return kind.name;
+  return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetName();
+}
+
+std::string KindTable::GetName(const FED_DataDescriptor& descriptor) const
+{
+  const int quantity = GetQuantity(descriptor);
+  return GetName(quantity != 0 ? quantity : descriptor.GetInteger(FED_DataDescriptor::OnfId));
+}
+
+}  // namespace quilon

@@ -1,0 +1,54 @@
+#pragma once
+
+/// @file
+/// Result kinds for data that the catalogue does not name.
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <utility>
+
+class FED_Database;
+
+namespace quilon {
+
+/// First ONF id of each hundred of user kinds. The hundred tells entity kind and record format.
+enum UserHundred : int
+{
+  UserNodeScalar    = 1000,
+  UserNodeVector    = 1100,
+  UserNodeTensor    = 1200,
+  UserNodeList      = 1300,
+  UserElementScalar = 1400,
+  UserElementVector = 1500,
+  UserElementTensor = 1600,
+  UserElementList   = 1700,
+  UserHistory       = 1800,
+  UserMatrix        = 1900
+};
+
+/// @return the hundred of node values with this many components
+UserHundred NodeHundred(std::size_t numComponents);
+/// @return the hundred of element values with this many components
+UserHundred ElementHundred(std::size_t numComponents);
+
+/// Allots user kinds by name: one name in one hundred is one kind, also for what an earlier import left in the
+/// database, where the names are kept.
+class UserKindPool
+{
+public:
+  /// @param database borrowed
+  explicit UserKindPool(FED_Database& database);
+
+  /// @return the ONF id of the name, which is allotted and kept in the database when it is new; 0 when all hundred ids
+  ///         are taken
+  int Find(UserHundred hundred, const std::string& name);
+
+private:
+  bool IsTaken(int onf) const;
+
+  FED_Database&                              database_;
+  std::map<std::pair<int, std::string>, int> kinds_;
+};
+
+}  // namespace quilon

@@ -1,0 +1,45 @@
+#include "progress/Interrupt.h"
+
+#include <csignal>
+#include <initializer_list>
+
+#include <signal.h>
+
+namespace quilon {
+
+namespace {
+
+// The one thing that a signal handler may write. It belongs to the process like the signals themselves.
+volatile std::sig_atomic_t interrupted = 0;
+
+void Mark(int) { interrupted = 1; }
+
+}  // namespace
+
+void WatchSignals()
+{
+  sigset_t watched;
+  sigemptyset(&watched);
+  for (const int number : {SIGINT, SIGTERM}) {
+    struct sigaction former = {};
+    sigaction(number, nullptr, &former);
+    if (former.sa_handler == SIG_IGN) continue;  // who started us wants us to go on
+    struct sigaction action = {};
+    action.sa_handler       = Mark;
+    action.sa_flags         = static_cast<int>(SA_RESETHAND);
+    sigemptyset(&action.sa_mask);
+    sigaction(number, &action, nullptr);
+    sigaddset(&watched, number);
+  }
+  // A parent may have blocked them: a signal that came since is taken now.
+  sigprocmask(SIG_UNBLOCK, &watched, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void ThrowIfInterrupted()
+{
+  if (interrupted != 0) throw Interrupted();
+}
+
+}  // namespace quilon

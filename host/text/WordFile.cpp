@@ -1,0 +1,62 @@
+#include "text/WordFile.h"
+
+#include <algorithm>
+
+#include "text/ColumnText.h"
+
+namespace quilon {
+
+WordFile::WordFile(std::istream& in, const std::string& name, char comment, const ReadProgress& progress)
+    : name_(name), file_(in, name, progress), comment_(comment)
+{}
+
+bool WordFile::NextLine()
+{
+  while (file_.NextLine()) {
+    SplitLine();
+    const bool isComment = comment_ != '\0' && numWords_ > 0 && words_[0].front() == comment_;
+    if (numWords_ > 0 && !isComment) return true;
+  }
+  return false;
+}
+
+int WordFile::GetInteger(std::size_t i, const char* what, int least, int greatest) const
+{
+  int value = 0;
+  if (!ReadInteger(words_[i], value) || value < least || value > greatest)
+    file_.Fail(std::string(what) + " is '" + Shown(words_[i]) + "', expected an integer from " + std::to_string(least) +
+               " to " + std::to_string(greatest));
+  return value;
+}
+
+double WordFile::GetDouble(std::size_t i, const char* what) const
+{
+  double value = 0.0;
+  if (!ReadDouble(words_[i], value))
+    file_.Fail(std::string(what) + " is '" + Shown(words_[i]) + "', expected a number");
+  return value;
+}
+
+void WordFile::RequireWords(std::size_t count, const char* expected) const
+{
+  if (numWords_ != count) file_.FailExpected(expected);
+}
+
+void WordFile::RequireWholeLine() const
+{
+  if (!file_.IsWholeLine()) file_.Fail("the file ends within a line, expected a line end");
+}
+
+void WordFile::SplitLine()
+{
+  constexpr std::string_view kBlanks = " \t";
+  const std::string_view     text    = file_.Text();
+  numWords_                          = 0;
+  for (std::size_t at = text.find_first_not_of(kBlanks); at != std::string_view::npos && numWords_ < words_.size();) {
+    const std::size_t end = std::min(text.find_first_of(kBlanks, at), text.size());
+    words_[numWords_++]   = text.substr(at, end - at);
+    at                    = text.find_first_not_of(kBlanks, end);
+  }
+}
+
+}  // namespace quilon

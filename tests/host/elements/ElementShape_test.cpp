@@ -1,0 +1,107 @@
+#include "elements/ElementShape.h"
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace quilon::calculix {
+namespace {
+
+using Point = std::array<double, 3>;
+
+/// x^a y^b z^c
+struct Monomial
+{
+  int a, b, c;
+
+  double At(const Point& p) const { return std::pow(p[0], a) * std::pow(p[1], b) * std::pow(p[2], c); }
+  Point  GradientAt(const Point& p) const
+  {
+    return {a == 0 ? 0.0 : a * Monomial{a - 1, b, c}.At(p), b == 0 ? 0.0 : b * Monomial{a, b - 1, c}.At(p),
+            c == 0 ? 0.0 : c * Monomial{a, b, c - 1}.At(p)};
+  }
+};
+
+/// Whether the space of the shape functions holds a monomial.
+bool IsInSpace(ElementShape shape, const Monomial& m)
+{
+  const auto atMost    = [](int power, int limit) { return power <= limit; };
+  const auto nonlinear = [](int power) { return power > 1 ? power : 0; };
+  switch (shape) {
+    case ElementShape::Tet4:
+      return m.a + m.b + m.c <= 1;
+    case ElementShape::Tet10:
+      return m.a + m.b + m.c <= 2;
+    case ElementShape::Wedge6:
+      return m.a + m.b <= 1 && m.c <= 1;
+    case ElementShape::Wedge15:
+      return (m.a + m.b <= 2 && m.c <= 1) || (m.a + m.b <= 1 && m.c == 2);
+    case ElementShape::Brick8:
+      return atMost(m.a, 1) && atMost(m.b, 1) && atMost(m.c, 1);
+    case ElementShape::Brick20:  // powers above one add up to at most two
+      return nonlinear(m.a) + nonlinear(m.b) + nonlinear(m.c) <= 2;
+  }
+  return false;
+}
+
+struct Row
+{
+  ElementShape shape;
+  const char*  name;
+  std::size_t  nodes;
+};
+
+constexpr Row kShapes[] = {{ElementShape::Tet4, "Tet4", 4},     {ElementShape::Tet10, "Tet10", 10},
+                           {ElementShape::Wedge6, "Wedge6", 6}, {ElementShape::Wedge15, "Wedge15", 15},
+                           {ElementShape::Brick8, "Brick8", 8}, {ElementShape::Brick20, "Brick20", 20}};
+
+constexpr Point kPlaces[] = {{0.1, 0.2, 0.3}, {0.25, 0.6, -0.7}, {0.0, 0.0, 0.0}, {0.9, 0.05, 0.01}};
+
+TEST(ElementShape, IsOneAtItsOwnNodeAndZeroAtAllOthers)
+{
+  for (const Row& row : kShapes) {
+    ASSERT_EQ(NumNodes(row.shape), row.nodes) << row.name;
+    std::vector<double> values(row.nodes);
+    std::vector<double> derivatives(3 * row.nodes);
+    for (std::size_t at = 0; at < row.nodes; ++at) {
+      EvaluateShape(row.shape, LocalPosition(row.shape, at), values, derivatives);
+      for (std::size_t n = 0; n < row.nodes; ++n)
+        EXPECT_NEAR(values[n], n == at ? 1.0 : 0.0, 1e-15) << row.name << " function " << n << " at node " << at;
+    }
+  }
+}
+
+// As many monomials as nodes, so values and derivatives are determined by them.
+TEST(ElementShape, ReproducesEveryMonomialOfItsSpaceAndItsGradient)
+{
+  for (const Row& row : kShapes) {
+    std::vector<double> values(row.nodes);
+    std::vector<double> derivatives(3 * row.nodes);
+    std::size_t         numMonomials = 0;
+    for (int power = 0; power < 27; ++power) {
+      const Monomial m{power % 3, power / 3 % 3, power / 9};
+      if (!IsInSpace(row.shape, m)) continue;
+      ++numMonomials;
+      for (const Point& place : kPlaces) {
+        EvaluateShape(row.shape, place, values, derivatives);
+        double value    = 0.0;
+        Point  gradient = {};
+        for (std::size_t n = 0; n < row.nodes; ++n) {
+          const double atNode = m.At(LocalPosition(row.shape, n));
+          value += values[n] * atNode;
+          for (std::size_t k = 0; k < 3; ++k) gradient[k] += derivatives[3 * n + k] * atNode;
+        }
+        const std::string name = row.name + std::string(" x^") + std::to_string(m.a) + " y^" + std::to_string(m.b) +
+                                 " z^" + std::to_string(m.c);
+        EXPECT_NEAR(value, m.At(place), 2e-15) << name;
+        for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(gradient[k], m.GradientAt(place)[k], 4e-15) << name;
+      }
+    }
+    EXPECT_EQ(numMonomials, row.nodes) << row.name;
+  }
+}
+
+}  // namespace
+}  // namespace quilon::calculix

@@ -1,0 +1,245 @@
+#include "forces/ForceBalance.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <QuilonUtilities/FED_Failure.h>
+
+#include "../import/ImportTestSupport.h"
+#include "calculix/deck/DeckModel.h"
+#include "ForceSupport.h"
+#include "import/ResultImport.h"
+#include "LogCapture.h"
+
+namespace quilon::calculix {
+namespace {
+
+using namespace quilon_test;
+
+/// Two cubes under a tension of 3 along x: -3 at each node at x = 0, nothing at x = 2, 3 at x = 4.
+class ForceBalanceTest : public testing::Test
+{
+protected:
+  ForceBalanceTest()
+  {
+    for (const int id : {10, 20}) WriteStress(database_, id, {3, 0, 0, 0, 0, 0});
+  }
+
+  void WriteReactions(std::vector<int> without = {})
+  {
+    for (int node = 1; node <= 12; ++node) {
+      if (std::find(without.begin(), without.end(), node) != without.end()) continue;
+      WriteVector(database_, 511, node, {node <= 4 ? -3.0 : node <= 8 ? 0.0 : 3.0, 0, 0});
+    }
+  }
+
+  ForceBalance Balance(const ForceMesh& mesh)
+  {
+    ElementForces   forces(database_, mesh, 0, "job");
+    const ForceStep step = forces.Calculate(ResultKey(582), false);
+    return CalculateBalance(database_, mesh, step, "job");
+  }
+
+  FED_ResultDatabase database_;
+};
+
+TEST_F(ForceBalanceTest, HoldsWhereForcesAreWhatActs)
+{
+  WriteReactions();
+  const ForceBalance balance = Balance(TwoCubes());
+  EXPECT_EQ(balance.nodes.size(), 12u);
+  EXPECT_LE(balance.largestResidual, 1e-14);
+  EXPECT_NEAR(balance.largestForce, 3.0, 1e-14);
+  for (const double component : balance.total) EXPECT_NEAR(component, 0.0, 1e-13);
+  EXPECT_EQ(balance.numIncomplete, 0u);
+  EXPECT_EQ(balance.numUnknown, 0u);
+}
+
+TEST_F(ForceBalanceTest, HasTheWorstNodesFirst)
+{
+  WriteReactions();
+  WriteVector(database_, 511, 6, {0.5, 0, 0});
+  WriteVector(database_, 511, 11, {3, -2, 0});
+  WriteVector(database_, 511, 3, {-3, 0, 0.5});
+  const ForceBalance balance = Balance(TwoCubes());
+  ASSERT_GE(balance.nodes.size(), 3u);
+  EXPECT_EQ(balance.nodes[0].node, 11);
+  EXPECT_EQ(balance.nodes[1].node, 3);
+  EXPECT_EQ(balance.nodes[2].node, 6);
+  EXPECT_NEAR(balance.nodes[0].residual[1], 2.0, 1e-14);
+  EXPECT_EQ(balance.nodes[0].external, (Vector{3, -2, 0}));
+  EXPECT_NEAR(balance.nodes[0].elements[0], 3.0, 1e-14);
+  EXPECT_NEAR(balance.nodes[2].residual[0], -0.5, 1e-14);
+  EXPECT_NEAR(balance.largestResidual, 2.0, 1e-14);
+}
+
+TEST_F(ForceBalanceTest, JudgesNoNodeOfAnElementWithoutForces)
+{
+  WriteReactions();
+  ForceMesh mesh = TwoCubes();
+  AddElement(mesh, 30, "SPRINGA", 0, {9, 3});
+  const ForceBalance balance = Balance(mesh);
+  EXPECT_EQ(balance.nodes.size(), 10u);
+  EXPECT_EQ(balance.numIncomplete, 2u);
+  for (const NodeBalance& node : balance.nodes) EXPECT_TRUE(node.node != 9 && node.node != 3);
+}
+
+TEST_F(ForceBalanceTest, CountsNodesOfWhichNothingIsKnown)
+{
+  WriteReactions({2, 7, 12});
+  WriteVector(database_, 511, 500, {1e6, 0, 0});  // of a node without elements: it is not judged
+  const ForceBalance balance = Balance(TwoCubes());
+  EXPECT_EQ(balance.nodes.size(), 9u);
+  EXPECT_EQ(balance.numUnknown, 3u);
+  EXPECT_NEAR(balance.largestForce, 3.0, 1e-14);
+}
+
+TEST_F(ForceBalanceTest, IsNoneWithoutANodeToJudge)
+{
+  WriteVector(database_, 511, 500, {1, 0, 0});
+  ForceMesh mesh = TwoCubes();
+  AddElement(mesh, 30, "SPRINGA", 0, {9, 3});
+  try {
+    Balance(mesh);
+    FAIL();
+  } catch (const FED_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(),
+              "job: no node to judge in 580@it=0,an=1,lc=1,sub=1, 2 nodes of elements without forces, 10 nodes without "
+              "RF");
+  }
+}
+
+TEST_F(ForceBalanceTest, IsWorstWhereANaNStands)
+{
+  WriteReactions();
+  WriteVector(database_, 511, 1, {1000, 0, 0});
+  WriteVector(database_, 511, 8, {0, std::nan(""), 0});
+  const ForceBalance balance = Balance(TwoCubes());
+  EXPECT_EQ(balance.nodes.front().node, 8);
+  EXPECT_EQ(balance.largestResidual, std::numeric_limits<double>::infinity());
+  EXPECT_EQ(balance.largestForce, 1000.0);
+}
+
+TEST_F(ForceBalanceTest, NeedsReactions)
+{
+  try {
+    Balance(TwoCubes());
+    FAIL();
+  } catch (const FED_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(),
+              "job: no reactions 511@it=0,an=1,lc=1,sub=1, expected RF of the solver for a balance");
+  }
+}
+
+void ExpectNear(const Vector& actual, const Vector& expected, double tolerance)
+{
+  for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(actual[k], expected[k], tolerance) << "component " << k;
+}
+
+class FreeBodyTest : public ForceBalanceTest
+{
+protected:
+  FreeBody Cut(const ForceMesh& mesh, const std::set<int>& part, const Vector& about = {})
+  {
+    ElementForces   forces(database_, mesh, 0, "job");
+    const ForceStep step = forces.Calculate(ResultKey(582), false);
+    return CalculateFreeBody(database_, mesh, step, part, about, "job");
+  }
+
+  std::string FailureOf(const ForceMesh& mesh, const std::set<int>& part)
+  {
+    try {
+      Cut(mesh, part);
+    } catch (const FED_Failure& failure) {
+      return failure.GetMessage();
+    }
+    return "";
+  }
+};
+
+// The right cube is pulled to the left by 12 at the middle of the cut, (2, 1, 1).
+TEST_F(FreeBodyTest, HasWhatTheRestExertsAtTheCut)
+{
+  const FreeBody body = Cut(TwoCubes(), {20});
+  EXPECT_EQ(body.cut.numNodes, 4u);
+  EXPECT_EQ(body.other.numNodes, 4u);
+  EXPECT_EQ(body.sum.numNodes, 8u);
+  ExpectNear(body.cut.force, {-12, 0, 0}, 1e-13);
+  ExpectNear(body.cut.moment, {0, -12, 12}, 1e-13);
+  ExpectNear(body.other.force, {12, 0, 0}, 1e-13);
+  ExpectNear(body.other.moment, {0, 12, -12}, 1e-13);
+  ExpectNear(body.sum.force, {0, 0, 0}, 1e-13);
+  ExpectNear(body.sum.moment, {0, 0, 0}, 1e-13);
+}
+
+TEST_F(FreeBodyTest, HasNoMomentAboutTheMiddleOfItsCut)
+{
+  const FreeBody body = Cut(TwoCubes(), {20}, {-7, 1, 1});
+  ExpectNear(body.cut.force, {-12, 0, 0}, 1e-13);
+  ExpectNear(body.cut.moment, {0, 0, 0}, 1e-12);
+}
+
+TEST_F(FreeBodyTest, OfTheWholeModelHasNoCut)
+{
+  const FreeBody body = Cut(TwoCubes(), {10, 20});
+  EXPECT_EQ(body.cut.numNodes, 0u);
+  EXPECT_EQ(body.other.numNodes, 12u);
+  ExpectNear(body.other.force, {0, 0, 0}, 1e-13);
+}
+
+// What an element without forces shares with the part is cut, too.
+TEST_F(FreeBodyTest, IsCutFromElementsWithoutForces)
+{
+  ForceMesh mesh = TwoCubes();
+  AddElement(mesh, 30, "SPRINGA", 0, {9, 3});
+  EXPECT_EQ(Cut(mesh, {20}).cut.numNodes, 5u);
+}
+
+TEST_F(FreeBodyTest, NeedsForcesOfAllItsElements)
+{
+  ForceMesh mesh = TwoCubes();
+  AddElement(mesh, 30, "SPRINGA", 0, {9, 3});
+  AddElement(mesh, 31, "SPRINGA", 0, {9, 4});
+  EXPECT_EQ(FailureOf(mesh, {20, 30, 31}),
+            "job: no forces of 2 elements of the part in 580@it=0,an=1,lc=1,sub=1: 30-31, expected forces of all");
+  EXPECT_EQ(FailureOf(mesh, {20, 21}), "job: no element 21 in the mesh");
+}
+
+// The bar's end carries a pull of 1.5 on a face of 8 and three forces, see its deck. Loads and their moments about the
+// origin, by hand: force (12, 6, -5), moment (0, 12, -24) + (0, 0, 120) + (-6, 0, 120) + (-20, 200, 0).
+TEST(FreeBodyOfTheBar, CarriesTheLoadsOfItsEndThroughTheCut)
+{
+  LogCapture         log;
+  FED_ResultDatabase database;
+  ImportResults({Fixture("forces/bar.dat")}, database, {});
+  const DeckModel deck = ReadDeckModel(Fixture("forces/bar.inp"));
+  const ForceMesh mesh = MakeForceMesh(deck);
+  ElementForces   forces(database, mesh, 0, "bar");
+  const ForceStep step = forces.Calculate(ResultKey(582), false);
+  const DeckSet*  set  = deck.FindElementSet("ETIP");
+  ASSERT_NE(set, nullptr);
+  const std::set<int> part(set->ids.begin(), set->ids.end());
+
+  // Seven digits of stresses up to 10 on faces of 8, at arms of 40.
+  const double   force  = 2e-5;
+  const double   moment = 8e-4;
+  const FreeBody origin = CalculateFreeBody(database, mesh, step, part, {0, 0, 0}, "bar");
+  EXPECT_EQ(origin.cut.numNodes, 4u);
+  ExpectNear(origin.cut.force, {-12, -6, 5}, force);
+  ExpectNear(origin.cut.moment, {26, -212, -216}, moment);
+  ExpectNear(origin.other.force, {12, 6, -5}, force);
+  ExpectNear(origin.other.moment, {-26, 212, 216}, moment);
+
+  // About the middle of the cut, (20, 2, 1): less (20, 2, 1) x (12, 6, -5) = (-16, 112, 96).
+  const FreeBody middle = CalculateFreeBody(database, mesh, step, part, {20, 2, 1}, "bar");
+  ExpectNear(middle.cut.moment, {10, -100, -120}, moment);
+  ExpectNear(middle.other.moment, {-10, 100, 120}, moment);
+}
+
+}  // namespace
+}  // namespace quilon::calculix

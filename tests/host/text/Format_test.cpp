@@ -1,0 +1,76 @@
+#include "text/Format.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace quilon;
+
+TEST(Format, NumbersAreShortestAndReadBack)
+{
+  EXPECT_EQ(FormatNumber(0.1), "0.1");
+  EXPECT_EQ(FormatNumber(1.0), "1");
+  EXPECT_EQ(FormatNumber(-0.0), "-0");
+  EXPECT_EQ(FormatNumber(1e300), "1e+300");
+  EXPECT_EQ(FormatNumber(0.1F), "0.1");
+  for (const double value : {1.0 / 3.0, 5e-324, std::numeric_limits<double>::max(), -2.7182818284590452})
+    EXPECT_EQ(std::strtod(FormatNumber(value).c_str(), nullptr), value);
+}
+
+TEST(Format, WhatIsNoNumberHasAName)
+{
+  EXPECT_EQ(FormatNumber(std::nan("")), "nan");
+  EXPECT_EQ(FormatNumber(-std::nan("")), "nan");
+  EXPECT_EQ(FormatNumber(std::numeric_limits<double>::infinity()), "inf");
+  EXPECT_EQ(FormatNumber(-std::numeric_limits<double>::infinity()), "-inf");
+}
+
+TEST(Format, RoundedNumbersHaveSixDigits)
+{
+  EXPECT_EQ(FormatRounded(9.985667497229368), "9.98567");
+  EXPECT_EQ(FormatRounded(-1.0 / 3.0 * 1e-9), "-3.33333e-10");
+  EXPECT_EQ(FormatRounded(4.0), "4");
+  EXPECT_EQ(FormatRounded(-std::nan("")), "nan");
+  EXPECT_EQ(FormatRounded(-std::numeric_limits<double>::infinity()), "-inf");
+}
+
+TEST(Format, BytesHaveTwoDigitsOrMore)
+{
+  EXPECT_EQ(FormatBytes(0), "0 B");
+  EXPECT_EQ(FormatBytes(1023), "1023 B");
+  EXPECT_EQ(FormatBytes(1024), "1.0 KiB");
+  EXPECT_EQ(FormatBytes(1843), "1.8 KiB");
+  EXPECT_EQ(FormatBytes(10 * 1024), "10 KiB");
+  EXPECT_EQ(FormatBytes(1024 * 1024 - 1), "1.0 MiB");
+  EXPECT_EQ(FormatBytes(std::size_t{3} << 30U), "3.0 GiB");
+}
+
+TEST(Format, CountsHaveTheirPlural)
+{
+  EXPECT_EQ(Counted(0, "block"), "0 blocks");
+  EXPECT_EQ(Counted(1, "block"), "1 block");
+  EXPECT_EQ(Counted(2, "block"), "2 blocks");
+}
+
+TEST(Format, IdsBecomeRanges)
+{
+  EXPECT_EQ(FormatIds({}), "");
+  EXPECT_EQ(FormatIds({7}), "7");
+  EXPECT_EQ(FormatIds({7, 8}), "7-8");
+  EXPECT_EQ(FormatIds({1, 2, 3, 5, 7, 8}), "1-3, 5, 7-8");
+  EXPECT_EQ(FormatIds({-2147483647 - 1, 2147483646, 2147483647}), "-2147483648, 2147483646-2147483647");
+  EXPECT_EQ(FormatIds({1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23}), "1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23");
+  EXPECT_EQ(FormatIds({1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27}),
+            "1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, ...");
+}
+
+TEST(Format, ControlCharactersBecomeQuestionMarks)
+{
+  EXPECT_EQ(Printable("a\x1b[1m\n\x7f\xc3\xa4"), "a?[1m??\xc3\xa4");
+}
+
+}  // namespace

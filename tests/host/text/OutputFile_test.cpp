@@ -1,0 +1,109 @@
+#include "text/OutputFile.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "QuilonUtilities/FED_Failure.h"
+#include "TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using quilon::OutputFile;
+
+std::string ReadAll(const fs::path& path)
+{
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+void Publish(const fs::path& path, const std::string& text)
+{
+  OutputFile file(path);
+  file.Write(text);
+  file.Publish();
+}
+
+std::string FailureOf(const fs::path& path, const std::string& text)
+{
+  try {
+    Publish(path, text);
+  } catch (const FED_Failure& failure) {
+    return failure.GetMessage();
+  }
+  return {};
+}
+
+class OutputFileTest : public testing::Test
+{
+protected:
+  std::ptrdiff_t CountFiles() const
+  {
+    return std::distance(fs::directory_iterator(folder_.GetPath()), fs::directory_iterator());
+  }
+
+  quilon_test::TempFolder folder_;
+  fs::path                path_ = folder_ / "out.txt";
+};
+
+TEST_F(OutputFileTest, TakesItsPlaceWhenItIsPublished)
+{
+  std::ofstream(path_) << "old";
+  OutputFile file(path_);
+  file.Write("new");
+  EXPECT_EQ(ReadAll(path_), "old");
+  file.Publish();
+  EXPECT_EQ(ReadAll(path_), "new");
+  EXPECT_EQ(CountFiles(), 1);
+}
+
+TEST_F(OutputFileTest, WithoutPublicationLeavesNothing)
+{
+  OutputFile(path_).Write("text");
+  EXPECT_EQ(CountFiles(), 0);
+}
+
+TEST_F(OutputFileTest, ALinkStaysALinkToTheFileThatIsReplaced)
+{
+  fs::create_directory(folder_ / "sub");
+  fs::create_symlink("sub/real.txt", folder_ / "second");
+  fs::create_symlink("second", path_);
+  std::ofstream(folder_ / "sub" / "real.txt") << "old";
+  Publish(path_, "text");
+  EXPECT_TRUE(fs::is_symlink(path_));
+  EXPECT_EQ(ReadAll(folder_ / "sub" / "real.txt"), "text");
+  EXPECT_EQ(CountFiles(), 3);
+}
+
+TEST_F(OutputFileTest, APipeIsWrittenTo)
+{
+  ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+  const int reader = open(path_.c_str(), O_RDONLY | O_NONBLOCK);
+  Publish(path_, "text");
+  char buffer[8] = {};
+  EXPECT_EQ(read(reader, buffer, sizeof buffer), 4);
+  EXPECT_EQ(std::string(buffer), "text");
+  EXPECT_TRUE(fs::is_fifo(path_));
+  close(reader);
+}
+
+TEST_F(OutputFileTest, WhatCannotBeWrittenIsNamed)
+{
+  const std::string expected = ": expected a file that can be written";
+  fs::create_symlink("/dev/full", path_);
+  EXPECT_EQ(FailureOf(path_, "text"), path_.string() + expected);
+  const fs::path lost = folder_ / "none" / "out.txt";
+  EXPECT_EQ(FailureOf(lost, "text"), lost.string() + expected);
+  EXPECT_EQ(FailureOf(folder_.GetPath(), "text"),
+            folder_.GetPath().string() + ": expected a file to write, found a folder");
+}
+
+}  // namespace
