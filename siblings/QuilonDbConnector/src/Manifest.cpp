@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "Checksum.h"
-#include "StoreFile.h"
+#include "bundled/StoreFile.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "ChunkStore.h"
 #include "Manifest.h"
 #include "SegmentIndex.h"
-#include "StoreFile.h"
+#include "bundled/StoreFile.h"
 
 /// A whole segment whose file is open. Its rows stay readable when the file is removed meanwhile.
 class Segment

@@ -8,7 +8,7 @@
 
 #include "Checksum.h"
 #include "KeyTable.h"
-#include "StoreFile.h"
+#include "bundled/StoreFile.h"
 
 // Numbers are stored with the least byte first, whatever the machine: every one goes through Put() or Take(). Only
 // columns, keys and ids are stored as they lie in memory.

@@ -14,7 +14,7 @@
 #  include <H5FDdevelop.h>
 #endif
 
-#include "StoreFile.h"
+#include "bundled/StoreFile.h"
 
 /// What HDF5 wrote of a file, in pages. All other bytes are zeros.
 class FileImage

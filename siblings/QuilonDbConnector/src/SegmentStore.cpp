@@ -296,11 +296,9 @@ void SegmentStore::CreateEmpty()
       ThrowFileFailure(folder_, "cannot create a database: the folder is not empty, it has \"" + name + "\"");
   }
   LockFolder();
-  std::error_code       error;
-  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
-  error                        = files_->Open(GetManifestPath(folder_), FED_FileLayer::Read, handle);
-  if (!error) {
-    files_->Close(handle);
+  FED_FileStatus manifest;
+  RequireSuccess(files_->GetStatus(GetManifestPath(folder_), manifest), GetManifestPath(folder_), "look at");
+  if (manifest.kind != FED_FileStatus::Nothing) {
     isInManifest_ = true;
     ThrowFileFailure(folder_, "cannot create a database: there is one already");
   }
@@ -313,7 +311,7 @@ void SegmentStore::LockFolder()
   FED_FileLayer::Handle       handle = FED_FileLayer::kNoHandle;
   const std::error_code       error  = files_->Lock(path, handle);
   if (error == std::errc::resource_unavailable_try_again)
-    ThrowFileFailure(folder_, "another writer has the database open");
+    ThrowLocked(*files_, path, folder_, "another writer has the database open");
   RequireSuccess(error, path, "lock");
   lock_     = StoreFile(*files_, path, handle);
   isWriter_ = true;
@@ -432,15 +430,17 @@ void SegmentStore::ReplaceManifest(const Manifest& manifest)
 {
   const std::filesystem::path path = folder_ / kNewManifestName;
   const std::string           text = EncodeManifest(manifest);
-  StoreFile                   file(*files_, path, FED_FileLayer::Create);
+  FED_FileStatus              former;
+  RequireSuccess(files_->GetStatus(GetManifestPath(folder_), former), GetManifestPath(folder_), "look at");
+  StoreFile file(*files_, path, former);
   file.WriteAt(0, text.data(), text.size());
   file.Flush();
   file.Close();
   RequireSuccess(files_->FlushFolder(folder_), folder_, "flush");
   if (!isInManifest_) RequireSuccess(files_->FlushFolder(GetFolderAbove(folder_)), GetFolderAbove(folder_), "flush");
-  isUncertain_ = true;
-  RequireSuccess(files_->Rename(path, GetManifestPath(folder_)), GetManifestPath(folder_), "replace");
-  RequireSuccess(files_->FlushFolder(folder_), folder_, "flush");
+  ReplaceFile(*files_, path, GetManifestPath(folder_), isUncertain_);
+  if (const std::error_code error = files_->FlushFolder(folder_))
+    ThrowFileFailure(folder_, "cannot flush: " + error.message() + "; the commit may be in force all the same");
   isUncertain_ = false;
 }
 

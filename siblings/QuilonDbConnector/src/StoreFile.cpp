@@ -1,4 +1,4 @@
-#include "StoreFile.h"
+#include "bundled/StoreFile.h"
 
 #include <utility>
 
@@ -20,10 +20,40 @@ void RequireSuccess(const std::error_code& error, const std::filesystem::path& p
   if (error) ThrowFileFailure(path, std::string("cannot ") + action + ": " + error.message());
 }
 
+void ThrowLocked(FED_FileLayer& files, const std::filesystem::path& path, const std::filesystem::path& folder,
+                 const std::string& text)
+{
+  const std::string holder = files.FindLockHolder(path);
+  ThrowFileFailure(folder, holder.empty() ? text : text + " (" + holder + ')');
+}
+
+void ReplaceFile(FED_FileLayer& files, const std::filesystem::path& from, const std::filesystem::path& to,
+                 bool& isInDoubt)
+{
+  isInDoubt = false;
+  FED_FileStatus finished;
+  RequireSuccess(files.GetStatus(from, finished), from, "look at");
+  isInDoubt                   = true;
+  const std::error_code error = files.Rename(from, to);
+  if (!error) return;
+  FED_FileStatus now;
+  if (!files.GetStatus(from, now) && now.kind == FED_FileStatus::File && now.number == finished.number)
+    isInDoubt = false;
+  RequireSuccess(error, to, "replace");
+}
+
 StoreFile::StoreFile(FED_FileLayer& files, std::filesystem::path path, FED_FileLayer::Mode mode)
     : files_(&files), path_(std::move(path))
 {
-  RequireSuccess(files.Open(path_, mode, handle_), path_, mode == FED_FileLayer::Create ? "create" : "open");
+  RequireSuccess(files.Open(path_, mode, handle_), path_, mode == FED_FileLayer::Read ? "open" : "create");
+}
+
+StoreFile::StoreFile(FED_FileLayer& files, std::filesystem::path path, const FED_FileStatus& replaced)
+    : StoreFile(files, std::move(path),
+                replaced.kind == FED_FileStatus::File ? FED_FileLayer::CreatePrivate : FED_FileLayer::Create)
+{
+  if (replaced.kind == FED_FileStatus::File)
+    RequireSuccess(files.SetPermissions(handle_, replaced.permissions), path_, "set the permissions");
 }
 
 StoreFile::StoreFile(FED_FileLayer& files, std::filesystem::path path, FED_FileLayer::Handle handle) noexcept
@@ -53,6 +83,13 @@ std::uint64_t StoreFile::GetSize() const
   std::uint64_t size = 0;
   RequireSuccess(files_->GetSize(handle_, size), path_, "tell the size");
   return size;
+}
+
+FED_FileStatus StoreFile::GetStatus() const
+{
+  FED_FileStatus status;
+  RequireSuccess(files_->GetStatus(handle_, status), path_, "look at");
+  return status;
 }
 
 void StoreFile::ReadAt(std::uint64_t offset, void* bytes, std::size_t count) const

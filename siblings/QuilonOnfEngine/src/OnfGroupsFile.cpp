@@ -3,6 +3,8 @@
 #include <filesystem>
 
 #include "bundled/NativePath.h"
+#include "bundled/OnfFileLayer.h"
+#include "file_text.h"
 #include "groups_text.h"
 #include "text_cursor.h"
 
@@ -11,7 +13,7 @@ OnfGroupsFile::OnfGroupsFile() = default;
 OnfGroupsFile::OnfGroupsFile(const std::wstring& path)
 {
   const std::filesystem::path file = NativePath(path);
-  const FileText              text = ReadFileText(file);
+  const FileText              text = ReadFileText(OnfFileLayer::Get(), file);
   TextCursor                  in(DisplayPath(file), {text.bytes.get(), text.size});
   groups_ = ReadGroups(in);
 }

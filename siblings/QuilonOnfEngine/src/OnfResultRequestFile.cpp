@@ -10,6 +10,8 @@
 
 #include "bundled/NativePath.h"
 #include "bundled/OnfCatalogue.h"
+#include "bundled/OnfFileLayer.h"
+#include "file_text.h"
 #include "text_cursor.h"
 
 namespace {
@@ -77,7 +79,7 @@ OnfResultRequestFile::OnfResultRequestFile() = default;
 OnfResultRequestFile::OnfResultRequestFile(const std::wstring& path)
 {
   const std::filesystem::path file = NativePath(path);
-  const FileText              text = ReadFileText(file);
+  const FileText              text = ReadFileText(OnfFileLayer::Get(), file);
   TextCursor                  in(DisplayPath(file), {text.bytes.get(), text.size});
   while (!in.AtEnd()) {
     std::string_view line = in.ReadRestOfLine();

@@ -4,7 +4,7 @@
 
 #include "block_file.h"
 #include "bundled/FED_ColumnDataBlock.h"
-#include "disk.h"
+#include "bundled/OnfFileLayer.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "text_folder.h"
 
@@ -29,8 +29,20 @@ void AddNames(const OnfTextExport::Block& block, UserKindNames& names)
 
 }  // namespace
 
-void OnfTextExport::Publish(const std::filesystem::path& folder, const std::vector<Block>& blocks,
-                            const std::function<void(std::size_t)>& onBlock)
+class OnfTextExport::Writer::Implementation : public TextFolderWriter
+{
+public:
+  using TextFolderWriter::TextFolderWriter;
+};
+
+OnfTextExport::Writer::Writer(const std::filesystem::path& folder, FED_FileLayer* files)
+    : implementation_(std::make_unique<Implementation>(folder, files != nullptr ? *files : OnfFileLayer::Get()))
+{}
+
+OnfTextExport::Writer::~Writer() = default;
+
+void OnfTextExport::Writer::Publish(const std::vector<Block>& blocks, const std::function<void(std::size_t)>& onBlock,
+                                    Others others)
 {
   std::vector<NewBlock> newBlocks;
   UserKindNames         names;
@@ -43,6 +55,11 @@ void OnfTextExport::Publish(const std::filesystem::path& folder, const std::vect
                                       out);
                          }});
   }
-  Disk disk;
-  PublishBlocks(folder, newBlocks, names, disk);
+  implementation_->Publish(newBlocks, names, others == OthersGo ? OtherBlocks::Go : OtherBlocks::Stay);
+}
+
+void OnfTextExport::Publish(const std::filesystem::path& folder, const std::vector<Block>& blocks,
+                            const std::function<void(std::size_t)>& onBlock)
+{
+  Writer(folder).Publish(blocks, onBlock);
 }

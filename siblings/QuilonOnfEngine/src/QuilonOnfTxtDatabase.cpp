@@ -9,7 +9,8 @@
 #include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/FED_ResultDatabase.h"
 #include "bundled/NativePath.h"
-#include "disk.h"
+#include "bundled/OnfFileLayer.h"
+#include "file_text.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "text_cursor.h"
 #include "text_folder.h"
@@ -48,7 +49,9 @@ void CopyIds(const FED_IdMapsPool& source, FED_IdMapsPool& target)
 class QuilonOnfTxtDatabase::Implementation
 {
 public:
-  Implementation(const std::wstring& path, FED_Database& owner) : folder_(NativePath(path)), blockSet_(owner) {}
+  Implementation(const std::wstring& path, FED_Database& owner)
+      : folder_(NativePath(path)), files_(OnfFileLayer::Get()), blockSet_(owner)
+  {}
 
   bool                    IsOpen() const noexcept { return state_ != State::Closed; }
   const FED_DataBlockSet& GetBlockSet() const noexcept { return blockSet_; }
@@ -60,10 +63,10 @@ public:
     auto        store = std::make_unique<FED_ResultDatabase>();
     switch (mode) {
       case FED_DatabaseDefs::ReadAccess:
-        folderState = ReadFolder(folder_);
+        folderState = ReadFolder(files_, folder_);
         break;
       case FED_DatabaseDefs::WriteAccess:
-        ReadFolderToWrite(folder_);
+        ReadFolderToWrite(files_, folder_);
         break;
       default:
         Fail("access mode is " + std::to_string(static_cast<int>(mode)) + ", expected 0 to read or 1 to write");
@@ -144,24 +147,20 @@ private:
   }
 
   /// The text of a block's file in the state that the database was opened in.
-  std::pair<std::filesystem::path, FileText> FindBlockText(const FolderBlock& file) const
+  std::pair<std::filesystem::path, FileText> FindBlockText(const FolderBlock& block) const
   {
-    const std::vector<std::filesystem::path> paths = GetBlockPaths(folder_, file.fileName);
-    std::optional<FileText>                  text;
-    std::filesystem::path                    found = paths.front();
-    for (const std::filesystem::path& path : paths) {
-      if (text) break;
-      found = path;
-      text  = FindFileText(path);
-    }
-    // The stamp is taken behind the bytes, so that a file that was replaced at any time since is found out; a file that
-    // only moves keeps it.
-    std::optional<FileStamp> stamp;
+    const std::vector<std::filesystem::path> paths = GetBlockPaths(folder_, block.fileName);
+    std::optional<StoreFile>                 file;
     for (const std::filesystem::path& path : paths)
-      if (!stamp) stamp = FindFileStamp(path);
-    if (!text || stamp != file.stamp)
-      throw FED_Failure(DisplayPath(found) + ": has changed since the database was opened", kTag);
-    return {found, std::move(*text)};
+      if (!file) file = FindFile(files_, path);
+    // A file that only moves keeps its stamp. One that is edited under the reader is found out behind the last byte.
+    const FileStamp stamp = GetStamp(block.status);
+    if (file && GetStamp(file->GetStatus()) == stamp) {
+      FileText text = ReadAllOf(*file);
+      if (GetStamp(file->GetStatus()) == stamp) return {file->GetPath(), std::move(text)};
+    }
+    throw FED_Failure(
+        DisplayPath(file ? file->GetPath() : paths.back()) + ": has changed since the database was opened", kTag);
   }
 
   void LoadFile(const FED_DataDescriptor& descriptor, const FolderBlock& file)
@@ -186,11 +185,11 @@ private:
       blocks.push_back({block->GetDescriptor(), [this, block](TextOutput& out) {
                           WriteBlock(dynamic_cast<const FED_ColumnDataBlock&>(*block), store_->GetIdMapsPool(), out);
                         }});
-    Disk disk;
-    PublishBlocks(folder_, blocks, newNames_, disk);
+    TextFolderWriter(folder_, files_).Publish(blocks, newNames_);
   }
 
   std::filesystem::path                     folder_;
+  FED_FileLayer&                            files_;
   FED_DataBlockSet                          blockSet_;
   State                                     state_ = State::Closed;
   std::unique_ptr<FED_ResultDatabase>       store_;     ///< stays behind Release() for those who hold blocks

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <fstream>
 #include <limits>
 #include <type_traits>
 
@@ -42,34 +41,6 @@ std::string DisplayPath(const std::filesystem::path& path)
 {
   const std::u8string utf8 = path.generic_u8string();
   return {utf8.begin(), utf8.end()};
-}
-
-FileText ReadFileText(const std::filesystem::path& path)
-{
-  std::optional<FileText> text = FindFileText(path);
-  std::error_code         error;
-  if (!text)
-    throw FED_Failure(DisplayPath(path) + (std::filesystem::exists(path, error) ? ": no plain file" : ": no such file"),
-                      kTag);
-  return std::move(*text);
-}
-
-std::optional<FileText> FindFileText(const std::filesystem::path& path)
-{
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
-  std::ifstream in(path, std::ios::binary | std::ios::ate);
-  if (!in && !std::filesystem::exists(path, error)) return std::nullopt;  // moved away in between
-  FileText text;
-  if (in) {
-    text.size = static_cast<std::size_t>(in.tellg());
-    // Not a vector: filling a hundred megabytes with zeros first takes as long as reading them.
-    text.bytes = std::make_unique_for_overwrite<char[]>(text.size);
-    in.seekg(0);
-    in.read(text.bytes.get(), static_cast<std::streamsize>(text.size));
-  }
-  if (!in) throw FED_Failure(DisplayPath(path) + ": cannot be read", kTag);
-  return text;
 }
 
 TextCursor::TextCursor(std::string fileName, std::string_view text)

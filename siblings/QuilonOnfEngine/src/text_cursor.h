@@ -6,24 +6,9 @@
 #include <charconv>
 #include <cstddef>
 #include <filesystem>
-#include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
-
-/// The bytes of a file.
-struct FileText
-{
-  std::unique_ptr<char[]> bytes;
-  std::size_t             size = 0;
-};
-
-/// @throws FED_Failure that names the file when it cannot be read or is no plain file (a pipe would never end)
-FileText ReadFileText(const std::filesystem::path& path);
-/// @return nothing when the path names no plain file
-/// @throws FED_Failure when there is one that cannot be read
-std::optional<FileText> FindFileText(const std::filesystem::path& path);
 
 /// @return the path for messages, UTF-8 with '/' between folders
 std::string DisplayPath(const std::filesystem::path& path);

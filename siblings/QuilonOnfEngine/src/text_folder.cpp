@@ -1,7 +1,6 @@
 #include "text_folder.h"
 
 #include <algorithm>
-#include <fstream>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -16,6 +15,13 @@
 
 namespace fs = std::filesystem;
 
+/// What the file `index` says.
+struct FolderIndex
+{
+  UserKindNames            userKindNames;
+  std::vector<std::string> files;
+};
+
 namespace {
 
 constexpr const char* kTag            = "|%P|QuilonOnfEngine|text_folder";
@@ -29,12 +35,10 @@ constexpr const char* kBlockExtension = ".onf";
 constexpr const char* kNewExtension   = ".new";
 constexpr const char* kNewBlockEnding = ".onf.new";
 
-/// What the file `index` says.
-struct FolderIndex
-{
-  UserKindNames            userKindNames;
-  std::vector<std::string> files;
-};
+/// So many files are flushed one by one; more of them with all that the disk has not written yet, in one call for each
+/// four thousand: 10,000 files took 50 s one by one. In portions, so that an interrupt is not kept waiting.
+constexpr std::size_t kFlushedOneByOne = 16;
+constexpr std::size_t kFlushedAtOnce   = 4096;
 
 bool EndsWith(std::string_view text, std::string_view ending)
 {
@@ -100,11 +104,10 @@ std::vector<std::string> ReadFileNames(TextCursor& in)
   return files;
 }
 
-FolderIndex ReadIndex(const fs::path& folder)
+FolderIndex ReadIndex(const StoreFile& file)
 {
-  const fs::path path = folder / kIndexName;
-  const FileText text = ReadFileText(path);
-  TextCursor     in(DisplayPath(path), {text.bytes.get(), text.size});
+  const FileText text = ReadAllOf(file);
+  TextCursor     in(DisplayPath(file.GetPath()), {text.bytes.get(), text.size});
   FolderIndex    index;
   ReadVersion(in, kVersionKey, kVersion);
   index.userKindNames = ReadUserKindNames(in);
@@ -124,173 +127,256 @@ std::string FormatIndex(const FolderIndex& index)
   return text;
 }
 
-/// The first lines of a file, to the last one of a block's header; nothing when the file is not there.
-std::optional<std::string> FindHeaderText(const fs::path& path)
+/// The first lines of a file, to the last one of a block's header.
+std::string ReadHeaderText(const StoreFile& file, std::uint64_t size)
 {
   // Beyond this no header is whole: it has a line for each index and four more.
-  constexpr int kMaxLines = 32;
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return std::nullopt;
-  std::string text;
-  std::string line;
-  for (int i = 0; i < kMaxLines && std::getline(in, line); ++i) {
-    text += line;
-    if (!in.eof()) text += '\n';
-    if (line.rfind("records:", 0) == 0) break;
+  constexpr int         kMaxLines = 32;
+  constexpr std::size_t kPiece    = 1024;
+  std::string           text;
+  std::size_t           lineStart = 0;
+  for (int line = 0; line < kMaxLines;) {
+    const std::size_t lineEnd = text.find('\n', lineStart);
+    if (lineEnd != std::string::npos) {
+      const bool isLast = text.compare(lineStart, 8, "records:") == 0;
+      lineStart         = lineEnd + 1;
+      if (isLast) break;
+      ++line;
+      continue;
+    }
+    const std::size_t have = text.size();
+    if (have == size) return text;
+    const auto more = static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, size - have));
+    text.resize(have + more);
+    file.ReadAt(have, text.data() + have, more);
   }
+  text.resize(lineStart);
   return text;
 }
 
 /// A block's file as the folder has it now, and its header.
 struct FoundBlock
 {
-  fs::path    path;
-  FileStamp   stamp;
-  std::string headerText;
+  fs::path       path;
+  FED_FileStatus status;
+  std::string    headerText;
 };
 
-FoundBlock FindBlock(const fs::path& folder, const std::string& fileName)
+FoundBlock FindBlock(FED_FileLayer& files, const fs::path& folder, const std::string& fileName)
 {
   const std::vector<fs::path> paths = GetBlockPaths(folder, fileName);
   for (const fs::path& path : paths) {
-    const std::optional<FileStamp> stamp = FindFileStamp(path);
-    if (!stamp) continue;
-    std::optional<std::string> text = FindHeaderText(path);
-    if (text) return {path, *stamp, std::move(*text)};
+    const std::optional<StoreFile> file = FindFile(files, path);
+    if (!file) continue;
+    const FED_FileStatus status = file->GetStatus();
+    return {path, status, ReadHeaderText(*file, status.size)};
   }
   throw FED_Failure(DisplayPath(paths.back()) + ": no such file, but the index names it", kTag);
 }
 
-FolderState ReadFolderOnce(const fs::path& folder)
+FolderState ReadFolderOnce(FED_FileLayer& files, const fs::path& folder, const StoreFile& indexFile)
 {
-  FolderIndex index = ReadIndex(folder);
+  FolderIndex index = ReadIndex(indexFile);
   FolderState state;
   state.userKindNames = std::move(index.userKindNames);
   for (std::string& file : index.files) {
-    const FoundBlock  found = FindBlock(folder, file);
+    const FoundBlock  found = FindBlock(files, folder, file);
     TextCursor        in(DisplayPath(found.path), found.headerText);
     const BlockHeader header     = ReadBlockHeader(in);
-    const auto [position, isNew] = state.blocks.emplace(header.descriptor, FolderBlock{std::move(file), found.stamp});
+    const auto [position, isNew] = state.blocks.emplace(header.descriptor, FolderBlock{std::move(file), found.status});
     if (!isNew) throw FED_Failure(DisplayPath(found.path) + ": has the same key as " + position->second.fileName, kTag);
   }
   return state;
 }
 
-void RequireFolderOrNothing(const fs::path& path)
+/// @return whether a folder is there
+bool RequireFolderOrNothing(FED_FileLayer& files, const fs::path& path)
 {
-  std::error_code error;
-  if (fs::exists(path, error) && !fs::is_directory(path, error))
+  const FED_FileStatus::Kind kind = GetFileStatus(files, path).kind;
+  if (kind != FED_FileStatus::Nothing && kind != FED_FileStatus::Folder)
     throw FED_Failure(DisplayPath(path) + ": not an ONF text database, which is a folder", kTag);
+  return kind == FED_FileStatus::Folder;
 }
+
+std::vector<std::string> ListFolder(FED_FileLayer& files, const fs::path& folder)
+{
+  std::vector<std::string> names;
+  RequireSuccess(files.List(folder, names), folder, "list");
+  return names;
+}
+
+fs::path GetFolderAbove(const fs::path& folder) { return folder.has_parent_path() ? folder.parent_path() : "."; }
 
 bool IsLeftover(const std::string& name) { return name == kNewIndexName || EndsWith(name, kNewBlockEnding); }
 
-/// The steps from one state of a folder to the next. The index names the file of each block; a block's new text is
-/// written beside its old one, as NAME.onf.new, and the index that names it there is the moment of publication. What
-/// follows only tidies up: the files move to their finished names and the index says so. A reader that finds no
-/// NAME.onf.new takes NAME.onf, so that it reads the new state at any instant of the tidying.
-class Publication
+}  // namespace
+
+TextFolderWriter::TextFolderWriter(const fs::path& folder, FED_FileLayer& files)
+    : folder_(folder.has_filename() || !folder.has_parent_path() ? folder : folder.parent_path()),
+      files_(files),
+      out_([this](std::string_view text) {
+        file_.WriteAt(written_, text.data(), text.size());
+        written_ += text.size();
+      })
 {
-public:
-  Publication(const fs::path& folder, Disk& disk) : folder_(folder), disk_(disk) {}
-  Publication(const Publication&)            = delete;
-  Publication& operator=(const Publication&) = delete;
-
-  /// What no index names goes away again.
-  ~Publication()
-  {
-    for (const fs::path& path : unnamed_) disk_.Remove(path);
-    if (madeFolder_) disk_.Remove(folder_);
+  try {
+    LockFolder();
+    ReadFolderToWrite(files_, folder_);
+  } catch (...) {
+    Abandon();
+    throw;
   }
+}
 
-  void Run(const std::vector<NewBlock>& blocks, const UserKindNames& userKindNames);
+TextFolderWriter::~TextFolderWriter() { Abandon(); }
 
-private:
-  /// Finishes what a publication that died after its index was in place left to do.
-  void Settle(const FolderIndex& index);
-  void WriteFile(const std::string& name, const std::function<void(TextOutput&)>& write);
-  void ReplaceIndex(const FolderIndex& index);
-  void MoveToPlace(FolderIndex& index);
-  void RemoveLeftovers(const std::set<std::string>& replaced);
+/// What cannot be removed goes with the next writer.
+void TextFolderWriter::Abandon() noexcept
+{
+  // A folder that another writer has locked is that one's by now.
+  if (isBusy_) return;
+  for (const fs::path& path : unnamed_) static_cast<void>(files_.Remove(path));
+  for (; !madeFolders_.empty(); madeFolders_.pop_back()) static_cast<void>(files_.Remove(madeFolders_.back()));
+}
 
-  fs::path                  folder_;
-  Disk&                     disk_;
-  std::optional<FolderLock> lock_;                ///< goes last, behind the tidying up
-  std::vector<fs::path>     unnamed_;             ///< files written that no index names yet
-  bool                      madeFolder_ = false;  ///< and no index stands in it yet
-};
+void TextFolderWriter::LockFolder()
+{
+  // A writer that fails removes the folder that it made, perhaps between our two steps.
+  constexpr int         kMaxTries = 10;
+  FED_FileLayer::Handle handle    = FED_FileLayer::kNoHandle;
+  std::error_code       error;
+  for (int i = 0; i < kMaxTries && (i == 0 || error == std::errc::no_such_file_or_directory); ++i) {
+    MakeFolders();
+    error = files_.LockFolder(folder_, handle);
+  }
+  isBusy_ = error == std::errc::resource_unavailable_try_again;
+  if (isBusy_) ThrowLocked(files_, folder_, folder_, "another program writes to the ONF folder");
+  RequireSuccess(error, folder_, "lock");
+  lock_ = StoreFile(files_, folder_, handle);
+}
 
-void Publication::WriteFile(const std::string& name, const std::function<void(TextOutput&)>& write)
+void TextFolderWriter::MakeFolders()
+{
+  std::vector<fs::path> missing;
+  for (fs::path path = folder_; !path.empty() && !RequireFolderOrNothing(files_, path); path = path.parent_path())
+    missing.push_back(path);
+  for (; !missing.empty(); missing.pop_back()) {
+    bool                  made  = false;
+    const std::error_code error = files_.MakeFolder(missing.back(), made);
+    if (made) madeFolders_.push_back(missing.back());
+    RequireSuccess(error, missing.back(), "create");
+  }
+}
+
+void TextFolderWriter::WriteFile(const std::string& name, const FED_FileStatus& replaced,
+                                 const std::function<void(TextOutput&)>& write)
 {
   const fs::path path = folder_ / name;
   unnamed_.push_back(path);
-  const auto file = disk_.CreateFile(path);
-  TextOutput out(*file);
-  write(out);
-  out.Flush();
-  file->Close();
+  unflushed_.push_back(path);
+  file_    = StoreFile(files_, path, replaced);
+  written_ = 0;
+  out_.Clear();
+  write(out_);
+  out_.Flush();
+  file_.Close();
+  if (unflushed_.size() == kFlushedAtOnce) FlushFiles();
 }
 
-void Publication::ReplaceIndex(const FolderIndex& index)
+void TextFolderWriter::FlushFiles()
 {
-  WriteFile(kNewIndexName, [&index](TextOutput& out) { out.Append(FormatIndex(index)); });
-  // What the index names is on the disk before the index is.
-  for (const fs::path& path : unnamed_) disk_.SyncFile(path);
-  disk_.SyncFolder(folder_);
-  // From here on the files may belong to the folder's state, even if the next step fails.
-  unnamed_.clear();
-  madeFolder_ = false;
-  disk_.Rename(folder_ / kNewIndexName, folder_ / kIndexName);
-  disk_.SyncFolder(folder_);
+  if (unflushed_.size() > kFlushedOneByOne) {
+    const std::error_code error = files_.FlushAll(folder_);
+    if (error != std::errc::function_not_supported) RequireSuccess(error, folder_, "flush");
+    if (!error) unflushed_.clear();
+  }
+  for (const fs::path& path : unflushed_) StoreFile(files_, path, FED_FileLayer::Read).Flush();
+  unflushed_.clear();
 }
 
-void Publication::MoveToPlace(FolderIndex& index)
+void TextFolderWriter::ReplaceIndex(const FolderIndex& index)
+{
+  const fs::path       path   = folder_ / kIndexName;
+  const FED_FileStatus former = GetFileStatus(files_, path);
+  WriteFile(kNewIndexName, former, [&index](TextOutput& out) { out.Append(FormatIndex(index)); });
+  // What the index names is on the disk before the index is, and so is the way to it.
+  FlushFiles();
+  RequireSuccess(files_.FlushFolder(folder_), folder_, "flush");
+  if (former.kind == FED_FileStatus::Nothing) {
+    const fs::path above = GetFolderAbove(folder_);
+    RequireSuccess(files_.FlushFolder(above), above, "flush");
+    for (const fs::path& made : madeFolders_)
+      if (made != folder_) RequireSuccess(files_.FlushFolder(GetFolderAbove(made)), GetFolderAbove(made), "flush");
+  }
+  const auto belong = [&] {
+    unnamed_.clear();
+    madeFolders_.clear();
+  };
+  bool isInDoubt = false;
+  try {
+    ReplaceFile(files_, folder_ / kNewIndexName, path, isInDoubt);
+  } catch (...) {
+    // The files may belong to the folder's state all the same.
+    if (isInDoubt) belong();
+    throw;
+  }
+  belong();
+  if (const std::error_code error = files_.FlushFolder(folder_))
+    ThrowFileFailure(folder_, "cannot flush: " + error.message() + "; what was written may be in force all the same");
+}
+
+void TextFolderWriter::MoveToPlace(FolderIndex& index)
 {
   bool moved = false;
   for (std::string& file : index.files) {
     const std::string finished = FinishedName(file);
     if (finished == file) continue;
     moved = true;
-    std::error_code error;
     // A name that is gone was moved before an earlier publication died.
-    if (fs::exists(folder_ / file, error)) disk_.Rename(folder_ / file, folder_ / finished);
+    const fs::path from = folder_ / file;
+    if (GetFileStatus(files_, from).kind != FED_FileStatus::Nothing)
+      RequireSuccess(files_.Rename(from, folder_ / finished), from, "rename");
     file = finished;
   }
   if (moved) ReplaceIndex(index);
 }
 
-void Publication::Settle(const FolderIndex& index)
+void TextFolderWriter::Settle()
 {
-  FolderIndex settled = index;
-  MoveToPlace(settled);
+  const std::optional<StoreFile> file = FindFile(files_, folder_ / kIndexName);
+  if (!file) return;
+  FolderIndex index = ReadIndex(*file);
+  MoveToPlace(index);
 }
 
-void Publication::RemoveLeftovers(const std::set<std::string>& replaced)
+void TextFolderWriter::RemoveLeftovers(const std::vector<std::string>& named, OtherBlocks others)
 {
-  std::vector<fs::path> leftovers;
-  std::error_code       error;
-  for (fs::directory_iterator entry(folder_, error), end; !error && entry != end; entry.increment(error))
-    if (IsLeftover(DisplayPath(entry->path().filename()))) leftovers.push_back(entry->path());
-  for (const std::string& name : replaced) leftovers.push_back(folder_ / name);
-  for (const fs::path& path : leftovers) disk_.Remove(path);
+  const std::set<std::string> kept(named.begin(), named.end());
+  for (const std::string& name : ListFolder(files_, folder_)) {
+    const bool isStray = others == OtherBlocks::Go && IsBlockFileName(name) && kept.count(name) == 0;
+    if (IsLeftover(name) || isStray) RequireSuccess(files_.Remove(folder_ / name), folder_ / name, "remove");
+  }
 }
 
-void Publication::Run(const std::vector<NewBlock>& blocks, const UserKindNames& userKindNames)
+void TextFolderWriter::Publish(const std::vector<NewBlock>& blocks, const UserKindNames& userKindNames,
+                               OtherBlocks others)
 {
-  RequireFolderOrNothing(folder_);
-  madeFolder_ = disk_.CreateFolder(folder_);
-  lock_.emplace(folder_);
   // Read behind the lock: what another program has just published stays.
-  FolderState     state = ReadFolderToWrite(folder_);
-  std::error_code error;
-  if (fs::exists(folder_ / kIndexName, error)) Settle(ReadIndex(folder_));
+  FolderState state = ReadFolderToWrite(files_, folder_);
+  Settle();
 
-  std::set<std::string> replaced;
+  std::map<FED_DataDescriptor, FED_FileStatus> replaced;
+  std::set<std::string>                        goingNames;
   for (const NewBlock& block : blocks) {
     const auto old = state.blocks.find(block.descriptor);
     if (old == state.blocks.end()) continue;
-    replaced.insert(FinishedName(old->second.fileName));
+    replaced[block.descriptor] = old->second.status;
+    goingNames.insert(FinishedName(old->second.fileName));
     state.blocks.erase(old);
+  }
+  if (others == OtherBlocks::Go) {
+    state.blocks.clear();
+    state.userKindNames.clear();
   }
   std::set<std::string> staying;
   for (const auto& [descriptor, block] : state.blocks) staying.insert(FinishedName(block.fileName));
@@ -302,8 +388,9 @@ void Publication::Run(const std::vector<NewBlock>& blocks, const UserKindNames& 
     std::string       name = stem + kBlockExtension;
     // A file that somebody renamed by hand may stand in the way.
     for (int n = 2; !staying.insert(name).second; ++n) name = stem + "_" + std::to_string(n) + kBlockExtension;
-    replaced.erase(name);
-    WriteFile(name + kNewExtension, block.write);
+    goingNames.erase(name);
+    const auto old = replaced.find(block.descriptor);
+    WriteFile(name + kNewExtension, old == replaced.end() ? FED_FileStatus() : old->second, block.write);
     next.files.push_back(name + kNewExtension);
   }
   std::sort(next.files.begin(), next.files.end(),
@@ -318,11 +405,14 @@ void Publication::Run(const std::vector<NewBlock>& blocks, const UserKindNames& 
   }
 
   ReplaceIndex(next);
-  MoveToPlace(next);
-  RemoveLeftovers(replaced);
+  try {
+    MoveToPlace(next);
+    for (const std::string& name : goingNames) RequireSuccess(files_.Remove(folder_ / name), folder_ / name, "remove");
+    RemoveLeftovers(next.files, others);
+  } catch (const FED_Failure& failure) {
+    throw FED_Failure(failure.GetMessage() + "; what was written is in force, and the next writer tidies up", kTag);
+  }
 }
-
-}  // namespace
 
 std::vector<fs::path> GetBlockPaths(const fs::path& folder, const std::string& fileName)
 {
@@ -331,49 +421,39 @@ std::vector<fs::path> GetBlockPaths(const fs::path& folder, const std::string& f
   return paths;
 }
 
-FolderState ReadFolder(const fs::path& folder)
+FolderState ReadFolder(FED_FileLayer& files, const fs::path& folder)
 {
-  std::error_code error;
-  if (!fs::exists(folder, error)) throw FED_Failure(DisplayPath(folder) + ": no such ONF text database", kTag);
-  RequireFolderOrNothing(folder);
-  const fs::path index = folder / kIndexName;
-  if (!fs::exists(index, error))
-    throw FED_Failure(DisplayPath(folder) + ": not an ONF text database, it has no file named index", kTag);
-
-  constexpr int kMaxTries = 10;
+  if (!RequireFolderOrNothing(files, folder))
+    throw FED_Failure(DisplayPath(folder) + ": no such ONF text database", kTag);
+  const fs::path path      = folder / kIndexName;
+  constexpr int  kMaxTries = 10;
   for (int i = 0; i < kMaxTries; ++i) {
-    const std::optional<FileStamp> before = FindFileStamp(index);
+    const std::optional<StoreFile> index = FindFile(files, path);
+    if (!index) throw FED_Failure(DisplayPath(folder) + ": not an ONF text database, it has no file named index", kTag);
+    // As long as it is open its number is no other file's.
+    const FileStamp before  = GetStamp(index->GetStatus());
+    const auto      isStill = [&] { return GetStamp(GetFileStatus(files, path)) == before; };
     try {
-      FolderState state = ReadFolderOnce(folder);
-      if (FindFileStamp(index) == before) return state;
+      FolderState state = ReadFolderOnce(files, folder, *index);
+      if (isStill()) return state;
     } catch (const FED_Failure&) {
       // A file that goes away under a reader tells of a publication when the index has changed as well.
-      if (FindFileStamp(index) == before) throw;
+      if (isStill()) throw;
     }
   }
   throw FED_Failure(DisplayPath(folder) + ": changes all the time, another program writes to it", kTag);
 }
 
-FolderState ReadFolderToWrite(const fs::path& folder)
+FolderState ReadFolderToWrite(FED_FileLayer& files, const fs::path& folder)
 {
-  std::error_code error;
-  RequireFolderOrNothing(folder);
-  if (!fs::exists(folder, error)) return {};
-  if (fs::exists(folder / kIndexName, error)) return ReadFolder(folder);
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+  if (!RequireFolderOrNothing(files, folder)) return {};
+  if (GetFileStatus(files, folder / kIndexName).kind != FED_FileStatus::Nothing) return ReadFolder(files, folder);
+  for (const std::string& name : ListFolder(files, folder)) {
     // A first publication that died leaves such files and nothing else.
-    const std::string name = DisplayPath(entry->path().filename());
     if (!IsLeftover(name))
       throw FED_Failure(DisplayPath(folder) + ": not an ONF text database, it holds " + QuoteForMessage(name) +
                             " but no file named index",
                         kTag);
   }
-  if (error) throw FED_Failure(DisplayPath(folder) + ": cannot be listed: " + error.message(), kTag);
   return {};
-}
-
-void PublishBlocks(const fs::path& folder, const std::vector<NewBlock>& blocks, const UserKindNames& userKindNames,
-                   Disk& disk)
-{
-  Publication(folder, disk).Run(blocks, userKindNames);
 }

@@ -8,8 +8,7 @@
 #include <cstring>
 #include <limits>
 #include <type_traits>
-
-#include "disk.h"
+#include <utility>
 
 namespace {
 
@@ -48,11 +47,11 @@ char* PutFloat(char* at, Float value)
 
 }  // namespace
 
-TextOutput::TextOutput(OutputFile& file) : file_(file), buffer_(kBufferSize) {}
+TextOutput::TextOutput(Sink sink) : sink_(std::move(sink)), buffer_(kBufferSize) {}
 
 void TextOutput::Flush()
 {
-  file_.Write(buffer_.data(), size_);
+  if (size_ != 0) sink_({buffer_.data(), size_});
   size_ = 0;
 }
 

@@ -10,8 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include "bundled/StoreFile.h"
 #include "store_support.h"
-#include "StoreFile.h"
 
 namespace {
 

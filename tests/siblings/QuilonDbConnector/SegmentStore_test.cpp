@@ -16,6 +16,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <hdf5.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "failure_message.h"
 #include "store_support.h"
@@ -165,6 +167,121 @@ TEST(SegmentStore, LeftoversOfADeadWriterGoWithTheNextOne)
   EXPECT_EQ(ListFolder(folder / "a.fed"), (std::vector<std::string>{"lock", "manifest"}));
 }
 
+TEST(SegmentStore, ThePermissionsOfAManifestStay)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     store(folder / "a.fed", kCreate, files);
+  store.Publish(false);
+  std::filesystem::permissions(folder / "a.fed" / "manifest", std::filesystem::perms(0640));
+  WriteSample(store);
+  store.Publish(false);
+  EXPECT_EQ(std::filesystem::status(folder / "a.fed" / "manifest").permissions(), std::filesystem::perms(0640));
+}
+
+TEST(SegmentStore, PlantedLinksAreNotFollowed)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore(folder / "a.fed", kCreate, files).Publish(false);
+  WriteBytes(folder / "victim", "precious");
+  {
+    SegmentStore store(folder / "a.fed", kReadWrite, files);
+    std::filesystem::create_symlink(folder / "victim", folder / "a.fed" / "manifest.new");
+    std::filesystem::create_symlink(folder / "victim", folder / "a.fed" / "segment-000001.h5");
+    WriteSample(store);
+    store.Publish(false);
+  }
+  EXPECT_EQ(std::filesystem::file_size(folder / "victim"), 8u);
+  EXPECT_FALSE(std::filesystem::is_symlink(folder / "a.fed" / "manifest"));
+  EXPECT_FALSE(std::filesystem::is_symlink(folder / "a.fed" / "segment-000001.h5"));
+
+  std::filesystem::remove(folder / "a.fed" / "lock");
+  std::filesystem::create_symlink(folder / "elsewhere", folder / "a.fed" / "lock");
+  EXPECT_THROW(SegmentStore(folder / "a.fed", kReadWrite, files), FED_Failure);
+  EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere"));
+}
+
+TEST(SegmentStore, PipesInPlaceOfFilesKeepNobodyWaiting)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    store.Publish(false);
+  }
+  for (const char* name : {"segment-000001.h5", "manifest"}) {
+    const std::filesystem::path path = folder / "a.fed" / name;
+    std::filesystem::remove(path);
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "a.fed", kReadOnly, files); }),
+              path.string() + ": cannot open: not a plain file");
+  }
+  EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "a.fed", kCreate, files); }),
+            (folder / "a.fed").string() + ": cannot create a database: there is one already");
+}
+
+namespace {
+
+// The disk fails where the manifest takes its place, or right behind.
+class FailingManifest : public FED_FileLayer
+{
+public:
+  enum class At
+  {
+    Renaming,
+    Flush
+  };
+
+  explicit FailingManifest(At at) : at_(at) {}
+
+  std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to) override
+  {
+    if (at_ == At::Renaming) return std::make_error_code(std::errc::io_error);
+    isRenamed_ = true;
+    return FED_FileLayer::Rename(from, to);
+  }
+  std::error_code FlushFolder(const std::filesystem::path& folder) override
+  {
+    return isRenamed_ ? std::make_error_code(std::errc::io_error) : FED_FileLayer::FlushFolder(folder);
+  }
+
+private:
+  At   at_;
+  bool isRenamed_ = false;
+};
+
+}  // namespace
+
+TEST(SegmentStore, AFirstCommitWhoseManifestCannotTakeItsPlaceLeavesNothing)
+{
+  const TempFolder folder;
+  FailingManifest  files(FailingManifest::At::Renaming);
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    EXPECT_EQ(MessageOf([&] { store.Publish(false); }),
+              (folder / "a.fed" / "manifest").string() + ": cannot replace: Input/output error");
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.fed"));
+}
+
+TEST(SegmentStore, ACommitThatMayBeInForceSaysSo)
+{
+  const TempFolder folder;
+  FailingManifest  files(FailingManifest::At::Flush);
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    EXPECT_EQ(
+        MessageOf([&] { store.Publish(false); }),
+        (folder / "a.fed").string() + ": cannot flush: Input/output error; the commit may be in force all the same");
+  }
+  FED_FileLayer plain;
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, plain)).blocks.size(), 2u);
+}
+
 TEST(SegmentStore, SecondWriterIsRefusedReadersAreNot)
 {
   const TempFolder folder;
@@ -172,7 +289,8 @@ TEST(SegmentStore, SecondWriterIsRefusedReadersAreNot)
   SegmentStore     writer(folder / "a.fed", kCreate, files);
   writer.Publish(false);
   EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "a.fed", kReadWrite, files); }),
-            (folder / "a.fed").string() + ": another writer has the database open");
+            (folder / "a.fed").string() + ": another writer has the database open (process " +
+                std::to_string(getpid()) + ", quilon_store_te)");
   const SegmentStore reader(folder / "a.fed", kReadOnly, files);
   EXPECT_EQ(MessageOf([&] { SegmentStore(folder / "a.fed", kReadOnly, files).Publish(false); }),
             (folder / "a.fed").string() + ": cannot write: the database is open for reading only");

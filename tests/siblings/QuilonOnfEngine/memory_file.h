@@ -5,31 +5,21 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "block_file.h"
 #include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/FED_ResultDatabase.h"
-#include "disk.h"
 #include "text_cursor.h"
 #include "text_output.h"
 
-/// A file that is a string.
-class MemoryFile : public OutputFile
-{
-public:
-  void Write(const char* data, std::size_t size) override { text.append(data, size); }
-  void Close() override {}
-
-  std::string text;
-};
-
 inline std::string WriteToText(const FED_ResultDatabase& database, const FED_DataDescriptor& key)
 {
-  MemoryFile file;
-  TextOutput out(file);
+  std::string text;
+  TextOutput  out([&text](std::string_view part) { text += part; });
   WriteBlock(dynamic_cast<const FED_ColumnDataBlock&>(database.GetConstDataBlock(key)), database.GetIdMapsPool(), out);
   out.Flush();
-  return file.text;
+  return text;
 }
 
 inline void ReadFromText(const std::string& text, FED_ResultDatabase& database)

@@ -242,7 +242,7 @@ TEST(OnfTextMalformed, AFolderInPlaceOfAFileIsNamed)
   std::filesystem::remove(test / "index");
   WriteBytes(test / "index", "onf-text-index: 1\nnames: 0\nblocks: 1\nblock: a.onf\n");
   std::filesystem::create_directory(test / "a.onf");
-  EXPECT_EQ(MessageOfReading(test.GetPath()), (test / "a.onf").string() + ": no such file, but the index names it");
+  EXPECT_EQ(MessageOfReading(test.GetPath()), (test / "a.onf").string() + ": no plain file");
 }
 
 TEST(OnfTextMalformed, AFileCutShortAnywhereFailsAndIsNamed)

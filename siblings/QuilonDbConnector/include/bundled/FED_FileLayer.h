@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// How a database on disk reaches its files.
+/// How databases on disk reach their files.
 
 #include <cstddef>
 #include <cstdint>
@@ -12,12 +12,31 @@
 
 #include "quilon_contract_export.h"
 
-/// The operating system's files, one step a call. Every byte of a database on disk passes through it; derive from it to
-/// watch or to break single steps.
+/// What stands at a path, or behind a handle.
+struct FED_FileStatus
+{
+  enum Kind : int
+  {
+    Nothing,
+    File,  ///< a plain file
+    Folder,
+    Other  ///< a pipe, a device, a socket
+  };
+
+  Kind                   kind        = Nothing;
+  std::uint64_t          size        = 0;                             ///< bytes
+  std::uint64_t          device      = 0;                             ///< with the number: which file it is
+  std::uint64_t          number      = 0;                             ///< no two files of a device share it
+  std::int64_t           changed     = 0;                             ///< when the bytes changed last, nanoseconds
+  std::filesystem::perms permissions = std::filesystem::perms::none;  ///< reading, writing and executing alone
+};
+
+/// The operating system's files, one step a call. Every look at the disk that a database takes, and every byte, passes
+/// through it; derive from it to watch or to break single steps.
 ///
 /// Errors:  every operation answers an error code that is false on success. After an error any part of a write may have
-///          reached the file.
-/// Threads: one at a time.
+///          reached the file. That something is not there is an error only where it says so.
+/// Threads: this class has no state and may be used by several; what derives from it need not.
 class QUILON_DB_CONNECTOR_API FED_FileLayer
 {
 public:
@@ -27,9 +46,13 @@ public:
 
   enum Mode : int
   {
-    Read,   ///< a file that is there
-    Create  ///< for reading and writing; empty, whether it was there or not
+    Read,          ///< a plain file that is there; anything else is NotAFile() or std::errc::is_a_directory
+    Create,        ///< for reading and writing: a new file. What is there goes first, and no link is followed
+    CreatePrivate  ///< likewise, for nobody else to open before SetPermissions()
   };
+
+  /// @return the error of opening what is there and is no plain file, such as a pipe: nobody waits for its other end
+  static std::error_code NotAFile() noexcept;
 
   FED_FileLayer()                                = default;
   FED_FileLayer(const FED_FileLayer&)            = delete;
@@ -40,6 +63,10 @@ public:
   [[nodiscard]] virtual std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle);
   virtual void                          Close(Handle handle) noexcept;
   [[nodiscard]] virtual std::error_code GetSize(Handle handle, std::uint64_t& size);
+  [[nodiscard]] virtual std::error_code GetStatus(Handle handle, FED_FileStatus& status);
+  /// Follows links. That nothing is there is no error: the kind says it.
+  [[nodiscard]] virtual std::error_code GetStatus(const std::filesystem::path& path, FED_FileStatus& status);
+  [[nodiscard]] virtual std::error_code SetPermissions(Handle handle, std::filesystem::perms permissions);
 
   /// @param done receives the bytes read: less than count only where the file ends
   [[nodiscard]] virtual std::error_code ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,
@@ -49,6 +76,10 @@ public:
                                                 std::size_t count);
   /// Returns when the file's bytes are on the disk.
   [[nodiscard]] virtual std::error_code Flush(Handle handle);
+  /// Returns when all files of the folder are on the disk, its entries too. It takes as long as one Flush() or two for
+  /// any number of files, but waits for what others wrote to the same disk as well.
+  /// @return std::errc::function_not_supported where there is no such call
+  [[nodiscard]] virtual std::error_code FlushAll(const std::filesystem::path& folder);
 
   /// Replaces any file at the target, in one step.
   [[nodiscard]] virtual std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to);
@@ -63,8 +94,20 @@ public:
   /// @param names receives the entries' names, in no order
   [[nodiscard]] virtual std::error_code List(const std::filesystem::path& folder, std::vector<std::string>& names);
 
-  /// Makes the file if need be and locks it. The lock ends with Close() or with the process.
+  /// Makes the file if need be, without following a link, and locks it. The lock ends with Close() or with the process.
   /// @param handle receives the lock; kNoHandle after an error. When another holds the lock the error is
   ///               std::errc::resource_unavailable_try_again.
   [[nodiscard]] virtual std::error_code Lock(const std::filesystem::path& path, Handle& handle);
+  /// Locks a folder that is there, likewise. Where the system has no locks for folders it keeps nobody off.
+  [[nodiscard]] virtual std::error_code LockFolder(const std::filesystem::path& folder, Handle& handle);
+  /// @return who holds the lock on a file or folder, as "process 812, quilon"; empty where the system does not tell
+  virtual std::string FindLockHolder(const std::filesystem::path& path);
+
+protected:
+  /// Called when a signal has come while a file was being opened; the call is then made again. What this throws passes
+  /// to the caller.
+  virtual void OnSignal();
+
+private:
+  int OpenDescriptor(const std::filesystem::path& path, int flags, unsigned mode);
 };

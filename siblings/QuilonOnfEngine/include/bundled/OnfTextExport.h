@@ -6,12 +6,14 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "quilon_contract_export.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
 class FED_Database;
+class FED_FileLayer;
 
 /// Publishes blocks of databases in an ONF folder without the copy of them in memory that a QuilonOnfTxtDatabase makes:
 /// a database on disk may be larger than the memory.
@@ -24,12 +26,41 @@ struct Block
   FED_DataDescriptor  descriptor;
 };
 
-/// Publishes the blocks in one step, with the names of the user kinds that they refer to. Blocks of equal keys are
-/// replaced, other blocks of the folder stay. The folder may be the one that a block is read from.
-/// @param blocks  no key twice; a block without records empties the one of its key
-/// @param onBlock called before each block is written, with its position; what it throws passes through, and nothing is
-///                published then
-/// @throws FED_Failure that names the folder, the file or the block; what is published is then as it was
+/// What becomes of blocks of the folder that a publication does not bring.
+enum Others : int
+{
+  OthersStay,
+  OthersGo  ///< and names of user kinds, and files that look like blocks but belong to none
+};
+
+/// The one writer of an ONF folder, as long as it lives.
+class QUILON_ONF_ENGINE_API Writer
+{
+public:
+  /// Makes the folder if need be; it goes again when nothing is published.
+  /// @param files what reaches the disk passes through it; null: the layer in force (OnfFileLayer). Borrowed.
+  /// @throws FED_Failure that names the folder: another program writes to it, or it is no ONF folder
+  explicit Writer(const std::filesystem::path& folder, FED_FileLayer* files = nullptr);
+  Writer(const Writer&)            = delete;
+  Writer& operator=(const Writer&) = delete;
+  ~Writer();
+
+  /// Publishes the blocks in one step, with the names of the user kinds that they refer to. Blocks of equal keys are
+  /// replaced. The folder may be the one that a block is read from.
+  /// @param blocks  no key twice; a block without records empties the one of its key
+  /// @param onBlock called before each block is written, with its position; what it throws passes through, and nothing
+  ///                is published then
+  /// @throws FED_Failure that names the folder, the file or the block; what is published is then as it was, or the
+  ///         message says that only tidying up was left
+  void Publish(const std::vector<Block>& blocks, const std::function<void(std::size_t)>& onBlock = {},
+               Others others = OthersStay);
+
+private:
+  class Implementation;
+  std::unique_ptr<Implementation> implementation_;
+};
+
+/// Publishes blocks by a writer of its own.
 QUILON_ONF_ENGINE_API void Publish(const std::filesystem::path& folder, const std::vector<Block>& blocks,
                                    const std::function<void(std::size_t)>& onBlock = {});
 

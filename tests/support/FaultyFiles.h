@@ -53,14 +53,19 @@ public:
   std::error_code GetSize(Handle handle, std::uint64_t& size) override;
   std::error_code ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,
                          std::size_t& done) override;
+  std::error_code GetStatus(Handle handle, FED_FileStatus& status) override;
+  std::error_code GetStatus(const std::filesystem::path& path, FED_FileStatus& status) override;
+  std::error_code SetPermissions(Handle handle, std::filesystem::perms permissions) override;
   std::error_code WriteAt(Handle handle, std::uint64_t offset, const void* bytes, std::size_t count) override;
   std::error_code Flush(Handle handle) override;
+  std::error_code FlushAll(const std::filesystem::path& folder) override;
   std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   std::error_code Remove(const std::filesystem::path& path) override;
   std::error_code MakeFolder(const std::filesystem::path& folder, bool& made) override;
   std::error_code FlushFolder(const std::filesystem::path& folder) override;
   std::error_code List(const std::filesystem::path& folder, std::vector<std::string>& names) override;
   std::error_code Lock(const std::filesystem::path& path, Handle& handle) override;
+  std::error_code LockFolder(const std::filesystem::path& folder, Handle& handle) override;
 
 private:
   using Call = std::function<std::error_code()>;

@@ -31,13 +31,13 @@ std::error_code FaultyFiles::Open(const fs::path& path, Mode mode, Handle& handl
 {
   handle            = kNoHandle;
   const auto really = [&] {
-    if (mode == Create) NoteEntry(path, EntryChange::Creation);
+    if (mode != Read) NoteEntry(path, EntryChange::Creation);
     const std::error_code error = FED_FileLayer::Open(path, mode, handle);
     if (!error) paths_[handle] = path;
-    if (!error && mode == Create) unflushed_.insert(path);
+    if (!error && mode != Read) unflushed_.insert(path);
     return error;
   };
-  if (mode != Create) return Look(really);
+  if (mode == Read) return Look(really);
   return Do(really, [&] {
     static_cast<void>(really());
     Close(handle);
@@ -78,6 +78,31 @@ std::error_code FaultyFiles::Flush(Handle handle)
     unflushed_.erase(paths_.at(handle));
     return std::error_code();
   });
+}
+
+// The entries of all folders as well.
+std::error_code FaultyFiles::FlushAll(const fs::path&)
+{
+  return Change([&] {
+    unflushed_.clear();
+    entries_.clear();
+    return std::error_code();
+  });
+}
+
+std::error_code FaultyFiles::GetStatus(Handle handle, FED_FileStatus& status)
+{
+  return Look([&] { return FED_FileLayer::GetStatus(handle, status); });
+}
+
+std::error_code FaultyFiles::GetStatus(const fs::path& path, FED_FileStatus& status)
+{
+  return Look([&] { return FED_FileLayer::GetStatus(path, status); });
+}
+
+std::error_code FaultyFiles::SetPermissions(Handle handle, fs::perms permissions)
+{
+  return Change([&] { return FED_FileLayer::SetPermissions(handle, permissions); });
 }
 
 std::error_code FaultyFiles::Rename(const fs::path& from, const fs::path& to)
@@ -124,6 +149,12 @@ std::error_code FaultyFiles::Lock(const fs::path& path, Handle& handle)
 {
   handle = kNoHandle;
   return Look([&] { return FED_FileLayer::Lock(path, handle); });
+}
+
+std::error_code FaultyFiles::LockFolder(const fs::path& folder, Handle& handle)
+{
+  handle = kNoHandle;
+  return Look([&] { return FED_FileLayer::LockFolder(folder, handle); });
 }
 
 /// @param part what of the call happens when it fails behind its beginning
