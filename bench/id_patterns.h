@@ -16,6 +16,10 @@ namespace quilon_bench {
 
 inline constexpr std::array<const char*, 4> kIdPatterns = {"dense", "gaps", "reversed", "random"};
 
+/// The orders in which ids 1, 2, 3, ... arrive, and those patterns that arrive as they are.
+inline constexpr std::array<const char*, 6> kIdOrders = {"dense", "connectivity", "shuffled",
+                                                         "gaps",  "reversed",     "random"};
+
 /// @param pattern dense     1, 2, 3, ... as a mesher numbers nodes
 ///                gaps      1, 11, 21, ... as users leave room
 ///                reversed  the bytes of 1, 2, 3, ... in reverse order: every id a leaf of its own
@@ -41,9 +45,9 @@ inline std::vector<int> MakeIds(const std::string& pattern, std::size_t count)
   return ids;
 }
 
-inline std::vector<int> Shuffled(std::vector<int> ids)
+inline std::vector<int> Shuffled(std::vector<int> ids, unsigned seed = 20250105)
 {
-  std::shuffle(ids.begin(), ids.end(), std::mt19937(20250105));
+  std::shuffle(ids.begin(), ids.end(), std::mt19937(seed));
   return ids;
 }
 
@@ -67,6 +71,16 @@ inline std::vector<int> MeshOrder(const std::vector<int>& ids)
     }
   }
   return order;
+}
+
+/// @param order dense, gaps, reversed, random: the pattern of that name, every id once
+///              connectivity                 dense ids as element results name them: MeshOrder(), ids eight times
+///              shuffled                     dense ids, every id once
+inline std::vector<int> MakeVisits(const std::string& order, std::size_t count)
+{
+  if (order == "connectivity") return MeshOrder(MakeIds("dense", count));
+  if (order == "shuffled") return Shuffled(MakeIds("dense", count), 20250106);
+  return MakeIds(order, count);
 }
 
 /// Takes the flags --least=N and --most=N out of the command line.

@@ -1,27 +1,25 @@
 // The id radix map against other stores of values by id. A value is six doubles and a count.
 //
-// Cases, named <operation>/<ids>/<number of ids>/<contestant>, time per id or visit:
-//   insert    an empty store takes the ids in their order
-//   mesh      an empty store takes six components per visit of a mesh of hexahedra, element by element: every inner
-//   node
-//             eight times
-//   find      all ids, shuffled, are looked up
-//   scan      all ids are looked up in the order in which they were inserted
-//   miss      as many unknown ids of the same pattern are looked up, shuffled
-//   walk      all entries are visited by ascending id; they were inserted shuffled
-// Ids: dense, gaps, reversed (bytes), random (31 bits); see id_patterns.h.
+// Cases, named <operation>/<order>/<number of ids>/<contestant>, time per id or visit:
+//   build     an empty store takes a value per visit
+//   find      all ids are looked up, shuffled
+//   scan      all ids are looked up in the order in which they came
+//   miss      as many unknown ids are looked up, shuffled
+//   walk      all entries are visited by ascending id
+// Orders: dense (1, 2, 3, ...), connectivity (those ids as elements of a mesh of hexahedra name them: every inner node
+// eight times), shuffled (those ids); gaps, reversed (bytes), random (31 bits); see id_patterns.h.
 // Contestants:
 //   radix     IdRadixMap
 //   plain     the same structure, written plainly: the tests' reference
-//   std       std::unordered_map; its walk sorts a list of ids first
+//   boost     boost::unordered_flat_map, where its headers are there; its walk sorts a list of ids first
+//   absl      absl::flat_hash_map, where the package is there; walk as boost
+//   std       std::unordered_map; walk as boost
 //   sorted    a vector of entries, sorted when the last one has been taken, searched by halves; where ids come
-//   repeatedly
-//             every visit is taken and equal ids are merged after the sort
-//   absl      absl::flat_hash_map, where the package is there; walk as std
+//             repeatedly every visit is taken and equal ids are merged after the sort
 //
-// Flags: --least=N and --most=N for the sizes, which double (1024 and 65536), and those of Google Benchmark:
-// --benchmark_filter=^find/dense chooses cases; --benchmark_repetitions=20 --benchmark_enable_random_interleaving=true
-// gives medians and, in the table behind them, ratios of the best times of one run.
+// Flags: --least=N and --most=N for the sizes, which double (1024 and 65536), --rows=FILE, and those of Google
+// Benchmark: --benchmark_filter=^find/dense chooses cases; --benchmark_repetitions=5
+// --benchmark_enable_random_interleaving=true measures in turns and gives medians.
 
 #include <algorithm>
 #include <cstddef>
@@ -29,10 +27,14 @@
 #include <cstdlib>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
+#ifdef QUILON_BENCH_BOOST
+#  include <boost/unordered/unordered_flat_map.hpp>
+#endif
 #ifdef QUILON_BENCH_ABSL
 #  include <absl/container/flat_hash_map.h>
 #endif
@@ -209,20 +211,30 @@ std::vector<int> EverySecond(const std::vector<int>& ids, std::size_t first)
   return chosen;
 }
 
-constexpr const char* kOperations[] = {"insert", "mesh", "find", "scan", "miss", "walk"};
+constexpr const char* kOperations[] = {"build", "find", "scan", "miss", "walk"};
+
+/// Every id once, in the order of its first visit.
+std::vector<int> FirstVisits(const std::vector<int>& visits)
+{
+  std::unordered_set<int> seen;
+  std::vector<int>        ids;
+  for (const int id : visits) {
+    if (seen.insert(id).second) ids.push_back(id);
+  }
+  return ids;
+}
 
 template <typename Store>
-void Run(benchmark::State& state, const std::string& operation, const std::string& pattern, std::size_t size)
+void Run(benchmark::State& state, const std::string& operation, const std::string& order, std::size_t size)
 {
-  using quilon_bench::MakeIds;
   using quilon_bench::Shuffled;
-  const std::vector<int> ids = MakeIds(pattern, operation == "miss" ? 2 * size : size);
-  if (operation == "insert") RunFill<Store>(state, ids);
-  if (operation == "mesh") RunFill<Store>(state, quilon_bench::MeshOrder(ids));
+  const std::vector<int> visits = quilon_bench::MakeVisits(order, operation == "miss" ? 2 * size : size);
+  const std::vector<int> ids    = FirstVisits(visits);
+  if (operation == "build") RunFill<Store>(state, visits);
   if (operation == "find") RunFind<Store>(state, ids, Shuffled(ids));
   if (operation == "scan") RunFind<Store>(state, ids, ids);
   if (operation == "miss") RunFind<Store>(state, EverySecond(ids, 0), Shuffled(EverySecond(ids, 1)));
-  if (operation == "walk") RunWalk<Store>(state, Shuffled(ids));
+  if (operation == "walk") RunWalk<Store>(state, ids);
 }
 
 struct Contestant
@@ -234,11 +246,14 @@ struct Contestant
 constexpr Contestant kContestants[] = {
     {"radix", Run<RadixStore<IdRadixMap<Value>>>},
     {"plain", Run<RadixStore<quilon_test::PlainIdRadixMap<Value>>>},
-    {"std", Run<HashStore<std::unordered_map<int, Value>>>},
-    {"sorted", Run<SortedStore>},
+#ifdef QUILON_BENCH_BOOST
+    {"boost", Run<HashStore<boost::unordered_flat_map<int, Value>>>},
+#endif
 #ifdef QUILON_BENCH_ABSL
     {"absl", Run<HashStore<absl::flat_hash_map<int, Value>>>},
 #endif
+    {"std", Run<HashStore<std::unordered_map<int, Value>>>},
+    {"sorted", Run<SortedStore>},
 };
 
 }  // namespace
@@ -248,16 +263,17 @@ int main(int argc, char** argv)
   quilon_bench::KeepMemory();
   benchmark::Initialize(&argc, argv);
   const std::vector<std::size_t> sizes = quilon_bench::TakeSizes(argc, argv, 1024, 65536);
+  const std::string              rows  = quilon_bench::TakeRowsFile(argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
 
   for (const char* operation : kOperations) {
-    for (const char* pattern : quilon_bench::kIdPatterns) {
+    for (const char* order : quilon_bench::kIdOrders) {
       for (const std::size_t size : sizes) {
         for (const Contestant& contestant : kContestants) {
-          const std::string name = std::string(operation) + '/' + pattern + '/' + std::to_string(size);
+          const std::string name = std::string(operation) + '/' + order + '/' + std::to_string(size);
           benchmark::RegisterBenchmark(
               (name + '/' + contestant.name).c_str(),
-              [=, run = contestant.run](benchmark::State& state) { run(state, operation, pattern, size); });
+              [=, run = contestant.run](benchmark::State& state) { run(state, operation, order, size); });
         }
       }
     }
@@ -265,7 +281,7 @@ int main(int argc, char** argv)
 
   std::vector<std::string> names;
   for (const Contestant& contestant : kContestants) names.emplace_back(contestant.name);
-  quilon_bench::RatioReporter reporter(names);
+  quilon_bench::RatioReporter reporter("id-map", names, rows);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
   return 0;

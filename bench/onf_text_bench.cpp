@@ -202,6 +202,7 @@ int main(int argc, char** argv)
   quilon_bench::KeepMemory();
   benchmark::Initialize(&argc, argv);
   const std::vector<std::size_t> sizes = quilon_bench::TakeSizes(argc, argv, 131072, 131072);
+  const std::string              rows  = quilon_bench::TakeRowsFile(argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
 
   for (const std::size_t size : sizes)
@@ -211,7 +212,7 @@ int main(int argc, char** argv)
           [=, run = one.run](benchmark::State& state) { run(state, size); })
           ->Unit(benchmark::kMillisecond);
 
-  quilon_bench::RatioReporter reporter({"database", "scan", "stream"});
+  quilon_bench::RatioReporter reporter("onf-text", {"database", "scan", "stream"}, rows);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
   return 0;

@@ -9,11 +9,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <memory>
 #include <span>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include "quilon_prefetch.h"
 
 /// Values V keyed by 32-bit ids (node or element numbers), made for dense, mostly small ids.
 ///
@@ -23,7 +26,9 @@
 ///
 /// Ids:      any int. Order is that of the id read as unsigned 32-bit, so a negative id follows every other one.
 /// Memory:   the entries, and 2 KiB per index node. A node serves 256 consecutive ids: dense ids cost 8 bytes each
-///           beside their entry, but 31-bit ids drawn at random cost two kilobytes each. Renumber those first.
+///           beside their entry, but 31-bit ids drawn at random cost two kilobytes each, and an insertion the time to
+///           fill them. Renumber those first. A table that shortens the descent adds at most 256 bytes per node and
+///           512 KiB in all.
 /// Failures: a failed allocation passes through as std::bad_alloc, and so does what V's constructor throws; the map
 ///           then holds exactly the entries of the insertions that returned.
 /// Threads:  one thread writes a map. Readers may share it once writing has ended: const members write nothing.
@@ -46,11 +51,14 @@ public:
 
   IdRadixMap() = default;
   /// Copies are deep.
-  IdRadixMap(const IdRadixMap& other) = default;
+  IdRadixMap(const IdRadixMap& other) : entries(other.entries), roots_(other.roots_)
+  {
+    pool_.reserve(other.numNodes_);
+    for (; numNodes_ < other.numNodes_; ++numNodes_) pool_.push_back(std::make_unique<Node>(*other.pool_[numNodes_]));
+    GrowLeafTable(other.leaves_.size());
+  }
   /// Leaves the other map empty and usable.
-  IdRadixMap(IdRadixMap&& other) noexcept
-      : entries(std::move(other.entries)), pool_(std::move(other.pool_)), roots_(std::exchange(other.roots_, kNoRoots))
-  {}
+  IdRadixMap(IdRadixMap&& other) noexcept { Swap(other); }
   /// When the copy throws, this map is unchanged.
   IdRadixMap& operator=(const IdRadixMap& other)
   {
@@ -77,21 +85,11 @@ public:
   /// @return the position of the id's entry, npos when the id is not held; creates nothing
   std::size_t Find(int id) const noexcept
   {
-    const auto  bits = static_cast<std::uint32_t>(id);
-    const Word* pool = pool_.data();
-    Word        node = kEmpty;
-    // Ids of one model mostly have one depth, so these branches are predicted; no table of depths is read.
-    if (bits < 0x100u) {
-      node = roots_[0];
-    } else if (bits < 0x10000u) {
-      node = Child(pool, roots_[1], bits >> 8);
-    } else if (bits < 0x1000000u) {
-      node = Child(pool, Child(pool, roots_[2], bits >> 16), bits >> 8 & 0xFFu);
-    } else {
-      node = Child(pool, Child(pool, Child(pool, roots_[3], bits >> 24), bits >> 16 & 0xFFu), bits >> 8 & 0xFFu);
-    }
+    const auto        bits = static_cast<std::uint32_t>(id);
+    const std::size_t key  = LeafKey(bits);
+    const Word* const leaf = key < leaves_.size() ? leaves_[key] : FindLeaf(bits);
     static_assert(static_cast<std::size_t>(kEmpty) == npos, "an empty word reads as no position");
-    return static_cast<std::size_t>(Child(pool, node, bits & 0xFFu));
+    return leaf == nullptr ? npos : static_cast<std::size_t>(leaf[bits & 0xFFu]);
   }
 
   /// All entries in the order of insertion; entry i is the one of position i. Values may be changed, ids not.
@@ -110,6 +108,13 @@ public:
     return entries[position].second;
   }
 
+  /// Asks for the memory of an entry that will be used soon; see quilon::Prefetch().
+  /// @param position of an entry
+  [[gnu::always_inline]] void PrefetchAt(std::size_t position) const noexcept
+  {
+    quilon::Prefetch(entries.data() + position, sizeof(Entry));
+  }
+
   /// The entries by ascending id, ids read as unsigned.
   iterator       begin() noexcept { return iterator(*this); }
   iterator       end() noexcept { return iterator(); }
@@ -121,15 +126,20 @@ public:
   void Reserve(std::size_t numEntries)
   {
     entries.reserve(numEntries);
-    // Leaves, the nodes above them, and up to six of partial leaves and of the depths that are only begun.
-    pool_.reserve((numEntries / kNodeSize + numEntries / (kNodeSize * kNodeSize) + 6) * kNodeSize);
+    const std::size_t numLeaves = numEntries / kNodeSize + 2;  // of partial ones, too
+    // Leaves, the nodes above them, and those of the depths that are only begun.
+    const std::size_t numNodes = numLeaves + numEntries / (kNodeSize * kNodeSize) + 4;
+    pool_.reserve(numNodes);
+    while (pool_.size() < numNodes) pool_.push_back(MakeNode());
+    leaves_.reserve(std::min(2 * numLeaves, kMaxLeafKeys));
   }
 
   /// Drops all entries; memory is kept for the next ones.
   void Clear() noexcept
   {
     entries.clear();
-    pool_.clear();
+    numNodes_ = 0;
+    leaves_.clear();
     roots_ = kNoRoots;
   }
 
@@ -142,9 +152,15 @@ private:
   static constexpr std::size_t kNodeSize = 256;
   static constexpr int         kNumDepth = 4;
 
+  using Node  = std::array<Word, kNodeSize>;
   using Roots = std::array<Word, kNumDepth>;
 
   static constexpr Roots kNoRoots = {kEmpty, kEmpty, kEmpty, kEmpty};
+
+  /// The leaf table covers ids below 2^24 and, so that a few great ids do not make it larger than the nodes are, no
+  /// more than this many leaves per node.
+  static constexpr std::size_t kMaxLeafKeys     = std::size_t{1} << 16;
+  static constexpr std::size_t kLeafKeysPerNode = 16;
 
   /// Bytes of the id, less one. Ids of different depths share no node.
   static int Depth(std::uint32_t bits) noexcept
@@ -152,55 +168,103 @@ private:
     return static_cast<int>(bits > 0xFFu) + static_cast<int>(bits > 0xFFFFu) + static_cast<int>(bits > 0xFFFFFFu);
   }
 
-  static Word Child(const Word* pool, Word node, std::uint32_t index) noexcept
+  /// Ids of one leaf have one key, ids of different leaves different ones.
+  static std::size_t LeafKey(std::uint32_t bits) noexcept { return bits >> 8; }
+
+  /// @param node its name, not kEmpty
+  Word*       WordsOf(Word node) noexcept { return pool_[static_cast<std::size_t>(node) / kNodeSize]->data(); }
+  const Word* WordsOf(Word node) const noexcept { return pool_[static_cast<std::size_t>(node) / kNodeSize]->data(); }
+
+  Word Child(Word node, std::uint32_t index) const noexcept { return node == kEmpty ? kEmpty : WordsOf(node)[index]; }
+
+  /// The descent from the root, out of line as ids mostly are in the table.
+  /// @return the words of the id's leaf, null when there is none
+  [[gnu::noinline]] const Word* FindLeaf(std::uint32_t bits) const noexcept
   {
-    return node == kEmpty ? kEmpty : pool[static_cast<std::size_t>(node) + index];
+    const int depth = Depth(bits);
+    Word      node  = roots_[static_cast<std::size_t>(depth)];
+    for (int shift = 8 * depth; shift > 0; shift -= 8) node = Child(node, bits >> shift & 0xFFu);
+    return node == kEmpty ? nullptr : WordsOf(node);
   }
 
-  /// Inserts an id that is not held. This is a second descent, out of line, so that the first one, with which most
-  /// calls end, only reads and saves no registers. Growth comes before the word that names what has grown: if it
-  /// throws, no word names a node or an entry that is not there.
-  [[gnu::noinline]] std::size_t Insert(int id)
+  /// The descent that appends the nodes it lacks. Growth comes before the word that names what has grown: if it throws,
+  /// no word names a node that is not there.
+  Word* FindOrMakeLeaf(std::uint32_t bits)
   {
-    const auto bits  = static_cast<std::uint32_t>(id);
-    const int  depth = Depth(bits);
-    Word       node  = roots_[static_cast<std::size_t>(depth)];
+    const int depth = Depth(bits);
+    Word      node  = roots_[static_cast<std::size_t>(depth)];
     if (node == kEmpty) {
       node                                    = AppendNode();
       roots_[static_cast<std::size_t>(depth)] = node;
     }
     for (int shift = 8 * depth; shift > 0; shift -= 8) {
-      const std::size_t slot  = static_cast<std::size_t>(node) + (bits >> shift & 0xFFu);
-      Word              child = pool_[slot];
-      if (child == kEmpty) {
-        child       = AppendNode();
-        pool_[slot] = child;
-      }
+      Word* const words = WordsOf(node);  // nodes stay where they are when others are appended
+      Word&       child = words[bits >> shift & 0xFFu];
+      if (child == kEmpty) child = AppendNode();
       node = child;
     }
+    Word* const       leaf = WordsOf(node);
+    const std::size_t key  = LeafKey(bits);
+    if (key >= leaves_.size() && key < std::min(kMaxLeafKeys, kLeafKeysPerNode * numNodes_)) {
+      GrowLeafTable(std::max(key + 1, std::min(2 * leaves_.size(), kMaxLeafKeys)));
+    } else if (key < leaves_.size()) {
+      leaves_[key] = leaf;
+    }
+    return leaf;
+  }
+
+  /// Lets the leaf table cover this many keys, at least as many as before.
+  void GrowLeafTable(std::size_t numKeys)
+  {
+    leaves_.reserve(numKeys);
+    for (std::size_t key = leaves_.size(); key < numKeys; ++key) {
+      leaves_.push_back(const_cast<Word*>(FindLeaf(static_cast<std::uint32_t>(key << 8))));
+    }
+  }
+
+  /// Inserts an id that is not held. Out of line, so that FindOrInsert(), which mostly meets ids that are held, only
+  /// reads and saves no registers.
+  [[gnu::noinline]] std::size_t Insert(int id)
+  {
+    const auto        bits     = static_cast<std::uint32_t>(id);
+    const std::size_t key      = LeafKey(bits);
+    Word* const       known    = key < leaves_.size() ? leaves_[key] : nullptr;
+    Word* const       leaf     = known != nullptr ? known : FindOrMakeLeaf(bits);
     const std::size_t position = entries.size();
     entries.emplace_back(std::piecewise_construct, std::forward_as_tuple(id), std::forward_as_tuple());
-    pool_[static_cast<std::size_t>(node) + (bits & 0xFFu)] = static_cast<Word>(position);
+    leaf[bits & 0xFFu] = static_cast<Word>(position);
     return position;
   }
 
+  static std::unique_ptr<Node> MakeNode() { return std::make_unique_for_overwrite<Node>(); }
+
   Word AppendNode()
   {
-    const std::size_t node = pool_.size();
-    pool_.resize(node + kNodeSize, kEmpty);
-    return static_cast<Word>(node);
+    if (numNodes_ == pool_.size()) pool_.push_back(MakeNode());
+    pool_[numNodes_]->fill(kEmpty);
+    return static_cast<Word>(numNodes_++ * kNodeSize);
   }
 
   void Swap(IdRadixMap& other) noexcept
   {
     entries.swap(other.entries);
     pool_.swap(other.pool_);
+    std::swap(numNodes_, other.numNodes_);
     std::swap(roots_, other.roots_);
+    leaves_.swap(other.leaves_);
   }
 
   std::vector<Entry> entries;
-  std::vector<Word>  pool_;
-  Roots              roots_ = kNoRoots;
+
+  /// The node pool, a piece of memory per node: it grows without copying, which with ids drawn at random, that need a
+  /// node each, took three quarters of all time. Those from numNodes_ on are spare.
+  std::vector<std::unique_ptr<Node>> pool_;
+  std::size_t                        numNodes_ = 0;
+  Roots                              roots_    = kNoRoots;
+
+  /// The words of leaves by their key, null where there is no leaf: one read in place of the descent, which made up
+  /// half the time of a lookup. Ids beyond the table go by the descent.
+  std::vector<Word*> leaves_;
 };
 
 /// A traversal cursor: forward iterator over the entries by ascending unsigned id.
@@ -226,6 +290,15 @@ public:
   reference operator*() const noexcept { return map_->entries[Position()]; }
   pointer   operator->() const noexcept { return &**this; }
 
+  /// Asks for the memory of an entry that the walk will come to soon, of an entry of the same leaf. Entries that lie in
+  /// another order than their ids come from memory one by one: who does more with an entry than add it up asks ahead.
+  [[gnu::always_inline]] void PrefetchAhead() const noexcept
+  {
+    constexpr std::size_t kAhead = 12;  // words of the leaf
+    const std::size_t     ahead  = index_ + kAhead;
+    if (ahead < kNodeSize && leaf_[ahead] != kEmpty) map_->PrefetchAt(static_cast<std::size_t>(leaf_[ahead]));
+  }
+
   BasicIterator& operator++() noexcept
   {
     FindNextEntry();
@@ -245,55 +318,70 @@ public:
 private:
   friend class IdRadixMap;
 
-  /// Where the walk stands in one level.
+  /// Where the walk stands in an inner level.
   struct Level
   {
-    Word        node  = kEmpty;
+    const Word* words = nullptr;
     std::size_t index = 0;  ///< the next word to look at, 0 to 256
   };
 
   /// Stands on the least id.
-  explicit BasicIterator(Map& map) noexcept : map_(&map), depth_(-1)
-  {
-    StartNextTree();
-    FindNextEntry();
-  }
+  explicit BasicIterator(Map& map) noexcept : map_(&map), depth_(-1) { FindNextLeaf(); }
 
-  /// Goes to the root of the next depth that holds ids; depth 4 is the end.
-  void StartNextTree() noexcept
-  {
-    do {
-      ++depth_;
-    } while (depth_ < kNumDepth && map_->roots_[static_cast<std::size_t>(depth_)] == kEmpty);
-    level_ = depth_;
-    if (depth_ < kNumDepth)
-      levels_[static_cast<std::size_t>(level_)] = {map_->roots_[static_cast<std::size_t>(depth_)], 0};
-  }
-
+  /// Leaf by leaf: the words of a leaf are walked without a look at the levels above.
   void FindNextEntry() noexcept
   {
-    const Word* pool = map_->pool_.data();
-    while (depth_ < kNumDepth) {
-      Level&      level = levels_[static_cast<std::size_t>(level_)];
-      const Word* words = pool + level.node;
-      level.index       = FindNextWord(words, level.index);
-      if (level.index == kNodeSize) {
-        if (level_ == depth_) {
-          StartNextTree();
-        } else {
+    index_ = FindNextWord(leaf_, index_ + 1);
+    if (index_ == kNodeSize) return FindNextLeaf();
+    position_ = leaf_[index_];
+  }
+
+  /// Stands on the first entry of the next leaf, or at the end.
+  void FindNextLeaf() noexcept
+  {
+    do {
+      if (level_ > depth_) {
+        do {
+          if (++depth_ == kNumDepth) {
+            position_ = kEmpty;
+            return;
+          }
+        } while (map_->roots_[static_cast<std::size_t>(depth_)] == kEmpty);
+        Enter(depth_, map_->roots_[static_cast<std::size_t>(depth_)]);
+      } else {
+        Level& above = levels_[static_cast<std::size_t>(level_)];
+        above.index  = FindNextWord(above.words, above.index);
+        if (above.index == kNodeSize) {
           ++level_;
+        } else {
+          Enter(level_ - 1, above.words[above.index++]);
         }
-        continue;
       }
-      const Word word = words[level.index++];
-      if (level_ == 0) {
-        position_ = word;
-        return;
-      }
-      --level_;
-      levels_[static_cast<std::size_t>(level_)] = {word, 0};
+    } while (level_ > 0 || !StandOnFirst());
+    level_ = 1;
+  }
+
+  void Enter(int level, Word node) noexcept
+  {
+    level_                  = level;
+    const Word* const words = map_->WordsOf(node);
+    if (level > 0) {
+      levels_[static_cast<std::size_t>(level)] = {words, 0};
+    } else {
+      leaf_ = words;
     }
-    position_ = kEmpty;
+  }
+
+  /// @return whether the leaf has an entry: one whose first insertion failed has none
+  bool StandOnFirst() noexcept
+  {
+    index_ = FindNextWord(leaf_, 0);
+    if (index_ == kNodeSize) {
+      level_ = 1;
+      return false;
+    }
+    position_ = leaf_[index_];
+    return true;
   }
 
   /// @return the index of the first word from `index` on that is not empty, 256 when there is none
@@ -320,7 +408,9 @@ private:
 
   Map*                         map_      = nullptr;
   int                          depth_    = kNumDepth;
-  int                          level_    = 0;
-  std::array<Level, kNumDepth> levels_   = {};
+  int                          level_    = 0;  ///< that FindNextLeaf() goes on in, above depth_ when the tree is walked
+  std::array<Level, kNumDepth> levels_   = {};  ///< inner ones, from 1
+  const Word*                  leaf_     = nullptr;
+  std::size_t                  index_    = 0;  ///< in the leaf
   Word                         position_ = kEmpty;
 };

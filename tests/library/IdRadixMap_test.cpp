@@ -218,8 +218,11 @@ TEST(IdRadixMap, AgreesWithThePlainMapOnEveryPatternOfIds)
     const char*      name;
     std::vector<int> ids;
   };
-  std::vector<Pattern> patterns = {{"dense", {}}, {"descending", {}}, {"random", {}}, {"byte-reversed", {}},
-                                   {"gaps", {}},  {"repeated", {}},   {"mixed", {}},  {"back and forth", {}}};
+  std::vector<Pattern> patterns = {{"dense", {}},  {"descending", {}},
+                                   {"random", {}}, {"byte-reversed", {}},
+                                   {"gaps", {}},   {"repeated", {}},
+                                   {"mixed", {}},  {"back and forth", {}},
+                                   {"far", {}},    {"near the end of the leaf table", {}}};
   for (int i = 0; i < 3000; ++i) {
     patterns[0].ids.push_back(i);
     patterns[1].ids.push_back(70000 - i);
@@ -229,6 +232,8 @@ TEST(IdRadixMap, AgreesWithThePlainMapOnEveryPatternOfIds)
     patterns[5].ids.push_back(draw(999));
     patterns[6].ids.push_back(draw((1u << draw(31)) - 1));
     patterns[7].ids.push_back(i % 2 == 0 ? i : 100000 + i);
+    patterns[8].ids.push_back(2000000 + 100 * i);  // the leaf table comes to cover them on the way
+    patterns[9].ids.push_back(i < 1500 ? 11200 * i : 0x1000000 + 5 * (i - 2250));
   }
   for (const Pattern& pattern : patterns) {
     SCOPED_TRACE(pattern.name);
@@ -270,6 +275,31 @@ TEST(IdRadixMap, ACopyIsDeep)
 
   original.FindOrInsert(501);
   EXPECT_EQ(copy.Find(501), Map::npos);
+}
+
+// Ids that the table of leaves covers from the first on, from the 800th on, and never.
+TEST(IdRadixMap, ACopyAndAClearedMapDoNotShareTheTableOfLeaves)
+{
+  std::vector<int> ids;
+  for (int i = 0; i < 1500; ++i) {
+    for (const int id : {i, 2000000 + 100 * i, 0x1000000 + 1000 * i}) ids.push_back(id);
+  }
+  Map original = MapOf(ids);
+  Map copy(original);
+  ExpectHolds(copy, ids);
+  copy.FindOrInsert(3000000);
+  copy.FindOrInsert(-1);
+  EXPECT_EQ(original.Find(3000000), Map::npos);
+  ExpectHolds(original, ids);
+
+  copy.Clear();
+  for (const int id : ids) ASSERT_EQ(copy.Find(id), Map::npos);
+  EXPECT_EQ(copy.FindOrInsert(2000000), 0u);
+  EXPECT_EQ(copy.Find(0), Map::npos);
+  ExpectHolds(original, ids);
+  const Map taken(std::move(original));
+  ExpectHolds(taken, ids);
+  EXPECT_EQ(original.Find(0), Map::npos);
 }
 
 TEST(IdRadixMap, AssignmentReplacesAllEntries)
