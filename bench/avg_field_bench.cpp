@@ -2,23 +2,24 @@
 //
 // Cases, named <operation>/<form>/<ids>/<number of ids>/<contestant>, time per value or entry:
 //   add       an empty field takes the values of a mesh of hexahedra, element by element: every inner node eight times
-//   again     the same after a reset: the ids are known
+//   refill    a reset, and the same again: the ids are known, and come in the order of the fill before
+//   reorder   a reset, and the elements in another order each time
 //   dump      all ids and data are copied out by ascending id
+//   save      averages become a block of a database in memory, by ascending id
 //   reset     all data is set to zero
-// Forms: sums1 (sums with counts of scalars), stats6 (running statistics of tensors).
-// Ids: dense, gaps, reversed (bytes), random (31 bits); see id_patterns.h.
+// Forms: sums1 (sums with counts of scalars), sums6 (of tensors), stats6 (running statistics of tensors).
+// Ids: dense (as a mesher numbers nodes), shuffled (those ids in no order), gaps, random (31 bits); see id_patterns.h.
 // Contestants:
-//   field     FEM_AvgField
-//   std       std::unordered_map; its dump sorts
-//   sorted    a vector of entries sorted by id, into which new ids are inserted where they belong; 4096 ids at most, as
-//   its
-//             filling grows with the square
-//   absl      absl::flat_hash_map, where the package is there; dump as std
+//   field     FEM_AvgField, across the border of the shared library
+//   vector    a vector of data by id, where ids leave no great gaps
+//   boost     boost::unordered_flat_map, where its headers are there; its dump sorts
+//   absl      absl::flat_hash_map, where the package is there; dump as boost
+//   std       std::unordered_map; dump as boost
+// Peers save by the database's own calls, and their dump comes first.
 //
-// Flags: --least=N and --most=N for the sizes, which double (1024 and 65536), and those of Google Benchmark:
-// --benchmark_filter=^add/stats6/dense chooses cases; --benchmark_repetitions=20
-// --benchmark_enable_random_interleaving=true gives medians and, in the table behind them, ratios of the best times of
-// one run.
+// Flags: --least=N and --most=N for the sizes, which double (1024 and 65536), --rows=FILE, and those of Google
+// Benchmark: --benchmark_filter=^add/stats6/dense chooses cases; --benchmark_repetitions=5
+// --benchmark_enable_random_interleaving=true measures in turns and gives medians.
 
 #include <algorithm>
 #include <cstddef>
@@ -31,11 +32,17 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
+#ifdef QUILON_BENCH_BOOST
+#  include <boost/unordered/unordered_flat_map.hpp>
+#endif
 #ifdef QUILON_BENCH_ABSL
 #  include <absl/container/flat_hash_map.h>
 #endif
 
-#include "FEM_AvgField.h"
+#include <bundled/FED_ResultDatabase.h>
+#include <FEM_AvgField.h>
+#include <QuilonDbConnector/FED_IdDataBlock.h>
+
 #include "id_patterns.h"
 #include "keep_memory.h"
 #include "ratio_reporter.h"
@@ -72,6 +79,10 @@ public:
   void Add(int id, const double (&value)[N]) { field_.AddValue(id, value); }
   void Dump(std::vector<int>& ids, std::vector<Data>& data) const { field_.DumpField(0, ids, data); }
   void Reset() { field_.ResetField(); }
+  void Save(FED_Database& db, const FED_DataDescriptor& block) const
+  {
+    field_.SaveField(db, block, FEM_AvgFieldDefs::NoLayerIndex, FEM_AvgFieldDefs::Average, true, nullptr);
+  }
 
 private:
   FEM_AvgField<int, Data, N> field_;
@@ -105,34 +116,32 @@ private:
 };
 
 template <typename Data, int N>
-class SortedStore
+class VectorStore
 {
 public:
   void Add(int id, const double (&value)[N])
   {
-    const auto bits  = static_cast<std::uint32_t>(id);
-    const auto less  = [](const Entry& entry, std::uint32_t key) { return entry.first < key; };
-    auto       place = std::lower_bound(entries_.begin(), entries_.end(), bits, less);
-    if (place == entries_.end() || place->first != bits) place = entries_.emplace(place, bits, Data());
-    Fold(place->second, value);
+    const auto index = static_cast<std::size_t>(id);
+    if (index >= data_.size()) data_.resize(std::max(index + 1, 2 * data_.size()));
+    Fold(data_[index], value);
   }
   void Dump(std::vector<int>& ids, std::vector<Data>& data) const
   {
     ids.clear();
     data.clear();
-    for (const Entry& entry : entries_) {
-      ids.push_back(static_cast<int>(entry.first));
-      data.push_back(entry.second);
+    for (std::size_t index = 0; index < data_.size(); ++index) {
+      if (data_[index].count == 0) continue;
+      ids.push_back(static_cast<int>(index));
+      data.push_back(data_[index]);
     }
   }
   void Reset()
   {
-    for (Entry& entry : entries_) entry.second = Data();
+    for (Data& data : data_) data = Data();
   }
 
 private:
-  using Entry = std::pair<std::uint32_t, Data>;
-  std::vector<Entry> entries_;
+  std::vector<Data> data_;
 };
 
 template <typename Store, int N>
@@ -144,26 +153,84 @@ void AddAll(Store& store, const std::vector<int>& order)
   for (const int id : order) store.Add(id, value);
 }
 
+// Averages by the calls of the database.
+template <typename Data>
+double Average(const Data& data, int k)
+{
+  if constexpr (requires { data.sum; }) {
+    return data.sum[k] / data.count;
+  } else {
+    return data.mean[k];
+  }
+}
+
+void Write(FED_IdDataBlock& view, int id, const double (&value)[1]) { view.SetScalar(id, value[0]); }
+void Write(FED_IdDataBlock& view, int id, const double (&value)[6]) { view.SetTensor(id, value); }
+
+template <typename Store, typename Data, int N>
+void Save(const Store& store, FED_Database& db, const FED_DataDescriptor& block)
+{
+  if constexpr (requires { store.Save(db, block); }) {
+    store.Save(db, block);
+  } else {
+    std::vector<int>  ids;
+    std::vector<Data> data;
+    store.Dump(ids, data);
+    FED_IdDataBlock view(db.GetOrCreateDataBlock(block, ids.size()), db.GetIdMapsPool(), true);
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+      double value[N];
+      for (int k = 0; k < N; ++k) value[k] = Average(data[i], k);
+      Write(view, ids[i], value);
+    }
+  }
+}
+
+std::vector<int> ValuesOf(const std::string& pattern, std::size_t size)
+{
+  if (pattern == "shuffled")
+    return quilon_bench::MeshOrder(quilon_bench::Shuffled(quilon_bench::MakeIds("dense", size)));
+  return quilon_bench::MeshOrder(quilon_bench::MakeIds(pattern, size));
+}
+
+// The same elements, the last one first.
+std::vector<int> Backwards(const std::vector<int>& order) { return {order.rbegin(), order.rend()}; }
+
 template <typename Store, typename Data, int N>
 void Run(benchmark::State& state, const std::string& operation, const std::string& pattern, std::size_t size)
 {
-  const std::vector<int> order = quilon_bench::MeshOrder(quilon_bench::MakeIds(pattern, size));
+  const std::vector<int> order     = ValuesOf(pattern, size);
+  const std::vector<int> backwards = operation == "reorder" ? Backwards(order) : std::vector<int>();
   Store                  filled;
   if (operation != "add") AddAll<Store, N>(filled, order);
   std::vector<int>  ids;
   std::vector<Data> data;
   filled.Dump(ids, data);
-  std::size_t items = operation == "dump" || operation == "reset" ? ids.size() : order.size();
+  if (operation == "refill") {
+    filled.Reset();
+    AddAll<Store, N>(filled, order);
+  }
+  const bool               isPerValue = operation == "add" || operation == "refill" || operation == "reorder";
+  const std::size_t        items      = isPerValue ? order.size() : ids.size();
+  const FED_DataDescriptor block(1, FED_OnfId(N == 1 ? 514 : 521));
 
+  bool isBackwards = false;
   for (auto _ : state) {
     if (operation == "add") {
       Store store;
       AddAll<Store, N>(store, order);
       benchmark::DoNotOptimize(store);
-    } else if (operation == "again") {
+    } else if (operation == "refill") {
+      filled.Reset();
       AddAll<Store, N>(filled, order);
+    } else if (operation == "reorder") {
+      isBackwards = !isBackwards;
+      filled.Reset();
+      AddAll<Store, N>(filled, isBackwards ? backwards : order);
     } else if (operation == "dump") {
       filled.Dump(ids, data);
+    } else if (operation == "save") {
+      FED_ResultDatabase db;
+      Save<Store, Data, N>(filled, db, block);
     } else {
       filled.Reset();
     }
@@ -183,15 +250,16 @@ std::vector<Contestant> Contestants()
 {
   return {
       {"field", Run<FieldStore<Data, N>, Data, N>},
-      {"std", Run<HashStore<std::unordered_map<int, Data>, Data, N>, Data, N>},
-      {"sorted", Run<SortedStore<Data, N>, Data, N>},
+      {"vector", Run<VectorStore<Data, N>, Data, N>},
+#ifdef QUILON_BENCH_BOOST
+      {"boost", Run<HashStore<boost::unordered_flat_map<int, Data>, Data, N>, Data, N>},
+#endif
 #ifdef QUILON_BENCH_ABSL
       {"absl", Run<HashStore<absl::flat_hash_map<int, Data>, Data, N>, Data, N>},
 #endif
+      {"std", Run<HashStore<std::unordered_map<int, Data>, Data, N>, Data, N>},
   };
 }
-
-constexpr std::size_t kMostForSorted = 4096;
 
 }  // namespace
 
@@ -200,16 +268,18 @@ int main(int argc, char** argv)
   quilon_bench::KeepMemory();
   benchmark::Initialize(&argc, argv);
   const std::vector<std::size_t> sizes = quilon_bench::TakeSizes(argc, argv, 1024, 65536);
+  const std::string              rows  = quilon_bench::TakeRowsFile(argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
 
   const std::pair<std::string, std::vector<Contestant>> forms[] = {{"sums1", Contestants<AvgData<1>, 1>()},
+                                                                   {"sums6", Contestants<AvgData<6>, 6>()},
                                                                    {"stats6", Contestants<StatData<6>, 6>()}};
-  for (const std::string operation : {"add", "again", "dump", "reset"}) {
+  for (const std::string operation : {"add", "refill", "reorder", "dump", "save", "reset"}) {
     for (const auto& [form, contestants] : forms) {
-      for (const std::string pattern : quilon_bench::kIdPatterns) {
+      for (const std::string pattern : {"dense", "shuffled", "gaps", "random"}) {
         for (const std::size_t size : sizes) {
           for (const Contestant& contestant : contestants) {
-            if (contestant.name == "sorted" && size > kMostForSorted) continue;
+            if (contestant.name == "vector" && pattern == "random") continue;
             const std::string name = operation + '/' + form + '/' + pattern + '/' + std::to_string(size);
             benchmark::RegisterBenchmark(
                 (name + '/' + contestant.name).c_str(),
@@ -222,7 +292,7 @@ int main(int argc, char** argv)
 
   std::vector<std::string> names;
   for (const Contestant& contestant : forms[0].second) names.push_back(contestant.name);
-  quilon_bench::RatioReporter reporter(names);
+  quilon_bench::RatioReporter reporter("averaging", names, rows);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
   return 0;

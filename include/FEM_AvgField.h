@@ -28,7 +28,8 @@ class FED_DataDescriptor;
 /// Layers:   0 <= layer < NumLayers() here, and from 1 in saved blocks. Layers are not checked: a layer out of range
 ///           is undefined behaviour, except that debug builds assert.
 /// Counts:   at most 2147483647 values per id and layer.
-/// Memory:   per layer that of an IdRadixMap<Data>. An id once added stays until the field is destroyed.
+/// Memory:   per layer that of an IdRadixMap<Data>, and from the second fill on, as long as fills come in one order, 4
+///           bytes per value of the longest. An id once added stays until the field is destroyed.
 /// Failures: a failed allocation passes through as std::bad_alloc; the field then holds exactly the values of the
 ///           AddValue() calls that returned.
 /// Threads:  one thread fills a field. Several may read it once filling has ended: const members write nothing.
@@ -94,9 +95,22 @@ public:
 private:
   using LayerStore = IdRadixMap<Data>;
 
+  /// Where the values of the fill before went: result steps name the same ids in the same order, so that the log knows
+  /// the entry of the next value, and of those to come, without a search. Every use is proved by the entry's id, so
+  /// the log may be wrong. The first fill keeps none, as many fields are filled once.
+  struct FillLog
+  {
+    std::vector<std::uint32_t> positions;       ///< entries in the order of their values
+    std::size_t                next   = 0;      ///< values added since the last reset, while the log is kept
+    std::size_t                misses = 0;      ///< of them, those that the log was wrong about
+    bool                       isKept = false;  ///< set by a reset; given up when the order of fills changes
+    bool                       isVain = false;  ///< given up
+  };
+
   std::int32_t            numLayers;
   std::vector<LayerStore> layers_;  // shape [numLayers]
   std::vector<bool>       added;    // shape [numLayers]: whether a layer ever received a value
+  std::vector<FillLog>    logs_;    // shape [numLayers]
 };
 
 extern template class FEM_AvgField<int, FEM_AvgUtil::AvgData<1>, 1>;

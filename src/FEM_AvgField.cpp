@@ -119,6 +119,60 @@ template <typename Store, int N>
   added[static_cast<std::size_t>(layer)] = true;
 }
 
+/// Values between the one at work and the one whose entry is asked for. Shuffled ids: from 0.4 of the speed of a vector
+/// by id to 1.8 times it.
+constexpr std::size_t kAhead = 16;
+
+/// A log that was wrong this often, and about every second value, is given up.
+constexpr std::size_t kToleratedMisses = 64;
+
+/// The way of values that the log does not know, while it is kept.
+template <typename Store, typename Log, int N>
+[[gnu::noinline]] void AddLogged(Store& store, Log& log, std::vector<bool>& added, int layer, int id,
+                                 const double (&value)[N])
+{
+  const bool isMiss = log.next < log.positions.size();
+  // Room first: if this throws, the value has not been added.
+  if (!isMiss && log.positions.size() == log.positions.capacity())
+    log.positions.reserve(2 * log.positions.size() + kAhead);
+  const std::size_t position = store.FindOrInsert(id);
+  Fold(store.At(position), value);
+  added[static_cast<std::size_t>(layer)] = true;
+
+  if (!isMiss) {
+    log.positions.push_back(static_cast<std::uint32_t>(position));
+  } else {
+    log.positions[log.next] = static_cast<std::uint32_t>(position);
+    ++log.misses;
+  }
+  ++log.next;
+  if (log.misses > kToleratedMisses && 2 * log.misses > log.next) {
+    log        = Log();
+    log.isVain = true;
+  }
+}
+
+/// Inlined in both ways of AddValue(): a call of one by the other goes by way of the library's table of symbols.
+template <typename Store, typename Log, int N>
+[[gnu::always_inline]] inline void Add(std::vector<Store>& layers, std::vector<Log>& logs, std::vector<bool>& added,
+                                       int layer, int id, const double (&value)[N])
+{
+  Store& store = LayerAt(layers, layer);
+  Log&   log   = LayerAt(logs, layer);
+  if (log.next < log.positions.size()) {
+    auto& entry = store.Entries()[log.positions[log.next]];
+    if (entry.first == id) {
+      ++log.next;
+      if (log.next + kAhead < log.positions.size()) store.PrefetchAt(log.positions[log.next + kAhead]);
+      return Fold(entry.second, value);
+    }
+  }
+  if (log.isKept) return AddLogged(store, log, added, layer, id, value);
+  const std::size_t position = store.Find(id);
+  if (position == Store::npos) return AddNew(store, added, layer, id, value);
+  Fold(store.At(position), value);
+}
+
 void RequireOperation(Operation op)
 {
   switch (op) {
@@ -135,7 +189,10 @@ void RequireOperation(Operation op)
 
 template <typename Key, typename Data, int N>
 FEM_AvgField<Key, Data, N>::FEM_AvgField(int layerCount)
-    : numLayers(std::max(layerCount, 0)), layers_(static_cast<std::size_t>(numLayers)), added(layers_.size(), false)
+    : numLayers(std::max(layerCount, 0)),
+      layers_(static_cast<std::size_t>(numLayers)),
+      added(layers_.size(), false),
+      logs_(layers_.size())
 {}
 
 template <typename Key, typename Data, int N>
@@ -143,7 +200,10 @@ FEM_AvgField<Key, Data, N>::FEM_AvgField(const FEM_AvgField& other) = default;
 
 template <typename Key, typename Data, int N>
 FEM_AvgField<Key, Data, N>::FEM_AvgField(FEM_AvgField&& other) noexcept
-    : numLayers(std::exchange(other.numLayers, 0)), layers_(std::move(other.layers_)), added(std::move(other.added))
+    : numLayers(std::exchange(other.numLayers, 0)),
+      layers_(std::move(other.layers_)),
+      added(std::move(other.added)),
+      logs_(std::move(other.logs_))
 {}
 
 template <typename Key, typename Data, int N>
@@ -161,6 +221,7 @@ FEM_AvgField<Key, Data, N>& FEM_AvgField<Key, Data, N>::operator=(FEM_AvgField&&
   std::swap(numLayers, taken.numLayers);
   layers_.swap(taken.layers_);
   added.swap(taken.added);
+  logs_.swap(taken.logs_);
   return *this;
 }
 
@@ -170,16 +231,13 @@ FEM_AvgField<Key, Data, N>::~FEM_AvgField() = default;
 template <typename Key, typename Data, int N>
 void FEM_AvgField<Key, Data, N>::AddValue(const Key& id, const double (&value)[N])
 {
-  AddValue(id, 0, value);
+  Add(layers_, logs_, added, 0, id, value);
 }
 
 template <typename Key, typename Data, int N>
 void FEM_AvgField<Key, Data, N>::AddValue(const Key& id, int layer, const double (&value)[N])
 {
-  LayerStore&       store    = LayerAt(layers_, layer);
-  const std::size_t position = store.Find(id);
-  if (position == LayerStore::npos) return AddNew(store, added, layer, id, value);
-  Fold(store.At(position), value);
+  Add(layers_, logs_, added, layer, id, value);
 }
 
 template <typename Key, typename Data, int N>
@@ -199,9 +257,10 @@ void FEM_AvgField<Key, Data, N>::DumpField(int layer, std::vector<Key>& ids, std
   ids.resize(store.Entries().size());
   data.resize(store.Entries().size());
   std::size_t k = 0;
-  for (const auto& [id, entry] : store) {
-    ids[k]  = id;
-    data[k] = entry;
+  for (auto entry = store.begin(); entry != store.end(); ++entry) {
+    entry.PrefetchAhead();
+    ids[k]  = entry->first;
+    data[k] = entry->second;
     ++k;
   }
 }
@@ -231,6 +290,11 @@ void FEM_AvgField<Key, Data, N>::ResetField()
   for (LayerStore& store : layers_) {
     for (auto& entry : store.Entries()) Zero(entry.second);
   }
+  for (FillLog& log : logs_) {
+    log.isKept = !log.isVain;
+    log.next   = 0;
+    log.misses = 0;
+  }
 }
 
 template <typename Key, typename Data, int N>
@@ -255,10 +319,11 @@ void FEM_AvgField<Key, Data, N>::SaveField(FED_Database& db, const FED_DataDescr
     FED_IdMapsPool& idMaps = db.GetIdMapsPool();
     FED_DataBlock&  block  = db.GetOrCreateDataBlock(blockDesc, store.Entries().size());
     FED_IdDataBlock view(block, idMaps, blockFlag);
-    for (const auto& [id, data] : store) {
+    for (auto entry = store.begin(); entry != store.end(); ++entry) {
+      entry.PrefetchAhead();  // ids in no order: a third of the time
       double value[N];
-      Compute(data, op, value);
-      WriteRecord(view, id, value);
+      Compute(entry->second, op, value);
+      WriteRecord(view, entry->first, value);
     }
   }
 }

@@ -1,10 +1,13 @@
 #include "FEM_AvgField.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <limits>
+#include <map>
 #include <memory>
 #include <new>
 #include <random>
@@ -375,7 +378,131 @@ std::size_t AddUntilFailure(StatField<1>& field, std::size_t failing)
   return added;
 }
 
-TEST(FEM_AvgField, AnAllocationThatFailsAnywhereLeavesTheValuesAddedBefore)
+// Fills by the order of the one before, and orders that it has to notice. The plain field is the folding without any
+// memory of orders.
+
+class PlainField
+{
+public:
+  void Add(int id, double value)
+  {
+    StatData<1>& data  = data_[static_cast<std::uint32_t>(id)];
+    const double delta = value - data.mean[0];
+    data.count += 1;
+    if (data.count == 1) {
+      data.mean[0] = value;
+      return;
+    }
+    data.mean[0] += delta / data.count;
+    data.m2[0] += (value - data.mean[0]) * delta;
+  }
+  void Reset()
+  {
+    for (auto& entry : data_) entry.second = StatData<1>();
+  }
+  const std::map<std::uint32_t, StatData<1>>& GetData() const { return data_; }
+
+private:
+  std::map<std::uint32_t, StatData<1>> data_;
+};
+
+void ExpectSame(const StatField<1>& field, int layer, const PlainField& plain)
+{
+  std::vector<int>         ids;
+  std::vector<StatData<1>> data;
+  field.DumpField(layer, ids, data);
+  ASSERT_EQ(ids.size(), plain.GetData().size());
+  std::size_t k = 0;
+  for (const auto& [id, expected] : plain.GetData()) {
+    ASSERT_EQ(static_cast<std::uint32_t>(ids[k]), id);
+    EXPECT_EQ(data[k].mean[0], expected.mean[0]) << id;
+    EXPECT_EQ(data[k].m2[0], expected.m2[0]) << id;
+    EXPECT_EQ(data[k].count, expected.count) << id;
+    ++k;
+  }
+}
+
+TEST(FEM_AvgField, EveryOrderOfFillsGivesThePlainFieldsBits)
+{
+  std::mt19937     random(20261122);
+  std::vector<int> once;
+  for (int i = 0; i < 600; ++i) once.push_back(static_cast<int>(random() % 300) - 20);
+  std::vector<int> shuffled = once;
+  std::shuffle(shuffled.begin(), shuffled.end(), random);
+  std::vector<int> longer = once;
+  for (int i = 0; i < 100; ++i) longer.push_back(static_cast<int>(random() % 1000));
+  std::vector<int> shorter(once.begin(), once.begin() + 150);
+  std::vector<int> oneMore = once;
+  oneMore.insert(oneMore.begin() + 30, 123456);  // everything behind it is one late
+  std::vector<int> oneOther = once;
+  oneOther[40]              = -5;
+
+  const std::vector<std::vector<int>> orders = {once,   once,   once, oneOther, once,    shorter, once,
+                                                longer, longer, once, oneMore,  oneMore, once,    shuffled,
+                                                once,   once,   {},   once,     shuffled};
+  StatField<1>                        field(2);
+  PlainField                          plain[2];
+  double                              value = 0.25;
+  for (std::size_t fill = 0; fill < orders.size(); ++fill) {
+    SCOPED_TRACE(fill);
+    if (fill > 0) field.ResetField();
+    if (fill > 0) plain[0].Reset(), plain[1].Reset();
+    for (std::size_t i = 0; i < orders[fill].size(); ++i) {
+      // The second layer lags behind, in an order of its own.
+      for (int layer = 0; layer < (i % 3 == 0 ? 2 : 1); ++layer) {
+        value = 0.7 * value + orders[fill][i];
+        Add(field, orders[fill][i], layer, value);
+        plain[layer].Add(orders[fill][i], value);
+      }
+    }
+    for (const int layer : {0, 1}) ExpectSame(field, layer, plain[layer]);
+  }
+}
+
+TEST(FEM_AvgField, ACopyInTheMiddleOfAFillGoesOnByItself)
+{
+  StatField<1> field;
+  PlainField   plain;
+  const auto   add = [](StatField<1>& to, int id) { Add(to, id, 0, 0.5 * id); };
+  for (int fill = 0; fill < 3; ++fill) {
+    field.ResetField();
+    for (const int id : {1, 2, 3, 4}) add(field, id);
+  }
+  field.ResetField();
+  add(field, 1);
+  StatField<1> copy(field);
+  for (const int id : {2, 3, 4}) add(field, id);
+  for (const int id : {9, 4, 3}) add(copy, id);
+  StatField<1> taken(std::move(field));
+  taken.ResetField();
+  for (const int id : {1, 2, 3, 4}) {
+    add(taken, id);
+    plain.Add(id, 0.5 * id);
+  }
+  ExpectSame(taken, 0, plain);
+  EXPECT_EQ(copy.GetData(0, 2)->count, 0);
+  for (const int id : {1, 3, 4, 9}) EXPECT_EQ(copy.GetData(0, id)->mean[0], 0.5 * id);
+}
+
+TEST(FEM_AvgField, OneFillAloneKeepsNoLogAndLaterOnesOfOneOrderAllocateNothing)
+{
+  AvgField<1> field;
+  for (int id = 0; id < 256; ++id) Add(field, id, 0, 1.0);
+  AllocationFailure counter(0);
+  for (int id = 0; id < 256; ++id) Add(field, id, 0, 1.0);
+  EXPECT_EQ(counter.GetCount(), 0u);
+  field.ResetField();
+  for (int id = 0; id < 256; ++id) Add(field, id, 0, 1.0);
+  const std::size_t logged = counter.GetCount();
+  EXPECT_GT(logged, 0u);
+  for (int fill = 0; fill < 3; ++fill) {
+    field.ResetField();
+    for (int id = 0; id < 256; ++id) Add(field, id, 0, 1.0);
+  }
+  EXPECT_EQ(counter.GetCount(), logged);
+}
+
+void ExpectThatFailuresLeaveTheValuesAddedBefore(bool isLogged)
 {
   std::size_t failing = 0;
   std::size_t added;
@@ -383,6 +510,7 @@ TEST(FEM_AvgField, AnAllocationThatFailsAnywhereLeavesTheValuesAddedBefore)
     ++failing;
     SCOPED_TRACE(failing);
     StatField<1> field;
+    if (isLogged) field.ResetField();
     added = AddUntilFailure(field, failing);
 
     StatField<1> expected;
@@ -399,6 +527,16 @@ TEST(FEM_AvgField, AnAllocationThatFailsAnywhereLeavesTheValuesAddedBefore)
     }
   } while (added < kGrowingIds.size());
   EXPECT_GT(failing, 10u);
+}
+
+TEST(FEM_AvgField, AnAllocationThatFailsAnywhereLeavesTheValuesAddedBefore)
+{
+  ExpectThatFailuresLeaveTheValuesAddedBefore(false);
+}
+
+TEST(FEM_AvgField, AnAllocationThatFailsAfterAResetLeavesTheValuesAddedBefore)
+{
+  ExpectThatFailuresLeaveTheValuesAddedBefore(true);
 }
 
 TEST(FEM_AvgField, AnAssignmentThatFailsLeavesTheTarget)
