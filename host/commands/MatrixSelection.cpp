@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <bundled/OnfKinds.h>
+
 #include "commands/NumberOptions.h"
 #include "FED_YaleMatrixStorage.h"
 #include "import/OpenedDatabase.h"
@@ -35,7 +37,7 @@ std::vector<SelectedMatrix> MatrixSelection::SelectSparse(OpenedDatabase&       
 {
   std::vector<SelectedMatrix> matrices;
   for (const FED_DataDescriptor& descriptor : selected) {
-    if (!matrix::HoldsMatrices(descriptor.GetInteger(FED_DataDescriptor::OnfId))) continue;
+    if (!OnfKind::HoldsMatrices(descriptor.GetInteger(FED_DataDescriptor::OnfId))) continue;
     bool isThere = false;
     for (const std::size_t one : matrix::MatrixIndices(database.Get().GetConstDataBlock(descriptor))) {
       if (index && one != static_cast<std::size_t>(*index)) continue;

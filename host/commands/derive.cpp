@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <bundled/FED_ResultDatabase.h>
+#include <bundled/OnfKinds.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
@@ -45,7 +46,8 @@ Descriptors DescriptorsOf(const FED_Database& database)
 }
 
 /// Kinds whose blocks are added to those of another kind and then removed, and the kind that they are added to.
-const std::map<int, int> kContributions = {{903, 540}, {913, 541}};
+const std::map<int, int> kContributions = {{OnfKind::ElementEnergyContribution, OnfKind::ElementEnergy},
+                                           {OnfKind::NodeEnergyContribution, OnfKind::NodeEnergy}};
 
 /// What derivation made of a database.
 struct Changes

@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <bundled/OnfKinds.h>
+
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
@@ -43,8 +45,8 @@ std::vector<IndexKey> UsedKeys(const std::vector<FED_DataDescriptor>& descriptor
   std::vector<IndexKey> keys;
   for (const IndexKey& key : GetIndexKeys())
     for (const FED_DataDescriptor& descriptor : descriptors) {
-      const bool isQuantity =
-          key.index == kQuantityIndex && descriptor.GetInteger(FED_DataDescriptor::OnfId) == FED_OnfId_ScalarHistory;
+      const bool isQuantity = key.index == OnfIndex::Quantity &&
+                              descriptor.GetInteger(FED_DataDescriptor::OnfId) == FED_OnfId_ScalarHistory;
       if (!descriptor.IsSet(key.index) || isQuantity) continue;
       keys.push_back(key);
       break;

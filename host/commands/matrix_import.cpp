@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <bundled/FED_ResultDatabase.h>
+#include <bundled/OnfKinds.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/MatrixCommands.h"
@@ -91,9 +92,9 @@ int OnfOf(matrix::MatrixFile::Role role)
 {
   switch (role) {
     case matrix::MatrixFile::Stiffness:
-      return 593;
+      return OnfKind::StiffnessMatrix;
     case matrix::MatrixFile::Mass:
-      return 594;
+      return OnfKind::MassMatrix;
     case matrix::MatrixFile::Untold:
       break;
   }

@@ -8,6 +8,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <bundled/OnfKinds.h>
+
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
@@ -61,7 +63,7 @@ std::string StepOf(const FED_DataDescriptor& descriptor)
 {
   std::string step;
   for (const IndexKey& key : GetIndexKeys()) {
-    const bool isQuantity = key.index == kQuantityIndex && GetQuantity(descriptor) != 0;
+    const bool isQuantity = key.index == OnfIndex::Quantity && GetQuantity(descriptor) != 0;
     if (!descriptor.IsSet(key.index) || key.index == FED_DataDescriptor::Layer || isQuantity) continue;
     step += (step.empty() ? "" : ",") + std::string(key.key) + '=' + std::to_string(descriptor.GetInteger(key.index));
   }

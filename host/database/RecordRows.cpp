@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <bundled/FED_RecordFormat.h>
+#include <bundled/OnfKinds.h>
 
 #include "database/ScratchRecord.h"
 #include "kinds/KindTable.h"
@@ -12,7 +13,6 @@
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Format.h"
 
 namespace quilon {
@@ -21,18 +21,9 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-constexpr int kFirstKindWithoutIds = 15;
-
 const Names kTensorNames    = {"xx", "yy", "zz", "xy", "yz", "zx"};
 const Names kVectorNames    = {"x", "y", "z"};
 const Names kPrincipalNames = {"p1", "p2", "p3"};
-const Names kMatrixNames    = {"rows", "columns", "values", "row-pointers", "column-indices"};
-
-bool HasIds(FED_OnfId onf) { return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind() < kFirstKindWithoutIds; }
-
-bool IsPointKind(int onf) { return onf == 582 || onf == 583; }
-bool IsNodalListKind(int onf) { return onf == 580 || onf == 581; }
-bool IsPrincipalKind(int onf) { return onf == 520 || onf == 530 || onf == 560 || onf == 570; }
 
 /// Names of the fields' columns, nothing where the fields have none of their own.
 Names FieldNames(int onf, const std::vector<FED_FieldType::Class>& fields, const std::string& kind)
@@ -40,10 +31,11 @@ Names FieldNames(int onf, const std::vector<FED_FieldType::Class>& fields, const
   using namespace FED_FieldType;
   using Classes = std::vector<Class>;
   if (fields == Classes{Tensor}) return kTensorNames;
-  if (fields == Classes{Vector}) return IsPrincipalKind(onf) ? kPrincipalNames : kVectorNames;
-  if (fields == Classes{Integer, Integer, DoubleList, IntList, IntList}) return kMatrixNames;
-  if (onf == FED_OnfId_ElementNodes && fields.size() == 1) return {"nodes"};
-  if (onf == 596 && fields.size() == 2) return {"type", "material"};
+  if (fields == Classes{Vector}) return OnfKind::TensorOf(onf) != 0 ? kPrincipalNames : kVectorNames;
+  const Names& own = OnfKind::FieldNamesOf(onf);
+  if (own.size() == fields.size() && !own.empty()) return own;
+  if (fields == Classes{Integer, Integer, DoubleList, IntList, IntList})
+    return OnfKind::FieldNamesOf(OnfKind::StiffnessMatrix);
   if (fields == Classes{Double}) return {onf == FED_OnfId_ScalarHistory ? kind : "value"};
   if (fields.size() == 1 && fields.front() != None) return {"value"};
   return {};
@@ -167,14 +159,14 @@ RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const
   for (std::size_t field = 1; field <= scratch->GetFieldCount(); ++field)
     fields.push_back(FED_FieldType::GetClass(scratch->GetFieldType(field)));
 
-  columns_ = {HasIds(static_cast<FED_OnfId>(onf)) ? "id" : "index"};
+  columns_ = {OnfKind::HasIds(onf) ? "id" : "index"};
   Names names;
   using Classes = std::vector<FED_FieldType::Class>;
-  if (IsPointKind(onf) && fields == Classes{FED_FieldType::Integer, FED_FieldType::DoubleList}) {
+  if (OnfKind::ListPeriodOf(onf) == 6 && fields == Classes{FED_FieldType::Integer, FED_FieldType::DoubleList}) {
     layout_ = Layout::Points;
     columns_.emplace_back("point");
     names = kTensorNames;
-  } else if (IsNodalListKind(onf) && fields == Classes{FED_FieldType::DoubleList}) {
+  } else if (OnfKind::ListPeriodOf(onf) == 3 && fields == Classes{FED_FieldType::DoubleList}) {
     layout_ = Layout::Triples;
     columns_.emplace_back("position");
     const FED_DataDescriptor lists(block.GetDescriptor().GetInteger(FED_DataDescriptor::Iteration),
@@ -243,8 +235,7 @@ std::vector<int> RecordRows::NodesOf(int element) const
 std::vector<RecordKey> GetRecordKeys(const FED_DataBlock& block, const FED_IdMapsPool& pool)
 {
   const FED_ConstIdDataBlock view(block, pool);
-  const auto                 onf = static_cast<FED_OnfId>(block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId));
-  const bool                 hasIds = HasIds(onf);
+  const bool                 hasIds = OnfKind::HasIds(block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId));
   std::vector<RecordKey>     keys;
   for (auto index = block.Begin(); index != block.End(); ++index) {
     ThrowIfInterrupted();

@@ -9,6 +9,8 @@
 #include <tuple>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
+
 #include "database/BlockSummary.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -23,8 +25,6 @@ constexpr int kNodeSets     = 600;
 constexpr int kElementSets  = 601;
 
 constexpr const char* kImaginaryDisplacement = "DISPI";  // the name that the solver gives it
-
-constexpr auto kQuantity = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
 
 bool IsUserKind(int onf) { return onf >= 1000 && onf <= 1999; }
 
@@ -53,7 +53,7 @@ BlockKey MakeKey(const FED_Database& database, const FED_DataDescriptor& descrip
     if (!name.empty()) key.descriptor.values[index] = onf / 100 * 100;
   };
   replace(FED_DataDescriptor::OnfId, key.kindName);
-  if (GetQuantity(descriptor) != 0) replace(kQuantity, key.quantityName);
+  if (GetQuantity(descriptor) != 0) replace(OnfIndex::Quantity, key.quantityName);
   return key;
 }
 
@@ -150,7 +150,7 @@ FED_DataDescriptor ModeOf(FED_DataDescriptor descriptor)
 
 FED_DataDescriptor WithoutQuantity(FED_DataDescriptor descriptor)
 {
-  descriptor.SetInteger(kQuantity, 0);
+  descriptor.SetInteger(OnfIndex::Quantity, 0);
   return descriptor;
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <bundled/FED_ColumnDataBlock.h>
+#include <bundled/OnfKinds.h>
 
 #include "database/RecordRows.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -29,7 +30,7 @@ BlockName NameBlock(const FED_DataDescriptor& descriptor, const KindTable& kinds
   name.block = ToSelectionText(descriptor);
   name.kind  = kinds.GetName(descriptor);
   for (const IndexKey& key : GetIndexKeys()) {
-    const bool isQuantity = key.index == kQuantityIndex && GetQuantity(descriptor) != 0;
+    const bool isQuantity = key.index == OnfIndex::Quantity && GetQuantity(descriptor) != 0;
     if (!descriptor.IsSet(key.index) || isQuantity) continue;
     const std::string value = std::to_string(descriptor.GetInteger(key.index));
     if (key.index == FED_DataDescriptor::Layer)

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include <bundled/OnfCatalogue.h>
+#include <bundled/OnfKinds.h>
 
 #include "kinds/UserKinds.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -37,7 +38,7 @@ std::string Enumerated(const std::vector<std::string>& names)
 
 int GetQuantity(const FED_DataDescriptor& descriptor)
 {
-  const auto index     = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
+  const auto index     = OnfIndex::Quantity;
   const bool isHistory = descriptor.GetInteger(FED_DataDescriptor::OnfId) == FED_OnfId_ScalarHistory;
   return isHistory && descriptor.IsSet(index) ? descriptor.GetInteger(index) : 0;
 }

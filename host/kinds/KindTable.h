@@ -13,9 +13,6 @@ class FED_Database;
 
 namespace quilon {
 
-/// Result index 10 of a block of scalar histories (ONF id 500) says which quantity it holds.
-inline constexpr int kQuantityIndex = 10;
-
 /// @return the quantity of a block of scalar histories that says which it holds, 0 for any other block
 int GetQuantity(const FED_DataDescriptor& descriptor);
 

@@ -8,24 +8,14 @@
 #include <string>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
+
 class FED_Database;
 
 namespace quilon {
 
-/// First ONF id of each hundred of user kinds. The hundred tells entity kind and record format.
-enum UserHundred : int
-{
-  UserNodeScalar    = 1000,
-  UserNodeVector    = 1100,
-  UserNodeTensor    = 1200,
-  UserNodeList      = 1300,
-  UserElementScalar = 1400,
-  UserElementVector = 1500,
-  UserElementTensor = 1600,
-  UserElementList   = 1700,
-  UserHistory       = 1800,
-  UserMatrix        = 1900
-};
+using OnfKind::UserHundred;
+using enum OnfKind::UserHundred;
 
 /// @return the hundred of node values with this many components
 UserHundred NodeHundred(std::size_t numComponents);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <bundled/OnfCatalogue.h>
+#include <bundled/OnfKinds.h>
 
 #include "database/ScratchRecord.h"
 #include "FEM_ResultUtil.h"
@@ -14,7 +15,6 @@
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "selection/Selection.h"
 #include "text/Failure.h"
 #include "text/Format.h"
@@ -23,9 +23,6 @@ namespace quilon::matrix {
 
 namespace {
 
-constexpr int kMatrixEntityKind = 16;
-constexpr int kStiffnessOnf     = 593;
-constexpr int kMassOnf          = 594;
 constexpr int kDoubleList       = 9;  // type code of a record field
 
 bool ReadWhole(std::string_view text, int& number)
@@ -42,14 +39,14 @@ int ParseKind(std::string_view kind, int otherwise, UserKindPool& kinds)
     return otherwise;
   }
   if (ReadWhole(kind, onf)) {
-    if (!HoldsMatrices(onf))
+    if (!OnfKind::HoldsMatrices(onf))
       Fail("kind " + std::to_string(onf) + " holds no sparse matrices, expected 593, 594 or 1900 to 1999");
     return onf;
   }
-  if (kind == "stiffness") return kStiffnessOnf;
-  if (kind == "mass") return kMassOnf;
+  if (kind == "stiffness") return OnfKind::StiffnessMatrix;
+  if (kind == "mass") return OnfKind::MassMatrix;
   if (const std::optional<FED_OnfId> known = OnfCatalogue::FindIdByName(std::string(kind))) {
-    if (HoldsMatrices(*known)) return *known;
+    if (OnfKind::HoldsMatrices(*known)) return *known;
     Fail("kind '" + std::string(kind) + "' (" + std::to_string(*known) +
          ") holds no sparse matrices, expected 593, 594, 1900 to 1999 or a new name");
   }
@@ -82,11 +79,6 @@ std::vector<double> DenseValues(const RowView& rows)
 }
 
 }  // namespace
-
-bool HoldsMatrices(int onf)
-{
-  return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind() == kMatrixEntityKind;
-}
 
 FED_DataDescriptor ParseTarget(std::string_view text, int otherwise, UserKindPool& kinds)
 {
@@ -142,7 +134,7 @@ void StoreElementMatrix(FED_Database& database, const FED_DataDescriptor& descri
 bool HoldsElementMatrix(const FED_Database& database, const FED_DataDescriptor& descriptor, int element)
 {
   const int onf = descriptor.GetInteger(FED_DataDescriptor::OnfId);
-  if (!(onf >= 590 && onf <= 592) && !(onf >= 597 && onf <= 599)) return false;
+  if (!OnfKind::HoldsElementMatrices(onf)) return false;
   const FED_DataBlock&       block = database.GetConstDataBlock(descriptor);
   const FED_ConstIdDataBlock view(block, database.GetIdMapsPool());
   if (!view.HasRecord(element)) return false;

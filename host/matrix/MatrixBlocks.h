@@ -18,9 +18,6 @@ class FED_Database;
 
 namespace quilon::matrix {
 
-/// @return whether blocks of this ONF id hold sparse matrices by matrix index
-bool HoldsMatrices(int onf);
-
 /// Where a matrix goes, as users write it: KIND@KEY=VALUE,... with the keys of selections. The iteration is 0 unless it
 /// is told.
 /// @param text      KIND is an ONF id or its name in the catalogue, stiffness, mass, or the name of a user kind of

@@ -9,6 +9,8 @@
 #include <system_error>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
+
 #include "kinds/KindTable.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Failure.h"
@@ -225,8 +227,8 @@ const std::vector<IndexKey>& GetIndexKeys()
       {static_cast<Descriptor::ResultIndex>(2), "i2", "index-2"},
       {static_cast<Descriptor::ResultIndex>(7), "i7", "index-7"},
       {static_cast<Descriptor::ResultIndex>(8), "i8", "index-8"},
-      {static_cast<Descriptor::ResultIndex>(10), "i10", "quantity"},
-      {static_cast<Descriptor::ResultIndex>(11), "i11", "group"},
+      {OnfIndex::Quantity, "i10", "quantity"},
+      {OnfIndex::Group, "i11", "group"},
       {static_cast<Descriptor::ResultIndex>(12), "i12", "index-12"},
       {static_cast<Descriptor::ResultIndex>(13), "i13", "index-13"},
   };

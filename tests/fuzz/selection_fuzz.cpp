@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include <bundled/OnfKinds.h>
+
 #include "kinds/KindTable.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "selection/LoadCaseMap.h"
@@ -22,7 +24,7 @@ std::vector<FED_DataDescriptor> SomeBlocks()
       FED_DataDescriptor block(0, static_cast<FED_OnfId>(onf));
       if (loadCase > 0) block.SetInteger(FED_DataDescriptor::LoadCase, loadCase);
       if (loadCase > 1) block.SetInteger(FED_DataDescriptor::Substep, -loadCase);
-      if (onf == 500) block.SetInteger(static_cast<FED_DataDescriptor::ResultIndex>(quilon::kQuantityIndex), 502);
+      if (onf == 500) block.SetInteger(OnfIndex::Quantity, 502);
       blocks.push_back(block);
     }
   }

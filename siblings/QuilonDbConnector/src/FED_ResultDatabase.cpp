@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include <bundled/OnfKinds.h>
+
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "QuilonUtilities/FED_Failure.h"
 
@@ -18,9 +20,6 @@
 namespace {
 
 constexpr const char* kTag = "|%P|QuilonDbConnector|FED_ResultDatabase";
-
-constexpr int kFirstUserKind = 1000;
-constexpr int kLastUserKind  = 1999;
 
 SegmentStore::Access GetStoreAccess(FED_ResultDatabase::Access access) noexcept
 {
@@ -173,7 +172,7 @@ std::string FED_ResultDatabase::GetUserKindName(FED_OnfId onf) const
 
 void FED_ResultDatabase::SetUserKindName(FED_OnfId onf, const std::string& name)
 {
-  if (onf < kFirstUserKind || onf > kLastUserKind)
+  if (!OnfKind::IsUserKind(onf))
     throw FED_Failure("FED_ResultDatabase: ONF id " + std::to_string(static_cast<int>(onf)) +
                           " takes no name, expected a user kind, 1000 to 1999",
                       kTag);

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include <bundled/OnfKinds.h>
+
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "QuilonUtilities/FED_Failure.h"
@@ -19,8 +21,6 @@ constexpr const char* kTag = "|%P|QuilonDbConnector|QuilonDatabaseUtils";
 
 // From this kind on indices are no ids and stay as they are.
 constexpr int kFirstIndexKind = 15;
-
-constexpr int kQuantityIndex = 10;
 
 std::vector<std::size_t> GetIndices(const FED_DataBlock& block)
 {
@@ -93,7 +93,7 @@ void CopyBlock(const FED_Database& source, FED_Database& target, const FED_DataB
   CopyRecords(block, *copy, format, indices, targetIndices);
   CopyUserKindName(source, target, onf);
   // A scalar history says in result index 10 which scalar it holds; a user kind may stand nowhere else.
-  const auto quantity = static_cast<FED_DataDescriptor::ResultIndex>(kQuantityIndex);
+  const auto quantity = OnfIndex::Quantity;
   if (onf == FED_OnfId_ScalarHistory && descriptor.IsSet(quantity))
     CopyUserKindName(source, target, static_cast<FED_OnfId>(descriptor.GetInteger(quantity)));
 }

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <limits>
 
+#include <bundled/OnfKinds.h>
+
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "Checksum.h"
@@ -20,8 +22,6 @@ constexpr char          kIndexMagic[8]  = {'Q', 'U', 'I', 'L', 'I', 'D', 'X', '\
 constexpr char          kHeaderMagic[8] = {'Q', 'U', 'I', 'L', 'S', 'E', 'G', '\n'};
 constexpr std::size_t   kHeaderUsed     = 80;  // with the checksum, which comes last
 constexpr std::uint32_t kNumKinds       = 15;
-constexpr int           kFirstUserKind  = 1000;
-constexpr int           kLastUserKind   = 1999;
 constexpr unsigned      kMaxChunkShift  = 24;  // 16 MiB of single bytes
 constexpr std::uint32_t kRunFlag        = 1;
 
@@ -242,10 +242,10 @@ void TakeNames(ByteReader& in, SegmentIndex& index)
   index.hasNames          = flag == 1;
   const std::size_t count = in.TakeCount(kNameBytes);
   in.Require(index.hasNames || count == 0, "names of user kinds are there and not there");
-  int before = kFirstUserKind - 1;
+  int before = OnfKind::FirstUserKind - 1;
   for (std::size_t i = 0; i < count; ++i) {
     const int onf = in.TakeInt();
-    in.Require(onf > before && onf <= kLastUserKind, "a name belongs to no user kind");
+    in.Require(onf > before && onf <= OnfKind::LastUserKind, "a name belongs to no user kind");
     index.names.emplace_back(onf, in.TakeText());
     before = onf;
   }

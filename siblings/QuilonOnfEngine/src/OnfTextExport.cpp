@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include <bundled/OnfKinds.h>
+
 #include "block_file.h"
 #include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/OnfFileLayer.h"
@@ -9,8 +11,6 @@
 #include "text_folder.h"
 
 namespace {
-
-constexpr auto kQuantity = static_cast<FED_DataDescriptor::ResultIndex>(10);
 
 void AddName(const FED_Database& database, int onf, UserKindNames& names)
 {
@@ -23,8 +23,8 @@ void AddNames(const OnfTextExport::Block& block, UserKindNames& names)
 {
   const int onf = block.descriptor.values[FED_DataDescriptor::OnfId];
   AddName(*block.database, onf, names);
-  if (onf == FED_OnfId_ScalarHistory && block.descriptor.IsSet(kQuantity))
-    AddName(*block.database, block.descriptor.GetInteger(kQuantity), names);
+  if (onf == FED_OnfId_ScalarHistory && block.descriptor.IsSet(OnfIndex::Quantity))
+    AddName(*block.database, block.descriptor.GetInteger(OnfIndex::Quantity), names);
 }
 
 }  // namespace

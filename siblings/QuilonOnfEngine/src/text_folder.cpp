@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
+
 #include "block_file.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "text_cursor.h"
@@ -26,8 +28,6 @@ namespace {
 
 constexpr const char* kTag            = "|%P|QuilonOnfEngine|text_folder";
 constexpr int         kVersion        = 1;
-constexpr int         kFirstUserKind  = 1000;
-constexpr int         kLastUserKind   = 1999;
 constexpr const char* kVersionKey     = "onf-text-index";
 constexpr const char* kIndexName      = "index";
 constexpr const char* kNewIndexName   = "index.new";
@@ -75,7 +75,7 @@ UserKindNames ReadUserKindNames(TextCursor& in)
     if (!names.empty() && onf <= names.rbegin()->first)
       in.Fail("the name of " + std::to_string(onf) + " follows that of " + std::to_string(names.rbegin()->first) +
               ", expected ascending ids");
-    if (onf < kFirstUserKind || onf > kLastUserKind)
+    if (!OnfKind::IsUserKind(onf))
       in.Fail("ONF id " + std::to_string(onf) + " takes no name, expected a user kind, 1000 to 1999");
     names[onf] = in.ReadString();
     if (names[onf].empty()) in.Fail("the name of " + std::to_string(onf) + " is empty");

@@ -3,6 +3,7 @@
 #include <string>
 
 #include <bundled/FED_ResultDatabase.h>
+#include <bundled/OnfKinds.h>
 #include <gtest/gtest.h>
 
 #include "QuilonUtilities/FED_Failure.h"
@@ -82,7 +83,7 @@ TEST(KindTable, HistoryIsNamedByItsQuantity)
 {
   FED_DataDescriptor history(0, FED_OnfId_ScalarHistory);
   EXPECT_EQ(KindTable().GetName(history), "scalar-history");
-  history.SetInteger(static_cast<FED_DataDescriptor::ResultIndex>(quilon::kQuantityIndex), 502);
+  history.SetInteger(OnfIndex::Quantity, 502);
   EXPECT_EQ(KindTable().GetName(history), "eigenvalue");
 }
 
