@@ -23,7 +23,7 @@ namespace quilon::matrix {
 
 namespace {
 
-constexpr int kDoubleList       = 9;  // type code of a record field
+constexpr int kDoubleList = 9;  // type code of a record field
 
 bool ReadWhole(std::string_view text, int& number)
 {

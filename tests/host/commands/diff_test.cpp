@@ -624,7 +624,7 @@ TEST(DiffOfResults, WhatADeckDoesNotStateIsSaidSo)
   const std::string with    = import("with", "*DENSITY\n7.8E-9\n");
   EXPECT_EQ(RunQuilon({"diff", without, without, "--exact"}).exitCode, 0);
   EXPECT_EQ(RunQuilon({"diff", without, with, "--csv"}).out,
-            "kind,step,layer,id,component,A,B,rule\nmaterial,it=0,,1,field2,not stated,7.8e-09,nan\n");
+            "kind,step,layer,id,component,A,B,rule\nmaterial,it=0,,1,density,not stated,7.8e-09,nan\n");
   const json told = json::parse(RunQuilon({"diff", without, with, "--json"}).out).at("differences").at(0);
   EXPECT_EQ(told.at("a"), nullptr);
   EXPECT_EQ(told.at("b"), 7.8e-9);
