@@ -539,12 +539,7 @@ void DatResultFile::SaveAverages(Quantity quantity, int group, const Average& av
                          FEM_AvgFieldDefs::Average, true, nullptr);
   average.statistics.SaveField(database_, job_.Descriptor(*current_, kinds.variance, group),
                                FEM_AvgFieldDefs::NoLayerIndex, FEM_AvgFieldDefs::Variance, true, nullptr);
-  if (quantity == QuantityStress) {
-    FEM_ResultUtil::CalculateNodalStressError(database_, job_.Descriptor(*current_, kinds.error, group),
-                                              average.statistics, true, nullptr);
-  } else {
-    SaveStrainError(group, average);
-  }
+  SaveError(quantity, group, average);
   SaveCounts(quantity, group, average);
 }
 
@@ -562,14 +557,14 @@ void DatResultFile::SaveCounts(Quantity quantity, int group, const Average& aver
   }
 }
 
-/// The measure of FEM_ResultUtil::CalculateNodalStressError(), with principal values that hold for small tensors.
-void DatResultFile::SaveStrainError(int group, const Average& average)
+/// The measure of FEM_ResultUtil::CalculateNodalStressError(), with principal values that hold for tensors of any size.
+void DatResultFile::SaveError(Quantity quantity, int group, const Average& average)
 {
   std::vector<int>                      ids;
   std::vector<FEM_AvgUtil::StatData<6>> data;
   average.statistics.DumpField(0, ids, data);
 
-  FED_IdDataBlock view(job_.Block(*current_, kTensorKinds[QuantityStrain].error, ids.size(), group),
+  FED_IdDataBlock view(job_.Block(*current_, kTensorKinds[quantity].error, ids.size(), group),
                        database_.GetIdMapsPool(), true);
   for (std::size_t i = 0; i < ids.size(); ++i) {
     const double count = data[i].count;

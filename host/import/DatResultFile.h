@@ -94,7 +94,7 @@ private:
 
   void SaveAverages(Quantity quantity, int group, const Average& average);
   void SaveCounts(Quantity quantity, int group, const Average& average);
-  void SaveStrainError(int group, const Average& average);
+  void SaveError(Quantity quantity, int group, const Average& average);
 
   std::filesystem::path  path_;
   ImportJob&             job_;

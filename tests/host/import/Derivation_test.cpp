@@ -3,8 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
+#include <fstream>
 #include <limits>
+#include <map>
 #include <set>
+#include <sstream>
+#include <string>
 
 #include <bundled/FED_ResultDatabase.h>
 #include <gtest/gtest.h>
@@ -81,6 +86,66 @@ TEST(CalculateScaledPrincipals, CuresWhatTheUnscaledFormGetsWrongForStrains)
   EXPECT_NEAR(principal[2], 1e-6, 1e-17);
 }
 
+// Of tensors of all sizes, near and away from multiple roots, the eigenvalues are known by 50 digits.
+TEST(CalculateScaledPrincipals, EqualsEigenvaluesOfFiftyDigitsAtAnySize)
+{
+  std::ifstream                 file(std::string(QUILON_FIXTURES) + "/tensors/principal_values.txt");
+  std::map<std::string, double> largest;
+  std::size_t                   count = 0;
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with('#')) continue;
+    std::istringstream    words(line);
+    std::string           kind;
+    std::array<double, 6> tensor{};
+    std::array<double, 3> expected{};
+    const auto            next = [&words] {
+      std::string word;
+      words >> word;
+      return std::strtod(word.c_str(), nullptr);  // reads subnormal numbers where a stream fails
+    };
+    words >> kind;
+    for (double& component : tensor) component = next();
+    for (double& value : expected) value = next();
+    ASSERT_TRUE(words) << line;
+
+    std::array<double, 3> found{};
+    CalculateScaledPrincipals(tensor.data(), found.data());
+    const double norm = std::max(std::abs(expected[0]), std::abs(expected[2]));
+    for (std::size_t k = 0; k < 3; ++k) {
+      const double error = std::abs(found[k] / norm - expected[k] / norm);
+      largest[kind]      = std::max(largest[kind], error);
+      EXPECT_LE(error, 5e-8) << line;
+    }
+    ++count;
+  }
+  EXPECT_EQ(count, 435u);
+  // At triple roots the error is a fraction of the deviator, which is at most 1e-5 of the norm there.
+  EXPECT_EQ(largest.size(), 2u);
+  EXPECT_LE(largest["triple"], 5e-13);
+}
+
+TEST(CalculateScaledPrincipals, AStressInGigapascalsHasItsOwnPrincipals)
+{
+  // The sum of the three is that of the diagonal, and the unscaled form gives 0 for the middle one.
+  const double tensor[6] = {4.34e-6, 2.94e-6, -5.27e-6, 1.2e-6, -2.1e-6, 3.3e-6};
+  double       unscaled[3];
+  double       principal[3];
+  FEM_PrincipalValue::Calculate(tensor, unscaled);
+  EXPECT_EQ(unscaled[1], 0.0);
+  CalculateScaledPrincipals(tensor, principal);
+  EXPECT_NEAR(principal[0], 5.4957383782773848e-6, 1e-19);
+  EXPECT_NEAR(principal[1], 3.3783500825109379e-6, 1e-19);
+  EXPECT_NEAR(principal[2], -6.8640884607883227e-6, 1e-19);
+}
+
+TEST(CalculateScaledPrincipals, AHydrostaticTensorIsExact)
+{
+  const double tensor[6] = {-0.1, -0.1, -0.1, 0, 0, 0};
+  double       principal[3];
+  CalculateScaledPrincipals(tensor, principal);
+  for (const double value : principal) EXPECT_EQ(value, -0.1);
+}
+
 TEST(CalculateScaledPrincipals, APowerOfTwoChangesNoDigit)
 {
   double one[3];
@@ -135,6 +200,19 @@ TEST(DeriveResults, WritesPrincipalStrainsOfNodesAndElements)
   EXPECT_NEAR(GetVector(database, Key(530), 40)[0], -1e-9, 1e-20);
   EXPECT_NEAR(GetVector(database, Key(530), 40)[2], -3e-9, 1e-20);
   EXPECT_NEAR(GetVector(database, Key(570), 9)[0], 6e-6, 1e-17);
+}
+
+TEST(DeriveResults, WritesPrincipalsOfSmallStresses)
+{
+  quilon_test::LogCapture log;
+  FED_ResultDatabase      database;
+  SetTensor(database, Key(521), 7, Rotated(1e-6).data());
+  SetTensor(database, Key(561), 9, Rotated(1e-200).data());
+  Requests requests({520, 560});
+  DeriveResults(database, requests, 0);
+
+  EXPECT_NEAR(GetVector(database, Key(520), 7)[2], 1e-6, 1e-17);
+  EXPECT_NEAR(GetVector(database, Key(560), 9)[2] / 1e-200, 1.0, 1e-11);
 }
 
 TEST(DeriveResults, LeavesOtherIterationsAndKindsThatNobodyRequested)
