@@ -25,7 +25,8 @@ using calculix::DeckModel;
 struct Options
 {
   DeckArguments arguments;
-  bool          json = false;
+  bool          json   = false;
+  bool          werror = false;
 };
 
 const char* SeverityName(const DeckMessage& message)
@@ -89,7 +90,7 @@ void Run(const Options& options, CommandContext& context)
   } else {
     PrintText(context.output, model, messages, errors);
   }
-  if (errors > 0) context.exitCode = ExitDifferent;
+  if (errors > 0 || (options.werror && !messages.empty())) context.exitCode = ExitDifferent;
 }
 
 }  // namespace
@@ -99,10 +100,11 @@ CommandFunction DefineDeckCheck(CLI::App& app)
   const auto options = std::make_shared<Options>();
   AddDeckArguments(app, options->arguments);
   app.add_flag("--json", options->json, "Print JSON");
+  app.add_flag("--werror", options->werror, "Warnings too give exit code 1");
   app.footer(
       "Prints FILE:LINE: error: MESSAGE or FILE:LINE: warning: MESSAGE, and the line. An error stops the solver or\n"
-      "changes what it computes unseen; a warning may be meant. Exit code 1 when there are errors, 2 when the deck\n"
-      "cannot be read.\n"
+      "changes what it computes unseen; a warning may be meant. Exit code 1 when there are errors (with --werror,\n"
+      "warnings too), 2 when the deck cannot be read.\n"
       "\n"
       "Example:\n"
       "  quilon deck check bracket.inp");

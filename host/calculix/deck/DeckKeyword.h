@@ -21,7 +21,8 @@ struct DeckField
   enum Content : std::uint8_t
   {
     Anything,  ///< not looked at
-    Name,      ///< a label, or the name of something
+    Name,      ///< of something
+    Label,     ///< one of the card's labels
     Integer,
     Number,
     Degree,            ///< a degree of freedom
@@ -39,6 +40,8 @@ struct DeckField
 
   Content content = Anything;
   int     power   = 0;  ///< of the length in a number: -2 of a modulus, as a force per area
+  /// Of a degree of freedom: bit i for i, where the solver takes it.
+  std::uint16_t degrees = 0;
 };
 
 /// What is known of numbers whose unit is to be changed, or of nodes that get other numbers.
@@ -58,7 +61,8 @@ struct DeckForm
   struct Line
   {
     std::array<DeckField, kMostFields> fields;
-    bool                               goesOn = false;  ///< fields behind the last one are as that one
+    bool                               goesOn   = false;  ///< fields behind the last one are as that one
+    std::size_t                        required = 0;      ///< fewest fields that the solver takes
 
     /// @return how many fields are told one by one
     constexpr std::size_t Size() const noexcept
@@ -153,20 +157,37 @@ struct DeckKeyword
     EndOfStep
   };
 
+  /// Where the solver takes the card.
+  enum Where : std::uint8_t
+  {
+    Anywhere,
+    BeforeSteps,
+    InStep
+  };
+
   const char* name;  ///< upper case, without blanks
   Role        role    = Other;
+  Where       where   = Anywhere;
   Thing       defines = Nothing;
   /// Whether the solver drops ids from its data that no node or element has, and says so; else it stops.
   bool                             dropsUnknownIds = false;
+  bool                             needsData       = false;  ///< whether the solver stops without a data line
   DeckKnowledge                    knowledge       = DeckKnowledge::All;
   std::array<DeckParameterRule, 5> parameters      = {};
   const char*                      selector        = nullptr;  ///< parameter whose value chooses the form
   const char*                      label           = nullptr;  ///< what a label in the data is, which chooses it
   std::size_t                      labelField      = 1;        ///< where it stands; 0: in the first line alone
-  std::span<const DeckForm>        forms           = {};       ///< the last one is that of all other values
+  const char* labels      = nullptr;     ///< that the solver knows, parted by blanks, with '*' behind those that go on
+  bool        needsLabels = false;       ///< whether it stops at others; else it skips them
+  std::span<const DeckForm> forms = {};  ///< the last one is that of all other values
 
   /// @param value of the selector or label
   const DeckForm& FormOf(std::string_view value) const noexcept;
+
+  /// @param word upper case, without blanks
+  bool KnowsLabel(std::string_view word) const noexcept;
+  /// @return ", did you mean 'x'?" for a label that is nearly right, else nothing
+  std::string SuggestLabel(std::string_view word) const;
 
   /// @return what the parameter is on this card, null when no one here knows
   const DeckParameterRule* FindParameter(std::string_view parameter) const noexcept;

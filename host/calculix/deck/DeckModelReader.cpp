@@ -75,7 +75,9 @@ DeckModelReader::DeckModelReader(const std::filesystem::path& deck, const DeckOp
     : DeckReader(deck, options),
       target_(target),
       messages_(messages),
-      references_(model_, [this](DeckMessage::Severity severity, const DeckPlace& place, std::string text) {
+      references_(model_, [this](DeckMessage::Severity severity, const DeckPlace& place,
+                                 std::string text) { Report(severity, place, std::move(text)); }),
+      lint_(model_, [this](DeckMessage::Severity severity, const DeckPlace& place, std::string text) {
         Report(severity, place, std::move(text));
       })
 {}
@@ -99,6 +101,7 @@ void DeckModelReader::ReadModel()
 {
   Walk();
   EndCard();
+  if (!hasCards_ && messages_ != nullptr) Error({0, 1}, "the deck is empty: it has no keyword card");
   if (!isInStep_) return;
   // The solver never computes such a step; one without a card may have been meant to be none.
   const auto severity = cardsInStep_ == 0 ? DeckMessage::Warning : DeckMessage::Error;
@@ -113,6 +116,7 @@ void DeckModelReader::CheckModel()
     CheckSets(elementSets_, false);
     CheckSections();
     references_.Check();
+    if (messages_ != nullptr) lint_.Check();
   }
   if (messages_ != nullptr) CompleteMessages();
 }
@@ -154,6 +158,7 @@ void DeckModelReader::OnLine(const DeckLine& line)
   switch (line.kind) {
     case DeckLineKind::Data:
       if (onData_ != nullptr) (this->*onData_)(line);
+      if (messages_ != nullptr) lint_.OnData(line);
       ++dataLines_;
       break;
     case DeckLineKind::Card:
@@ -181,6 +186,7 @@ void DeckModelReader::OnCard(const DeckLine& line)
   set_       = kNone;
   type_      = nullptr;
 
+  hasCards_ = true;
   ++cardsInStep_;
   const DeckKeyword* keyword = FindDeckKeyword(card_.keyword);
   if (keyword == nullptr) return;  // reported with its data, in EndCard()
@@ -189,6 +195,7 @@ void DeckModelReader::OnCard(const DeckLine& line)
     card_.keyword = keyword->name;
   }
   references_.OnCard(*keyword, card_, line.place);
+  if (messages_ != nullptr) lint_.OnCard(*keyword, card_, line.place, isInStep_);
   onData_ = &DeckModelReader::OnReferringData;
   if ((keyword->role == DeckKeyword::Procedure || keyword->role == DeckKeyword::Load) && !isInStep_)
     Error(line.place, "*" + card_.keyword + " belongs between *STEP and *END STEP");
@@ -227,6 +234,7 @@ void DeckModelReader::OnCard(const DeckLine& line)
 
 void DeckModelReader::EndCard()
 {
+  lint_.EndCard();
   if (isElementOpen_) {
     const std::size_t found = model_.elementNodes.size() - element_.first;
     model_.elementNodes.resize(element_.first);

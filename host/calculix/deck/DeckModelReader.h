@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "calculix/deck/DeckLint.h"
 #include "calculix/deck/DeckModel.h"
 #include "calculix/deck/DeckReader.h"
 #include "calculix/deck/DeckReferences.h"
@@ -95,6 +96,7 @@ private:
   std::size_t               warnings_ = 0;
 
   DeckReferences references_;
+  DeckLint       lint_;  // looks at the deck where there is a list of messages
 
   DeckCard    card_;
   DeckPlace   cardPlace_;
@@ -117,6 +119,7 @@ private:
   bool                   isNlgeom_      = false;
   bool                   isRestart_     = false;  // goes on from a model that is not in the deck
   int                    cardsInStep_   = 0;
+  bool                   hasCards_      = false;
 };
 
 }  // namespace quilon::calculix

@@ -103,6 +103,25 @@ TEST_F(DeckCommands, WarningsAreNoFailure)
   EXPECT_EQ(RunQuilon({"deck", "check", Write("a.inp", "*FOO\n")}).exitCode, 0);
 }
 
+TEST_F(DeckCommands, WarningsFailWhereThatIsAsked)
+{
+  const std::string deck = Write("a.inp", "*FOO\n");
+  const RunResult   run  = RunQuilon({"deck", "check", deck, "--werror"});
+  EXPECT_EQ(run.out, RunQuilon({"deck", "check", deck}).out);
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_EQ(RunQuilon({"deck", "check", deck, "--json", "--werror"}).exitCode, 1);
+  EXPECT_EQ(RunQuilon({"deck", "check", Write("b.inp", kModel), "--werror"}).exitCode, 0);
+}
+
+TEST_F(DeckCommands, EmptyDeckIsNoGoodDeck)
+{
+  const RunResult run = RunQuilon({"deck", "check", Write("a.inp", "")});
+  EXPECT_EQ(Local(run.out),
+            "a.inp:1: error: the deck is empty: it has no keyword card\n  \n"
+            "1 error, 0 warnings in 0 lines of 1 file: 0 nodes, 0 elements, 0 sets, 0 materials, 0 steps\n");
+  EXPECT_EQ(run.exitCode, 1);
+}
+
 TEST_F(DeckCommands, LinesWithControlCharactersDoNotDriveATerminal)
 {
   const RunResult run = RunQuilon({"deck", "check", Write("a.inp", "*NODE\n1,\x1b[31mred\n")});

@@ -15,7 +15,7 @@ namespace {
 using namespace quilon::calculix;
 
 /// @return what the first four fields of a card's last line hold: I an integer, # a number, D a degree of freedom, n a
-/// node's id, O a node or set, E an element or set, X that or a surface, S a surface, N another name
+/// node's id, O a node or set, E an element or set, X that or a surface, S a surface, L a label, N another name
 std::string FieldsOf(std::string_view card, std::initializer_list<std::string_view> lines)
 {
   const DeckCard     parsed  = ParseDeckCard(card);
@@ -27,7 +27,7 @@ std::string FieldsOf(std::string_view card, std::initializer_list<std::string_vi
   for (const std::string_view line : lines) {
     const DeckForm::Line& form = walk.Next(line);
     contents.clear();
-    for (std::size_t i = 0; i < 4; ++i) contents += ".NI#DnOEXS"[form[i].content];
+    for (std::size_t i = 0; i < 4; ++i) contents += ".NLI#DnOEXS"[form[i].content];
   }
   return contents;
 }
@@ -53,11 +53,12 @@ TEST(DeckKeywordTest, FormFollowsParametersLabelsAndLines)
   EXPECT_EQ(FieldsOf("*ELASTIC, TYPE=ORTHOTROPIC", {"1"}), "####");
   EXPECT_EQ(FieldsOf("*ELASTIC, TYPE=ORTHO", {"1", "2"}), "##..");
   EXPECT_EQ(FieldsOf("*ELASTIC, TYPE=ORTHO", {"1", "2", "3"}), "####") << "the next temperature";
-  EXPECT_EQ(FieldsOf("*DLOAD", {"1, p3, 5."}), "XN#.");
-  EXPECT_EQ(FieldsOf("*DLOAD", {"1, P3NP, 5"}), "XNn.");
-  EXPECT_EQ(FieldsOf("*DLOAD", {"1, P3, 5.", "E, GRAV, 1"}), "XN##") << "each line has a label of its own";
-  EXPECT_EQ(FieldsOf("*DLOAD", {"1"}), "XN..");
-  EXPECT_EQ(FieldsOf("*MPC", {"PLANE,1,2", "3,4"}), "nnnn");
+  EXPECT_EQ(FieldsOf("*DLOAD", {"1, p3, 5."}), "XL#.");
+  EXPECT_EQ(FieldsOf("*DLOAD", {"1, P3NP, 5"}), "XLn.");
+  EXPECT_EQ(FieldsOf("*DLOAD", {"1, P3, 5.", "E, GRAV, 1"}), "XL##") << "each line has a label of its own";
+  EXPECT_EQ(FieldsOf("*DLOAD", {"1"}), "XL..");
+  EXPECT_EQ(FieldsOf("*MPC", {"PLANE,1,2"}), "NOOO");
+  EXPECT_EQ(FieldsOf("*MPC", {"PLANE,1,2", "3,4"}), "OOOO");
   EXPECT_EQ(FieldsOf("*ORIENTATION, NAME=O", {"1,0,0,0,1,0", "3,45."}), "I#..");
   EXPECT_EQ(FieldsOf("*ORIENTATION, NAME=O", {"1,0,0,0,1,0", "3,45.", "3,45."}), "I#..");
   EXPECT_EQ(FieldsOf("*HEADING", {"anything"}), "....");

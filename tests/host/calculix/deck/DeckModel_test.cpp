@@ -361,13 +361,18 @@ TEST_F(DeckModelTest, DecksThatTheSolverRanAreRead)
 {
   const std::filesystem::path fixtures = std::filesystem::path(QUILON_FIXTURES) / "calculix";
   for (const char* deck : {"a_tet/a_tet.inp", "b_hex/b_hex.inp", "c_shell/c_shell3d.inp", "d_beam/d_beam3d.inp",
-                           "e_matrix/e_static.inp", "f_modal/f_modal.inp", "traps/nan.inp"})
+                           "e_matrix/e_static.inp", "f_modal/f_modal.inp"})
   {
     std::vector<DeckMessage> messages;
     ReadDeckModel(fixtures / deck, {}, messages);
     for (const DeckMessage& message : messages)
       ADD_FAILURE() << deck << ":" << message.place.line << ": " << message.text << ": " << message.line;
   }
+  std::vector<DeckMessage> messages;
+  ReadDeckModel(fixtures / "traps/nan.inp", {}, messages);
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(messages[0].severity, DeckMessage::Warning);
+  EXPECT_EQ(messages[0].text, "the solver computes with 'NAN'");
 }
 
 // The solver runs this deck of some fifty kinds of cards, written in every way that it allows, with either line end.
