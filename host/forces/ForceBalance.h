@@ -37,6 +37,15 @@ struct ForceBalance
   /// Nodes that cannot be judged: an element of theirs has no forces; nothing is known of what acts on them.
   std::size_t numIncomplete = 0;
   std::size_t numUnknown    = 0;
+
+  /// @param tolerance largest residual that is accepted, as a fraction of the largest force
+  bool Holds(double tolerance) const noexcept { return largestResidual <= tolerance * largestForce; }
+
+  /// @return the largest residual as a fraction of the largest force, or itself where there is no force
+  double RelativeResidual() const noexcept
+  {
+    return largestForce > 0.0 ? largestResidual / largestForce : largestResidual;
+  }
 };
 
 /// The solver's RF at a node is what acts on it: the reaction of a support less the loads on it, a load where there is

@@ -68,4 +68,27 @@ inline void WriteVector(FED_ResultDatabase& database, int onf, int node, const s
   view.SetVector(node, value.data());
 }
 
+/// Writes coordinates, node lists and types as an import does.
+inline void WriteMesh(FED_ResultDatabase& database, const ForceMesh& mesh)
+{
+  const auto viewOf = [&database](int onf) {
+    const FED_DataDescriptor descriptor(0, static_cast<FED_OnfId>(onf));
+    return FED_IdDataBlock(database.GetOrCreateDataBlock(descriptor, 0), database.GetIdMapsPool(), true);
+  };
+  FED_IdDataBlock coordinates = viewOf(516);
+  for (const auto& [id, position] : mesh.nodes.Entries()) coordinates.SetVector(id, position.data());
+  FED_IdDataBlock   lists = viewOf(595);
+  FED_IdDataBlock   types = viewOf(596);
+  FED_IdDataRecord& list  = lists.CreateIdDataRecord();
+  FED_IdDataRecord& type  = types.CreateIdDataRecord();
+  for (const auto& [id, element] : mesh.elements.Entries()) {
+    const auto nodes = mesh.NodesOf(element);
+    list.SetIntList(1, std::vector<int>(nodes.begin(), nodes.end()));
+    lists.SetRecord(id, list);
+    type.SetInteger(1, element.frdType);
+    type.SetInteger(2, 1);
+    types.SetRecord(id, type);
+  }
+}
+
 }  // namespace quilon_test

@@ -1,0 +1,17 @@
+#pragma once
+
+/// @file
+/// What nodal forces tell, on standard output.
+
+#include "terminal/TableForm.h"
+
+namespace quilon {
+
+class Output;
+struct ForceReport;
+struct ForceRequest;
+
+/// Prints a table of balances or free bodies for each result, or one in all for programs, or JSON.
+void PrintForces(Output& output, const TableForm& form, const ForceRequest& request, const ForceReport& report);
+
+}  // namespace quilon

@@ -1,0 +1,254 @@
+#include "forces/ForceCalculation.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <utility>
+
+#include <QuilonDbConnector/FED_Database.h>
+#include <QuilonDbConnector/FED_IdDataBlock.h>
+
+#include "calculix/deck/DeckModel.h"
+#include "database/ScratchRecord.h"
+#include "forces/ForceMesh.h"
+#include "progress/Listener.h"
+#include "text/Case.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+
+namespace quilon {
+
+namespace {
+
+using calculix::DeckModel;
+
+constexpr int kDisplacement  = 510;
+constexpr int kReaction      = 511;
+constexpr int kCoordinates   = 516;
+constexpr int kPointStress   = 582;
+constexpr int kElementNodes  = 595;
+constexpr int kElementType   = 596;
+constexpr int kElementSet    = 601;
+constexpr int kResultsInTime = 1;  // value of result index 5
+
+/// @return whether a result is of the deformed geometry
+bool IsDeformed(const ForceRequest& request, const FED_DataDescriptor& result)
+{
+  // Modes, preloaded ones too, are of the undeformed geometry.
+  if (result.GetInteger(FED_DataDescriptor::Analysis) != kResultsInTime) return false;
+  const int number = result.GetInteger(FED_DataDescriptor::LoadCase);
+  if (request.nonlinearSteps) {
+    return std::any_of(
+        request.nonlinearSteps->begin(), request.nonlinearSteps->end(), [number](const NumberRange& range) {
+          return range.form == NumberRange::All || (range.form == NumberRange::Numbers && range.Holds(number));
+        });
+  }
+  if (request.deck == nullptr) return false;
+  const std::vector<calculix::DeckStep>& steps = request.deck->steps;
+  if (number < 1 || static_cast<std::size_t>(number) > steps.size()) {
+    Fail(request.deckName + ": " + Counted(steps.size(), "step") + ", expected a step " + std::to_string(number) +
+         " as in the results, or --nlgeom");
+  }
+  const calculix::DeckStep& step = steps[static_cast<std::size_t>(number) - 1];
+  return step.nlgeom && !step.perturbation;
+}
+
+FED_DataDescriptor WithKind(FED_DataDescriptor descriptor, int onf)
+{
+  descriptor.SetInteger(FED_DataDescriptor::OnfId, onf);
+  return descriptor;
+}
+
+int KindOf(const FED_DataDescriptor& descriptor) { return descriptor.GetInteger(FED_DataDescriptor::OnfId); }
+
+bool HoldsLocalStresses(const FED_Database& database, const FED_DataDescriptor& descriptor)
+{
+  return database.GetUserKindName(static_cast<FED_OnfId>(KindOf(descriptor))) == kLocalStresses;
+}
+
+using Ids = std::set<int>;
+
+/// Sets of a deck have names in upper case, those of a groups file have them as written.
+/// @return the elements of a set of the iteration; nothing when the database has none of this name
+std::optional<Ids> FindStoredSet(const FED_Database& database, int iteration, const std::string& name)
+{
+  const FED_DataDescriptor sets(iteration, static_cast<FED_OnfId>(kElementSet));
+  if (!database.HasDataBlock(sets)) return std::nullopt;
+  const FED_DataBlock& block = database.GetConstDataBlock(sets);
+  const ScratchRecord  record(block);
+  for (auto index = block.Begin(); index != block.End(); ++index) {
+    block.GetRecord(*index, *record);
+    if (record->GetString(1) != name) continue;
+    FED_IntArray ids;
+    record->GetIntList(2, ids);
+    return Ids(ids.GetData(), ids.GetData() + ids.GetSize());
+  }
+  return std::nullopt;
+}
+
+/// @return the elements of a set of the deck, or of the database where none is given
+std::optional<Ids> FindSet(const DeckModel* deck, const FED_Database& database, int iteration, const std::string& name)
+{
+  if (deck == nullptr) return FindStoredSet(database, iteration, name);
+  const calculix::DeckSet* set = deck->FindElementSet(name);
+  return set == nullptr ? std::nullopt : std::optional<Ids>(std::in_place, set->ids.begin(), set->ids.end());
+}
+
+Ids ChosenBySet(const ForceRequest& request, const FED_Database& database, int iteration)
+{
+  const std::string& name = request.part.set;
+  std::optional<Ids> ids  = FindSet(request.deck, database, iteration, name);
+  if (!ids) ids = FindSet(request.deck, database, iteration, UpperCase(name));
+  if (!ids && request.deck != nullptr) Fail(request.deckName + ": no element set " + name);
+  if (!ids) Fail(request.database + ": no element set " + name + ", expected one of the database or --deck");
+  if (ids->empty()) Fail("--set is " + name + ", which has no elements");
+  return *ids;
+}
+
+Ids ChosenById(const ForcePart& part, const ForceMesh& mesh)
+{
+  Ids chosen;
+  for (const NumberRange& range : part.elements) {
+    // A single id is asked for by name, so that a missing one is told.
+    const bool isSingle = range.form == NumberRange::Numbers && range.first == range.last;
+    if (isSingle) chosen.insert(range.first);
+    for (const auto& entry : mesh.elements.Entries())
+      if (!isSingle && (range.form == NumberRange::All || range.Holds(entry.first))) chosen.insert(entry.first);
+  }
+  if (chosen.empty()) Fail("--elements is '" + part.text + "', which names no element of the mesh");
+  return chosen;
+}
+
+Ids ChosenPart(const ForceRequest& request, const FED_Database& database, int iteration, const ForceMesh& mesh)
+{
+  if (!request.part.set.empty()) return ChosenBySet(request, database, iteration);
+  return request.part.IsGiven() ? ChosenById(request.part, mesh) : Ids();
+}
+
+/// Calculates and saves all results of one iteration.
+void CalculateIteration(FED_Database& database, const std::vector<FED_DataDescriptor>& results,
+                        const ForceRequest& request, Listener* listener, ForceReport& report)
+{
+  const int       iteration = results.front().GetInteger(FED_DataDescriptor::Iteration);
+  const ForceMesh mesh =
+      request.deck != nullptr ? MakeForceMesh(*request.deck) : ReadForceMesh(database, iteration, request.database);
+  ElementForces forces(database, mesh, iteration, request.deck != nullptr ? request.deckName : request.database);
+  const Ids     part = ChosenPart(request, database, iteration, mesh);
+
+  std::uint64_t done = 0;
+  for (const FED_DataDescriptor& result : results) {
+    if (listener != nullptr) listener->Progress("calculating forces", done++, results.size(), "steps");
+    ForceStepReport told;
+    told.step = forces.Calculate(result, IsDeformed(request, result));
+    if (request.balance) {
+      told.balance = CalculateBalance(database, mesh, told.step, request.database);
+      if (request.numWorst > 0 && told.balance->nodes.size() > request.numWorst)
+        told.balance->nodes.resize(request.numWorst);
+    }
+    if (request.part.IsGiven())
+      told.body = CalculateFreeBody(database, mesh, told.step, part, request.about, request.database);
+    // Only numbers are told later: the geometry of many results need not be held.
+    told.step.hasForces.clear();
+    told.step.positions.clear();
+    (told.step.numElements > 0 ? report.added : report.outdated).push_back(told.step.forces);
+    report.steps.push_back(std::move(told));
+  }
+  for (const auto& [reason, ids] : forces.Skipped()) report.skipped[reason].insert(ids.begin(), ids.end());
+  report.isRounded = report.isRounded || mesh.isRounded;
+  if (forces.AddsNodeLists()) report.added.emplace_back(iteration, static_cast<FED_OnfId>(kElementNodes));
+}
+
+}  // namespace
+
+bool ForceReport::Holds(double tolerance) const noexcept
+{
+  return std::all_of(steps.begin(), steps.end(), [tolerance](const ForceStepReport& told) {
+    return !told.balance || told.balance->Holds(tolerance);
+  });
+}
+
+std::vector<NumberRange> ParseElementIds(const std::string& text)
+{
+  std::vector<NumberRange> ranges = ParseNumberRanges(text, "an element");
+  for (const NumberRange& range : ranges) {
+    if (range.form != NumberRange::All && range.form != NumberRange::Numbers)
+      Fail("--elements is '" + text + "', expected ids, ranges of them or all");
+  }
+  return ranges;
+}
+
+std::vector<NumberRange> ParseNonlinearSteps(const std::string& text)
+{
+  std::vector<NumberRange> ranges = ParseNumberRanges(text, "a step of --nlgeom");
+  for (const NumberRange& range : ranges) {
+    if (range.form == NumberRange::First || range.form == NumberRange::Last)
+      Fail("--nlgeom is '" + text + "', expected numbers of steps, all or none");
+  }
+  return ranges;
+}
+
+std::vector<FED_DataDescriptor> ChooseForceResults(const FED_Database&                    database,
+                                                   const std::vector<FED_DataDescriptor>& selected,
+                                                   const std::string& name, const std::string& selection)
+{
+  std::vector<FED_DataDescriptor> results;
+  std::copy_if(selected.begin(), selected.end(), std::back_inserter(results),
+               [](const FED_DataDescriptor& descriptor) { return KindOf(descriptor) == kPointStress; });
+  if (!results.empty()) return results;
+
+  const bool hasLocal = std::any_of(
+      selected.begin(), selected.end(),
+      [&database](const FED_DataDescriptor& descriptor) { return HoldsLocalStresses(database, descriptor); });
+  Fail(name + ": no stresses of integration points (582)" + (selection.empty() ? "" : " in '" + selection + "'") +
+       (hasLocal ? ", only some in local systems, expected a database that the deck was imported into with them"
+                 : ", expected a .dat with S of the solver"));
+}
+
+std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&                    database,
+                                                     const std::vector<FED_DataDescriptor>& results)
+{
+  const std::set<FED_DataDescriptor> stresses(results.begin(), results.end());
+  std::vector<FED_DataDescriptor>    ingredients;
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern())) {
+    const int  kind   = KindOf(descriptor);
+    const bool isMesh = kind == kCoordinates || kind == kElementNodes || kind == kElementType || kind == kElementSet;
+    const bool isResult =
+        kind == kPointStress || kind == kDisplacement || kind == kReaction || HoldsLocalStresses(database, descriptor);
+    if (isMesh || (isResult && stresses.contains(WithKind(descriptor, kPointStress))))
+      ingredients.push_back(descriptor);
+  }
+  return ingredients;
+}
+
+ForceReport CalculateForces(FED_Database& database, const std::vector<FED_DataDescriptor>& results,
+                            const ForceRequest& request, Listener* listener)
+{
+  std::map<int, std::vector<FED_DataDescriptor>> byIteration;
+  for (const FED_DataDescriptor& result : results)
+    byIteration[result.GetInteger(FED_DataDescriptor::Iteration)].push_back(result);
+
+  ForceReport report;
+  report.isNonlinearityKnown = request.deck != nullptr || request.nonlinearSteps;
+  for (const auto& entry : byIteration) CalculateIteration(database, entry.second, request, listener, report);
+  return report;
+}
+
+std::vector<std::string> ListForceNotes(const ForceRequest& request, const ForceReport& report)
+{
+  std::vector<std::string> notes;
+  for (const auto& [reason, ids] : report.skipped)
+    notes.push_back("no forces of " + Counted(ids.size(), "element") + ", " + reason + ": " + FormatIds(ids));
+  if (!report.isNonlinearityKnown)
+    notes.emplace_back("all steps are taken as geometrically linear, --deck or --nlgeom tells which are not");
+  if (!report.isRounded) return notes;
+  double largest = 0.0;
+  for (const ForceStepReport& told : report.steps) {
+    if (told.step.largestSum > 0.0) largest = std::max(largest, told.step.errorBound / told.step.largestSum);
+  }
+  notes.push_back(request.database +
+                  ": coordinates have six digits; if a .frd rounded them, forces at nodes are uncertain by up to " +
+                  FormatRounded(largest) + " of the largest one, and --deck gives all digits");
+  return notes;
+}
+
+}  // namespace quilon

@@ -1,0 +1,108 @@
+#pragma once
+
+/// @file
+/// What `quilon forces` does, for programs: nodal forces of chosen results, and what they tell.
+
+#include <cstddef>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "forces/ElementForces.h"
+#include "forces/ForceBalance.h"
+#include "QuilonDbConnector/FED_DataDescriptor.h"
+#include "selection/Selection.h"
+
+class FED_Database;
+
+namespace quilon {
+
+class Listener;
+
+namespace calculix {
+struct DeckModel;
+}
+
+/// A part of the model. Not both may be given.
+struct ForcePart
+{
+  std::string              set;       ///< name of an element set of the deck, or of the database where there is no deck
+  std::vector<NumberRange> elements;  ///< ids, ranges of them or all: see ParseElementIds()
+  std::string              text;      ///< of the ids, as the user wrote it, for messages
+
+  bool IsGiven() const noexcept { return !set.empty() || !elements.empty(); }
+};
+
+/// What is asked of nodal forces.
+struct ForceRequest
+{
+  std::string                database;        ///< name of the database, for messages
+  const calculix::DeckModel* deck = nullptr;  ///< borrowed; null takes mesh and sets of the database
+  std::string                deckName;        ///< for messages
+
+  /// Which steps are of the deformed geometry; without it as the deck says, without a deck none.
+  std::optional<std::vector<NumberRange>> nonlinearSteps;
+
+  bool        balance   = false;  ///< whether forces are compared with what acts on each node
+  double      tolerance = 1e-5;   ///< largest residual that a balance accepts, as a fraction of the largest force
+  std::size_t numWorst  = 0;      ///< of the nodes of a balance, the worst so many are told; 0 for all
+  ForcePart   part;               ///< whose free body is told
+  Vector      about = {};         ///< the point that moments of a free body are taken about
+};
+
+/// What is told of one result.
+struct ForceStepReport
+{
+  ForceStep                   step;  ///< without the geometry
+  std::optional<ForceBalance> balance;
+  std::optional<FreeBody>     body;
+};
+
+struct ForceReport
+{
+  std::vector<ForceStepReport>    steps;  ///< by iteration, then in the order of the results
+  SkippedElements                 skipped;
+  bool                            isRounded           = false;  ///< coordinates have six digits
+  bool                            isNonlinearityKnown = false;
+  std::vector<FED_DataDescriptor> added;  ///< blocks that were written: forces, and node lists where there were none
+  /// Blocks that an earlier run may have left of results in which no element has forces now.
+  std::vector<FED_DataDescriptor> outdated;
+
+  /// @return whether every balance that was asked for holds
+  bool Holds(double tolerance) const noexcept;
+};
+
+/// Reads "1,5-9", ids or ranges of them, or "all".
+/// @throws FED_Failure for anything else
+std::vector<NumberRange> ParseElementIds(const std::string& text);
+
+/// Reads the numbers of steps, "all" or "none".
+/// @throws FED_Failure for anything else
+std::vector<NumberRange> ParseNonlinearSteps(const std::string& text);
+
+/// @param selected descriptors of blocks of the database
+/// @param selection what selected them, for messages; may be empty
+/// @return those of stresses at integration points (582), in their order
+/// @throws FED_Failure when there are none
+std::vector<FED_DataDescriptor> ChooseForceResults(const FED_Database&                    database,
+                                                   const std::vector<FED_DataDescriptor>& selected,
+                                                   const std::string& name, const std::string& selection);
+
+/// @param results from ChooseForceResults()
+/// @return the blocks of the database that CalculateForces() may read for them
+std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&                    database,
+                                                     const std::vector<FED_DataDescriptor>& results);
+
+/// Calculates the forces of results and saves them (580) with the node lists (595) where the database has none.
+/// @param database has the ingredients; what was saved before a failure stays in it
+/// @param results  from ChooseForceResults()
+/// @param listener borrowed; may be null
+/// @throws FED_Failure for what is asked and not there: steps of the deck, a mesh, a set, reactions, displacements
+ForceReport CalculateForces(FED_Database& database, const std::vector<FED_DataDescriptor>& results,
+                            const ForceRequest& request, Listener* listener);
+
+/// @return what a user should know of the report, a line each
+std::vector<std::string> ListForceNotes(const ForceRequest& request, const ForceReport& report);
+
+}  // namespace quilon

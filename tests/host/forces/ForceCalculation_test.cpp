@@ -1,0 +1,136 @@
+#include "forces/ForceCalculation.h"
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <QuilonUtilities/FED_Failure.h>
+
+#include "ForceSupport.h"
+#include "progress/Listener.h"
+
+namespace quilon {
+namespace {
+
+using namespace quilon_test;
+
+/// Keeps what it is told.
+class RecordingListener : public Listener
+{
+public:
+  std::vector<std::string> lines;
+
+  void Note(const std::string& message) override { lines.push_back(message); }
+  void Progress(const std::string& phase, std::uint64_t done, std::uint64_t total, const std::string& unit) override
+  {
+    lines.push_back(phase + ' ' + std::to_string(done) + '/' + std::to_string(total) + ' ' + unit);
+  }
+};
+
+/// Two cubes with mesh, a tension of 3 along x in two results, and what acts in balance with it.
+class ForceCalculation : public testing::Test
+{
+protected:
+  ForceCalculation()
+  {
+    WriteMesh(database_, TwoCubes(nullptr));
+    for (const int loadCase : {1, 2}) {
+      for (const int id : {10, 20}) WriteStress(database_, id, {3, 0, 0, 0, 0, 0}, 8, loadCase);
+      for (int node = 1; node <= 12; ++node)
+        WriteVector(database_, 511, node, {node <= 4 ? -3.0 : node <= 8 ? 0.0 : 3.0, 0, 0}, loadCase);
+    }
+    request_.database = "job";
+  }
+
+  std::vector<FED_DataDescriptor> All() { return database_.GetDataDescriptors(FED_DataDescriptorPattern()); }
+
+  std::string FailureOf()
+  {
+    try {
+      CalculateForces(database_, {ResultKey(582)}, request_, nullptr);
+    } catch (const FED_Failure& failure) {
+      return failure.GetMessage();
+    }
+    return "";
+  }
+
+  FED_ResultDatabase database_;
+  ForceRequest       request_;
+};
+
+TEST_F(ForceCalculation, IsOfStressesAndTheirIngredientsAlone)
+{
+  EXPECT_EQ(ChooseForceResults(database_, All(), "job", ""),
+            (std::vector<FED_DataDescriptor>{ResultKey(582, 1), ResultKey(582, 2)}));
+  const auto                         ingredients = FindForceIngredients(database_, {ResultKey(582, 2)});
+  const std::set<FED_DataDescriptor> found(ingredients.begin(), ingredients.end());
+  const FED_DataDescriptor           mesh[] = {
+                {0, static_cast<FED_OnfId>(516)}, {0, static_cast<FED_OnfId>(595)}, {0, static_cast<FED_OnfId>(596)}};
+  EXPECT_EQ(found, (std::set<FED_DataDescriptor>{mesh[0], mesh[1], mesh[2], ResultKey(511, 2), ResultKey(582, 2)}));
+}
+
+TEST_F(ForceCalculation, NeedsStresses)
+{
+  try {
+    ChooseForceResults(database_, {ResultKey(511)}, "job", "511");
+    FAIL();
+  } catch (const FED_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(),
+              "job: no stresses of integration points (582) in '511', expected a .dat with S of the solver");
+  }
+}
+
+TEST_F(ForceCalculation, TellsWhatItAddedAndHowFarItIs)
+{
+  RecordingListener listener;
+  const ForceReport report = CalculateForces(database_, {ResultKey(582, 1), ResultKey(582, 2)}, request_, &listener);
+  EXPECT_EQ(report.added, (std::vector<FED_DataDescriptor>{ResultKey(580, 1), ResultKey(580, 2)}));
+  EXPECT_TRUE(report.outdated.empty());
+  ASSERT_EQ(report.steps.size(), 2u);
+  EXPECT_EQ(report.steps[1].step.numElements, 2u);
+  EXPECT_FALSE(report.steps[1].balance || report.steps[1].body);
+  EXPECT_EQ(listener.lines, (std::vector<std::string>{"calculating forces 0/2 steps", "calculating forces 1/2 steps"}));
+}
+
+TEST_F(ForceCalculation, BalancesWithinTheToleranceThatIsAsked)
+{
+  request_.balance  = true;
+  request_.numWorst = 3;
+  EXPECT_TRUE(CalculateForces(database_, {ResultKey(582, 1)}, request_, nullptr).Holds(1e-12));
+  WriteVector(database_, 511, 12, {4, 0, 0});
+  const ForceReport report = CalculateForces(database_, {ResultKey(582, 1)}, request_, nullptr);
+  EXPECT_EQ(report.steps[0].balance->nodes.size(), 3u);
+  EXPECT_NEAR(report.steps[0].balance->RelativeResidual(), 0.25, 1e-15);
+  EXPECT_TRUE(report.Holds(0.26));
+  EXPECT_FALSE(report.Holds(0.24));
+}
+
+TEST_F(ForceCalculation, CutsThePartThatIsAsked)
+{
+  request_.part.elements   = ParseElementIds("20");
+  const ForceReport report = CalculateForces(database_, {ResultKey(582)}, request_, nullptr);
+  ASSERT_TRUE(report.steps[0].body);
+  EXPECT_NEAR(report.steps[0].body->cut.force[0], -12.0, 1e-13);
+
+  request_.part     = {};
+  request_.part.set = "TIP";
+  EXPECT_EQ(FailureOf(), "job: no element set TIP, expected one of the database or --deck");
+  request_.part          = {};
+  request_.part.text     = "1-9";
+  request_.part.elements = ParseElementIds("1-9");
+  EXPECT_EQ(FailureOf(), "--elements is '1-9', which names no element of the mesh");
+}
+
+TEST_F(ForceCalculation, GoesByTheStepsThatAreSaidToBeNonlinear)
+{
+  request_.nonlinearSteps = ParseNonlinearSteps("2");
+  EXPECT_FALSE(CalculateForces(database_, {ResultKey(582, 1)}, request_, nullptr).steps[0].step.deformed);
+  for (int node = 1; node <= 12; ++node) WriteVector(database_, 510, node, {0, 0, 0}, 2);
+  EXPECT_TRUE(CalculateForces(database_, {ResultKey(582, 2)}, request_, nullptr).steps[0].step.deformed);
+}
+
+}  // namespace
+}  // namespace quilon
