@@ -1,6 +1,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,14 +16,10 @@
 #include "commands/NumberOptions.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
+#include "database/Publication.h"
 #include "diff/Compare.h"
-#include "diff/DatabaseComparison.h"
-#include "diff/MeshMatching.h"
 #include "diff/Report.h"
-#include "diff/RuleLearning.h"
 #include "import/OpenedDatabase.h"
-#include "kinds/KindTable.h"
-#include "QuilonDbConnector/FED_Database.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
 #include "text/Failure.h"
@@ -52,10 +49,14 @@ struct Options
   std::string                ruleFile;
   std::string                match = "id";
   std::optional<std::string> pointTolerance;
-  std::size_t                maxRecords = QuilonDataBlockDiff::CompareInfo().maxDiffsPerBlock;
-  std::size_t                maxBlocks  = QuilonDataBlockDiff::CompareInfo().maxBlockDiffs;
-  bool                       norms      = false;
-  bool                       brief      = false;
+  std::string                stepsA;
+  std::string                stepsB;
+  std::optional<std::string> timeTolerance;
+  bool                       interpolate = false;
+  std::size_t                maxRecords  = QuilonDataBlockDiff::CompareInfo().maxDiffsPerBlock;
+  std::size_t                maxBlocks   = QuilonDataBlockDiff::CompareInfo().maxBlockDiffs;
+  bool                       norms       = false;
+  bool                       brief       = false;
   std::string                ignoreMissing;  ///< a, b, both or empty
   std::string                junit;
   bool                       learn = false;
@@ -96,9 +97,11 @@ void CheckOptions(const Options& options)
   if (options.match == "index" && options.pointTolerance)
     Fail("--match index and --match-points exclude each other, expected one at most");
   if (options.brief && (options.form.csv || options.form.table)) Fail("--brief goes without --csv and --table");
+  if (!options.selection.steps.empty() && (!options.stepsA.empty() || !options.stepsB.empty()))
+    Fail("--steps goes without --steps-a and --steps-b");
+  if (options.interpolate && !options.timeTolerance) Fail("--interpolate goes with --match-time");
   if (!options.learn) {
     if (options.databases.size() != 2) Fail("expected two databases to compare, A and B");
-    if (!options.output.empty()) Fail("-o goes with --learn");
     if (options.factor) Fail("--factor goes with --learn");
     return;
   }
@@ -119,7 +122,11 @@ MatchOptions ReadMatch(const Options& options)
   MatchOptions match;
   match.selection = options.selection.text;
   match.steps     = options.selection.steps;
-  match.records   = options.match == "index" ? RecordMatcher::ByIndex : RecordMatcher::ById;
+  match.stepsA    = options.stepsA;
+  match.stepsB    = options.stepsB;
+  if (options.timeTolerance) match.timeTolerance = ParseNumber(*options.timeTolerance, "--match-time", 0.0);
+  match.interpolates = options.interpolate;
+  match.records      = options.match == "index" ? RecordMatcher::ByIndex : RecordMatcher::ById;
   if (options.pointTolerance) match.pointTolerance = ParseNumber(*options.pointTolerance, "--match-points", 0.0);
   return match;
 }
@@ -143,6 +150,14 @@ private:
   std::vector<NamedDatabase>                   named_;
 };
 
+/// The difference would replace what it was made of.
+void RequireAnother(const std::string& output, const std::string& database)
+{
+  std::error_code error;
+  if (std::filesystem::equivalent(output, database, error))
+    Fail(output + ": is compared itself, expected another place for the difference");
+}
+
 void RunComparison(const Options& options, CommandContext& context)
 {
   CompareOptions    compare;
@@ -157,8 +172,14 @@ void RunComparison(const Options& options, CommandContext& context)
   compare.maxBlocks         = options.maxBlocks;
   compare.listener          = &context.console;
 
+  std::optional<Publication> publication;
+  if (!options.output.empty()) {
+    for (const std::string& path : options.databases) RequireAnother(options.output, path);
+    compare.difference = &publication.emplace(options.output).Target();
+  }
   const Databases databases(options, context.console);
   const Report    report = Compare(databases.Get()[0], databases.Get()[1], compare);
+  if (publication) context.console.Note(options.output + ": " + Counted(publication->Publish(), "block") + " written");
   if (!options.junit.empty()) WriteFile(options.junit, ToJUnit(report));
   if (options.form.json)
     PrintReportAsJson(context.output, report, options.brief);
@@ -218,6 +239,9 @@ constexpr const char* kFooter =
     "--learn takes runs that are accepted as equal and writes rules: for each kind the largest |a-b|, as a fraction of "
     "P up\n"
     "to 0.01, else as it is, times --factor (10).\n"
+    "--steps-a last --steps-b last: the kept steps are the same in their order. --match-time TOL: by their times, "
+    "with\n"
+    "--interpolate also between two steps of B. Histories take no part then.\n"
     "--match-points TOL: nodes are the same at the same place, elements between the same nodes.\n"
     "\n"
     "Exit codes: 0 same, 1 different, 2 trouble.\n"
@@ -227,6 +251,7 @@ constexpr const char* kFooter =
     "  quilon diff before.frd after.fed --ignore-missing\n"
     "  quilon diff old.frd new.frd --peak 1e-6 --abs 1e-12 --any\n"
     "  quilon diff a.onf b.onf --rule 'stress: peak=1e-5' --rule 'time: ignore' --junit diff.xml\n"
+    "  quilon diff coarse.fed fine.fed --match-time 1e-6 --interpolate -o difference.fed\n"
     "  quilon diff --learn run1.onf run2.onf run3.onf -o accepted.rules";
 
 }  // namespace
@@ -263,6 +288,12 @@ CommandFunction DefineDiff(CLI::App& app)
   app.add_option("--select", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)")
       ->type_name("SELECTION");
   AddStepsOption(app, options->selection);
+  app.add_option("--steps-a", options->stepsA, "Steps of A by position; those of B by the same order stand for them")
+      ->type_name("STEPS");
+  app.add_option("--steps-b", options->stepsB, "Steps of B by position")->type_name("STEPS");
+  app.add_option("--match-time", options->timeTolerance, "Steps are the same up to this difference of their times")
+      ->type_name("TOL");
+  app.add_flag("--interpolate", options->interpolate, "Take what lies between two steps of B where no time is near");
   AddCountOption(app, "--max", options->maxRecords, "How many records of one block to report (10)");
   AddCountOption(app, "--max-blocks", options->maxBlocks, "How many blocks to report (10)");
   app.add_flag("--norms", options->norms, "Print the norms of equal blocks, too");
@@ -270,7 +301,8 @@ CommandFunction DefineDiff(CLI::App& app)
   AddTableOptions(app, options->form);
   app.add_option("--junit", options->junit, "Write a JUnit report, a test case for each block")->type_name("FILE");
   app.add_flag("--learn", options->learn, "Write rules from two accepted runs or more");
-  app.add_option("-o,--output", options->output, "The rules file that --learn writes")->type_name("RULES");
+  app.add_option("-o,--output", options->output, "A database for the difference B - A, with --learn the rules file")
+      ->type_name("OUT");
   app.add_option("--factor", options->factor, "What --learn multiplies differences by (10)")->type_name("F");
   app.footer(kFooter);
   return [options](CommandContext& context) { Run(*options, context); };

@@ -5,9 +5,11 @@
 #include <utility>
 
 #include "diff/DatabaseComparison.h"
+#include "diff/DifferenceWriter.h"
 #include "diff/MeshMatching.h"
 #include "diff/RuleLearning.h"
 #include "diff/RuleSet.h"
+#include "diff/StepMatching.h"
 #include "kinds/KindTable.h"
 #include "progress/Listener.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -38,15 +40,52 @@ struct Participant
 /// @return the selection as its user wrote it
 std::string ToText(const MatchOptions& match)
 {
-  if (match.steps.empty()) return match.selection;
-  return match.selection + (match.selection.empty() ? "--steps " : " --steps ") + match.steps;
+  std::string text = match.selection;
+  const auto  add  = [&text](const char* option, const std::string& steps) {
+    if (!steps.empty()) text += (text.empty() ? "" : " ") + std::string(option) + ' ' + steps;
+  };
+  add("--steps", match.steps);
+  add("--steps-a", match.stepsA);
+  add("--steps-b", match.stepsB);
+  return text;
 }
 
-std::vector<FED_DataDescriptor> Select(const Participant& participant, const MatchOptions& match)
+bool MatchesSteps(const MatchOptions& match)
+{
+  return !match.stepsA.empty() || !match.stepsB.empty() || match.timeTolerance;
+}
+
+std::vector<FED_DataDescriptor> AllBlocks(const FED_Database& database)
+{
+  return database.GetDataDescriptors(FED_DataDescriptorPattern());
+}
+
+std::vector<FED_DataDescriptor> Select(const Participant& participant, const MatchOptions& match,
+                                       const std::string& steps)
 {
   Selection selection = match.selection.empty() ? Selection() : Selection(match.selection, participant.allKinds);
-  if (!match.steps.empty()) selection.SetSteps(match.steps);
-  return selection.Apply(participant.database.GetDataDescriptors(FED_DataDescriptorPattern()));
+  if (!steps.empty()) selection.SetSteps(steps);
+  std::vector<FED_DataDescriptor> blocks = selection.Apply(AllBlocks(participant.database));
+  if (MatchesSteps(match))
+    std::erase_if(blocks, [](const FED_DataDescriptor& descriptor) {
+      return !HasResultStep(descriptor) && !BelongsToAllSteps(descriptor);
+    });
+  return blocks;
+}
+
+/// @return the result steps that the positions keep, whatever else is selected
+std::vector<FED_DataDescriptor> ListSteps(const FED_Database& database, const std::string& steps)
+{
+  Selection selection;
+  if (!steps.empty()) selection.SetSteps(steps);
+  return ListResultSteps(selection.Apply(AllBlocks(database)));
+}
+
+/// @return the positions that are kept of the first or of the second database
+const std::string& StepsOf(const MatchOptions& match, bool isSecond)
+{
+  const std::string& own = isSecond ? match.stepsB : match.stepsA;
+  return own.empty() ? match.steps : own;
 }
 
 std::vector<Participant> Admit(const std::vector<NamedDatabase>& databases, const MatchOptions& match)
@@ -55,15 +94,27 @@ std::vector<Participant> Admit(const std::vector<NamedDatabase>& databases, cons
   const std::string        text = ToText(match);
   bool                     any  = text.empty();
   std::string              names;
-  for (Participant& one : all) {
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    Participant& one = all[i];
     for (const Participant& other : all) one.allKinds.AddForeign(other.kinds);
-    one.blocks = Select(one, match);
+    one.blocks = Select(one, match, StepsOf(match, i > 0));
     any        = any || !one.blocks.empty();
     names += (names.empty() ? "" : ", ") + one.name;
   }
   // Two selections of nothing are no proof that anything is the same.
   if (!any) Fail(names + ": no block matches '" + text + "'");
   return all;
+}
+
+/// @return what stands for the steps of the first database; nothing where each stands for itself
+std::optional<StepMatch> MatchSteps(const Participant& first, const Participant& second, const MatchOptions& match)
+{
+  if (!MatchesSteps(match)) return std::nullopt;
+  const std::vector<FED_DataDescriptor> firstSteps  = ListSteps(first.database, StepsOf(match, false));
+  const std::vector<FED_DataDescriptor> secondSteps = ListSteps(second.database, StepsOf(match, true));
+  if (!match.timeTolerance) return MatchStepsByPosition(firstSteps, secondSteps, first.name, second.name);
+  return MatchStepsByTime(first.database, second.database, firstSteps, secondSteps, *match.timeTolerance,
+                          match.interpolates, first.name, second.name);
 }
 
 /// What is said for all kinds replaces what the file says, and what is said for one kind replaces both.
@@ -104,6 +155,8 @@ DatabaseOutcome ComparePair(const Participant& first, const Participant& second,
     mesh       = Match(first, second, *match.pointTolerance, listener);
     terms.mesh = &mesh;
   }
+  const std::optional<StepMatch> steps = MatchSteps(first, second, match);
+  if (steps) terms.steps = &*steps;
   terms.matching = match.records;
   if (listener != nullptr) {
     terms.progress = [listener](std::size_t done, std::size_t total) {
@@ -121,11 +174,13 @@ Report Compare(const NamedDatabase& a, const NamedDatabase& b, const CompareOpti
   const Participant&             first        = participants[0];
   const Participant&             second       = participants[1];
   ComparisonTerms                terms;
-  terms.rules                   = MakeRules(options, first.allKinds);
-  terms.ignoresMissingInFirst   = options.ignoresMissingInA;
-  terms.ignoresMissingInSecond  = options.ignoresMissingInB;
-  terms.info.maxDiffsPerBlock   = options.maxRecords;
-  terms.info.maxBlockDiffs      = options.maxBlocks;
+  terms.rules                  = MakeRules(options, first.allKinds);
+  terms.ignoresMissingInFirst  = options.ignoresMissingInA;
+  terms.ignoresMissingInSecond = options.ignoresMissingInB;
+  terms.info.maxDiffsPerBlock  = options.maxRecords;
+  terms.info.maxBlockDiffs     = options.maxBlocks;
+  std::optional<DifferenceWriter> writer;
+  if (options.difference != nullptr) terms.difference = &writer.emplace(first.database, *options.difference);
   const DatabaseOutcome outcome = ComparePair(first, second, terms, options.match, options.listener);
   return MakeReport(outcome, first.GetCompared(), second.GetCompared(), first.name, second.name, terms.info);
 }

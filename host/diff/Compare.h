@@ -35,10 +35,20 @@ struct MatchOptions
   std::string selection;  ///< KIND,...@KEY=VALUES,... as a Selection takes it; empty: all blocks
   std::string steps;      ///< result steps by position, as Selection::SetSteps() takes them; empty: all steps
 
+  /// Where either is set, result steps are matched by their position among those that are kept, whatever their keys.
+  std::string stepsA;
+  std::string stepsB;
+  /// Steps whose times are at most so far apart are one, whatever their keys; 0 or more. Goes with positions as a
+  /// choice.
+  std::optional<double> timeTolerance;
+  /// Whether a step of A that finds none by its time is compared with what lies between two steps of B.
+  bool interpolates = false;
+
   RecordMatcher::Mode   records = RecordMatcher::ById;
   std::optional<double> pointTolerance;  ///< nodes at most so far apart are one, whatever their ids; 0 or more
 };
 
+/// Histories take no part where steps are matched by positions or times: they stand for all steps of a load case.
 struct CompareOptions
 {
   MatchOptions match;
@@ -54,6 +64,9 @@ struct CompareOptions
 
   std::size_t maxRecords = 10;  ///< of one block in the report
   std::size_t maxBlocks  = 10;  ///< with differences in the report
+
+  /// Gets B - A of what is compared, see DifferenceWriter; borrowed; null: nothing.
+  FED_Database* difference = nullptr;
 
   Listener* listener = nullptr;  ///< borrowed; may be null
 };

@@ -12,8 +12,11 @@
 #include <bundled/OnfKinds.h>
 
 #include "database/BlockSummary.h"
+#include "diff/BlendedBlock.h"
+#include "diff/DifferenceWriter.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"
+#include "selection/Selection.h"
 
 namespace quilon::diff {
 
@@ -189,20 +192,26 @@ private:
     for (const FED_DataDescriptor& descriptor : first_.blocks) {
       const FED_DataBlock& block = first_.database.GetConstDataBlock(descriptor);
       if (!HasRecords(block)) continue;
-      BlockOutcome& outcome = outcome_.blocks.emplace_back();
-      outcome.descriptor    = descriptor;
-      outcome.kind          = KindOf(descriptor);
-      outcome.block         = &block;
-      const auto found      = FindInSecond(descriptor, unmatched);
-      if (found == unmatched.end()) {
+      BlockOutcome& outcome   = outcome_.blocks.emplace_back();
+      outcome.descriptor      = descriptor;
+      outcome.kind            = KindOf(descriptor);
+      outcome.block           = &block;
+      const Counterpart other = FindInSecond(descriptor, unmatched);
+      if (other.block == unmatched.end()) {
         outcome.status           = BlockOutcome::MissingInSecond;
         outcome.isMissingIgnored = terms_.ignoresMissingInSecond;
         continue;
       }
-      outcome.descriptorInSecond = found->second;
-      outcome.secondBlock        = &second_.database.GetConstDataBlock(found->second);
-      unmatched.erase(found);
+      outcome.descriptorInSecond = other.block->second;
+      outcome.secondBlock        = &second_.database.GetConstDataBlock(other.block->second);
+      if (other.next != unmatched.end()) {
+        outcome.nextBlock  = &second_.database.GetConstDataBlock(other.next->second);
+        outcome.nextWeight = other.nextWeight;
+      }
+      // A step may be asked for by several that lie beside it.
+      if (!IsBetweenSteps() || !HasResultStep(other.block->second)) unmatched.erase(other.block);
     }
+    if (IsBetweenSteps()) std::erase_if(unmatched, [](const auto& block) { return HasResultStep(block.second); });
     if (terms_.allowsMore) return;
     std::set<FED_DataDescriptor> additional;
     for (const auto& [key, descriptor] : unmatched) additional.insert(descriptor);
@@ -220,16 +229,37 @@ private:
 
   using BlocksByKey = std::multimap<BlockKey, FED_DataDescriptor>;
 
-  BlocksByKey::iterator FindInSecond(const FED_DataDescriptor& descriptor, BlocksByKey& blocks) const
+  struct Counterpart
   {
-    BlockKey key = MakeKey(first_.database, descriptor);
-    if (terms_.keyInSecond) {
-      const std::optional<FED_DataDescriptor> other = terms_.keyInSecond(key.descriptor);
-      if (!other) return blocks.end();
-      key.descriptor = *other;
-    }
-    const auto [found, end] = blocks.equal_range(key);
-    return found == end ? blocks.end() : found;
+    BlocksByKey::iterator block;
+    BlocksByKey::iterator next;  // for values between two steps
+    double                nextWeight = 0.0;
+  };
+
+  Counterpart FindInSecond(const FED_DataDescriptor& descriptor, BlocksByKey& blocks) const
+  {
+    const Counterpart none = {blocks.end(), blocks.end()};
+    BlockKey          key  = MakeKey(first_.database, descriptor);
+    if (terms_.keyInSecond) key.descriptor = terms_.keyInSecond(key.descriptor);
+    const auto find = [&](const FED_DataDescriptor& inSecond) {
+      key.descriptor          = inSecond;
+      const auto [found, end] = blocks.equal_range(key);
+      return found == end ? blocks.end() : found;
+    };
+    const FED_DataDescriptor own = key.descriptor;
+    if (terms_.steps == nullptr || !HasResultStep(descriptor)) return {find(own), blocks.end()};
+    const auto counterpart = terms_.steps->find(GetResultStep(descriptor));
+    if (counterpart == terms_.steps->end()) return none;
+    const auto& [step, next, weight] = counterpart->second;
+    const Counterpart found = {find(WithResultStep(own, step)), next ? find(WithResultStep(own, *next)) : blocks.end(),
+                               weight};
+    return next && found.next == blocks.end() ? none : found;
+  }
+
+  bool IsBetweenSteps() const
+  {
+    return terms_.steps != nullptr && std::any_of(terms_.steps->begin(), terms_.steps->end(),
+                                                  [](const auto& step) { return step.second.next.has_value(); });
   }
 
   /// A component of a vector is judged beside the others: where nothing pulls, a sum of forces is all rounding.
@@ -285,14 +315,18 @@ private:
         outcome.status = outcome.fields.differingValues == 0 ? BlockOutcome::Ignored : BlockOutcome::Different;
       return;
     }
-    const RecordPairs    pairs          = matcher_.Pair(*outcome.block, *outcome.secondBlock);
+    std::optional<BlendedBlock> blended;
+    if (outcome.nextBlock != nullptr) blended.emplace(*outcome.secondBlock, *outcome.nextBlock, outcome.nextWeight);
+    const FED_DataBlock& second         = blended ? blended->Get() : *outcome.secondBlock;
+    const RecordPairs    pairs          = matcher_.Pair(*outcome.block, second);
     const Transformation transformation = Transform(outcome, pairs, rule);
     outcome.isNegated                   = transformation.sign != Transformation::AsIs;
     outcome.fields =
-        CompareFields(*outcome.block, *outcome.secondBlock, pairs,
+        CompareFields(*outcome.block, second, pairs,
                       {rule, terms_.info, transformation, rule.NeedsPeak() ? GetVectorPeak(outcome) : 0.0,
                        GetListPeriod(outcome), terms_.ignoresMissingInSecond, terms_.ignoresMissingInFirst});
     outcome.status = outcome.fields.IsSame() ? BlockOutcome::Same : BlockOutcome::Different;
+    if (terms_.difference != nullptr) terms_.difference->Write(*outcome.block, second, pairs, transformation);
   }
 
   static void LookForNans(BlockOutcome& outcome, std::size_t most)

@@ -5,18 +5,20 @@
 
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "diff/FieldComparison.h"
 #include "diff/RecordMatching.h"
 #include "diff/RuleSet.h"
+#include "diff/StepMatching.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
 class FED_Database;
 
 namespace quilon::diff {
+
+class DifferenceWriter;
 
 /// One of the two databases. Borrowed.
 struct ComparedDatabase
@@ -37,9 +39,13 @@ struct ComparisonTerms
   /// Whether blocks and records that one of the two lacks are no difference. They are told all the same.
   bool ignoresMissingInFirst  = false;
   bool ignoresMissingInSecond = false;
-  /// The key under which a block of the first database is looked for in the second, nothing for one that has no
-  /// counterpart; empty: its own.
-  std::function<std::optional<FED_DataDescriptor>(const FED_DataDescriptor&)> keyInSecond;
+  /// The key under which a block of the first database is looked for in the second; empty: its own.
+  std::function<FED_DataDescriptor(const FED_DataDescriptor&)> keyInSecond;
+  /// What stands for the result steps of the first database; borrowed; null: each for itself. Where steps stand for
+  /// values between two, steps of the second database that nothing asks for are passed over.
+  const StepMatch* steps = nullptr;
+  /// Gets B - A of all compared blocks; borrowed; null: none.
+  DifferenceWriter* difference = nullptr;
   /// Told how many blocks of how many are done.
   std::function<void(std::size_t done, std::size_t total)> progress;
 };
@@ -61,8 +67,10 @@ struct BlockOutcome
   const FED_DataBlock* secondBlock      = nullptr;
   int                  kind             = 0;  ///< ONF id of the quantity for scalar histories
   Status               status           = Same;
-  bool                 isNegated        = false;  ///< the mode of the second database has the other sign
-  bool                 isMissingIgnored = false;  ///< what one database alone has is no difference
+  bool                 isNegated        = false;    ///< the mode of the second database has the other sign
+  const FED_DataBlock* nextBlock        = nullptr;  ///< of the second database, for values between two steps
+  double               nextWeight       = 0.0;      ///< share of `nextBlock`
+  bool                 isMissingIgnored = false;    ///< what one database alone has is no difference
   FieldOutcome         fields;
 
   /// @return whether the worst of this block is worse than that of the other

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdint>
 #include <iterator>
+#include <map>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -160,19 +161,14 @@ bool IsHistory(const Descriptor& descriptor)
   return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind() == kHistoryKind;
 }
 
-bool BelongsToAllSteps(const Descriptor& descriptor)
-{
-  return !descriptor.IsSet(Descriptor::LoadCase) && !descriptor.IsSet(Descriptor::Substep) &&
-         !descriptor.IsSet(Descriptor::Increment);
-}
-
 /// A step's values: per index whether it is set, and to what.
 using Step = std::vector<std::pair<bool, int>>;
 
+constexpr std::array<Descriptor::ResultIndex, 5> kOrder = {
+    Descriptor::Iteration, Descriptor::Analysis, Descriptor::LoadCase, Descriptor::Substep, Descriptor::Increment};
+
 Step StepOf(const Descriptor& descriptor, std::size_t numIndices)
 {
-  static constexpr std::array<Descriptor::ResultIndex, 5> kOrder = {
-      Descriptor::Iteration, Descriptor::Analysis, Descriptor::LoadCase, Descriptor::Substep, Descriptor::Increment};
   Step step;
   for (std::size_t i = 0; i < numIndices; ++i) {
     const bool isSet = descriptor.IsSet(kOrder[i]);
@@ -190,7 +186,7 @@ std::set<Step> ChosenSteps(const Descriptors& descriptors, const std::vector<Num
 {
   std::set<Step> steps;
   for (const Descriptor& descriptor : descriptors)
-    if (!IsHistory(descriptor) && !BelongsToAllSteps(descriptor)) steps.insert(StepOf(descriptor, kAllOfStep));
+    if (HasResultStep(descriptor)) steps.insert(StepOf(descriptor, kAllOfStep));
   std::set<Step> chosen;
   int            position = 0;
   for (const Step& step : steps) {
@@ -247,6 +243,35 @@ std::string ToSelectionText(const FED_DataDescriptor& descriptor)
     separator = ',';
   }
   return text;
+}
+
+bool BelongsToAllSteps(const FED_DataDescriptor& descriptor)
+{
+  return !descriptor.IsSet(Descriptor::LoadCase) && !descriptor.IsSet(Descriptor::Substep) &&
+         !descriptor.IsSet(Descriptor::Increment);
+}
+
+bool HasResultStep(const FED_DataDescriptor& descriptor)
+{
+  return !IsHistory(descriptor) && !BelongsToAllSteps(descriptor);
+}
+
+FED_DataDescriptor GetResultStep(const FED_DataDescriptor& descriptor)
+{
+  FED_DataDescriptor step;
+  for (const Descriptor::ResultIndex index : kOrder)
+    if (descriptor.IsSet(index)) step.SetInteger(index, descriptor.GetInteger(index));
+  return step;
+}
+
+std::vector<FED_DataDescriptor> ListResultSteps(const std::vector<FED_DataDescriptor>& descriptors)
+{
+  std::map<Step, Descriptor> steps;
+  for (const Descriptor& descriptor : descriptors)
+    if (HasResultStep(descriptor)) steps.emplace(StepOf(descriptor, kAllOfStep), GetResultStep(descriptor));
+  Descriptors list;
+  for (const auto& [values, step] : steps) list.push_back(step);
+  return list;
 }
 
 Selection::Selection(std::string_view text, const KindTable& kinds)

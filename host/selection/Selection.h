@@ -54,6 +54,19 @@ const std::vector<IndexKey>& GetIndexKeys();
 /// @return the block's key as a selection that a user can write: "521@it=0,lc=2,sub=3"
 std::string ToSelectionText(const FED_DataDescriptor& descriptor);
 
+/// @return whether the block belongs to every result step, as coordinates do: load case, substep and increment are
+/// unset
+bool BelongsToAllSteps(const FED_DataDescriptor& descriptor);
+
+/// @return whether the block belongs to one result step: it is no history and does not belong to all
+bool HasResultStep(const FED_DataDescriptor& descriptor);
+
+/// @return the result step of a block, see Selection::SetSteps(): its key without all else
+FED_DataDescriptor GetResultStep(const FED_DataDescriptor& descriptor);
+
+/// @return the result steps of these blocks in the order in which steps are counted
+std::vector<FED_DataDescriptor> ListResultSteps(const std::vector<FED_DataDescriptor>& descriptors);
+
 /// A selection: KIND,KIND,...@KEY=VALUES,KEY=VALUES,...
 ///
 /// Kinds are ONF ids or names (KindTable::Resolve()), or "all"; without any, every kind is meant. The name of a

@@ -511,6 +511,99 @@ TEST_F(DiffCommand, NormsOfEqualBlocksAreTold)
             "same: 1 block, 2 records, 2 values\n");
 }
 
+// A temperature of node 1 at each time, with the history of the times.
+void WriteTimes(const std::string& folder, const std::vector<std::pair<double, double>>& timesAndValues)
+{
+  QuilonOnfTxtDatabase database(std::filesystem::path(folder).wstring());
+  database.InitDb(FED_DatabaseDefs::WriteAccess, 1024, std::wstring(), nullptr);
+  FED_DataDescriptor history(0, FED_OnfId_ScalarHistory);
+  for (const auto& [index, value] : {std::pair{3, 1}, {5, 1}, {4, 1}, {10, 501}})
+    history.SetInteger(static_cast<FED_DataDescriptor::ResultIndex>(index), value);
+  FED_DataBlock& times = database.GetOrCreateDataBlock(history, 0);
+  for (std::size_t i = 0; i < timesAndValues.size(); ++i) {
+    FED_DataDescriptor key(0, static_cast<FED_OnfId>(514));
+    key.SetInteger(FED_DataDescriptor::LoadCase, 1);
+    key.SetInteger(FED_DataDescriptor::Analysis, 1);
+    key.SetInteger(FED_DataDescriptor::Substep, static_cast<int>(i + 1));
+    times.SetScalarAt(i + 1, timesAndValues[i].first);
+    FED_IdDataBlock(database.GetOrCreateDataBlock(key, 0), database.GetIdMapsPool(), true)
+        .SetScalar(1, timesAndValues[i].second);
+  }
+  database.ReleaseDb(true);
+}
+
+TEST_F(DiffCommand, StepsMatchByTheirOrderWhereAsked)
+{
+  WriteTimes(a_, {{0.5, 10}, {1, 20}});
+  WriteTimes(b_, {{0.25, 5}, {0.5, 10}, {0.75, 15}, {1, 20}});
+  EXPECT_EQ(Diff({"--brief"}).exitCode, 1);
+  EXPECT_EQ(Diff({"--steps-a", "last", "--steps-b", "last", "--brief"}).out, "same: 1 block, 1 record, 1 value\n");
+  EXPECT_EQ(Diff({"--steps-b", "2,4", "--brief"}).out, "same: 2 blocks, 2 records, 2 values\n");
+  EXPECT_EQ(Diff({"--steps-b", "2,3", "--csv"}).out,
+            "kind,step,layer,id,component,A,B,rule\n"
+            "temperature,\"it=0,an=1,lc=1,sub=2\",,1,value,20,15,peak 0.333333 > 2e-05\n");
+  const RunResult run = Diff({"--steps-a", "last"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: steps are matched by their position, and there are 1 step of " + a_ +
+                         " and 4 steps of " + b_ + ", expected as many\n");
+  EXPECT_EQ(Diff({"--steps", "1", "--steps-a", "1"}).err,
+            "quilon: error: --steps goes without --steps-a and --steps-b\n");
+}
+
+TEST_F(DiffCommand, StepsMatchByTheirTimesWhereAsked)
+{
+  WriteTimes(a_, {{0.5, 10}, {1, 20}});
+  WriteTimes(b_, {{0.25, 5}, {0.5, 10}, {0.75, 15}, {1.0625, 20}});
+  EXPECT_EQ(Diff({"--match-time", "0.0625", "--brief"}).out,
+            "different: 0 of 2 blocks, 0 of 2 records, 2 blocks only in B; worst: temperature it=0,an=1,lc=1,sub=1, "
+            "block only in B\n");
+  EXPECT_EQ(Diff({"--match-time", "0.0625", "--ignore-missing=a"}).exitCode, 0);
+  EXPECT_EQ(Diff({"--match-time", "0.03125", "--brief"}).out,
+            "different: 0 of 1 block, 0 of 1 record, 1 block missing in B, 3 blocks only in B; worst: temperature "
+            "it=0,an=1,lc=1,sub=2, block missing in B\n");
+  WriteTemperatures(b_, {1});
+  EXPECT_EQ(RunQuilon({"diff", a_, (folder_ / "none.onf").string(), "--match-time", "1"}).exitCode, 2);
+  const std::string timeless = (folder_ / "timeless.onf").string();
+  WriteTemperatures(timeless, {1});
+  EXPECT_EQ(
+      RunQuilon({"diff", a_, timeless, "--match-time", "1"}).err,
+      "quilon: error: " + timeless + ": holds no times (501) of its steps, expected them to match steps by time\n");
+  EXPECT_EQ(Diff({"--match-time", "-1"}).err,
+            "quilon: error: --match-time: '-1', expected a finite number, 0 or more\n");
+}
+
+TEST_F(DiffCommand, BetweenTwoStepsValuesAreInterpolated)
+{
+  WriteTimes(a_, {{0.5, 10}, {1, 20}, {2, 40}});
+  WriteTimes(b_, {{0.25, 4}, {0.75, 16}, {1, 20}});
+  // At 0.5 half of 4 and half of 16; nothing is around 2.
+  EXPECT_EQ(Diff({"--match-time", "0.001", "--interpolate", "--brief"}).out,
+            "different: 0 of 2 blocks, 0 of 2 records, 1 block missing in B; worst: temperature it=0,an=1,lc=1,sub=3, "
+            "block missing in B\n");
+  EXPECT_EQ(Diff({"--match-time", "0.001", "--interpolate", "--ignore-missing=b"}).exitCode, 0);
+  WriteTimes(b_, {{0.25, 4}, {0.75, 18}, {1, 20}});
+  EXPECT_EQ(Diff({"--match-time", "0.001", "--interpolate", "--ignore-missing=b", "--csv"}).out,
+            "kind,step,layer,id,component,A,B,rule\n"
+            "temperature,\"it=0,an=1,lc=1,sub=1\",,1,value,10,11,peak 0.1 > 2e-05\n");
+  EXPECT_EQ(Diff({"--interpolate"}).err, "quilon: error: --interpolate goes with --match-time\n");
+}
+
+TEST_F(DiffCommand, TheDifferenceMayBeKeptAsADatabase)
+{
+  WriteTimes(a_, {{0.5, 10}, {1, 20}});
+  WriteTimes(b_, {{0.5, 10.5}, {1, 17}});
+  const std::string difference = (folder_ / "difference.fed").string();
+  const RunResult   run        = Diff({"-o", difference, "--brief"});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_EQ(run.err, "quilon: note: " + difference + ": 3 blocks written\n");
+  EXPECT_EQ(RunQuilon({"show", difference, "temperature", "--csv"}).out,
+            "kind,it,an,lc,sub,id,value\ntemperature,0,1,1,1,1,0.5\ntemperature,0,1,1,2,1,-3\n");
+  // The places of what is compared must not be lost.
+  EXPECT_EQ(Diff({"-o", a_}).err,
+            "quilon: error: " + a_ + ": is compared itself, expected another place for the difference\n");
+  EXPECT_EQ(Diff({"-o", b_}).exitCode, 2);
+}
+
 TEST_F(DiffCommand, AReportThatCannotBeWrittenIsTroubleAndLeavesNothing)
 {
   WriteTemperatures(a_, {1});
@@ -567,7 +660,6 @@ TEST_F(DiffCommand, WrongUsageIsTrouble)
   };
   EXPECT_EQ(error({"diff", a_}), "quilon: error: expected two databases to compare, A and B\n");
   EXPECT_EQ(error({"diff", a_, b_, a_}), "quilon: error: expected two databases to compare, A and B\n");
-  EXPECT_EQ(error({"diff", a_, b_, "-o", "x"}), "quilon: error: -o goes with --learn\n");
   EXPECT_EQ(error({"diff", "--learn", a_, b_}),
             "quilon: error: --learn: -o is missing, expected the rules file to write\n");
   EXPECT_EQ(error({"diff", "--learn", a_, "-o", "x"}), "quilon: error: --learn: expected two accepted runs or more\n");
@@ -704,6 +796,30 @@ TEST(DiffOfResults, AResultFileIsTheSameAsTheDatabaseOfItsRun)
   EXPECT_EQ(run.out.find("only in B, ignored: "), 0u) << run.out;
   EXPECT_EQ(RunQuilon({"diff", kCompare + "base.frd", database, "--ignore-missing", "--peak", "1e-7"}).exitCode, 1);
   EXPECT_EQ(RunQuilon({"diff", kCompare + "base.frd", database}).exitCode, 1);
+}
+
+// What is drawn has the mesh of A and the differences of B.
+TEST(DiffOfResults, ADifferenceHasTheMeshAndItsOwnBlocks)
+{
+  const TempFolder  folder;
+  const std::string twice = (folder / "twice.fed").string();
+  const std::string none  = (folder / "none.fed").string();
+  const RunResult   run   = RunQuilon(
+          {"diff", kCompare + "base.frd", kCompare + "fine.frd", "--steps-a", "1", "--steps-b", "1", "-o", twice});
+  EXPECT_EQ(run.exitCode, 1);
+  ASSERT_EQ(RunQuilon({"diff", kCompare + "base.frd", kCompare + "again.frd", "-o", none}).exitCode, 0);
+  for (const char* kind : {"coordinates", "element-nodes", "element-type"})
+    EXPECT_EQ(RunQuilon({"diff", kCompare + "base.frd", twice, "--select", kind, "--exact"}).exitCode, 0) << kind;
+  // B has half of the displacement of A there: what is missing is the other half, and what they share is nothing.
+  const json halves = json::parse(
+      RunQuilon({"diff", kCompare + "base.frd", twice, "--steps", "1", "--select", "displacement", "--json"}).out);
+  EXPECT_NEAR(halves.at("norms").at(0).at("relative").get<double>(), 1.5, 1e-3);  // u - (-u / 2)
+  const json blocks = json::parse(RunQuilon({"ls", none, "displacement,stress", "--json"}).out);
+  ASSERT_FALSE(blocks.empty());
+  for (const json& block : blocks) {
+    EXPECT_EQ(block.at("least"), 0.0);
+    EXPECT_EQ(block.at("greatest"), 0.0);
+  }
 }
 
 // The same deck with a text result (six digits) and a binary one (single precision).
