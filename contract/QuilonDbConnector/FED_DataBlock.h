@@ -16,8 +16,8 @@
 class QUILON_DB_CONNECTOR_API FED_DataBlock
 {
 public:
-  /// Walks the indices that hold a record, ascending. It asks HasRecord() for each; the block's last index is read
-  /// once, when the iterator is made.
+  /// Walks the indices that hold a record, ascending, by FindNextIndex(). The block's last index is read once, when the
+  /// iterator is made.
   class QUILON_DB_CONNECTOR_API IndexIterator
   {
   public:
@@ -33,6 +33,8 @@ public:
     std::size_t          maxIndex_;
     const FED_DataBlock* block_;
   };
+
+  static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
   FED_DataBlock(const FED_DataBlock&)            = delete;
   FED_DataBlock& operator=(const FED_DataBlock&) = delete;
@@ -69,6 +71,11 @@ public:
   virtual FED_ConstDataRecord* CreateConstDataRecord() const = 0;
   /// Frees a scratch record that this block made; null does nothing.
   virtual void DeleteDataRecord(FED_ConstDataRecord* record) const = 0;
+  /// The next record of a walk. The default asks HasRecord() for each index in turn: a block that knows its indices
+  /// answers at once, so that records far apart cost a walk nothing.
+  /// @param first, last both count
+  /// @return the lowest index from first to last that holds a record, npos when there is none
+  virtual std::size_t FindNextIndex(std::size_t first, std::size_t last) const;
 
 protected:
   explicit FED_DataBlock(const FED_DataDescriptor& descriptor);

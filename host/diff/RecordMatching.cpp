@@ -31,16 +31,19 @@ std::vector<std::size_t> FindUnpaired(const RecordPairs& pairs, const FED_DataBl
   if (!pairs.sameIndices)
     std::sort(runs.begin(), runs.end(), [](const PairRun& a, const PairRun& b) { return a.second < b.second; });
   std::vector<std::size_t> unpaired;
-  std::size_t              next  = 0;
-  const auto               probe = [&](std::size_t end) {
-    for (; next < end; ++next)
-      if (second.HasRecord(next)) unpaired.push_back(next);
+  std::size_t              next    = 0;
+  const auto               collect = [&](std::size_t end) {
+    for (; next < end; ++next) {
+      next = second.FindNextIndex(next, end - 1);
+      if (next == FED_DataBlock::npos) return;
+      unpaired.push_back(next);
+    }
   };
   for (const PairRun& run : runs) {
-    probe(run.second);
-    next = std::max(next, run.second + run.count);
+    collect(run.second);
+    next = run.second + run.count;
   }
-  probe(second.GetMaxIndex() + 1);
+  collect(second.GetMaxIndex() + 1);
   return unpaired;
 }
 

@@ -3,13 +3,11 @@
 namespace {
 
 // Where every iterator stands that has passed its last index: a block that grows during a walk moves no end.
-constexpr std::size_t kEnd = static_cast<std::size_t>(-1);
+constexpr std::size_t kEnd = FED_DataBlock::npos;
 
 std::size_t FindRecordFrom(const FED_DataBlock& block, std::size_t index, std::size_t maxIndex)
 {
-  for (; index <= maxIndex && index != kEnd; ++index)
-    if (block.HasRecord(index)) return index;
-  return kEnd;
+  return index == kEnd ? kEnd : block.FindNextIndex(index, maxIndex);
 }
 
 }  // namespace
@@ -33,3 +31,10 @@ const FED_DataDescriptor& FED_DataBlock::GetDescriptor() const noexcept { return
 FED_DataBlock::IndexIterator FED_DataBlock::Begin() const { return IndexIterator(*this, 0, GetMaxIndex()); }
 
 FED_DataBlock::IndexIterator FED_DataBlock::End() const { return IndexIterator(*this, kEnd, 0); }
+
+std::size_t FED_DataBlock::FindNextIndex(std::size_t first, std::size_t last) const
+{
+  for (std::size_t index = first; index <= last && index != npos; ++index)
+    if (HasRecord(index)) return index;
+  return npos;
+}

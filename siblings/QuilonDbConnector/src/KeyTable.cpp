@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <random>
 #include <utility>
 
 namespace {
@@ -9,22 +10,31 @@ namespace {
 // A hint is a claim: up to 16 MiB of table are made for it in advance.
 constexpr std::size_t kMaxExpected = std::size_t{1} << 22;
 
-// Every bit of the key reaches the low bits that choose the slot, so that keys in steps of a power of two spread too.
-std::uint32_t Mix(std::uint32_t key) noexcept
+// Another one in each process: nobody can make a file of keys that all want one slot. Odd, so that no two keys become
+// one.
+std::uint64_t GetSeed()
 {
-  key ^= key >> 16;
-  key *= 0x7feb352du;
-  key ^= key >> 15;
-  key *= 0x846ca68bu;
-  key ^= key >> 16;
-  return key;
+  static const std::uint64_t seed = [] {
+    std::random_device device;
+    return (std::uint64_t{device()} << 32 | device()) | 1u;
+  }();
+  return seed;
+}
+
+// Every bit of the key reaches the low bits that choose the slot, so that keys in steps of a power of two spread too.
+std::size_t Mix(std::uint32_t key, std::uint64_t seed) noexcept
+{
+  std::uint64_t mixed = (key + (seed >> 32)) * seed;
+  mixed ^= mixed >> 32;
+  mixed *= 0x9e3779b97f4a7c15u;
+  return static_cast<std::size_t>(mixed >> 32);
 }
 
 template <typename Slots>
-std::size_t FindSlot(const Slots& slots, std::uint32_t key) noexcept
+std::size_t FindSlot(const Slots& slots, std::uint32_t key, std::uint64_t seed) noexcept
 {
   const std::size_t mask = slots.size() - 1;
-  std::size_t       at   = Mix(key) & mask;
+  std::size_t       at   = Mix(key, seed) & mask;
   while (slots[at].key != key && slots[at].key != KeyTable::kNone) at = (at + 1) & mask;
   return at;
 }
@@ -45,6 +55,61 @@ std::vector<std::uint32_t> KeyTable::GetKeys() const
   return keys;
 }
 
+RowKeys KeyTable::GetRowKeys() const
+{
+  RowKeys keys;
+  if (form_ == Form::Run) {
+    keys.PushRun(firstKey_, count_);
+    return keys;
+  }
+  std::vector<std::uint32_t> ofRows(count_);
+  ForEach([&ofRows](std::uint32_t key, std::uint32_t row) { ofRows[row] = key; });
+  for (const std::uint32_t key : ofRows) {
+    keys.Prepare(key);
+    keys.Push(key);
+  }
+  return keys;
+}
+
+std::uint32_t KeyTable::FindNext(std::uint32_t first, std::uint32_t last) const
+{
+  if (count_ == 0 || first > maxKey_) return kNone;
+  last = std::min(last, maxKey_);
+  if (first > last) return kNone;
+  if (form_ == Form::Direct) return FindNextDirect(first, last);
+  const std::uint32_t key = form_ == Form::Run ? std::max(first, firstKey_) : FindNextHashed(first);
+  return key <= last ? key : kNone;
+}
+
+std::uint32_t KeyTable::FindNextDirect(std::uint32_t first, std::uint32_t last) const noexcept
+{
+  for (std::uint32_t key = first; key <= last; ++key)
+    if (direct_[key] != kNone) return key;
+  return kNone;
+}
+
+// Keys are sorted for the second question without an insertion in between: who inserts between two questions would have
+// them sorted each time.
+std::uint32_t KeyTable::FindNextHashed(std::uint32_t first) const
+{
+  if (sorted_.size() != count_) {
+    if (walkCount_ != count_) {
+      std::uint32_t least = kNone;
+      ForEach([&](std::uint32_t key, std::uint32_t) { least = key >= first ? std::min(least, key) : least; });
+      walkCount_ = count_;
+      return least;
+    }
+    sorted_ = GetKeys();
+    walkAt_ = 0;
+  }
+  // A walk goes on where it was.
+  const bool isNext = walkAt_ + 1 < sorted_.size() && sorted_[walkAt_] < first && first <= sorted_[walkAt_ + 1];
+  walkAt_           = isNext
+                          ? walkAt_ + 1
+                          : static_cast<std::size_t>(std::lower_bound(sorted_.begin(), sorted_.end(), first) - sorted_.begin());
+  return walkAt_ < sorted_.size() ? sorted_[walkAt_] : kNone;
+}
+
 void KeyTable::Grow(std::uint32_t key)
 {
   const std::uint32_t maxKey = std::max(maxKey_, key);
@@ -54,11 +119,24 @@ void KeyTable::Grow(std::uint32_t key)
     BecomeHashed();
 }
 
-std::uint32_t KeyTable::FindHashed(std::uint32_t key) const noexcept { return hashed_[FindSlot(hashed_, key)].row; }
+std::uint32_t KeyTable::FindHashed(std::uint32_t key) const noexcept
+{
+  return hashed_[FindSlot(hashed_, key, seed_)].row;
+}
 
 void KeyTable::InsertHashed(std::uint32_t key, std::uint32_t row) noexcept
 {
-  hashed_[FindSlot(hashed_, key)] = {key, row};
+  hashed_[FindSlot(hashed_, key, seed_)] = {key, row};
+}
+
+std::size_t KeyTable::GetLongestProbe() const noexcept
+{
+  if (form_ != Form::Hashed) return 0;
+  const std::size_t mask    = hashed_.size() - 1;
+  std::size_t       longest = 0;
+  for (std::size_t at = 0; at < hashed_.size(); ++at)
+    if (hashed_[at].key != kNone) longest = std::max(longest, (at - Mix(hashed_[at].key, seed_)) & mask);
+  return longest;
 }
 
 bool KeyTable::DirectPays(std::uint32_t maxKey) const noexcept
@@ -74,13 +152,16 @@ void KeyTable::BecomeDirect(std::uint32_t maxKey)
   ForEach([&direct](std::uint32_t key, std::uint32_t row) { direct[key] = row; });
   direct_ = std::move(direct);
   hashed_ = {};
+  sorted_ = {};
   form_   = Form::Direct;
 }
 
 void KeyTable::BecomeHashed()
 {
-  std::vector<Slot> hashed(std::bit_ceil(std::max<std::size_t>(16, 2 * (std::size_t{count_} + 1))));
-  ForEach([&hashed](std::uint32_t key, std::uint32_t row) { hashed[FindSlot(hashed, key)] = {key, row}; });
+  std::vector<Slot>   hashed(std::bit_ceil(std::max<std::size_t>(16, 2 * (std::size_t{count_} + 1))));
+  const std::uint64_t seed = GetSeed();
+  ForEach([&](std::uint32_t key, std::uint32_t row) { hashed[FindSlot(hashed, key, seed)] = {key, row}; });
+  seed_   = seed;
   hashed_ = std::move(hashed);
   direct_ = {};
   form_   = Form::Hashed;

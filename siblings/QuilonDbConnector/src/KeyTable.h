@@ -3,9 +3,12 @@
 /// @file
 /// Numbers to rows: block indices and entity ids alike.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
+
+class RowKeys;
 
 /// Maps keys below 2^31 to rows below 2^31. Keys only arrive, none leaves.
 ///
@@ -32,6 +35,15 @@ public:
     if (form_ == Form::Direct) return key < direct_.size() ? direct_[key] : kNone;
     return FindHashed(key);
   }
+
+  /// Walks in ascending order. A run and a direct table answer at once; a hash table sorts its keys, at 4 bytes each,
+  /// for whoever walks on without inserting.
+  /// @return the least key from first to last, kNone when there is none
+  std::uint32_t FindNext(std::uint32_t first, std::uint32_t last) const;
+
+  /// For tests.
+  /// @return slots that the search for a key passes at most before it finds it
+  std::size_t GetLongestProbe() const noexcept;
 
   /// Sizes a direct table for this many keys when one comes to be needed.
   void Expect(std::size_t count) noexcept;
@@ -69,6 +81,8 @@ public:
 
   /// @return all keys, ascending
   std::vector<std::uint32_t> GetKeys() const;
+  /// Of a table whose rows are 0 to GetCount() - 1.
+  RowKeys GetRowKeys() const;
 
 private:
   enum class Form
@@ -92,6 +106,8 @@ private:
   }
 
   void          Grow(std::uint32_t key);
+  std::uint32_t FindNextDirect(std::uint32_t first, std::uint32_t last) const noexcept;
+  std::uint32_t FindNextHashed(std::uint32_t first) const;
   std::uint32_t FindHashed(std::uint32_t key) const noexcept;
   void          InsertHashed(std::uint32_t key, std::uint32_t row) noexcept;
   bool          DirectPays(std::uint32_t maxKey) const noexcept;
@@ -106,8 +122,13 @@ private:
   std::uint32_t              firstRow_ = 0;  // of a run
   std::uint32_t              maxKey_   = 0;
   std::uint32_t              expected_ = 0;
-  std::vector<std::uint32_t> direct_;  // row of each key, kNone where there is none
-  std::vector<Slot>          hashed_;  // open addressing, a power of two of slots, at most half of them used
+  std::uint64_t              seed_     = 0;  // of the hash table
+  std::vector<std::uint32_t> direct_;        // row of each key, kNone where there is none
+  std::vector<Slot>          hashed_;        // open addressing, a power of two of slots, at most half of them used
+  // For walks of a hash table; not all keys after an insertion.
+  mutable std::vector<std::uint32_t> sorted_;
+  mutable std::size_t                walkAt_    = 0;  // where in sorted_ the last walk was
+  mutable std::uint32_t              walkCount_ = 0;  // keys when a walk last asked
 };
 
 /// The keys of rows 0, 1, ...: what a KeyTable maps, the other way round. Consecutive keys cost no memory, others 4
@@ -117,6 +138,7 @@ class RowKeys
 public:
   std::size_t GetCount() const noexcept { return count_; }
   bool        IsRun() const noexcept { return keys_.empty(); }
+  bool        Ascend() const noexcept { return std::is_sorted(keys_.begin(), keys_.end()); }
   /// @param row less than GetCount()
   std::uint32_t Get(std::size_t row) const noexcept
   {

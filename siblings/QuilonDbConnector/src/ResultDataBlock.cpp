@@ -217,6 +217,15 @@ void ResultDataBlock::DeleteDataRecord(FED_ConstDataRecord* record) const
   Fail("the scratch record to free was not made by this block");
 }
 
+std::size_t ResultDataBlock::FindNextIndex(std::size_t first, std::size_t last) const
+{
+  if (first > KeyTable::kMaxKey) return npos;
+  if (!keysAreLoaded_) LoadKeys();
+  const auto          most = static_cast<std::uint32_t>(std::min<std::size_t>(last, KeyTable::kMaxKey));
+  const std::uint32_t next = rows_.FindNext(static_cast<std::uint32_t>(first), most);
+  return next == KeyTable::kNone ? npos : next;
+}
+
 std::vector<std::size_t> ResultDataBlock::GetIndices() const
 {
   if (!keysAreLoaded_) LoadKeys();

@@ -62,6 +62,7 @@ public:
   FED_DataRecord*      CreateDataRecord() override;
   FED_ConstDataRecord* CreateConstDataRecord() const override;
   void                 DeleteDataRecord(FED_ConstDataRecord* record) const override;
+  std::size_t          FindNextIndex(std::size_t first, std::size_t last) const override;
 
   const FED_RecordFormat&             GetRecordFormat() const noexcept override { return layout_.format; }
   std::size_t                         GetRecordCount() const noexcept override { return rowCount_; }

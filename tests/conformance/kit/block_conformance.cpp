@@ -75,6 +75,30 @@ TEST_F(BlockConformance, IterationVisitsTheIndicesWithRecordsAscending)
   EXPECT_EQ(Visited(block), (Indices{0, 2, 5, 6, 700}));
 }
 
+TEST_F(BlockConformance, TheNextIndexIsTheLowestWithARecordFromThereOn)
+{
+  FED_DataBlock& block = Block(Key(kHistory));
+  EXPECT_EQ(block.FindNextIndex(0, 1000), FED_DataBlock::npos);
+  for (const std::size_t index : {700U, 0U, 5U, 6U, 2U}) block.SetScalarAt(index, 1.0);
+  const std::size_t cases[][3] = {{0, 700, 0},
+                                  {1, 700, 2},
+                                  {2, 2, 2},
+                                  {3, 700, 5},
+                                  {5, 5, 5},
+                                  {6, 10, 6},
+                                  {7, 700, 700},
+                                  {7, 699, FED_DataBlock::npos},
+                                  {3, 4, FED_DataBlock::npos},
+                                  {5, 3, FED_DataBlock::npos},
+                                  {7, FED_DataBlock::npos, 700}};
+  for (const auto& [first, last, expected] : cases)
+    EXPECT_EQ(block.FindNextIndex(first, last), expected) << first << " to " << last;
+  // It is asked again whenever a record came.
+  block.SetScalarAt(650, 1.0);
+  EXPECT_EQ(block.FindNextIndex(7, 700), 650U);
+  EXPECT_EQ(block.FindNextIndex(651, 700), 700U);
+}
+
 TEST_F(BlockConformance, IterationStandsOnTheFirstRecord)
 {
   FED_DataBlock& block = Block(Key(kHistory));

@@ -31,6 +31,7 @@ constexpr MistakeRow kMistakes[] = {
     {Mistake::KnowsNoIdsOfUnknownKinds,           "no-ids-of-unknown-kinds",         "PoolConformance.AnIndexOfTheUnknownKindReadsAsItselfUntilAnIdHasIt"},
     {Mistake::HasEveryRecord,                     "has-every-record",                "BlockConformance.AnEmptyBlockHasNoRecordAndSizeZero"},
     {Mistake::VisitsEmptyIndices,                 "visits-empty-indices",            "BlockConformance.IterationVisitsTheIndicesWithRecordsAscending"},
+    {Mistake::PassesOverTheIndexAskedFor,         "passes-over-the-index",           "BlockConformance.TheNextIndexIsTheLowestWithARecordFromThereOn"},
     {Mistake::CountsOneTooMany,                   "counts-one-too-many",             "BlockConformance.SizeIsTheHighestIndexWhateverTheGaps"},
     {Mistake::TakesTheNumberOfRecordsForTheHighestIndex, "count-for-highest-index",  "BlockConformance.MaxIndexIsTheHighestIndexWhateverTheGaps"},
     {Mistake::RejectsIndexZero,                   "rejects-index-zero",              "BlockConformance.ALoneRecordAtIndexZeroIsSeenByIterationButNotByAWalkFrom1"},

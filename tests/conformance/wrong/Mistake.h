@@ -39,6 +39,7 @@ enum class Mistake
   // of its blocks
   HasEveryRecord,
   VisitsEmptyIndices,
+  PassesOverTheIndexAskedFor,
   CountsOneTooMany,
   TakesTheNumberOfRecordsForTheHighestIndex,
   RejectsIndexZero,

@@ -112,6 +112,12 @@ public:
     if (mistake_ == Mistake::DropsTheLastValue) out[CountDoubles(*inner_) - 1] = 0.0;
   }
 
+  std::size_t FindNextIndex(std::size_t first, std::size_t last) const override
+  {
+    return FED_DataBlock::FindNextIndex(
+        mistake_ == Mistake::PassesOverTheIndexAskedFor && first > 0 ? first + 1 : first, last);
+  }
+
   FED_DataRecord* CreateDataRecord() override { return inner_->CreateDataRecord(); }
 
   // A writable record, so that a mistake of GetRecord() can write to it.

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <random>
+#include <set>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -41,6 +42,22 @@ void ExpectHolds(const KeyTable& table, const Keys& keys)
   for (const auto& [key, row] : model) ascending.push_back(key);
   EXPECT_EQ(table.GetKeys(), ascending);
   EXPECT_EQ(table.GetMaxKey(), model.empty() ? 0u : model.rbegin()->first);
+
+  // Walks go on, start anywhere and end anywhere.
+  Keys walked;
+  for (std::uint32_t key = 0; (key = table.FindNext(key, KeyTable::kMaxKey)) != KeyTable::kNone; ++key)
+    walked.push_back(key);
+  EXPECT_EQ(walked, ascending);
+  for (const std::uint32_t key : keys)
+    for (const std::uint32_t first : {key - 1, key, key + 1}) {
+      if (first > KeyTable::kMaxKey) continue;
+      const auto          found = model.lower_bound(first);
+      const std::uint32_t next  = found == model.end() ? KeyTable::kNone : found->first;
+      if (table.FindNext(first, KeyTable::kMaxKey) != next) ++wrong;
+      if (next != KeyTable::kNone && table.FindNext(first, next) != next) ++wrong;
+      if (next != KeyTable::kNone && next > first && table.FindNext(first, next - 1) != KeyTable::kNone) ++wrong;
+    }
+  EXPECT_EQ(wrong, 0u);
 }
 
 }  // namespace
@@ -112,6 +129,21 @@ TEST(KeyTable, HoldsRandomKeysOfAnySpread)
       keys.push_back(key);
     }
     ExpectHolds(table, keys);
+  }
+}
+
+TEST(KeyTable, WalkSeesKeysThatCameSinceItBegan)
+{
+  std::mt19937            random(3);
+  std::set<std::uint32_t> model;
+  KeyTable                table;
+  std::uint32_t           at = 0;
+  for (int step = 0; step < 3000; ++step) {
+    const std::uint32_t key = random() & KeyTable::kMaxKey;
+    if (random() % 3 == 0 && model.insert(key).second) Add(table, {key});
+    const auto found = model.lower_bound(at);
+    ASSERT_EQ(table.FindNext(at, KeyTable::kMaxKey), found == model.end() ? KeyTable::kNone : *found) << step;
+    at = found == model.end() ? 0 : *found + 1;
   }
 }
 
@@ -191,4 +223,34 @@ TEST(RowKeys, KeysStandInTheOrderOfRowsWhetherTheyAreARunOrNot)
   EXPECT_EQ(keys.Get(10), 2u);
   EXPECT_EQ(keys.Get(11), 30u);
   EXPECT_EQ(keys.Get(12), 31u);
+}
+
+// Keys whose places were all one as long as everybody could know how places are chosen.
+TEST(KeyTable, KeysThatWereMadeToCollideSpreadLikeOthers)
+{
+  // The inverse of a well-known mixing of 32 bits.
+  const auto unmix = [](std::uint32_t key) {
+    key ^= key >> 16;
+    key *= 0x43021123u;
+    key ^= key >> 15 ^ key >> 30;
+    key *= 0x1d69e2a5u;
+    key ^= key >> 16;
+    return key;
+  };
+  Keys keys;
+  for (std::uint32_t i = 1; keys.size() < 16000; ++i) {
+    const std::uint32_t key = unmix(i << 15);
+    if (key <= KeyTable::kMaxKey) keys.push_back(key);
+  }
+  KeyTable table;
+  Add(table, keys);
+  ExpectHolds(table, keys);
+  EXPECT_LT(table.GetLongestProbe(), 200u);  // about 20 are usual; all 16,000 in one place would be 15,999
+  for (const std::uint32_t step : {64u, 4096u, 65536u, 99991u}) {
+    KeyTable steps;
+    Keys     inSteps;
+    for (std::uint32_t i = 0; i < 16000; ++i) inSteps.push_back(i * step);
+    Add(steps, inSteps);
+    EXPECT_LT(steps.GetLongestProbe(), 200u) << step;
+  }
 }
