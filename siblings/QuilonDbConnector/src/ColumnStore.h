@@ -12,8 +12,9 @@
 #include <utility>
 #include <vector>
 
-/// The most bytes that the fixed-size columns of a chunk of rows take.
-inline constexpr std::size_t kMaxChunkBytes = std::size_t{16} << 20;
+/// The most bytes that the fixed-size columns of a chunk of rows take: little enough that a few chunks beside each
+/// other are no burden, and enough that reading one is not dominated by finding it.
+inline constexpr std::size_t kMaxChunkBytes = std::size_t{4} << 20;
 
 /// The most elements of a list.
 inline constexpr std::size_t kMaxListLength = 0x7fffffff;

@@ -1,5 +1,7 @@
 #include "bundled/FED_ResultDatabase.h"
 
+#include <algorithm>
+#include <limits>
 #include <set>
 #include <utility>
 #include <vector>
@@ -21,6 +23,30 @@ namespace {
 
 constexpr const char* kTag = "|%P|QuilonDbConnector|FED_ResultDatabase";
 
+bool Fixes(const FED_DataDescriptorPattern& pattern, int index) noexcept { return pattern.criteria[index].mode == 0; }
+
+// Makes a descriptor that does not match the least one behind it that may.
+// @return false when there is none
+bool PassOver(const FED_DataDescriptorPattern& pattern, FED_DataDescriptor& descriptor) noexcept
+{
+  int index = 0;
+  while (!Fixes(pattern, index) || descriptor.values[index] == pattern.criteria[index].value) ++index;
+  if (descriptor.values[index] < pattern.criteria[index].value) {
+    descriptor.values[index] = pattern.criteria[index].value;
+  } else {
+    // The last value before it that may be another one goes up.
+    do --index;
+    while (index >= 0 && (Fixes(pattern, index) || descriptor.values[index] == std::numeric_limits<int>::max()));
+    if (index < 0) return false;
+    ++descriptor.values[index];
+  }
+  for (++index; index < FED_DataDescriptor::kNumIndices; ++index)
+    descriptor.values[index] =
+        Fixes(pattern, index) ? pattern.criteria[index].value : std::numeric_limits<int>::lowest();
+  descriptor.mask = 0;
+  return true;
+}
+
 SegmentStore::Access GetStoreAccess(FED_ResultDatabase::Access access) noexcept
 {
   switch (access) {
@@ -30,6 +56,34 @@ SegmentStore::Access GetStoreAccess(FED_ResultDatabase::Access access) noexcept
       return SegmentStore::ReadWrite;
     default:
       return SegmentStore::Create;
+  }
+}
+
+std::size_t GetMemoryLimit(FED_ResultDatabase::Access access, const FED_ResultDatabaseOptions& options) noexcept
+{
+  if (options.memoryLimit != FED_ResultDatabaseOptions::kUsualLimit) return options.memoryLimit;
+  return access == FED_ResultDatabase::ReadOnly ? std::size_t{32} << 20 : std::size_t{1} << 30;
+}
+
+// Calls visit(entry) for the blocks of a pattern, ascending. Descriptors are ordered by their values, so all that share
+// the values up to one that the pattern does not admit are passed over at once.
+template <typename Blocks, typename Visit>
+void VisitMatches(const Blocks& blocks, const FED_DataDescriptorPattern& pattern, Visit visit)
+{
+  // Where few descriptors are passed over, looking at each is cheaper than searching.
+  constexpr int kMaxSteps = 4;
+  for (auto at = blocks.begin(); at != blocks.end();) {
+    if (pattern.Matches(at->first)) {
+      visit(*at);
+      ++at;
+      continue;
+    }
+    FED_DataDescriptor next = at->first;
+    if (!PassOver(pattern, next)) return;
+    int steps = 0;
+    do ++at;
+    while (at != blocks.end() && at->first < next && ++steps < kMaxSteps);
+    if (at != blocks.end() && at->first < next) at = blocks.lower_bound(next);
   }
 }
 
@@ -52,7 +106,7 @@ struct FED_ResultDatabase::Disk
   Disk(const std::filesystem::path& folder, Access access, const FED_ResultDatabaseOptions& options,
        std::function<void()> spill)
       : store(folder, GetStoreAccess(access), options.files != nullptr ? *options.files : ownFiles),
-        cache(store, options.memoryLimit, std::move(spill))
+        cache(store, GetMemoryLimit(access, options), std::move(spill))
   {}
 
   FED_FileLayer                ownFiles;
@@ -69,9 +123,14 @@ FED_ResultDatabase::FED_ResultDatabase(const std::filesystem::path& folder, Acce
                                        const FED_ResultDatabaseOptions& options)
     : disk_(std::make_unique<Disk>(folder, access, options, [this] { WriteRows(); }))
 {
-  for (const StoredBlock* stored : disk_->store.GetBlocks())
-    if (!blocks_.emplace(stored->descriptor, Entry{stored->uid, nullptr}).second)
-      ThrowBlockFailure(stored->descriptor, "the database " + folder.string() + " has it twice", kTag);
+  std::vector<const StoredBlock*> stored = disk_->store.GetBlocks();
+  std::sort(stored.begin(), stored.end(),
+            [](const StoredBlock* a, const StoredBlock* b) { return a->descriptor < b->descriptor; });
+  for (const StoredBlock* block : stored) {
+    if (!blocks_.empty() && blocks_.rbegin()->first == block->descriptor)
+      ThrowBlockFailure(block->descriptor, "the database " + folder.string() + " has it twice", kTag);
+    blocks_.emplace_hint(blocks_.end(), block->descriptor, Entry{block->uid, nullptr});
+  }
   idMaps_.Attach(disk_->store);
   userKindNames_ = disk_->store.GetUserKindNames();
 }
@@ -119,7 +178,7 @@ FED_DataBlock& FED_ResultDatabase::GetOrCreateDataBlock(const FED_DataDescriptor
 
 bool FED_ResultDatabase::HasDataBlock(const FED_DataDescriptor& descriptor) const
 {
-  return FindBlock(descriptor) != nullptr;
+  return blocks_.count(descriptor) > 0;
 }
 
 const FED_DataBlock& FED_ResultDatabase::GetConstDataBlock(const FED_DataDescriptor& descriptor) const
@@ -135,8 +194,7 @@ FED_DataBlock& FED_ResultDatabase::GetDataBlock(const FED_DataDescriptor& descri
 std::vector<FED_DataBlock*> FED_ResultDatabase::GetDataBlocks(const FED_DataDescriptorPattern& pattern)
 {
   std::vector<FED_DataBlock*> blocks;
-  for (const auto& [descriptor, entry] : blocks_)
-    if (pattern.Matches(descriptor)) blocks.push_back(FindBlock(descriptor));
+  VisitMatches(blocks_, pattern, [&](const auto& block) { blocks.push_back(&Open(block.second)); });
   return blocks;
 }
 
@@ -155,8 +213,7 @@ void FED_ResultDatabase::DeleteDataBlock(const FED_DataDescriptor& descriptor)
 std::vector<FED_DataDescriptor> FED_ResultDatabase::GetDataDescriptors(const FED_DataDescriptorPattern& pattern) const
 {
   std::vector<FED_DataDescriptor> descriptors;
-  for (const auto& [descriptor, entry] : blocks_)
-    if (pattern.Matches(descriptor)) descriptors.push_back(descriptor);
+  VisitMatches(blocks_, pattern, [&](const auto& block) { descriptors.push_back(block.first); });
   return descriptors;
 }
 
@@ -192,11 +249,14 @@ void FED_ResultDatabase::RequireWriter() const
 ResultDataBlock* FED_ResultDatabase::FindBlock(const FED_DataDescriptor& descriptor) const
 {
   const auto found = blocks_.find(descriptor);
-  if (found == blocks_.end()) return nullptr;
-  const Entry& entry = found->second;
+  return found == blocks_.end() ? nullptr : &Open(found->second);
+}
+
+ResultDataBlock& FED_ResultDatabase::Open(const Entry& entry) const
+{
   if (entry.block == nullptr)
     entry.block = std::make_unique<ResultDataBlock>(*disk_->store.FindBlock(entry.uid), disk_->cache);
-  return entry.block.get();
+  return *entry.block;
 }
 
 ResultDataBlock& FED_ResultDatabase::RequireBlock(const FED_DataDescriptor& descriptor) const

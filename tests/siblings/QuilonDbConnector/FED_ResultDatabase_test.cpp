@@ -2,7 +2,10 @@
 
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <limits>
+#include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -420,11 +423,57 @@ TEST_F(ResultDatabase, ValuesSurviveTheGrowthOverSeveralChunks)
   }
   EXPECT_EQ(wrong, 0u);
   const auto& columns = dynamic_cast<const FED_ColumnDataBlock&>(block);
-  EXPECT_EQ(columns.GetRowsPerChunk(), std::size_t{1} << 18);
-  ASSERT_EQ(columns.GetChunkCount(), 3u);
-  EXPECT_EQ(columns.GetDoubleChunk(1, 0).GetSize(), 6 * (std::size_t{1} << 18));
-  EXPECT_EQ(columns.GetDoubleChunk(1, 2).GetSize(), 18u);
-  EXPECT_EQ(columns.GetDoubleChunk(1, 2).GetData()[17], static_cast<double>(count * 6 - 1));
+  EXPECT_EQ(columns.GetRowsPerChunk(), std::size_t{1} << 16);
+  ASSERT_EQ(columns.GetChunkCount(), 9u);
+  EXPECT_EQ(columns.GetDoubleChunk(1, 0).GetSize(), 6 * (std::size_t{1} << 16));
+  EXPECT_EQ(columns.GetDoubleChunk(1, 8).GetSize(), 18u);
+  EXPECT_EQ(columns.GetDoubleChunk(1, 8).GetData()[17], static_cast<double>(count * 6 - 1));
+}
+
+TEST_F(ResultDatabase, WalkOverRecordsFarApartVisitsThemAlone)
+{
+  FED_DataBlock& block = database.GetOrCreateDataBlock(Key(FED_OnfId_ScalarHistory), 0);
+  for (const std::size_t index : {2000000000u, 1u, 2147483647u, 70u}) block.SetScalarAt(index, 0.5);
+  // Asked for index by index, each of the walks would be two billions of questions.
+  for (int walk = 0; walk < 1000; ++walk) Walk(block);
+  EXPECT_EQ(Walk(block), (std::vector<std::size_t>{1, 70, 2000000000, 2147483647}));
+  EXPECT_EQ(block.FindNextIndex(71, 1999999999), FED_DataBlock::npos);
+  EXPECT_EQ(block.FindNextIndex(2147483648u, FED_DataBlock::npos), FED_DataBlock::npos);
+}
+
+// --- patterns ---
+
+TEST_F(ResultDatabase, PatternsFindWhatLookingAtEveryDescriptorFinds)
+{
+  std::mt19937                 random(11);
+  std::set<FED_DataDescriptor> all;
+  const int  values[] = {0, 1, 2, -1, std::numeric_limits<int>::lowest(), std::numeric_limits<int>::max()};
+  const auto any      = [&] { return values[random() % std::size(values)]; };
+  for (int i = 0; i < 600; ++i) {
+    FED_DataDescriptor key(any(), static_cast<FED_OnfId>(500 + random() % 3));
+    for (const int index : {3, 4, 9, 13})
+      if (random() % 2 == 0) key.SetInteger(static_cast<FED_DataDescriptor::ResultIndex>(index), any());
+    if (random() % 4 == 0) key.mask &= ~8u;  // a value under a clear bit counts all the same
+    database.CreateDataBlock(key, 0, 0, "D");
+    all.insert(key);
+  }
+  for (int i = 0; i < 500; ++i) {
+    FED_DataDescriptorPattern pattern;
+    for (const int index : {0, 1, 3, 4, 9, 13})
+      if (random() % 3 == 0)
+        pattern.SetEqual(static_cast<FED_DataDescriptor::ResultIndex>(index),
+                         index == 1 ? 500 + static_cast<int>(random() % 3) : any());
+    std::vector<FED_DataDescriptor> expected;
+    for (const FED_DataDescriptor& key : all)
+      if (pattern.Matches(key)) expected.push_back(key);
+    ASSERT_EQ(database.GetDataDescriptors(pattern), expected) << pattern.ToString();
+    std::vector<FED_DataDescriptor> ofBlocks;
+    for (const FED_DataBlock* block : database.GetDataBlocks(pattern)) ofBlocks.push_back(block->GetDescriptor());
+    ASSERT_EQ(ofBlocks, expected) << pattern.ToString();
+  }
+  FED_DataDescriptorPattern unknown;
+  unknown.criteria[13].mode = 7;
+  EXPECT_THROW(database.GetDataDescriptors(unknown), FED_Failure);
 }
 
 // --- blocks: records ---

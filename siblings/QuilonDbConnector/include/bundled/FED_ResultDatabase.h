@@ -22,9 +22,14 @@ class ResultDataBlock;
 /// How a database on disk is kept.
 struct FED_ResultDatabaseOptions
 {
+  /// Stands for 1 GiB where the database may be written and for 32 MiB where it is only read: a reader goes through
+  /// what it looks at, a writer comes back to it.
+  static constexpr std::size_t kUsualLimit = static_cast<std::size_t>(-1);
+
   /// Bytes of rows that stay in memory; beyond it rows go to disk and come back when they are asked for. A few chunks
-  /// (of at most 16 MiB each) stay whatever the limit is. Keys and id maps are not counted.
-  std::size_t memoryLimit = std::size_t{1} << 30;
+  /// (of at most 4 MiB each, and 16 MiB in databases of older versions) stay whatever the limit is. Keys and id maps
+  /// are not counted.
+  std::size_t memoryLimit = kUsualLimit;
 
   /// What reaches the disk passes through it; null: the operating system's files. Borrowed.
   FED_FileLayer* files = nullptr;
@@ -100,16 +105,6 @@ public:
   void SetUserKindName(FED_OnfId onf, const std::string& name) override;
 
 private:
-  void             RequireWriter() const;
-  ResultDataBlock* FindBlock(const FED_DataDescriptor& descriptor) const;
-  ResultDataBlock& RequireBlock(const FED_DataDescriptor& descriptor) const;
-  ResultDataBlock& MakeBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format,
-                             std::size_t expectedRecords);
-
-  void WriteRows();
-  void WriteChanges();
-  void Publish(bool compacts);
-
   struct Disk;
 
   struct Entry
@@ -117,6 +112,17 @@ private:
     std::uint64_t                            uid = 0;  // on disk
     mutable std::unique_ptr<ResultDataBlock> block;    // null while the block is on disk and was not asked for
   };
+
+  void             RequireWriter() const;
+  ResultDataBlock* FindBlock(const FED_DataDescriptor& descriptor) const;
+  ResultDataBlock& Open(const Entry& entry) const;
+  ResultDataBlock& RequireBlock(const FED_DataDescriptor& descriptor) const;
+  ResultDataBlock& MakeBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format,
+                             std::size_t expectedRecords);
+
+  void WriteRows();
+  void WriteChanges();
+  void Publish(bool compacts);
 
   std::unique_ptr<Disk>               disk_;  // null in memory; outlives the blocks
   std::map<FED_DataDescriptor, Entry> blocks_;
