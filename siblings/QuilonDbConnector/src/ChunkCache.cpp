@@ -71,7 +71,7 @@ void ChunkCache::MarkClean() noexcept
 
 bool ChunkCache::IsKept(const RowChunk& chunk) const noexcept
 {
-  return std::find(last_.begin(), last_.end(), &chunk) != last_.end();
+  return chunk.pins > 0 || std::find(last_.begin(), last_.end(), &chunk) != last_.end();
 }
 
 // Chunks that stay may fill the memory alone; then rows of others wait until they are worth writing.

@@ -74,8 +74,9 @@ public:
   {
     std::copy_n(values, width_, GetRow(row));
   }
-  void MakeEmptyRows(std::size_t rows) { EnsureRows(rows); }
-  void Clean(std::size_t) noexcept {}
+  static std::size_t CountElementBytes(std::size_t, std::size_t) noexcept { return 0; }
+  void               MakeEmptyRows(std::size_t rows) { EnsureRows(rows); }
+  void               Clean(std::size_t) noexcept {}
   void CopyRows(const ValueColumn& from, std::size_t fromRow, std::size_t row, std::size_t, std::size_t count) noexcept
   {
     if (count > 0) std::memcpy(GetRow(row), from.GetRow(fromRow), count * width_ * sizeof(T));
@@ -278,6 +279,11 @@ public:
     std::size_t length = 0;
     for (std::size_t row = firstRow; row < firstRow + rowCount; ++row) length += GetLength(row);
     return length;
+  }
+
+  std::size_t CountElementBytes(std::size_t firstRow, std::size_t rowCount) const noexcept
+  {
+    return GetLength(firstRow, rowCount) * sizeof(T);
   }
 
   /// Calls visit(elements, count) for the elements of the lists of consecutive rows in order, at once for as many as

@@ -1,5 +1,6 @@
 #include "QuilonDbConnector/QuilonDatabaseUtils.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "bundled/FED_BlockCopy.h"
 #include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/FED_RecordFormat.h"
+#include "ResultDataBlock.h"
 #include "ResultRecord.h"
 #include "ScratchGuard.h"
 
@@ -50,9 +52,24 @@ std::vector<std::size_t> TranslateIndices(const FED_Database& source, FED_Databa
   return translated;
 }
 
+// Whole columns go between blocks of ours whose rows are in the order of the indices, which is that of the copy.
+bool CopyRows(const FED_DataBlock& source, FED_DataBlock& target, const std::vector<std::size_t>& targetIndices)
+{
+  const auto* from = dynamic_cast<const ResultDataBlock*>(&source);
+  auto*       to   = dynamic_cast<ResultDataBlock*>(&target);
+  if (from == nullptr || to == nullptr || !from->RowsAscend()) return false;
+  // Indices that no id has may fall together with those that one has.
+  std::vector<std::size_t> sorted = targetIndices;
+  std::sort(sorted.begin(), sorted.end());
+  if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) return false;
+  to->AppendRows(*from, targetIndices);
+  return true;
+}
+
 void CopyRecords(const FED_DataBlock& source, FED_DataBlock& target, const FED_RecordFormat& format,
                  const std::vector<std::size_t>& sourceIndices, const std::vector<std::size_t>& targetIndices)
 {
+  if (CopyRows(source, target, targetIndices)) return;
   if (format.GetDoubleCount() > 0) {
     std::vector<double> values(format.GetDoubleCount());
     for (std::size_t i = 0; i < sourceIndices.size(); ++i) {

@@ -292,6 +292,71 @@ FED_FieldStatistics ResultDataBlock::GetFieldStatistics(std::size_t field) const
   return statistics;
 }
 
+void ResultDataBlock::AppendRows(const ResultDataBlock& source, const std::vector<std::size_t>& indices)
+{
+  RequireWritable();
+  if (indices.empty()) return;
+  for (const std::size_t index : indices) RequireIndex(index);
+  // The first record decides how many rows a chunk has.
+  ResultRecord first(source, source.GetRecordFormat());
+  source.ReachChunk(0).ReadRow(0, first);
+  StoreRecord(indices.front(), first);
+  while (rowCount_ < indices.size()) {
+    const std::size_t from = rowCount_ & (source.GetRowsPerChunk() - 1);
+    const std::size_t at   = RowInChunk(rowCount_);
+    const std::size_t count =
+        std::min({indices.size() - rowCount_, source.GetRowsPerChunk() - from, GetRowsPerChunk() - at});
+    const PinnedChunk pinned(source, rowCount_ >> source.layout_.chunkShift);
+    AppendRows(pinned.GetColumns(), from, indices.data() + rowCount_, count);
+  }
+}
+
+// Adds rows of other columns that fit in the last chunk.
+void ResultDataBlock::AppendRows(const std::vector<RowColumn>& columns, std::size_t from, const std::size_t* indices,
+                                 std::size_t count)
+{
+  const std::size_t number = rowCount_ >> layout_.chunkShift;
+  RowChunk&         chunk  = MakeRoomForRows(layout_, number, RowInChunk(rowCount_), count);
+  if (cache_ != nullptr && layout_.hasLists) {
+    std::size_t bytes = 0;
+    for (const RowColumn& column : columns)
+      bytes += std::visit([&](const auto& typed) { return typed.CountElementBytes(from, count); }, column);
+    cache_->MakeRoom(bytes);
+  }
+  {
+    const CountedChange change(cache_, chunk);
+    const std::size_t   row = RowInColumns(rowCount_, chunk);
+    for (std::size_t i = 0; i < columns.size(); ++i)
+      std::visit(
+          [&](auto& typed) {
+            typed.CopyRows(*std::get_if<std::decay_t<decltype(typed)>>(&columns[i]), from, row, row, count);
+          },
+          chunk.columns[i]);
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto row = static_cast<std::uint32_t>(rowCount_);
+    rows_.Prepare(static_cast<std::uint32_t>(indices[i]), row);
+    if (cache_ != nullptr) keys_.Prepare(static_cast<std::uint32_t>(indices[i]));
+    CommitRow(indices[i], row, chunk);
+  }
+}
+
+void ResultDataBlock::GetChunkKeys(std::size_t chunk, std::vector<std::uint32_t>& keys) const
+{
+  const RowKeys&    ofRows = GetKeysOfRows();
+  const std::size_t first  = chunk << layout_.chunkShift;
+  keys.resize(RowsOf(chunk));
+  for (std::size_t i = 0; i < keys.size(); ++i) keys[i] = ofRows.Get(first + i);
+}
+
+// In memory nobody else needs the keys of rows.
+const RowKeys& ResultDataBlock::GetKeysOfRows() const
+{
+  if (!keysAreLoaded_) LoadKeys();
+  if (keys_.GetCount() != rowCount_) keys_ = rows_.GetRowKeys();
+  return keys_;
+}
+
 void ResultDataBlock::Fail(const std::string& text) const { ThrowBlockFailure(GetDescriptor(), text, kTag); }
 
 void ResultDataBlock::FailOfIndex(std::size_t index) const
@@ -399,15 +464,16 @@ void ResultDataBlock::EnsureRows(RowChunk& chunk, std::size_t end, const RecordL
   if (getGrowth() == 0) return;
   const CountedChange change(cache_, chunk);
   if (cache_ != nullptr) {
-    // The row that is to come is not among those that may go.
-    if (!cache_->HasRoom(getGrowth()) && chunk.IsResident()) chunk.DropStoredRows(end - 1, layout);
+    if (!cache_->HasRoom(getGrowth()) && chunk.IsResident())
+      chunk.DropStoredRows(rowCount_ - (std::size_t{chunk.number} << layout.chunkShift), layout);
     cache_->Count(chunk);
     cache_->MakeRoom(getGrowth());
   }
   chunk.EnsureRows(end, layout, isWhole);
 }
 
-RowChunk& ResultDataBlock::MakeRoomForRow(const RecordLayout& layout, std::size_t number, std::size_t at)
+RowChunk& ResultDataBlock::MakeRoomForRows(const RecordLayout& layout, std::size_t number, std::size_t at,
+                                           std::size_t count)
 {
   RowChunk& chunk = MakeChunk(number);
   // Blocks that are written in turn grow their chunks little by little: whole ones would fill the memory with room that
@@ -420,7 +486,7 @@ RowChunk& ResultDataBlock::MakeRoomForRow(const RecordLayout& layout, std::size_
     // Kept first, so that room for it is not made in its own place.
     if (!cache_->IsLast(chunk)) at > 0 ? cache_->Touch(chunk) : cache_->Keep(chunk);
   }
-  EnsureRows(chunk, at + 1, layout, isWhole);
+  EnsureRows(chunk, at + count, layout, isWhole);
   return chunk;
 }
 

@@ -75,7 +75,18 @@ public:
   QuilonContainer::Span<const float>  GetFloatChunk(std::size_t field, std::size_t chunk) const override;
   FED_FieldStatistics                 GetFieldStatistics(std::size_t field) const override;
 
+  /// Adds the records of another block of the same format, in the order of its rows, to an empty one.
+  /// @param indices of the records here, each another
+  void AppendRows(const ResultDataBlock& source, const std::vector<std::size_t>& indices);
+
+  /// @return whether the rows' indices ascend
+  bool RowsAscend() const { return GetKeysOfRows().Ascend(); }
+  /// @param keys receives the index of each row of a chunk
+  void GetChunkKeys(std::size_t chunk, std::vector<std::uint32_t>& keys) const;
+
 private:
+  friend class PinnedChunk;
+
   // The parts of the typed fast paths that every call takes are here, to be inlined.
 
   std::uint32_t FindRow(std::size_t index) const
@@ -103,7 +114,7 @@ private:
     const std::size_t at     = rowCount_ & (layout.GetRowsPerChunk() - 1);
     RowChunk*         chunk  = number < chunks_.size() ? chunks_[number].get() : nullptr;
     if (chunk == nullptr || !chunk->HasRoom(at) || (cache_ != nullptr && !cache_->IsLast(*chunk)))
-      chunk = &MakeRoomForRow(layout, number, at);
+      chunk = &MakeRoomForRows(layout, number, at, 1);
     rows_.Prepare(static_cast<std::uint32_t>(index), static_cast<std::uint32_t>(rowCount_));
     if (cache_ != nullptr) keys_.Prepare(static_cast<std::uint32_t>(index));
     return *chunk;
@@ -134,7 +145,7 @@ private:
   [[noreturn]] void FailOfReader() const;
   std::uint32_t     FindStoredRow(std::uint32_t key) const;
   void              Bring(RowChunk& chunk, std::size_t row) const;
-  RowChunk&         MakeRoomForRow(const RecordLayout& layout, std::size_t number, std::size_t at);
+  RowChunk&         MakeRoomForRows(const RecordLayout& layout, std::size_t number, std::size_t at, std::size_t count);
 
   [[noreturn]] void Fail(const std::string& text) const;
   void              RequireFit(const ResultRecord& record) const;
@@ -153,6 +164,8 @@ private:
   /// @return rows of a chunk's columns that hold a record
   std::size_t RowsInColumns(const RowChunk& chunk) const noexcept { return RowsOf(chunk.number) - chunk.firstRow; }
 
+  void      AppendRows(const std::vector<RowColumn>& columns, std::size_t from, const std::size_t* indices,
+                       std::size_t count);
   void      Reserve(const RecordLayout& layout);
   RowChunk& MakeChunk(std::size_t number);
   void      DropChunks() noexcept;
@@ -162,10 +175,11 @@ private:
   void      StoreFirstRecord(std::size_t index, const ResultRecord& record);
   void      WriteRow(std::size_t index, std::uint32_t row, RowChunk& chunk, const ResultRecord& record) noexcept;
 
-  StoredRows GetStoredRows() const noexcept { return {cache_->GetStore(), uid_, GetDescriptor(), layout_}; }
-  void       AttachChunks() const;
-  void       LoadKeys() const;
-  void       Load(RowChunk& chunk) const;
+  StoredRows     GetStoredRows() const noexcept { return {cache_->GetStore(), uid_, GetDescriptor(), layout_}; }
+  void           AttachChunks() const;
+  void           LoadKeys() const;
+  const RowKeys& GetKeysOfRows() const;
+  void           Load(RowChunk& chunk) const;
 
   ResultRecord* KeepScratch() const;
   template <typename T>
@@ -180,8 +194,24 @@ private:
   // What is in the store comes here when it is first asked for, also by a const call.
   mutable bool                                   keysAreLoaded_ = true;
   mutable KeyTable                               rows_;
-  mutable RowKeys                                keys_;    // on disk alone, for the store
+  mutable RowKeys                                keys_;    // on disk, for the store; in memory when they were asked for
   mutable std::vector<std::unique_ptr<RowChunk>> chunks_;  // empty while none was asked for
   /// Scratch records that were not freed yet.
   mutable std::vector<std::unique_ptr<ResultRecord>> scratch_;
+};
+
+/// A chunk that stays in memory, whatever else is read and written, while this holds it. Its block is not written
+/// meanwhile.
+class PinnedChunk
+{
+public:
+  PinnedChunk(const ResultDataBlock& block, std::size_t chunk) : chunk_(block.ReachChunk(chunk)) { ++chunk_.pins; }
+  PinnedChunk(const PinnedChunk&)            = delete;
+  PinnedChunk& operator=(const PinnedChunk&) = delete;
+  ~PinnedChunk() { --chunk_.pins; }
+
+  const std::vector<RowColumn>& GetColumns() const noexcept { return chunk_.columns; }
+
+private:
+  RowChunk& chunk_;
 };

@@ -42,6 +42,7 @@ using RowColumn = std::variant<ValueColumn<int>, ValueColumn<float>, ValueColumn
 /// only who asks for an earlier one has to load them. Whoever reaches into columns counts from `firstRow`.
 struct RowChunk
 {
+  RowChunk() noexcept : owner(nullptr), number(0) {}  ///< of no block
   RowChunk(const ResultDataBlock& block, std::uint32_t chunk) noexcept : owner(&block), number(chunk) {}
 
   bool IsResident() const noexcept { return !columns.empty(); }
@@ -103,6 +104,7 @@ struct RowChunk
   bool wasLoaded = false;  ///< earlier rows were asked for since they were in the store alone
 
   // For the cache.
+  std::size_t pins          = 0;      ///< holders of a PinnedChunk
   std::size_t bytes         = 0;      ///< counted for this chunk
   bool        wasTouched    = false;  ///< since the hand of the clock last passed
   RowChunk*   next          = nullptr;

@@ -1,5 +1,6 @@
 #include "QuilonDbConnector/QuilonDatabaseUtils.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -9,10 +10,12 @@
 #include "bundled/FED_RecordFormat.h"
 #include "bundled/FED_ResultDatabase.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "QuilonUtilities/FED_DoubleArray.h"
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "failure_message.h"
 #include "RecordingDatabase.h"
+#include "TempFolder.h"
 
 using QuilonDatabaseUtils::copy_datablocks;
 using QuilonDatabaseUtils::CopyEmptyBlocks;
@@ -23,6 +26,7 @@ namespace {
 constexpr auto kTemperature = static_cast<FED_OnfId>(514);
 constexpr auto kStress      = static_cast<FED_OnfId>(521);
 constexpr auto kNoFormat    = static_cast<FED_OnfId>(590);
+constexpr auto kMatrix      = static_cast<FED_OnfId>(593);  // its indices are no ids
 constexpr auto kUser        = static_cast<FED_OnfId>(1001);
 constexpr auto kUnknown     = static_cast<FED_OnfId>(77);
 
@@ -219,6 +223,65 @@ TEST_F(CopyDatablocks, BlockWithOneRecordAtIndexZeroIsNotEmpty)
   source.GetOrCreateDataBlock(Key(FED_OnfId_ScalarHistory), 0).SetScalarAt(0, 3.0);
   EXPECT_EQ(copy_datablocks(source, target, {}, SkipEmptyBlocks), 1u);
   EXPECT_EQ(target.GetConstDataBlock(Key(FED_OnfId_ScalarHistory)).GetScalarAt(0), 3.0);
+}
+
+// Columns are copied where rows are in the order of the indices, records where they are not.
+TEST_F(CopyDatablocks, ManyRecordsComeAlongOverChunksOfAnyLengthAndLittleMemory)
+{
+  constexpr std::size_t kCount = 10000;  // more than two chunks of lists
+  for (const bool ascends : {true, false})
+    for (const bool hasLongList : {false, true}) {
+      SCOPED_TRACE(std::to_string(ascends) + std::to_string(hasLongList));
+      FED_ResultDatabase    from;
+      FED_DataBlock&        block  = *from.CreateDataBlock(Key(kMatrix), 0, 0, "ITSDb");
+      FED_DataRecord* const record = block.CreateDataRecord();
+      const auto            set    = [&](std::size_t index, std::size_t length) {
+        const auto   v         = static_cast<double>(index);
+        const double tensor[6] = {v, -v, 0.5, v * v, 1.0, 0.0};
+        record->SetInteger(1, static_cast<int>(index));
+        record->SetTensor(2, tensor);
+        record->SetString(3, std::string(index % 4, 'a'));
+        record->SetDoubleList(4, FED_DoubleArray(std::vector<double>(length, v)));
+        block.SetRecord(index, *record);
+      };
+      for (std::size_t i = 0; i < kCount; ++i) set(ascends ? 3 * i : 3 * (kCount - i), i % 5);
+      // The copy's chunks are then shorter: its first record decides.
+      if (hasLongList) set(ascends ? 0 : 3 * kCount, 5000);
+      block.DeleteDataRecord(record);
+
+      const quilon_test::TempFolder folder;
+      FED_ResultDatabaseOptions     options;
+      options.memoryLimit = 1;
+      FED_ResultDatabase onDisk(folder / "a.fed", FED_ResultDatabase::Create, options);
+      FED_ResultDatabase again;
+      FED_CopyBlock(from, onDisk, Key(kMatrix));
+      onDisk.Commit();
+      FED_CopyBlock(onDisk, again, Key(kMatrix));
+
+      const FED_DataBlock&       copy     = again.GetConstDataBlock(Key(kMatrix));
+      FED_ConstDataRecord* const expected = block.CreateConstDataRecord();
+      FED_ConstDataRecord* const actual   = copy.CreateConstDataRecord();
+      std::size_t                wrong    = 0;
+      std::size_t                count    = 0;
+      for (auto index = copy.Begin(); index != copy.End(); ++index, ++count) {
+        block.GetRecord(*index, *expected);
+        copy.GetRecord(*index, *actual);
+        double          values[2][6];
+        FED_DoubleArray lists[2];
+        expected->GetTensor(2, values[0]);
+        actual->GetTensor(2, values[1]);
+        expected->GetDoubleList(4, lists[0]);
+        actual->GetDoubleList(4, lists[1]);
+        const bool isSame =
+            expected->GetInteger(1) == actual->GetInteger(1) && std::equal(values[0], values[0] + 6, values[1]) &&
+            expected->GetString(3) == actual->GetString(3) && lists[0].GetSize() == lists[1].GetSize() &&
+            std::equal(lists[0].GetData(), lists[0].GetData() + lists[0].GetSize(), lists[1].GetData());
+        wrong += isSame ? 0 : 1;
+      }
+      EXPECT_EQ(wrong, 0u);
+      EXPECT_EQ(count, kCount);
+      EXPECT_EQ(copy.GetMaxIndex(), block.GetMaxIndex());
+    }
 }
 
 TEST_F(CopyDatablocks, IndexThatNoIdHasIsAFailureAndTheTargetBlockStays)
