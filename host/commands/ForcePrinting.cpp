@@ -60,6 +60,13 @@ void PrintJson(Output& output, const ForceRequest& request, const ForceReport& r
                            {"other", JsonResultant(told.body->other)},
                            {"sum", JsonResultant(told.body->sum)}};
     }
+    if (told.cut) {
+      step["plane"] = {{"point", JsonVector(request.plane->point)},
+                       {"normal", JsonVector(request.plane->normal)},
+                       {"force", JsonVector(told.cut->resultant.force)},
+                       {"moment", JsonVector(told.cut->resultant.moment)},
+                       {"elements", told.cut->elements}};
+    }
     steps.push_back(std::move(step));
   }
   Json skipped = Json::array();
@@ -68,15 +75,22 @@ void PrintJson(Output& output, const ForceRequest& request, const ForceReport& r
   output.Write(JsonText(json, 2) + '\n');
 }
 
-/// The columns of a table of balances or of free bodies.
+std::vector<const char*> NamesOfColumns(const ForceRequest& request)
+{
+  if (request.balance) {
+    return {"node",       "fx",         "fy",         "fz",         "external-x",
+            "external-y", "external-z", "residual-x", "residual-y", "residual-z"};
+  }
+  if (request.plane) return {"elements", "fx", "fy", "fz", "mx", "my", "mz"};
+  return {"at", "nodes", "fx", "fy", "fz", "mx", "my", "mz"};
+}
+
+/// The columns of a table of balances, of free bodies or of cuts.
 std::vector<TableColumn> ColumnsOf(const ForceRequest& request, bool forPeople)
 {
   std::vector<TableColumn> columns;
   if (!forPeople) columns.push_back({"block", true});
-  const std::vector<const char*> names =
-      request.balance ? std::vector<const char*>{"node",       "fx",         "fy",         "fz",         "external-x",
-                                                 "external-y", "external-z", "residual-x", "residual-y", "residual-z"}
-                      : std::vector<const char*>{"at", "nodes", "fx", "fy", "fz", "mx", "my", "mz"};
+  const std::vector<const char*> names = NamesOfColumns(request);
   for (const char* name : names) columns.push_back({name, std::string(name) == "at"});
   return columns;
 }
@@ -97,6 +111,13 @@ void WriteRows(TableWriter& table, const ForceStepReport& told, bool forPeople)
       append(cells, node.residual);
       table.Row(std::move(cells));
     }
+  }
+  if (told.cut) {
+    std::vector<std::string> cells = before;
+    cells.push_back(std::to_string(told.cut->elements.size()));
+    append(cells, told.cut->resultant.force);
+    append(cells, told.cut->resultant.moment);
+    table.Row(std::move(cells));
   }
   if (told.body) {
     const std::pair<const char*, const Resultant*> rows[] = {

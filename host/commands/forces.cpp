@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <memory>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -46,24 +48,38 @@ struct Options
   std::string      elements;
   std::string      set;
   std::string      about;
+  std::string      plane;
   TableForm        form;
 
   bool HasPart() const { return !elements.empty() || !set.empty(); }
+  /// Whether something is asked that is printed.
+  bool IsAsked() const { return balance || HasPart() || !plane.empty(); }
 };
 
-Vector ParsePoint(const std::string& text)
+/// Reads finite numbers between commas.
+/// @return whether there are as many as are wanted and nothing else
+bool ParseNumbers(const std::string& text, std::span<double> numbers)
 {
-  Vector      point{};
   const char* at  = text.data();
   const char* end = text.data() + text.size();
-  for (std::size_t k = 0; k < 3; ++k) {
-    const auto taken = std::from_chars(at, end, point[k]);
-    const bool ends  = k == 2 ? taken.ptr == end : taken.ptr != end && *taken.ptr == ',';
-    if (taken.ec != std::errc() || !ends || !std::isfinite(point[k]))
-      Fail("--about is '" + text + "', expected three numbers X,Y,Z");
+  for (double& number : numbers) {
+    const auto taken  = std::from_chars(at, end, number);
+    const bool isLast = &number == &numbers.back();
+    if (taken.ec != std::errc() || !std::isfinite(number)) return false;
+    if (isLast ? taken.ptr != end : taken.ptr == end || *taken.ptr != ',') return false;
     at = taken.ptr + 1;
   }
-  return point;
+  return true;
+}
+
+CutPlane ParsePlane(const std::string& text)
+{
+  std::array<double, 6> numbers{};
+  const bool            isPlane = ParseNumbers(text, numbers) &&
+                       std::any_of(numbers.begin() + 3, numbers.end(), [](double number) { return number != 0.0; });
+  if (!isPlane)
+    Fail("--plane is '" + text + "', expected six numbers PX,PY,PZ,NX,NY,NZ: a point and a normal that is not zero");
+  return {{numbers[0], numbers[1], numbers[2]}, {numbers[3], numbers[4], numbers[5]}};
 }
 
 /// What is asked for, without the deck. Everything that can be told before files are read is told here.
@@ -73,6 +89,7 @@ ForceRequest MakeRequest(const Options& options)
     Fail("--elements and --set exclude each other, expected one at most");
   if (options.balance && options.HasPart())
     Fail("--balance is of the whole model, expected it without --elements and --set");
+  if (options.balance && !options.plane.empty()) Fail("--balance and --plane exclude each other, expected one at most");
 
   ForceRequest request;
   request.database  = options.database;
@@ -84,9 +101,12 @@ ForceRequest MakeRequest(const Options& options)
   request.part.text = options.elements;
   if (!options.elements.empty()) request.part.elements = ParseElementIds(options.elements);
   if (!options.about.empty()) {
+    if (!options.plane.empty()) Fail("--about is of a free body, expected the point of --plane for its moment");
     if (!options.HasPart()) Fail("--about is of a free body, expected --elements or --set with it");
-    request.about = ParsePoint(options.about);
+    if (!ParseNumbers(options.about, request.about))
+      Fail("--about is '" + options.about + "', expected three numbers X,Y,Z");
   }
+  if (!options.plane.empty()) request.plane = ParsePlane(options.plane);
   if (!options.nlgeom.empty()) request.nonlinearSteps = ParseNonlinearSteps(options.nlgeom);
   return request;
 }
@@ -110,12 +130,12 @@ std::vector<FED_DataDescriptor> OutdatedBlocks(const FED_Database& database, con
 void Run(const Options& options, CommandContext& context)
 {
   ForceRequest request = MakeRequest(options);
-  const bool   isAsked = options.balance || options.HasPart();
+  const bool   isAsked = options.IsAsked();
   const bool   inPlace = options.output.empty() && !isAsked;
   if (inPlace && !IsOnfFolder(options.database) && !IsWorkingDatabase(options.database)) {
     Fail(options.database +
-         ": not a database to add forces to, expected a working database, an ONF folder, -o OUT, --balance, --elements "
-         "or --set");
+         ": not a database to add forces to, expected a working database, an ONF folder, -o OUT, --balance, --plane, "
+         "--elements or --set");
   }
   std::optional<Publication> publication;
   if (inPlace || !options.output.empty()) publication.emplace(inPlace ? options.database : options.output);
@@ -186,17 +206,22 @@ CommandFunction DefineForces(CLI::App& app)
   AddTextOption(app, "--set", options->set, "Free body of an element set")->type_name("NAME");
   AddTextOption(app, "--about", options->about, "Point that moments of a free body are taken about (default: 0,0,0)")
       ->type_name("X,Y,Z");
+  AddTextOption(app, "--plane", options->plane,
+                "Force and moment that the side the normal points to exerts on the other")
+      ->type_name("PX,PY,PZ,NX,NY,NZ");
   // Alone they would leave a run that adds to DB and judges nothing.
   for (const char* option : {"--tol", "--head"}) app.get_option(option)->needs("--balance");
   AddTableOptions(app, options->form);
   app.footer(
       "Integrates the stresses at integration points (582) to forces at the nodes of each element (580).\n"
-      "--balance, --elements and --set print; they save only with -o. Exit code 1: a residual is above --tol.\n"
+      "--balance, --plane, --elements and --set print; they save only with -o. Exit code 1: a residual is above "
+      "--tol.\n"
       "\n"
       "Examples:\n"
       "  quilon forces bracket.onf --deck bracket.inp\n"
       "  quilon forces bracket.dat --deck bracket.inp --balance --tol 2e-6\n"
-      "  quilon forces bracket.dat @lc=2,sub=last --deck bracket.inp --set EBOLT --about 0,0,40");
+      "  quilon forces bracket.dat @lc=2,sub=last --deck bracket.inp --set EBOLT --about 0,0,40\n"
+      "  quilon forces bracket.dat --deck bracket.inp --plane 0,0,40,0,0,1");
   return [options](CommandContext& context) { Run(*options, context); };
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 #include <QuilonUtilities/FED_Failure.h>
@@ -22,10 +23,6 @@ namespace quilon {
 
 namespace {
 
-constexpr int         kDisplacement  = 510;
-constexpr int         kElementForces = 580;
-constexpr int         kMoments       = 581;
-constexpr int         kElementNodes  = 595;
 constexpr std::size_t kNumComponents = 6;
 
 FED_DataDescriptor WithKind(FED_DataDescriptor descriptor, int onf)
@@ -59,7 +56,7 @@ bool HasRepeated(std::span<const int> ids)
 }  // namespace
 
 ElementForces::ElementForces(FED_Database& database, const ForceMesh& mesh, int iteration, std::string name)
-    : database_(database), mesh_(mesh), name_(std::move(name)), lists_(iteration, static_cast<FED_OnfId>(kElementNodes))
+    : database_(database), mesh_(mesh), name_(std::move(name)), lists_(iteration, OnfKind::ElementNodes)
 {
   if (database_.HasDataBlock(lists_)) CheckNodeLists();
   LayOut();
@@ -117,7 +114,7 @@ void ElementForces::CheckNodeLists()
 ForceStep ElementForces::Calculate(const FED_DataDescriptor& points, bool deformed)
 {
   ForceStep step;
-  step.forces   = WithKind(points, kElementForces);
+  step.forces   = WithKind(points, OnfKind::ElementForces);
   step.deformed = deformed;
   step.hasForces.assign(mesh_.elements.Entries().size(), false);
   PlaceNodes(points, step);
@@ -157,7 +154,7 @@ ForceStep ElementForces::Calculate(const FED_DataDescriptor& points, bool deform
   SumUp(step);
 
   if (database_.HasDataBlock(step.forces)) database_.DeleteDataBlock(step.forces);
-  gathered_.Save(database_, step.forces, WithKind(points, kMoments), FEM_IforceData::Sum);
+  gathered_.Save(database_, step.forces, WithKind(points, OnfKind::ElementMoments), FEM_IforceData::Sum);
   SaveCollapsed(step);
   return step;
 }
@@ -169,7 +166,7 @@ void ElementForces::PlaceNodes(const FED_DataDescriptor& points, ForceStep& step
   isPlaced_.assign(step.positions.size(), true);
   if (!step.deformed) return;
 
-  const FED_DataDescriptor descriptor = WithKind(points, kDisplacement);
+  const FED_DataDescriptor descriptor = WithKind(points, OnfKind::Displacement);
   if (!database_.HasDataBlock(descriptor)) {
     Fail(name_ + ": no displacements " + ToSelectionText(descriptor) +
          " for the deformed geometry of a nonlinear step, expected U of all nodes");

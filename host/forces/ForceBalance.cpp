@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <limits>
 
+#include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
-#include "progress/Interrupt.h"
 #include "selection/Selection.h"
 #include "text/Failure.h"
 #include "text/Format.h"
@@ -17,37 +16,7 @@ namespace quilon {
 
 namespace {
 
-constexpr int         kReaction     = 511;
-constexpr int         kElementNodes = 595;
-constexpr std::size_t kNone         = IdRadixMap<Vector>::npos;
-
-/// Visits the force of each node of each element that has forces.
-/// @param visit receives the element's position in the mesh, the node's position there, the force
-void ForEachForce(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
-                  const std::function<void(std::size_t, std::size_t, const double*)>& visit)
-{
-  const FED_DataDescriptor   lists(step.forces.GetInteger(FED_DataDescriptor::Iteration),
-                                   static_cast<FED_OnfId>(kElementNodes));
-  const FED_ConstIdDataBlock forceView(database.GetConstDataBlock(step.forces), database.GetIdMapsPool());
-  const FED_ConstIdDataBlock listView(database.GetConstDataBlock(lists), database.GetIdMapsPool());
-  FED_ConstIdDataRecord&     forceRecord = forceView.CreateConstIdDataRecord();
-  FED_ConstIdDataRecord&     listRecord  = listView.CreateConstIdDataRecord();
-  FED_DoubleArray            forces;
-  FED_IntArray               nodes;
-  std::size_t                at = 0;
-  for (const auto& entry : mesh.elements.Entries()) {
-    ThrowIfInterrupted();
-    if (step.hasForces[at]) {
-      forceView.GetRecord(entry.first, forceRecord);
-      listView.GetRecord(entry.first, listRecord);
-      forceRecord.GetDataRecord().GetDoubleList(1, forces);
-      listRecord.GetIntList(1, nodes);
-      for (std::size_t n = 0; n < nodes.GetSize(); ++n)
-        visit(at, mesh.nodes.Find(nodes.GetData()[n]), forces.GetData() + 3 * n);
-    }
-    ++at;
-  }
-}
+constexpr std::size_t kNone = IdRadixMap<Vector>::npos;
 
 /// @return by position in the mesh's nodes, whether an element of a kind names the node
 /// @param isOne by position in the mesh's elements
@@ -80,23 +49,13 @@ void Raise(double& largest, const Vector& force)
   if (std::isfinite(component)) largest = std::max(largest, component);
 }
 
-void Add(Vector& sum, const double* term)
-{
-  for (std::size_t k = 0; k < 3; ++k) sum[k] += term[k];
-}
-
-Vector Cross(const Vector& a, const double* b)
-{
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-
 }  // namespace
 
 ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
                               const std::string& name)
 {
   FED_DataDescriptor reactions = step.forces;
-  reactions.SetInteger(FED_DataDescriptor::OnfId, kReaction);
+  reactions.SetInteger(FED_DataDescriptor::OnfId, OnfKind::Reaction);
   if (!database.HasDataBlock(reactions))
     Fail(name + ": no reactions " + ToSelectionText(reactions) + ", expected RF of the solver for a balance");
   const FED_ConstIdDataBlock reactionView(database.GetConstDataBlock(reactions), database.GetIdMapsPool());
@@ -104,8 +63,8 @@ ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mes
   ForceBalance        balance;
   std::vector<Vector> sums(mesh.nodes.Entries().size());
   ForEachForce(database, mesh, step, [&](std::size_t, std::size_t node, const double* force) {
-    Add(sums[node], force);
-    Add(balance.total, force);
+    AddTo(sums[node], force);
+    AddTo(balance.total, force);
   });
 
   std::vector<bool> hasNoForces = step.hasForces;
@@ -172,13 +131,8 @@ FreeBody CalculateFreeBody(const FED_Database& database, const ForceMesh& mesh, 
   }
   ForEachForce(database, mesh, step, [&](std::size_t element, std::size_t node, const double* force) {
     if (!isInPart[element]) return;
-    Vector arm = step.positions[node];
-    for (std::size_t k = 0; k < 3; ++k) arm[k] -= about[k];
-    const Vector moment = Cross(arm, force);
-    for (Resultant* resultant : {isShared[node] ? &body.cut : &body.other, &body.sum}) {
-      Add(resultant->force, force);
-      Add(resultant->moment, moment.data());
-    }
+    const Vector arm = Difference(step.positions[node], about);
+    for (Resultant* resultant : {isShared[node] ? &body.cut : &body.other, &body.sum}) resultant->Add(arm, force);
   });
   return body;
 }

@@ -3,19 +3,17 @@
 /// @file
 /// What element nodal forces tell of a model: balance at nodes, free bodies.
 
-#include <array>
 #include <cstddef>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "forces/ElementForces.h"
+#include "forces/Resultant.h"
 
 class FED_Database;
 
 namespace quilon {
-
-using Vector = std::array<double, 3>;
 
 /// The balance of one node.
 struct NodeBalance
@@ -54,14 +52,6 @@ struct ForceBalance
 /// @throws FED_Failure when there are no reactions, or none of a node that can be judged
 ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
                               const std::string& name);
-
-/// Force and moment at some nodes.
-struct Resultant
-{
-  std::size_t numNodes = 0;
-  Vector      force    = {};
-  Vector      moment   = {};
-};
 
 /// A part of the model, cut out.
 struct FreeBody

@@ -5,6 +5,7 @@
 #include <map>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
@@ -22,13 +23,6 @@ namespace {
 
 using calculix::DeckModel;
 
-constexpr int kDisplacement  = 510;
-constexpr int kReaction      = 511;
-constexpr int kCoordinates   = 516;
-constexpr int kPointStress   = 582;
-constexpr int kElementNodes  = 595;
-constexpr int kElementType   = 596;
-constexpr int kElementSet    = 601;
 constexpr int kResultsInTime = 1;  // value of result index 5
 
 /// @return whether a result is of the deformed geometry
@@ -72,7 +66,7 @@ using Ids = std::set<int>;
 /// @return the elements of a set of the iteration; nothing when the database has none of this name
 std::optional<Ids> FindStoredSet(const FED_Database& database, int iteration, const std::string& name)
 {
-  const FED_DataDescriptor sets(iteration, static_cast<FED_OnfId>(kElementSet));
+  const FED_DataDescriptor sets(iteration, OnfKind::ElementSet);
   if (!database.HasDataBlock(sets)) return std::nullopt;
   const FED_DataBlock& block = database.GetConstDataBlock(sets);
   const ScratchRecord  record(block);
@@ -119,10 +113,11 @@ Ids ChosenById(const ForcePart& part, const ForceMesh& mesh)
   return chosen;
 }
 
-Ids ChosenPart(const ForceRequest& request, const FED_Database& database, int iteration, const ForceMesh& mesh)
+std::optional<Ids> ChosenPart(const ForceRequest& request, const FED_Database& database, int iteration,
+                              const ForceMesh& mesh)
 {
-  if (!request.part.set.empty()) return ChosenBySet(request, database, iteration);
-  return request.part.IsGiven() ? ChosenById(request.part, mesh) : Ids();
+  if (!request.part.IsGiven()) return std::nullopt;
+  return request.part.set.empty() ? ChosenById(request.part, mesh) : ChosenBySet(request, database, iteration);
 }
 
 /// Calculates and saves all results of one iteration.
@@ -133,7 +128,7 @@ void CalculateIteration(FED_Database& database, const std::vector<FED_DataDescri
   const ForceMesh mesh =
       request.deck != nullptr ? MakeForceMesh(*request.deck) : ReadForceMesh(database, iteration, request.database);
   ElementForces forces(database, mesh, iteration, request.deck != nullptr ? request.deckName : request.database);
-  const Ids     part = ChosenPart(request, database, iteration, mesh);
+  const std::optional<Ids> part = ChosenPart(request, database, iteration, mesh);
 
   std::uint64_t done = 0;
   for (const FED_DataDescriptor& result : results) {
@@ -145,8 +140,11 @@ void CalculateIteration(FED_Database& database, const std::vector<FED_DataDescri
       if (request.numWorst > 0 && told.balance->nodes.size() > request.numWorst)
         told.balance->nodes.resize(request.numWorst);
     }
-    if (request.part.IsGiven())
-      told.body = CalculateFreeBody(database, mesh, told.step, part, request.about, request.database);
+    if (request.plane) {
+      told.cut = CalculatePlaneCut(database, mesh, told.step, *request.plane, part, request.database);
+    } else if (part) {
+      told.body = CalculateFreeBody(database, mesh, told.step, *part, request.about, request.database);
+    }
     // Only numbers are told later: the geometry of many results need not be held.
     told.step.hasForces.clear();
     told.step.positions.clear();
@@ -155,7 +153,7 @@ void CalculateIteration(FED_Database& database, const std::vector<FED_DataDescri
   }
   for (const auto& [reason, ids] : forces.Skipped()) report.skipped[reason].insert(ids.begin(), ids.end());
   report.isRounded = report.isRounded || mesh.isRounded;
-  if (forces.AddsNodeLists()) report.added.emplace_back(iteration, static_cast<FED_OnfId>(kElementNodes));
+  if (forces.AddsNodeLists()) report.added.emplace_back(iteration, OnfKind::ElementNodes);
 }
 
 }  // namespace
@@ -192,8 +190,9 @@ std::vector<FED_DataDescriptor> ChooseForceResults(const FED_Database&          
                                                    const std::string& name, const std::string& selection)
 {
   std::vector<FED_DataDescriptor> results;
-  std::copy_if(selected.begin(), selected.end(), std::back_inserter(results),
-               [](const FED_DataDescriptor& descriptor) { return KindOf(descriptor) == kPointStress; });
+  std::copy_if(selected.begin(), selected.end(), std::back_inserter(results), [](const FED_DataDescriptor& descriptor) {
+    return KindOf(descriptor) == OnfKind::IntegrationPointStress;
+  });
   if (!results.empty()) return results;
 
   const bool hasLocal = std::any_of(
@@ -211,10 +210,11 @@ std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&        
   std::vector<FED_DataDescriptor>    ingredients;
   for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern())) {
     const int  kind   = KindOf(descriptor);
-    const bool isMesh = kind == kCoordinates || kind == kElementNodes || kind == kElementType || kind == kElementSet;
-    const bool isResult =
-        kind == kPointStress || kind == kDisplacement || kind == kReaction || HoldsLocalStresses(database, descriptor);
-    if (isMesh || (isResult && stresses.contains(WithKind(descriptor, kPointStress))))
+    const bool isMesh = kind == OnfKind::Coordinates || kind == OnfKind::ElementNodes || kind == OnfKind::ElementType ||
+                        kind == OnfKind::ElementSet;
+    const bool isResult = kind == OnfKind::IntegrationPointStress || kind == OnfKind::Displacement ||
+                          kind == OnfKind::Reaction || HoldsLocalStresses(database, descriptor);
+    if (isMesh || (isResult && stresses.contains(WithKind(descriptor, OnfKind::IntegrationPointStress))))
       ingredients.push_back(descriptor);
   }
   return ingredients;

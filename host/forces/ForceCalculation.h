@@ -11,6 +11,7 @@
 
 #include "forces/ElementForces.h"
 #include "forces/ForceBalance.h"
+#include "forces/PlaneCut.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 #include "selection/Selection.h"
 
@@ -47,8 +48,10 @@ struct ForceRequest
   bool        balance   = false;  ///< whether forces are compared with what acts on each node
   double      tolerance = 1e-5;   ///< largest residual that a balance accepts, as a fraction of the largest force
   std::size_t numWorst  = 0;      ///< of the nodes of a balance, the worst so many are told; 0 for all
-  ForcePart   part;               ///< whose free body is told
+  ForcePart   part;               ///< whose free body is told, or what a plane cuts
   Vector      about = {};         ///< the point that moments of a free body are taken about
+
+  std::optional<CutPlane> plane;  ///< cuts the part, or all without one; there is no free body then
 };
 
 /// What is told of one result.
@@ -57,6 +60,7 @@ struct ForceStepReport
   ForceStep                   step;  ///< without the geometry
   std::optional<ForceBalance> balance;
   std::optional<FreeBody>     body;
+  std::optional<PlaneCut>     cut;
 };
 
 struct ForceReport

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
@@ -17,17 +18,14 @@ namespace quilon {
 
 namespace {
 
-constexpr int kCoordinates  = 516;
-constexpr int kElementNodes = 595;
-constexpr int kElementType  = 596;
-constexpr int kFrdDigits    = 6;
+constexpr int kFrdDigits = 6;
 
 const FED_DataBlock& RequireBlock(const FED_Database& database, int iteration, int onf, const std::string& name)
 {
   const FED_DataDescriptor descriptor(iteration, static_cast<FED_OnfId>(onf));
   if (!database.HasDataBlock(descriptor)) {
-    Fail(name + ": no " + (onf == kCoordinates ? "coordinates" : "elements") + " (block " + std::to_string(onf) +
-         "), expected the mesh of a .frd or --deck");
+    Fail(name + ": no " + (onf == OnfKind::Coordinates ? "coordinates" : "elements") + " (block " +
+         std::to_string(onf) + "), expected the mesh of a .frd or --deck");
   }
   return database.GetConstDataBlock(descriptor);
 }
@@ -65,9 +63,9 @@ ForceMesh ReadForceMesh(const FED_Database& database, int iteration, const std::
 {
   ForceMesh             mesh;
   const FED_IdMapsPool& pool        = database.GetIdMapsPool();
-  const FED_DataBlock&  coordinates = RequireBlock(database, iteration, kCoordinates, name);
-  const FED_DataBlock&  lists       = RequireBlock(database, iteration, kElementNodes, name);
-  const FED_DataBlock&  types       = RequireBlock(database, iteration, kElementType, name);
+  const FED_DataBlock&  coordinates = RequireBlock(database, iteration, OnfKind::Coordinates, name);
+  const FED_DataBlock&  lists       = RequireBlock(database, iteration, OnfKind::ElementNodes, name);
+  const FED_DataBlock&  types       = RequireBlock(database, iteration, OnfKind::ElementType, name);
 
   const FED_ConstIdDataBlock nodeView(coordinates, pool);
   mesh.nodes.Reserve(coordinates.GetSize());

@@ -89,7 +89,7 @@ TEST_F(ForcesCommand, NeedsAPlaceForForcesThatNobodyAskedToSee)
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_EQ(run.err, "quilon: error: " + dat +
                          ": not a database to add forces to, expected a working database, an ONF folder, -o OUT, "
-                         "--balance, --elements or --set\n");
+                         "--balance, --plane, --elements or --set\n");
 }
 
 TEST_F(ForcesCommand, BalanceHoldsWithinTheSolversDigits)
@@ -224,6 +224,27 @@ TEST_F(ForcesCommand, FreeBodyOfASetHasTheCutThatTheDeckHasByHand)
   }
 }
 
+TEST_F(ForcesCommand, PlaneTellsWhatOneSideExertsOnTheOther)
+{
+  const RunResult run = RunOn("forces/bar", {"--plane", "20,2,1,1,0,0", "--json"});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const json   plane     = json::parse(run.out).at("steps").at(0).at("plane");
+  const double force[3]  = {12, 6, -5};
+  const double moment[3] = {-10, 100, 120};
+  EXPECT_EQ(plane.at("point"), json::array({20.0, 2.0, 1.0}));
+  EXPECT_EQ(plane.at("normal"), json::array({1.0, 0.0, 0.0}));
+  EXPECT_EQ(plane.at("elements"), json::array({111}));
+  for (std::size_t k = 0; k < 3; ++k) {
+    EXPECT_NEAR(plane.at("force").at(k).get<double>(), force[k], 2e-5);
+    EXPECT_NEAR(plane.at("moment").at(k).get<double>(), moment[k], 8e-4);
+  }
+  const RunResult part = RunOn("forces/bar", {"--plane", "10,2,1,0,1,0", "--elements", "111,121", "--json"});
+  EXPECT_EQ(json::parse(part.out).at("steps").at(0).at("plane").at("elements"), json::array({111, 121}));
+  EXPECT_EQ(RunOn("forces/bar", {"--plane", "20,2,1,1,0,0", "--csv"})
+                .out.rfind("block,elements,fx,fy,fz,mx,my,mz\n\"580@it=0,an=1,lc=1,sub=1\",1,1", 0),
+            0U);
+}
+
 TEST_F(ForcesCommand, FreeBodyOfASetOfTheDatabaseNeedsNoDeck)
 {
   const std::string fed    = (folder_ / "job.fed").string();
@@ -330,6 +351,17 @@ TEST_F(ForcesCommand, SaysWhatIsWrongWithItsArguments)
          {{"--elements", ""}, "--elements: empty, expected a value, see 'quilon forces --help'"},
          {{"-o", ""}, "--output: empty, expected a value, see 'quilon forces --help'"},
          {{"--about", "1,2,3"}, "--about is of a free body, expected --elements or --set with it"},
+         {{"--plane", "1,2,3,0,0"},
+          "--plane is '1,2,3,0,0', expected six numbers PX,PY,PZ,NX,NY,NZ: a point and a normal that is not zero"},
+         {{"--plane", "1,2,3,0,0,0"},
+          "--plane is '1,2,3,0,0,0', expected six numbers PX,PY,PZ,NX,NY,NZ: a point and a normal that is not zero"},
+         {{"--plane", ""}, "--plane: empty, expected a value, see 'quilon forces --help'"},
+         {{"--plane", "1,2,3,1,0,0", "--balance"}, "--balance and --plane exclude each other, expected one at most"},
+         {{"--plane", "1,2,3,1,0,0", "--about", "1,2,3"},
+          "--about is of a free body, expected the point of --plane for its moment"},
+         {{"--plane", "41,2,1,1,0,0"},
+          "--plane passes no element, which lie from -41 to -1 along its normal, expected for example --plane "
+             "20,2,1,1,0,0"},
          {{"--tol", "1e-6"}, "--tol requires --balance, see 'quilon forces --help'"},
          {{"--set", "ETIP", "--head", "3"}, "--head requires --balance, see 'quilon forces --help'"},
          {{"--set", "NOSUCH"}, deck + ": no element set NOSUCH"},

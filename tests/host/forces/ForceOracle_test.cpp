@@ -140,6 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
         OracleRow{"forces/c3d15", LinearThenDeformed(36)}, OracleRow{"forces/c3d20", LinearThenDeformed(32)},
         OracleRow{"forces/c3d20r", LinearThenDeformed(32)},
         OracleRow{"forces/bar", {{{1, AnalysisTime, 1}, false, 20}}},
+        OracleRow{"forces/cantilever", {{{1, AnalysisTime, 1}, false, 89}}},
         // NLGEOM holds for the second step too; modes are of the undeformed mesh.
         OracleRow{"forces/steps",
                   {{{1, AnalysisTime, 1}, true, 12},
