@@ -10,6 +10,7 @@
 
 #include "FEM_AvgFieldDefs.h"
 #include "FEM_AvgUtil.h"
+#include "FillLog.h"
 #include "IdRadixMap.h"
 #include "quilon_export.h"
 
@@ -95,22 +96,11 @@ public:
 private:
   using LayerStore = IdRadixMap<Data>;
 
-  /// Where the values of the fill before went: result steps name the same ids in the same order, so that the log knows
-  /// the entry of the next value, and of those to come, without a search. Every use is proved by the entry's id, so
-  /// the log may be wrong. The first fill keeps none, as many fields are filled once.
-  struct FillLog
-  {
-    std::vector<std::uint32_t> positions;       ///< entries in the order of their values
-    std::size_t                next   = 0;      ///< values added since the last reset, while the log is kept
-    std::size_t                misses = 0;      ///< of them, those that the log was wrong about
-    bool                       isKept = false;  ///< set by a reset; given up when the order of fills changes
-    bool                       isVain = false;  ///< given up
-  };
-
   std::int32_t            numLayers;
   std::vector<LayerStore> layers_;  // shape [numLayers]
   std::vector<bool>       added;    // shape [numLayers]: whether a layer ever received a value
-  std::vector<FillLog>    logs_;    // shape [numLayers]
+
+  std::vector<FillLog<std::uint32_t>> logs_;  // shape [numLayers]: positions of the entries of a layer's values
 };
 
 extern template class FEM_AvgField<int, FEM_AvgUtil::AvgData<1>, 1>;

@@ -9,6 +9,7 @@
 #include <set>
 #include <vector>
 
+#include "FillLog.h"
 #include "IdRadixMap.h"
 #include "quilon_export.h"
 
@@ -27,8 +28,8 @@ class FED_IntArray;
 ///           element keep the order of their first contribution to it: their position, from 0.
 /// Range:    a component is 0, 1 or 2 and a vector Force or Moment; neither is checked, and other values are undefined
 ///           behaviour. At most 2147483647 contributions to a component.
-/// Memory:   32 bytes per component pair, room for four nodes per element from the start, and an IdRadixMap over the
-///           elements.
+/// Memory:   32 bytes per component pair, room for four nodes per element from the start or for as many as the element
+///           before had, an IdRadixMap over the elements, and from the second fill on 16 bytes per call.
 /// Failures: a failed allocation passes through as std::bad_alloc; the object then holds exactly the contributions that
 ///           were complete. InsertVector() and InsertVectors() are complete or leave no trace.
 /// Threads:  one thread fills an object. Several may save it once filling has ended: const members write nothing.
@@ -120,15 +121,44 @@ private:
   /// What an element holds. Both vectors have shape [number of positions, 3].
   struct NodesData
   {
-    /// Has room for four nodes.
-    NodesData();
-
     std::int64_t               reserved = -1;
     std::map<int, std::size_t> nodes;       ///< node id to position
     std::vector<ValueSum>      vecData[2];  ///< by VecData
     bool                       hasForces  = false;
     bool                       hasMoments = false;
   };
+
+  /// The values of a node of an element.
+  struct Target
+  {
+    NodesData*  data = nullptr;  ///< null for none
+    std::size_t base = 0;        ///< 3 * position of the node
+  };
+
+  /// Where a call went. Elements and nodes keep their positions, so equal ids prove it.
+  struct LoggedTarget
+  {
+    int           element;
+    int           node;
+    std::uint32_t position;  ///< of the element's entry
+    std::uint32_t base;
+  };
+
+  /// FetchDataTarget() by way of the log.
+  Target Fetch(int element, int node);
+  /// LocateDataTarget() by way of the log; no data when the element or the node is missing.
+  Target Locate(int element, int node);
+  /// @return what the log knows of the next call, no data when it is wrong
+  Target Guess(int element, int node);
+  void   Record(int element, int node, std::size_t base);
+
+  /// Add to the target, if it has data, and mark what was added.
+  void AddComponent(const Target& target, VecData vec, int component, double value);
+  void AddVector(const Target& target, VecData vec, const double* values);
+  void AddVectors(const Target& target, const double* forces, const double* moments);
+
+  /// @return the element's position, npos when there is none
+  std::size_t FindElement(int element);
 
   /// Finds or creates the element and the node. If it throws, neither was created.
   /// @param base receives 3 * position of the node
@@ -159,5 +189,7 @@ private:
   bool                         hasMoments = false;
   bool                         connLoaded = false;
   std::set<int>                missingElements;
-  std::set<int>                missingNodes;  ///< ids of elements, not of nodes
+  std::set<int>                missingNodes;      ///< ids of elements, not of nodes
+  std::size_t                  lastElement_ = 0;  ///< position of the element of the last call: calls come by elements
+  FillLog<LoggedTarget>        log_;
 };

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 #include <QuilonDbConnector/FED_Database.h>
@@ -14,7 +16,7 @@
 namespace {
 
 constexpr std::size_t kNumComponents = 3;
-constexpr std::size_t kUsualNodes    = 4;  // per element: room made at once
+constexpr std::size_t kUsualNodes    = 4;  // per element: least room made at once
 
 template <typename Value>
 void Add(Value& target, double value)
@@ -24,9 +26,17 @@ void Add(Value& target, double value)
 }
 
 template <typename Value>
-void AddVector(Value* target, const double* values)
+void AddThree(Value* target, const double* values)
 {
   for (std::size_t component = 0; component < kNumComponents; ++component) Add(target[component], values[component]);
+}
+
+// By bytes, which are those of a fresh value: written member by member it took half the time of a refill.
+template <typename Value>
+void SetToZero(std::vector<Value>& values)
+{
+  static_assert(std::is_trivially_copyable_v<Value>);
+  if (!values.empty()) std::memset(static_cast<void*>(values.data()), 0, values.size() * sizeof(Value));
 }
 
 // Room for one more node; grows by doubling, as appending would.
@@ -36,6 +46,9 @@ void ReserveNode(std::vector<Value>& values)
   const std::size_t needed = values.size() + kNumComponents;
   if (needed > values.capacity()) values.reserve(std::max(needed, 2 * values.capacity()));
 }
+
+// Calls between the one at work and the one whose values are asked for: a third of the time of a refill.
+constexpr std::size_t kAhead = 16;
 
 // By bit pattern: -0.0 is not zero here, since an average that underflows still tells of a moment.
 // Test: AMomentOfMinusZeroIsWritten.
@@ -59,11 +72,6 @@ struct OutputBlock
 
 }  // namespace
 
-FEM_IforceData::NodesData::NodesData()
-{
-  for (std::vector<ValueSum>& values : vecData) values.reserve(kNumComponents * kUsualNodes);
-}
-
 FEM_IforceData::FEM_IforceData() = default;
 
 FEM_IforceData::FEM_IforceData(const FEM_IforceData& other) = default;
@@ -76,7 +84,9 @@ FEM_IforceData::FEM_IforceData(FEM_IforceData&& other)
       hasMoments(other.hasMoments),
       connLoaded(other.connLoaded),
       missingElements(std::exchange(other.missingElements, {})),
-      missingNodes(std::exchange(other.missingNodes, {}))
+      missingNodes(std::exchange(other.missingNodes, {})),
+      lastElement_(other.lastElement_),
+      log_(other.log_)
 {}
 
 FEM_IforceData& FEM_IforceData::operator=(const FEM_IforceData& other)
@@ -89,18 +99,23 @@ FEM_IforceData& FEM_IforceData::operator=(const FEM_IforceData& other)
   connLoaded = copy.connLoaded;
   missingElements.swap(copy.missingElements);
   missingNodes.swap(copy.missingNodes);
+  lastElement_ = copy.lastElement_;
+  std::swap(log_, copy.log_);
   return *this;
 }
 
 FEM_IforceData& FEM_IforceData::operator=(FEM_IforceData&& other)
 {
   if (this == &other) return *this;
-  elements_       = std::as_const(other.elements_);
-  elementNodes_   = std::exchange(other.elementNodes_, {});
-  hasMoments      = other.hasMoments;
-  connLoaded      = other.connLoaded;
-  missingElements = std::exchange(other.missingElements, {});
-  missingNodes    = std::exchange(other.missingNodes, {});
+  FillLog<LoggedTarget> log = other.log_;
+  elements_                 = std::as_const(other.elements_);
+  log_                      = std::move(log);
+  lastElement_              = other.lastElement_;
+  elementNodes_             = std::exchange(other.elementNodes_, {});
+  hasMoments                = other.hasMoments;
+  connLoaded                = other.connLoaded;
+  missingElements           = std::exchange(other.missingElements, {});
+  missingNodes              = std::exchange(other.missingNodes, {});
   return *this;
 }
 
@@ -113,39 +128,24 @@ void FEM_IforceData::Clear()
   connLoaded = false;
   missingElements.clear();
   missingNodes.clear();
+  log_ = {};
 }
 
 void FEM_IforceData::ReserveStorage(std::size_t count) { elements_.Reserve(count); }
 
 void FEM_IforceData::InsertComponent(int element, int node, VecData vec, int component, double value)
 {
-  NodesData*  data = nullptr;
-  std::size_t base = 0;
-  FetchDataTarget(element, node, data, base);
-  Add(data->vecData[vec][base + static_cast<std::size_t>(component)], value);
-  MarkHasForces(data, vec);
-  MarkHasMoments(data, vec);
+  AddComponent(Fetch(element, node), vec, component, value);
 }
 
 void FEM_IforceData::InsertVector(int element, int node, VecData vec, const double* values)
 {
-  NodesData*  data = nullptr;
-  std::size_t base = 0;
-  FetchDataTarget(element, node, data, base);
-  AddVector(&data->vecData[vec][base], values);
-  MarkHasForces(data, vec);
-  MarkHasMoments(data, vec);
+  AddVector(Fetch(element, node), vec, values);
 }
 
 void FEM_IforceData::InsertVectors(int element, int node, const double* forces, const double* moments)
 {
-  NodesData*  data = nullptr;
-  std::size_t base = 0;
-  FetchDataTarget(element, node, data, base);
-  AddVector(&data->vecData[Force][base], forces);
-  AddVector(&data->vecData[Moment][base], moments);
-  MarkHasForces(data, Force);
-  MarkHasMoments(data, Moment);
+  AddVectors(Fetch(element, node), forces, moments);
 }
 
 // The three below add where their names promise to overwrite: readers meet a node of an element once per part of it and
@@ -153,43 +153,28 @@ void FEM_IforceData::InsertVectors(int element, int node, const double* forces, 
 
 void FEM_IforceData::SetComponent(int element, int node, VecData vec, int component, double value)
 {
-  NodesData*  data = nullptr;
-  std::size_t base = 0;
-  if (!LocateDataTarget(element, node, data, base)) return;
-  Add(data->vecData[vec][base + static_cast<std::size_t>(component)], value);
-  MarkHasForces(data, vec);
-  MarkHasMoments(data, vec);
+  AddComponent(Locate(element, node), vec, component, value);
 }
 
 void FEM_IforceData::SetVector(int element, int node, VecData vec, const double* values)
 {
-  NodesData*  data = nullptr;
-  std::size_t base = 0;
-  if (!LocateDataTarget(element, node, data, base)) return;
-  AddVector(&data->vecData[vec][base], values);
-  MarkHasForces(data, vec);
-  MarkHasMoments(data, vec);
+  AddVector(Locate(element, node), vec, values);
 }
 
 void FEM_IforceData::SetVectors(int element, int node, const double* forces, const double* moments)
 {
-  NodesData*  data = nullptr;
-  std::size_t base = 0;
-  if (!LocateDataTarget(element, node, data, base)) return;
-  AddVector(&data->vecData[Force][base], forces);
-  AddVector(&data->vecData[Moment][base], moments);
-  MarkHasForces(data, Force);
-  MarkHasMoments(data, Moment);
+  AddVectors(Locate(element, node), forces, moments);
 }
 
 void FEM_IforceData::NullifyVecData()
 {
   for (auto& [element, data] : elements_.Entries()) {
-    for (std::vector<ValueSum>& values : data.vecData) std::fill(values.begin(), values.end(), ValueSum());
+    for (std::vector<ValueSum>& values : data.vecData) SetToZero(values);
     data.hasForces  = false;
     data.hasMoments = false;
   }
   hasMoments = false;
+  log_.Restart();
 }
 
 bool FEM_IforceData::IsConnLoaded() const { return connLoaded; }
@@ -241,18 +226,92 @@ void FEM_IforceData::Save(FED_Database& db, const FED_DataDescriptor& forceDescr
   if (elementNodes) elementNodes->view.DeleteIdDataRecord(*elementNodes->record);
 }
 
+FEM_IforceData::Target FEM_IforceData::Fetch(int element, int node)
+{
+  Target target = Guess(element, node);
+  if (target.data != nullptr) return target;
+  if (log_.IsKept()) log_.MakeRoom();  // before anything is created
+  FetchDataTarget(element, node, target.data, target.base);
+  if (log_.IsKept()) Record(element, node, target.base);
+  return target;
+}
+
+FEM_IforceData::Target FEM_IforceData::Locate(int element, int node)
+{
+  Target target = Guess(element, node);
+  if (target.data != nullptr) return target;
+  if (log_.IsKept()) log_.MakeRoom();
+  if (!LocateDataTarget(element, node, target.data, target.base)) return {};
+  if (log_.IsKept()) Record(element, node, target.base);
+  return target;
+}
+
+FEM_IforceData::Target FEM_IforceData::Guess(int element, int node)
+{
+  const LoggedTarget* const guess = log_.Guess();
+  if (guess == nullptr || guess->element != element || guess->node != node) return {};
+  if (const LoggedTarget* const ahead = log_.Ahead(kAhead)) {
+    for (const std::vector<ValueSum>& values : elements_.At(ahead->position).vecData)
+      quilon::Prefetch(values.data() + ahead->base, kNumComponents * sizeof(ValueSum));
+  }
+  log_.Accept();
+  return {&elements_.At(guess->position), guess->base};
+}
+
+void FEM_IforceData::Record(int element, int node, std::size_t base)
+{
+  log_.Record({element, node, static_cast<std::uint32_t>(lastElement_), static_cast<std::uint32_t>(base)});
+}
+
+void FEM_IforceData::AddComponent(const Target& target, VecData vec, int component, double value)
+{
+  if (target.data == nullptr) return;
+  Add(target.data->vecData[vec][target.base + static_cast<std::size_t>(component)], value);
+  MarkHasForces(target.data, vec);
+  MarkHasMoments(target.data, vec);
+}
+
+void FEM_IforceData::AddVector(const Target& target, VecData vec, const double* values)
+{
+  if (target.data == nullptr) return;
+  AddThree(&target.data->vecData[vec][target.base], values);
+  MarkHasForces(target.data, vec);
+  MarkHasMoments(target.data, vec);
+}
+
+void FEM_IforceData::AddVectors(const Target& target, const double* forces, const double* moments)
+{
+  AddVector(target, Force, forces);
+  AddVector(target, Moment, moments);
+}
+
+std::size_t FEM_IforceData::FindElement(int element)
+{
+  const auto entries = elements_.Entries();
+  if (lastElement_ < entries.size() && entries[lastElement_].first == element) return lastElement_;
+  const std::size_t position = elements_.Find(element);
+  if (position != IdRadixMap<NodesData>::npos) lastElement_ = position;
+  return position;
+}
+
 void FEM_IforceData::FetchDataTarget(int element, int node, NodesData*& data, std::size_t& base)
 {
-  const std::size_t position = elements_.Find(element);
+  const std::size_t position = FindElement(element);
   if (position == IdRadixMap<NodesData>::npos) {
-    // The node's entry is made first and handed over, and the values fit into the room that a fresh element has: if
-    // anything here throws, no element is left without its node.
-    std::map<int, std::size_t> nodes;
-    nodes.emplace(node, 0);
-    data = &elements_.At(elements_.FindOrInsert(element));
-    data->nodes.swap(nodes);
-    for (std::vector<ValueSum>& values : data->vecData) values.resize(kNumComponents);
-    base = 0;
+    // All is made first and handed over: if anything here throws, no element is left without its node. Room is made
+    // once: elements of a kind come in a row, and have as many nodes.
+    NodesData         fresh;
+    const auto        entries = elements_.Entries();
+    const std::size_t numLike = lastElement_ < entries.size() ? entries[lastElement_].second.vecData[Force].size() : 0;
+    fresh.nodes.emplace(node, 0);
+    for (std::vector<ValueSum>& values : fresh.vecData) {
+      values.reserve(std::max(kNumComponents * kUsualNodes, numLike));
+      values.resize(kNumComponents);
+    }
+    lastElement_ = elements_.FindOrInsert(element);
+    data         = &elements_.At(lastElement_);
+    *data        = std::move(fresh);
+    base         = 0;
     return;
   }
 
@@ -271,7 +330,7 @@ void FEM_IforceData::FetchDataTarget(int element, int node, NodesData*& data, st
 
 bool FEM_IforceData::LocateDataTarget(int element, int node, NodesData*& data, std::size_t& base)
 {
-  const std::size_t position = elements_.Find(element);
+  const std::size_t position = FindElement(element);
   if (position == IdRadixMap<NodesData>::npos) {
     missingElements.insert(element);
     return false;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <random>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -201,6 +202,156 @@ TEST(IforceData, CountsEachContribution)
   EXPECT_EQ(nodes.vecData[kMoment][2].count, 1);
   EXPECT_EQ(Access::Values(nodes, kForce, kAverage), (Doubles{3, 1, 3}));
   EXPECT_EQ(Access::Values(nodes, kMoment, kAverage), (Doubles{1, 2, 3}));
+}
+
+// The accumulator written plainly, without a memory of elements or orders.
+class PlainForces
+{
+public:
+  struct Sums
+  {
+    double sum[3]   = {};
+    int    count[3] = {};
+  };
+  struct Element
+  {
+    Ids                        nodes;  // in the order of their first contribution
+    std::map<int, Sums>        sums[2];
+    std::map<int, std::size_t> positions;
+  };
+
+  void Insert(int element, int node, int vec, const double* values)
+  {
+    Element& entry = elements[static_cast<std::uint32_t>(element)];
+    if (entry.positions.emplace(node, entry.nodes.size()).second) entry.nodes.push_back(node);
+    Sums& sums = entry.sums[vec][node];
+    for (int k = 0; k < 3; ++k) {
+      sums.sum[k] += values[k];
+      ++sums.count[k];
+    }
+  }
+  void Set(int element, int node, int vec, const double* values)
+  {
+    const auto found = elements.find(static_cast<std::uint32_t>(element));
+    if (found == elements.end()) {
+      missingElements.insert(element);
+    } else if (found->second.positions.count(node) == 0) {
+      missingNodes.insert(element);
+    } else {
+      Insert(element, node, vec, values);
+    }
+  }
+  void Nullify()
+  {
+    for (auto& [id, element] : elements)
+      for (auto& sums : element.sums) sums.clear();
+  }
+
+  std::map<std::uint32_t, Element> elements;
+  std::set<int>                    missingElements;
+  std::set<int>                    missingNodes;
+};
+
+void ExpectSame(FEM_IforceData& data, const PlainForces& plain)
+{
+  EXPECT_EQ(Access::MissingElements(data), plain.missingElements);
+  EXPECT_EQ(Access::MissingNodes(data), plain.missingNodes);
+  Ids ids;
+  for (const auto& [id, element] : plain.elements) ids.push_back(static_cast<int>(id));
+  ASSERT_EQ(Access::Elements(data), ids);
+  for (const auto& [id, element] : plain.elements) {
+    const NodesData& nodes = *Access::Find(data, static_cast<int>(id));
+    EXPECT_EQ(nodes.nodes, element.positions);
+    for (const int vec : {0, 1}) {
+      ASSERT_EQ(nodes.vecData[vec].size(), 3 * element.nodes.size());
+      for (std::size_t i = 0; i < nodes.vecData[vec].size(); ++i) {
+        const auto               found = element.sums[vec].find(element.nodes[i / 3]);
+        const PlainForces::Sums& sums  = found == element.sums[vec].end() ? PlainForces::Sums() : found->second;
+        EXPECT_EQ(nodes.vecData[vec][i].sum, sums.sum[i % 3]);
+        EXPECT_EQ(nodes.vecData[vec][i].count, sums.count[i % 3]);
+      }
+    }
+  }
+}
+
+TEST(IforceData, EveryOrderOfFillsGivesThePlainAccumulatorsBits)
+{
+  struct Call
+  {
+    int  element;
+    int  node;
+    bool isSet;
+  };
+  std::mt19937      random(20261122);
+  std::vector<Call> mesh;
+  for (int element = 1; element <= 60; ++element)
+    for (int corner = 0; corner < (element % 2 == 0 ? 8 : 5); ++corner)
+      mesh.push_back({element * 7 - 100, element + 3 * corner, element % 5 == 0});
+  std::vector<Call> shuffled = mesh;
+  std::shuffle(shuffled.begin(), shuffled.end(), random);
+  std::vector<Call> backwards(mesh.rbegin(), mesh.rend());
+  std::vector<Call> half(mesh.begin(), mesh.begin() + 150);
+  std::vector<Call> oneMore = mesh;
+  oneMore.insert(oneMore.begin() + 20, Call{5000, 1, false});
+  std::vector<Call> otherNode = mesh;
+  otherNode[33].node          = 999;
+  otherNode[34].isSet         = true;
+  otherNode[34].node          = 998;
+  std::vector<Call> allSet    = mesh;
+  for (Call& call : allSet) call.isSet = true;
+
+  FEM_IforceData data;
+  PlainForces    plain;
+  double         value = 0.1;
+  const auto     fill  = [&](FEM_IforceData& into, const std::vector<Call>& calls) {
+    for (const Call& call : calls) {
+      value                  = 0.9 * value + call.node;
+      const double values[3] = {value, -value, 1.0 / value};
+      const auto   vec       = call.node % 3 == 0 ? kMoment : kForce;
+      if (call.isSet) {
+        into.SetVector(call.element, call.node, vec, values);
+        plain.Set(call.element, call.node, vec, values);
+      } else {
+        into.InsertVector(call.element, call.node, vec, values);
+        plain.Insert(call.element, call.node, vec, values);
+      }
+    }
+  };
+  int number = 0;
+  for (const auto* calls : {&mesh, &mesh, &mesh, &half, &mesh, &oneMore, &oneMore, &mesh, &otherNode, &allSet, &mesh,
+                            &shuffled, &mesh, &backwards, &shuffled, &mesh})
+  {
+    SCOPED_TRACE(number++);
+    data.NullifyVecData();
+    plain.Nullify();
+    fill(data, *calls);
+    ExpectSame(data, plain);
+  }
+
+  // A copy has a log of its own; what was cleared has none that names former elements.
+  FEM_IforceData fresh;
+  plain = PlainForces();
+  for (int i = 0; i < 2; ++i) {
+    fresh.NullifyVecData();
+    plain.Nullify();
+    fill(fresh, mesh);
+  }
+  fresh.NullifyVecData();
+  plain.Nullify();
+  FEM_IforceData copy(fresh);
+  FEM_IforceData assigned;
+  assigned = fresh;
+  fresh.Clear();
+  PlainForces none;
+  ExpectSame(fresh, none);
+  fill(copy, mesh);
+  ExpectSame(copy, plain);
+  plain.Nullify();
+  fill(assigned, mesh);
+  ExpectSame(assigned, plain);
+  plain = PlainForces();
+  fill(fresh, mesh);
+  ExpectSame(fresh, plain);
 }
 
 TEST(IforceData, AFreshElementHasRoomForFourNodesAndMinusOneReserved)

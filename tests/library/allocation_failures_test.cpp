@@ -1,5 +1,6 @@
 // Memory that runs out at each allocation in turn: std::bad_alloc arrives and nothing is left half done.
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <memory>
@@ -124,12 +125,18 @@ std::size_t SweepInsertions(const Insert& insert)
   }
   expected.push_back(Gathered(whole.data));
 
-  return SweepAllocations([] { return std::make_unique<State>(); }, insertRest,
-                          [&](State& state) {
-                            EXPECT_EQ(Gathered(state.data), expected[state.numComplete]);
-                            insertRest(state);
-                            EXPECT_EQ(Gathered(state.data), expected.back());
-                          });
+  const auto check = [&](State& state) {
+    EXPECT_EQ(Gathered(state.data), expected[state.numComplete]);
+    insertRest(state);
+    EXPECT_EQ(Gathered(state.data), expected.back());
+  };
+  const auto prepareLogged = [] {
+    auto state = std::make_unique<State>();
+    state->data.NullifyVecData();  // calls after it are logged
+    return state;
+  };
+  const std::size_t survived = SweepAllocations([] { return std::make_unique<State>(); }, insertRest, check);
+  return std::min(survived, SweepAllocations(prepareLogged, insertRest, check));
 }
 
 }  // namespace
