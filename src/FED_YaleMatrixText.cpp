@@ -31,20 +31,18 @@ class Entries
 public:
   explicit Entries(const std::wstring& path) : path_(QuilonStringUtil::wide_to_utf8(path.c_str()))
   {
-    std::size_t numLines = 0;
-    if (!LoadTextFileFast(path.c_str(), lines_, numLines))
+    if (!LoadTextFileFast(path.c_str(), entries_, numLines_))
       ThrowFailure(kTag, "%s: cannot be read, expected a text file with a sparse matrix", path_.c_str());
-    QuilonStringUtil::Trim(lines_);
-    for (std::size_t line = 0; line < lines_.size(); ++line) {
-      if (!lines_[line].empty() && lines_[line].front() != '#') lineOfEntry_.push_back(line);
-    }
+    QuilonStringUtil::Trim(entries_);
+    numLines_ = entries_.size();
+    DropOtherLines();
   }
 
   /// @param what what the entry stands for
   template <typename Number>
   Number Get(std::size_t entry, const char* what) const
   {
-    const std::string& text  = lines_[lineOfEntry_[entry]];
+    const std::string& text  = entries_[entry];
     Number             value = 0;
     switch (Convert(text, value)) {
       case FedStatusSuccess:
@@ -76,18 +74,42 @@ public:
   /// @param what the last entry that is needed
   void RequireEntries(std::int64_t count, const char* what) const
   {
-    if (static_cast<std::int64_t>(lineOfEntry_.size()) >= count) return;
+    if (static_cast<std::int64_t>(entries_.size()) >= count) return;
     ThrowFailure(kTag, "%s:%zu: the file ends after %zu entries, expected %lld up to the %s", path_.c_str(),
-                 std::max<std::size_t>(lines_.size(), 1), lineOfEntry_.size(), static_cast<long long>(count), what);
+                 std::max<std::size_t>(numLines_, 1), entries_.size(), static_cast<long long>(count), what);
   }
 
 private:
+  /// Takes blank lines and comments out of the list: of a file that has none, no line is moved.
+  void DropOtherLines()
+  {
+    std::size_t kept = 0;
+    for (std::size_t line = 0; line < entries_.size(); ++line) {
+      if (entries_[line].empty() || entries_[line].front() == '#') {
+        droppedLines_.push_back(line);
+      } else {
+        if (kept != line) entries_[kept] = std::move(entries_[line]);
+        ++kept;
+      }
+    }
+    entries_.resize(kept);
+  }
+
   /// @return the line of the file, from 1
-  std::size_t LineOf(std::size_t entry) const { return lineOfEntry_[entry] + 1; }
+  std::size_t LineOf(std::size_t entry) const
+  {
+    std::size_t line = entry;
+    for (const std::size_t dropped : droppedLines_) {
+      if (dropped > line) break;
+      ++line;
+    }
+    return line + 1;
+  }
 
   std::string              path_;
-  std::vector<std::string> lines_;
-  std::vector<std::size_t> lineOfEntry_;  ///< ascending, from 0
+  std::vector<std::string> entries_;
+  std::size_t              numLines_ = 0;
+  std::vector<std::size_t> droppedLines_;  ///< ascending, from 0: lines of entries are counted from them for messages
 };
 
 }  // namespace

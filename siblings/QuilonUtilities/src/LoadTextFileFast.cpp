@@ -1,5 +1,6 @@
 #include "QuilonUtilities/LoadTextFileFast.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -42,6 +43,8 @@ bool LoadTextFileFast(const wchar_t* path, std::vector<std::string>& lines, std:
   std::string text;
   if (!ReadAll(NativePath(path), text)) return false;
 
+  // Counted first: a list of lines that grows moves every line twice, in a quarter of the time of all.
+  lines.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t feed = text.find('\n', begin);
     const std::size_t next = feed == std::string::npos ? text.size() : feed + 1;

@@ -10,25 +10,37 @@
 
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
-
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// The white space of the standard's own locale.
+bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+// Loops of their own: a search for any of six characters calls memchr() for each character that it looks at, which took
+// a third of the time of a conversion.
+
+std::size_t CountLeadingSpace(std::string_view text)
+{
+  return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsSpace) - text.begin());
+}
+
+std::size_t CountTrailingSpace(std::string_view text)
+{
+  return static_cast<std::size_t>(std::find_if_not(text.rbegin(), text.rend(), IsSpace) - text.rbegin());
+}
 
 /// @return the text behind leading white space and one '+', which std::from_chars does not take; a sign behind the '+'
 ///         leaves no number
 std::string_view NumberText(std::string_view text)
 {
-  const std::size_t begin = text.find_first_not_of(kWhiteSpace);
-  if (begin == std::string_view::npos) return {};
-  text.remove_prefix(begin);
-  if (text.front() != '+') return text;
+  text.remove_prefix(CountLeadingSpace(text));
+  if (text.empty() || text.front() != '+') return text;
   text.remove_prefix(1);
   return !text.empty() && text.front() == '-' ? std::string_view() : text;
 }
 
 FedStatusCode StatusOfRest(std::string_view rest)
 {
-  return rest.find_first_not_of(kWhiteSpace) == std::string_view::npos ? FedStatusSuccess : FedStatusTrailingText;
+  return CountLeadingSpace(rest) == rest.size() ? FedStatusSuccess : FedStatusTrailingText;
 }
 
 /// @param number a decimal number other than zero: digits with or without a point, then perhaps an exponent
@@ -92,8 +104,8 @@ FedStatusCode QuilonStringUtil::ToDouble(const std::string& text, double& out)
 std::vector<std::string>& QuilonStringUtil::Trim(std::vector<std::string>& texts)
 {
   for (std::string& text : texts) {
-    text.erase(text.find_last_not_of(kWhiteSpace) + 1);
-    text.erase(0, text.find_first_not_of(kWhiteSpace));
+    text.resize(text.size() - CountTrailingSpace(text));
+    if (const std::size_t leading = CountLeadingSpace(text)) text.erase(0, leading);
   }
   return texts;
 }
