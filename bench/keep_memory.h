@@ -19,4 +19,15 @@ inline void KeepMemory()
 #endif
 }
 
+/// @return the bytes that the program has allocated, 0 where the allocator does not tell
+inline double BytesInUse()
+{
+#if defined(__GLIBC__) && __GLIBC_PREREQ(2, 33)
+  const struct mallinfo2 info = mallinfo2();
+  return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
+#else
+  return 0.0;
+#endif
+}
+
 }  // namespace quilon_bench

@@ -60,6 +60,8 @@ public:
       const std::size_t  slash = name.rfind('/');
       if (times_.count(name.substr(0, slash)) == 0) cases_.push_back(name.substr(0, slash));
       times_[name.substr(0, slash)][name.substr(slash + 1)].push_back(1e9 / items->second.value);
+      const auto bytes = run.counters.find("bytes");
+      if (bytes != run.counters.end()) bytes_[name] = bytes->second.value;
     }
     ConsoleReporter::ReportRuns(runs);
   }
@@ -108,7 +110,10 @@ private:
         const std::vector<double>& times = found->second;
         out << R"({"family": ")" << family_ << R"(", "case": ")" << name << R"(", "contestant": ")" << contestant
             << R"(", "unit": "ns", "min": )" << times.front() << R"(, "median": )" << times[times.size() / 2]
-            << R"(, "rounds": )" << times.size() << "}\n";
+            << R"(, "rounds": )" << times.size();
+        const auto bytes = bytes_.find(name + '/' + contestant);
+        if (bytes != bytes_.end()) out << R"(, "bytes": )" << bytes->second;
+        out << "}\n";
       }
     }
     if (!out.flush()) std::fprintf(stderr, "%s: cannot be written\n", rowsFile_.c_str());
@@ -119,6 +124,7 @@ private:
   std::string                                                       rowsFile_;
   std::vector<std::string>                                          cases_;  // in the order of the runs
   std::map<std::string, std::map<std::string, std::vector<double>>> times_;  // ns per item by case and contestant
+  std::map<std::string, double> bytes_;  // per item by case with contestant, of those that tell
 };
 
 }  // namespace quilon_bench
