@@ -6,7 +6,12 @@
 //   order, turn  ten blocks that hold the step together, in a quarter of the memory that they take, until Commit()
 //              returns: filled one after the other, and record by record in turn
 //   append     Commit() of one record more, with a history of 1, 10 and 100 times as many records stored
-// Flags: --tensors N  of the step (default 20000; 1000000 says more)
+//   commits    100 commits of one record each, beside as many of SQLite with its rollback journal and with its log of
+//              writes ahead, both flushed at every commit; without SQLite they are left out, and a line says so
+//   blocks     many blocks of 100 tensors in one commit, a block
+//   list       a database of them opened and listed, a block
+// Flags: --blocks N   of the cases blocks and list (default 1000)
+//        --tensors N  of the step (default 20000; 1000000 says more)
 //        --records N  of the shortest history (default 100)
 //        --repeats N  passes of each case (default 3)
 //        --folder PATH  where the files are written (default: the temporary folder); they are deleted at the end
@@ -27,6 +32,10 @@
 #include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/FED_FileLayer.h>
 #include <bundled/FED_ResultDatabase.h>
+
+#if defined(QUILON_BENCH_SQLITE)
+#  include <sqlite3.h>
+#endif
 
 #include "file_bench_options.h"
 
@@ -140,6 +149,108 @@ double Append(const fs::path& folder, std::size_t records)
   return (Now() - start) / kCommits;
 }
 
+constexpr int kCommits = 100;
+
+// Commits of one record each, behind one that makes everything.
+double CommitRecords(const fs::path& folder)
+{
+  fs::remove_all(folder);
+  FED_ResultDatabase database(folder, FED_ResultDatabase::Create);
+  FED_DataBlock&     block = database.GetOrCreateDataBlock(FED_DataDescriptor(0, kScalar), 0);
+  block.SetScalarAt(0, 0.5);
+  database.Commit();
+  const double start = Now();
+  for (std::size_t i = 1; i <= kCommits; ++i) {
+    block.SetScalarAt(i, 0.5);
+    database.Commit();
+  }
+  return Now() - start;
+}
+
+#if defined(QUILON_BENCH_SQLITE)
+double CommitRows(const fs::path& folder, const char* journal)
+{
+  fs::remove_all(folder);
+  fs::create_directory(folder);
+  sqlite3*   database = nullptr;
+  const auto run      = [&](const std::string& statement) {
+    if (sqlite3_exec(database, statement.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK) return;
+    std::fprintf(stderr, "database_disk_bench: SQLite: %s\n", sqlite3_errmsg(database));
+    std::exit(1);
+  };
+  if (sqlite3_open((folder / "rows.db").c_str(), &database) != SQLITE_OK) std::exit(1);
+  run(std::string("PRAGMA journal_mode=") + journal);
+  run("PRAGMA synchronous=FULL");
+  run("CREATE TABLE records (block INTEGER, position INTEGER, value REAL, PRIMARY KEY (block, position))");
+  sqlite3_stmt* insert = nullptr;
+  sqlite3_prepare_v2(database, "INSERT INTO records VALUES (1, ?, 0.5)", -1, &insert, nullptr);
+  const double start = Now();
+  for (int i = 1; i <= kCommits; ++i) {
+    sqlite3_bind_int(insert, 1, i);
+    if (sqlite3_step(insert) != SQLITE_DONE) std::exit(1);
+    sqlite3_reset(insert);
+  }
+  const double seconds = Now() - start;
+  sqlite3_finalize(insert);
+  sqlite3_close(database);
+  return seconds;
+}
+#endif
+
+void PrintCommits(const fs::path& folder, int repeats)
+{
+  const Times ours = Measure(repeats, [&] { return CommitRecords(folder); });
+  std::printf("commits    best %7.3f ms, median %7.3f ms a commit\n", 1e3 * ours.best / kCommits,
+              1e3 * ours.median / kCommits);
+#if defined(QUILON_BENCH_SQLITE)
+  for (const char* journal : {"DELETE", "WAL"}) {
+    const Times peer = Measure(repeats, [&] { return CommitRows(folder, journal); });
+    std::printf("SQLite %-6s best %7.3f ms, median %7.3f ms a commit, %5.2f of ours\n", journal,
+                1e3 * peer.best / kCommits, 1e3 * peer.median / kCommits, peer.median / ours.median);
+  }
+#else
+  std::puts("SQLite was not there when this was built: no peer for commits");
+#endif
+}
+
+FED_DataDescriptor MakeSubstep(std::size_t substep)
+{
+  FED_DataDescriptor descriptor(0, kTensor);
+  descriptor.SetInteger(FED_DataDescriptor::Substep, static_cast<int>(substep));
+  return descriptor;
+}
+
+double CommitBlocks(const fs::path& folder, std::size_t blocks)
+{
+  fs::remove_all(folder);
+  FED_ResultDatabase database(folder, FED_ResultDatabase::Create);
+  for (std::size_t i = 0; i < blocks; ++i) FillTensors(database.GetOrCreateDataBlock(MakeSubstep(i), 100), 100);
+  const double start = Now();
+  database.Commit();
+  return Now() - start;
+}
+
+double OpenAndList(const fs::path& folder)
+{
+  const double             start = Now();
+  const FED_ResultDatabase database(folder, FED_ResultDatabase::ReadOnly);
+  const std::size_t        count   = database.GetDataDescriptors(FED_DataDescriptorPattern()).size();
+  const double             seconds = Now() - start;
+  if (count == 0) std::puts("");
+  return seconds;
+}
+
+void PrintBlocks(const fs::path& folder, std::size_t blocks, int repeats)
+{
+  const auto print = [&](const char* name, const Times& times) {
+    std::printf("%-10s best %7.3f us, median %7.3f us a block of %zu\n", name,
+                1e6 * times.best / static_cast<double>(blocks), 1e6 * times.median / static_cast<double>(blocks),
+                blocks);
+  };
+  print("blocks", Measure(repeats, [&] { return CommitBlocks(folder, blocks); }));
+  print("list", Measure(repeats, [&] { return OpenAndList(folder); }));
+}
+
 double FillBlocks(const fs::path& folder, std::size_t tensors, bool inTurn)
 {
   constexpr std::size_t kBlocks = 10;
@@ -184,9 +295,11 @@ int main(int argc, char** argv)
 {
   std::uint64_t tensors = 20000;
   std::uint64_t records = 100;
+  std::uint64_t blocks  = 1000;
   const auto    options = quilon_bench::ReadFileBenchOptions(
          argc, argv,
-         {{"--tensors", &tensors, "records of the step that is written and walked"},
+         {{"--blocks", &blocks, "small blocks that are written, opened and listed"},
+          {"--tensors", &tensors, "records of the step that is written and walked"},
           {"--records", &records, "records stored before single ones are appended; then 10 and 100 times as many"}});
   const fs::path    plain    = quilon_bench::ScratchPath(options.folder, ".raw");
   const fs::path    database = quilon_bench::ScratchPath(options.folder, ".fed");
@@ -211,6 +324,8 @@ int main(int argc, char** argv)
     std::printf("append     to %9zu records: best %7.3f ms, median %7.3f ms a commit\n", stored, 1e3 * append.best,
                 1e3 * append.median);
   }
+  PrintCommits(database, options.repeats);
+  PrintBlocks(database, blocks, options.repeats);
   fs::remove(plain);
   fs::remove_all(database);
   return 0;

@@ -21,8 +21,10 @@ INDEX_NAMES = ["iteration", "onf", "index-2", "load-case", "substep", "analysis"
                "layer", "index-10", "index-11", "index-12", "index-13"]
 FIELDS = {"I": "i", "i": "i", "F": "f", "D": "d", "d": "d", "V": "ddd", "T": "dddddd",
           "S": "s*", "Lb": "i*", "lb": "i*", "Db": "d*"}
-FORMAT_VERSION = 1
-HEADER_BYTES = 80
+FORMAT_VERSIONS = (1, 2)
+USER_BLOCK = 512
+HEADER_BYTES = {1: 80, 2: 144}
+COMMIT = 1
 
 
 def checksum(data):
@@ -82,19 +84,18 @@ class Segment:
         self.path = os.path.join(folder, f"segment-{number:06d}.h5")
         if os.path.getsize(self.path) != self.bytes:
             self.fail("has not the size that the manifest says")
-        with open(self.path, "rb") as file:
-            header = file.read(HEADER_BYTES)
-        magic, version, zero, *said, header_checksum = struct.unpack("<8sII7QQ", header)
-        if (magic, version, zero) != (b"QUILSEG\n", FORMAT_VERSION, 0) or tuple(said) != tuple(entry):
-            self.fail("has another header than the manifest says")
-        if checksum(header[:72]) != header_checksum:
-            self.fail("the checksum of its header is wrong")
+        header = read_header(self.path)
+        if header is None or header["entry"] != tuple(entry):
+            self.fail("its header is damaged, or another than the manifest says")
+        self.version = header["version"]
         self.file = h5py.File(self.path, "r")
         self.sets = []
         self.file.visititems(self.note)
         self.sets.sort(key=lambda data_set: data_set[0])
         self.offsets = [data_set[0] for data_set in self.sets]
         self.read_index(self.read((index_offset, index_bytes, index_checksum)))
+        if self.version >= 2:
+            self.check_parts(header, (index_offset, index_bytes, index_checksum))
 
     def fail(self, message):
         sys.exit(f"{self.path}: {message}")
@@ -120,9 +121,32 @@ class Segment:
             self.fail(f"the checksum of {size} bytes from {offset} in /{name} is wrong")
         return found
 
+    def check_parts(self, header, index):
+        """The copies, HDF5's structure, and what lies between all parts."""
+        with open(self.path, "rb") as file:
+            data = file.read()
+        places = [(0, USER_BLOCK), index[:2], (header["copy"], index[1]), header["structure"][:2],
+                  (self.bytes - HEADER_BYTES[2], HEADER_BYTES[2])]
+        places += [place[:2] for _, _, place in self.pieces] + [extent["keys"][:2] for extent in self.extents]
+        places += [column["place"][:2] for column in self.columns]
+        end = 0
+        for offset, size in sorted(place for place in places if place[1] > 0):
+            if offset < end:
+                self.fail(f"places overlap at byte {offset}")
+            if any(data[end:offset]):
+                self.fail(f"bytes {end} to {offset - 1} lie between its parts and are not zero")
+            end = offset + size
+        if data[header["copy"]:][:index[1]] != data[index[0]:][:index[1]]:
+            self.fail("the copies of its index differ")
+        if data[-HEADER_BYTES[2]:] != data[:HEADER_BYTES[2]] or end != len(data):
+            self.fail("the copies of its header differ")
+        offset, size, expected = header["structure"]
+        if checksum(data[offset:offset + size]) != expected:
+            self.fail("the checksum of its HDF5 structure is wrong")
+
     def read_index(self, data):
         index = Bytes(data, self.path)
-        if index.take("8sI") != (b"QUILIDX\n", FORMAT_VERSION):
+        if index.take("8sI") != (b"QUILIDX\n", self.version):
             self.fail("its index is none of this version")
         self.blocks = index.many(lambda: {"uid": index.take("Q"), "values": index.take("14i"), "mask": index.take("I"),
                                           "shift": index.take("I"), "format": index.text().decode()})
@@ -137,18 +161,77 @@ class Segment:
             self.fail("its index has bytes behind its end")
 
 
+def read_header(path):
+    """What the first bytes of a segment say; nothing when they are not whole."""
+    with open(path, "rb") as file:
+        data = file.read(USER_BLOCK)
+    if len(data) < USER_BLOCK or data[:8] != b"QUILSEG\n":
+        return None
+    version, flags = struct.unpack_from("<II", data, 8)
+    if version not in FORMAT_VERSIONS:
+        sys.exit(f"{path}: of format version {version}")
+    used = HEADER_BYTES[version]
+    if checksum(data[:used - 8]) != struct.unpack_from("<Q", data, used - 8)[0] or any(data[used:]):
+        return None
+    header = {"version": version, "entry": struct.unpack_from("<7Q", data, 16), "commit": None}
+    if version >= 2:
+        copy, *structure = struct.unpack_from("<4Q", data, 72)
+        header.update(copy=copy, structure=tuple(structure))
+        if flags & COMMIT:
+            header["commit"] = struct.unpack_from("<3Q", data, 104)
+    return header
+
+
+def commit_line(link, generation, next_block, entry):
+    """The line of a commit in the manifest, and its link."""
+    number, _, _, size, index_offset, index_bytes, index_checksum = entry
+    line = b"commit %d %d %d %d %d %d %016x " % (generation, next_block, number, size, index_offset, index_bytes,
+                                               index_checksum)
+    link = checksum(b"%016x" % link + line)
+    return line + b"%016x\n" % link, link
+
+
 def read_manifest(folder):
     path = os.path.join(folder, "manifest")
     with open(path, "rb") as file:
         text = file.read()
-    lines = text.decode().split("\n")
-    if lines[0] != f"quilon-database {FORMAT_VERSION}":
-        sys.exit(f"{path}: not of format version {FORMAT_VERSION}: {lines[0]}")
-    body, _, last = text.rpartition(b"checksum ")
-    if last != b"%016x\n" % checksum(body):
+    version = re.match(rb"quilon-database (\d+)\n", text)
+    if not version or int(version[1]) not in FORMAT_VERSIONS:
+        sys.exit(f"{path}: of none of the format versions {FORMAT_VERSIONS}")
+    body, label, rest = text.partition(b"\nchecksum ")
+    link = checksum(body + b"\n")
+    if rest[:17] != b"%016x\n" % link:
         sys.exit(f"{path}: its checksum is wrong")
-    words = [line.split(" ") for line in lines if line.startswith("segment ")]
-    return [tuple(int(word) for word in line[1:7]) + (int(line[7], 16),) for line in words]
+    words = [line.split(" ") for line in body.decode().split("\n")]
+    said = {line[0]: int(line[1]) for line in words}
+    entries = [tuple(int(word) for word in line[1:7]) + (int(line[7], 16),) for line in words if line[0] == "segment"]
+    generation, number, rest = said["generation"], said["next-segment"], rest[17:]
+    if int(version[1]) == 1:
+        return entries
+    while True:
+        generation += 1
+        line, _, rest = rest.partition(b"\n")
+        numbers = line.split(b" ")
+        if len(numbers) == 9:  # a commit that was appended
+            next_block = int(numbers[2])
+            entry = (number, number, number) + tuple(int(word) for word in numbers[4:7]) + (int(numbers[7], 16),)
+            same, next_link = commit_line(link, generation, next_block, entry)
+            if same != line + b"\n":
+                sys.exit(f"{path}: the commit {line.decode()} does not follow those before")
+        else:  # perhaps one of which only the segment tells
+            rest = b""
+            segment = os.path.join(folder, f"segment-{number:06d}.h5")
+            header = read_header(segment) if os.path.exists(segment) else None
+            if header is None or header["commit"] is None:
+                return entries
+            said_generation, next_block, previous = header["commit"]
+            entry = header["entry"]
+            if (said_generation, previous, entry[0]) != (generation, link, number):
+                return entries
+            _, next_link = commit_line(link, generation, next_block, entry)
+        link = next_link
+        number += 1
+        entries.append(entry)
 
 
 def plain_double(data):

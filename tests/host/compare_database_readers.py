@@ -56,11 +56,17 @@ for iteration in ("0", "1", "0"):
 run(quilon, "to-onf", path("job.fed"), path("job.onf"))
 expect_equal("results of a job", read_database(path("job.fed")), read_text(path("job.onf")))
 
-# A database of format version 1 as it was written when the version was made, and what was in it.
-golden = os.path.join(fixtures, "databases", "version-1.fed")
-with gzip.open(os.path.join(fixtures, "databases", "version-1.txt.gz"), "rt", encoding="utf-8") as file:
-    listing = blocks(file.read())
-expect_equal("version 1, read here", read_database(golden), listing)
-run(quilon, "to-onf", golden, path("golden.onf"))
-expect_equal("version 1, read by the program", read_text(path("golden.onf")),
-             [part for part in listing if part.count("\n") > 5 or part.startswith("name ")])
+# Databases of each format version as they were written when the version was made, and what was in them.
+for version in ("version-1", "version-2"):
+    golden = os.path.join(fixtures, "databases", version + ".fed")
+    with gzip.open(os.path.join(fixtures, "databases", version + ".txt.gz"), "rt", encoding="utf-8") as file:
+        listing = blocks(file.read())
+    expect_equal(version + ", read here", read_database(golden), listing)
+    run(quilon, "check", golden)
+    run(quilon, "to-onf", golden, path(version + ".onf"))
+    expect_equal(version + ", read by the program", read_text(path(version + ".onf")),
+                 [part for part in listing if part.count("\n") > 5 or part.startswith("name ")])
+    # Written to, and written anew.
+    shutil.copytree(golden, path(version + ".fed"))
+    run(quilon, "compact", path(version + ".fed"))
+    expect_equal(version + ", compacted", read_database(path(version + ".fed")), listing)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <utility>
 
 namespace quilon_test {
 
@@ -17,8 +18,13 @@ void FaultyFiles::Arm(Fault fault, std::size_t position)
 void FaultyFiles::Bury()
 {
   if (!LosesPower()) return;
-  for (const fs::path& path : unflushed_)
-    if (fs::exists(path)) std::ofstream(path, std::ios::binary) << std::string(fs::file_size(path) / 2, '\xa5');
+  for (const auto& [path, flushed] : unflushed_) {
+    if (!fs::exists(path)) continue;
+    // What was appended since is garbage to its half, and missing behind.
+    const auto lost = static_cast<std::size_t>(fs::file_size(path) - flushed);
+    fs::resize_file(path, flushed);
+    std::ofstream(path, std::ios::binary | std::ios::app) << std::string(lost / 2, '\xa5');
+  }
   for (; !entries_.empty(); entries_.pop_back()) {
     const EntryChange& entry = entries_.back();
     if (IsKept(entry)) continue;
@@ -30,14 +36,15 @@ void FaultyFiles::Bury()
 std::error_code FaultyFiles::Open(const fs::path& path, Mode mode, Handle& handle)
 {
   handle            = kNoHandle;
+  const bool isNew  = mode == Create || mode == CreatePrivate;
   const auto really = [&] {
-    if (mode != Read) NoteEntry(path, EntryChange::Creation);
+    if (isNew) NoteEntry(path, EntryChange::Creation);
     const std::error_code error = FED_FileLayer::Open(path, mode, handle);
     if (!error) paths_[handle] = path;
-    if (!error && mode != Read) unflushed_.insert(path);
+    if (!error && isNew) unflushed_[path] = 0;
     return error;
   };
-  if (mode == Read) return Look(really);
+  if (!isNew) return Look(really);
   return Do(really, [&] {
     static_cast<void>(really());
     Close(handle);
@@ -66,7 +73,7 @@ std::error_code FaultyFiles::ReadAt(Handle handle, std::uint64_t offset, void* b
 std::error_code FaultyFiles::WriteAt(Handle handle, std::uint64_t offset, const void* bytes, std::size_t count)
 {
   const auto write = [&](std::size_t size) {
-    unflushed_.insert(paths_.at(handle));
+    NoteWrite(paths_.at(handle));
     return FED_FileLayer::WriteAt(handle, offset, bytes, size);
   };
   return Do([&] { return write(count); }, [&] { static_cast<void>(write(count / 2)); });
@@ -110,7 +117,11 @@ std::error_code FaultyFiles::Rename(const fs::path& from, const fs::path& to)
   return Change([&] {
     NoteEntry(to, EntryChange::Renaming);
     NoteEntry(from, EntryChange::Renaming);
-    if (unflushed_.erase(from) != 0) unflushed_.insert(to);
+    unflushed_.erase(to);
+    if (auto bytes = unflushed_.extract(from)) {
+      bytes.key() = to;
+      unflushed_.insert(std::move(bytes));
+    }
     return FED_FileLayer::Rename(from, to);
   });
 }
@@ -189,6 +200,8 @@ bool FaultyFiles::IsKept(const EntryChange& entry) const noexcept
   return (entry.kind == EntryChange::Renaming && fault_ == Fault::PowerLossButRenames) ||
          (entry.kind == EntryChange::Removal && fault_ == Fault::PowerLossButRemovals);
 }
+
+void FaultyFiles::NoteWrite(const fs::path& path) { unflushed_.emplace(path, fs::file_size(path)); }
 
 void FaultyFiles::NoteEntry(const fs::path& path, EntryChange::Kind kind)
 {

@@ -4,10 +4,10 @@
 /// A disk that fails on demand.
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <set>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -25,7 +25,8 @@ enum class Fault
   ShortWrite,           ///< half of a write happens, or all of another change, and then an error is told all the same
   Death,                ///< the process dies before the call
   DeathBehind,          ///< the process dies with half of a write done, or behind any other change
-  PowerLoss,            ///< as DeathBehind, and what was not flushed is lost: bytes of files and entries of folders
+  PowerLoss,            ///< as DeathBehind, and what was not flushed is lost: bytes of files behind those that they had
+                        ///< when they were last flushed, and entries of folders
   PowerLossButRenames,  ///< as PowerLoss, but names that were changed are changed: disks need not keep an order
   PowerLossButRemovals  ///< as PowerLoss, but what was removed is gone
 };
@@ -88,17 +89,19 @@ private:
   std::error_code Look(const Call& call);
   bool            LosesPower() const noexcept;
   bool            IsKept(const EntryChange& entry) const noexcept;
+  void            NoteWrite(const std::filesystem::path& path);
   void            NoteEntry(const std::filesystem::path& path, EntryChange::Kind kind);
 
-  Fault                                   fault_    = Fault::InputOutputError;
-  std::size_t                             position_ = 0;
-  std::size_t                             calls_    = 0;
-  bool                                    isDead_   = false;
-  std::map<Handle, std::filesystem::path> paths_;      // of open files
-  std::set<std::filesystem::path>         unflushed_;  // files with bytes that are not on the disk
-  std::vector<EntryChange>                entries_;    // in their order
-  TempFolder                              copies_;
-  std::size_t                             numCopies_ = 0;
+  Fault                                           fault_    = Fault::InputOutputError;
+  std::size_t                                     position_ = 0;
+  std::size_t                                     calls_    = 0;
+  bool                                            isDead_   = false;
+  std::map<Handle, std::filesystem::path>         paths_;      // of open files
+  std::map<std::filesystem::path, std::uintmax_t> unflushed_;  // files with bytes that are not on the disk, and how
+                                                               // many bytes they had when they were last flushed
+  std::vector<EntryChange> entries_;                           // in their order
+  TempFolder               copies_;
+  std::size_t              numCopies_ = 0;
 };
 
 }  // namespace quilon_test

@@ -7,6 +7,7 @@
 #include <memory>
 #include <numeric>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -18,6 +19,7 @@
 #include "bundled/FED_FileLayer.h"
 #include "KeyTable.h"
 #include "Manifest.h"
+#include "SegmentCheck.h"
 #include "SegmentMerge.h"
 #include "SegmentStore.h"
 #include "StoredState.h"
@@ -43,13 +45,6 @@ bool Attempt(Texts& failures, const Call& call)
   }
 }
 
-SegmentEntry ReadHeader(const StoreFile& file)
-{
-  std::array<std::uint8_t, kSegmentHeaderBytes> bytes{};
-  file.ReadAt(0, bytes.data(), bytes.size());
-  return DecodeHeader(bytes, file.GetPath());
-}
-
 // A database's folder as far as it can be read.
 class InspectedFolder
 {
@@ -67,44 +62,43 @@ public:
     for (;;) {
       std::string text;
       Texts       found;
-      segments_.clear();
+      Clear();
       if (!Attempt(found, [&] {
             text      = ReadManifestText(files_, folder_);
-            manifest_ = DecodeManifest(text, GetManifestPath(folder_));
+            state_    = FindState(files_, folder_, text);
+            cutBytes_ = text.size() - std::min(text.size(), DecodeManifest(text, folder_).wholeBytes);
           }))
       {
         findings.insert(findings.end(), found.begin(), found.end());
         return false;
       }
-      for (const SegmentEntry& entry : manifest_.segments) Attempt(found, [&] { OpenListed(entry, found); });
+      for (const SegmentEntry& entry : state_.manifest.segments)
+        if (!Attempt(found, [&] { Open(GetSegmentName(entry.number), &entry, found); })) isIncomplete_ = true;
       if (!found.empty() && ReadManifestText(files_, folder_) != text) continue;
       findings.insert(findings.end(), found.begin(), found.end());
       return true;
     }
   }
 
-  // Opens all segments that are whole by their headers, and leaves out those that were merged into others.
+  // Opens all segments that can be made out, and leaves out those that were merged into others.
   void OpenAll(Texts& findings)
   {
-    for (const std::string& name : names_) {
-      if (!IsSegmentName(name)) continue;
-      Attempt(findings, [&] {
-        StoreFile          file(files_, folder_ / name, FED_FileLayer::Read);
-        const SegmentEntry entry = ReadHeader(file);
-        segments_.push_back(std::make_unique<Segment>(std::move(file), entry));
-      });
-    }
+    Clear();
+    isIncomplete_ = true;
+    for (const std::string& name : names_)
+      if (IsSegmentName(name)) Attempt(findings, [&] { Open(name, nullptr, findings); });
     const auto isPartOf = [](const SegmentEntry& part, const SegmentEntry& whole) {
       return part.number < whole.number && whole.first <= part.first && part.last <= whole.last;
     };
     std::vector<SegmentEntry> entries;
-    for (const auto& segment : segments_) entries.push_back(segment->GetEntry());
-    std::erase_if(segments_, [&](const auto& segment) {
+    for (const FoundSegment& found : segments_) entries.push_back(found.segment->GetEntry());
+    std::erase_if(segments_, [&](const FoundSegment& found) {
       return std::any_of(entries.begin(), entries.end(),
-                         [&](const SegmentEntry& other) { return isPartOf(segment->GetEntry(), other); });
+                         [&](const SegmentEntry& other) { return isPartOf(found.segment->GetEntry(), other); });
     });
-    std::sort(segments_.begin(), segments_.end(),
-              [](const auto& a, const auto& b) { return a->GetEntry().first < b->GetEntry().first; });
+    std::sort(segments_.begin(), segments_.end(), [](const FoundSegment& a, const FoundSegment& b) {
+      return a.segment->GetEntry().first < b.segment->GetEntry().first;
+    });
   }
 
   // Puts together what the open segments hold.
@@ -113,8 +107,8 @@ public:
     StoredState state([&](const Segment& segment, const std::string& text) {
       findings.push_back(segment.GetPath().string() + ": its index contradicts others: " + text);
     });
-    for (const auto& segment : segments_) state.ExpectDeleted(*segment);
-    for (const auto& segment : segments_) state.Add(*segment);
+    for (const FoundSegment& found : segments_) state.ExpectDeleted(*found.segment);
+    for (const FoundSegment& found : segments_) state.Add(*found.segment);
     state.RequireAllRows();
     return state;
   }
@@ -123,32 +117,46 @@ public:
   {
     Texts leftovers;
     for (const std::string& name : names_) {
-      const auto isOurs = [&](const SegmentEntry& entry) { return GetSegmentName(entry.number) == name; };
-      if (name == "manifest.new" ||
-          (IsSegmentName(name) && std::none_of(manifest_.segments.begin(), manifest_.segments.end(), isOurs)))
+      const auto& segments = state_.manifest.segments;
+      const auto  isOurs   = [&](const SegmentEntry& entry) { return GetSegmentName(entry.number) == name; };
+      if (name == "manifest.new" || (IsSegmentName(name) && std::none_of(segments.begin(), segments.end(), isOurs)))
         leftovers.push_back(name);
     }
+    if (cutBytes_ > 0) leftovers.push_back("the last " + std::to_string(cutBytes_) + " bytes of manifest");
     return leftovers;
   }
 
-  const Manifest&                              GetManifest() const noexcept { return manifest_; }
-  const std::vector<std::unique_ptr<Segment>>& GetSegments() const noexcept { return segments_; }
+  const Manifest&                  GetManifest() const noexcept { return state_.manifest; }
+  const std::vector<FoundSegment>& GetSegments() const noexcept { return segments_; }
+  // A segment is missing, or nobody knows whether one is.
+  bool IsIncomplete() const noexcept { return isIncomplete_; }
 
 private:
-  void OpenListed(const SegmentEntry& entry, Texts& findings)
+  void Clear()
   {
-    StoreFile file(files_, folder_ / GetSegmentName(entry.number), FED_FileLayer::Read);
-    Attempt(findings, [&] {
-      if (!(ReadHeader(file) == entry)) ThrowFileFailure(file.GetPath(), "its header and the manifest differ");
-    });
-    segments_.push_back(std::make_unique<Segment>(std::move(file), entry));
+    segments_.clear();
+    isIncomplete_ = false;
+    cutBytes_     = 0;
   }
 
-  std::filesystem::path                 folder_;
-  FED_FileLayer&                        files_;
-  Texts                                 names_;
-  Manifest                              manifest_;
-  std::vector<std::unique_ptr<Segment>> segments_;
+  // @param entry null when no manifest tells
+  void Open(const std::string& name, const SegmentEntry* entry, Texts& findings)
+  {
+    FoundSegment found = FindSegment(StoreFile(files_, folder_ / name, FED_FileLayer::Read), entry);
+    findings.insert(findings.end(), found.findings.begin(), found.findings.end());
+    if (found.segment != nullptr)
+      segments_.push_back(std::move(found));
+    else
+      isIncomplete_ = true;
+  }
+
+  std::filesystem::path     folder_;
+  FED_FileLayer&            files_;
+  Texts                     names_;
+  ManifestState             state_;
+  std::vector<FoundSegment> segments_;          // all with a segment
+  std::size_t               cutBytes_     = 0;  // of the manifest, that are no whole commit
+  bool                      isIncomplete_ = false;
 };
 
 // The bytes of one extent, all checked.
@@ -318,6 +326,22 @@ void CheckIds(const StoredState& state, FED_DatabaseReport& report)
   }
 }
 
+// Checks the bytes of segments that belong to no value.
+void CheckParts(const std::vector<FoundSegment>& segments, const StoredState& state, FED_DatabaseReport& report)
+{
+  std::set<std::pair<const Segment*, std::size_t>> alive;  // extents
+  for (const auto& [uid, block] : state.GetBlocks())
+    for (const auto& [chunk, extents] : block.chunks)
+      for (const ExtentRef& extent : extents) alive.emplace(extent.segment, extent.position);
+  for (const FoundSegment& found : segments)
+    Attempt(report.findings, [&] {
+      if (!found.header) return;
+      const auto  isChecked = [&](std::size_t extent) { return alive.count({found.segment.get(), extent}) > 0; };
+      const Texts damage    = FindDamage(*found.segment, *found.header, isChecked);
+      report.findings.insert(report.findings.end(), damage.begin(), damage.end());
+    });
+}
+
 void CheckDescriptors(const StoredState& state, FED_DatabaseReport& report)
 {
   std::map<FED_DataDescriptor, BlockUid> known;
@@ -330,8 +354,9 @@ void CheckDescriptors(const StoredState& state, FED_DatabaseReport& report)
 class Salvage
 {
 public:
-  Salvage(const StoredState& state, FED_Database& target, FED_SalvageReport& report)
-      : state_(state), target_(target), report_(report), isIncomplete_(!report.losses.empty())
+  // @param isIncomplete segments are lost
+  Salvage(const StoredState& state, FED_Database& target, FED_SalvageReport& report, bool isIncomplete)
+      : state_(state), target_(target), report_(report), isIncomplete_(isIncomplete)
   {}
 
   void Run()
@@ -485,7 +510,7 @@ private:
   const StoredState&                        state_;
   FED_Database&                             target_;
   FED_SalvageReport&                        report_;
-  bool                                      isIncomplete_;  // segments were lost
+  bool                                      isIncomplete_;
   std::array<IdMap, StoredState::kNumKinds> maps_;
 };
 
@@ -502,10 +527,11 @@ FED_DatabaseReport FED_InspectDatabase(const std::filesystem::path& folder, FED_
   report.segments         = inspected.GetManifest().segments.size();
   const StoredState state = inspected.MakeState(report.findings);
   for (const SegmentEntry& entry : inspected.GetManifest().segments) report.fileBytes += entry.fileBytes;
-  for (const auto& segment : inspected.GetSegments()) report.deadBytes += segment->GetDeadBytes();
+  for (const FoundSegment& found : inspected.GetSegments()) report.deadBytes += found.segment->GetDeadBytes();
   CheckDescriptors(state, report);
-  for (const auto& segment : inspected.GetSegments())
-    Attempt(report.findings, [&] { RequireBlocksBelow(*segment, inspected.GetManifest().nextBlock); });
+  for (const FoundSegment& found : inspected.GetSegments())
+    Attempt(report.findings, [&] { RequireBlocksBelow(*found.segment, inspected.GetManifest().nextBlock); });
+  CheckParts(inspected.GetSegments(), state, report);
   for (const StoredState::Block* block : SortBlocks(state)) CheckBlock(*block, report);
   CheckIds(state, report);
   return report;
@@ -518,7 +544,8 @@ FED_SalvageReport FED_SalvageDatabase(const std::filesystem::path& folder, FED_D
   InspectedFolder   inspected(folder, files != nullptr ? *files : ownFiles);
   report.hasManifest = inspected.OpenListed(report.losses);
   if (!report.hasManifest) inspected.OpenAll(report.losses);
-  const StoredState state = inspected.MakeState(report.losses);
-  Salvage(state, target, report).Run();
+  const std::size_t damages = report.losses.size();
+  const StoredState state   = inspected.MakeState(report.losses);
+  Salvage(state, target, report, inspected.IsIncomplete() || report.losses.size() > damages).Run();
   return report;
 }

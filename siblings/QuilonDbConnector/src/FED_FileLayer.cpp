@@ -133,7 +133,7 @@ int FED_FileLayer::OpenDescriptor(const std::filesystem::path& path, int flags, 
 std::error_code FED_FileLayer::Open(const std::filesystem::path& path, Mode mode, Handle& handle)
 {
   handle = kNoHandle;
-  if (mode != Read) {
+  if (mode == Create || mode == CreatePrivate) {
     const unsigned permissions = mode == Create ? kFilePermissions : kPrivatePermissions;
     const auto     create      = [&] { return OpenDescriptor(path, O_RDWR | O_CREAT | O_EXCL, permissions); };
     handle                     = create();
@@ -144,9 +144,10 @@ std::error_code FED_FileLayer::Open(const std::filesystem::path& path, Mode mode
     return handle < 0 ? LastError() : std::error_code();
   }
   // A pipe that nobody writes to would keep us waiting.
-  const int  noWait     = OpenDescriptor(path, O_RDONLY | O_NONBLOCK | O_NOCTTY, 0);
+  const int  access     = mode == Change ? O_RDWR : O_RDONLY;
+  const int  noWait     = OpenDescriptor(path, access | O_NONBLOCK | O_NOCTTY, 0);
   const bool isLeased   = noWait < 0 && errno == EWOULDBLOCK;  // to a program that serves files, until it gives it back
-  const int  descriptor = isLeased ? OpenDescriptor(path, O_RDONLY | O_NOCTTY, 0) : noWait;
+  const int  descriptor = isLeased ? OpenDescriptor(path, access | O_NOCTTY, 0) : noWait;
   OpenHandle opened(descriptor);
   if (opened.Get() < 0) return errno == ENXIO ? NotAFile() : LastError();
   struct stat found

@@ -303,7 +303,8 @@ void FED_ResultDatabase::WriteRows()
 }
 
 // Gives the store all that it does not have.
-void FED_ResultDatabase::WriteChanges()
+// @param isCommit the store publishes it at once
+void FED_ResultDatabase::WriteChanges(bool isCommit)
 {
   const std::vector<DirtyRows> dirty = CollectDirty(disk_->cache);
   SegmentContents              contents;
@@ -320,7 +321,7 @@ void FED_ResultDatabase::WriteChanges()
   }
   contents.hasNames = disk_->namesChanged;
   if (contents.hasNames) contents.names.assign(userKindNames_.begin(), userKindNames_.end());
-  disk_->store.Write(contents);
+  disk_->store.Write(contents, isCommit);
   // Nothing throws from here on.
   disk_->cache.MarkClean();
   disk_->undeclared.clear();
@@ -332,6 +333,6 @@ void FED_ResultDatabase::WriteChanges()
 void FED_ResultDatabase::Publish(bool compacts)
 {
   if (disk_ == nullptr) return;
-  WriteChanges();
+  WriteChanges(!compacts);
   disk_->store.Publish(compacts);
 }

@@ -2,14 +2,17 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <string_view>
+#include <utility>
 
-#include "Checksum.h"
 #include "bundled/StoreFile.h"
+#include "Checksum.h"
 
 namespace {
 
 constexpr std::string_view kFirstWord     = "quilon-database";
+constexpr std::string_view kCommitWord    = "commit ";
 constexpr std::string_view kSegmentPrefix = "segment-";
 constexpr std::string_view kSegmentSuffix = ".h5";
 constexpr std::size_t      kSegmentDigits = 6;
@@ -20,8 +23,9 @@ class ManifestText
 public:
   ManifestText(std::string_view text, const std::filesystem::path& path) : text_(text), path_(path) {}
 
-  bool IsAtEnd() const noexcept { return position_ == text_.size(); }
-  bool StartsWith(std::string_view word) const noexcept { return text_.substr(position_, word.size()) == word; }
+  bool        IsAtEnd() const noexcept { return position_ == text_.size(); }
+  std::size_t GetPosition() const noexcept { return position_; }
+  bool        StartsWith(std::string_view word) const noexcept { return text_.substr(position_, word.size()) == word; }
 
   void TakeText(std::string_view expected)
   {
@@ -55,14 +59,38 @@ private:
   std::size_t                  line_     = 1;
 };
 
-void RequireChecksum(const std::string& text, const std::filesystem::path& path)
+// @return bytes of the manifest without the commits that were appended, its checksum's line included
+std::size_t RequireChecksum(const std::string& text, const std::filesystem::path& path)
 {
   constexpr std::string_view kLabel = "checksum ";
   const std::size_t          start  = text.rfind(kLabel);
   if (start == std::string::npos || start == 0 || text[start - 1] != '\n')
     ThrowFileFailure(path, "damaged: it has no checksum");
   const std::string expected = std::string(kLabel) + FormatChecksum(GetChecksum(text.data(), start)) + '\n';
-  if (text.compare(start, std::string::npos, expected) != 0) ThrowFileFailure(path, "damaged: its checksum is wrong");
+  if (text.compare(start, expected.size(), expected) != 0) ThrowFileFailure(path, "damaged: its checksum is wrong");
+  return start + expected.size();
+}
+
+// Takes the line if it is a whole commit that follows the state.
+bool TakeCommit(std::string_view line, ManifestState& state)
+{
+  if (line.substr(0, kCommitWord.size()) != kCommitWord) return false;
+  std::uint64_t     numbers[7] = {};
+  const char*       next       = line.data() + kCommitWord.size();
+  const char* const end        = line.data() + line.size();
+  for (std::uint64_t& number : numbers) {
+    const auto result = std::from_chars(next, end, number, &number == std::end(numbers) - 1 ? 16 : 10);
+    if (result.ec != std::errc() || result.ptr == end) return false;
+    next = result.ptr + 1;
+  }
+  const auto [generation, nextBlock, segment, fileBytes, indexOffset, indexBytes, indexChecksum] = numbers;
+  ManifestState     after                                                                        = state;
+  const std::string same =
+      AppendCommit(after, {segment, segment, segment, fileBytes, indexOffset, indexBytes, indexChecksum}, nextBlock);
+  // The link, which comes last, tells all.
+  if (same != line || generation != after.manifest.generation || segment != state.manifest.nextSegment) return false;
+  state = std::move(after);
+  return true;
 }
 
 SegmentEntry TakeSegment(ManifestText& text)
@@ -100,16 +128,38 @@ std::string EncodeManifest(const Manifest& manifest)
   return text;
 }
 
-Manifest DecodeManifest(const std::string& text, const std::filesystem::path& path)
+std::string AppendCommit(ManifestState& state, const SegmentEntry& segment, std::uint64_t nextBlock)
+{
+  Manifest& manifest   = state.manifest;
+  manifest.nextSegment = segment.number + 1;
+  manifest.nextBlock   = nextBlock;
+  ++manifest.generation;
+  manifest.segments.push_back(segment);
+  std::string line(kCommitWord);
+  for (const std::uint64_t number :
+       {manifest.generation, nextBlock, segment.number, segment.fileBytes, segment.indexOffset, segment.indexBytes})
+    line += std::to_string(number) + ' ';
+  line += FormatChecksum(segment.indexChecksum) + ' ';
+  const std::string linked = FormatChecksum(state.link) + line;
+  state.link               = GetChecksum(linked.data(), linked.size());
+  line += FormatChecksum(state.link) + '\n';
+  state.wholeBytes += line.size();
+  ++state.commits;
+  return line;
+}
+
+ManifestState DecodeManifest(const std::string& text, const std::filesystem::path& path)
 {
   ManifestText in(text, path);
   if (!in.StartsWith(kFirstWord)) ThrowFileFailure(path, "not the manifest of a database, or damaged");
   in.TakeText(kFirstWord);
   in.TakeText(" ");
   // The version comes before the checksum: later versions are free to change all but the first line.
-  RequireFormatVersion(in.TakeNumber(), path);
-  RequireChecksum(text, path);
-  Manifest manifest;
+  ManifestState state;
+  Manifest&     manifest = state.manifest;
+  state.version          = in.TakeNumber();
+  RequireFormatVersion(state.version, path);
+  state.wholeBytes = RequireChecksum(text, path);
   in.TakeText("\n");
   in.TakeText("generation ");
   manifest.generation = in.TakeNumber();
@@ -129,17 +179,22 @@ Manifest DecodeManifest(const std::string& text, const std::filesystem::path& pa
     manifest.segments.push_back(segment);
   }
   in.TakeText("checksum ");
-  in.TakeNumber(16);
+  state.link = in.TakeNumber(16);
   in.TakeText("\n");
-  if (!in.IsAtEnd()) in.Fail("the end");
-  return manifest;
+  if (in.GetPosition() != state.wholeBytes || (state.version == 1 && !in.IsAtEnd())) in.Fail("the end");
+  const std::string_view whole = text;
+  for (;;) {
+    const std::size_t end = whole.find('\n', state.wholeBytes);
+    if (end == std::string_view::npos) return state;
+    if (!TakeCommit(whole.substr(state.wholeBytes, end + 1 - state.wholeBytes), state)) return state;
+  }
 }
 
 void RequireFormatVersion(std::uint64_t version, const std::filesystem::path& path)
 {
-  if (version == kDatabaseFormatVersion) return;
+  if (version >= 1 && version <= kDatabaseFormatVersion) return;
   ThrowFileFailure(path, "the database has format version " + std::to_string(version) +
-                             ", this program reads version " + std::to_string(kDatabaseFormatVersion));
+                             ", this program reads versions 1 to " + std::to_string(kDatabaseFormatVersion));
 }
 
 std::string GetSegmentName(std::uint64_t number)

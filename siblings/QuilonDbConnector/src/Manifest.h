@@ -3,13 +3,14 @@
 /// @file
 /// The manifest of a database on disk: which segments it consists of.
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-/// Version of the layout of manifests and segments that this code writes, and the only one that it reads.
-inline constexpr std::uint32_t kDatabaseFormatVersion = 1;
+/// Version of the layout of manifests and segments that this code writes. It reads all up to it.
+inline constexpr std::uint32_t kDatabaseFormatVersion = 2;
 
 /// A segment as the manifest names it.
 struct SegmentEntry
@@ -35,14 +36,40 @@ struct Manifest
   bool operator==(const Manifest& other) const = default;
 };
 
+/// What makes a lone segment a commit: what the manifest would say beside it.
+struct CommitMark
+{
+  std::uint64_t generation = 0;
+  std::uint64_t nextBlock  = 1;
+  std::uint64_t previous   = 0;  ///< ManifestState::link of the state that it changes
+
+  bool operator==(const CommitMark& other) const = default;
+};
+
+/// A manifest and the commits that were appended to its text.
+struct ManifestState
+{
+  Manifest      manifest;
+  std::uint64_t version    = kDatabaseFormatVersion;
+  std::uint64_t link       = 0;  ///< tells this state from all others; the next commit repeats it
+  std::size_t   commits    = 0;  ///< that were appended
+  std::size_t   wholeBytes = 0;  ///< of the text: all of it unless the last line was cut short
+};
+
 /// @return the manifest as text, its checksum in the last line
 std::string EncodeManifest(const Manifest& manifest);
 
-/// @param path for messages
-/// @throws FED_Failure that names the file for a text that is no whole manifest of this format version
-Manifest DecodeManifest(const std::string& text, const std::filesystem::path& path);
+/// Makes a segment the last of the state, as a commit of its own.
+/// @return the line to be appended to the text
+std::string AppendCommit(ManifestState& state, const SegmentEntry& segment, std::uint64_t nextBlock);
 
-/// @throws FED_Failure that names the file and both versions unless it is ours
+/// Takes appended commits as far as they are whole: the segments of those behind say the same of themselves.
+/// @param path for messages
+/// @throws FED_Failure that names the file for a text that does not begin with a whole manifest of a version that is
+///         known
+ManifestState DecodeManifest(const std::string& text, const std::filesystem::path& path);
+
+/// @throws FED_Failure that names the file and the versions unless it is known
 void RequireFormatVersion(std::uint64_t version, const std::filesystem::path& path);
 
 /// @return "segment-000012.h5"

@@ -8,10 +8,10 @@
 #include <functional>
 #include <string>
 
+#include "bundled/StoreFile.h"
 #include "ChunkStore.h"
 #include "Manifest.h"
 #include "SegmentIndex.h"
-#include "bundled/StoreFile.h"
 
 /// A whole segment whose file is open. Its rows stay readable when the file is removed meanwhile.
 class Segment

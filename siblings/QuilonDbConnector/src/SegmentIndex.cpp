@@ -1,5 +1,6 @@
 #include "SegmentIndex.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <limits>
@@ -8,9 +9,10 @@
 
 #include "QuilonUtilities/FED_Failure.h"
 
+#include "bundled/StoreFile.h"
+#include "ByteWriter.h"
 #include "Checksum.h"
 #include "KeyTable.h"
-#include "bundled/StoreFile.h"
 
 // Numbers are stored with the least byte first, whatever the machine: every one goes through Put() or Take(). Only
 // columns, keys and ids are stored as they lie in memory.
@@ -20,10 +22,11 @@ namespace {
 
 constexpr char          kIndexMagic[8]  = {'Q', 'U', 'I', 'L', 'I', 'D', 'X', '\n'};
 constexpr char          kHeaderMagic[8] = {'Q', 'U', 'I', 'L', 'S', 'E', 'G', '\n'};
-constexpr std::size_t   kHeaderUsed     = 80;  // with the checksum, which comes last
+constexpr std::size_t   kHeaderUsed1    = 80;  // in format version 1, with the checksum, which comes last
 constexpr std::uint32_t kNumKinds       = 15;
 constexpr unsigned      kMaxChunkShift  = 24;  // 16 MiB of single bytes
 constexpr std::uint32_t kRunFlag        = 1;
+constexpr std::uint32_t kCommitFlag     = 1;
 
 // Bytes of an entry without its texts.
 constexpr std::size_t kBlockBytes  = 8 + 4 * FED_DataDescriptor::kNumIndices + 4 + 4 + 4;
@@ -31,41 +34,6 @@ constexpr std::size_t kIdsBytes    = 4 + 4 + 24;
 constexpr std::size_t kNameBytes   = 4 + 4;
 constexpr std::size_t kExtentBytes = 8 + 7 * 4 + 4 + 24;
 constexpr std::size_t kColumnBytes = 24 + 32;
-
-class ByteWriter
-{
-public:
-  void Put(const void* bytes, std::size_t count)
-  {
-    const auto* from = static_cast<const std::uint8_t*>(bytes);
-    bytes_.insert(bytes_.end(), from, from + count);
-  }
-  template <typename T>
-  void Put(T number)
-  {
-    static_assert(std::is_unsigned_v<T>);
-    for (std::size_t i = 0; i < sizeof(T); ++i) bytes_.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
-  }
-  void Put(int number) { Put(static_cast<std::uint32_t>(number)); }
-  void Put(double number) { Put(std::bit_cast<std::uint64_t>(number)); }
-  void Put(const std::string& text)
-  {
-    Put(static_cast<std::uint32_t>(text.size()));
-    Put(text.data(), text.size());
-  }
-  void Put(const StoredBytes& stored)
-  {
-    Put(stored.offset);
-    Put(stored.bytes);
-    Put(stored.checksum);
-  }
-  void PutCount(std::size_t count) { Put(static_cast<std::uint64_t>(count)); }
-
-  std::vector<std::uint8_t>& GetBytes() noexcept { return bytes_; }
-
-private:
-  std::vector<std::uint8_t> bytes_;
-};
 
 class ByteReader
 {
@@ -133,6 +101,13 @@ private:
   const std::filesystem::path& path_;
 };
 
+void PutStored(ByteWriter& out, const StoredBytes& stored)
+{
+  out.Put(stored.offset);
+  out.Put(stored.bytes);
+  out.Put(stored.checksum);
+}
+
 void PutBlock(ByteWriter& out, const StoredBlock& block)
 {
   out.Put(block.uid);
@@ -184,7 +159,7 @@ void PutExtent(ByteWriter& out, const IndexExtent& extent)
   out.Put(extent.maxKey);
   out.Put(extent.columnCount);
   out.Put(0u);
-  out.Put(extent.keys);
+  PutStored(out, extent.keys);
 }
 
 IndexExtent TakeExtent(ByteReader& in)
@@ -217,7 +192,7 @@ IndexExtent TakeExtent(ByteReader& in)
 
 void PutColumn(ByteWriter& out, const IndexColumn& column)
 {
-  out.Put(column.bytes);
+  PutStored(out, column.bytes);
   out.Put(column.statistics.values);
   out.Put(column.statistics.nans);
   out.Put(column.statistics.least);
@@ -251,6 +226,19 @@ void TakeNames(ByteReader& in, SegmentIndex& index)
   }
 }
 
+// Bytes that several rows shared would be written many times by whoever copies them.
+void RequireApart(const ByteReader& in, const SegmentIndex& index)
+{
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> ranges{{0, kSegmentHeaderBytes}};  // first byte, first behind
+  ranges.reserve(1 + index.ids.size() + index.extents.size() + index.columns.size());
+  VisitPlaces(index, [&](const StoredBytes& place) {
+    if (place.bytes > 0) ranges.emplace_back(place.offset, place.offset + place.bytes);
+  });
+  if (!std::is_sorted(ranges.begin(), ranges.end())) std::sort(ranges.begin(), ranges.end());
+  for (std::size_t i = 1; i < ranges.size(); ++i)
+    in.Require(ranges[i].first >= ranges[i - 1].second, "two places overlap");
+}
+
 // Columns belong to the extents in order.
 void AssignColumns(const ByteReader& in, SegmentIndex& index)
 {
@@ -269,8 +257,8 @@ void AssignColumns(const ByteReader& in, SegmentIndex& index)
 std::vector<std::uint8_t> EncodeIndex(const SegmentIndex& index)
 {
   ByteWriter out;
-  out.GetBytes().reserve(256 + index.blocks.size() * (kBlockBytes + 8) + index.extents.size() * kExtentBytes +
-                         index.columns.size() * kColumnBytes);
+  out.Reserve(256 + index.blocks.size() * (kBlockBytes + 8) + index.extents.size() * kExtentBytes +
+              index.columns.size() * kColumnBytes);
   out.Put(kIndexMagic, sizeof(kIndexMagic));
   out.Put(kDatabaseFormatVersion);
   out.PutCount(index.blocks.size());
@@ -281,7 +269,7 @@ std::vector<std::uint8_t> EncodeIndex(const SegmentIndex& index)
   for (const IndexIds& ids : index.ids) {
     out.Put(ids.kind);
     out.Put(ids.firstIndex);
-    out.Put(ids.ids);
+    PutStored(out, ids.ids);
   }
   out.Put(index.hasNames ? 1u : 0u);
   out.PutCount(index.names.size());
@@ -301,8 +289,9 @@ SegmentIndex DecodeIndex(const std::uint8_t* bytes, std::size_t count, std::uint
 {
   ByteReader in(bytes, count, fileBytes, path);
   in.Require(std::memcmp(in.Take(sizeof(kIndexMagic)), kIndexMagic, sizeof(kIndexMagic)) == 0, "it is none");
-  RequireFormatVersion(in.Take32(), path);
   SegmentIndex index;
+  index.version = in.Take32();
+  RequireFormatVersion(index.version, path);
   index.blocks.resize(in.TakeCount(kBlockBytes));
   for (StoredBlock& block : index.blocks) block = TakeBlock(in);
   index.deleted.resize(in.TakeCount(sizeof(BlockUid)));
@@ -316,36 +305,53 @@ SegmentIndex DecodeIndex(const std::uint8_t* bytes, std::size_t count, std::uint
   for (IndexColumn& column : index.columns) column = TakeColumn(in);
   in.Require(in.GetLeft() == 0, "bytes follow its end");
   AssignColumns(in, index);
+  RequireApart(in, index);
   return index;
 }
 
-std::array<std::uint8_t, kSegmentHeaderBytes> EncodeHeader(const SegmentEntry& segment)
+SegmentHeaderBytes EncodeHeader(const SegmentHeader& header)
 {
-  ByteWriter out;
+  ByteWriter          out;
+  const SegmentEntry& segment = header.entry;
+  const CommitMark    commit  = header.commit.value_or(CommitMark());
   out.Put(kHeaderMagic, sizeof(kHeaderMagic));
   out.Put(kDatabaseFormatVersion);
-  out.Put(0u);
-  for (const std::uint64_t number : {segment.number, segment.first, segment.last, segment.fileBytes,
-                                     segment.indexOffset, segment.indexBytes, segment.indexChecksum})
+  out.Put(header.commit ? kCommitFlag : 0u);
+  for (const std::uint64_t number :
+       {segment.number, segment.first, segment.last, segment.fileBytes, segment.indexOffset, segment.indexBytes,
+        segment.indexChecksum, header.copyOffset, header.structure.offset, header.structure.bytes,
+        header.structure.checksum, commit.generation, commit.nextBlock, commit.previous, std::uint64_t{0}})
     out.Put(number);
-  out.Put(GetChecksum(out.GetBytes().data(), out.GetBytes().size()));
-  std::array<std::uint8_t, kSegmentHeaderBytes> bytes{};
-  std::memcpy(bytes.data(), out.GetBytes().data(), kHeaderUsed);
+  out.Put(GetChecksum(out.GetBytes().data(), out.GetSize()));
+  SegmentHeaderBytes bytes{};
+  std::memcpy(bytes.data(), out.GetBytes().data(), kSegmentTailBytes);
   return bytes;
 }
 
-SegmentEntry DecodeHeader(const std::array<std::uint8_t, kSegmentHeaderBytes>& bytes, const std::filesystem::path& path)
+SegmentHeader DecodeHeader(const SegmentHeaderBytes& bytes, const std::filesystem::path& path)
 {
-  ByteReader in(bytes.data(), bytes.size(), std::numeric_limits<std::uint64_t>::max(), path);
+  ByteReader    in(bytes.data(), bytes.size(), std::numeric_limits<std::uint64_t>::max(), path);
+  SegmentHeader header;
   if (std::memcmp(in.Take(sizeof(kHeaderMagic)), kHeaderMagic, sizeof(kHeaderMagic)) != 0)
     ThrowFileFailure(path, "not a segment of a database, or its header is damaged");
-  RequireFormatVersion(in.Take32(), path);
-  in.Take32();
-  SegmentEntry segment;
+  header.version = in.Take32();
+  RequireFormatVersion(header.version, path);
+  const std::size_t used = header.version == 1 ? kHeaderUsed1 : kSegmentTailBytes;
+  ByteReader        checksum(bytes.data() + used - 8, 8, 0, path);
+  if (checksum.Take64() != GetChecksum(bytes.data(), used - 8))
+    ThrowFileFailure(path, "its header is damaged: the checksum is wrong");
+  if (std::any_of(bytes.begin() + static_cast<std::ptrdiff_t>(used), bytes.end(), [](auto byte) { return byte != 0; }))
+    ThrowFileFailure(path, "its header is damaged: it is followed by what is not zero");
+  const std::uint32_t flags   = in.Take32();
+  SegmentEntry&       segment = header.entry;
   for (std::uint64_t* number : {&segment.number, &segment.first, &segment.last, &segment.fileBytes,
                                 &segment.indexOffset, &segment.indexBytes, &segment.indexChecksum})
     *number = in.Take64();
-  if (in.Take64() != GetChecksum(bytes.data(), kHeaderUsed - sizeof(std::uint64_t)))
-    ThrowFileFailure(path, "its header is damaged: the checksum is wrong");
-  return segment;
+  if (header.version == 1) return header;
+  CommitMark commit;
+  for (std::uint64_t* number : {&header.copyOffset, &header.structure.offset, &header.structure.bytes,
+                                &header.structure.checksum, &commit.generation, &commit.nextBlock, &commit.previous})
+    *number = in.Take64();
+  if ((flags & kCommitFlag) != 0) header.commit = commit;
+  return header;
 }

@@ -1,13 +1,10 @@
 #pragma once
 
 /// @file
-/// The part of a segment that HDF5 makes: the names, shapes and places of its data.
+/// The part of a segment that makes it an HDF5 file: the names, shapes and places of its data.
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
-#include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,30 +24,32 @@ struct SkeletonData
   StoredColumn::Element element = StoredColumn::Float64;
   std::uint64_t         rows    = 0;  ///< at least 1
   std::uint32_t         width   = 1;
-  std::uint64_t         offset  = 0;  ///< receives where the data lie in the file
+  std::uint64_t         offset  = 0;  ///< receives where the data lie in the file: a multiple of 8
+
+  std::uint64_t GetBytes() const noexcept { return rows * width * (type == Bytes ? 1 : GetElementBytes(element)); }
 };
 
-class FileImage;
-
-/// An HDF5 file that has room for all data but holds none yet, as HDF5 laid it out in memory. HDF5 itself reaches no
-/// disk: a full one would leave it with a file that it can neither write nor close.
+/// The HDF5 structure of a file that has room for all data but holds none yet, as bytes that stand in one piece behind
+/// a user block. It is of the oldest and plainest form of the format, which every version of HDF5 reads: superblock 0,
+/// groups as symbol tables, contiguous data sets. It has no times, so that equal data make equal files.
+///
+/// We make it by ourselves, because HDF5 takes the process with it when memory runs out.
 class SegmentSkeleton
 {
 public:
-  /// @param path        for messages
-  /// @param headerBytes bytes before HDF5's own: 512 or a greater power of two
-  /// @param data        receive their places
-  /// @throws FED_Failure that names the file when HDF5 fails
-  SegmentSkeleton(const std::filesystem::path& path, std::size_t headerBytes, std::vector<SkeletonData>& data);
+  /// @param userBlock bytes before it: 512 or a greater power of two
+  /// @param tail      bytes of the file behind the last data set
+  /// @param data      of different paths, none of which is a group of another; receive their places, one behind the
+  ///                  other
+  SegmentSkeleton(std::size_t userBlock, std::size_t tail, std::vector<SkeletonData>& data);
+
+  /// @return what stands behind the user block
+  const std::vector<std::uint8_t>& GetBytes() const noexcept { return bytes_; }
 
   /// @return bytes of the file
-  std::uint64_t GetSize() const noexcept;
-
-  using TakeBytes = std::function<void(std::uint64_t offset, const void* bytes, std::size_t count)>;
-
-  /// Hands out what HDF5 has written, by ascending offsets. All other bytes of the file are zeros.
-  void Visit(const TakeBytes& take) const;
+  std::uint64_t GetFileBytes() const noexcept { return fileBytes_; }
 
 private:
-  std::shared_ptr<const FileImage> image_;
+  std::vector<std::uint8_t> bytes_;
+  std::uint64_t             fileBytes_ = 0;
 };

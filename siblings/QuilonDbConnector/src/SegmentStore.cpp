@@ -6,12 +6,18 @@
 
 #include "QuilonUtilities/FED_Failure.h"
 
+#include "SegmentCheck.h"
 #include "SegmentMerge.h"
 
 namespace {
 
 // A manifest of more bytes is none: that of a database with the most segments has some 20 KiB.
 constexpr std::uint64_t kMaxManifestBytes = std::uint64_t{1} << 24;
+
+// Commits that are appended to a manifest before it is written anew.
+constexpr std::size_t kMaxAppended = 64;
+
+constexpr const char* kMayBeInForce = "; the commit may be in force all the same";
 
 constexpr const char* kLockName        = "lock";
 constexpr const char* kManifestName    = "manifest";
@@ -26,6 +32,30 @@ std::filesystem::path Normalize(const std::filesystem::path& folder)
 std::filesystem::path GetFolderAbove(const std::filesystem::path& folder)
 {
   return folder.has_parent_path() ? folder.parent_path() : std::filesystem::path(".");
+}
+
+// @param error of a call behind which a commit may be in force
+void RequireCommitted(const std::error_code& error, const std::filesystem::path& path, const char* action)
+{
+  if (error) ThrowFileFailure(path, std::string("cannot ") + action + ": " + error.message() + kMayBeInForce);
+}
+
+// Takes the commit that follows the state if its segment is there and whole.
+bool TakeUnlistedCommit(FED_FileLayer& files, const std::filesystem::path& folder, ManifestState& state)
+{
+  const std::uint64_t         number = state.manifest.nextSegment;
+  const std::filesystem::path path   = folder / GetSegmentName(number);
+  FED_FileLayer::Handle       handle = FED_FileLayer::kNoHandle;
+  const std::error_code       error  = files.Open(path, FED_FileLayer::Read, handle);
+  if (error == std::errc::no_such_file_or_directory) return false;
+  RequireSuccess(error, path, "open");
+  const std::optional<SegmentHeader> header = FindWholeCommit(StoreFile(files, path, handle));
+  if (!header || header->entry.number != number || header->entry.first != number || header->entry.last != number)
+    return false;
+  const CommitMark& mark = *header->commit;
+  if (mark.previous != state.link || mark.generation != state.manifest.generation + 1) return false;
+  AppendCommit(state, header->entry, mark.nextBlock);
+  return true;
 }
 
 std::uint64_t MakeHandle(std::uint64_t segment, std::uint64_t extent) noexcept { return segment << 32 | extent; }
@@ -49,6 +79,15 @@ std::string ReadManifestText(FED_FileLayer& files, const std::filesystem::path& 
 }
 
 std::filesystem::path GetManifestPath(const std::filesystem::path& folder) { return folder / kManifestName; }
+
+ManifestState FindState(FED_FileLayer& files, const std::filesystem::path& folder, const std::string& text)
+{
+  ManifestState state = DecodeManifest(text, GetManifestPath(folder));
+  if (state.version == 1) return state;
+  while (TakeUnlistedCommit(files, folder, state)) {
+  }
+  return state;
+}
 
 void RequireBlocksBelow(const Segment& segment, BlockUid next)
 {
@@ -197,7 +236,7 @@ bool SegmentStore::IsUndeclared(const StoredBlock& block) const noexcept
   return stored->rowCount == 0 && (!(stored->format == block.format) || stored->chunkShift != block.chunkShift);
 }
 
-void SegmentStore::Write(const SegmentContents& contents)
+void SegmentStore::Write(const SegmentContents& contents, bool isLast)
 {
   RequireWriter();
   if (contents.IsEmpty()) return;
@@ -209,9 +248,21 @@ void SegmentStore::Write(const SegmentContents& contents)
     return found != declared.end() ? *found->second : state_.FindBlock(uid)->stored;
   };
   SegmentEntry entry;
-  entry.number = entry.first = entry.last = manifest_.nextSegment++;
+  entry.number = entry.first = entry.last = nextSegment_++;
+  mark_.reset();
+  const auto choose = [&](std::uint64_t fileBytes) {
+    if (isLast) mark_ = ChooseCommitMark(entry.number, fileBytes);
+    return mark_;
+  };
   segments_.reserve(segments_.size() + 1);
-  segments_.push_back({WriteSegment(*files_, folder_, entry, contents, describe), false});
+  try {
+    segments_.push_back({WriteSegment(*files_, folder_, entry, contents, describe, choose), false});
+  } catch (...) {
+    // One that stays, and is whole, is a commit.
+    if (mark_ && files_->Remove(folder_ / GetSegmentName(entry.number))) isUncertain_ = true;
+    mark_.reset();
+    throw;
+  }
   // When memory runs out from here on, part of the contents counts as written and part does not. Then nothing is
   // published any more by this object.
   isOutOfStep_ = true;
@@ -219,42 +270,74 @@ void SegmentStore::Write(const SegmentContents& contents)
   isOutOfStep_ = false;
 }
 
+// A small segment can be a commit by itself where nothing else is to be told, and no merge is due.
+std::optional<CommitMark> SegmentStore::ChooseCommitMark(std::uint64_t number, std::uint64_t fileBytes) const
+{
+  const bool isPossible = isInManifest_ && !isUncertain_ && !isLogBroken_ &&
+                          published_.version == kDatabaseFormatVersion && published_.commits < kMaxAppended &&
+                          number == published_.manifest.nextSegment && fileBytes <= kMaxCommitBytes &&
+                          CountPublished() == segments_.size();
+  if (!isPossible) return std::nullopt;
+  std::vector<SegmentSize> sizes = GetSizes(0);
+  sizes.push_back({fileBytes, 0});
+  if (ChooseMerge(sizes)) return std::nullopt;
+  return CommitMark{published_.manifest.generation + 1, nextBlock_, published_.link};
+}
+
 void SegmentStore::Publish(bool compacts)
 {
   RequireWriter();
+  if (mark_ && !compacts) {
+    PublishMarked();
+    return;
+  }
   const bool hasNews = !isInManifest_ || isUncertain_ || CountPublished() < segments_.size();
   if (!hasNews && (!compacts || IsCompact())) return;
-  std::optional<MergeWindow> window = ChooseMerge(GetSizes(0));
-  if (compacts && !segments_.empty() && !IsCompact()) window = MergeWindow{0, segments_.size()};
-  Merged merged;
-  if (window) merged = PrepareMerge(*window);
-  Manifest next   = manifest_;
-  next.generation = manifest_.generation + 1;
-  next.segments.clear();
-  for (std::size_t i = 0; i < segments_.size(); ++i) {
-    if (i == merged.first && merged.segment != nullptr) next.segments.push_back(merged.segment->GetEntry());
-    if (i < merged.first || i >= merged.first + merged.count) next.segments.push_back(segments_[i].segment->GetEntry());
-  }
+  Merged merged = PrepareMergeAtPublication(compacts);
   garbage_.reserve(garbage_.size() + merged.replaced.size() + 1);
   try {
-    ReplaceManifest(next);
+    ReplaceManifest(MakeManifest(merged));
   } catch (...) {
-    if (!isUncertain_) static_cast<void>(files_->Remove(folder_ / kNewManifestName));
-    if (merged.segment != nullptr) {
-      garbage_.push_back(merged.segment->GetPath());
-      // A manifest that may be in force may name it.
-      if (!isUncertain_) RemoveGarbage();
-    }
+    Undo(merged);
     throw;
   }
   // The commit is made: nothing throws from here on.
-  manifest_     = std::move(next);
-  isInManifest_ = true;
-  isFolderOurs_ = false;
+  mark_.reset();
   for (OpenSegment& open : segments_) open.isPublished = true;
   for (std::filesystem::path& path : merged.replaced) garbage_.push_back(std::move(path));
   if (merged.count > 0) ApplyMerge(merged);
   RemoveGarbage();
+}
+
+// The segment is on the disk and says itself that it is the next commit: it is, as soon as its name is there as well.
+// The manifest's line saves the next one who opens the database reading all of it, and tells when it is damaged later.
+// The line may come to the disk at any time.
+void SegmentStore::PublishMarked()
+{
+  ManifestState       next   = published_;
+  const std::uint64_t offset = published_.wholeBytes;
+  const std::string   line   = AppendCommit(next, segments_.back().segment->GetEntry(), mark_->nextBlock);
+  mark_.reset();
+  isUncertain_ = true;
+  RequireCommitted(files_->FlushFolder(folder_), folder_, "flush");
+  isUncertain_ = false;
+  // The commit is made: nothing throws from here on.
+  segments_.back().isPublished = true;
+  published_                   = std::move(next);
+  isLogBroken_                 = !AppendLine(offset, line);
+  RemoveGarbage();
+}
+
+// What fails here, an interrupt too, does not undo the commit: it is told by its segment alone.
+bool SegmentStore::AppendLine(std::uint64_t offset, const std::string& line) noexcept
+{
+  try {
+    StoreFile file(*files_, GetManifestPath(folder_), FED_FileLayer::Change);
+    file.WriteAt(offset, line.data(), line.size());
+    return true;
+  } catch (...) {
+    return false;
+  }
 }
 
 // What a reader finds is a snapshot: it keeps all files open. When a writer publishes and removes files meanwhile, the
@@ -262,8 +345,8 @@ void SegmentStore::Publish(bool compacts)
 void SegmentStore::OpenForReading()
 {
   for (std::string text = ReadManifest();;) {
-    manifest_ = DecodeManifest(text, GetManifestPath(folder_));
     try {
+      TakeState(FindState(*files_, folder_, text));
       OpenSegments();
       return;
     } catch (const FED_Failure&) {
@@ -279,9 +362,19 @@ void SegmentStore::OpenForWriting()
   DecodeManifest(ReadManifest(), GetManifestPath(folder_));  // what is no database is left alone
   isInManifest_ = true;
   LockFolder();
-  manifest_ = DecodeManifest(ReadManifest(), GetManifestPath(folder_));
+  const std::string text = ReadManifest();
+  TakeState(FindState(*files_, folder_, text));
   OpenSegments();
+  // Of a crash: commits without their lines, or part of one.
+  if (published_.wholeBytes != text.size()) ReplaceManifest(published_.manifest);
   RemoveLeftovers();
+}
+
+void SegmentStore::TakeState(ManifestState state)
+{
+  published_   = std::move(state);
+  nextSegment_ = published_.manifest.nextSegment;
+  nextBlock_   = published_.manifest.nextBlock;
 }
 
 void SegmentStore::CreateEmpty()
@@ -323,10 +416,10 @@ void SegmentStore::RemoveLeftovers()
   std::vector<std::string> names;
   RequireSuccess(files_->List(folder_, names), folder_, "list");
   for (const std::string& name : names) {
-    const auto isOurs = [&](const SegmentEntry& entry) { return GetSegmentName(entry.number) == name; };
-    const bool isLeft =
-        name == kNewManifestName ||
-        (IsSegmentName(name) && std::none_of(manifest_.segments.begin(), manifest_.segments.end(), isOurs));
+    const auto& segments = published_.manifest.segments;
+    const auto  isOurs   = [&](const SegmentEntry& entry) { return GetSegmentName(entry.number) == name; };
+    const bool  isLeft =
+        name == kNewManifestName || (IsSegmentName(name) && std::none_of(segments.begin(), segments.end(), isOurs));
     if (isLeft) RequireSuccess(files_->Remove(folder_ / name), folder_ / name, "remove");
   }
 }
@@ -335,26 +428,26 @@ void SegmentStore::OpenSegments()
 {
   segments_.clear();
   state_ = {};
-  for (const SegmentEntry& entry : manifest_.segments) {
+  for (const SegmentEntry& entry : published_.manifest.segments) {
     StoreFile file(*files_, folder_ / GetSegmentName(entry.number), FED_FileLayer::Read);
     segments_.push_back({std::make_unique<Segment>(std::move(file), entry), true});
   }
   for (const OpenSegment& open : segments_) {
-    RequireBlocksBelow(*open.segment, manifest_.nextBlock);
+    RequireBlocksBelow(*open.segment, nextBlock_);
     state_.ExpectDeleted(*open.segment);
   }
   for (const OpenSegment& open : segments_) state_.Add(*open.segment);
   state_.RequireAllRows();
 }
 
-// Whether merging all segments would change nothing but names.
+// Whether merging all segments would change nothing but names. Those of the first format version are written anew.
 bool SegmentStore::IsCompact() const
 {
   if (segments_.empty()) return true;
   if (segments_.size() > 1) return false;
   const Segment&      segment = *segments_.front().segment;
   const SegmentIndex& index   = segment.GetIndex();
-  if (segment.GetDeadBytes() > 0 || !index.deleted.empty()) return false;
+  if (index.version < kDatabaseFormatVersion || segment.GetDeadBytes() > 0 || !index.deleted.empty()) return false;
   return std::all_of(index.extents.begin(), index.extents.end(), [&](const IndexExtent& extent) {
     return state_.FindBlock(extent.block)->chunks.at(extent.chunk).size() == 1;
   });
@@ -407,7 +500,7 @@ SegmentStore::Merged SegmentStore::PrepareMerge(const MergeWindow& window)
     merged.replaced.push_back(segments_[i].segment->GetPath());
   }
   merged.segments.reserve(segments_.size() - window.count + 1);
-  merged.segment     = MergeSegments(*files_, folder_, segments, window.first == 0, manifest_.nextSegment++, state_);
+  merged.segment     = MergeSegments(*files_, folder_, segments, window.first == 0, nextSegment_++, state_);
   merged.replacement = state_.PrepareReplacement(segments, merged.segment.get());
   return merged;
 }
@@ -424,12 +517,34 @@ void SegmentStore::ApplyMerge(Merged& merged) noexcept
   segments_ = std::move(merged.segments);
 }
 
+// @param compacts all segments, unless that changes nothing
+SegmentStore::Merged SegmentStore::PrepareMergeAtPublication(bool compacts)
+{
+  std::optional<MergeWindow> window = ChooseMerge(GetSizes(0));
+  if (compacts && !segments_.empty() && !IsCompact()) window = MergeWindow{0, segments_.size()};
+  return window ? PrepareMerge(*window) : Merged();
+}
+
+Manifest SegmentStore::MakeManifest(const Merged& merged) const
+{
+  Manifest next;
+  next.generation  = published_.manifest.generation + 1;
+  next.nextSegment = nextSegment_;
+  next.nextBlock   = nextBlock_;
+  for (std::size_t i = 0; i < segments_.size(); ++i) {
+    if (i == merged.first && merged.segment != nullptr) next.segments.push_back(merged.segment->GetEntry());
+    if (i < merged.first || i >= merged.first + merged.count) next.segments.push_back(segments_[i].segment->GetEntry());
+  }
+  return next;
+}
+
 // Writes beside it, then renames: at every instant there is a whole manifest. The folder is flushed before, so that the
-// segments are found when the manifest is, and after, so that the manifest stays.
+// segments are found when the manifest is.
 void SegmentStore::ReplaceManifest(const Manifest& manifest)
 {
   const std::filesystem::path path = folder_ / kNewManifestName;
   const std::string           text = EncodeManifest(manifest);
+  ManifestState               next = DecodeManifest(text, path);
   FED_FileStatus              former;
   RequireSuccess(files_->GetStatus(GetManifestPath(folder_), former), GetManifestPath(folder_), "look at");
   StoreFile file(*files_, path, former);
@@ -438,10 +553,36 @@ void SegmentStore::ReplaceManifest(const Manifest& manifest)
   file.Close();
   RequireSuccess(files_->FlushFolder(folder_), folder_, "flush");
   if (!isInManifest_) RequireSuccess(files_->FlushFolder(GetFolderAbove(folder_)), GetFolderAbove(folder_), "flush");
-  ReplaceFile(*files_, path, GetManifestPath(folder_), isUncertain_);
-  if (const std::error_code error = files_->FlushFolder(folder_))
-    ThrowFileFailure(folder_, "cannot flush: " + error.message() + "; the commit may be in force all the same");
+  PutManifestInForce();
+  published_    = std::move(next);
+  isLogBroken_  = false;
+  isInManifest_ = true;
+  isFolderOurs_ = false;
+}
+
+// The folder is flushed behind the renaming, so that the manifest stays.
+void SegmentStore::PutManifestInForce()
+{
+  // That of an earlier publication, too.
+  const bool isInDoubt = isUncertain_;
+  try {
+    ReplaceFile(*files_, folder_ / kNewManifestName, GetManifestPath(folder_), isUncertain_);
+  } catch (...) {
+    isUncertain_ = isUncertain_ || isInDoubt;
+    throw;
+  }
+  isUncertain_ = true;
+  RequireCommitted(files_->FlushFolder(folder_), folder_, "flush");
   isUncertain_ = false;
+}
+
+// Of a publication that failed. A manifest that may be in force may name the merged segment.
+void SegmentStore::Undo(Merged& merged) noexcept
+{
+  if (!isUncertain_) static_cast<void>(files_->Remove(folder_ / kNewManifestName));
+  if (merged.segment == nullptr) return;
+  garbage_.push_back(merged.segment->GetPath());
+  if (!isUncertain_) RemoveGarbage();
 }
 
 // Files that cannot be removed now are tried again later, at the latest by the next writer.

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,12 @@ std::string ReadManifestText(FED_FileLayer& files, const std::filesystem::path& 
 /// @return the path of a database's manifest
 std::filesystem::path GetManifestPath(const std::filesystem::path& folder);
 
+/// Adds the commits that the manifest does not tell of to those that it does: their segments say so themselves, and are
+/// whole.
+/// @param text of the manifest
+/// @throws FED_Failure that names the file when the manifest is damaged, or a file cannot be read
+ManifestState FindState(FED_FileLayer& files, const std::filesystem::path& folder, const std::string& text);
+
 /// @param next the manifest's number of the block to come
 /// @throws FED_Failure that names the segment's file where it declares or deletes a block of this number or above: the
 ///         block to come would be taken for that one
@@ -33,9 +40,10 @@ void RequireBlocksBelow(const Segment& segment, BlockUid next);
 /// The folder of a database, opened by a reader or by its one writer.
 ///
 /// What is written lies in new segments, readable at once but only in this process; Publish() makes all of it the
-/// database's, in one step: the manifest that names the segments is replaced. Every segment is on the disk before it
-/// counts as written, so whatever fails leaves the last published state. Segments that were not published go with the
-/// store, or with the next writer.
+/// database's, in one step: the manifest that names the segments is replaced, or a small segment, which says itself
+/// that it is the next commit, is found in the folder. Every segment is on the disk before it counts as written, so
+/// whatever fails leaves the last published state. Segments that were not published go with the store, or with the next
+/// writer.
 class SegmentStore final : public ChunkStore
 {
 public:
@@ -73,17 +81,19 @@ public:
   void RequireWriter() const;
 
   /// @return a uid for a new block
-  BlockUid TakeUid() noexcept { return manifest_.nextBlock++; }
+  BlockUid TakeUid() noexcept { return nextBlock_++; }
   /// @return whether a block has to be among the contents' blocks: it is new, or has its format since
   bool IsUndeclared(const StoredBlock& block) const noexcept;
 
   /// Writes contents as a segment, to be published. When it throws, nothing of them counts as written.
+  /// @param isLast Publish() follows at once
   /// @throws FED_Failure that names the file; without effect when a reader asks
-  void Write(const SegmentContents& contents);
+  void Write(const SegmentContents& contents, bool isLast = false);
 
   /// Makes everything that was written durable, and merges segments where they pile up.
   /// @param compacts merge all segments into one
-  /// @throws FED_Failure that names the file; what is published is then as before, and a later call may succeed
+  /// @throws FED_Failure that names the file; what is published is then as before, unless the message says that the
+  ///         commit may be in force, and a later call may succeed
   void Publish(bool compacts);
 
 private:
@@ -93,37 +103,50 @@ private:
     bool                     isPublished = false;
   };
 
-  void                     OpenForReading();
-  void                     OpenForWriting();
-  void                     CreateEmpty();
-  std::string              ReadManifest() const { return ReadManifestText(*files_, folder_); }
-  void                     LockFolder();
-  void                     RemoveLeftovers();
-  void                     OpenSegments();
-  bool                     IsCompact() const;
-  Segment&                 FindSegment(const StoredExtent& extent) const;
-  const IndexExtent&       FindExtent(const StoredExtent& extent) const;
-  std::vector<SegmentSize> GetSizes(std::size_t first) const;
-  std::size_t              CountPublished() const noexcept;
-  void                     MergeUnpublished();
-  void                     ReplaceManifest(const Manifest& manifest);
-  void                     RemoveGarbage() noexcept;
-  void                     Abandon() noexcept;
-
   struct Merged;
+
+  void                      OpenForReading();
+  void                      OpenForWriting();
+  void                      CreateEmpty();
+  std::string               ReadManifest() const { return ReadManifestText(*files_, folder_); }
+  void                      LockFolder();
+  void                      RemoveLeftovers();
+  void                      TakeState(ManifestState state);
+  void                      OpenSegments();
+  bool                      IsCompact() const;
+  Segment&                  FindSegment(const StoredExtent& extent) const;
+  const IndexExtent&        FindExtent(const StoredExtent& extent) const;
+  std::vector<SegmentSize>  GetSizes(std::size_t first) const;
+  std::size_t               CountPublished() const noexcept;
+  void                      MergeUnpublished();
+  std::optional<CommitMark> ChooseCommitMark(std::uint64_t number, std::uint64_t fileBytes) const;
+  void                      PublishMarked();
+  bool                      AppendLine(std::uint64_t offset, const std::string& line) noexcept;
+  Merged                    PrepareMergeAtPublication(bool compacts);
+  Manifest                  MakeManifest(const Merged& merged) const;
+  void                      ReplaceManifest(const Manifest& manifest);
+  void                      PutManifestInForce();
+  void                      Undo(Merged& merged) noexcept;
+  void                      RemoveGarbage() noexcept;
+  void                      Abandon() noexcept;
+
   Merged PrepareMerge(const MergeWindow& window);
   void   ApplyMerge(Merged& merged) noexcept;
 
-  std::filesystem::path folder_;
-  FED_FileLayer*        files_;
-  bool                  isWriter_     = false;
-  bool                  isInManifest_ = false;  // a manifest is there
-  bool                  isFolderOurs_ = false;  // made, and no manifest yet
-  bool                  isOutOfStep_  = false;  // memory ran out while the state grew
-  bool      isUncertain_ = false;  // the last publication failed behind the renaming: either manifest may be in force
-  Manifest  manifest_;             // as published, but for the next numbers
-  StoreFile lock_;
-  std::vector<OpenSegment>           segments_;  // in their order, published ones first
-  std::vector<std::filesystem::path> garbage_;   // files that nothing needs after the next publication
+  std::filesystem::path     folder_;
+  FED_FileLayer*            files_;
+  bool                      isWriter_     = false;
+  bool                      isInManifest_ = false;  // a manifest is there
+  bool                      isFolderOurs_ = false;  // made, and no manifest yet
+  bool                      isOutOfStep_  = false;  // memory ran out while the state grew
+  bool                      isUncertain_  = false;  // a publication failed when it may have been in force already
+  bool                      isLogBroken_  = false;  // a commit in force has no line in the manifest
+  ManifestState             published_;
+  std::uint64_t             nextSegment_ = 1;
+  BlockUid                  nextBlock_   = 1;
+  StoreFile                 lock_;
+  std::vector<OpenSegment>  segments_;          // in their order, published ones first
+  std::optional<CommitMark> mark_;              // of the last segment, while it is not published
+  std::vector<std::filesystem::path> garbage_;  // files that nothing needs after the next publication
   StoredState                        state_;
 };

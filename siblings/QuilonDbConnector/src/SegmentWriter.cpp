@@ -14,22 +14,23 @@
 
 namespace {
 
-// A data set of its own costs a block some 20 microseconds and some hundred bytes. Blocks of fewer bytes share one
-// where a segment has several of their format.
-constexpr std::uint64_t kSmallBlockBytes = 4096;
+// A group and a data set of its own cost a block some 900 bytes of HDF5's structure. Blocks of fewer bytes share a data
+// set where a segment has several of their format.
+constexpr std::uint64_t kSmallBlockBytes = std::uint64_t{32} << 10;
 
-constexpr std::size_t kBufferBytes = std::size_t{1} << 20;
+// What is looked at several times is taken in pieces that stay in the processor's cache meanwhile.
+constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
 
 // Gathers small neighbouring pieces into large writes.
 class BufferedFile
 {
 public:
-  explicit BufferedFile(StoreFile& file) : file_(file) { buffer_.reserve(kBufferBytes); }
+  explicit BufferedFile(StoreFile& file) : file_(file) { buffer_.reserve(kPieceBytes); }
 
   void WriteAt(std::uint64_t offset, const void* bytes, std::size_t count)
   {
-    if (offset != offset_ + buffer_.size() || buffer_.size() + count > kBufferBytes) Drain();
-    if (count >= kBufferBytes) {
+    if (offset != offset_ + buffer_.size() || buffer_.size() + count > kPieceBytes) Drain();
+    if (count >= kPieceBytes) {
       file_.WriteAt(offset, bytes, count);
       return;
     }
@@ -139,39 +140,30 @@ public:
     LayOut();
   }
 
-  std::vector<SkeletonData>& GetData() noexcept { return data_; }
+  std::uint64_t GetFileBytes() const noexcept { return skeleton_->GetFileBytes(); }
 
-  // Writes all to an empty file: what HDF5 has to say, then data and index to the places that it gave them.
-  void Write(StoreFile& file, const SegmentSkeleton& skeleton, SegmentEntry& entry)
+  // Writes all to an empty file: the data in the order of their places, then what can be told behind them alone.
+  void Write(StoreFile& file, SegmentHeader& header)
   {
-    constexpr std::uint8_t kZero = 0;
-    file.WriteAt(skeleton.GetSize() - 1, &kZero, 1);
     BufferedFile out(file);
-    skeleton.Visit(
-        [&](std::uint64_t offset, const void* bytes, std::size_t count) { out.WriteAt(offset, bytes, count); });
-    auto data = data_.cbegin();
-    for (const Group& group : groups_) {
-      for (std::size_t column = 0; column < group.columns.size(); ++column)
-        if (const std::uint64_t bytes = WriteColumn(out, group, column, data->offset); bytes > 0) ++data;
-      if (WriteKeys(out, group, data->offset) > 0) ++data;
-    }
-    for (std::size_t i = 0; i < contents_.ids.size(); ++i, ++data) {
-      const auto&  ids    = contents_.ids[i].ids;
-      StoredBytes& stored = index_.ids[i].ids;
-      stored.offset       = data->offset;
-      stored.checksum     = GetChecksum(ids.GetData(), static_cast<std::size_t>(stored.bytes));
-      out.WriteAt(stored.offset, ids.GetData(), static_cast<std::size_t>(stored.bytes));
-    }
-    const std::vector<std::uint8_t> index = EncodeIndex(index_);
-    assert(index.size() == data->rows);
-    entry.indexOffset   = data->offset;
-    entry.indexBytes    = index.size();
-    entry.indexChecksum = GetChecksum(index.data(), index.size());
+    WriteData(out);
+    const std::vector<std::uint8_t>& structure = skeleton_->GetBytes();
+    const std::vector<std::uint8_t>  index     = EncodeIndex(index_);
+    assert(index.size() == data_.front().rows && index.size() == data_.back().rows);
+    SegmentEntry& entry  = header.entry;
+    entry.indexOffset    = data_.front().offset;
+    entry.indexBytes     = index.size();
+    entry.indexChecksum  = GetChecksum(index.data(), index.size());
+    entry.fileBytes      = skeleton_->GetFileBytes();
+    header.copyOffset    = data_.back().offset;
+    header.structure     = {kSegmentHeaderBytes, structure.size(), GetChecksum(structure.data(), structure.size())};
+    const auto headBytes = EncodeHeader(header);
+    out.WriteAt(header.copyOffset, index.data(), index.size());
+    out.WriteAt(entry.fileBytes - kSegmentTailBytes, headBytes.data(), kSegmentTailBytes);
+    out.WriteAt(0, headBytes.data(), headBytes.size());
+    out.WriteAt(kSegmentHeaderBytes, structure.data(), structure.size());
     out.WriteAt(entry.indexOffset, index.data(), index.size());
     out.Drain();
-    entry.fileBytes   = file.GetSize();
-    const auto header = EncodeHeader(entry);
-    file.WriteAt(0, header.data(), header.size());
   }
 
   SegmentIndex TakeIndex() noexcept { return std::move(index_); }
@@ -210,9 +202,11 @@ private:
     }
   }
 
-  // The order of the data is that in which they are written.
+  // The order of the data is that in which they are written, but for the index in front of them.
   void LayOut()
   {
+    const std::size_t indexBytes = EncodeIndex(index_).size();
+    data_.push_back({"/index", SkeletonData::Bytes, StoredColumn::Char, indexBytes, 1, 0});
     for (const Group& group : groups_) {
       for (std::size_t column = 0; column < group.columns.size(); ++column) {
         const StoredColumn& stored = group.columns[column];
@@ -227,14 +221,44 @@ private:
     }
     for (std::size_t i = 0; i < index_.ids.size(); ++i)
       AddData(GetIdsPath(contents_.ids[i].kind), StoredColumn::Int32, 1, index_.ids[i].ids.bytes);
-    data_.push_back({"/index", SkeletonData::Bytes, StoredColumn::Char, EncodeIndex(index_).size(), 1, 0});
+    data_.push_back({"/index-copy", SkeletonData::Bytes, StoredColumn::Char, indexBytes, 1, 0});
+    skeleton_.emplace(kSegmentHeaderBytes, kSegmentTailBytes, data_);
   }
 
-  // HDF5 gives no place to data without bytes.
+  // There are no data sets without bytes.
   void AddData(const std::string& path, StoredColumn::Element element, std::uint32_t width, std::uint64_t bytes)
   {
     if (bytes == 0) return;
     data_.push_back({path, SkeletonData::Values, element, bytes / (GetElementBytes(element) * width), width, 0});
+  }
+
+  void WriteData(BufferedFile& out)
+  {
+    auto data = data_.cbegin() + 1;
+    for (const Group& group : groups_) {
+      for (std::size_t column = 0; column < group.columns.size(); ++column)
+        if (WriteColumn(out, group, column, data->offset) > 0) ++data;
+      if (WriteKeys(out, group, data->offset) > 0) ++data;
+    }
+    for (std::size_t i = 0; i < contents_.ids.size(); ++i, ++data) {
+      StoredBytes& stored = index_.ids[i].ids;
+      stored.offset       = data->offset;
+      checksum_.Reset();
+      WritePieces(out, stored.offset, contents_.ids[i].ids.GetData(), static_cast<std::size_t>(stored.bytes));
+      stored.checksum = checksum_.Get();
+    }
+  }
+
+  // Adds to the checksum.
+  void WritePieces(BufferedFile& out, std::uint64_t offset, const void* bytes, std::size_t count)
+  {
+    const auto* const from = static_cast<const std::uint8_t*>(bytes);
+    for (std::size_t done = 0; done < count;) {
+      const std::size_t piece = std::min(count - done, kPieceBytes);
+      checksum_.Add(from + done, piece);
+      out.WriteAt(offset + done, from + done, piece);
+      done += piece;
+    }
   }
 
   std::uint64_t WriteColumn(BufferedFile& out, const Group& group, std::size_t column, std::uint64_t offset)
@@ -247,8 +271,7 @@ private:
       stored.bytes.bytes       = rows.GetBytes(column);
       checksum_.Reset();
       rows.Visit(column, [&](const void* bytes, std::size_t count) {
-        checksum_.Add(bytes, count);
-        out.WriteAt(offset, bytes, count);
+        WritePieces(out, offset, bytes, count);
         offset += count;
       });
       assert(offset == stored.bytes.offset + stored.bytes.bytes);
@@ -280,11 +303,12 @@ private:
     return offset - begin;
   }
 
-  const SegmentContents&    contents_;
-  std::vector<Group>        groups_;
-  SegmentIndex              index_;
-  std::vector<SkeletonData> data_;
-  RunningChecksum           checksum_;
+  const SegmentContents&         contents_;
+  std::vector<Group>             groups_;
+  SegmentIndex                   index_;
+  std::vector<SkeletonData>      data_;
+  std::optional<SegmentSkeleton> skeleton_;
+  RunningChecksum                checksum_;
 };
 
 // Removes the file unless it was kept.
@@ -340,16 +364,19 @@ std::string GetIndexLabel(int index, int value)
 }  // namespace
 
 std::unique_ptr<Segment> WriteSegment(FED_FileLayer& files, const std::filesystem::path& folder, SegmentEntry entry,
-                                      const SegmentContents& contents, const DescribeBlock& describe)
+                                      const SegmentContents& contents, const DescribeBlock& describe,
+                                      const ChooseMark& choose)
 {
   const std::filesystem::path path = folder / GetSegmentName(entry.number);
   SegmentWriter               writer(contents, describe);
-  const SegmentSkeleton       skeleton(path, kSegmentHeaderBytes, writer.GetData());
-  UnfinishedFile              unfinished(files, path);
-  StoreFile                   file(files, path, FED_FileLayer::Create);
-  writer.Write(file, skeleton, entry);
+  SegmentHeader               header;
+  header.entry = entry;
+  if (choose) header.commit = choose(writer.GetFileBytes());
+  UnfinishedFile unfinished(files, path);
+  StoreFile      file(files, path, FED_FileLayer::Create);
+  writer.Write(file, header);
   file.Flush();
-  auto segment = std::make_unique<Segment>(std::move(file), entry, writer.TakeIndex());
+  auto segment = std::make_unique<Segment>(std::move(file), header.entry, writer.TakeIndex());
   unfinished.Keep();
   return segment;
 }

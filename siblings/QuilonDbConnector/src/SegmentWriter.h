@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,14 +45,19 @@ struct SegmentContents
 /// What the writer asks about the block of rows that it is given.
 using DescribeBlock = std::function<const StoredBlock&(BlockUid)>;
 
-/// Writes a segment and flushes it: HDF5 lays the file out in memory, all bytes then go through the file layer.
+/// Decides whether a segment of so many bytes is to be a commit by itself.
+using ChooseMark = std::function<std::optional<CommitMark>(std::uint64_t fileBytes)>;
+
+/// Writes a segment and flushes it.
 ///
 /// Statistics of rows are asked for behind their bytes. The keys of rows are taken at once.
 /// @param entry    number, first and last
 /// @param describe answers for every block of the rows
+/// @param choose   null: it is none
 /// @throws FED_Failure that names the file; nothing of it is left unless removing it fails as well
 std::unique_ptr<Segment> WriteSegment(FED_FileLayer& files, const std::filesystem::path& folder, SegmentEntry entry,
-                                      const SegmentContents& contents, const DescribeBlock& describe);
+                                      const SegmentContents& contents, const DescribeBlock& describe,
+                                      const ChooseMark& choose = nullptr);
 
 /// @return "stress/lc1_sub3": where tools show a block; not unique among keys that differ under clear mask bits only
 std::string GetBlockPath(const FED_DataDescriptor& descriptor);

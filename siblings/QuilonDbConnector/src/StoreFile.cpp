@@ -45,7 +45,8 @@ void ReplaceFile(FED_FileLayer& files, const std::filesystem::path& from, const 
 StoreFile::StoreFile(FED_FileLayer& files, std::filesystem::path path, FED_FileLayer::Mode mode)
     : files_(&files), path_(std::move(path))
 {
-  RequireSuccess(files.Open(path_, mode, handle_), path_, mode == FED_FileLayer::Read ? "open" : "create");
+  const bool isThere = mode == FED_FileLayer::Read || mode == FED_FileLayer::Change;
+  RequireSuccess(files.Open(path_, mode, handle_), path_, isThere ? "open" : "create");
 }
 
 StoreFile::StoreFile(FED_FileLayer& files, std::filesystem::path path, const FED_FileStatus& replaced)

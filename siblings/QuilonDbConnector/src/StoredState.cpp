@@ -34,6 +34,25 @@ void TakeUncovered(const ExtentList& extents, std::size_t position, std::vector<
   covered = std::move(merged);
 }
 
+// @return what is there, with the replacement in the place of what belongs to segments of the window: behind what comes
+// before the window, in front of what comes after it
+template <typename Part>
+std::vector<Part> ReplaceWindow(const std::vector<Part>& parts, const std::vector<Segment*>& window,
+                                const std::vector<Part>& replacement)
+{
+  std::vector<Part> replaced;
+  bool              isDone = false;
+  for (const Part& part : parts) {
+    if (std::find(window.begin(), window.end(), part.segment) == window.end()) {
+      replaced.push_back(part);
+    } else if (!isDone) {
+      replaced.insert(replaced.end(), replacement.begin(), replacement.end());
+      isDone = true;
+    }
+  }
+  return replaced;
+}
+
 std::string DescribeChunk(const StoredState::Block& block, const IndexExtent& extent)
 {
   return "chunk " + std::to_string(extent.chunk) + " (rows " + std::to_string(extent.firstRow) + " to " +
@@ -96,10 +115,16 @@ void StoredState::RequireAllRows() const
 
 StoredState::Replacement StoredState::PrepareReplacement(const std::vector<Segment*>& window, Segment* merged)
 {
-  const auto isReplaced = [&](const Segment* segment) {
-    return std::find(window.begin(), window.end(), segment) != window.end();
-  };
-  std::map<std::pair<BlockUid, std::uint32_t>, ExtentList> changed;
+  Replacement replacement;
+  PrepareLists(window, merged, replacement);
+  PrepareIds(window, merged, replacement);
+  return replacement;
+}
+
+// The lists of all chunks that the window or the merged segment has rows of.
+void StoredState::PrepareLists(const std::vector<Segment*>& window, Segment* merged, Replacement& replacement)
+{
+  std::map<std::pair<BlockUid, std::uint32_t>, ExtentList> changed;  // what the merged segment has of a chunk
   for (const Segment* segment : window)
     for (const IndexExtent& extent : segment->GetIndex().extents) changed[{extent.block, extent.chunk}];
   if (merged != nullptr)
@@ -107,35 +132,22 @@ StoredState::Replacement StoredState::PrepareReplacement(const std::vector<Segme
       const IndexExtent& extent = merged->GetIndex().extents[i];
       changed[{extent.block, extent.chunk}].push_back({merged, i});
     }
-  Replacement replacement;
-  for (auto& [key, extents] : changed) {
+  for (const auto& [key, extents] : changed) {
     const auto found = blocks_.find(key.first);
     if (found == blocks_.end()) continue;
     ExtentList& old = found->second.chunks[key.second];
-    ExtentList  list;
-    // Behind those before the window, in front of those after it.
-    bool isDone = false;
-    for (const ExtentRef& extent : old) {
-      const bool goes = isReplaced(extent.segment);
-      if (!goes) list.push_back(extent);
-      if (!goes || isDone) continue;
-      list.insert(list.end(), extents.begin(), extents.end());
-      isDone = true;
-    }
-    replacement.lists.emplace_back(&old, std::move(list));
+    replacement.lists.emplace_back(&old, ReplaceWindow(old, window, extents));
   }
+}
+
+void StoredState::PrepareIds(const std::vector<Segment*>& window, Segment* merged, Replacement& replacement) const
+{
   for (std::size_t kind = 0; kind < kNumKinds; ++kind) {
-    bool isDone = false;
-    for (const IdPiece& piece : ids_[kind]) {
-      const bool goes = isReplaced(piece.segment);
-      if (!goes) replacement.ids[kind].push_back(piece);
-      if (!goes || isDone || merged == nullptr) continue;
-      for (std::size_t i = 0; i < merged->GetIndex().ids.size(); ++i)
-        if (merged->GetIndex().ids[i].kind == kind) replacement.ids[kind].push_back({merged, i});
-      isDone = true;
-    }
+    std::vector<IdPiece> pieces;
+    for (std::size_t i = 0; merged != nullptr && i < merged->GetIndex().ids.size(); ++i)
+      if (merged->GetIndex().ids[i].kind == kind) pieces.push_back({merged, i});
+    replacement.ids[kind] = ReplaceWindow(ids_[kind], window, pieces);
   }
-  return replacement;
 }
 
 void StoredState::Apply(Replacement& replacement) noexcept

@@ -96,6 +96,8 @@ public:
   const std::map<int, std::string>&          GetNames() const noexcept { return names_; }
 
 private:
+  void PrepareLists(const std::vector<Segment*>& window, Segment* merged, Replacement& replacement);
+  void PrepareIds(const std::vector<Segment*>& window, Segment* merged, Replacement& replacement) const;
   void Declare(const StoredBlock& block, const Segment& segment);
   void Delete(BlockUid uid) noexcept;
   void AddExtent(const ExtentRef& extent);

@@ -141,7 +141,7 @@ TEST_F(WorkingDatabase, HasOneWriterAtATime)
   EXPECT_EQ(RunQuilon({"ls", fed_}).exitCode, 0);
 }
 
-// The limits stop a commit in HDF5's part of a segment, behind it, and in a merge of all segments.
+// The limits stop a commit in the front of a segment, behind it, and in a merge of all segments.
 TEST_F(WorkingDatabase, AFullDiskIsAnErrorAndLeavesItAsItWas)
 {
   const std::string tensors = (folder_ / "tensors.onf").string();
@@ -156,7 +156,7 @@ TEST_F(WorkingDatabase, AFullDiskIsAnErrorAndLeavesItAsItWas)
                                 {"derive", fed_},
                                 {"prune", fed_, "stress@it=1"},
                                 {"compact", fed_}};
-  for (const std::size_t limit : {1000U, 2500U}) {
+  for (const std::size_t limit : {1000U, 1400U}) {
     for (const Arguments& arguments : commands) {
       const RunResult run = RunQuilon(arguments, {.fileLimit = limit});
       EXPECT_EQ(run.exitCode, 2) << arguments.front() << ' ' << limit << '\n' << run.out;

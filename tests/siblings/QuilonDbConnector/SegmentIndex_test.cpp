@@ -43,7 +43,7 @@ SegmentIndex MakeIndex()
   keyed.columnCount = 3;
   keyed.firstColumn = 1;
   index.extents     = {run, keyed};
-  for (std::uint64_t i = 0; i < 4; ++i) index.columns.push_back({{800 + i, 16, i}, {i, 1, -0.5, 1e300}});
+  for (std::uint64_t i = 0; i < 4; ++i) index.columns.push_back({{800 + 16 * i, 16, i}, {i, 1, -0.5, 1e300}});
   return index;
 }
 
@@ -127,6 +127,14 @@ TEST(SegmentIndex, ClaimsAreCheckedBeforeTheyAreUsed)
             start + "a place is beyond the file's end");
   EXPECT_EQ(change([](auto& index) { index.columns[0].bytes.bytes = ~0ull; }),
             start + "a place is beyond the file's end");
+  EXPECT_EQ(change([](auto& index) { index.columns[0].bytes.offset = 511; }), start + "two places overlap");
+  EXPECT_EQ(change([](auto& index) { index.columns[2].bytes.offset = 801; }), start + "two places overlap");
+  EXPECT_EQ(change([](auto& index) { index.extents[1].keys.offset = 607; }), start + "two places overlap");
+  EXPECT_EQ(change([](auto& index) {
+              index.ids[1].ids = {600, 0, 0};
+            }),
+            start + "the bytes of ids are no whole numbers");
+  EXPECT_EQ(change([](auto& index) { index.columns[2].bytes = {800, 0, 0}; }), "no failure");
   EXPECT_EQ(change([](auto& index) { index.blocks[0].uid = 0; }), start + "a block has the number 0");
   EXPECT_EQ(change([](auto& index) { index.blocks[0].chunkShift = 25; }),
             start + "a block's chunks have too many rows");
@@ -158,19 +166,41 @@ TEST(SegmentIndex, NewerFormatVersionIsNamed)
 {
   std::vector<std::uint8_t> bytes = EncodeIndex(MakeIndex());
   bytes[8]                        = 3;
-  EXPECT_EQ(Decode(bytes), "segment: the database has format version 3, this program reads version 1");
+  EXPECT_EQ(Decode(bytes), "segment: the database has format version 3, this program reads versions 1 to 2");
 }
 
-TEST(SegmentHeader, RepeatsTheManifest)
+namespace {
+
+SegmentHeader MakeHeader()
 {
-  const SegmentEntry entry{30, 1, 29, 90112, 88064, 1936, 0x0123456789abcdefu};
-  EXPECT_EQ(DecodeHeader(EncodeHeader(entry), "segment"), entry);
+  SegmentHeader header;
+  header.entry      = {30, 1, 29, 90112, 88064, 1936, 0x0123456789abcdefu};
+  header.copyOffset = 87000;
+  header.structure  = {512, 2000, 0x11};
+  return header;
+}
+
+}  // namespace
+
+TEST(SegmentHeader, RepeatsTheManifestAndTellsOfACommit)
+{
+  const SegmentHeader plain = DecodeHeader(EncodeHeader(MakeHeader()), "segment");
+  EXPECT_EQ(plain.entry, MakeHeader().entry);
+  EXPECT_EQ(plain.version, 2u);
+  EXPECT_EQ(plain.copyOffset, 87000u);
+  EXPECT_EQ(plain.structure.offset, 512u);
+  EXPECT_EQ(plain.structure.bytes, 2000u);
+  EXPECT_EQ(plain.structure.checksum, 0x11u);
+  EXPECT_FALSE(plain.commit);
+  SegmentHeader header = MakeHeader();
+  header.commit        = CommitMark{7, 3, 99};
+  EXPECT_EQ(DecodeHeader(EncodeHeader(header), "segment").commit, header.commit);
 }
 
 TEST(SegmentHeader, EveryFlippedBitIsNamed)
 {
-  const auto header = EncodeHeader({30, 1, 29, 90112, 88064, 1936, 0x0123456789abcdefu});
-  for (std::size_t i = 0; i < 80; ++i)
+  const auto header = EncodeHeader(MakeHeader());
+  for (std::size_t i = 0; i < header.size(); ++i)
     for (int bit = 0; bit < 8; ++bit) {
       auto damaged = header;
       damaged[i]   = static_cast<std::uint8_t>(damaged[i] ^ (1 << bit));

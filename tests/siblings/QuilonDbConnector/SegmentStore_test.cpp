@@ -117,7 +117,7 @@ TEST(SegmentStore, WhatIsPublishedIsReadBackByteForByte)
   EXPECT_EQ(ListFolder(folder / "a.fed"), (std::vector<std::string>{"lock", "manifest", "segment-000001.h5"}));
 }
 
-// Neither groups nor data sets have times: equal data give equal files.
+// Neither groups nor data sets have times: equal data give equal files. HDF5 itself reads the structure.
 TEST(SegmentStore, SegmentsHoldNoTimes)
 {
   const TempFolder folder;
@@ -382,6 +382,167 @@ TEST(SegmentStore, ReaderStartsAgainWhenItsSegmentsAreMergedBeforeItOpensThem)
   const SegmentStore reader(folder / "a.fed", kReadOnly, interrupted);
   EXPECT_FALSE(interrupted.interrupt);
   EXPECT_EQ(ReadContent(reader), ReadContent(writer));
+}
+
+namespace {
+
+// Fails one kind of call on demand.
+class BrokenFiles : public FED_FileLayer
+{
+public:
+  bool failsRename      = false;
+  bool failsFolderFlush = false;
+  bool failsChange      = false;
+
+  std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override
+  {
+    if (failsChange && mode == Change) return std::make_error_code(std::errc::io_error);
+    return FED_FileLayer::Open(path, mode, handle);
+  }
+  std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to) override
+  {
+    return failsRename ? std::make_error_code(std::errc::io_error) : FED_FileLayer::Rename(from, to);
+  }
+  std::error_code FlushFolder(const std::filesystem::path& folder) override
+  {
+    // Behind the renaming.
+    const bool isBehind = !std::filesystem::exists(folder / "manifest.new") && std::filesystem::exists(folder / "lock");
+    return failsFolderFlush && isBehind ? std::make_error_code(std::errc::io_error)
+                                        : FED_FileLayer::FlushFolder(folder);
+  }
+};
+
+// One row more of the block that WriteSample() makes first.
+void WriteRow(SegmentStore& store, std::uint32_t row)
+{
+  PlainRows rows(1, 0, row, {row + 1});
+  rows.Add<double>({0.5 * row});
+  SegmentContents contents;
+  contents.rows = {&rows};
+  store.Write(contents, true);
+}
+
+std::size_t CountLines(const std::filesystem::path& manifest, const std::string& word)
+{
+  std::size_t   count = 0;
+  std::ifstream in(manifest);
+  for (std::string line; std::getline(in, line);) count += line.rfind(word + ' ', 0) == 0 ? 1 : 0;
+  return count;
+}
+
+}  // namespace
+
+TEST(SegmentStore, FirstPublicationWhoseRenamingFailsLeavesNothing)
+{
+  const TempFolder folder;
+  BrokenFiles      files;
+  files.failsRename = true;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    EXPECT_EQ(MessageOf([&] { store.Publish(false); }),
+              (folder / "a.fed" / "manifest").string() + ": cannot replace: Input/output error");
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.fed"));
+}
+
+TEST(SegmentStore, FlushThatFailsWhenTheCommitIsMadeSaysThatItMayBeInForce)
+{
+  const TempFolder  folder;
+  BrokenFiles       files;
+  const std::string expected =
+      (folder / "a.fed").string() + ": cannot flush: Input/output error; the commit may be in force all the same";
+  SegmentStore store(folder / "a.fed", kCreate, files);
+  WriteSample(store);
+  files.failsFolderFlush = true;
+  EXPECT_EQ(MessageOf([&] { store.Publish(false); }), expected);
+  files.failsFolderFlush = false;
+  store.Publish(false);
+  WriteRow(store, 3);
+  files.failsFolderFlush = true;
+  EXPECT_EQ(MessageOf([&] { store.Publish(false); }), expected);
+  files.failsFolderFlush = false;
+  store.Publish(false);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), ReadContent(store));
+}
+
+TEST(SegmentStore, SmallCommitsAreAppendedAndFoldedNowAndThen)
+{
+  const TempFolder            folder;
+  FED_FileLayer               files;
+  const std::filesystem::path manifest = folder / "a.fed" / "manifest";
+  SegmentStore                store(folder / "a.fed", kCreate, files);
+  WriteSample(store);
+  store.Publish(false);
+  EXPECT_EQ(CountLines(manifest, "segment"), 1u);
+  for (std::uint32_t row = 3; row < 8; ++row) {
+    WriteRow(store, row);
+    store.Publish(false);
+    EXPECT_EQ(CountLines(manifest, "segment"), 1u);
+    EXPECT_EQ(CountLines(manifest, "commit"), row - 2u);
+    EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), ReadContent(store));
+  }
+  store.Publish(true);
+  EXPECT_EQ(CountLines(manifest, "segment"), 1u);
+  EXPECT_EQ(CountLines(manifest, "commit"), 0u);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), ReadContent(store));
+}
+
+// The line is lost when the power goes; the segment stays.
+TEST(SegmentStore, CommitWithoutItsLineIsInForceAndTheNextWriterTellsOfIt)
+{
+  const TempFolder            folder;
+  BrokenFiles                 files;
+  const std::filesystem::path manifest = folder / "a.fed" / "manifest";
+  StoredContent               content;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    store.Publish(false);
+    files.failsChange = true;
+    WriteRow(store, 3);
+    store.Publish(false);
+    EXPECT_EQ(CountLines(manifest, "commit"), 0u);
+    content = ReadContent(store);
+    EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), content);
+    // Nothing is appended behind a line that is missing.
+    WriteRow(store, 4);
+    store.Publish(false);
+    EXPECT_EQ(CountLines(manifest, "segment"), 3u);
+    WriteRow(store, 5);
+    store.Publish(false);
+    content = ReadContent(store);
+  }
+  EXPECT_EQ(CountLines(manifest, "segment"), 3u);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadWrite, files)), content);
+  EXPECT_EQ(CountLines(manifest, "segment"), 4u);
+  EXPECT_EQ(ListFolder(folder / "a.fed").size(), 6u);
+}
+
+TEST(SegmentStore, SegmentOfACommitThatWasCutShortIsNoneAndGoesWithTheNextWriter)
+{
+  const TempFolder folder;
+  BrokenFiles      files;
+  StoredContent    before;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    store.Publish(false);
+    before            = ReadContent(store);
+    files.failsChange = true;
+    WriteRow(store, 3);
+    store.Publish(false);
+  }
+  const std::filesystem::path path  = folder / "a.fed" / "segment-000002.h5";
+  const std::string           bytes = ReadBytes(path);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    PutByte(path, i, static_cast<char>(bytes[i] ^ 4));
+    ASSERT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), before) << i;
+    PutByte(path, i, bytes[i]);
+  }
+  std::filesystem::resize_file(path, bytes.size() - 1);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadWrite, files)), before);
+  EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 TEST(SegmentStore, EveryFlippedAndEveryMissingByteIsNamedOrChangesNothing)

@@ -1,11 +1,13 @@
 // Whatever fails in a commit, and wherever: the database is then as before the commit or as after it, and whole.
 
 #include <cstddef>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -94,9 +96,16 @@ std::set<std::string> NeededFiles(const fs::path& folder)
   std::set<std::string> names = {"manifest", "lock"};
   std::ifstream         manifest(folder / "manifest");
   for (std::string line; std::getline(manifest, line);) {
-    if (line.rfind("segment ", 0) != 0) continue;
+    std::istringstream words(line);
+    std::string        word;
+    unsigned           generation = 0;
+    unsigned           nextBlock  = 0;
+    unsigned           number     = 0;
+    words >> word;
+    if (word == "commit") words >> generation >> nextBlock;
+    if ((word != "segment" && word != "commit") || !(words >> number)) continue;
     char name[32];
-    std::snprintf(name, sizeof name, "segment-%06d.h5", std::stoi(line.substr(8)));
+    std::snprintf(name, sizeof name, "segment-%06u.h5", number);
     names.insert(name);
   }
   return names;
@@ -261,6 +270,20 @@ void TryAllFaults(const Scenario& scenario)
 TEST(CommitUnderFaults, AChangeOfEverythingThatMergesSegmentsHappensWhollyOrNotAtAll)
 {
   TryAllFaults({.name = "change", .makeBase = MakeBase, .work = Change});
+}
+
+TEST(CommitUnderFaults, ASmallCommitThatIsAppendedHappensWhollyOrNotAtAll)
+{
+  TryAllFaults({.name = "append",
+                .makeBase =
+                    [](const fs::path& folder) {
+                      FED_ResultDatabase database(folder, FED_ResultDatabase::Create);
+                      SetTensors(database, 1, 10, 14, 1.0);
+                      database.Commit();
+                      SetTensors(database, 2, 10, 14, 2.0);  // appended behind an appended one
+                      database.Commit();
+                    },
+                .work = [](FED_ResultDatabase& database) { SetTensors(database, 3, 10, 20, 3.0); }});
 }
 
 TEST(CommitUnderFaults, ADatabaseIsMadeWhollyOrNotAtAll)

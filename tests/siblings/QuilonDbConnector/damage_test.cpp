@@ -64,6 +64,14 @@ void WriteFile(const fs::path& path, const std::string& bytes)
   std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
+// In place: replacing whole files makes some file systems flush them.
+void PutByte(const fs::path& path, std::size_t at, char byte)
+{
+  std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+  file.seekp(static_cast<std::streamoff>(at));
+  file.put(byte);
+}
+
 class Damage : public testing::Test
 {
 protected:
@@ -96,7 +104,8 @@ protected:
   std::vector<fs::path> files_;
 };
 
-// Bits of HDF5's own structures are not looked at by our reader, so that a flip there leaves the data as they are.
+// A reader does not look at all bytes: HDF5's structure, copies of index and header. A check does, and tells which part
+// of which file it is. What was appended to the manifest stands in the segment's header as well.
 TEST_F(Damage, AFlippedByteIsFoundOrChangesNothing)
 {
   std::size_t flips = 0;
@@ -105,16 +114,16 @@ TEST_F(Damage, AFlippedByteIsFoundOrChangesNothing)
     const std::string bytes = ReadFile(file);
     for (std::size_t at = 0; at < bytes.size() && !HasFailure(); ++at) {
       SCOPED_TRACE(file.filename().string() + ", byte " + std::to_string(at));
-      std::string flipped = bytes;
-      flipped[at]         = static_cast<char>(flipped[at] ^ (at % 2 == 0 ? 0x01 : 0x80));
-      WriteFile(file, flipped);
+      PutByte(file, at, static_cast<char>(bytes[at] ^ (at % 2 == 0 ? 0x01 : 0x80)));
       ++flips;
-      if (ExpectWholeOrFailure(file)) {
-        ++found;
-        EXPECT_FALSE(FED_InspectDatabase(database_).findings.empty());
+      if (ExpectWholeOrFailure(file)) ++found;
+      const FED_DatabaseReport report = FED_InspectDatabase(database_);
+      if (report.findings.empty()) {
+        EXPECT_EQ(file.filename(), "manifest");
+        EXPECT_EQ(report.leftovers.size(), 1U);
       }
+      PutByte(file, at, bytes[at]);
     }
-    WriteFile(file, bytes);
   }
   std::cout << flips << " flips tried, " << found << " found, the others changed nothing\n";
   EXPECT_GT(found, 1500U);  // the indices alone have more bytes
@@ -125,14 +134,17 @@ TEST_F(Damage, AFileThatEndsEarlyIsFound)
   std::size_t cuts = 0;
   for (const fs::path& file : files_) {
     const std::string bytes = ReadFile(file);
-    for (std::size_t size = 0; size < bytes.size() && !HasFailure(); ++size) {
+    for (std::size_t size = bytes.size(); size-- > 0 && !HasFailure();) {
       SCOPED_TRACE(file.filename().string() + ", cut to " + std::to_string(size));
-      WriteFile(file, bytes.substr(0, size));
+      fs::resize_file(file, size);
       ++cuts;
-      EXPECT_TRUE(ExpectWholeOrFailure(file));
+      // Of the manifest, what was appended may go.
+      if (!ExpectWholeOrFailure(file)) {
+        EXPECT_EQ(file.filename(), "manifest");
+      }
     }
     WriteFile(file, bytes + "x");
-    EXPECT_TRUE(ExpectWholeOrFailure(file)) << file;
+    EXPECT_EQ(ExpectWholeOrFailure(file), file.filename() != "manifest") << file;
     WriteFile(file, bytes);
   }
   std::cout << cuts << " truncations tried\n";
@@ -176,10 +188,11 @@ TEST_F(Damage, ANewerFormatVersionIsRefusedWithBothVersions)
 {
   const fs::path manifest = database_ / "manifest";
   std::string    text     = ReadFile(manifest);
-  ASSERT_EQ(text.rfind("quilon-database 1\n", 0), 0U);
-  text.replace(0, 17, "quilon-database 2");
+  ASSERT_EQ(text.rfind("quilon-database 2\n", 0), 0U);
+  text.replace(0, 17, "quilon-database 3");
   WriteFile(manifest, text);
-  const std::string message = manifest.string() + ": the database has format version 2, this program reads version 1";
+  const std::string message =
+      manifest.string() + ": the database has format version 3, this program reads versions 1 to 2";
   for (const auto access : {FED_ResultDatabase::ReadOnly, FED_ResultDatabase::ReadWrite})
     EXPECT_EQ(MessageOf([&] { FED_ResultDatabase(database_, access); }), message);
   EXPECT_EQ(ReadFile(manifest), text);

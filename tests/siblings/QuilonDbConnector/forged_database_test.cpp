@@ -61,7 +61,7 @@ protected:
   // Changes what segment and manifest say, or what the segment holds, and makes every checksum right again.
   void Forge(const std::function<void(Manifest& manifest, SegmentIndex& index, std::string& bytes)>& edit) const
   {
-    Manifest          manifest = DecodeManifest(ReadBytes(database_ / "manifest"), "manifest");
+    Manifest          manifest = DecodeManifest(ReadBytes(database_ / "manifest"), "manifest").manifest;
     SegmentEntry&     entry    = manifest.segments.at(0);
     std::string       bytes    = ReadBytes(segment_);
     const char* const at       = bytes.data() + entry.indexOffset;
@@ -78,8 +78,14 @@ protected:
     ASSERT_EQ(encoded.size(), entry.indexBytes);
     std::memcpy(bytes.data() + entry.indexOffset, encoded.data(), encoded.size());
     entry.indexChecksum = GetChecksum(encoded.data(), encoded.size());
-    const auto header   = EncodeHeader(entry);
+    SegmentHeaderBytes header{};
+    std::memcpy(header.data(), bytes.data(), header.size());
+    SegmentHeader decoded = DecodeHeader(header, segment_);
+    decoded.entry         = entry;
+    header                = EncodeHeader(decoded);
     std::memcpy(bytes.data(), header.data(), header.size());
+    std::memcpy(bytes.data() + decoded.copyOffset, encoded.data(), encoded.size());
+    std::memcpy(bytes.data() + bytes.size() - kSegmentTailBytes, header.data(), kSegmentTailBytes);
     WriteBytes(segment_, bytes);
     WriteBytes(database_ / "manifest", EncodeManifest(manifest));
   }

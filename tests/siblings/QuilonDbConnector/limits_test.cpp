@@ -306,7 +306,7 @@ private:
 };
 
 // HDF5 leaves a file open, and crashes when the process ends, where it cannot write what it has to say of a file.
-TEST(FullDisk, StopsHdf5NowhereAndTheSameObjectCommitsLater)
+TEST(FullDisk, StopsACommitAndTheSameObjectCommitsLater)
 {
   const TempFolder   folder;
   FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create);

@@ -28,9 +28,9 @@ struct FED_DatabaseReport
   std::vector<std::string> findings;        ///< what is wrong; empty for a whole database
 };
 
-/// Reads and checks all of a database: manifest, headers and indices, every byte of rows and id maps against its
-/// checksum, lengths of lists against their elements, statistics against values, and that no id, no record index and no
-/// block is there twice. Changes nothing; a writer may be at work.
+/// Reads and checks all of a database: manifest, every byte of every segment, lengths of lists against their elements,
+/// statistics against values, and that no id, no record index and no block is there twice. What is damaged but concerns
+/// no value is told as such. Changes nothing; a writer may be at work.
 /// @param files null: the operating system's files
 /// @throws FED_Failure when the folder cannot be listed
 QUILON_DB_CONNECTOR_API FED_DatabaseReport FED_InspectDatabase(const std::filesystem::path& folder,
@@ -47,8 +47,9 @@ struct FED_SalvageReport
 };
 
 /// Copies every whole run of rows of a damaged database. Ids and indices stay as they are; where an id map is damaged,
-/// the records whose ids are known are kept under new indices. Without a whole manifest all whole segments of the
-/// folder count, also those of a commit that did not happen.
+/// the records whose ids are known are kept under new indices. A segment whose end is missing, or one of whose copies
+/// of header and index is damaged, gives all else. Without a whole manifest all segments of the folder count, also
+/// those of a commit that did not happen.
 /// @param target an empty database; the caller commits it
 /// @param files  null: the operating system's files
 /// @throws FED_Failure when the folder cannot be listed, or the target fails

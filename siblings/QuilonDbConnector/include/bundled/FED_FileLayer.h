@@ -46,9 +46,10 @@ public:
 
   enum Mode : int
   {
-    Read,          ///< a plain file that is there; anything else is NotAFile() or std::errc::is_a_directory
-    Create,        ///< for reading and writing: a new file. What is there goes first, and no link is followed
-    CreatePrivate  ///< likewise, for nobody else to open before SetPermissions()
+    Read,           ///< a plain file that is there; anything else is NotAFile() or std::errc::is_a_directory
+    Create,         ///< for reading and writing: a new file. What is there goes first, and no link is followed
+    CreatePrivate,  ///< likewise, for nobody else to open before SetPermissions()
+    Change          ///< for reading and writing: otherwise as Read
   };
 
   /// @return the error of opening what is there and is no plain file, such as a pipe: nobody waits for its other end

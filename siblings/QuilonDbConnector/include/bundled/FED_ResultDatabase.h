@@ -73,7 +73,8 @@ public:
 
   /// Makes all changes since the last commit durable, in one step: after a crash at any instant the database is as
   /// before or as after. A database in memory has nothing to do.
-  /// @throws FED_Failure when the disk fails; what is stored is then as before, and so are the changes in memory
+  /// @throws FED_Failure when the disk fails; what is stored is then as before, unless the message says that the commit
+  ///         may be in force, and so are the changes in memory
   void Commit();
 
   /// Commits, and rewrites what is alive into one segment: bytes of deleted and replaced rows are given back. Readers
@@ -121,7 +122,7 @@ private:
                              std::size_t expectedRecords);
 
   void WriteRows();
-  void WriteChanges();
+  void WriteChanges(bool isCommit);
   void Publish(bool compacts);
 
   std::unique_ptr<Disk>               disk_;  // null in memory; outlives the blocks
