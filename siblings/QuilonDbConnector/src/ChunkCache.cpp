@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-ChunkCache::ChunkCache(const ChunkStore& store, std::size_t limit, std::function<void()> spill)
-    : store_(&store), takesChanges_(store.IsWritable()), limit_(limit), spill_(std::move(spill))
+ChunkCache::ChunkCache(const ChunkStore& store, std::size_t limit, std::size_t most, std::function<void()> spill)
+    : store_(&store),
+      takesChanges_(store.IsWritable()),
+      limit_(limit),
+      most_(std::max(limit, most)),
+      spill_(std::move(spill))
 {}
 
 void ChunkCache::MakeRoom(std::size_t bytes)

@@ -3,6 +3,7 @@
 /// @file
 /// The rows of a database on disk that are in memory.
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -26,14 +27,17 @@ public:
   /// @param limit bytes
   /// @param spill called when rows that the store does not have fill the memory: writes the rows of GetDirty() to the
   ///              store and calls MarkClean(). What it throws leaves through the operation that needed the memory.
-  ChunkCache(const ChunkStore& store, std::size_t limit, std::function<void()> spill);
+  /// @param most what Widen() may make of the limit
+  ChunkCache(const ChunkStore& store, std::size_t limit, std::size_t most, std::function<void()> spill);
   ChunkCache(const ChunkCache&)            = delete;
   ChunkCache& operator=(const ChunkCache&) = delete;
 
   const ChunkStore& GetStore() const noexcept { return *store_; }
   bool              TakesChanges() const noexcept { return takesChanges_; }  ///< the store is writable
   std::size_t       GetLimit() const noexcept { return limit_; }
-  std::size_t       GetBytes() const noexcept { return bytes_; }  ///< of all chunks in memory
+  /// Takes so many bytes more from now on: a chunk that was evicted is wanted again, out of order.
+  void        Widen(std::size_t bytes) noexcept { limit_ += std::min(bytes, most_ - limit_); }
+  std::size_t GetBytes() const noexcept { return bytes_; }  ///< of all chunks in memory
 
   /// @return whether this many more bytes fit below the limit as it is
   bool HasRoom(std::size_t bytes) const noexcept { return bytes <= limit_ && bytes_ <= limit_ - bytes; }
@@ -87,6 +91,7 @@ private:
   const ChunkStore*                  store_;
   bool                               takesChanges_;
   std::size_t                        limit_;
+  std::size_t                        most_;  // at least limit_
   std::function<void()>              spill_;
   std::size_t                        bytes_ = 0;
   std::size_t                        count_ = 0;        // chunks in the ring

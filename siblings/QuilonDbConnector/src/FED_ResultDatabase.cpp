@@ -59,10 +59,18 @@ SegmentStore::Access GetStoreAccess(FED_ResultDatabase::Access access) noexcept
   }
 }
 
+constexpr std::size_t kUsualReaderLimit = std::size_t{32} << 20;
+constexpr std::size_t kUsualMost        = std::size_t{1} << 30;
+
 std::size_t GetMemoryLimit(FED_ResultDatabase::Access access, const FED_ResultDatabaseOptions& options) noexcept
 {
   if (options.memoryLimit != FED_ResultDatabaseOptions::kUsualLimit) return options.memoryLimit;
-  return access == FED_ResultDatabase::ReadOnly ? std::size_t{32} << 20 : std::size_t{1} << 30;
+  return access == FED_ResultDatabase::ReadOnly ? kUsualReaderLimit : kUsualMost;
+}
+
+std::size_t GetMostMemory(const FED_ResultDatabaseOptions& options) noexcept
+{
+  return options.memoryLimit != FED_ResultDatabaseOptions::kUsualLimit ? options.memoryLimit : kUsualMost;
 }
 
 // Calls visit(entry) for the blocks of a pattern, ascending. Descriptors are ordered by their values, so all that share
@@ -106,7 +114,7 @@ struct FED_ResultDatabase::Disk
   Disk(const std::filesystem::path& folder, Access access, const FED_ResultDatabaseOptions& options,
        std::function<void()> spill)
       : store(folder, GetStoreAccess(access), options.files != nullptr ? *options.files : ownFiles),
-        cache(store, GetMemoryLimit(access, options), std::move(spill))
+        cache(store, GetMemoryLimit(access, options), GetMostMemory(options), std::move(spill))
   {}
 
   FED_FileLayer                ownFiles;

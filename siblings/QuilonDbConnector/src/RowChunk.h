@@ -102,6 +102,7 @@ struct RowChunk
   std::uint32_t          number;
 
   bool wasLoaded = false;  ///< earlier rows were asked for since they were in the store alone
+  bool wasThere  = false;  ///< in memory, once, with rows of the store
 
   // For the cache.
   std::size_t pins          = 0;      ///< holders of a PinnedChunk

@@ -388,3 +388,37 @@ TEST(ChunkCache, RandomWorkInLittleMemoryMatchesPlainRows)
     }
   }
 }
+
+TEST(ChunkCache, LimitGrowsForRowsThatAreReadOutOfOrderAlone)
+{
+  constexpr std::size_t kChunks = 30, kLimit = 6 * kChunkBytes;
+  FakeDisk              disk(kLimit, 20 * kChunkBytes);
+  const auto            first = MakeBlock(disk, 1), second = MakeBlock(disk, 2);
+  Fill(*first, kChunks);
+  Fill(*second, kChunks);
+  disk.Commit();
+  // Forth and back, one block beside the other, again and again.
+  for (int pass = 0; pass < 4; ++pass) {
+    for (std::size_t index = 0; index < kChunks * kRows; ++index) {
+      ExpectTensor(*first, index);
+      ExpectTensor(*second, index);
+    }
+    for (std::size_t index = kChunks * kRows; index-- > 0;) ExpectTensor(*second, index);
+  }
+  EXPECT_EQ(disk.cache.GetLimit(), kLimit);
+  // Every other record in another chunk: what is wanted again stays.
+  std::mt19937      random(2);
+  const std::size_t reads = disk.store.reads;
+  for (int step = 0; step < 5000; ++step) ExpectTensor(*first, random() % (16 * kRows));
+  EXPECT_LT(disk.store.reads - reads, 100u);
+  EXPECT_LE(disk.cache.GetBytes(), disk.cache.GetLimit());
+  for (int step = 0; step < 500; ++step) ExpectTensor(*second, random() % (kChunks * kRows));
+  EXPECT_EQ(disk.cache.GetLimit(), 20 * kChunkBytes);
+  // A limit that was asked for stays.
+  FakeDisk   strict(kLimit);
+  const auto block = MakeBlock(strict, 1);
+  Fill(*block, kChunks);
+  strict.Commit();
+  for (int step = 0; step < 500; ++step) ExpectTensor(*block, random() % (kChunks * kRows));
+  EXPECT_EQ(strict.cache.GetLimit(), kLimit);
+}

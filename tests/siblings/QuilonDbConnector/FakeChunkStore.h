@@ -131,8 +131,8 @@ private:
 class FakeDisk
 {
 public:
-  explicit FakeDisk(std::size_t limit = std::size_t{1} << 30)
-      : cache(store, limit, [this] {
+  explicit FakeDisk(std::size_t limit = std::size_t{1} << 30, std::size_t most = 0)
+      : cache(store, limit, most, [this] {
           ++spills;
           Commit();
         })

@@ -23,9 +23,9 @@ namespace {
 constexpr int         kBlocks = 4;
 constexpr std::size_t kMiB    = std::size_t{1} << 20;
 
-// The chunks touched last stay whatever the limit is, and one more is on its way in: five of 12 MiB. The rest is what
+// The chunks touched last stay whatever the limit is, and one more is on its way in: five of 3 MiB. The rest is what
 // keys, indices and the writing of a segment take.
-constexpr std::size_t kAllowance = 80 * kMiB;
+constexpr std::size_t kAllowance = 32 * kMiB;
 
 std::size_t PeakMemory()
 {
