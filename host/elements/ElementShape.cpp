@@ -226,4 +226,27 @@ std::array<double, 3> LocalPosition(ElementShape shape, std::size_t node) noexce
   return {};
 }
 
+bool IsOnFace(ElementShape shape, std::size_t node, int face) noexcept
+{
+  // Each face is where one linear form of the local coordinates has its value; all of them are exact at nodes.
+  struct Plane
+  {
+    std::array<double, 3> normal;
+    double                value;
+  };
+  static constexpr std::array<Plane, 6> kBrick = {
+      {{{0, 0, 1}, -1}, {{0, 0, 1}, 1}, {{0, 1, 0}, -1}, {{1, 0, 0}, 1}, {{0, 1, 0}, 1}, {{1, 0, 0}, -1}}};
+  static constexpr std::array<Plane, 5> kWedge = {
+      {{{0, 0, 1}, -1}, {{0, 0, 1}, 1}, {{0, 1, 0}, 0}, {{1, 1, 0}, 1}, {{1, 0, 0}, 0}}};
+  static constexpr std::array<Plane, 4> kTet = {{{{0, 0, 1}, 0}, {{0, 1, 0}, 0}, {{1, 1, 1}, 1}, {{1, 0, 0}, 0}}};
+
+  std::span<const Plane> planes = kBrick;
+  if (shape == ElementShape::Wedge6 || shape == ElementShape::Wedge15) planes = kWedge;
+  if (shape == ElementShape::Tet4 || shape == ElementShape::Tet10) planes = kTet;
+  if (face < 1 || face > static_cast<int>(planes.size())) return false;
+  const Plane&                plane = planes[static_cast<std::size_t>(face) - 1];
+  const std::array<double, 3> at    = LocalPosition(shape, node);
+  return plane.normal[0] * at[0] + plane.normal[1] * at[1] + plane.normal[2] * at[2] == plane.value;
+}
+
 }  // namespace quilon

@@ -36,4 +36,7 @@ void EvaluateShape(ElementShape shape, const std::array<double, 3>& local, std::
 /// @param node 0 <= node < NumNodes()
 std::array<double, 3> LocalPosition(ElementShape shape, std::size_t node) noexcept;
 
+/// @param face from 1, as decks number faces: 6 of bricks, 5 of wedges, 4 of tetrahedra; others have no node
+bool IsOnFace(ElementShape shape, std::size_t node, int face) noexcept;
+
 }  // namespace quilon

@@ -107,6 +107,7 @@ struct DeckParameterRule
     Own,    ///< what the card itself defines, or what is looked up in another way
     Number,
     NodeId,
+    ElementId,
     DataElsewhere,  ///< its data refer to nothing in this deck
     // From here on a name that something else defines.
     NodeSet,
@@ -153,6 +154,13 @@ struct DeckKeyword
     Amplitude,
     Interaction,
     TimePoints,
+    Contact,
+    Tie,
+    MultiPoint,
+    Coupling,
+    RigidBody,
+    PreTension,
+    ModelChange,
     Step,
     EndOfStep
   };

@@ -1,9 +1,11 @@
 #include "calculix/deck/DeckModel.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "calculix/deck/DeckModelReader.h"
 #include "calculix/deck/DeckReader.h"
+#include "elements/ElementShape.h"
 
 namespace quilon::calculix {
 namespace {
@@ -20,6 +22,50 @@ const T* FindById(const IdRadixMap<T>& items, int id) noexcept
 {
   const std::size_t position = items.Find(id);
   return position == IdRadixMap<T>::npos ? nullptr : &items.At(position);
+}
+
+void SortUnique(std::vector<int>& ids)
+{
+  std::sort(ids.begin(), ids.end());
+  ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+}
+
+/// @return the shape of a solid, for its faces; nothing for other elements
+std::optional<ElementShape> ShapeOf(const DeckElementType& type) noexcept
+{
+  if (type.dimension != 3) return std::nullopt;
+  switch (type.numNodes) {
+    case 4:
+      return ElementShape::Tet4;
+    case 6:
+      return ElementShape::Wedge6;
+    case 8:
+      return ElementShape::Brick8;
+    case 10:
+      return ElementShape::Tet10;
+    case 15:
+      return ElementShape::Wedge15;
+    case 20:
+      return ElementShape::Brick20;
+    default:
+      return std::nullopt;
+  }
+}
+
+/// @return whether a node of an element is on the face: of solids their own, of plane elements an edge, of shells the
+///         whole or an edge; of others each node is
+bool IsOnFace(const DeckElementType& type, std::size_t node, int face) noexcept
+{
+  if (face == 0) return true;
+  if (const auto shape = ShapeOf(type)) return IsOnFace(*shape, node, face);
+  if (type.dimension != 2) return true;
+  const std::string_view name    = type.name;
+  const bool             isShell = name.starts_with('S') || name.starts_with('M');
+  const int              edge    = isShell ? face - 2 : face;  // faces 1 and 2 of a shell are below and above
+  if (edge < 1) return true;
+  const auto corners = static_cast<std::size_t>(type.numNodes % 3 == 0 ? 3 : 4);
+  const auto first   = static_cast<std::size_t>(edge) - 1;
+  return node == first || node == (first + 1) % corners || node == corners + first;
 }
 
 DeckModel Read(const std::filesystem::path& deck, const DeckOptions& options, std::vector<DeckMessage>* messages)
@@ -50,6 +96,8 @@ std::span<const int> DeckModel::NodesOf(const DeckElement& element) const noexce
   return std::span<const int>(elementNodes).subspan(element.first, element.count);
 }
 
+const DeckSurface* DeckModel::FindSurface(std::string_view name) const noexcept { return FindNamed(surfaces, name); }
+
 const DeckSet* DeckModel::FindNodeSet(std::string_view name) const noexcept { return FindNamed(nodeSets, name); }
 
 const DeckSet* DeckModel::FindElementSet(std::string_view name) const noexcept { return FindNamed(elementSets, name); }
@@ -59,6 +107,81 @@ const DeckMaterial* DeckModel::FindMaterial(std::string_view name) const noexcep
 const DeckOrientation* DeckModel::FindOrientation(std::string_view name) const noexcept
 {
   return FindNamed(orientations, name);
+}
+
+std::vector<int> DeckModel::NodesOf(const DeckSurface& surface) const
+{
+  std::vector<int> found;
+  const auto       addFace = [&](int id, int face) {
+    const DeckElement* element = FindElement(id);
+    if (element == nullptr) return;
+    const std::span<const int> connected = NodesOf(*element);
+    for (std::size_t i = 0; i < connected.size(); ++i)
+      if (connected[i] != 0 && IsOnFace(*element->type, i, face)) found.push_back(connected[i]);
+  };
+  for (const DeckSurface::Part& part : surface.parts) {
+    if (!part.isSet) {
+      if (!surface.isOfNodes) {
+        addFace(part.id, part.face);
+      } else if (FindNode(part.id) != nullptr) {
+        found.push_back(part.id);
+      }
+      continue;
+    }
+    const std::string& name = surface.sets[static_cast<std::size_t>(part.id)];
+    const DeckSet*     set  = surface.isOfNodes ? FindNodeSet(name) : FindElementSet(name);
+    if (set == nullptr) continue;
+    for (const int id : set->ids) {
+      if (!surface.isOfNodes) {
+        addFace(id, part.face);
+      } else if (FindNode(id) != nullptr) {
+        found.push_back(id);
+      }
+    }
+  }
+  SortUnique(found);
+  return found;
+}
+
+std::vector<int> DeckModel::NodesOf(const DeckConstraint& constraint) const
+{
+  std::vector<int> found;
+  const auto       addNode = [&](int id) {
+    if (FindNode(id) != nullptr) found.push_back(id);
+  };
+  const auto addElement = [&](int id) {
+    const DeckElement* element = FindElement(id);
+    if (element == nullptr) return;
+    const std::span<const int> connected = NodesOf(*element);
+    std::for_each(connected.begin(), connected.end(), addNode);
+  };
+  std::for_each(constraint.nodes.begin(), constraint.nodes.end(), addNode);
+  std::for_each(constraint.elements.begin(), constraint.elements.end(), addElement);
+  for (const std::string& name : constraint.nodeSets)
+    if (const DeckSet* set = FindNodeSet(name)) std::for_each(set->ids.begin(), set->ids.end(), addNode);
+  for (const std::string& name : constraint.elementSets)
+    if (const DeckSet* set = FindElementSet(name)) std::for_each(set->ids.begin(), set->ids.end(), addElement);
+  for (const std::string& name : constraint.surfaces) {
+    const DeckSurface* surface = FindSurface(name);
+    if (surface == nullptr) continue;
+    const std::vector<int> ofSurface = NodesOf(*surface);
+    found.insert(found.end(), ofSurface.begin(), ofSurface.end());
+  }
+  SortUnique(found);
+  return found;
+}
+
+std::vector<int> DeckModel::ElementsOf(const DeckModelChange& change) const
+{
+  std::vector<int> found;
+  const auto       add = [&](int id) {
+    if (FindElement(id) != nullptr) found.push_back(id);
+  };
+  std::for_each(change.elements.begin(), change.elements.end(), add);
+  for (const std::string& name : change.elementSets)
+    if (const DeckSet* set = FindElementSet(name)) std::for_each(set->ids.begin(), set->ids.end(), add);
+  SortUnique(found);
+  return found;
 }
 
 std::string DeckModel::Describe(const DeckPlace& place) const { return DescribeDeckPlace(files, place); }

@@ -106,12 +106,63 @@ struct DeckSection
   DeckPlace   place;
 };
 
+/// A surface, as the deck gives it: nodes, or faces of elements.
+struct DeckSurface
+{
+  /// A node or set of nodes; a face of an element, or of each element of a set.
+  struct Part
+  {
+    int         id    = 0;  ///< of the node or element; of a set the position in sets
+    bool        isSet = false;
+    signed char face  = 0;  ///< from 1 as decks number faces; 0 all nodes of the element
+  };
+
+  std::string              name;
+  bool                     isOfNodes = false;
+  std::vector<Part>        parts;
+  std::vector<std::string> sets;  ///< names
+  DeckPlace                place;
+};
+
+/// One card that makes nodes depend on each other or on a body, so that forces pass between them that no element tells
+/// of. What it names is kept as named; DeckModel::NodesOf() finds the nodes.
+struct DeckConstraint
+{
+  enum Kind : int
+  {
+    Contact,    ///< *CONTACT PAIR
+    Tie,        ///< *TIE, also those of cyclic symmetry
+    Equation,   ///< *EQUATION, *MPC
+    Coupling,   ///< *COUPLING, *DISTRIBUTING COUPLING
+    RigidBody,  ///< *RIGID BODY
+    PreTension  ///< *PRE-TENSION SECTION: the solver splits the nodes of the surface
+  };
+
+  Kind                     kind = Equation;
+  std::vector<int>         nodes;
+  std::vector<int>         elements;
+  std::vector<std::string> nodeSets;
+  std::vector<std::string> elementSets;
+  std::vector<std::string> surfaces;
+  DeckPlace                place;
+};
+
+/// Elements that a step adds or takes away.
+struct DeckModelChange
+{
+  bool                     adds = false;
+  std::vector<int>         elements;
+  std::vector<std::string> elementSets;
+  DeckPlace                place;
+};
+
 struct DeckStep
 {
   std::string procedure;  ///< keyword: "STATIC", "FREQUENCY", "BUCKLE", "DYNAMIC", ...; empty when there is none
   bool        nlgeom       = false;  ///< as it rules this step: it holds for all later steps too, NLGEOM=NO ends it
   bool        perturbation = false;
   DeckPlace   place;
+  std::vector<DeckModelChange> changes = {};
 };
 
 /// One file of the include tree.
@@ -151,6 +202,8 @@ struct DeckModel
   std::vector<DeckMaterial>    materials;
   std::vector<DeckOrientation> orientations;
   std::vector<DeckSection>     sections;
+  std::vector<DeckSurface>     surfaces;
+  std::vector<DeckConstraint>  constraints;  ///< one for each card, those in steps too
   std::vector<DeckStep>        steps;
   /// Types that the deck itself defines (*USER ELEMENT); elements point to them.
   std::vector<std::shared_ptr<const DeckUserElementType>> userElementTypes;
@@ -158,10 +211,16 @@ struct DeckModel
   const DeckNode*        FindNode(int id) const noexcept;
   const DeckElement*     FindElement(int id) const noexcept;
   std::span<const int>   NodesOf(const DeckElement& element) const noexcept;
+  const DeckSurface*     FindSurface(std::string_view name) const noexcept;
   const DeckSet*         FindNodeSet(std::string_view name) const noexcept;
   const DeckSet*         FindElementSet(std::string_view name) const noexcept;
   const DeckMaterial*    FindMaterial(std::string_view name) const noexcept;
   const DeckOrientation* FindOrientation(std::string_view name) const noexcept;
+
+  // Ascending, each once. Names that nothing defines and ids that are not there have no nodes or elements.
+  std::vector<int> NodesOf(const DeckSurface& surface) const;
+  std::vector<int> NodesOf(const DeckConstraint& constraint) const;
+  std::vector<int> ElementsOf(const DeckModelChange& change) const;
 
   /// @return "PATH:LINE", the path as it was opened
   std::string Describe(const DeckPlace& place) const;

@@ -195,6 +195,7 @@ void DeckModelReader::OnCard(const DeckLine& line)
     card_.keyword = keyword->name;
   }
   references_.OnCard(*keyword, card_, line.place);
+  constraints_.OnCard(*keyword, card_, line.place, isInStep_);
   if (messages_ != nullptr) lint_.OnCard(*keyword, card_, line.place, isInStep_);
   onData_ = &DeckModelReader::OnReferringData;
   if ((keyword->role == DeckKeyword::Procedure || keyword->role == DeckKeyword::Load) && !isInStep_)
@@ -224,6 +225,13 @@ void DeckModelReader::OnCard(const DeckLine& line)
     case DeckKeyword::Amplitude:
     case DeckKeyword::Interaction:
     case DeckKeyword::TimePoints:
+    case DeckKeyword::Contact:
+    case DeckKeyword::Tie:
+    case DeckKeyword::MultiPoint:
+    case DeckKeyword::Coupling:
+    case DeckKeyword::RigidBody:
+    case DeckKeyword::PreTension:
+    case DeckKeyword::ModelChange:
       break;
   }
   if (keyword->role == DeckKeyword::Section) return BeginSection(line.place);
@@ -367,7 +375,11 @@ void DeckModelReader::EndStep(const DeckPlace& place)
   onData_   = &DeckModelReader::OnStrayData;
 }
 
-void DeckModelReader::OnReferringData(const DeckLine& line) { references_.OnData(line); }
+void DeckModelReader::OnReferringData(const DeckLine& line)
+{
+  references_.OnData(line);
+  constraints_.OnData(line.text);
+}
 
 void DeckModelReader::OnStrayData(const DeckLine& line)
 {

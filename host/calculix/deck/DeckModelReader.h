@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "calculix/deck/DeckConstraintReader.h"
 #include "calculix/deck/DeckLint.h"
 #include "calculix/deck/DeckModel.h"
 #include "calculix/deck/DeckReader.h"
@@ -95,8 +96,9 @@ private:
   std::size_t               errors_   = 0;  // as many of each kind as were met, up to one more than are listed
   std::size_t               warnings_ = 0;
 
-  DeckReferences references_;
-  DeckLint       lint_;  // looks at the deck where there is a list of messages
+  DeckReferences       references_;
+  DeckConstraintReader constraints_{model_};
+  DeckLint             lint_;  // looks at the deck where there is a list of messages
 
   DeckCard    card_;
   DeckPlace   cardPlace_;

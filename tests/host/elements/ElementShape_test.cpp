@@ -1,7 +1,10 @@
 #include "elements/ElementShape.h"
 
+#include <algorithm>
 #include <cmath>
+#include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -100,6 +103,37 @@ TEST(ElementShape, ReproducesEveryMonomialOfItsSpaceAndItsGradient)
       }
     }
     EXPECT_EQ(numMonomials, row.nodes) << row.name;
+  }
+}
+
+// The corners as decks number them, from 1; middles of edges lie between corners of the face.
+TEST(ElementShape, FacesHaveTheCornersOfDecksAndTheMiddlesBetweenThem)
+{
+  using Nodes                    = std::set<std::size_t>;
+  const std::vector<Nodes> brick = {{1, 2, 3, 4}, {5, 8, 7, 6}, {1, 5, 6, 2}, {2, 6, 7, 3}, {3, 7, 8, 4}, {4, 8, 5, 1}};
+  const std::vector<Nodes> wedge = {{1, 2, 3}, {4, 5, 6}, {1, 2, 5, 4}, {2, 3, 6, 5}, {3, 1, 4, 6}};
+  const std::vector<Nodes> tet   = {{1, 2, 3}, {1, 4, 2}, {2, 4, 3}, {3, 4, 1}};
+  const std::vector<std::tuple<ElementShape, ElementShape, std::vector<Nodes>>> rows = {
+      {ElementShape::Brick8, ElementShape::Brick20, brick},
+      {ElementShape::Wedge6, ElementShape::Wedge15, wedge},
+      {ElementShape::Tet4, ElementShape::Tet10, tet}};
+  const auto nodesOf = [](ElementShape shape, int face) {
+    Nodes nodes;
+    for (std::size_t n = 0; n < NumNodes(shape); ++n)
+      if (IsOnFace(shape, n, face)) nodes.insert(n + 1);
+    return nodes;
+  };
+  for (const auto& [linear, quadratic, faces] : rows) {
+    for (std::size_t i = 0; i < faces.size(); ++i) {
+      const int face = static_cast<int>(i) + 1;
+      EXPECT_EQ(nodesOf(linear, face), faces[i]) << face;
+      // As many middles as corners: the edges of the face.
+      const Nodes all = nodesOf(quadratic, face);
+      EXPECT_EQ(all.size(), 2 * faces[i].size()) << face;
+      EXPECT_TRUE(std::includes(all.begin(), all.end(), faces[i].begin(), faces[i].end())) << face;
+    }
+    EXPECT_EQ(nodesOf(linear, 0), Nodes());
+    EXPECT_EQ(nodesOf(linear, static_cast<int>(faces.size()) + 1), Nodes());
   }
 }
 
