@@ -1,5 +1,8 @@
 # The compile settings that all targets of the project share, and the functions that declare them.
 
+# Below version 1 a minor version may break callers, so the minor version is part of the name that they load.
+set(QUILON_SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+
 # How our own code is compiled. Linked PRIVATE, so that it never reaches a user's build.
 #   -ffp-contract=off  a fused multiply-add would make results differ between compilers and machines
 add_library(quilon_compile_options INTERFACE)
@@ -44,11 +47,13 @@ endfunction()
 function(quilon_add_sibling name)
   cmake_parse_arguments(arg "" "" "SOURCES;LOWER;DEPENDS" ${ARGN})
   add_library(${name} SHARED ${arg_SOURCES})
+  string(REPLACE Quilon Quilon:: alias ${name})
+  add_library(${alias} ALIAS ${name})
   quilon_configure(${name})
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
                              PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC quilon_contract ${arg_LOWER} PRIVATE ${arg_DEPENDS})
-  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${QUILON_SOVERSION})
 endfunction()
 
 # quilon_add_test(<name> SOURCES ... [LINK <library>...])

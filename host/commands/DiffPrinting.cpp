@@ -125,10 +125,7 @@ struct ValueToJson
   Json operator()(NotStated) const { return {}; }
   Json operator()(int number) const { return number; }
   // In the digits of a float, not in those that it has as a double.
-  Json operator()(float number) const
-  {
-    return std::isfinite(number) ? Json::parse(FormatNumber(number)) : Json(FormatNumber(number));
-  }
+  Json operator()(float number) const { return JsonNumber(number); }
   Json operator()(double number) const { return JsonNumber(number); }
   Json operator()(const std::string& text) const { return text; }
 };

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include <bundled/OnfKinds.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
@@ -19,6 +20,7 @@
 #include "kinds/KindTable.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
 #include "text/Failure.h"
@@ -51,27 +53,30 @@ public:
     for (const NumberRange& range : ranges_) {
       if (range.form == NumberRange::None)
         Fail("a record id is 'none', expected a number, a range, first, last or all");
-      if (range.form == NumberRange::Numbers && range.first == range.last) missing_.insert(range.first);
+      if (range.form == NumberRange::Numbers && range.first == range.last) single_.insert(range.first);
     }
   }
 
-  /// @param keys by ascending id
-  std::vector<RecordKey> Choose(std::vector<RecordKey> keys)
+  /// @return the chosen records of a block, by ascending id
+  std::vector<RecordKey> Choose(const FED_DataBlock& block, const FED_IdMapsPool& pool) const
   {
+    std::vector<RecordKey> keys = GetRecordKeys(block, pool);
     if (!ranges_.empty() && !keys.empty()) {
       const int first = keys.front().id;
       const int last  = keys.back().id;
       std::erase_if(keys, [&](const RecordKey& key) { return !IsChosen(key.id, first, last); });
-      for (const RecordKey& key : keys) missing_.erase(key.id);
     }
     if (head_ && keys.size() > *head_) keys.resize(*head_);
     return keys;
   }
 
-  /// An id that was asked for by its number and that no block holds.
-  std::optional<int> FindMissing() const
+  /// An id that is asked for by its number and that no block holds.
+  template <typename HasRecord>
+  std::optional<int> FindMissing(const HasRecord& hasRecord) const
   {
-    return missing_.empty() ? std::nullopt : std::optional<int>(*missing_.begin());
+    for (const int id : single_)
+      if (!hasRecord(id)) return id;
+    return std::nullopt;
   }
 
 private:
@@ -95,21 +100,40 @@ private:
   }
 
   std::vector<NumberRange>   ranges_;  // empty: all
-  std::set<int>              missing_;
+  std::set<int>              single_;
   std::optional<std::size_t> head_;
 };
 
-struct ShownBlock
+/// Blocks are shown one after the other, and the keys of one are all that memory holds.
+struct Shown
 {
-  FED_DataDescriptor     descriptor;
-  const FED_DataBlock*   block;
-  std::vector<RecordKey> records;
+  FED_Database&                   database;
+  const KindTable&                kinds;
+  const RecordChoice&             choice;
+  std::vector<FED_DataDescriptor> descriptors;
+
+  /// Calls visit(record) for each of the records, which is valid during the call only.
+  template <typename Visit>
+  void ForEachRecord(const FED_DataBlock& block, const std::vector<RecordKey>& keys, const Visit& visit) const
+  {
+    const ScratchRecord scratch(block);
+    for (const RecordKey& key : keys) {
+      ThrowIfInterrupted();
+      block.GetRecord(key.index, *scratch);
+      visit(key.id, *scratch);
+    }
+  }
+
+  std::vector<RecordKey> Choose(const FED_DataBlock& block) const
+  {
+    return choice.Choose(block, database.GetIdMapsPool());
+  }
 };
 
 struct JsonCell
 {
   Json operator()(double value) const { return JsonNumber(value); }
-  Json operator()(float value) const { return JsonNumber(static_cast<double>(value)); }
+  Json operator()(float value) const { return JsonNumber(value); }
   Json operator()(const std::vector<double>& values) const
   {
     Json list = Json::array();
@@ -124,65 +148,59 @@ struct JsonCell
 };
 
 /// Rows are written one by one, so that a large block is never a large text in memory.
-void PrintJson(Output& output, const std::vector<ShownBlock>& blocks, const KindTable& kinds,
-               const FED_Database& database)
+void PrintJson(Output& output, const Shown& shown)
 {
   output.Write("[");
   const char* beforeBlock = "\n";
-  for (const ShownBlock& shown : blocks) {
+  for (const FED_DataDescriptor& descriptor : shown.descriptors) {
     Json head;
-    head["block"] = ToSelectionText(shown.descriptor);
-    head["onf"]   = shown.descriptor.GetInteger(FED_DataDescriptor::OnfId);
-    head["kind"]  = kinds.GetName(shown.descriptor);
+    head["block"] = ToSelectionText(descriptor);
+    head["onf"]   = descriptor.GetInteger(FED_DataDescriptor::OnfId);
+    head["kind"]  = shown.kinds.GetName(descriptor);
     for (const IndexKey& key : GetIndexKeys())
-      if (shown.descriptor.IsSet(key.index)) head[key.key] = shown.descriptor.GetInteger(key.index);
+      if (descriptor.IsSet(key.index)) head[key.key] = descriptor.GetInteger(key.index);
     std::string text = JsonText(head);
     text.pop_back();  // its closing brace: the rows follow
     output.Write(beforeBlock + text + ",\"rows\":[");
     beforeBlock = ",\n";
 
-    const RecordRows    rows(*shown.block, kinds, database);
-    const ScratchRecord scratch(*shown.block);
-    const char*         beforeRow = "\n  ";
-    for (const RecordKey& key : shown.records) {
-      ThrowIfInterrupted();
-      shown.block->GetRecord(key.index, *scratch);
-      for (const std::vector<Cell>& row : rows.GetRows(key.id, *scratch)) {
+    const FED_DataBlock& block = shown.database.GetConstDataBlock(descriptor);
+    const RecordRows     rows(block, shown.kinds, shown.database);
+    const char*          beforeRow = "\n  ";
+    shown.ForEachRecord(block, shown.Choose(block), [&](int id, const FED_ConstDataRecord& record) {
+      for (const std::vector<Cell>& row : rows.GetRows(id, record)) {
         Json object;
         for (std::size_t i = 0; i < row.size(); ++i) object[rows.GetColumns()[i]] = std::visit(JsonCell(), row[i]);
         output.Write(beforeRow + JsonText(object));
         beforeRow = ",\n  ";
       }
-    }
+    });
     output.Write("]}");
   }
   output.Write("\n]\n");
 }
 
 /// Tells the blocks of one table apart: the keys that any of them has set, and the kind.
-std::vector<IndexKey> KeyColumns(const std::vector<ShownBlock>& blocks)
+std::vector<IndexKey> KeyColumns(const std::vector<FED_DataDescriptor>& descriptors)
 {
   std::vector<IndexKey> keys;
   for (const IndexKey& key : GetIndexKeys())
-    if (std::any_of(blocks.begin(), blocks.end(),
-                    [&](const ShownBlock& shown) { return shown.descriptor.IsSet(key.index); }))
+    if (std::any_of(descriptors.begin(), descriptors.end(),
+                    [&](const FED_DataDescriptor& descriptor) { return descriptor.IsSet(key.index); }))
       keys.push_back(key);
   return keys;
 }
 
-void WriteRows(TableWriter& table, const ShownBlock& shown, const RecordRows& rows,
-               const std::vector<std::string>& before, std::size_t listLimit)
+void WriteRows(TableWriter& table, const Shown& shown, const FED_DataBlock& block, const std::vector<RecordKey>& keys,
+               const RecordRows& rows, const std::vector<std::string>& before, std::size_t listLimit)
 {
-  const ScratchRecord scratch(*shown.block);
-  for (const RecordKey& key : shown.records) {
-    ThrowIfInterrupted();
-    shown.block->GetRecord(key.index, *scratch);
-    for (const std::vector<Cell>& row : rows.GetRows(key.id, *scratch)) {
+  shown.ForEachRecord(block, keys, [&](int id, const FED_ConstDataRecord& record) {
+    for (const std::vector<Cell>& row : rows.GetRows(id, record)) {
       std::vector<std::string> cells = before;
       for (const Cell& cell : row) cells.push_back(FormatCell(cell, listLimit));
       table.Row(std::move(cells));
     }
-  }
+  });
 }
 
 std::vector<TableColumn> NumberColumns(const std::vector<std::string>& names)
@@ -193,16 +211,17 @@ std::vector<TableColumn> NumberColumns(const std::vector<std::string>& names)
 }
 
 /// A table per block with a line above it.
-void PrintForPeople(Output& output, const TableForm& form, const std::vector<ShownBlock>& blocks,
-                    const KindTable& kinds, const FED_Database& database)
+void PrintForPeople(Output& output, const TableForm& form, const Shown& shown)
 {
   const char* before = "";
-  for (const ShownBlock& shown : blocks) {
-    const RecordRows rows(*shown.block, kinds, database);
-    output.Write(before + Printable(kinds.GetName(shown.descriptor)) + "  " + ToSelectionText(shown.descriptor) + "  " +
-                 Counted(shown.records.size(), "record") + '\n');
+  for (const FED_DataDescriptor& descriptor : shown.descriptors) {
+    const FED_DataBlock&         block = shown.database.GetConstDataBlock(descriptor);
+    const std::vector<RecordKey> keys  = shown.Choose(block);
+    const RecordRows             rows(block, shown.kinds, shown.database);
+    output.Write(before + Printable(shown.kinds.GetName(descriptor)) + "  " + ToSelectionText(descriptor) + "  " +
+                 Counted(keys.size(), "record") + '\n');
     TableWriter table = MakeTable(output, form, NumberColumns(rows.GetColumns()));
-    WriteRows(table, shown, rows, {}, kListEntriesForPeople);
+    WriteRows(table, shown, block, keys, rows, {}, kListEntriesForPeople);
     table.Finish();
     before = "\n";
   }
@@ -210,24 +229,25 @@ void PrintForPeople(Output& output, const TableForm& form, const std::vector<Sho
 
 /// One table for all blocks; where there are several, kind and keys stand in front of each row. Blocks with other
 /// columns start another table behind an empty line.
-void PrintForPrograms(Output& output, const TableForm& form, const std::vector<ShownBlock>& blocks,
-                      const KindTable& kinds, const FED_Database& database)
+void PrintForPrograms(Output& output, const TableForm& form, const Shown& shown)
 {
-  const std::vector<IndexKey> keys = blocks.size() > 1 ? KeyColumns(blocks) : std::vector<IndexKey>();
+  const bool                  areSeveral = shown.descriptors.size() > 1;
+  const std::vector<IndexKey> keys       = areSeveral ? KeyColumns(shown.descriptors) : std::vector<IndexKey>();
   std::vector<std::string>    former;
   std::optional<TableWriter>  table;
-  for (const ShownBlock& shown : blocks) {
-    const RecordRows         rows(*shown.block, kinds, database);
+  for (const FED_DataDescriptor& descriptor : shown.descriptors) {
+    const FED_DataBlock&     block = shown.database.GetConstDataBlock(descriptor);
+    const RecordRows         rows(block, shown.kinds, shown.database);
     std::vector<TableColumn> columns;
     std::vector<std::string> before;
-    if (blocks.size() > 1) {
+    if (areSeveral) {
       columns.push_back({"kind", true});
-      before.push_back(kinds.GetName(shown.descriptor));
+      before.push_back(shown.kinds.GetName(descriptor));
     }
     for (const IndexKey& key : keys) {
       columns.push_back({key.key, false});
-      const bool isSet = shown.descriptor.IsSet(key.index);
-      before.push_back(isSet ? std::to_string(shown.descriptor.GetInteger(key.index)) : form.csv ? "" : "-");
+      const bool isSet = descriptor.IsSet(key.index);
+      before.push_back(isSet ? std::to_string(descriptor.GetInteger(key.index)) : form.csv ? "" : "-");
     }
     if (!table || rows.GetColumns() != former) {
       if (table) output.Write("\n");
@@ -236,33 +256,38 @@ void PrintForPrograms(Output& output, const TableForm& form, const std::vector<S
       table.emplace(MakeTable(output, form, std::move(columns)));
       former = rows.GetColumns();
     }
-    WriteRows(*table, shown, rows, before, std::numeric_limits<std::size_t>::max());
+    WriteRows(*table, shown, block, shown.Choose(block), rows, before, std::numeric_limits<std::size_t>::max());
   }
+}
+
+/// @return whether one of the blocks has a record of this id, or at this index where it has no ids
+bool HasRecord(const Shown& shown, int id)
+{
+  return std::any_of(shown.descriptors.begin(), shown.descriptors.end(), [&](const FED_DataDescriptor& descriptor) {
+    const FED_DataBlock& block = shown.database.GetConstDataBlock(descriptor);
+    if (OnfKind::HasIds(descriptor.GetInteger(FED_DataDescriptor::OnfId)))
+      return FED_ConstIdDataBlock(block, shown.database.GetIdMapsPool()).HasRecord(id);
+    return id >= 0 && block.HasRecord(static_cast<std::size_t>(id));
+  });
 }
 
 void Run(const Options& options, CommandContext& context)
 {
-  RecordChoice    choice(options);
-  OpenedDatabase  database(options.database, context.console);
-  const KindTable kinds(database.Get());
-
-  std::vector<ShownBlock> blocks;
-  for (const FED_DataDescriptor& descriptor :
-       database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString()))
-  {
-    const FED_DataBlock& block = database.Get().GetConstDataBlock(descriptor);
-    blocks.push_back({descriptor, &block, choice.Choose(GetRecordKeys(block, database.Get().GetIdMapsPool()))});
-  }
-  if (const std::optional<int> id = choice.FindMissing())
+  const RecordChoice choice(options);
+  OpenedDatabase     database(options.database, context.console);
+  const KindTable    kinds(database.Get());
+  const Shown        shown{database.Get(), kinds, choice,
+                    database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString())};
+  if (const std::optional<int> id = choice.FindMissing([&](int asked) { return HasRecord(shown, asked); }))
     Fail(options.database + ": no record " + std::to_string(*id) + " in the blocks of '" +
          options.selection.ToString() + "'");
 
   if (options.form.json)
-    PrintJson(context.output, blocks, kinds, database.Get());
+    PrintJson(context.output, shown);
   else if (StyleOf(options.form) == TableStyle::Aligned)
-    PrintForPeople(context.output, options.form, blocks, kinds, database.Get());
+    PrintForPeople(context.output, options.form, shown);
   else
-    PrintForPrograms(context.output, options.form, blocks, kinds, database.Get());
+    PrintForPrograms(context.output, options.form, shown);
 }
 
 }  // namespace
