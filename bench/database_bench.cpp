@@ -4,9 +4,11 @@
 //                       without and with a hint, ids dense and scattered over 31 bits
 //   RewriteTensors/*    the same into records that exist
 //   WalkTensors/*       every tensor read in index order: a plain vector, the unordered_map by id, the block by index,
-//                       the id view by id, the block's iterator, the column chunks
+//                       the id view by id, the block's iterator, the column chunks, spans with ids
 //   CopyBlock           one block of n tensors between databases of different first-use order
 //   WriteLists          n integer lists of eight through scratch records
+//   CopyLists           the same between databases
+//   FindBlocks          the blocks of one of n / 10 steps, of ten kinds each, by a pattern
 //   FindIndex/*         n ids to indices: std::unordered_map, the id maps; dense, scattered
 //
 // Times are per call over all n; items per second count values (tensors, lists, ids).
@@ -20,6 +22,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bundled/FED_BlockSpans.h"
 #include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/FED_ResultDatabase.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
@@ -263,7 +266,41 @@ void WalkTensorsColumn(benchmark::State& state)
   Finish(state);
 }
 
+void WalkTensorsSpans(benchmark::State& state)
+{
+  FilledBlock filled(CountOf(state));
+  for (auto _ : state) {
+    double sum = 0.0;
+    FED_ForEachSpan(filled.GetBlock(), filled.database.GetIdMapsPool(), [&sum](const FED_BlockSpan& span) {
+      const double* const values = span.GetDoubles(1).GetData();
+      for (std::size_t i = 0; i < span.GetCount(); ++i) sum += Sum(values + 6 * i) + span.GetIds().GetData()[i];
+    });
+    benchmark::DoNotOptimize(sum);
+  }
+  Finish(state);
+}
+
 // --- the rest ---
+
+void FindBlocks(benchmark::State& state)
+{
+  FED_ResultDatabase database;
+  const int          steps = static_cast<int>(state.range(0)) / 10;
+  for (int step = 0; step < steps; ++step)
+    for (int kind = 0; kind < 10; ++kind) {
+      FED_DataDescriptor key(0, static_cast<FED_OnfId>(1000 + kind));
+      key.SetInteger(FED_DataDescriptor::Substep, step);
+      database.CreateDataBlock(key, 0, 0, "D");
+    }
+  FED_DataDescriptorPattern pattern;
+  pattern.SetEqual(FED_DataDescriptor::OnfId, 1005);
+  int step = 0;
+  for (auto _ : state) {
+    pattern.SetEqual(FED_DataDescriptor::Substep, step);
+    benchmark::DoNotOptimize(database.GetDataDescriptors(pattern));
+    step = (step + 1) % steps;
+  }
+}
 
 void CopyBlock(benchmark::State& state)
 {
@@ -275,19 +312,33 @@ void CopyBlock(benchmark::State& state)
   Finish(state);
 }
 
-void WriteLists(benchmark::State& state)
+void FillLists(FED_Database& database, std::size_t count)
 {
   const FED_IntArray nodes({1, 2, 3, 4, 5, 6, 7, 8});
+  FED_DataBlock&     block  = database.GetOrCreateDataBlock(FED_DataDescriptor(0, FED_OnfId_ElementNodes), 0);
+  FED_DataRecord*    record = block.CreateDataRecord();
+  for (std::size_t index = 1; index <= count; ++index) {
+    record->SetIntList(1, nodes);
+    block.SetRecord(index, *record);
+  }
+  block.DeleteDataRecord(record);
+}
+
+void WriteLists(benchmark::State& state)
+{
   for (auto _ : state) {
     FED_ResultDatabase database;
-    FED_DataBlock&     block  = database.GetOrCreateDataBlock(FED_DataDescriptor(0, FED_OnfId_ElementNodes), 0);
-    FED_DataRecord*    record = block.CreateDataRecord();
-    for (std::size_t index = 1; index <= CountOf(state); ++index) {
-      record->SetIntList(1, nodes);
-      block.SetRecord(index, *record);
-    }
-    block.DeleteDataRecord(record);
+    FillLists(database, CountOf(state));
   }
+  Finish(state);
+}
+
+void CopyLists(benchmark::State& state)
+{
+  FED_ResultDatabase source, target;
+  for (int id = 1; id <= static_cast<int>(CountOf(state)); ++id) source.GetIdMapsPool().FindOrAddIndex(1, id);
+  FillLists(source, CountOf(state));
+  for (auto _ : state) QuilonDatabaseUtils::copy_datablocks(source, target, {}, QuilonDatabaseUtils::SkipEmptyBlocks);
   Finish(state);
 }
 
@@ -343,8 +394,11 @@ int main(int argc, char** argv)
   add("WalkTensors/iterator", WalkTensorsIterator);
   add("WalkTensors/view", WalkTensorsView);
   add("WalkTensors/column", WalkTensorsColumn);
+  add("WalkTensors/spans", WalkTensorsSpans);
   add("CopyBlock", CopyBlock);
+  benchmark::RegisterBenchmark("FindBlocks", FindBlocks)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
   add("WriteLists", WriteLists);
+  add("CopyLists", CopyLists);
   add("FindIndex/unordered_map/dense", FindIndexMap, Dense);
   add("FindIndex/unordered_map/scattered", FindIndexMap, Scattered);
   add("FindIndex/id_maps/dense", FindIndexPool, Dense);

@@ -1,6 +1,5 @@
 #include "QuilonDbConnector/QuilonDatabaseUtils.h"
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -23,6 +22,8 @@ constexpr const char* kTag = "|%P|QuilonDbConnector|QuilonDatabaseUtils";
 
 // From this kind on indices are no ids and stay as they are.
 constexpr int kFirstIndexKind = 15;
+// The kind whose unmapped indices read as themselves.
+constexpr int kUnknownKind = 14;
 
 std::vector<std::size_t> GetIndices(const FED_DataBlock& block)
 {
@@ -53,23 +54,22 @@ std::vector<std::size_t> TranslateIndices(const FED_Database& source, FED_Databa
 }
 
 // Whole columns go between blocks of ours whose rows are in the order of the indices, which is that of the copy.
-bool CopyRows(const FED_DataBlock& source, FED_DataBlock& target, const std::vector<std::size_t>& targetIndices)
+bool CopyRows(const FED_DataBlock& source, FED_DataBlock& target, int kind,
+              const std::vector<std::size_t>& targetIndices)
 {
   const auto* from = dynamic_cast<const ResultDataBlock*>(&source);
   auto*       to   = dynamic_cast<ResultDataBlock*>(&target);
   if (from == nullptr || to == nullptr || !from->RowsAscend()) return false;
-  // Indices that no id has may fall together with those that one has.
-  std::vector<std::size_t> sorted = targetIndices;
-  std::sort(sorted.begin(), sorted.end());
-  if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) return false;
+  // An index of the unknown kind that no id has reads as an id, which another index may have.
+  if (kind == kUnknownKind) return false;
   to->AppendRows(*from, targetIndices);
   return true;
 }
 
-void CopyRecords(const FED_DataBlock& source, FED_DataBlock& target, const FED_RecordFormat& format,
+void CopyRecords(const FED_DataBlock& source, FED_DataBlock& target, const FED_RecordFormat& format, int kind,
                  const std::vector<std::size_t>& sourceIndices, const std::vector<std::size_t>& targetIndices)
 {
-  if (CopyRows(source, target, targetIndices)) return;
+  if (CopyRows(source, target, kind, targetIndices)) return;
   if (format.GetDoubleCount() > 0) {
     std::vector<double> values(format.GetDoubleCount());
     for (std::size_t i = 0; i < sourceIndices.size(); ++i) {
@@ -103,11 +103,11 @@ void CopyBlock(const FED_Database& source, FED_Database& target, const FED_DataB
     const ScratchGuard<FED_ConstDataRecord> record(block, block.CreateConstDataRecord());
     format = FED_RecordFormat::FromRecord(*record);
   }
-  const std::vector<std::size_t> targetIndices =
-      TranslateIndices(source, target, FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind(), indices);
+  const int                      kind          = FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
+  const std::vector<std::size_t> targetIndices = TranslateIndices(source, target, kind, indices);
   if (target.HasDataBlock(descriptor)) target.DeleteDataBlock(descriptor);
   FED_DataBlock* copy = target.CreateDataBlock(descriptor, indices.size(), 0, format.ToString());
-  CopyRecords(block, *copy, format, indices, targetIndices);
+  CopyRecords(block, *copy, format, kind, indices, targetIndices);
   CopyUserKindName(source, target, onf);
   // A scalar history says in result index 10 which scalar it holds; a user kind may stand nowhere else.
   const auto quantity = OnfIndex::Quantity;

@@ -335,6 +335,8 @@ void ResultDataBlock::AppendRows(const std::vector<RowColumn>& columns, std::siz
   }
   for (std::size_t i = 0; i < count; ++i) {
     const auto row = static_cast<std::uint32_t>(rowCount_);
+    if (rows_.Find(static_cast<std::uint32_t>(indices[i])) != KeyTable::kNone)
+      Fail("index " + std::to_string(indices[i]) + " is given twice");
     rows_.Prepare(static_cast<std::uint32_t>(indices[i]), row);
     if (cache_ != nullptr) keys_.Prepare(static_cast<std::uint32_t>(indices[i]));
     CommitRow(indices[i], row, chunk);
