@@ -120,7 +120,7 @@ public:
     sum += ids.front() + coordinates.back();
   }
   void OnElements(std::span<const FrdElement> elements) override { sum += elements.front().nodes[0]; }
-  void OnDatasetBegin(const FrdDataset&) override {}
+  bool OnDatasetBegin(const FrdDataset&) override { return true; }
   void OnRows(const FrdDataset&, std::span<const int> ids, std::span<const double> values, std::int64_t) override
   {
     sum += ids.front() + values.back();

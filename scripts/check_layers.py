@@ -25,7 +25,7 @@ SOURCES = {".h", ".hpp", ".cpp"}
 # The rooms of host/ and what each may see beside itself.
 BOTTOM = {"progress", "text"}
 FACTS = BOTTOM | {"kinds", "elements", "selection"}
-WORK = FACTS | {"calculix", "database"}
+WORK = FACTS | {"results", "calculix", "database"}
 ROOMS = {
     "progress": set(),
     "text": {"progress"},
@@ -33,7 +33,8 @@ ROOMS = {
     "kinds": BOTTOM,
     "elements": BOTTOM,
     "selection": BOTTOM | {"kinds"},
-    "calculix": BOTTOM | {"elements"},
+    "results": BOTTOM,
+    "calculix": BOTTOM | {"elements", "results"},
     "database": BOTTOM | {"kinds", "selection"},
     "import": WORK,
     "forces": WORK,

@@ -29,6 +29,8 @@ constexpr std::array<std::size_t, 13> kNodesOfType = {0, 8, 6, 4, 20, 15, 10, 3,
 
 constexpr int kTypeHex20 = 4, kTypeWedge15 = 5, kTypeLine3 = 12;
 
+constexpr const char* kResultRow = "a row ' -1' or the end of the data set ' -3'";
+
 enum class Encoding
 {
   Text,
@@ -176,7 +178,10 @@ private:
   void        ReadDataset();
   void        ReadComponents();
   std::size_t ReadTextRows(int count);
+  std::size_t PassTextRows();
   void        ReadBinaryRows(int count, Encoding encoding);
+  void        PassBinaryRows(int count, Encoding encoding);
+  void        CheckBinaryRows(int count, Encoding encoding) const;
   void        ReadTextValues(std::span<double> values);
   int         ReadId(const char* what) const;
   void        FlushRows(std::int64_t line);
@@ -472,15 +477,17 @@ void Reader::ReadDataset()
   const Encoding encoding = ReadEncoding();
   ReadComponents();
 
-  sink_.OnDatasetBegin(dataset_);
+  const bool isWanted = sink_.OnDatasetBegin(dataset_);
   if (encoding == Encoding::Text) {
-    const std::size_t found = ReadTextRows(count);
+    const std::size_t found = isWanted ? ReadTextRows(count) : PassTextRows();
     if (found != static_cast<std::size_t>(count)) {
       file_.Fail("expected the " + std::to_string(count) + " rows that line " + std::to_string(dataset_.line) +
                  " announces, found " + std::to_string(found));
     }
-  } else {
+  } else if (isWanted) {
     ReadBinaryRows(count, encoding);
+  } else {
+    PassBinaryRows(count, encoding);
   }
   sink_.OnDatasetEnd(dataset_);
   dataset_ = FrdDataset();
@@ -521,16 +528,31 @@ void Reader::FlushRows(std::int64_t line)
   batch_.Clear();
 }
 
+// Counts rows that nobody wants.
+std::size_t Reader::PassTextRows()
+{
+  std::size_t found = 0;
+  for (;;) {
+    NextLine(kResultRow);
+    if (StartsWith(" -1")) {
+      ++found;
+    } else if (!StartsWith(" -2")) {
+      break;
+    }
+  }
+  if (WithoutTrailingBlanks(file_.Text()) != " -3") file_.FailExpected(kResultRow);
+  return found;
+}
+
 std::size_t Reader::ReadTextRows(int count)
 {
-  constexpr const char* kRow      = "a row ' -1' or the end of the data set ' -3'";
-  const std::size_t     numValues = dataset_.components.size();
-  const std::size_t     size      = kValueFirst - 1 + kValueWidth * std::min(kLineValues, numValues);
+  const std::size_t numValues = dataset_.components.size();
+  const std::size_t size      = kValueFirst - 1 + kValueWidth * std::min(kLineValues, numValues);
   batch_.Start(numValues, count);
   std::int64_t line  = 0;
   std::size_t  found = 0;
   for (;; ++found) {
-    NextLine(kRow);
+    NextLine(kResultRow);
     if (!StartsWith(" -1")) break;
     CheckLineSize(size, "a row");
     if (batch_.IsEmpty()) line = file_.Line();
@@ -540,19 +562,35 @@ std::size_t Reader::ReadTextRows(int count)
     batch_.Add(id);
     if (batch_.IsFull()) FlushRows(line);
   }
-  if (WithoutTrailingBlanks(file_.Text()) != " -3") file_.FailExpected(kRow);
+  if (WithoutTrailingBlanks(file_.Text()) != " -3") file_.FailExpected(kResultRow);
   FlushRows(line);
   return found;
 }
 
-void Reader::ReadBinaryRows(int count, Encoding encoding)
+void Reader::CheckBinaryRows(int count, Encoding encoding) const
 {
-  const std::size_t numValues = dataset_.components.size();
-  const std::size_t size      = 4 + numValues * BytesOfValue(encoding);
+  const std::size_t size = 4 + dataset_.components.size() * BytesOfValue(encoding);
   if (file_.Remaining() / size < static_cast<std::size_t>(count)) {
     file_.Fail("expected " + std::to_string(count) + " rows of " + std::to_string(size) +
                " bytes behind this line, found " + std::to_string(file_.Remaining()) + " bytes");
   }
+}
+
+void Reader::PassBinaryRows(int count, Encoding encoding)
+{
+  CheckBinaryRows(count, encoding);
+  const std::size_t size = 4 + dataset_.components.size() * BytesOfValue(encoding);
+  for (int i = 0; i < count; ++i) {
+    if (file_.Peek(size) == nullptr) file_.FailAtEnd("more rows");
+    file_.Take(size);
+  }
+}
+
+void Reader::ReadBinaryRows(int count, Encoding encoding)
+{
+  CheckBinaryRows(count, encoding);
+  const std::size_t numValues = dataset_.components.size();
+  const std::size_t size      = 4 + numValues * BytesOfValue(encoding);
   batch_.Start(numValues, count);
   for (int i = 0; i < count; ++i) {
     const char* bytes = file_.Peek(size);

@@ -47,7 +47,9 @@ public:
   /// @param coordinates shape [ids.size(), 3]
   virtual void OnNodes(std::span<const int> ids, std::span<const double> coordinates) = 0;
   virtual void OnElements(std::span<const FrdElement> elements)                       = 0;
-  virtual void OnDatasetBegin(const FrdDataset& dataset)                              = 0;
+  /// @return whether the rows are wanted. Rows that are not are counted and passed over undecoded, and OnRows() is not
+  ///         called for them
+  virtual bool OnDatasetBegin(const FrdDataset& dataset) = 0;
   /// @param values shape [ids.size(), dataset.components.size()]
   /// @param line   of the first row of the batch (0 in binary files), rows follow each other
   virtual void OnRows(const FrdDataset& dataset, std::span<const int> ids, std::span<const double> values,

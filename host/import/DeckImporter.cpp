@@ -13,7 +13,7 @@
 
 #include "text/Failure.h"
 
-namespace quilon::calculix {
+namespace quilon {
 
 namespace {
 
@@ -36,9 +36,9 @@ std::unordered_map<std::string_view, int> NumbersOf(const std::vector<Item>& ite
 }
 
 /// @return the value at a place of a card's numbers, NaN when the material has no such card
-double ValueOf(const DeckMaterial& material, std::string_view keyword, std::size_t place)
+double ValueOf(const calculix::DeckMaterial& material, std::string_view keyword, std::size_t place)
 {
-  const DeckProperty* property = material.Find(keyword);
+  const calculix::DeckProperty* property = material.Find(keyword);
   return property == nullptr || property->values.size() <= place ? kNotStated : property->values[place];
 }
 
@@ -80,9 +80,9 @@ void ForKnownIds(const OnfGroupsFile::Range& range, const IdRadixMap<Value>& kno
 }
 
 template <typename Value>
-DeckSet MakeSet(const OnfGroupsFile::Group& group, const IdRadixMap<Value>& known, const char* entity)
+calculix::DeckSet MakeSet(const OnfGroupsFile::Group& group, const IdRadixMap<Value>& known, const char* entity)
 {
-  DeckSet set;
+  calculix::DeckSet set;
   set.name = group.name;
   for (const OnfGroupsFile::Range& range : group.ranges) {
     if (range.first == range.last && known.Find(range.first) == IdRadixMap<Value>::npos) {
@@ -94,11 +94,11 @@ DeckSet MakeSet(const OnfGroupsFile::Group& group, const IdRadixMap<Value>& know
   return set;
 }
 
-void AddSet(std::vector<DeckSet>& sets, DeckSet set, const std::vector<DeckFile>& files,
+void AddSet(std::vector<calculix::DeckSet>& sets, calculix::DeckSet set, const std::vector<calculix::DeckFile>& files,
             const OnfGroupsFile::Group& group)
 {
   const auto known =
-      std::find_if(sets.begin(), sets.end(), [&set](const DeckSet& one) { return one.name == set.name; });
+      std::find_if(sets.begin(), sets.end(), [&set](const calculix::DeckSet& one) { return one.name == set.name; });
   if (known != sets.end()) {
     Fail(group.place + ": expected a new name, the deck has a set \"" + set.name + "\" at " +
          DescribeDeckPlace(files, known->place));
@@ -114,9 +114,12 @@ ElementSection ImportedDeck::SectionOf(int element) const noexcept
   return position == IdRadixMap<ElementSection>::npos ? ElementSection() : sections.At(position);
 }
 
-DeckImporter::DeckImporter(const std::filesystem::path& path, const DeckOptions& options, ImportedDeck& deck,
+DeckImporter::DeckImporter(const std::filesystem::path& path, const calculix::DeckOptions& options, ImportedDeck& deck,
                            FED_Database& database, int iteration)
-    : DeckModelReader(path, options, deck.model, nullptr), deck_(deck), database_(database), iteration_(iteration)
+    : calculix::DeckModelReader(path, options, deck.model, nullptr),
+      deck_(deck),
+      database_(database),
+      iteration_(iteration)
 {}
 
 void DeckImporter::CreateFEMSets(const OnfGroupsFile& groups)
@@ -132,7 +135,7 @@ void DeckImporter::CreateFEMSets(const OnfGroupsFile& groups)
 
 void DeckImporter::ConvertModel()
 {
-  DeckModelReader::ConvertModel();
+  calculix::DeckModelReader::ConvertModel();
   FindSections();
   SaveSets(kNodeSet, deck_.model.nodeSets);
   SaveSets(kElementSet, deck_.model.elementSets);
@@ -143,16 +146,16 @@ void DeckImporter::ConvertModel()
 
 void DeckImporter::FindSections()
 {
-  const DeckModel& model        = deck_.model;
-  const auto       sets         = NumbersOf(model.elementSets);
-  const auto       materials    = NumbersOf(model.materials);
-  const auto       orientations = NumbersOf(model.orientations);
-  const auto       numberIn     = [](const auto& numbers, const std::string& name) {
+  const calculix::DeckModel& model        = deck_.model;
+  const auto                 sets         = NumbersOf(model.elementSets);
+  const auto                 materials    = NumbersOf(model.materials);
+  const auto                 orientations = NumbersOf(model.orientations);
+  const auto                 numberIn     = [](const auto& numbers, const std::string& name) {
     const auto found = numbers.find(name);
     return found == numbers.end() ? 0 : found->second;
   };
   int number = 0;
-  for (const DeckSection& section : model.sections) {
+  for (const calculix::DeckSection& section : model.sections) {
     ++number;
     const int set = numberIn(sets, section.elementSet);
     if (set == 0) continue;
@@ -163,12 +166,12 @@ void DeckImporter::FindSections()
   }
 }
 
-void DeckImporter::SaveSets(int onf, const std::vector<DeckSet>& sets)
+void DeckImporter::SaveSets(int onf, const std::vector<calculix::DeckSet>& sets)
 {
   if (sets.empty()) return;
   RecordWriter writer(database_, iteration_, onf, sets.size());
   int          number = 0;
-  for (const DeckSet& set : sets) {
+  for (const calculix::DeckSet& set : sets) {
     writer.Fields().SetString(1, set.name);
     writer.Fields().SetIntList(2, set.ids);
     writer.Write(++number);
@@ -177,13 +180,13 @@ void DeckImporter::SaveSets(int onf, const std::vector<DeckSet>& sets)
 
 void DeckImporter::SaveMaterials()
 {
-  const std::vector<DeckMaterial>& materials = deck_.model.materials;
+  const std::vector<calculix::DeckMaterial>& materials = deck_.model.materials;
   if (materials.empty()) return;
   RecordWriter writer(database_, iteration_, kMaterial, materials.size());
   int          number = 0;
-  for (const DeckMaterial& material : materials) {
-    const DeckProperty* elastic     = material.Find("ELASTIC");
-    const bool          isIsotropic = elastic != nullptr && (elastic->type.empty() || elastic->type.starts_with("ISO"));
+  for (const calculix::DeckMaterial& material : materials) {
+    const calculix::DeckProperty* elastic = material.Find("ELASTIC");
+    const bool isIsotropic = elastic != nullptr && (elastic->type.empty() || elastic->type.starts_with("ISO"));
     writer.Fields().SetString(1, material.name);
     writer.Fields().SetDouble(2, ValueOf(material, "DENSITY", 0));
     writer.Fields().SetDouble(3, isIsotropic ? ValueOf(material, "ELASTIC", 0) : kNotStated);
@@ -206,11 +209,11 @@ void DeckImporter::SaveSections()
 
 void DeckImporter::SaveOrientations()
 {
-  const std::vector<DeckOrientation>& orientations = deck_.model.orientations;
+  const std::vector<calculix::DeckOrientation>& orientations = deck_.model.orientations;
   if (orientations.empty()) return;
   RecordWriter writer(database_, iteration_, kOrientation, orientations.size());
   int          number = 0;
-  for (const DeckOrientation& orientation : orientations) {
+  for (const calculix::DeckOrientation& orientation : orientations) {
     std::vector<double> numbers(orientation.a.begin(), orientation.a.end());
     numbers.insert(numbers.end(), orientation.b.begin(), orientation.b.end());
     if (orientation.rotationAxis != 0) {
@@ -224,4 +227,4 @@ void DeckImporter::SaveOrientations()
   }
 }
 
-}  // namespace quilon::calculix
+}  // namespace quilon

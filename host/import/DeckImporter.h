@@ -9,7 +9,7 @@
 
 class FED_Database;
 
-namespace quilon::calculix {
+namespace quilon {
 
 /// What elements are made of, by the numbers that materials, sections and orientations have in the database: their
 /// places in the deck from 1; 0 none.
@@ -24,7 +24,7 @@ struct ElementSection
 /// the solver.
 struct ImportedDeck
 {
-  DeckModel                  model;
+  calculix::DeckModel        model;
   IdRadixMap<ElementSection> sections;  ///< elements that a section names
 
   /// @return zeros for an element without a section
@@ -34,11 +34,11 @@ struct ImportedDeck
 /// Writes what a deck says beside its mesh: sets (600, 601), materials (602), sections of elements (603) and
 /// orientations (604), with the iteration and the ONF id alone. Their numbers are their places in the deck from 1;
 /// groups of a groups file come behind the deck's sets.
-class DeckImporter : public DeckModelReader
+class DeckImporter : public calculix::DeckModelReader
 {
 public:
   /// @param deck, database borrowed; the deck receives what was read in ConvertModel()
-  DeckImporter(const std::filesystem::path& path, const DeckOptions& options, ImportedDeck& deck,
+  DeckImporter(const std::filesystem::path& path, const calculix::DeckOptions& options, ImportedDeck& deck,
                FED_Database& database, int iteration);
 
   void ConvertModel() override;
@@ -49,7 +49,7 @@ public:
 
 private:
   void FindSections();
-  void SaveSets(int onf, const std::vector<DeckSet>& sets);
+  void SaveSets(int onf, const std::vector<calculix::DeckSet>& sets);
   void SaveMaterials();
   void SaveSections();
   void SaveOrientations();
@@ -59,4 +59,4 @@ private:
   int           iteration_;
 };
 
-}  // namespace quilon::calculix
+}  // namespace quilon

@@ -7,15 +7,15 @@
 #include "import/DeckImporter.h"
 #include "text/Failure.h"
 
-namespace quilon::calculix {
+namespace quilon {
 
 namespace {
 
 /// @param name as the set has it; names of a deck's sets are compact, however they are written
-const DeckSet& FindSet(const DeckModel& model, const std::string& name)
+const calculix::DeckSet& FindSet(const calculix::DeckModel& model, const std::string& name)
 {
-  const DeckSet* set = model.FindElementSet(name);
-  if (set == nullptr) set = model.FindElementSet(Compact(name));
+  const calculix::DeckSet* set = model.FindElementSet(name);
+  if (set == nullptr) set = model.FindElementSet(calculix::Compact(name));
   if (set == nullptr)
     Fail("averages by set: expected material, section or element sets of the deck, found '" + name + "'");
   return *set;
@@ -28,8 +28,8 @@ ElementGroups::ElementGroups(const AverageBy& by, const ImportedDeck* deck) : bo
   const bool needsDeck = border_ == AverageBy::Section || border_ == AverageBy::Sets;
   if (needsDeck && deck == nullptr) Fail("averages by section or set: expected the deck among the files");
   for (const std::string& name : by.sets) {
-    const DeckSet& set    = FindSet(deck->model, name);
-    const auto     number = static_cast<int>(&set - deck->model.elementSets.data()) + 1;
+    const calculix::DeckSet& set    = FindSet(deck->model, name);
+    const auto               number = static_cast<int>(&set - deck->model.elementSets.data()) + 1;
     // A set may hold an element twice, and a set may be named twice.
     for (const int id : set.ids) {
       std::vector<int>& numbers = sets_.At(sets_.FindOrInsert(id));
@@ -58,4 +58,4 @@ std::vector<int> ElementGroups::GroupsOf(int id, const ResultMesh::Element& elem
   return number == 0 ? std::vector<int>() : std::vector<int>{number};
 }
 
-}  // namespace quilon::calculix
+}  // namespace quilon

@@ -9,7 +9,7 @@
 #include "import/ResultImport.h"
 #include "import/ResultMesh.h"
 
-namespace quilon::calculix {
+namespace quilon {
 
 struct ImportedDeck;
 
@@ -32,4 +32,4 @@ private:
   IdRadixMap<std::vector<int>> sets_;
 };
 
-}  // namespace quilon::calculix
+}  // namespace quilon

@@ -2,7 +2,7 @@
 
 #include <QuilonUtilities/FED_LogMacros.h>
 
-namespace quilon::calculix {
+namespace quilon {
 
 void ReadLogger::PrintResultTypeStatus(int reading)
 {
@@ -10,4 +10,4 @@ void ReadLogger::PrintResultTypeStatus(int reading)
                          "%s results of %s", reading == 1 ? "reading" : "skipping", resultTypeName_.c_str());
 }
 
-}  // namespace quilon::calculix
+}  // namespace quilon

@@ -5,7 +5,7 @@
 
 #include "FemLogger.h"
 
-namespace quilon::calculix {
+namespace quilon {
 
 /// The result types that it announces are files; a load case is a step, a substep an increment or a mode.
 class ReadLogger : public FemLogger
@@ -15,4 +15,4 @@ protected:
   void PrintResultTypeStatus(int reading) override;
 };
 
-}  // namespace quilon::calculix
+}  // namespace quilon

@@ -7,12 +7,11 @@
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
-#include "calculix/FrdReader.h"
 #include "FEM_ResultUtil.h"
 #include "import/DeckImporter.h"
 #include "text/Failure.h"
 
-namespace quilon::calculix {
+namespace quilon {
 
 namespace {
 
@@ -33,9 +32,9 @@ void ResultMesh::AddNodes(std::span<const int> ids, std::span<const double> coor
   }
 }
 
-void ResultMesh::AddElements(std::span<const FrdElement> elements)
+void ResultMesh::AddElements(std::span<const MeshElement> elements)
 {
-  for (const FrdElement& element : elements) {
+  for (const MeshElement& element : elements) {
     if (elements_.Find(element.id) != IdRadixMap<Element>::npos) {
       Fail(path_.string() + ": expected every element once, found element " + std::to_string(element.id) + " again");
     }
@@ -76,8 +75,8 @@ void ResultMesh::AddDeckNodes(const ImportedDeck& deck)
 
 void ResultMesh::AddDeckElement(const ImportedDeck& deck, int id, bool isCounted)
 {
-  const DeckElement&         element = *deck.model.FindElement(id);
-  const std::span<const int> nodes   = deck.model.NodesOf(element);
+  const calculix::DeckElement& element = *deck.model.FindElement(id);
+  const std::span<const int>   nodes   = deck.model.NodesOf(element);
   if (isCounted) {
     for (const int node : nodes) {
       Node* known = FindNode(node);
@@ -156,4 +155,4 @@ std::span<const int> ResultMesh::NodesOf(const Element& element) const noexcept
   return std::span(elementNodes_).subspan(element.first, element.count);
 }
 
-}  // namespace quilon::calculix
+}  // namespace quilon

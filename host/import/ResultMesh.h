@@ -11,13 +11,16 @@
 #include <vector>
 
 #include "IdRadixMap.h"
+#include "results/ResultReader.h"
 
 class FED_Database;
 
 namespace quilon::calculix {
-
 struct DeckElementType;
-struct FrdElement;
+}  // namespace quilon::calculix
+
+namespace quilon {
+
 struct ImportedDeck;
 
 /// Nodes and elements of one .frd, of a deck, or of both. Kept while the job is read; coordinates only until they are
@@ -34,11 +37,11 @@ public:
 
   struct Element
   {
-    int                    type     = 0;        ///< type code of the .frd
-    int                    material = 0;        ///< material number, 0 none
-    const DeckElementType* deckType = nullptr;  ///< null for an element that no deck has
-    std::size_t            first    = 0;        ///< of its nodes in the pool
-    std::size_t            count    = 0;
+    int                              type     = 0;        ///< type code of the .frd
+    int                              material = 0;        ///< material number, 0 none
+    const calculix::DeckElementType* deckType = nullptr;  ///< null for an element that no deck has
+    std::size_t                      first    = 0;        ///< of its nodes in the pool
+    std::size_t                      count    = 0;
     /// Number of the latest result in which the element was averaged: stress, strain.
     std::array<std::size_t, 2> averagedIn = {};
   };
@@ -49,9 +52,9 @@ public:
   /// @param coordinates shape [ids.size(), 3]
   void AddNodes(std::span<const int> ids, std::span<const double> coordinates);
 
-  /// @param elements their nodes are nodes of the mesh: ReadFrd() refuses others
+  /// @param elements their nodes are nodes of the mesh: readers refuse others
   /// @throws FED_Failure for an element that is listed twice
-  void AddElements(std::span<const FrdElement> elements);
+  void AddElements(std::span<const MeshElement> elements);
 
   /// Completes the mesh of a .frd with what a deck says: all digits of the coordinates, element types and materials,
   /// and the nodes and elements that the .frd leaves out. Elements that the solver has expanded keep the .frd's nodes.
@@ -88,4 +91,4 @@ private:
   std::vector<double>   coordinates_;  // shape [nodes, 3] until saved
 };
 
-}  // namespace quilon::calculix
+}  // namespace quilon

@@ -1,30 +1,20 @@
 #pragma once
 
 /// @file
-/// Which result of a job a block of a .dat belongs to.
+/// Which result of a job a field belongs to.
 
 #include <array>
 #include <compare>
 #include <cstddef>
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
-namespace quilon::calculix {
+#include "results/ResultReader.h"
 
-struct DatBlock;
-struct FrdDataset;
-
-/// Values of result index 5.
-enum Analysis : int
-{
-  AnalysisTime  = 1,
-  AnalysisModes = 2,
-  AnalysisOther = 3
-};
+namespace quilon {
 
 /// What identifies one result of a job, in the order in which a job writes them.
 struct StepKey
@@ -36,44 +26,41 @@ struct StepKey
   auto operator<=>(const StepKey&) const = default;
 };
 
-/// The results of one job as its .frd and .sta list them, and the place of each .dat block among them.
+/// The results of one job as its files list them, and the place among them of fields that tell their time or their mode
+/// alone.
 ///
-/// Keys of data sets: kind 0 is time, with the increment as the .frd says it, and so is kind 1 (dynamics) where it has
-/// an increment; without, it is a harmonic response. Kind 2 is modes. In a buckling step (kind 4) the value 0 is the
-/// preload, a result in time, and every other value a buckling mode, numbered as it comes. The rest (harmonic response,
-/// sensitivities) has no increment to go by and is numbered as it comes.
+/// A listed result goes by its step and its increment or mode; what has neither (harmonic response, sensitivities) is
+/// numbered as it comes.
 ///
-/// A .dat block prints total time alone, or stands under a mode's banner. Blocks come in the order of the results, so a
-/// match never goes back, and of several results at one time a block that its result has already had goes to the next.
+/// A printed field has a total time, or stands under a mode's number. Fields come in the order of the results, so a
+/// match never goes back, and of several results at one time a field that its result has already had goes to the next.
 class StepMatcher
 {
 public:
-  /// What a .dat block belongs to.
+  /// What a printed field belongs to.
   struct Match
   {
     StepKey key;
     double  value    = 0.0;    ///< total time, or what the solver gives instead of it
-    bool    repeated = false;  ///< the result has had a block of this title and set already
+    bool    repeated = false;  ///< the result has had a field of this identity already
   };
 
-  /// @return the data set's result, which is added when it is new
-  StepKey AddDataset(const FrdDataset& dataset);
+  /// @param hasFields whether the file that lists the result has its fields
+  /// @return the key of the result, which is added when it is new
+  StepKey AddListed(const ResultStep& step, bool hasFields);
 
-  /// Adds the increments of a .sta that no data set told of.
-  /// @throws FED_Failure "FILE:LINE: what was expected"
-  void AddStatusFile(const std::filesystem::path& path);
-
-  /// @return nothing when results are known and the block belongs to none of them
-  std::optional<Match> MatchBlock(const DatBlock& block);
+  /// @param identity of the field
+  /// @return nothing when results are known and the field belongs to none of them
+  std::optional<Match> MatchPrinted(const ResultStep& step, const std::string& identity);
 
   /// @return the step of an eigenvalue table: the next step with modes, or a step of its own that no result uses
   int MatchModeTable();
 
-  /// @return the last result of the key's step and analysis that the .frd lists behind the key, nothing when there is
-  /// none
+  /// @return the last result of the key's step and analysis that a file with its fields lists behind the key, nothing
+  /// when there is none
   std::optional<StepKey> LastBehind(const StepKey& key) const;
 
-  /// @return whether results in time were numbered for want of a .frd and a .sta
+  /// @return whether results in time were numbered because no file lists them
   bool HasNumbered() const noexcept { return numbered_; }
 
 private:
@@ -82,17 +69,17 @@ private:
     StepKey key;
     double  value     = 0.0;
     double  tolerance = 0.0;  ///< of the value as printed
-    bool    isInFrd   = false;
+    bool    hasFields = false;
   };
 
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  StepKey     DatasetKey(const FrdDataset& dataset);
-  std::size_t Insert(const StepKey& key, double value, double tolerance, bool isInFrd);
-  std::size_t Place(const DatBlock& block, bool repeated);
-  std::size_t PlaceMode(const DatBlock& block, bool repeated);
-  std::size_t PlaceTime(const DatBlock& block, bool repeated);
-  std::size_t FindTime(double time, std::size_t from) const;
+  StepKey     KeyOf(const ResultStep& step);
+  std::size_t Insert(const StepKey& key, double value, double tolerance, bool hasFields);
+  std::size_t Place(const ResultStep& step, bool repeated);
+  std::size_t PlaceMode(const ResultStep& step, bool repeated);
+  std::size_t PlaceTime(const ResultStep& step, bool repeated);
+  std::size_t FindTime(const ResultStep& step, std::size_t from) const;
   std::size_t FindMode(int mode, std::size_t from) const;
   bool        IsLastMode(std::size_t entry) const;
   std::size_t AddMode(int mode);
@@ -100,15 +87,15 @@ private:
   int         FreeLoadCase() const;
 
   std::vector<Entry>                    entries_;             // ascending keys
-  std::map<std::array<int, 3>, StepKey> numberedDatasets_;    // by step, analysis and running output number
-  bool                                  fromFiles_  = false;  // a .frd or a .sta told of results in time
-  bool                                  modesKnown_ = false;  // a .frd told of modes
+  std::map<std::array<int, 3>, StepKey> numberedSteps_;       // by step, analysis and running output number
+  bool                                  fromFiles_  = false;  // a file lists results
+  bool                                  modesKnown_ = false;  // a file lists modes
   bool                                  numbered_   = false;
-  std::size_t                           cursor_     = kNone;  // entry of the latest block
-  double                                cursorTime_ = 0.0;    // as that block printed it
+  std::size_t                           cursor_     = kNone;  // entry of the latest field
+  double                                cursorTime_ = 0.0;    // as that field printed it
   int                                   staleMode_  = 0;      // banner that no longer counts: its step is over
   int                                   tableStep_  = 0;      // step of the latest eigenvalue table
-  std::set<std::string>                 seen_;                // titles and sets of the cursor's blocks
+  std::set<std::string>                 seen_;                // identities of the cursor's fields
 };
 
-}  // namespace quilon::calculix
+}  // namespace quilon

@@ -30,15 +30,17 @@ public:
   {
     for (const FrdElement& element : elements) Require(element.id > 0 && element.type <= 12 && !element.nodes.empty());
   }
-  void OnDatasetBegin(const FrdDataset& dataset) override
+  bool OnDatasetBegin(const FrdDataset& dataset) override
   {
     Require(!isOpen_ && !dataset.components.empty());
-    isOpen_ = true;
+    isOpen_   = true;
+    isWanted_ = !isWanted_;  // every other data set, so that both ways through the rows are taken
+    return isWanted_;
   }
   void OnRows(const FrdDataset& dataset, std::span<const int> ids, std::span<const double> values,
               std::int64_t) override
   {
-    Require(isOpen_ && !ids.empty() && values.size() == ids.size() * dataset.components.size());
+    Require(isOpen_ && isWanted_ && !ids.empty() && values.size() == ids.size() * dataset.components.size());
   }
   void OnDatasetEnd(const FrdDataset&) override
   {
@@ -47,7 +49,8 @@ public:
   }
 
 private:
-  bool isOpen_ = false;
+  bool isOpen_   = false;
+  bool isWanted_ = false;
 };
 
 }  // namespace

@@ -37,7 +37,8 @@ using Log = std::vector<std::string>;
 class LogSink : public FrdSink
 {
 public:
-  Log log;
+  Log  log;
+  bool isWanted = true;  // rows of data sets
 
   void OnNodes(std::span<const int> ids, std::span<const double> coordinates) override
   {
@@ -52,7 +53,7 @@ public:
       log.push_back(text);
     }
   }
-  void OnDatasetBegin(const FrdDataset& dataset) override
+  bool OnDatasetBegin(const FrdDataset& dataset) override
   {
     std::string text = dataset.name + " value " + Short(dataset.value) + " kind " + std::to_string(dataset.kind) +
                        " step " + std::to_string(dataset.step) + " increment " + std::to_string(dataset.increment) +
@@ -60,6 +61,7 @@ public:
                        " line " + std::to_string(dataset.line) + ":";
     for (const std::string& component : dataset.components) text += " " + component;
     log.push_back(text);
+    return isWanted;
   }
   void OnRows(const FrdDataset& dataset, std::span<const int> ids, std::span<const double> values,
               std::int64_t line) override
@@ -538,6 +540,34 @@ TEST(FrdReader, FailsForEveryLengthThatABinaryFileIsCutTo)
   }
 }
 
+Log UnwantedLogOf(const std::string& text)
+{
+  std::istringstream in(text);
+  LogSink            sink;
+  sink.isWanted = false;
+  ReadFrd(in, "a.frd", sink);
+  return sink.log;
+}
+
+TEST(FrdReader, RowsThatNobodyWantsAreCountedAndNotDecoded)
+{
+  const auto isRow = [](const std::string& text) {
+    return std::isdigit(static_cast<unsigned char>(text.front())) != 0;
+  };
+  for (const std::string& text : {kSmall, BinarySmall()}) {
+    Log expected = LogOf(text);
+    EXPECT_NE(std::erase_if(expected, isRow), 0u);
+    EXPECT_EQ(UnwantedLogOf(text), expected);
+  }
+
+  // What a row says is checked when it is wanted; that it is there, always.
+  const std::string damaged = Replaced(kSmall, " -1         5 1.00000E+00", " -1         5 1.0x000E+00");
+  EXPECT_NO_THROW(UnwantedLogOf(damaged));
+  EXPECT_THROW(LogOf(damaged), FED_Failure);
+  const std::string missing = Replaced(kSmall, " -1         5 1.00000E+00-1.00000E+00-0.00000E+00\n", "");
+  EXPECT_EQ(FailureOf([&] { UnwantedLogOf(missing); }), FailureOfText(missing));
+}
+
 TEST(FrdReader, SurvivesDamageOfAnyByteOfABinaryFile) { DamageEachByte(BinarySmall(), "a.frd", FailureOfText); }
 
 // Counts what arrives, and sums what a test can add up by hand.
@@ -550,7 +580,11 @@ public:
 
   void OnNodes(std::span<const int> ids, std::span<const double>) override { nodes += ids.size(); }
   void OnElements(std::span<const FrdElement> e) override { elements += e.size(); }
-  void OnDatasetBegin(const FrdDataset&) override { ++datasets; }
+  bool OnDatasetBegin(const FrdDataset&) override
+  {
+    ++datasets;
+    return true;
+  }
   void OnRows(const FrdDataset&, std::span<const int> ids, std::span<const double> values, std::int64_t line) override
   {
     rows += ids.size();

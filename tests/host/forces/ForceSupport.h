@@ -22,7 +22,7 @@ inline FED_DataDescriptor ResultKey(int onf, int loadCase = 1)
   FED_DataDescriptor descriptor(0, static_cast<FED_OnfId>(onf));
   descriptor.SetInteger(FED_DataDescriptor::LoadCase, loadCase);
   descriptor.SetInteger(FED_DataDescriptor::Substep, 1);
-  descriptor.SetInteger(FED_DataDescriptor::Analysis, quilon::calculix::AnalysisTime);
+  descriptor.SetInteger(FED_DataDescriptor::Analysis, quilon::AnalysisTime);
   return descriptor;
 }
 

@@ -22,7 +22,6 @@ namespace quilon {
 namespace {
 
 using namespace quilon_test;
-using calculix::AnalysisTime;
 using testing::ElementsAre;
 
 constexpr auto kGroupIndex = static_cast<FED_DataDescriptor::ResultIndex>(11);

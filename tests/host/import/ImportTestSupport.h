@@ -19,7 +19,7 @@
 
 namespace quilon_test {
 
-using quilon::calculix::StepKey;
+using quilon::StepKey;
 
 inline std::filesystem::path Fixture(const std::string& name)
 {

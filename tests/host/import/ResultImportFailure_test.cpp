@@ -17,7 +17,6 @@ namespace quilon {
 namespace {
 
 using namespace quilon_test;
-using calculix::AnalysisTime;
 using testing::Contains;
 using testing::IsEmpty;
 

@@ -22,9 +22,6 @@ namespace quilon {
 namespace {
 
 using namespace quilon_test;
-using calculix::AnalysisModes;
-using calculix::AnalysisOther;
-using calculix::AnalysisTime;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -1,5 +1,6 @@
 #include "import/StepMatcher.h"
 
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -8,9 +9,11 @@
 
 #include "calculix/DatReader.h"
 #include "calculix/FrdReader.h"
+#include "calculix/SolverFiles.h"
+#include "calculix/StaReader.h"
 #include "TempFolder.h"
 
-namespace quilon::calculix {
+namespace quilon {
 
 void PrintTo(const StepKey& key, std::ostream* out)
 {
@@ -18,6 +21,9 @@ void PrintTo(const StepKey& key, std::ostream* out)
 }
 
 namespace {
+
+using calculix::DatBlock;
+using calculix::FrdDataset;
 
 constexpr int kTime = 0, kHarmonic = 1, kModes = 2, kBuckling = 4;
 
@@ -44,9 +50,25 @@ DatBlock Block(double time, int mode = 0, const std::string& title = "displaceme
   return block;
 }
 
+StepKey AddDataset(StepMatcher& matcher, const FrdDataset& dataset)
+{
+  return matcher.AddListed(calculix::StepOf(dataset), true);
+}
+
+std::optional<StepMatcher::Match> MatchBlock(StepMatcher& matcher, const DatBlock& block)
+{
+  return matcher.MatchPrinted(calculix::StepOf(block), block.title + '\n' + block.set);
+}
+
+void AddStatusFile(StepMatcher& matcher, const std::filesystem::path& path)
+{
+  for (const calculix::StaRow& row : calculix::ReadSta(path))
+    if (row.converged) matcher.AddListed(calculix::StepOf(row), false);
+}
+
 StepKey KeyOf(StepMatcher& matcher, const DatBlock& block)
 {
-  const std::optional<StepMatcher::Match> match = matcher.MatchBlock(block);
+  const std::optional<StepMatcher::Match> match = MatchBlock(matcher, block);
   return match ? match->key : StepKey{-1, -1, -1};
 }
 
@@ -55,31 +77,31 @@ constexpr StepKey kNoKey{-1, -1, -1};
 TEST(StepMatcher, ADataSetInTimeGoesByStepAndIncrementOfTheFile)
 {
   StepMatcher matcher;
-  EXPECT_EQ(matcher.AddDataset(Dataset(kTime, 2, 4, 2.0, 3)), (StepKey{2, AnalysisTime, 4}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kTime, 2, 4, 2.0, 3)), (StepKey{2, AnalysisTime, 4}));
 }
 
 TEST(StepMatcher, AModeGoesByItsNumber)
 {
   StepMatcher matcher;
-  EXPECT_EQ(matcher.AddDataset(Dataset(kModes, 1, 1, 8258.5, 1, 1)), (StepKey{1, AnalysisModes, 1}));
-  EXPECT_EQ(matcher.AddDataset(Dataset(kModes, 1, 1, 9258.5, 2, 2)), (StepKey{1, AnalysisModes, 2}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kModes, 1, 1, 8258.5, 1, 1)), (StepKey{1, AnalysisModes, 1}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kModes, 1, 1, 9258.5, 2, 2)), (StepKey{1, AnalysisModes, 2}));
 }
 
 TEST(StepMatcher, ModesWithoutANumberAreNumberedAsTheyCome)
 {
   StepMatcher matcher;
-  EXPECT_EQ(matcher.AddDataset(Dataset(kModes, 1, 1, 8258.5, 5)), (StepKey{1, AnalysisModes, 1}));
-  EXPECT_EQ(matcher.AddDataset(Dataset(kModes, 1, 1, 8258.5, 5)), (StepKey{1, AnalysisModes, 1}));
-  EXPECT_EQ(matcher.AddDataset(Dataset(kModes, 1, 1, 9258.5, 6)), (StepKey{1, AnalysisModes, 2}));
-  EXPECT_EQ(matcher.AddDataset(Dataset(kModes, 3, 1, 100.0, 9)), (StepKey{3, AnalysisModes, 1}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kModes, 1, 1, 8258.5, 5)), (StepKey{1, AnalysisModes, 1}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kModes, 1, 1, 8258.5, 5)), (StepKey{1, AnalysisModes, 1}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kModes, 1, 1, 9258.5, 6)), (StepKey{1, AnalysisModes, 2}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kModes, 3, 1, 100.0, 9)), (StepKey{3, AnalysisModes, 1}));
 }
 
 TEST(StepMatcher, ABucklingStepIsAPreloadAndItsModes)
 {
   StepMatcher matcher;
-  EXPECT_EQ(matcher.AddDataset(Dataset(kBuckling, 1, 1, 0.0, 1)), (StepKey{1, AnalysisTime, 1}));
-  EXPECT_EQ(matcher.AddDataset(Dataset(kBuckling, 1, 1, 399.3, 2)), (StepKey{1, AnalysisModes, 1}));
-  EXPECT_EQ(matcher.AddDataset(Dataset(kBuckling, 1, 1, 869.6, 3)), (StepKey{1, AnalysisModes, 2}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kBuckling, 1, 1, 0.0, 1)), (StepKey{1, AnalysisTime, 1}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kBuckling, 1, 1, 399.3, 2)), (StepKey{1, AnalysisModes, 1}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kBuckling, 1, 1, 869.6, 3)), (StepKey{1, AnalysisModes, 2}));
 
   EXPECT_EQ(KeyOf(matcher, Block(0.0)), (StepKey{1, AnalysisTime, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(0.0, 1)), (StepKey{1, AnalysisModes, 1}));
@@ -89,26 +111,26 @@ TEST(StepMatcher, ABucklingStepIsAPreloadAndItsModes)
 TEST(StepMatcher, DynamicResultsWithAnIncrementAreResultsInTime)
 {
   StepMatcher matcher;
-  EXPECT_EQ(matcher.AddDataset(Dataset(kHarmonic, 1, 5, 1e-4, 1)), (StepKey{1, AnalysisTime, 5}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kHarmonic, 1, 5, 1e-4, 1)), (StepKey{1, AnalysisTime, 5}));
 }
 
 TEST(StepMatcher, HarmonicResultsAreNumberedAndFoundByFrequency)
 {
   StepMatcher matcher;
-  EXPECT_EQ(matcher.AddDataset(Dataset(kHarmonic, 2, 0, 1000.0, 4)), (StepKey{2, AnalysisOther, 1}));
-  EXPECT_EQ(matcher.AddDataset(Dataset(kHarmonic, 2, 0, 2000.0, 5)), (StepKey{2, AnalysisOther, 2}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kHarmonic, 2, 0, 1000.0, 4)), (StepKey{2, AnalysisOther, 1}));
+  EXPECT_EQ(AddDataset(matcher, Dataset(kHarmonic, 2, 0, 2000.0, 5)), (StepKey{2, AnalysisOther, 2}));
   EXPECT_EQ(KeyOf(matcher, Block(1000.0)), (StepKey{2, AnalysisOther, 1}));
-  EXPECT_FALSE(matcher.MatchBlock(Block(1000.0, 0, "stresses"))->repeated);
-  EXPECT_TRUE(matcher.MatchBlock(Block(1000.0, 0, "stresses"))->repeated) << "the imaginary part";
+  EXPECT_FALSE(MatchBlock(matcher, Block(1000.0, 0, "stresses"))->repeated);
+  EXPECT_TRUE(MatchBlock(matcher, Block(1000.0, 0, "stresses"))->repeated) << "the imaginary part";
   EXPECT_EQ(KeyOf(matcher, Block(2000.0)), (StepKey{2, AnalysisOther, 2}));
 }
 
 TEST(StepMatcher, FindsATimeWithinThePrintedDigitsOfBothFiles)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kTime, 1, 1, 3.33333e-1));
-  matcher.AddDataset(Dataset(kTime, 1, 2, 6.66667e-1));
-  matcher.AddDataset(Dataset(kTime, 1, 3, 1.0));
+  AddDataset(matcher, Dataset(kTime, 1, 1, 3.33333e-1));
+  AddDataset(matcher, Dataset(kTime, 1, 2, 6.66667e-1));
+  AddDataset(matcher, Dataset(kTime, 1, 3, 1.0));
   EXPECT_EQ(KeyOf(matcher, Block(0.3333333)), (StepKey{1, AnalysisTime, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(0.6666667)), (StepKey{1, AnalysisTime, 2}));
   EXPECT_EQ(KeyOf(matcher, Block(0.99)), kNoKey);
@@ -118,9 +140,9 @@ TEST(StepMatcher, FindsATimeWithinThePrintedDigitsOfBothFiles)
 TEST(StepMatcher, OfTimesThatArePrintedAlikeTheNearestIsTaken)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kTime, 1, 1, 1.0));
-  matcher.AddDataset(Dataset(kTime, 1, 2, 1.0000004));
-  matcher.AddDataset(Dataset(kTime, 1, 3, 1.0000008));
+  AddDataset(matcher, Dataset(kTime, 1, 1, 1.0));
+  AddDataset(matcher, Dataset(kTime, 1, 2, 1.0000004));
+  AddDataset(matcher, Dataset(kTime, 1, 3, 1.0000008));
   EXPECT_EQ(KeyOf(matcher, Block(1.0000001)), (StepKey{1, AnalysisTime, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(1.0000007)), (StepKey{1, AnalysisTime, 3}));
 }
@@ -128,8 +150,8 @@ TEST(StepMatcher, OfTimesThatArePrintedAlikeTheNearestIsTaken)
 TEST(StepMatcher, ABlockThatComesAgainAtATimeOfTwoStepsIsTheLaterStepsOne)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kTime, 1, 1, 1.0));
-  matcher.AddDataset(Dataset(kTime, 2, 1, 1.0));
+  AddDataset(matcher, Dataset(kTime, 1, 1, 1.0));
+  AddDataset(matcher, Dataset(kTime, 2, 1, 1.0));
   EXPECT_EQ(KeyOf(matcher, Block(1.0)), (StepKey{1, AnalysisTime, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(1.0, 0, "stresses")), (StepKey{1, AnalysisTime, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(1.0)), (StepKey{2, AnalysisTime, 1}));
@@ -139,21 +161,21 @@ TEST(StepMatcher, ABlockThatComesAgainAtATimeOfTwoStepsIsTheLaterStepsOne)
 TEST(StepMatcher, ABlockThatComesAgainAtATimeOfOneStepStaysThere)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kTime, 1, 1, 1.0));
-  matcher.AddDataset(Dataset(kTime, 1, 2, 2.0));
+  AddDataset(matcher, Dataset(kTime, 1, 1, 1.0));
+  AddDataset(matcher, Dataset(kTime, 1, 2, 2.0));
   EXPECT_EQ(KeyOf(matcher, Block(1.0)), (StepKey{1, AnalysisTime, 1}));
-  const std::optional<StepMatcher::Match> again = matcher.MatchBlock(Block(1.0));
+  const std::optional<StepMatcher::Match> again = MatchBlock(matcher, Block(1.0));
   ASSERT_TRUE(again);
   EXPECT_EQ(again->key, (StepKey{1, AnalysisTime, 1}));
   EXPECT_TRUE(again->repeated);
-  EXPECT_FALSE(matcher.MatchBlock(Block(1.0, 0, "displacements", "NFIX"))->repeated) << "another set";
+  EXPECT_FALSE(MatchBlock(matcher, Block(1.0, 0, "displacements", "NFIX"))->repeated) << "another set";
 }
 
 TEST(StepMatcher, NeverGoesBack)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kTime, 1, 1, 1.0));
-  matcher.AddDataset(Dataset(kTime, 1, 2, 2.0));
+  AddDataset(matcher, Dataset(kTime, 1, 1, 1.0));
+  AddDataset(matcher, Dataset(kTime, 1, 2, 2.0));
   EXPECT_EQ(KeyOf(matcher, Block(2.0)), (StepKey{1, AnalysisTime, 2}));
   EXPECT_EQ(KeyOf(matcher, Block(1.0)), kNoKey);
 }
@@ -161,12 +183,12 @@ TEST(StepMatcher, NeverGoesBack)
 TEST(StepMatcher, TheBlocksOfAStepThatFollowsModesAreNotTheLastModes)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kTime, 1, 1, 1.0, 1));
-  matcher.AddDataset(Dataset(kModes, 2, 1, 100.0, 2, 1));
-  matcher.AddDataset(Dataset(kModes, 2, 1, 200.0, 3, 2));
-  matcher.AddDataset(Dataset(kTime, 3, 1, 2.0, 4));
-  matcher.AddDataset(Dataset(kModes, 4, 1, 300.0, 5, 1));
-  matcher.AddDataset(Dataset(kTime, 5, 1, 3.0, 6));
+  AddDataset(matcher, Dataset(kTime, 1, 1, 1.0, 1));
+  AddDataset(matcher, Dataset(kModes, 2, 1, 100.0, 2, 1));
+  AddDataset(matcher, Dataset(kModes, 2, 1, 200.0, 3, 2));
+  AddDataset(matcher, Dataset(kTime, 3, 1, 2.0, 4));
+  AddDataset(matcher, Dataset(kModes, 4, 1, 300.0, 5, 1));
+  AddDataset(matcher, Dataset(kTime, 5, 1, 3.0, 6));
 
   EXPECT_EQ(KeyOf(matcher, Block(1.0)), (StepKey{1, AnalysisTime, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(2.0, 1)), (StepKey{2, AnalysisModes, 1}));
@@ -182,9 +204,9 @@ TEST(StepMatcher, TheBlocksOfAStepThatFollowsModesAreNotTheLastModes)
 TEST(StepMatcher, AnotherTimeEndsTheModes)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kModes, 1, 1, 100.0, 2, 1));
-  matcher.AddDataset(Dataset(kTime, 2, 1, 1.5, 4));
-  matcher.AddDataset(Dataset(kTime, 2, 2, 2.0, 4));
+  AddDataset(matcher, Dataset(kModes, 1, 1, 100.0, 2, 1));
+  AddDataset(matcher, Dataset(kTime, 2, 1, 1.5, 4));
+  AddDataset(matcher, Dataset(kTime, 2, 2, 2.0, 4));
   EXPECT_EQ(KeyOf(matcher, Block(1.0, 1)), (StepKey{1, AnalysisModes, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(1.5, 1, "stresses")), (StepKey{2, AnalysisTime, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(2.0, 1, "stresses")), (StepKey{2, AnalysisTime, 2}));
@@ -193,16 +215,16 @@ TEST(StepMatcher, AnotherTimeEndsTheModes)
 TEST(StepMatcher, AModeThatTheFileDoesNotListIsNotFound)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kModes, 1, 1, 100.0, 2, 1));
+  AddDataset(matcher, Dataset(kModes, 1, 1, 100.0, 2, 1));
   EXPECT_EQ(KeyOf(matcher, Block(1.0, 7)), kNoKey);
 }
 
 TEST(StepMatcher, AModeTableBelongsToTheNextStepWithModes)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kTime, 1, 1, 1.0, 1));
-  matcher.AddDataset(Dataset(kModes, 2, 1, 100.0, 2, 1));
-  matcher.AddDataset(Dataset(kModes, 4, 1, 300.0, 5, 1));
+  AddDataset(matcher, Dataset(kTime, 1, 1, 1.0, 1));
+  AddDataset(matcher, Dataset(kModes, 2, 1, 100.0, 2, 1));
+  AddDataset(matcher, Dataset(kModes, 4, 1, 300.0, 5, 1));
   EXPECT_EQ(matcher.MatchModeTable(), 2);
   EXPECT_EQ(matcher.MatchModeTable(), 4);
 }
@@ -210,7 +232,7 @@ TEST(StepMatcher, AModeTableBelongsToTheNextStepWithModes)
 TEST(StepMatcher, AModeTableWithoutResultsGetsAStepThatNoResultHas)
 {
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kHarmonic, 2, 0, 1000.0, 4));
+  AddDataset(matcher, Dataset(kHarmonic, 2, 0, 1000.0, 4));
   EXPECT_EQ(matcher.MatchModeTable(), 1);
   EXPECT_EQ(matcher.MatchModeTable(), 3);
 }
@@ -224,8 +246,8 @@ TEST(StepMatcher, TheStatusFileTellsIncrementsThatTheResultFileDoesNot)
                                        "     2          1     1     2  0.125000E+01  0.250000E+00  0.250000E+00\n"
                                        "     2          2     1     2  0.150000E+01  0.500000E+00  0.250000E+00\n";
   StepMatcher matcher;
-  matcher.AddDataset(Dataset(kTime, 2, 2, 1.5, 2));
-  matcher.AddStatusFile(folder / "job.sta");
+  AddDataset(matcher, Dataset(kTime, 2, 2, 1.5, 2));
+  AddStatusFile(matcher, folder / "job.sta");
   EXPECT_EQ(KeyOf(matcher, Block(1.0)), (StepKey{1, AnalysisTime, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(1.25)), (StepKey{2, AnalysisTime, 1}));
   EXPECT_EQ(KeyOf(matcher, Block(1.5)), (StepKey{2, AnalysisTime, 2}));
@@ -256,4 +278,4 @@ TEST(StepMatcher, WithoutOtherFilesModesFormAStepOfTheirOwn)
 }
 
 }  // namespace
-}  // namespace quilon::calculix
+}  // namespace quilon

@@ -1,0 +1,405 @@
+#include "calculix/SolverFiles.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <utility>
+
+#include "calculix/DatReader.h"
+#include "calculix/FrdReader.h"
+#include "calculix/StaReader.h"
+#include "text/Case.h"
+#include "text/Failure.h"
+
+namespace quilon::calculix {
+
+namespace {
+
+// Half a unit of the last printed digit, as a fraction of the value, and a little more.
+double DatTolerance(double time)
+{
+  return 6e-7 * std::abs(time);  // 0.ddddddd
+}
+
+double FrdTolerance(double value)
+{
+  return (std::abs(value) < 1.0 ? 6e-6 : 1e-9) * std::abs(value);  // d.ddddd below 1, ten digits from there
+}
+
+double StatusTolerance(double time)
+{
+  return 6e-6 * std::abs(time);  // 0.dddddd
+}
+
+/// What a name of the solver means.
+struct KnownName
+{
+  const char*   name;
+  FieldQuantity quantity;
+};
+
+constexpr KnownName kDatasets[] = {
+    {"DISP", FieldQuantity::Displacement},  {"FORC", FieldQuantity::Reaction}, {"VELO", FieldQuantity::Velocity},
+    {"NDTEMP", FieldQuantity::Temperature}, {"FLUX", FieldQuantity::HeatFlux}, {"RFL", FieldQuantity::HeatFlow},
+    {"PE", FieldQuantity::PlasticStrain},   {"ENER", FieldQuantity::Energy},   {"STRESS", FieldQuantity::Stress},
+    {"TOSTRAIN", FieldQuantity::Strain},
+};
+
+/// ENER of points is no energy of an element, and PEEQ of points has no kind.
+constexpr KnownName kOutputKeys[] = {
+    {"U", FieldQuantity::Displacement}, {"RF", FieldQuantity::Reaction},  {"V", FieldQuantity::Velocity},
+    {"NT", FieldQuantity::Temperature}, {"RFL", FieldQuantity::HeatFlow}, {"ELSE", FieldQuantity::Energy},
+    {"S", FieldQuantity::Stress},       {"E", FieldQuantity::Strain},
+};
+
+FieldQuantity FindQuantity(std::span<const KnownName> names, const std::string& name)
+{
+  const auto known = std::ranges::find_if(names, [&name](const KnownName& k) { return name == k.name; });
+  return known == names.end() ? FieldQuantity::Other : known->quantity;
+}
+
+/// Hands out a .frd.
+class FrdAdapter final : private FrdSink
+{
+public:
+  explicit FrdAdapter(ResultSink& sink) : sink_(sink) {}
+
+  void Read(const std::filesystem::path& path, const ReadProgress& progress) { ReadFrd(path, *this, progress); }
+
+private:
+  void OnNodes(std::span<const int> ids, std::span<const double> coordinates) override
+  {
+    sink_.OnNodes(ids, coordinates);
+  }
+
+  void OnElements(std::span<const FrdElement> elements) override
+  {
+    elements_.clear();
+    for (const FrdElement& element : elements)
+      elements_.push_back({element.id, element.type, element.material, element.nodes});
+    sink_.OnElements(elements_);
+  }
+
+  bool OnDatasetBegin(const FrdDataset& dataset) override
+  {
+    field_           = ResultField();
+    field_.step      = StepOf(dataset);
+    field_.name      = dataset.name;
+    field_.identity  = dataset.name;
+    field_.quantity  = FindQuantity(kDatasets, dataset.name);
+    field_.place     = FieldPlace::Node;
+    field_.numValues = dataset.components.size();
+    field_.line      = dataset.line;
+    return sink_.OnFieldBegin(field_);
+  }
+
+  void OnRows(const FrdDataset&, std::span<const int> ids, std::span<const double> values, std::int64_t line) override
+  {
+    const std::size_t lines = LinesOfRow();
+    rows_.clear();
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+      const std::int64_t own = line == 0 ? 0 : line + static_cast<std::int64_t>(i * lines);
+      rows_.push_back({ids[i], 0, values.subspan(i * field_.numValues, field_.numValues), false, own});
+    }
+    sink_.OnRows(field_, rows_);
+  }
+
+  void OnDatasetEnd(const FrdDataset&) override { sink_.OnFieldEnd(field_); }
+
+  std::size_t LinesOfRow() const noexcept
+  {
+    constexpr std::size_t kLineValues = 6;
+    return (field_.numValues + kLineValues - 1) / kLineValues;
+  }
+
+  ResultSink&              sink_;
+  ResultField              field_;
+  std::vector<MeshElement> elements_;
+  std::vector<ResultRow>   rows_;
+};
+
+/// The words of a title without what stands in parentheses.
+std::string WithoutParentheses(const std::string& title)
+{
+  std::string text;
+  int         depth = 0;
+  for (const char c : title) {
+    if (c == '(') ++depth;
+    const bool isSecondBlank = c == ' ' && (text.empty() || text.back() == ' ');
+    if (depth == 0 && !isSecondBlank) text += c;
+    if (c == ')') --depth;
+  }
+  while (!text.empty() && text.back() == ' ') text.pop_back();
+  return text;
+}
+
+/// What stands in a title's parentheses, split at the commas.
+std::vector<std::string> WordsInParentheses(const std::string& title)
+{
+  std::vector<std::string> words;
+  std::string              word;
+  int                      depth = 0;
+  for (const char c : title) {
+    if (c == '(') {
+      ++depth;
+    } else if (depth > 0 && (c == ',' || c == ')')) {
+      words.push_back(word);
+      word.clear();
+      if (c == ')') --depth;
+    } else if (depth > 0 && c != ' ') {
+      word += c;
+    }
+  }
+  return words;
+}
+
+/// @return a label for each value of a row of totals; the only value has none
+std::vector<std::string> TotalLabels(const std::string& title, std::size_t numValues)
+{
+  std::vector<std::string> words = WordsInParentheses(title);
+  if (numValues == 1) return {""};
+  if (numValues == 3) return {"x", "y", "z"};
+  // The reader puts tensors into the library's order, a title keeps the solver's.
+  if (numValues == 6 && !words.empty() && words.front() == "xx") return {"xx", "yy", "zz", "xy", "yz", "zx"};
+  if (words.size() == numValues) return words;
+
+  words.clear();
+  for (std::size_t k = 1; k <= numValues; ++k) words.push_back(std::to_string(k));
+  return words;
+}
+
+/// @return for each value of a total its name: title, label, set
+std::vector<std::string> TotalNames(const DatBlock& block)
+{
+  std::vector<std::string> names;
+  for (const std::string& label : TotalLabels(block.title, static_cast<std::size_t>(block.numValues))) {
+    std::string name = WithoutParentheses(block.title);
+    if (!label.empty()) name += " " + label;
+    if (!block.set.empty()) name += " " + block.set;
+    names.push_back(std::move(name));
+  }
+  return names;
+}
+
+FieldPlace PlaceOf(DatRows rows)
+{
+  switch (rows) {
+    case DatRows::Node:
+      return FieldPlace::Node;
+    case DatRows::Point:
+      return FieldPlace::Point;
+    case DatRows::Element:
+      return FieldPlace::Element;
+    case DatRows::Total:
+      break;
+  }
+  return FieldPlace::Total;
+}
+
+/// Hands out a .dat.
+class DatAdapter final : private DatSink
+{
+public:
+  explicit DatAdapter(ResultSink& sink) : sink_(sink) {}
+
+  void Read(const std::filesystem::path& path, const ReadProgress& progress) { ReadDat(path, *this, progress); }
+
+private:
+  void OnModes(std::span<const DatMode> modes) override
+  {
+    std::vector<ResultMode> found;
+    for (const DatMode& mode : modes) found.push_back({mode.mode, mode.buckling, mode.eigenvalue, mode.frequency});
+    sink_.OnModes(found);
+  }
+
+  void OnBlockBegin(const DatBlock& block) override
+  {
+    field_           = ResultField();
+    field_.step      = StepOf(block);
+    field_.name      = block.key;
+    field_.identity  = block.title + '\n' + block.set;
+    field_.quantity  = FindQuantity(kOutputKeys, block.key);
+    field_.place     = PlaceOf(block.rows);
+    field_.numValues = static_cast<std::size_t>(block.numValues);
+    field_.imaginary = block.imaginary;
+    field_.line      = block.line;
+    if (field_.place == FieldPlace::Total) field_.valueNames = TotalNames(block);
+    isWanted_ = sink_.OnFieldBegin(field_);
+  }
+
+  void OnRows(const DatBlock&, std::span<const DatRow> rows) override
+  {
+    if (!isWanted_) return;
+    rows_.clear();
+    for (const DatRow& row : rows) rows_.push_back({row.id, row.point, row.values, row.localSystem, row.line});
+    sink_.OnRows(field_, rows_);
+  }
+
+  void OnBlockEnd(const DatBlock&) override { sink_.OnFieldEnd(field_); }
+
+  void OnSkipped(const std::string& reason, std::size_t rows, std::int64_t) override { sink_.OnSkipped(reason, rows); }
+
+  ResultSink&            sink_;
+  ResultField            field_;
+  bool                   isWanted_ = false;
+  std::vector<ResultRow> rows_;
+};
+
+/// Hands out the increments of a .sta that converged.
+class StaAdapter
+{
+public:
+  explicit StaAdapter(ResultSink& sink) : sink_(sink) {}
+
+  void Read(const std::filesystem::path& path, const ReadProgress&)
+  {
+    std::vector<ResultStep> steps;
+    for (const StaRow& row : ReadSta(path))
+      if (row.converged) steps.push_back(StepOf(row));
+    sink_.OnSteps(steps);
+  }
+
+private:
+  ResultSink& sink_;
+};
+
+/// A file behind an adapter, which lives as long as one reading.
+template <typename Adapter, bool kHasEndMark>
+class FileReader final : public ResultReader
+{
+public:
+  explicit FileReader(std::filesystem::path path) : path_(std::move(path)) {}
+
+  const std::filesystem::path& Path() const noexcept override { return path_; }
+  bool                         HasEndMark() const noexcept override { return kHasEndMark; }
+  void Read(ResultSink& sink, const ReadProgress& progress) const override { Adapter(sink).Read(path_, progress); }
+
+private:
+  std::filesystem::path path_;
+};
+
+/// The paths of one job; those that are not given are empty.
+struct JobPaths
+{
+  std::filesystem::path stem;
+  std::filesystem::path frd;
+  std::filesystem::path dat;
+  std::filesystem::path sta;
+};
+
+ResultJob MakeJob(JobPaths paths)
+{
+  if (paths.frd.empty() && paths.dat.empty()) {
+    Fail(paths.sta.string() + ": expected a .frd or .dat of the same name with it");
+  }
+  std::filesystem::path beside = paths.frd.empty() ? paths.dat : paths.frd;  // named as the user names the job
+  beside.replace_extension(".sta");
+  if (paths.sta.empty() && std::filesystem::exists(beside)) paths.sta = beside;
+
+  ResultJob job;
+  job.stem = paths.stem;
+  if (!paths.frd.empty()) job.results = MakeFrdReader(paths.frd);
+  if (!paths.dat.empty()) job.prints = MakeDatReader(paths.dat);
+  if (!paths.sta.empty()) job.status = MakeStaReader(paths.sta);
+  return job;
+}
+
+}  // namespace
+
+ResultStep StepOf(const FrdDataset& dataset)
+{
+  constexpr int kTime     = 0;
+  constexpr int kDynamic  = 1;
+  constexpr int kModes    = 2;
+  constexpr int kBuckling = 4;
+
+  ResultStep step;
+  step.step      = dataset.step;
+  step.number    = dataset.outputNumber;
+  step.value     = dataset.value;
+  step.tolerance = FrdTolerance(dataset.value);
+
+  const bool isTransient = dataset.kind == kTime || (dataset.kind == kDynamic && dataset.increment > 0);
+  const bool isPreload   = dataset.kind == kBuckling && dataset.value == 0.0;
+  if (isTransient || isPreload) {
+    step.substep = dataset.increment;
+  } else if (dataset.kind == kModes || dataset.kind == kBuckling) {
+    step.analysis = AnalysisModes;
+    step.substep  = dataset.mode;
+    step.meaning  = dataset.kind == kBuckling ? StepValue::BucklingFactor : StepValue::Frequency;
+  } else {
+    step.analysis = AnalysisOther;
+    step.meaning  = dataset.kind == kDynamic ? StepValue::Frequency : StepValue::None;
+  }
+  return step;
+}
+
+ResultStep StepOf(const DatBlock& block)
+{
+  ResultStep step;
+  step.analysis  = block.mode > 0 ? AnalysisModes : AnalysisTime;
+  step.substep   = block.mode;
+  step.value     = block.time;
+  step.tolerance = DatTolerance(block.time);
+  return step;
+}
+
+ResultStep StepOf(const StaRow& row)
+{
+  ResultStep step;
+  step.step      = row.step;
+  step.substep   = row.increment;
+  step.value     = row.totalTime;
+  step.tolerance = StatusTolerance(row.totalTime);
+  return step;
+}
+
+std::unique_ptr<ResultReader> MakeFrdReader(std::filesystem::path path)
+{
+  return std::make_unique<FileReader<FrdAdapter, true>>(std::move(path));
+}
+
+std::unique_ptr<ResultReader> MakeDatReader(std::filesystem::path path)
+{
+  return std::make_unique<FileReader<DatAdapter, false>>(std::move(path));
+}
+
+std::unique_ptr<ResultReader> MakeStaReader(std::filesystem::path path)
+{
+  return std::make_unique<FileReader<StaAdapter, false>>(std::move(path));
+}
+
+SolverFiles GroupFiles(const std::vector<std::filesystem::path>& files)
+{
+  SolverFiles           found;
+  std::vector<JobPaths> jobs;
+  for (const std::filesystem::path& file : files) {
+    const std::string extension = LowerExtension(file);
+    if (extension == ".inp") {
+      if (!found.deck.empty() && found.deck != file)
+        Fail("expected one deck, found " + found.deck.string() + " and " + file.string());
+      found.deck = file;
+      continue;
+    }
+    // Absolute, so that "./job.frd" belongs to "job.dat" and a file that is named twice is read once.
+    const std::filesystem::path stem = std::filesystem::absolute(file).lexically_normal().replace_extension();
+    auto job = std::find_if(jobs.begin(), jobs.end(), [&stem](const JobPaths& known) { return known.stem == stem; });
+    if (job == jobs.end()) job = jobs.insert(jobs.end(), JobPaths{stem, {}, {}, {}});
+
+    if (extension == ".frd") {
+      job->frd = file;
+    } else if (extension == ".dat") {
+      job->dat = file;
+    } else if (extension == ".sta") {
+      job->sta = file;
+    } else {
+      Fail(file.string() + ": expected a result file .frd, .dat or .sta, or a deck .inp");
+    }
+  }
+  for (JobPaths& job : jobs) found.jobs.push_back(MakeJob(std::move(job)));
+  return found;
+}
+
+}  // namespace quilon::calculix

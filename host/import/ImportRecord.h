@@ -1,0 +1,30 @@
+#pragma once
+
+/// @file
+/// What one import tells at its end.
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "import/ResultImport.h"
+
+namespace quilon {
+
+/// Gathers the report over all jobs.
+class ImportRecord
+{
+public:
+  void Skip(const std::string& reason, std::size_t rows);
+  void Notice(std::string text);
+  void AddDeviation(const std::string& elementType, const std::string& quantity, std::size_t nodes, double largest);
+
+  const std::vector<SkippedRows>& Skipped() const noexcept { return report_.skipped; }
+  ImportReport                    Take() { return std::move(report_); }
+
+private:
+  ImportReport report_;
+};
+
+}  // namespace quilon

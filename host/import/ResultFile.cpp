@@ -1,0 +1,376 @@
+#include "import/ResultFile.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <bundled/OnfKinds.h>
+#include <QuilonDbConnector/FED_Database.h>
+
+#include "text/Failure.h"
+
+namespace quilon {
+
+namespace {
+
+/// Fields that the catalogue has a kind for, but tensors.
+struct KnownField
+{
+  FieldQuantity quantity;
+  FieldPlace    place;
+  std::size_t   numValues;
+  int           onf;
+};
+
+constexpr KnownField kKnownFields[] = {
+    {FieldQuantity::Displacement, FieldPlace::Node, 3, OnfKind::Displacement},
+    {FieldQuantity::Reaction, FieldPlace::Node, 3, OnfKind::Reaction},
+    {FieldQuantity::Velocity, FieldPlace::Node, 3, OnfKind::Velocity},
+    {FieldQuantity::Temperature, FieldPlace::Node, 1, OnfKind::Temperature},
+    {FieldQuantity::HeatFlux, FieldPlace::Node, 3, OnfKind::HeatFlux},
+    {FieldQuantity::HeatFlow, FieldPlace::Node, 1, OnfKind::HeatGeneration},
+    {FieldQuantity::PlasticStrain, FieldPlace::Node, 1, OnfKind::EquivalentPlasticStrain},
+    {FieldQuantity::Energy, FieldPlace::Node, 1, OnfKind::EnergyDensity},
+    {FieldQuantity::Energy, FieldPlace::Element, 1, OnfKind::ElementEnergy},
+};
+
+constexpr int kLoggedListedFile  = 1;
+constexpr int kLoggedPrintedFile = 2;
+
+constexpr char kNoMeshNodes[] = "rows of nodes that no mesh holds (kept)";
+constexpr char kLocalNodes[]  = "rows of nodes in local systems (kept apart)";
+constexpr char kImaginary[]   = "imaginary parts";
+constexpr char kFaces[]       = "rows of element faces";
+constexpr char kNoKind[]      = "rows that no user kind is left for";
+
+/// Whether a value is the exact one of a value with six digits.
+bool RoundsTo(double value, double rounded)
+{
+  // Half a unit of the sixth digit is at most 5e-6 of a value; that it went through single precision, and the last of
+  // the seven digits of a .dat, fit into the rest. The smallest numbers of single precision have fewer digits.
+  constexpr double kLargestRounding = 6e-6;
+  constexpr double kSmallest        = 1e-37;
+  return std::abs(value - rounded) <= kLargestRounding * std::abs(rounded) + kSmallest;
+}
+
+}  // namespace
+
+ResultFile::ResultFile(const ResultReader& reader, Pass pass, ImportJob& job)
+    : FEMResultFile(reader.Path().string(), job.options.iteration, pass, job.blocks.GetDatabase()),
+      reader_(reader),
+      job_(job),
+      meshSaved_(pass == PassResults || pass == PassSteps),
+      averages_(job.blocks, job.mesh, job.groups, job.record),
+      endCheck_(reader.HasEndMark() ? nullptr : std::make_unique<EndCheck>(reader.Path(), job.steps)),
+      points_(reader.Path(), {job.blocks, job.kinds, job.mesh, job.deck, averages_, job.record, endCheck_.get()})
+{}
+
+void ResultFile::Read()
+{
+  const std::string name = reader_.Path().filename().string();
+  if (secondNumber_ == PassResults || secondNumber_ == PassAll)
+    job_.logger.SetReadResultType(endCheck_ ? kLoggedPrintedFile : kLoggedListedFile, name);
+  reader_.Read(*this, job_.MakeProgress(reader_.Path()));
+  if (endCheck_) endCheck_->Finish();
+  SaveMesh();
+  if (current_) averages_.Save(*current_);
+  job_.logger.ForceOutput();
+  if (endCheck_ && job_.steps.HasNumbered()) {
+    job_.record.Notice(name + ": neither a .frd nor a .sta tells steps and increments, result times are numbered");
+  }
+  if (averages_.NumPartial() > 0) {
+    job_.record.Notice(name + ": " + std::to_string(averages_.NumPartial()) +
+                       " nodal averages are over some of the node's elements only; the counts (552, 555) tell");
+  }
+}
+
+void ResultFile::SaveMesh()
+{
+  // Whole meshes only: a file that breaks within its mesh leaves nothing.
+  if (!meshSaved_) job_.SaveMesh();
+  meshSaved_ = true;
+}
+
+void ResultFile::OnNodes(std::span<const int> ids, std::span<const double> coordinates)
+{
+  if (secondNumber_ != PassResults) job_.mesh.AddNodes(ids, coordinates);
+}
+
+void ResultFile::OnElements(std::span<const MeshElement> elements)
+{
+  if (secondNumber_ != PassResults) job_.mesh.AddElements(elements);
+}
+
+void ResultFile::OnSteps(std::span<const ResultStep> steps)
+{
+  for (const ResultStep& step : steps) job_.steps.AddListed(step, false);
+}
+
+void ResultFile::OnModes(std::span<const ResultMode> modes)
+{
+  const int loadCase = job_.steps.MatchModeTable();
+  for (const ResultMode& mode : modes) {
+    const StepKey key{loadCase, AnalysisModes, mode.mode};
+    if (mode.isBuckling) {
+      job_.blocks.SetScalar(key, OnfKind::BucklingFactor, mode.eigenvalue);
+    } else {
+      job_.blocks.SetScalar(key, OnfKind::Eigenvalue, mode.eigenvalue);
+      job_.blocks.SetScalar(key, OnfKind::Frequency, mode.frequency);
+    }
+  }
+}
+
+void ResultFile::OnSkipped(const std::string& reason, std::size_t rows) { job_.record.Skip(reason, rows); }
+
+bool ResultFile::OnFieldBegin(const ResultField& field)
+{
+  SaveMesh();
+  isListed_ = field.step.step != 0;
+  isRead_   = false;
+  skipReason_.clear();
+  return isListed_ ? BeginListedField(field) : BeginPrintedField(field);
+}
+
+bool ResultFile::BeginListedField(const ResultField& field)
+{
+  const StepKey key = job_.steps.AddListed(field.step, true);
+  BeginResult(key);
+  if (endCheck_) endCheck_->BeginField(key);
+  if (secondNumber_ == PassMesh) return false;
+  if (!job_.blocks.IsWithin(key)) {
+    job_.logger.SetSkipSubstep(key.analysis, key.loadCase, key.substep);
+    return false;
+  }
+
+  job_.logger.SetReadSubstep(key.analysis, key.loadCase, key.substep);
+  SetResultScalars(key, field.step);
+  if (!names_.insert(field.identity).second)
+    Skip("data sets that a result has had already: " + field.name);
+  else
+    OpenField(field);
+  return true;
+}
+
+bool ResultFile::BeginPrintedField(const ResultField& field)
+{
+  const std::optional<StepMatcher::Match> match = job_.steps.MatchPrinted(field.step, field.identity);
+  if (endCheck_) endCheck_->BeginField(match ? std::optional(match->key) : std::nullopt);
+  if (!match) {
+    if (job_.blocks.HasLimit()) return true;  // of a result that the listing file did not get to tell
+    Fail(reader_.Path().string() + ":" + std::to_string(field.line) +
+         ": expected a total time or a mode that the .frd or the .sta lists, found time " +
+         std::to_string(field.step.value) + ", mode " +
+         std::to_string(field.step.analysis == AnalysisModes ? field.step.substep : 0));
+  }
+  BeginResult(match->key);
+  if (!job_.blocks.IsWithin(match->key)) {
+    job_.logger.SetSkipSubstep(match->key.analysis, match->key.loadCase, match->key.substep);
+    return true;
+  }
+
+  job_.logger.SetReadSubstep(match->key.analysis, match->key.loadCase, match->key.substep);
+  if (match->key.analysis == AnalysisTime) job_.blocks.SetScalar(match->key, OnfKind::Time, match->value);
+  // Harmonic results come twice, real part first.
+  if (field.imaginary || (match->key.analysis == AnalysisOther && match->repeated))
+    Skip(kImaginary);
+  else
+    OpenField(field);
+  return true;
+}
+
+void ResultFile::BeginResult(const StepKey& key)
+{
+  if (current_ == key) return;
+  if (current_) averages_.Save(*current_);
+  names_.clear();
+  current_ = key;
+}
+
+void ResultFile::SetResultScalars(const StepKey& key, const ResultStep& step)
+{
+  switch (step.meaning) {
+    case StepValue::Time:
+      return job_.blocks.SetScalar(key, OnfKind::Time, step.value);
+    case StepValue::Frequency:
+      return job_.blocks.SetScalar(key, OnfKind::Frequency, step.value);
+    case StepValue::BucklingFactor:
+      return job_.blocks.SetScalar(key, OnfKind::BucklingFactor, step.value);
+    case StepValue::None:
+      break;
+  }
+}
+
+void ResultFile::OpenField(const ResultField& field)
+{
+  isRead_ = true;
+  switch (field.place) {
+    case FieldPlace::Node:
+      OpenView(FindKind(field), NodeHundred(field.numValues) == UserNodeList);
+      break;
+    case FieldPlace::Element:
+      OpenView(FindKind(field), ElementHundred(field.numValues) == UserElementList);
+      break;
+    case FieldPlace::Point:
+      isRead_ = points_.Begin(*current_, field);
+      break;
+    case FieldPlace::Total:
+      break;
+  }
+  if (!isRead_) Skip(isListed_ ? "data sets that no user kind is left for: " + field.name : kNoKind);
+}
+
+/// @param onf 0 when no user kind is left
+void ResultFile::OpenView(int onf, bool isList)
+{
+  isRead_ = onf != 0;
+  if (!isRead_) return;
+  isInPrints_ = isListed_ && job_.blocks.HasWritten(*current_, onf);
+  view_   = std::make_unique<FED_IdDataBlock>(job_.blocks.Block(*current_, onf, 0), database_.GetIdMapsPool(), true);
+  record_ = isList ? &view_->CreateIdDataRecord() : nullptr;
+  for (const Quantity quantity : kQuantities) {
+    const TensorKinds& kinds = kTensorKinds[quantity];
+    if (onf != kinds.solver) continue;
+    comparison_ = std::make_unique<AverageComparison>(quantity, job_.blocks.Block(*current_, kinds.average, 0),
+                                                      job_.blocks.Block(*current_, kinds.count, 0),
+                                                      database_.GetIdMapsPool(), job_.mesh);
+  }
+}
+
+/// @return 0 when the database has no user kind left for the field
+int ResultFile::FindKind(const ResultField& field)
+{
+  if (const std::optional<Quantity> quantity = FindTensor(field); quantity && field.place == FieldPlace::Node) {
+    averages_.Save(*current_);  // of points of the same result
+    const TensorKinds& kinds = kTensorKinds[*quantity];
+    return job_.blocks.IsAveraged(*current_, *quantity) ? kinds.solver : kinds.average;
+  }
+  for (const KnownField& known : kKnownFields) {
+    if (field.quantity == known.quantity && field.place == known.place && field.numValues == known.numValues)
+      return known.onf;
+  }
+  return job_.kinds.Find(
+      field.place == FieldPlace::Node ? NodeHundred(field.numValues) : ElementHundred(field.numValues), field.name);
+}
+
+void ResultFile::OnRows(const ResultField& field, std::span<const ResultRow> rows)
+{
+  if (endCheck_) endCheck_->AddRows(rows.size());
+  if (!isRead_) {
+    if (!skipReason_.empty()) job_.record.Skip(skipReason_, rows.size());
+    return;
+  }
+  switch (field.place) {
+    case FieldPlace::Node:
+      return ReadNodeRows(field, rows);
+    case FieldPlace::Element:
+      return ReadElementRows(rows);
+    case FieldPlace::Point:
+      for (const ResultRow& row : rows) points_.Add(row);
+      break;
+    case FieldPlace::Total:
+      for (const ResultRow& row : rows) WriteTotals(field, row);
+      break;
+  }
+}
+
+void ResultFile::ReadNodeRows(const ResultField& field, std::span<const ResultRow> rows)
+{
+  constexpr std::size_t kVector    = 3;
+  const bool            hasMesh    = !job_.mesh.IsEmpty();
+  std::size_t           numUnknown = 0;
+  std::size_t           numLocal   = 0;
+  for (const ResultRow& row : rows) {
+    // No mistake in itself: a listing file has neither the original nodes of expanded shells nor those that rotate a
+    // rigid body.
+    if (!isListed_ && hasMesh && job_.mesh.FindNode(row.id) == nullptr) ++numUnknown;
+    if (row.localSystem && row.values.size() == kVector) {
+      KeepLocalRow(field, row);
+      ++numLocal;
+      continue;
+    }
+    if (isInPrints_ && HasMoreDigits(row)) continue;
+    WriteRow(row);
+    if (comparison_) comparison_->Compare(row.id, row.values.data());
+  }
+  job_.record.Skip(kNoMeshNodes, numUnknown);
+  job_.record.Skip(kLocalNodes, numLocal);
+}
+
+void ResultFile::ReadElementRows(std::span<const ResultRow> rows)
+{
+  std::size_t numFaces = 0;
+  for (const ResultRow& row : rows) {
+    if (row.point == 0) {
+      WriteRow(row);
+    } else {
+      ++numFaces;
+    }
+  }
+  job_.record.Skip(kFaces, numFaces);
+}
+
+void ResultFile::WriteRow(const ResultRow& row)
+{
+  if (record_ != nullptr) {
+    list_.assign(row.values.begin(), row.values.end());
+    record_->SetDoubleList(1, list_);
+    view_->SetRecord(row.id, *record_);
+  } else if (row.values.size() == 1) {
+    view_->SetScalar(row.id, row.values.front());
+  } else if (row.values.size() == 3) {
+    view_->SetVector(row.id, row.values.data());
+  } else {
+    view_->SetTensor(row.id, row.values.data());
+  }
+}
+
+/// Keeps the vector of a node with axes of its own beside the global ones.
+void ResultFile::KeepLocalRow(const ResultField& field, const ResultRow& row)
+{
+  if (!localView_) {
+    const int onf = job_.kinds.Find(NodeHundred(row.values.size()), field.name + " in local systems");
+    if (onf == 0) return job_.record.Skip(kNoKind, 1);
+    localView_ =
+        std::make_unique<FED_IdDataBlock>(job_.blocks.Block(*current_, onf, 0), database_.GetIdMapsPool(), true);
+  }
+  localView_->SetVector(row.id, row.values.data());
+}
+
+void ResultFile::WriteTotals(const ResultField& field, const ResultRow& row)
+{
+  for (std::size_t k = 0; k < field.valueNames.size(); ++k) {
+    const int history = job_.kinds.Find(UserHistory, field.valueNames[k]);
+    if (history == 0) {
+      job_.record.Skip(kNoKind, 1);
+    } else {
+      job_.blocks.SetScalar(*current_, history, row.values[k]);
+    }
+  }
+}
+
+bool ResultFile::HasMoreDigits(const ResultRow& rounded) const
+{
+  constexpr std::size_t kVector       = 3;
+  const std::size_t     numComponents = rounded.values.size();
+  double                values[kVector];
+  if ((numComponents != 1 && numComponents != kVector) || !view_->HasRecord(rounded.id)) return false;
+  if (numComponents == 1)
+    view_->GetScalar(rounded.id, values[0]);
+  else
+    view_->GetVector(rounded.id, values);
+  return std::equal(values, values + numComponents, rounded.values.begin(), RoundsTo);
+}
+
+void ResultFile::OnFieldEnd(const ResultField& field)
+{
+  if (isRead_ && field.place == FieldPlace::Point) points_.End();
+  if (endCheck_) endCheck_->EndField(field);
+  if (comparison_) comparison_->Report(job_.record);
+  comparison_.reset();
+  isRead_ = false;
+  record_ = nullptr;
+  view_.reset();
+  localView_.reset();
+}
+
+}  // namespace quilon
