@@ -53,7 +53,7 @@ std::string ToUtf8(std::string_view text)
 std::string Escaped(std::string_view text)
 {
   std::string escaped;
-  for (const char c : ToUtf8(Printable(text))) {
+  for (const char c : Printable(ToUtf8(text))) {
     switch (c) {
       case '&':
         escaped += "&amp;";

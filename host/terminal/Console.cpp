@@ -41,9 +41,9 @@ void Console::Note(const std::string& message)
 void Console::Log(int type, const std::string& message)
 {
   if (type > verbosity_) return;
-  std::string line = "quilon: ";
-  for (const char c : message) line += c == '\t' ? std::string("  ") : Printable(std::string(1, c));
-  Line(line);
+  std::string text;
+  for (const char c : message) text += c == '\t' ? std::string("  ") : std::string(1, c);
+  Line("quilon: " + Printable(text));
 }
 
 void Console::Progress(const std::string& phase, std::uint64_t done, std::uint64_t total, const std::string& unit)

@@ -1,9 +1,11 @@
 #include "terminal/Table.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "terminal/Output.h"
+#include "text/ColumnText.h"
 #include "text/Format.h"
 
 namespace quilon {
@@ -17,8 +19,28 @@ std::size_t Width(const std::string& text)
       std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
 
-std::string CsvCell(const std::string& text)
+/// The text as a terminal and a spreadsheet can take it: ends of lines and tabs stay, and what a spreadsheet would take
+/// for a formula begins with an apostrophe.
+std::string CsvText(std::string_view text, bool isText)
 {
+  constexpr std::string_view kKept = "\r\n\t";
+  std::string                safe;
+  double                     number = 0.0;
+  if (isText && text.size() > 1 && std::string_view("=+-@").find(text.front()) != std::string_view::npos &&
+      !ReadDouble(text, number))
+    safe += '\'';
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of(kKept), text.size());
+    safe += Printable(text.substr(0, end));
+    safe += text.substr(end, 1);
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return safe;
+}
+
+std::string CsvCell(const std::string& cell, bool isText)
+{
+  const std::string text = CsvText(cell, isText);
   if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
   std::string quoted = "\"";
   for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
@@ -59,7 +81,7 @@ void TableWriter::WriteHeld()
     widths_.push_back(Width(column.name));
   }
   for (std::vector<std::string>& row : held_)
-    for (std::size_t i = 0; i < row.size(); ++i) widths_[i] = std::max(widths_[i], Width(row[i]));
+    for (std::size_t i = 0; i < row.size(); ++i) widths_[i] = std::max(widths_[i], Width(Printable(row[i])));
   WriteRow(names, bold_);
   for (const std::vector<std::string>& row : held_) WriteRow(row, false);
   held_.clear();
@@ -70,15 +92,16 @@ void TableWriter::WriteRow(const std::vector<std::string>& cells, bool bold)
   std::string line;
   for (std::size_t i = 0; i < cells.size(); ++i) {
     if (style_ == TableStyle::Csv) {
-      line += (i == 0 ? "" : ",") + CsvCell(cells[i]);
+      line += (i == 0 ? "" : ",") + CsvCell(cells[i], columns_[i].isText);
     } else if (style_ == TableStyle::Plain) {
       line += (i == 0 ? "" : "\t") + Printable(cells[i]);
     } else {
-      const std::size_t width = Width(cells[i]);
+      const std::string cell  = Printable(cells[i]);
+      const std::size_t width = Width(cell);
       const std::string padding(widths_[i] > width ? widths_[i] - width : 0, ' ');
       const bool        isLast = i + 1 == cells.size();
       line += i == 0 ? "" : "  ";
-      line += columns_[i].isText ? Printable(cells[i]) + (isLast ? "" : padding) : padding + Printable(cells[i]);
+      line += columns_[i].isText ? cell + (isLast ? "" : padding) : padding + cell;
     }
   }
   output_.Write(bold ? "\x1b[1m" + line + "\x1b[0m\n" : line + '\n');

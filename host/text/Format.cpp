@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <iterator>
 
@@ -16,6 +17,47 @@ std::string Shortest(Real value)
   char       text[32];
   const auto written = std::to_chars(std::begin(text), std::end(text), value);
   return std::string(text, written.ptr);
+}
+
+/// A character of a UTF-8 text, or a byte that belongs to none.
+struct Character
+{
+  std::uint32_t code  = 0;
+  std::size_t   size  = 1;
+  bool          isRaw = true;  // one byte
+};
+
+/// @param text not empty
+Character FirstCharacter(std::string_view text) noexcept
+{
+  const auto byteAt = [text](std::size_t i) { return static_cast<std::uint32_t>(static_cast<unsigned char>(text[i])); };
+  const std::uint32_t lead = byteAt(0);
+  const std::size_t size = (lead & 0xE0U) == 0xC0U ? 2 : (lead & 0xF0U) == 0xE0U ? 3 : (lead & 0xF8U) == 0xF0U ? 4 : 1;
+  if (size == 1 || text.size() < size) return {lead, 1, true};
+  std::uint32_t code = lead & (0x7FU >> size);
+  for (std::size_t i = 1; i < size; ++i) {
+    if ((byteAt(i) & 0xC0U) != 0x80U) return {lead, 1, true};
+    code = code << 6 | (byteAt(i) & 0x3FU);
+  }
+  return {code, size, false};
+}
+
+/// Control characters (C0, delete, C1 as characters of Unicode), marks that turn the direction of writing, and ends of
+/// lines and paragraphs.
+bool DrivesTerminal(std::uint32_t code) noexcept
+{
+  return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x61C || code == 0x200E || code == 0x200F ||
+         (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+}
+
+std::string EscapeOf(const Character& character)
+{
+  if (character.code == '\n') return "\\n";
+  if (character.code == '\r') return "\\r";
+  if (character.code == '\t') return "\\t";
+  char text[16];
+  std::snprintf(text, sizeof text, character.isRaw ? "\\x%02x" : "\\u%04x", static_cast<unsigned>(character.code));
+  return text;
 }
 
 }  // namespace
@@ -70,9 +112,17 @@ std::string FormatIds(const std::set<int>& ids)
 
 std::string Printable(std::string_view text)
 {
-  std::string printable(text);
-  for (char& c : printable)
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
+  std::string printable;
+  printable.reserve(text.size());
+  while (!text.empty()) {
+    const Character character = FirstCharacter(text);
+    if (DrivesTerminal(character.code)) {
+      printable += EscapeOf(character);
+    } else {
+      printable += text.substr(0, character.size);
+    }
+    text.remove_prefix(character.size);
+  }
   return printable;
 }
 

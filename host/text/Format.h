@@ -26,7 +26,7 @@ std::string Counted(std::size_t count, std::string_view noun);
 /// @return "1-4, 9"; behind a dozen ranges dots stand for the rest
 std::string FormatIds(const std::set<int>& ids);
 
-/// @return the text with control characters replaced by '?': names out of files must not drive a terminal
+/// @return the text with what drives a terminal or turns its writing round as "\n", "\x1b" or "\u202e"; see Format.cpp
 std::string Printable(std::string_view text);
 
 /// @return the text without the blanks around it

@@ -46,7 +46,7 @@ TEST(JUnitReport, NamesAreWrittenForXml)
               {"control characters",
                "a\nb\tc\x01"
                        "d\x7f",
-               "a?b?c?d?"},
+               "a\\nb\\tc\\x01d\\x7f"},
               {"two, three and four bytes", "\xc3\xa4 \xe2\x82\xac \xf0\x9f\x94\xa7", "\xc3\xa4 \xe2\x82\xac \xf0\x9f\x94\xa7"},
               {"another encoding", "H\xf6he", "H" + none + "he"},
               {"cut short", "a\xe2\x82", "a" + none + none},

@@ -82,8 +82,22 @@ TEST(Table, CountsCharactersAndNotBytes)
 
 TEST(Table, ControlCharactersOfNamesNeverReachTheTerminal)
 {
-  EXPECT_EQ(Written(TableStyle::Aligned, {{"1", "\x1b[31m", "2"}}), "id  name   value\n 1  ?[31m      2\n");
-  EXPECT_EQ(Written(TableStyle::Plain, {{"1", "a\tb", "2"}}), "id\tname\tvalue\n1\ta?b\t2\n");
+  EXPECT_EQ(Written(TableStyle::Aligned, {{"1", "\x1b[31m", "2"}}), "id  name      value\n 1  \\x1b[31m      2\n");
+  EXPECT_EQ(Written(TableStyle::Plain, {{"1", "a\tb", "2"}}), "id\tname\tvalue\n1\ta\\tb\t2\n");
+  EXPECT_EQ(Written(TableStyle::Csv, {{"1", "\x1b[31m\xc2\x9b,\xe2\x80\xae", "2"}}),
+            "id,name,value\n1,\"\\x1b[31m\\u009b,\\u202e\",2\n");
+  EXPECT_EQ(Written(TableStyle::Csv, {{"1", "a\tb\nc", "2"}}), "id,name,value\n1,\"a\tb\nc\",2\n")
+      << "ends of lines belong to cells";
+}
+
+TEST(Table, SpreadsheetsTakeNamesForTextAndNumbersForNumbers)
+{
+  EXPECT_EQ(
+      Written(TableStyle::Csv, {{"-1", "=1+2", "-2.5"}, {"1", "@a", "+3"}, {"1", "-x", "nan"}, {"1", "+y", "-inf"}}),
+      "id,name,value\n-1,'=1+2,-2.5\n1,'@a,+3\n1,'-x,nan\n1,'+y,-inf\n");
+  EXPECT_EQ(Written(TableStyle::Csv, {{"1", "-2.5", "1"}, {"1", "-", "1"}, {"1", "a=b", "1"}}),
+            "id,name,value\n1,-2.5,1\n1,-,1\n1,a=b,1\n");
+  EXPECT_EQ(Written(TableStyle::Plain, {{"1", "=1+2", "2"}}), "id\tname\tvalue\n1\t=1+2\t2\n");
 }
 
 TEST(Table, HeaderIsBoldWhereAskedFor)

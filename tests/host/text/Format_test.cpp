@@ -70,7 +70,26 @@ TEST(Format, IdsBecomeRanges)
 
 TEST(Format, ControlCharactersBecomeQuestionMarks)
 {
-  EXPECT_EQ(Printable("a\x1b[1m\n\x7f\xc3\xa4"), "a?[1m??\xc3\xa4");
+  EXPECT_EQ(Printable(""), "");
+  EXPECT_EQ(Printable("a\x1b[1m\n\r\t\x7f\xc3\xa4"), "a\\x1b[1m\\n\\r\\t\\x7f\xc3\xa4");
+  EXPECT_EQ(Printable(std::string_view("\0\x1f ~", 4)), "\\x00\\x1f ~");
+  // C1: a character of its own, a byte of no character, and the same byte as a part of one.
+  EXPECT_EQ(Printable("\xc2\x9b"
+                      "31m"),
+            "\\u009b31m");
+  EXPECT_EQ(Printable("\x9b"
+                      "31m"),
+            "\\x9b31m");
+  EXPECT_EQ(Printable("\xc3\x9b \xe2\x82\xac \xc2\xa0"), "\xc3\x9b \xe2\x82\xac \xc2\xa0");
+  // What turns the direction of writing, and the next characters on either side.
+  EXPECT_EQ(Printable("\xe2\x80\xae"), "\\u202e");
+  EXPECT_EQ(Printable("\xe2\x81\xa6\xe2\x81\xa9\xe2\x80\x8f\xd8\x9c\xe2\x80\xa8"),
+            "\\u2066\\u2069\\u200f\\u061c\\u2028");
+  EXPECT_EQ(Printable("\xe2\x80\xaf\xe2\x80\x8d\xe2\x81\xaa"), "\xe2\x80\xaf\xe2\x80\x8d\xe2\x81\xaa");
+  // Cut characters, and longer ones.
+  EXPECT_EQ(Printable("\xe2\x80"), "\xe2\\x80");
+  EXPECT_EQ(Printable("\xc3"), "\xc3");
+  EXPECT_EQ(Printable("\xf0\x9f\x98\x80"), "\xf0\x9f\x98\x80");
 }
 
 }  // namespace
