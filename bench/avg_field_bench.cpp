@@ -6,6 +6,7 @@
 //   reorder   a reset, and the elements in another order each time
 //   dump      all ids and data are copied out by ascending id
 //   save      averages become a block of a database in memory, by ascending id
+//   job       an empty field takes the values and becomes a block: add and save in one
 //   reset     all data is set to zero
 // Forms: sums1 (sums with counts of scalars), sums6 (of tensors), stats6 (running statistics of tensors).
 // Ids: dense (as a mesher numbers nodes), shuffled (those ids in no order), gaps, random (31 bits); see id_patterns.h.
@@ -25,6 +26,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <map>
 #include <string>
 #include <type_traits>
 #include <unordered_map>
@@ -185,11 +187,17 @@ void Save(const Store& store, FED_Database& db, const FED_DataDescriptor& block)
   }
 }
 
-std::vector<int> ValuesOf(const std::string& pattern, std::size_t size)
+/// Made once for all rounds of all contestants.
+const std::vector<int>& ValuesOf(const std::string& pattern, std::size_t size)
 {
-  if (pattern == "shuffled")
-    return quilon_bench::MeshOrder(quilon_bench::Shuffled(quilon_bench::MakeIds("dense", size)));
-  return quilon_bench::MeshOrder(quilon_bench::MakeIds(pattern, size));
+  static std::map<std::pair<std::string, std::size_t>, std::vector<int>> made;
+  std::vector<int>&                                                      order = made[{pattern, size}];
+  if (order.empty()) {
+    const bool             isShuffled = pattern == "shuffled";
+    const std::vector<int> ids        = quilon_bench::MakeIds(isShuffled ? "dense" : pattern, size);
+    order                             = quilon_bench::MeshOrder(isShuffled ? quilon_bench::Shuffled(ids) : ids);
+  }
+  return order;
 }
 
 // The same elements, the last one first.
@@ -198,10 +206,10 @@ std::vector<int> Backwards(const std::vector<int>& order) { return {order.rbegin
 template <typename Store, typename Data, int N>
 void Run(benchmark::State& state, const std::string& operation, const std::string& pattern, std::size_t size)
 {
-  const std::vector<int> order     = ValuesOf(pattern, size);
-  const std::vector<int> backwards = operation == "reorder" ? Backwards(order) : std::vector<int>();
-  Store                  filled;
-  if (operation != "add") AddAll<Store, N>(filled, order);
+  const std::vector<int>& order     = ValuesOf(pattern, size);
+  const std::vector<int>  backwards = operation == "reorder" ? Backwards(order) : std::vector<int>();
+  Store                   filled;
+  if (operation != "add" && operation != "job") AddAll<Store, N>(filled, order);
   std::vector<int>  ids;
   std::vector<Data> data;
   filled.Dump(ids, data);
@@ -209,8 +217,8 @@ void Run(benchmark::State& state, const std::string& operation, const std::strin
     filled.Reset();
     AddAll<Store, N>(filled, order);
   }
-  const bool               isPerValue = operation == "add" || operation == "refill" || operation == "reorder";
-  const std::size_t        items      = isPerValue ? order.size() : ids.size();
+  const bool isPerValue = operation == "add" || operation == "refill" || operation == "reorder" || operation == "job";
+  const std::size_t        items = isPerValue ? order.size() : ids.size();
   const FED_DataDescriptor block(1, FED_OnfId(N == 1 ? 514 : 521));
 
   bool isBackwards = false;
@@ -219,6 +227,11 @@ void Run(benchmark::State& state, const std::string& operation, const std::strin
       Store store;
       AddAll<Store, N>(store, order);
       benchmark::DoNotOptimize(store);
+    } else if (operation == "job") {
+      Store              store;
+      FED_ResultDatabase db;
+      AddAll<Store, N>(store, order);
+      Save<Store, Data, N>(store, db, block);
     } else if (operation == "refill") {
       filled.Reset();
       AddAll<Store, N>(filled, order);
@@ -274,7 +287,7 @@ int main(int argc, char** argv)
   const std::pair<std::string, std::vector<Contestant>> forms[] = {{"sums1", Contestants<AvgData<1>, 1>()},
                                                                    {"sums6", Contestants<AvgData<6>, 6>()},
                                                                    {"stats6", Contestants<StatData<6>, 6>()}};
-  for (const std::string operation : {"add", "refill", "reorder", "dump", "save", "reset"}) {
+  for (const std::string operation : {"add", "refill", "reorder", "dump", "save", "job", "reset"}) {
     for (const auto& [form, contestants] : forms) {
       for (const std::string pattern : {"dense", "shuffled", "gaps", "random"}) {
         for (const std::size_t size : sizes) {

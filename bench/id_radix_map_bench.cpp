@@ -25,6 +25,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -224,12 +225,23 @@ std::vector<int> FirstVisits(const std::vector<int>& visits)
   return ids;
 }
 
+/// Made once for all rounds of all contestants.
+const std::pair<std::vector<int>, std::vector<int>>& VisitsAndIds(const std::string& order, std::size_t size)
+{
+  static std::map<std::pair<std::string, std::size_t>, std::pair<std::vector<int>, std::vector<int>>> made;
+  auto& found = made[{order, size}];
+  if (found.first.empty()) {
+    found.first  = quilon_bench::MakeVisits(order, size);
+    found.second = FirstVisits(found.first);
+  }
+  return found;
+}
+
 template <typename Store>
 void Run(benchmark::State& state, const std::string& operation, const std::string& order, std::size_t size)
 {
   using quilon_bench::Shuffled;
-  const std::vector<int> visits = quilon_bench::MakeVisits(order, operation == "miss" ? 2 * size : size);
-  const std::vector<int> ids    = FirstVisits(visits);
+  const auto& [visits, ids] = VisitsAndIds(order, operation == "miss" ? 2 * size : size);
   if (operation == "build") RunFill<Store>(state, visits);
   if (operation == "find") RunFind<Store>(state, ids, Shuffled(ids));
   if (operation == "scan") RunFind<Store>(state, ids, ids);
