@@ -90,9 +90,9 @@ public:
   using TakeBytes = std::function<void(const void* bytes, std::size_t count)>;
 
   /// @param column position in GetStoredColumns()
-  virtual std::uint64_t    GetBytes(std::size_t column) const                     = 0;
-  virtual void             Visit(std::size_t column, const TakeBytes& take) const = 0;  ///< bytes in order
-  virtual ColumnStatistics GetStatistics(std::size_t column) const                = 0;
+  virtual std::uint64_t GetBytes(std::size_t column) const = 0;
+  virtual void          Visit(std::size_t      column,
+                              const TakeBytes& take) const = 0;  ///< bytes in order, whole elements at a time
 };
 
 /// Reads what was written. Reading verifies checksums.

@@ -41,11 +41,6 @@ void DirtyRows::Visit(std::size_t column, const TakeBytes& take) const
   VisitStored(*chunk_, columns_[column], chunk_->dirtyFirst, GetRowCount(), take);
 }
 
-ColumnStatistics DirtyRows::GetStatistics(std::size_t column) const
-{
-  return ComputeStatistics(*chunk_, columns_[column], chunk_->dirtyFirst, GetRowCount());
-}
-
 std::vector<DirtyRows> CollectDirty(const ChunkCache& cache)
 {
   std::vector<DirtyRows> rows;

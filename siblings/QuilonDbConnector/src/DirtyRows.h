@@ -29,7 +29,6 @@ public:
   const std::vector<std::uint32_t>& GetKeys() const noexcept override { return keys_; }
   std::uint64_t                     GetBytes(std::size_t column) const override;
   void                              Visit(std::size_t column, const TakeBytes& take) const override;
-  ColumnStatistics                  GetStatistics(std::size_t column) const override;
 
 private:
   const RowChunk*            chunk_;

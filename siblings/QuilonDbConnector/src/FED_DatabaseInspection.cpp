@@ -20,8 +20,8 @@
 #include "KeyTable.h"
 #include "Manifest.h"
 #include "SegmentCheck.h"
-#include "SegmentMerge.h"
 #include "SegmentStore.h"
+#include "Statistics.h"
 #include "StoredState.h"
 
 namespace {

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <limits>
 #include <string>
 #include <type_traits>
 #include <utility>
+
+#include "Statistics.h"
 
 namespace {
 
@@ -68,43 +69,16 @@ void VisitBytesOf(const ListColumn<T>& column, bool ofElements, std::size_t firs
   }
 }
 
-// Least and greatest in four lanes, whose comparisons do not wait for each other. A NaN wins no comparison.
 template <typename T>
-void AddValues(const T* values, std::size_t count, ColumnStatistics& statistics)
-{
-  constexpr std::size_t kLanes = 4;
-  constexpr bool        isReal = std::is_floating_point_v<T>;
-  constexpr T           kHigh  = isReal ? std::numeric_limits<T>::infinity() : std::numeric_limits<T>::max();
-  constexpr T           kLow   = isReal ? -std::numeric_limits<T>::infinity() : std::numeric_limits<T>::lowest();
-  std::array<T, kLanes> least, greatest;
-  std::array<std::size_t, kLanes> nans{};
-  least.fill(kHigh);
-  greatest.fill(kLow);
-  const auto add = [&](std::size_t lane, T value) {
-    least[lane]    = value < least[lane] ? value : least[lane];
-    greatest[lane] = value > greatest[lane] ? value : greatest[lane];
-    if constexpr (isReal) nans[lane] += value != value ? 1u : 0u;
-  };
-  std::size_t i = 0;
-  for (; i + kLanes <= count; i += kLanes)
-    for (std::size_t lane = 0; lane < kLanes; ++lane) add(lane, values[i + lane]);
-  for (; i < count; ++i) add(0, values[i]);
-  const std::size_t notNumbers = nans[0] + nans[1] + nans[2] + nans[3];
-  statistics.nans += notNumbers;
-  statistics.values += count - notNumbers;
-  if (count == notNumbers) return;
-  // A zero of either sign counts as the positive one, so that the order of rows shows nowhere.
-  const auto lowest   = static_cast<double>(*std::min_element(least.begin(), least.end()));
-  const auto highest  = static_cast<double>(*std::max_element(greatest.begin(), greatest.end()));
-  statistics.least    = std::min(statistics.least, lowest) + 0.0;
-  statistics.greatest = std::max(statistics.greatest, highest) + 0.0;
-}
+constexpr StoredColumn::Element kElement = std::is_same_v<T, int>     ? StoredColumn::Int32
+                                           : std::is_same_v<T, float> ? StoredColumn::Float32
+                                                                      : StoredColumn::Float64;
 
 template <typename T>
 void AddStatistics(const ValueColumn<T>& column, bool, std::size_t firstRow, std::size_t rowCount,
                    ColumnStatistics& statistics)
 {
-  AddValues(column.GetRow(firstRow), rowCount * column.GetWidth(), statistics);
+  AddStatistics(kElement<T>, column.GetRow(firstRow), rowCount * column.GetWidth() * sizeof(T), statistics);
 }
 
 template <typename T>
@@ -113,8 +87,9 @@ void AddStatistics(const ListColumn<T>& column, bool ofElements, std::size_t fir
 {
   if constexpr (!std::is_same_v<T, char>) {
     if (!ofElements) return;
-    column.VisitElements(firstRow, rowCount,
-                         [&](const T* elements, std::size_t count) { AddValues(elements, count, statistics); });
+    column.VisitElements(firstRow, rowCount, [&](const T* elements, std::size_t count) {
+      AddStatistics(kElement<T>, elements, count * sizeof(T), statistics);
+    });
   }
 }
 

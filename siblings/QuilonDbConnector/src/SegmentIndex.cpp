@@ -60,9 +60,8 @@ public:
   template <typename T>
   T TakeNumber()
   {
-    const std::uint8_t* bytes  = Take(sizeof(T));
-    T                   number = 0;
-    for (std::size_t i = 0; i < sizeof(T); ++i) number |= static_cast<T>(static_cast<T>(bytes[i]) << (8 * i));
+    T number;
+    std::memcpy(&number, Take(sizeof(T)), sizeof(T));  // the machine's least byte comes first, too
     return number;
   }
   std::uint32_t Take32() { return TakeNumber<std::uint32_t>(); }
@@ -117,7 +116,8 @@ void PutBlock(ByteWriter& out, const StoredBlock& block)
   out.Put(block.format.ToString());
 }
 
-StoredBlock TakeBlock(ByteReader& in)
+// @param spelling of the format of the block before, which it may share
+StoredBlock TakeBlock(ByteReader& in, const StoredBlock& before, std::string& spelling)
 {
   StoredBlock block;
   block.uid = in.Take64();
@@ -126,8 +126,14 @@ StoredBlock TakeBlock(ByteReader& in)
   block.chunkShift      = in.Take32();
   in.Require(block.uid != 0, "a block has the number 0");
   in.Require(block.chunkShift <= kMaxChunkShift, "a block's chunks have too many rows");
+  std::string text = in.TakeText();
+  if (text == spelling) {
+    block.format = before.format;
+    return block;
+  }
   try {
-    block.format = FED_RecordFormat::Parse(in.TakeText());
+    block.format = FED_RecordFormat::Parse(text);
+    spelling     = std::move(text);
   } catch (const FED_Failure& failure) {
     in.Fail(failure.what());
   }
@@ -293,7 +299,9 @@ SegmentIndex DecodeIndex(const std::uint8_t* bytes, std::size_t count, std::uint
   index.version = in.Take32();
   RequireFormatVersion(index.version, path);
   index.blocks.resize(in.TakeCount(kBlockBytes));
-  for (StoredBlock& block : index.blocks) block = TakeBlock(in);
+  std::string spelling;
+  for (std::size_t i = 0; i < index.blocks.size(); ++i)
+    index.blocks[i] = TakeBlock(in, i == 0 ? StoredBlock() : index.blocks[i - 1], spelling);
   index.deleted.resize(in.TakeCount(sizeof(BlockUid)));
   for (BlockUid& uid : index.deleted) uid = in.Take64();
   index.ids.resize(in.TakeCount(kIdsBytes));

@@ -73,24 +73,6 @@ MergeWindow ChooseCheapest(const std::vector<SegmentSize>& segments)
   return {cheapest, count};
 }
 
-template <typename T>
-void AddNumbers(const void* bytes, std::size_t count, ColumnStatistics& statistics)
-{
-  const auto* from = static_cast<const unsigned char*>(bytes);
-  for (std::size_t i = 0; i + sizeof(T) <= count; i += sizeof(T)) {
-    T number;
-    std::memcpy(&number, from + i, sizeof(T));
-    const auto value = static_cast<double>(number);
-    if (value != value) {
-      ++statistics.nans;
-      continue;
-    }
-    ++statistics.values;
-    statistics.least    = std::min(statistics.least, value);
-    statistics.greatest = std::max(statistics.greatest, value);
-  }
-}
-
 // Keys that were read last; those of one extent at a time are in memory.
 using KeyBuffer = std::vector<std::uint32_t>;
 
@@ -147,24 +129,12 @@ public:
 
   void Visit(std::size_t column, const TakeBytes& take) const override
   {
-    const StoredColumn& stored     = block_->columns[column];
-    const bool          isNumbers  = stored.element != StoredColumn::UInt32 && stored.element != StoredColumn::Char;
-    ColumnStatistics&   statistics = statistics_;
-    statistics                     = {};
     for (const Piece& piece : pieces_) {
       const IndexColumn& from = GetColumn(piece, column);
-      piece.extent.segment->Visit(
-          from.bytes, piece.ranges[column].begin, piece.ranges[column].end,
-          [&](const void* bytes, std::size_t count) {
-            if (isNumbers) AddStatistics(stored.element, bytes, count, statistics);
-            take(bytes, count);
-          },
-          [&] { return DescribeColumn(*block_, piece.extent.Get(), column); });
+      piece.extent.segment->Visit(from.bytes, piece.ranges[column].begin, piece.ranges[column].end, take,
+                                  [&] { return DescribeColumn(*block_, piece.extent.Get(), column); });
     }
   }
-
-  // Of the column that was visited last.
-  ColumnStatistics GetStatistics(std::size_t) const override { return statistics_; }
 
 private:
   struct Range
@@ -228,7 +198,6 @@ private:
   std::vector<Piece>        pieces_;
   bool                      keysAreRun_ = false;
   std::uint32_t             firstKey_   = 0;
-  mutable ColumnStatistics  statistics_;
 };
 
 // What is alive of the window's segments.
@@ -347,21 +316,4 @@ std::unique_ptr<Segment> MergeSegments(FED_FileLayer& files, const std::filesyst
   entry.last   = window.back()->GetEntry().last;
   return WriteSegment(files, folder, entry, merge.GetContents(),
                       [&](BlockUid uid) -> const StoredBlock& { return state.FindBlock(uid)->stored; });
-}
-
-void AddStatistics(StoredColumn::Element element, const void* bytes, std::size_t count, ColumnStatistics& statistics)
-{
-  switch (element) {
-    case StoredColumn::Int32:
-      AddNumbers<std::int32_t>(bytes, count, statistics);
-      break;
-    case StoredColumn::Float32:
-      AddNumbers<float>(bytes, count, statistics);
-      break;
-    case StoredColumn::Float64:
-      AddNumbers<double>(bytes, count, statistics);
-      break;
-    default:
-      break;
-  }
 }

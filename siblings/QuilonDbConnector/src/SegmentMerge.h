@@ -43,7 +43,3 @@ std::optional<MergeWindow> ChooseMerge(const std::vector<SegmentSize>& segments)
 std::unique_ptr<Segment> MergeSegments(FED_FileLayer& files, const std::filesystem::path& folder,
                                        const std::vector<Segment*>& window, bool isFirst, std::uint64_t number,
                                        const StoredState& state);
-
-/// Adds what is known of more numbers of a column.
-/// @param bytes whole elements
-void AddStatistics(StoredColumn::Element element, const void* bytes, std::size_t count, ColumnStatistics& statistics);

@@ -11,6 +11,7 @@
 
 #include "Checksum.h"
 #include "SegmentSkeleton.h"
+#include "Statistics.h"
 
 namespace {
 
@@ -244,18 +245,21 @@ private:
       StoredBytes& stored = index_.ids[i].ids;
       stored.offset       = data->offset;
       checksum_.Reset();
-      WritePieces(out, stored.offset, contents_.ids[i].ids.GetData(), static_cast<std::size_t>(stored.bytes));
+      WritePieces(out, stored.offset, contents_.ids[i].ids.GetData(), static_cast<std::size_t>(stored.bytes),
+                  StoredColumn::UInt32);
       stored.checksum = checksum_.Get();
     }
   }
 
-  // Adds to the checksum.
-  void WritePieces(BufferedFile& out, std::uint64_t offset, const void* bytes, std::size_t count)
+  // Adds to the checksum and to the statistics. A piece is an even number of any elements.
+  void WritePieces(BufferedFile& out, std::uint64_t offset, const void* bytes, std::size_t count,
+                   StoredColumn::Element element)
   {
     const auto* const from = static_cast<const std::uint8_t*>(bytes);
     for (std::size_t done = 0; done < count;) {
       const std::size_t piece = std::min(count - done, kPieceBytes);
       checksum_.Add(from + done, piece);
+      AddStatistics(element, from + done, piece, statistics_);
       out.WriteAt(offset + done, from + done, piece);
       done += piece;
     }
@@ -270,13 +274,14 @@ private:
       stored.bytes.offset      = offset;
       stored.bytes.bytes       = rows.GetBytes(column);
       checksum_.Reset();
+      statistics_ = {};
       rows.Visit(column, [&](const void* bytes, std::size_t count) {
-        WritePieces(out, offset, bytes, count);
+        WritePieces(out, offset, bytes, count, group.columns[column].element);
         offset += count;
       });
       assert(offset == stored.bytes.offset + stored.bytes.bytes);
       stored.bytes.checksum = checksum_.Get();
-      stored.statistics     = rows.GetStatistics(column);
+      stored.statistics     = statistics_;
     }
     return offset - begin;
   }
@@ -308,7 +313,8 @@ private:
   SegmentIndex                   index_;
   std::vector<SkeletonData>      data_;
   std::optional<SegmentSkeleton> skeleton_;
-  RunningChecksum                checksum_;
+  RunningChecksum                checksum_;    // of the column that is written
+  ColumnStatistics               statistics_;  // of it
 };
 
 // Removes the file unless it was kept.

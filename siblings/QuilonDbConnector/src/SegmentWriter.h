@@ -50,7 +50,7 @@ using ChooseMark = std::function<std::optional<CommitMark>(std::uint64_t fileByt
 
 /// Writes a segment and flushes it.
 ///
-/// Statistics of rows are asked for behind their bytes. The keys of rows are taken at once.
+/// The keys of rows are taken at once.
 /// @param entry    number, first and last
 /// @param describe answers for every block of the rows
 /// @param choose   null: it is none

@@ -63,6 +63,10 @@ std::string DescribeChunk(const StoredState::Block& block, const IndexExtent& ex
 
 std::vector<VisibleRows> FindVisibleRows(const ExtentList& extents)
 {
+  if (extents.size() == 1) {  // as most chunks have it
+    const IndexExtent& rows = extents.front().Get();
+    return {{0, rows.firstRow, rows.firstRow + rows.rowCount}};
+  }
   std::vector<VisibleRows> visible;
   std::vector<RowInterval> covered;
   for (std::size_t i = extents.size(); i-- > 0;) TakeUncovered(extents, i, covered, visible);

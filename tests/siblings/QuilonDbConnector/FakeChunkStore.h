@@ -19,6 +19,7 @@
 #include "DirtyRows.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "ResultDataBlock.h"
+#include "Statistics.h"
 
 class FakeChunkStore final : public ChunkStore
 {
@@ -48,8 +49,10 @@ public:
           bytes.append(static_cast<const char*>(part), size);
         });
         EXPECT_EQ(bytes.size(), rows.GetBytes(column));
+        extent.statistics.emplace_back();
+        AddStatistics(GetStoredColumns(rows.GetOwner().GetRecordFormat())[column].element, bytes.data(), bytes.size(),
+                      extent.statistics.back());
         extent.columns.push_back(std::move(bytes));
-        extent.statistics.push_back(rows.GetStatistics(column));
       }
       chunks[{rows.GetBlock(), rows.GetChunk()}].push_back(std::move(extent));
     }

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "bundled/StoreFile.h"
+#include "Statistics.h"
 #include "store_support.h"
 
 namespace {

@@ -33,18 +33,6 @@ public:
     std::string bytes(values.size() * sizeof(T), '\0');
     if (!values.empty()) std::memcpy(bytes.data(), values.data(), bytes.size());
     columns_.push_back(std::move(bytes));
-    statistics_.emplace_back();
-    for (const T value : values) {
-      ColumnStatistics& statistics = statistics_.back();
-      const auto        number     = static_cast<double>(value);
-      if (number != number) {
-        ++statistics.nans;
-        continue;
-      }
-      ++statistics.values;
-      statistics.least    = std::min(statistics.least, number);
-      statistics.greatest = std::max(statistics.greatest, number);
-    }
     return *this;
   }
 
@@ -55,26 +43,24 @@ public:
   bool                              KeysAreRun() const noexcept override { return isRun_; }
   const std::vector<std::uint32_t>& GetKeys() const noexcept override { return keys_; }
   std::uint64_t                     GetBytes(std::size_t column) const override { return columns_[column].size(); }
-  ColumnStatistics                  GetStatistics(std::size_t column) const override { return statistics_[column]; }
 
-  /// In two parts, so that the checksum of parts is that of the whole.
+  /// In two parts of whole elements, so that the checksum of parts is that of the whole.
   void Visit(std::size_t column, const TakeBytes& take) const override
   {
     const std::string& bytes = columns_[column];
-    const std::size_t  half  = bytes.size() / 2;
+    const std::size_t  half  = bytes.size() / 16 * 8;
     take(bytes.data(), half);
     take(bytes.data() + half, bytes.size() - half);
   }
 
 private:
-  BlockUid                      block_;
-  std::uint32_t                 chunk_;
-  std::uint32_t                 firstRow_;
-  std::uint32_t                 rowCount_;
-  bool                          isRun_;
-  std::vector<std::uint32_t>    keys_;
-  std::vector<std::string>      columns_;
-  std::vector<ColumnStatistics> statistics_;
+  BlockUid                   block_;
+  std::uint32_t              chunk_;
+  std::uint32_t              firstRow_;
+  std::uint32_t              rowCount_;
+  bool                       isRun_;
+  std::vector<std::uint32_t> keys_;
+  std::vector<std::string>   columns_;
 };
 
 inline StoredBlock MakeBlock(BlockUid uid, const std::string& format, FED_OnfId onf = static_cast<FED_OnfId>(521),
