@@ -19,6 +19,7 @@
 #include "quilon_version.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "terminal/Terminal.h"
 #include "text/Failure.h"
 #include "text/Suggestion.h"
 
@@ -48,6 +49,16 @@ std::string WordsOf(const CLI::App& command)
 {
   const CLI::App* above = command.get_parent();
   return (above == nullptr ? "" : WordsOf(*above) + ' ') + command.get_name();
+}
+
+/// @return the arguments; "help deck check" asks for the help of a command as "deck check --help" does
+std::vector<const char*> Unfold(int argc, const char* const* argv)
+{
+  std::vector<const char*> arguments(argv, argv + argc);
+  if (argc < 2 || std::string_view(argv[1]) != "help") return arguments;
+  arguments.erase(arguments.begin() + 1);
+  arguments.push_back("--help");
+  return arguments;
 }
 
 /// Names the command that nothing knows, with a suggestion.
@@ -116,12 +127,15 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
   app.set_version_flag("--version", std::string("quilon ") + kQuilonVersion);
   app.require_subcommand(1);
   app.footer(
-      "Every command explains itself: quilon ls --help\n"
-      "-v and -q go with every command. Exit codes: 0 success, 1 different, 2 trouble, 130 interrupted.");
+      "Every command explains itself: quilon help ls, or quilon ls --help\n"
+      "-v, -q and --no-color go with every command.\n"
+      "Exit codes: 0 success, 1 different, 2 trouble, 130 interrupted.");
   int louder  = 0;
   int quieter = 0;
   app.add_flag("-v,--verbose", louder, "Show the log of the library; twice or three times for more of it");
   app.add_flag("-q,--quiet", quieter, "Show no notes and no progress");
+  bool colourless = false;
+  app.add_flag("--no-color", colourless, "Print no colours and no bold letters");
 
   std::map<const CLI::App*, CommandFunction> works;
   for (const Command& command : GetCommands()) {
@@ -145,6 +159,8 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
     Fail(Explain(error, app));
   }
   console.SetVerbosity(Console::kNotes + louder - quieter);
+  output.SetColours(MayColour(StandardStream::Output) && !colourless);
+  if (colourless) console.SetColours(false);
   CommandContext context{output, console, ExitSuccess};
   works.at(app.get_subcommands().front())(context);
   output.Flush();
@@ -159,8 +175,10 @@ int RunProgram(int argc, const char* const* argv)
   Console            console;
   Output             output;
   const LogToConsole log(console);
+  output.BeforeText([&console] { console.ClearProgress(); });
   try {
-    return Run(argc, argv, output, console);
+    const std::vector<const char*> arguments = Unfold(argc, argv);
+    return Run(static_cast<int>(arguments.size()), arguments.data(), output, console);
   } catch (const BrokenPipe&) {
     return ExitBrokenPipe;
   } catch (const Interrupted&) {

@@ -19,6 +19,12 @@ std::string SelectionOptions::ToString() const
   return text + (text.empty() ? "--steps " : " --steps ") + steps;
 }
 
+std::string SelectionOptions::DescribeNothing(const std::string& database) const
+{
+  const std::string selected = ToString();
+  return database + (selected.empty() ? ": holds no blocks" : ": no block matches '" + selected + "'");
+}
+
 void AddStepsOption(CLI::App& app, SelectionOptions& options)
 {
   app.add_option("--steps", options.steps, "Result steps by position: 1,4, 1:9:2 or last")->type_name("STEPS");

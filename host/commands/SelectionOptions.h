@@ -24,6 +24,8 @@ struct SelectionOptions
 
   /// @return what the user wrote, for messages
   std::string ToString() const;
+  /// @return what is told of a database in which nothing is selected
+  std::string DescribeNothing(const std::string& database) const;
 };
 
 /// Adds --steps.

@@ -72,7 +72,7 @@ void PrintJson(Output& output, const std::string& folder, std::size_t blocks, co
 /// A report for people, whatever standard output is: programs have --json.
 void PrintText(Output& output, const std::string& folder, std::size_t blocks, const ImportReport& report)
 {
-  const bool bold = MayColour(StandardStream::Output);
+  const bool bold = output.HasColours();
   output.Write(folder + ": " + Counted(blocks, "block") + " written\n");
   if (!report.deviations.empty()) {
     output.Write("\nOur nodal averages beside the solver's own, as a fraction of the largest magnitude:\n");

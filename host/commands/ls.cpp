@@ -114,6 +114,7 @@ void Run(const Options& options, CommandContext& context)
 
   const std::vector<FED_DataDescriptor> descriptors =
       selection.Apply(database.Get().GetDataDescriptors(FED_DataDescriptorPattern()));
+  if (descriptors.empty()) context.console.Note(options.selection.DescribeNothing(options.database));
   std::vector<ListedBlock> blocks;
   for (const FED_DataDescriptor& descriptor : descriptors) {
     ThrowIfInterrupted();

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstddef>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <set>
@@ -31,7 +30,7 @@ namespace quilon {
 
 namespace {
 
-constexpr std::size_t kListEntriesForPeople = 8;
+constexpr CellStyle kForPeople = {.listLimit = 8, .isRounded = true};
 
 struct Options
 {
@@ -192,12 +191,12 @@ std::vector<IndexKey> KeyColumns(const std::vector<FED_DataDescriptor>& descript
 }
 
 void WriteRows(TableWriter& table, const Shown& shown, const FED_DataBlock& block, const std::vector<RecordKey>& keys,
-               const RecordRows& rows, const std::vector<std::string>& before, std::size_t listLimit)
+               const RecordRows& rows, const std::vector<std::string>& before, const CellStyle& style)
 {
   shown.ForEachRecord(block, keys, [&](int id, const FED_ConstDataRecord& record) {
     for (const std::vector<Cell>& row : rows.GetRows(id, record)) {
       std::vector<std::string> cells = before;
-      for (const Cell& cell : row) cells.push_back(FormatCell(cell, listLimit));
+      for (const Cell& cell : row) cells.push_back(FormatCell(cell, style));
       table.Row(std::move(cells));
     }
   });
@@ -221,7 +220,7 @@ void PrintForPeople(Output& output, const TableForm& form, const Shown& shown)
     output.Write(before + Printable(shown.kinds.GetName(descriptor)) + "  " + ToSelectionText(descriptor) + "  " +
                  Counted(keys.size(), "record") + '\n');
     TableWriter table = MakeTable(output, form, NumberColumns(rows.GetColumns()));
-    WriteRows(table, shown, block, keys, rows, {}, kListEntriesForPeople);
+    WriteRows(table, shown, block, keys, rows, {}, kForPeople);
     table.Finish();
     before = "\n";
   }
@@ -256,7 +255,7 @@ void PrintForPrograms(Output& output, const TableForm& form, const Shown& shown)
       table.emplace(MakeTable(output, form, std::move(columns)));
       former = rows.GetColumns();
     }
-    WriteRows(*table, shown, block, shown.Choose(block), rows, before, std::numeric_limits<std::size_t>::max());
+    WriteRows(*table, shown, block, shown.Choose(block), rows, before, CellStyle());
   }
 }
 
@@ -308,7 +307,7 @@ CommandFunction DefineShow(CLI::App& app)
       });
   AddTableOptions(app, options->form);
   app.footer(
-      "Numbers are printed in the shortest form that reads back to the same bits.\n"
+      "Numbers are printed in the shortest form that reads back to the same bits, in aligned tables with six digits.\n"
       "\n"
       "Examples:\n"
       "  quilon show bracket.onf stress@lc=2,sub=last --ids 1,5-9\n"

@@ -156,6 +156,7 @@ void Run(const Options& options, CommandContext& context)
 {
   OpenedDatabase database(options.database, context.console);
   const Sizes    sizes = Measure(database.Get(), options.selection.Parse(KindTable(database.Get())));
+  if (sizes.blocks.empty()) context.console.Note(options.selection.DescribeNothing(options.database));
   if (options.form.json)
     PrintJson(context.output, sizes);
   else

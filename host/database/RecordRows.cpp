@@ -122,34 +122,29 @@ std::vector<std::vector<Cell>> Grouped(int id, const std::vector<double>& values
   return rows;
 }
 
-template <typename T>
-std::string FormatList(const std::vector<T>& values, std::size_t limit)
-{
-  std::string text = '[' + std::to_string(values.size()) + ']';
-  for (std::size_t i = 0; i < values.size() && i < limit; ++i) {
-    if constexpr (std::is_same_v<T, int>)
-      text += ' ' + std::to_string(values[i]);
-    else
-      text += ' ' + FormatNumber(values[i]);
-  }
-  return values.size() > limit ? text + " ..." : text;
-}
-
 struct CellFormatter
 {
-  std::size_t listLimit;
+  const CellStyle& style;
 
   std::string operator()(int value) const { return std::to_string(value); }
-  std::string operator()(float value) const { return FormatNumber(value); }
-  std::string operator()(double value) const { return FormatNumber(value); }
+  std::string operator()(float value) const
+  {
+    return style.isRounded ? FormatRounded(static_cast<double>(value)) : FormatNumber(value);
+  }
+  std::string operator()(double value) const { return style.isRounded ? FormatRounded(value) : FormatNumber(value); }
   std::string operator()(const std::string& value) const { return value; }
-  std::string operator()(const std::vector<int>& value) const { return FormatList(value, listLimit); }
-  std::string operator()(const std::vector<double>& value) const { return FormatList(value, listLimit); }
+  template <typename T>
+  std::string operator()(const std::vector<T>& values) const
+  {
+    std::string text = '[' + std::to_string(values.size()) + ']';
+    for (std::size_t i = 0; i < values.size() && i < style.listLimit; ++i) text += ' ' + (*this)(values[i]);
+    return values.size() > style.listLimit ? text + " ..." : text;
+  }
 };
 
 }  // namespace
 
-std::string FormatCell(const Cell& cell, std::size_t listLimit) { return std::visit(CellFormatter{listLimit}, cell); }
+std::string FormatCell(const Cell& cell, const CellStyle& style) { return std::visit(CellFormatter{style}, cell); }
 
 RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database)
 {

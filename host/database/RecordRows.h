@@ -24,8 +24,14 @@ class KindTable;
 /// A value of a row.
 using Cell = std::variant<int, float, double, std::string, std::vector<int>, std::vector<double>>;
 
-/// @param listLimit of a longer list so many entries are shown and the rest is told by dots
-std::string FormatCell(const Cell& cell, std::size_t listLimit);
+/// How the values of a row are written.
+struct CellStyle
+{
+  std::size_t listLimit = static_cast<std::size_t>(-1);  ///< of a longer list so many entries, and dots for the rest
+  bool        isRounded = false;  ///< to six digits; else the shortest form that reads back to the same bits
+};
+
+std::string FormatCell(const Cell& cell, const CellStyle& style);
 
 /// How the records of a block read as rows. Most records are one row; integration points and nodal values of elements
 /// are a row each.

@@ -10,9 +10,11 @@
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_DataBlock.h>
 #include <QuilonOnfEngine/OnfResultRequestFile.h>
+#include <QuilonUtilities/FED_LogMacros.h>
 
 #include "FEM_PrincipalValue.h"
 #include "FEM_ResultUtil.h"
+#include "selection/Selection.h"
 
 namespace quilon {
 
@@ -34,6 +36,8 @@ void DerivePrincipals(FED_Database& database, int iteration, int target, int sou
     descriptor.SetInteger(FED_DataDescriptor::OnfId, target);
     if (database.HasDataBlock(descriptor)) continue;
 
+    FED_LogMacros::log_msg(FED_LogMacros::LogDetail, "Derivation.cpp", __LINE__, "|%P|Quilon|Derivation",
+                           "Principal values: %s", ToSelectionText(descriptor).c_str());
     FED_DataBlock& principals = database.GetOrCreateDataBlock(descriptor, tensors->GetSize());
     for (FED_DataBlock::IndexIterator it = tensors->Begin(), end = tensors->End(); it != end; ++it) {
       double tensor[6];

@@ -20,7 +20,7 @@ void WatchSignals()
 {
   sigset_t watched;
   sigemptyset(&watched);
-  for (const int number : {SIGINT, SIGTERM}) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction former = {};
     sigaction(number, nullptr, &former);
     if (former.sa_handler == SIG_IGN) continue;  // who started us wants us to go on

@@ -14,9 +14,9 @@ public:
   const char* what() const noexcept override { return "interrupted"; }
 };
 
-/// From now on the first interrupt or termination signal only leaves a mark, so that work stops where it can stop
-/// cleanly; a second one ends the program at once. A signal that is ignored stays so. A closed pipe and a limit on the
-/// size of files no longer kill the program: writing reports them.
+/// From now on the first interrupt, termination or hang-up signal only leaves a mark, so that work stops where it can
+/// stop cleanly; a second one ends the program at once. A signal that is ignored stays so. A closed pipe and a limit on
+/// the size of files no longer kill the program: writing reports them.
 void WatchSignals();
 
 /// Called now and then by long work.

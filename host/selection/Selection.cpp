@@ -187,6 +187,11 @@ std::set<Step> ChosenSteps(const Descriptors& descriptors, const std::vector<Num
   std::set<Step> steps;
   for (const Descriptor& descriptor : descriptors)
     if (HasResultStep(descriptor)) steps.insert(StepOf(descriptor, kAllOfStep));
+  // A position that no step has is a mistake; a range may end behind the last one.
+  for (const NumberRange& range : ranges)
+    if (range.form == NumberRange::Numbers && (range.first < 1 || range.first > static_cast<int>(steps.size())))
+      Fail("step " + std::to_string(range.first) + " is not there, expected positions from 1 to " +
+           std::to_string(steps.size()));
   std::set<Step> chosen;
   int            position = 0;
   for (const Step& step : steps) {

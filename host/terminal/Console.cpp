@@ -63,7 +63,9 @@ void Console::Line(const std::string& text)
 
 void Console::ClearProgress()
 {
-  if (progressShown_) std::fputs(kErase, stderr);
+  if (!progressShown_) return;
+  std::fputs(kErase, stderr);
+  std::fflush(stderr);
   progressShown_ = false;
 }
 

@@ -36,11 +36,15 @@ public:
   void Progress(const std::string& phase, std::uint64_t done, std::uint64_t total,
                 const std::string& unit = "B") override;
 
+  /// Takes the progress bar away, if one is shown, so that other lines may follow.
+  void ClearProgress();
+
+  void SetColours(bool colours) noexcept { colours_ = colours; }
+
   static constexpr int kNotes = 3;
 
 private:
   void Line(const std::string& text);
-  void ClearProgress();
 
   int         verbosity_ = kNotes;
   bool        showsProgress_;

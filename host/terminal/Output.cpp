@@ -21,6 +21,7 @@ namespace {
 
 void Output::Write(std::string_view text)
 {
+  if (prepare_) prepare_();
   if (std::fwrite(text.data(), 1, text.size(), file_) != text.size()) FailToWrite(errno);
 }
 

@@ -5,7 +5,9 @@
 
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <string_view>
+#include <utility>
 
 namespace quilon {
 
@@ -23,6 +25,13 @@ public:
   /// @param file standard output; tests hand another
   explicit Output(std::FILE* file = stdout) noexcept : file_(file) {}
 
+  /// Calls this before each text: a progress bar on the same terminal has to go first. May be empty.
+  void BeforeText(std::function<void()> prepare) { prepare_ = std::move(prepare); }
+
+  /// Whether texts may have colours and bold letters: on a terminal that has them, unless the user wants none.
+  bool HasColours() const noexcept { return colours_; }
+  void SetColours(bool colours) noexcept { colours_ = colours; }
+
   /// @throws FED_Failure when the system refuses the text, BrokenPipe when its reader has gone
   void Write(std::string_view text);
 
@@ -31,7 +40,9 @@ public:
   void Flush();
 
 private:
-  std::FILE* file_;
+  std::FILE*            file_;
+  bool                  colours_ = false;
+  std::function<void()> prepare_;
 };
 
 }  // namespace quilon

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "terminal/Output.h"
 #include "terminal/Terminal.h"
 
 namespace quilon {
@@ -14,7 +15,7 @@ TableStyle StyleOf(const TableForm& form)
 
 TableWriter MakeTable(Output& output, const TableForm& form, std::vector<TableColumn> columns)
 {
-  return TableWriter(output, StyleOf(form), MayColour(StandardStream::Output), std::move(columns));
+  return TableWriter(output, StyleOf(form), output.HasColours(), std::move(columns));
 }
 
 }  // namespace quilon

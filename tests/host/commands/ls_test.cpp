@@ -51,7 +51,11 @@ TEST_F(LsCommand, SelectionThatMatchesNothingListsNothing)
 {
   const RunResult run = RunQuilon({"ls", onf_, "velocity"});
   EXPECT_EQ(run.out, "onf\tkind\trecords\tsize\tleast\tgreatest\tnan\n");
+  EXPECT_EQ(run.err, "quilon: note: " + onf_ + ": no block matches 'velocity'\n");
   EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(RunQuilon({"ls", onf_, "--steps", "99"}).err,
+            "quilon: error: step 99 is not there, expected positions from 1 to 3\n");
+  EXPECT_EQ(RunQuilon({"size", onf_, "velocity"}).err, run.err);
 }
 
 TEST_F(LsCommand, StepsAreSelectedByPosition)

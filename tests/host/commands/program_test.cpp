@@ -190,6 +190,24 @@ TEST(InterruptDeathTest, FirstSignalLeavesAMarkAndTheSecondEndsTheProgram)
       testing::KilledBySignal(SIGINT), "");
 }
 
+TEST(InterruptDeathTest, TerminationAndHangUpAreInterruptsToo)
+{
+  for (const int number : {SIGTERM, SIGHUP}) {
+    EXPECT_EXIT(
+        {
+          quilon::WatchSignals();
+          std::raise(number);
+          try {
+            quilon::ThrowIfInterrupted();
+          } catch (const quilon::Interrupted&) {
+            _exit(7);
+          }
+          _exit(1);
+        },
+        testing::ExitedWithCode(7), "");
+  }
+}
+
 TEST(InterruptDeathTest, IgnoredSignalStaysIgnored)
 {
   EXPECT_EXIT(
@@ -211,6 +229,22 @@ TEST_F(Program, ErrorIsRedOnATerminalThatHasColours)
   EXPECT_EQ(RunQuilonOnTerminal({"sl"}, {.environment = {"TERM=xterm", "NO_COLOR=1"}}).out, "quilon: error:" + rest);
 }
 
+TEST_F(Program, NoColourIsPrintedWhereNoneIsWanted)
+{
+  const RunOptions colourful = {.environment = {"TERM=xterm", "NO_COLOR="}};
+  EXPECT_NE(RunQuilonOnTerminal({"ls", onf_, "510"}, colourful).out.find("\x1b[1m"), std::string::npos);
+  EXPECT_EQ(RunQuilonOnTerminal({"ls", onf_, "510", "--no-color"}, colourful).out.find('\x1b'), std::string::npos);
+}
+
+TEST_F(Program, HelpOfACommandIsAskedForInTwoWays)
+{
+  EXPECT_EQ(RunQuilon({"help"}).out, RunQuilon({"--help"}).out);
+  EXPECT_EQ(RunQuilon({"help", "ls"}).out, RunQuilon({"ls", "--help"}).out);
+  EXPECT_EQ(RunQuilon({"help", "deck", "check"}).out, RunQuilon({"deck", "check", "--help"}).out);
+  EXPECT_EQ(RunQuilon({"help", "sl"}).err, "quilon: error: unknown command 'sl', did you mean 'ls'?\n");
+  EXPECT_EQ(RunQuilon({"help", "sl"}).exitCode, 2);
+}
+
 TEST_F(Program, VerbosityRisesAndFalls)
 {
   const std::string out    = (folder_ / "out.onf").string();
@@ -225,12 +259,8 @@ TEST_F(Program, VerbosityRisesAndFalls)
   EXPECT_EQ(Errors({"-vv"}), "quilon: Calculating additional results.\n");
   EXPECT_EQ(Errors({"--verbose", "--verbose"}), Errors({"-vv"}));
   EXPECT_EQ(Errors({"-vvv"}),
-            "quilon: Calculating additional results.\n"
-            "quilon: Processing:\n"
-            "quilon:     Iteration:   0\n"
-            "quilon:     Analysis:    1\n"
-            "quilon:     Load case:   1\n"
-            "quilon:     Substep:     2\n");
+            "quilon: Principal values: 520@it=0,an=1,lc=1,sub=2\n"
+            "quilon: Calculating additional results.\n");
   EXPECT_EQ(Errors({"-vv", "-q"}), "");
 }
 
