@@ -421,16 +421,15 @@ std::size_t ResultDataBlock::RowsOf(std::size_t chunk) const noexcept
 // Brings a row to memory whose chunk was not reached last, or is there without it.
 void ResultDataBlock::Bring(RowChunk& chunk, std::size_t row) const
 {
-  const std::uint32_t last = lastReached_;
-  lastReached_             = chunk.number;
   if (chunk.IsResident() && row >= chunk.firstRow) {
     cache_->Touch(chunk);
     return;
   }
-  // Rows are mostly read in order, forth or back, or from the first on. Where they are not, every other record may lie
-  // in a chunk that left the memory a moment ago, and reading all of them would read the block once for each.
-  const bool isNext = chunk.number == 0 || (last <= chunk.number + 1 && chunk.number <= last + 1);
-  if (chunk.wasThere && !isNext) cache_->Widen(RowsOf(chunk.number) * layout_.rowBytes);
+  // Walks in the order of rows, forth or back, come to a chunk at its first row or its last. Where they come elsewhere
+  // to one that left the memory, every other record may lie in such a chunk, and reading all of them would read the
+  // block once for each.
+  const bool isEdge = row == 0 || row + 1 == RowsOf(chunk.number);
+  if (chunk.wasThere && !isEdge) cache_->Widen(RowsOf(chunk.number) * layout_.rowBytes);
   Load(chunk);
   chunk.wasThere = true;
   if (!cache_->IsLast(chunk)) cache_->Keep(chunk);

@@ -194,7 +194,6 @@ private:
   // What is in the store comes here when it is first asked for, also by a const call.
   mutable bool                                   keysAreLoaded_ = true;
   mutable KeyTable                               rows_;
-  mutable std::uint32_t                          lastReached_ = 0;  // chunk
   mutable RowKeys                                keys_;    // on disk, for the store; in memory when they were asked for
   mutable std::vector<std::unique_ptr<RowChunk>> chunks_;  // empty while none was asked for
   /// Scratch records that were not freed yet.

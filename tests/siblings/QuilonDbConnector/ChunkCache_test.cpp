@@ -414,6 +414,14 @@ TEST(ChunkCache, LimitGrowsForRowsThatAreReadOutOfOrderAlone)
   EXPECT_LE(disk.cache.GetBytes(), disk.cache.GetLimit());
   for (int step = 0; step < 500; ++step) ExpectTensor(*second, random() % (kChunks * kRows));
   EXPECT_EQ(disk.cache.GetLimit(), 20 * kChunkBytes);
+  // So it does where a step leads from each chunk to the next.
+  FakeDisk   steps(kLimit, 40 * kChunkBytes);
+  const auto grid = MakeBlock(steps, 1);
+  Fill(*grid, kChunks);
+  steps.Commit();
+  for (std::size_t row = 0; row < kRows; ++row)
+    for (std::size_t chunk = 0; chunk < kChunks; ++chunk) ExpectTensor(*grid, chunk * kRows + row);
+  EXPECT_LT(steps.store.reads, 3 * kChunks);
   // A limit that was asked for stays.
   FakeDisk   strict(kLimit);
   const auto block = MakeBlock(strict, 1);
