@@ -1,14 +1,17 @@
-// Writes two working databases that are equal but for rounding, for measuring how long their comparison takes.
+// Writes two working databases of equal keys and ids, for measuring how long their comparison takes.
 //
-//   make_diff_databases A.fed B.fed [NODES [STEPS]]
+//   make_diff_databases A.fed B.fed [NODES [STEPS [equal|noise|different]]]
 //
 // Each step has a stress tensor and a displacement vector for every node, 72 bytes together; 400000 nodes and 8 steps,
-// the defaults, are 230 MB a database. Every thousandth value of B is off by one part in 1e12.
+// the defaults, are 230 MB a database. In B every value is off by one part in 1e12 (noise, the default), one of a
+// hundred by one part in a thousand (different), or none.
 
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <random>
+#include <string>
 
 #include <bundled/FED_ResultDatabase.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
@@ -24,11 +27,26 @@ FED_DataDescriptor Key(int onf, int step)
   return key;
 }
 
-void Write(const char* folder, int nodes, int steps, double noise)
+enum class Change
+{
+  Equal,
+  Noise,
+  Different
+};
+
+double Changed(double value, std::size_t position, Change change)
+{
+  if (change == Change::Noise) return value * (1.0 + 1e-12);
+  return change == Change::Different && position % 100 == 0 ? value * 1.001 : value;
+}
+
+void Write(const char* folder, int nodes, int steps, Change change)
 {
   FED_ResultDatabase                     database(folder, FED_ResultDatabase::Create);
   std::mt19937_64                        random(7);
   std::uniform_real_distribution<double> values(-100.0, 100.0);
+  std::size_t                            position = 0;
+  const auto                             next     = [&] { return Changed(values(random), position++, change); };
   for (int step = 1; step <= steps; ++step) {
     const auto      count = static_cast<std::size_t>(nodes);
     FED_IdDataBlock stress(database.GetOrCreateDataBlock(Key(521, step), count), database.GetIdMapsPool(), true);
@@ -36,9 +54,8 @@ void Write(const char* folder, int nodes, int steps, double noise)
     for (int node = 1; node <= nodes; ++node) {
       double tensor[6];
       double vector[3];
-      for (double& value : tensor) value = values(random);
-      for (double& value : vector) value = values(random);
-      if (node % 1000 == 0) tensor[0] *= 1.0 + noise;
+      for (double& value : tensor) value = next();
+      for (double& value : vector) value = next();
       stress.SetTensor(2 * node, tensor);
       displacement.SetVector(2 * node, vector);
     }
@@ -50,15 +67,17 @@ void Write(const char* folder, int nodes, int steps, double noise)
 
 int main(int argc, char** argv)
 {
-  if (argc < 3 || argc > 5) {
-    std::fputs("usage: make_diff_databases A.fed B.fed [NODES [STEPS]]\n", stderr);
+  const std::string mode = argc > 5 ? argv[5] : "noise";
+  if (argc < 3 || argc > 6 || (mode != "equal" && mode != "noise" && mode != "different")) {
+    std::fputs("usage: make_diff_databases A.fed B.fed [NODES [STEPS [equal|noise|different]]]\n", stderr);
     return 2;
   }
   const int nodes = argc > 3 ? std::atoi(argv[3]) : 400000;
   const int steps = argc > 4 ? std::atoi(argv[4]) : 8;
   try {
-    Write(argv[1], nodes, steps, 0.0);
-    Write(argv[2], nodes, steps, 1e-12);
+    const Change change = mode == "equal" ? Change::Equal : mode == "noise" ? Change::Noise : Change::Different;
+    Write(argv[1], nodes, steps, Change::Equal);
+    Write(argv[2], nodes, steps, change);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "make_diff_databases: %s\n", error.what());
     return 2;

@@ -170,6 +170,7 @@ void RunComparison(const Options& options, CommandContext& context)
   compare.ignoresMissingInB = options.ignoreMissing == "b" || options.ignoreMissing == "both";
   compare.maxRecords        = options.maxRecords;
   compare.maxBlocks         = options.maxBlocks;
+  compare.allNorms          = options.norms || (options.form.json && !options.brief);
   compare.listener          = &context.console;
 
   std::optional<Publication> publication;

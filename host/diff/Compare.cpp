@@ -177,6 +177,7 @@ Report Compare(const NamedDatabase& a, const NamedDatabase& b, const CompareOpti
   terms.rules                  = MakeRules(options, first.allKinds);
   terms.ignoresMissingInFirst  = options.ignoresMissingInA;
   terms.ignoresMissingInSecond = options.ignoresMissingInB;
+  terms.allNorms               = options.allNorms;
   terms.info.maxDiffsPerBlock  = options.maxRecords;
   terms.info.maxBlockDiffs     = options.maxBlocks;
   std::optional<DifferenceWriter> writer;

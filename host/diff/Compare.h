@@ -65,6 +65,8 @@ struct CompareOptions
   std::size_t maxRecords = 10;  ///< of one block in the report
   std::size_t maxBlocks  = 10;  ///< with differences in the report
 
+  bool allNorms = true;  ///< whether norms of blocks without a difference are wanted; without, they may be 0
+
   /// Gets B - A of what is compared, see DifferenceWriter; borrowed; null: nothing.
   FED_Database* difference = nullptr;
 

@@ -271,6 +271,25 @@ double ValueJudge::GetExcess(double a, double b, bool isSingle) const noexcept
   return excess;
 }
 
+QuickLimits ValueJudge::GetQuickLimits() const noexcept
+{
+  QuickLimits limits;
+  if (rule_.form != ComparisonRule::Tolerances || (rule_.ulps && !rule_.any)) return limits;
+  limits.any = rule_.any;
+  // As they are judged one by one, to the bit: differences beyond all numbers are left to that.
+  const std::optional<double> peak        = rule_.peak ? std::optional(*rule_.peak * peak_) : std::nullopt;
+  const bool                  hasConstant = rule_.abs || peak;
+  if (rule_.abs && peak)
+    limits.constant = rule_.any ? std::max(*rule_.abs, *peak) : std::min(*rule_.abs, *peak);
+  else if (hasConstant)
+    limits.constant = rule_.abs ? *rule_.abs : *peak;
+  limits.hasRelative = rule_.rel.has_value();
+  if (limits.hasRelative) limits.relative = *rule_.rel;
+  // Without a constant limit the relative one stands alone: |a - b| <= 0 adds nothing to it.
+  if (limits.hasRelative && !hasConstant) limits.any = true;
+  return limits;
+}
+
 std::string ValueJudge::Explain(double a, double b, bool isSingle) const
 {
   if (rule_.form == ComparisonRule::Exact) return "exact";

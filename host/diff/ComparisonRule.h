@@ -81,6 +81,17 @@ ComparisonRule ParseRule(std::string_view text, const std::string& where);
 std::uint64_t UlpDistance(double a, double b) noexcept;
 std::uint64_t UlpDistance(float a, float b) noexcept;
 
+/// What many values are held to at once: a difference within the limits is accepted for sure; of any other the judge
+/// decides by itself. The two limits are joined as the rule joins its terms.
+struct QuickLimits
+{
+  double constant = 0.0;  ///< of |a - b|
+  double relative = 0.0;  ///< of |a - b| as a fraction of max(|a|, |b|)
+  /// Which of the two are there. A rule that has neither, or ulps, is held to |a - b| <= 0.
+  bool hasRelative = false;
+  bool any         = false;
+};
+
 /// A rule at work on the values of one block. NaNs are not its business.
 class ValueJudge
 {
@@ -99,6 +110,8 @@ public:
   /// @return for two values that are not accepted how many times their difference is what is allowed, for `any` by the
   ///         term that comes nearest; infinite where nothing is allowed
   double GetExcess(double a, double b, bool isSingle) const noexcept;
+
+  QuickLimits GetQuickLimits() const noexcept;
 
   /// @return which terms fail for two values that are not accepted, such as "abs 0.5 > 0.25"
   std::string Explain(double a, double b, bool isSingle) const;

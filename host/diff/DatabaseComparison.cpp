@@ -321,10 +321,10 @@ private:
     const RecordPairs    pairs          = matcher_.Pair(*outcome.block, second);
     const Transformation transformation = Transform(outcome, pairs, rule);
     outcome.isNegated                   = transformation.sign != Transformation::AsIs;
-    outcome.fields =
-        CompareFields(*outcome.block, second, pairs,
-                      {rule, terms_.info, transformation, rule.NeedsPeak() ? GetVectorPeak(outcome) : 0.0,
-                       GetListPeriod(outcome), terms_.ignoresMissingInSecond, terms_.ignoresMissingInFirst});
+    outcome.fields                      = CompareFields(
+                             *outcome.block, second, pairs,
+                             {rule, terms_.info, transformation, rule.NeedsPeak() ? GetVectorPeak(outcome) : 0.0, GetListPeriod(outcome),
+                              terms_.allNorms, terms_.ignoresMissingInSecond, terms_.ignoresMissingInFirst});
     outcome.status = outcome.fields.IsSame() ? BlockOutcome::Same : BlockOutcome::Different;
     if (terms_.difference != nullptr) terms_.difference->Write(*outcome.block, second, pairs, transformation);
   }

@@ -46,6 +46,8 @@ struct ComparisonTerms
   const StepMatch* steps = nullptr;
   /// Gets B - A of all compared blocks; borrowed; null: none.
   DifferenceWriter* difference = nullptr;
+  /// Whether norms of blocks without a difference are wanted.
+  bool allNorms = true;
   /// Told how many blocks of how many are done.
   std::function<void(std::size_t done, std::size_t total)> progress;
 };

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <tuple>
 #include <utility>
 
+#include "diff/AlignedColumns.h"
 #include "progress/Interrupt.h"
 #include "QuilonDataRecordDiff.h"
 #include "text/Format.h"
@@ -73,6 +75,31 @@ struct PeakFinder
   void Mismatch(std::size_t, std::size_t, const char*, const Value&, const Value&) {}
 };
 
+/// Adds the distances of values, in their order.
+void AddNorms(const double* a, const double* b, std::size_t count, FieldNorms& norms, PeakFinder& peaks)
+{
+  // Summed in copies, which stay in registers.
+  FieldNorms sums = norms;
+  PeakFinder most = peaks;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double distance = std::fabs(a[i] - b[i]);
+    // Where it is finite, so are both values.
+    if (std::isfinite(distance)) {
+      sums.largest = std::max(sums.largest, distance);
+      sums.sumSquares += distance * distance;
+      sums.reference += a[i] * a[i];
+      most.first  = std::max(most.first, std::fabs(a[i]));
+      most.second = std::max(most.second, std::fabs(b[i]));
+    } else {
+      ++sums.unmeasured;
+      most.Values(1, a + i, b + i, 1, {});
+    }
+  }
+  sums.values += count;
+  norms = sums;
+  peaks = most;
+}
+
 /// Judges the values of the records that a walk brings.
 class Tally
 {
@@ -104,32 +131,26 @@ public:
 
   void Values(std::size_t field, const double* a, const double* b, std::size_t count, ValueSort sort)
   {
-    // Summed in copies, which stay in registers.
-    FieldNorms norms = outcome_.norms;
-    PeakFinder peaks = peaks_;
-    for (std::size_t i = 0; i < count; ++i) {
-      const double distance = std::fabs(a[i] - b[i]);
-      // Where it is finite, so are both values.
-      if (std::isfinite(distance)) {
-        norms.largest = std::max(norms.largest, distance);
-        norms.sumSquares += distance * distance;
-        norms.reference += a[i] * a[i];
-        peaks.first  = std::max(peaks.first, std::fabs(a[i]));
-        peaks.second = std::max(peaks.second, std::fabs(b[i]));
-      } else {
-        ++norms.unmeasured;
-        peaks.Values(field, a + i, b + i, 1, sort);
-        if (std::isnan(a[i]) || std::isnan(b[i])) {
-          Nan({field, i, sort}, a[i], b[i]);
-          continue;
-        }
-      }
-      if (!judge_.Accepts(a[i], b[i], sort.isSingle)) Differ({field, i, sort}, a[i], b[i]);
-    }
-    norms.values += count;
-    outcome_.norms = norms;
-    peaks_         = peaks;
+    AddNorms(a, b, count, outcome_.norms, peaks_);
+    Judge(field, a, b, count, sort);
   }
+
+  void Judge(std::size_t field, const double* a, const double* b, std::size_t count, ValueSort sort)
+  {
+    for (std::size_t i = 0; i < count; ++i) {
+      if (std::isnan(a[i]) || std::isnan(b[i]))
+        Nan({field, i, sort}, a[i], b[i]);
+      else if (!judge_.Accepts(a[i], b[i], sort.isSingle))
+        Differ({field, i, sort}, a[i], b[i]);
+    }
+  }
+
+  QuickLimits GetQuickLimits() const noexcept { return judge_.GetQuickLimits(); }
+
+  bool AcceptsEqualNans() const noexcept { return nanPolicy_ == NanPolicy::Equal; }
+
+  /// Counts records whose values are accepted.
+  void Accept(std::size_t records) noexcept { outcome_.records += records; }
 
   void Mismatch(std::size_t field, std::size_t component, const char* what, Value a, Value b)
   {
@@ -152,7 +173,7 @@ public:
   /// Completes the outcome.
   void Finish()
   {
-    outcome_.norms.peak = std::max(peaks_.GetSmaller(), leastPeak_);
+    outcome_.norms.peak = std::max({outcome_.norms.peak, peaks_.GetSmaller(), leastPeak_});
     outcome_.worst      = worst_.Take();
     for (ValueDifference& difference : outcome_.worst) Explain(difference);
     for (ComponentOutcome& component : outcome_.components) Explain(component.worst);
@@ -287,6 +308,87 @@ void WalkAll(const FED_DataBlock& first, const FED_DataBlock& second, const Reco
   pairs.ForEach([&](const RecordPair& pair) { walk.Walk(pair, visitor); });
 }
 
+/// @return whether all differences are within the limits; a NaN is not
+template <bool HasRelative>
+bool AreWithin(const double* a, const double* b, std::size_t count, const QuickLimits& limits) noexcept
+{
+  // Without a branch: the compiler takes several values at once.
+  bool isBeyond = false;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double distance = std::fabs(a[i] - b[i]);
+    bool         isWithin = distance <= limits.constant;
+    if (HasRelative) {
+      const bool isNear = distance <= limits.relative * std::max(std::fabs(a[i]), std::fabs(b[i]));
+      isWithin          = limits.any ? isWithin | isNear : isWithin & isNear;
+    }
+    // An infinite limit holds for sure of no number.
+    isBeyond |= !isWithin | !(distance < kInfinity);
+  }
+  return !isBeyond;
+}
+
+/// The indices of paired records by their position.
+class IndexCursor
+{
+public:
+  explicit IndexCursor(const std::vector<PairRun>& runs) : run_(runs.begin()) {}
+
+  /// @param position no less than the last one
+  std::size_t GetFirst(std::size_t position)
+  {
+    while (position >= before_ + run_->count) before_ += run_++->count;
+    return run_->first + (position - before_);
+  }
+
+private:
+  std::vector<PairRun>::const_iterator run_;
+  std::size_t                          before_ = 0;  // records of the runs before
+};
+
+/// Compares many values at once: bytes first, then a few records together by the rule; what remains goes one by one.
+void CompareAligned(const AlignedColumns& columns, const RecordPairs& pairs, bool allNorms, Tally& tally,
+                    FieldOutcome& outcome)
+{
+  constexpr std::size_t kRecordsAtOnce = 8;
+
+  const std::size_t width  = columns.GetWidth();
+  const QuickLimits limits = tally.GetQuickLimits();
+  IndexCursor       indices(pairs.runs);
+  const bool        trustsBits = tally.AcceptsEqualNans();
+  columns.ForEachChunk([&](std::size_t position, const double* a, const double* b, std::size_t records) {
+    ThrowIfInterrupted();
+    // Equal bits are equal under every rule, unless a NaN is to differ from itself.
+    if (trustsBits && std::memcmp(a, b, records * width * sizeof(double)) == 0) return tally.Accept(records);
+    for (std::size_t done = 0; done < records;) {
+      const std::size_t some       = std::min(records - done, kRecordsAtOnce);
+      const double*     first      = a + done * width;
+      const double*     second     = b + done * width;
+      const bool        isAccepted = limits.hasRelative ? AreWithin<true>(first, second, some * width, limits)
+                                                        : AreWithin<false>(first, second, some * width, limits);
+      if (isAccepted) {
+        tally.Accept(some);
+      } else {
+        for (std::size_t i = 0; i < some; ++i) {
+          tally.BeginRecord(indices.GetFirst(position + done + i));
+          tally.Judge(1, first + i * width, second + i * width, width, {});
+          tally.EndRecord(false);
+        }
+      }
+      done += some;
+    }
+  });
+  if (!allNorms && outcome.differingRecords == 0) {
+    outcome.norms.values = columns.GetRecordCount() * width;
+    return;
+  }
+  PeakFinder peaks;
+  columns.ForEachChunk([&](std::size_t, const double* a, const double* b, std::size_t records) {
+    ThrowIfInterrupted();
+    AddNorms(a, b, records * width, outcome.norms, peaks);
+  });
+  outcome.norms.peak = peaks.GetSmaller();
+}
+
 FieldTypes TypesFor(const ComparisonRule& rule)
 {
   if (rule.form == ComparisonRule::Library) return FieldTypes::LibrarysOwn;
@@ -364,27 +466,36 @@ FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& seco
                            const FieldTerms& terms)
 {
   FieldOutcome outcome;
-  outcome.ignoresMissing    = terms.ignoresMissing;
-  outcome.ignoresAdditional = terms.ignoresAdditional;
-  PeakFinder peaks;
+  outcome.ignoresMissing                      = terms.ignoresMissing;
+  outcome.ignoresAdditional                   = terms.ignoresAdditional;
+  const ComparisonRule&               rule    = terms.rule;
+  const bool                          isPlain = terms.transformation.IsPlain();
+  const bool                          isAsked = rule.form == ComparisonRule::Library && !rule.nan && isPlain;
+  const std::optional<AlignedColumns> aligned =
+      isPlain && rule.form != ComparisonRule::Library
+          ? AlignedColumns::Find(first, second, pairs, TypesFor(rule) != FieldTypes::AlikeCodes)
+          : std::nullopt;
   // The one rule that has to know all values before it judges the first.
-  if (terms.rule.NeedsPeak()) WalkAll(first, second, pairs, terms.transformation, peaks);
-
-  const ComparisonRule& rule    = terms.rule;
-  const bool            isAsked = rule.form == ComparisonRule::Library && !rule.nan &&
-                       terms.transformation.sign == Transformation::AsIs && terms.transformation.listIds == nullptr &&
-                       !terms.transformation.sortsLists;
+  PeakFinder peaks;
+  if (rule.NeedsPeak() && aligned)
+    peaks = {aligned->FindFirstPeak(), aligned->FindSecondPeak()};
+  else if (rule.NeedsPeak())
+    WalkAll(first, second, pairs, terms.transformation, peaks);
   std::optional<LibraryVerdict> library;
   if (isAsked) library.emplace(first, second, pairs, terms.info);
 
-  Tally             tally(terms, peaks.GetSmaller(), outcome);
-  RecordWalk<Tally> walk(first, second, terms.transformation, TypesFor(rule));
-  pairs.ForEach([&](const RecordPair& pair) {
-    ThrowIfInterrupted();
-    tally.BeginRecord(pair.first);
-    walk.Walk(pair, tally);
-    tally.EndRecord(library && library->IsDifferent(pair));
-  });
+  Tally tally(terms, peaks.GetSmaller(), outcome);
+  if (aligned) {
+    CompareAligned(*aligned, pairs, terms.allNorms, tally, outcome);
+  } else {
+    RecordWalk<Tally> walk(first, second, terms.transformation, TypesFor(rule));
+    pairs.ForEach([&](const RecordPair& pair) {
+      ThrowIfInterrupted();
+      tally.BeginRecord(pair.first);
+      walk.Walk(pair, tally);
+      tally.EndRecord(library && library->IsDifferent(pair));
+    });
+  }
   for (const std::size_t index : pairs.firstOnly) tally.Missing(index, false);
   for (const std::size_t index : library ? FindSecondOnly(first, second, pairs, terms.info) : pairs.secondOnly)
     tally.Missing(index, true);

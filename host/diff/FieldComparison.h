@@ -102,6 +102,9 @@ struct FieldTerms
   const Transformation& transformation;
   double                leastPeak  = 0.0;  ///< what values are relative to where the blocks' own peak is smaller
   std::size_t           listPeriod = 1;    ///< components that take turns in a list of doubles
+  /// Whether the norms of blocks without a difference are wanted, too; without, theirs are 0 but for the count of
+  /// values where blocks are compared many values at once.
+  bool allNorms = true;
   /// Whether records that one block alone has are no difference; they are counted all the same.
   bool ignoresMissing    = false;
   bool ignoresAdditional = false;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include <bundled/FED_ColumnDataBlock.h>
 #include "progress/Interrupt.h"
+
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdMapsPool.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
@@ -71,16 +73,20 @@ RecordMatcher::RecordMatcher(Mode mode, const FED_IdMapsPool& first, const FED_I
 
 RecordPairs RecordMatcher::Pair(const FED_DataBlock& first, const FED_DataBlock& second)
 {
-  const int                entityKind = GetEntityKind(first);
-  std::vector<std::size_t> none;
+  const int entityKind = GetEntityKind(first);
+  KnownIds  none;
   // Looked up once a block, not once a record.
-  const bool                byIndex = mode_ == ByIndex || entityKind >= kFirstKindWithoutId;
-  std::vector<std::size_t>& known   = byIndex ? none : known_[entityKind];
+  const bool byIndex = mode_ == ByIndex || entityKind >= kFirstKindWithoutId;
+  KnownIds&  known   = byIndex ? none : known_[entityKind];
 
   RecordPairs result;
+  if (const std::optional<PairRun> all = FindOneRun(first, second, byIndex, entityKind, known)) {
+    result.runs.push_back(*all);
+    return result;
+  }
   for (auto index = first.Begin(); index != first.End(); ++index) {
     ThrowIfInterrupted();
-    const std::size_t other = byIndex ? *index : FindInSecond(entityKind, *index, known);
+    const std::size_t other = byIndex ? *index : FindInSecond(entityKind, *index, known.inSecond);
     if (other != *index && (other != FED_IdMapsPool::npos || second.HasRecord(*index))) result.sameIndices = false;
     if (other == FED_IdMapsPool::npos || !second.HasRecord(other))
       result.firstOnly.push_back(*index);
@@ -89,6 +95,28 @@ RecordPairs RecordMatcher::Pair(const FED_DataBlock& first, const FED_DataBlock&
   }
   result.secondOnly = FindUnpaired(result, second);
   return result;
+}
+
+/// @return the run of all records where both blocks have one at the same indices without a gap, and these stand for the
+///         same ids; nothing for others, whose records are looked at one by one
+std::optional<PairRun> RecordMatcher::FindOneRun(const FED_DataBlock& first, const FED_DataBlock& second, bool byIndex,
+                                                 int entityKind, KnownIds& known) const
+{
+  const auto* const firstColumns  = dynamic_cast<const FED_ColumnDataBlock*>(&first);
+  const auto* const secondColumns = dynamic_cast<const FED_ColumnDataBlock*>(&second);
+  if (firstColumns == nullptr || secondColumns == nullptr) return std::nullopt;
+  const std::size_t count = firstColumns->GetRecordCount();
+  const std::size_t end   = first.GetMaxIndex() + 1;
+  if (count == 0 || secondColumns->GetRecordCount() != count || second.GetMaxIndex() + 1 != end) return std::nullopt;
+  const std::size_t begin = end - count;
+  if (*first.Begin() != begin || *second.Begin() != begin) return std::nullopt;
+  const PairRun all = {begin, begin, count};
+  if (byIndex) return all;
+  if (known.sameBegin == known.sameEnd) known.sameBegin = known.sameEnd = begin;
+  if (begin < known.sameBegin || begin > known.sameEnd) return std::nullopt;
+  while (known.sameEnd < end && FindInSecond(entityKind, known.sameEnd, known.inSecond) == known.sameEnd)
+    ++known.sameEnd;
+  return known.sameEnd >= end ? std::optional(all) : std::nullopt;
 }
 
 std::size_t RecordMatcher::FindInSecond(int entityKind, std::size_t index, std::vector<std::size_t>& known) const

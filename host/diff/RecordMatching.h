@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -80,14 +81,25 @@ public:
   RecordPairs Pair(const FED_DataBlock& first, const FED_DataBlock& second);
 
 private:
-  std::size_t FindInSecond(int entityKind, std::size_t index, std::vector<std::size_t>& known) const;
-  std::size_t LookUp(int entityKind, std::size_t index) const;
+  /// What is known of the ids of one entity kind.
+  struct KnownIds
+  {
+    std::vector<std::size_t> inSecond;  ///< by index of the first, kUnasked until looked up
+    // Indices from sameBegin to before sameEnd stand for themselves.
+    std::size_t sameBegin = 0;
+    std::size_t sameEnd   = 0;
+  };
 
-  Mode                                    mode_;
-  const FED_IdMapsPool&                   first_;
-  const FED_IdMapsPool&                   second_;
-  const MeshMatch*                        mesh_;
-  std::map<int, std::vector<std::size_t>> known_;  // by entity kind and index of the first, kUnasked until looked up
+  std::optional<PairRun> FindOneRun(const FED_DataBlock& first, const FED_DataBlock& second, bool byIndex,
+                                    int entityKind, KnownIds& known) const;
+  std::size_t            FindInSecond(int entityKind, std::size_t index, std::vector<std::size_t>& known) const;
+  std::size_t            LookUp(int entityKind, std::size_t index) const;
+
+  Mode                    mode_;
+  const FED_IdMapsPool&   first_;
+  const FED_IdMapsPool&   second_;
+  const MeshMatch*        mesh_;
+  std::map<int, KnownIds> known_;  // by entity kind
 };
 
 }  // namespace quilon::diff

@@ -32,6 +32,9 @@ struct Transformation
   const IdMap* listIds = nullptr;
   /// Whether integer lists are compared as sets with repetitions.
   bool sortsLists = false;
+
+  /// @return whether all stays as it is
+  bool IsPlain() const noexcept { return sign == AsIs && listIds == nullptr && !sortsLists; }
 };
 
 /// A value of one side, as it is stored.

@@ -5,6 +5,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -112,6 +113,131 @@ TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
   EXPECT_EQ(fields.worst[0].a, Value(0.0));
   EXPECT_EQ(fields.worst[0].b, Value(8.0));
   EXPECT_EQ(fields.worst[0].rule, "abs 8 > 0.5");
+}
+
+// Blocks that keep their records in one order are compared many values at once, others record by record: the second of
+// these has the same records in another order.
+void SetDoubles(FED_Database& db, const FED_DataDescriptor& key, const std::string& format,
+                const std::vector<double>& values, std::size_t width, bool inReverse)
+{
+  FED_DataBlock&    block = *db.CreateDataBlock(key, 0, 0, format);
+  const std::size_t count = values.size() / width;
+  for (std::size_t id = 1; id <= count; ++id) db.GetIdMapsPool().FindOrAddIndex(0, static_cast<int>(id));
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t index = inReverse ? count - i : i + 1;
+    block.SetValuesAt(index, values.data() + (index - 1) * width);
+  }
+}
+
+void ExpectSame(const FieldOutcome& a, const FieldOutcome& b, const std::string& what)
+{
+  EXPECT_EQ(a.records, b.records) << what;
+  EXPECT_EQ(a.differingRecords, b.differingRecords) << what;
+  EXPECT_EQ(a.differingValues, b.differingValues) << what;
+  EXPECT_EQ(a.norms.values, b.norms.values) << what;
+  EXPECT_EQ(a.norms.unmeasured, b.norms.unmeasured) << what;
+  EXPECT_EQ(a.norms.peak, b.norms.peak) << what;
+  EXPECT_EQ(a.norms.largest, b.norms.largest) << what;
+  EXPECT_EQ(a.norms.sumSquares, b.norms.sumSquares) << what;
+  EXPECT_EQ(a.norms.reference, b.norms.reference) << what;
+  const auto expectSame = [&](const ValueDifference& one, const ValueDifference& other) {
+    EXPECT_EQ(std::tie(one.index, one.field, one.component, one.excess, one.distance, one.rule),
+              std::tie(other.index, other.field, other.component, other.excess, other.distance, other.rule))
+        << what;
+  };
+  ASSERT_EQ(a.worst.size(), b.worst.size()) << what;
+  for (std::size_t i = 0; i < a.worst.size(); ++i) expectSame(a.worst[i], b.worst[i]);
+  ASSERT_EQ(a.components.size(), b.components.size()) << what;
+  for (std::size_t i = 0; i < a.components.size(); ++i) {
+    EXPECT_EQ(a.components[i].differingValues, b.components[i].differingValues) << what;
+    expectSame(a.components[i].worst, b.components[i].worst);
+  }
+}
+
+TEST(DatabaseComparison, ManyValuesAtOnceGiveWhatRecordsOneByOneGive)
+{
+  constexpr double                       kMost = std::numeric_limits<double>::max();
+  constexpr double                       kInf  = std::numeric_limits<double>::infinity();
+  const double                           nan   = std::numeric_limits<double>::quiet_NaN();
+  std::mt19937                           random(11);
+  std::uniform_real_distribution<double> spread(-1.0, 1.0);
+  std::uniform_int_distribution<int>     pick(0, 199);
+  const double                           odd[] = {nan, kInf, -kInf, kMost, -kMost, 0.0, -0.0, 5e-324};
+  const struct
+  {
+    int         onf;
+    const char* format;
+    std::size_t width;
+  } kinds[] = {{514, "D", 1}, {510, "V", 3}, {521, "T", 6}};
+  for (const auto& [onf, format, width] : kinds) {
+    for (const std::size_t count : {1u, 7u, 8u, 9u, 1000u}) {
+      for (const double noise : {0.0, 1e-9, 0.3}) {
+        std::vector<double> first(count * width);
+        for (double& value : first) value = pick(random) == 0 ? odd[pick(random) % 8] : spread(random);
+        std::vector<double> second = first;
+        for (double& value : second) {
+          if (noise > 0.0) value += noise * spread(random);
+          if (noise > 0.0 && pick(random) == 0) value = odd[pick(random) % 8];
+        }
+        FED_ResultDatabase a;
+        FED_ResultDatabase inOrder;
+        FED_ResultDatabase inReverse;
+        SetDoubles(a, Key(onf), format, first, width, false);
+        SetDoubles(inOrder, Key(onf), format, second, width, false);
+        SetDoubles(inReverse, Key(onf), format, second, width, true);
+        for (const char* rule :
+             {"default", "exact", "abs=0.1", "rel=0.1", "peak=1e-9", "ulps=3", "abs=0.1 rel=0.2", "abs=0.1 rel=0.2 any",
+              "rel=0.1 ulps=3 any", "abs=1e308 peak=0.5", "abs=0.2 ulps=3", "exact nan=different", "abs=1 nan=forbid"})
+        {
+          const FieldOutcome atOnce   = Compare(a, inOrder, rule).blocks.at(0).fields;
+          const FieldOutcome oneByOne = Compare(a, inReverse, rule).blocks.at(0).fields;
+          ExpectSame(atOnce, oneByOne,
+                     std::string(rule) + ' ' + format + ' ' + std::to_string(count) + ' ' + std::to_string(noise));
+        }
+      }
+    }
+  }
+}
+
+TEST(DatabaseComparison, WhatDiffersIsFoundInEveryChunk)
+{
+  constexpr std::size_t kCount = (std::size_t{1} << 18) + 5;  // more than one chunk of tensors
+  std::vector<double>   first(6 * kCount);
+  for (std::size_t i = 0; i < first.size(); ++i) first[i] = static_cast<double>(i % 7) - 3.0;
+  std::vector<double> second = first;
+  second[6 * 3 + 2] += 1.0;
+  second[6 * (kCount - 2) + 5] += 2.0;
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetDoubles(a, Key(521), "T", first, 6, false);
+  SetDoubles(b, Key(521), "T", second, 6, false);
+  const FieldOutcome fields = Compare(a, b, "default").blocks.at(0).fields;
+  EXPECT_EQ(fields.records, kCount);
+  EXPECT_EQ(fields.differingValues, 2u);
+  EXPECT_EQ(fields.norms.sumSquares, 5.0);
+  ASSERT_EQ(fields.worst.size(), 2u);
+  EXPECT_EQ(fields.worst[0].index, kCount - 1);
+  EXPECT_EQ(fields.worst[0].component, 5u);
+  EXPECT_EQ(fields.worst[1].index, 4u);
+}
+
+// Sums over all values are left out where nobody asks for them.
+TEST(DatabaseComparison, NormsOfEqualBlocksAreLeftOutWhereNobodyWantsThem)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514), {3, 4});
+  SetScalars(b, Key(514), {3, 4});
+  SetScalars(a, Key(517), {3, 4});
+  SetScalars(b, Key(517), {3, 5});
+  ComparisonTerms terms;
+  terms.allNorms                = false;
+  const DatabaseOutcome outcome = CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms);
+  EXPECT_EQ(outcome.blocks[0].fields.norms.values, 2u);
+  EXPECT_EQ(outcome.blocks[0].fields.norms.reference, 0.0);
+  EXPECT_EQ(outcome.blocks[1].fields.norms.reference, 25.0);
+  EXPECT_EQ(outcome.blocks[1].fields.norms.largest, 1.0);
+  EXPECT_EQ(outcome.blocks[1].fields.norms.peak, 4.0);
 }
 
 TEST(DatabaseComparison, TheWorstOfEachComponentIsKept)
