@@ -20,7 +20,7 @@ Json JsonVector(const Vector& vector)
   return Json::array({JsonNumber(vector[0]), JsonNumber(vector[1]), JsonNumber(vector[2])});
 }
 
-Json JsonBalance(const ForceBalance& balance, double tolerance)
+Json JsonBalance(const ForceBalance& balance)
 {
   Json nodes = Json::array();
   for (const NodeBalance& node : balance.nodes) {
@@ -29,13 +29,25 @@ Json JsonBalance(const ForceBalance& balance, double tolerance)
                      {"external", JsonVector(node.external)},
                      {"residual", JsonVector(node.residual)}});
   }
-  return {{"holds", balance.Holds(tolerance)},
+  return {{"holds", balance.IsJudged() ? Json(balance.Holds()) : Json()},
           {"largest-residual", JsonNumber(balance.largestResidual)},
           {"largest-force", JsonNumber(balance.largestForce)},
+          {"limit", JsonNumber(balance.limit)},
           {"total", JsonVector(balance.total)},
           {"nodes-without-all-forces", balance.numIncomplete},
           {"nodes-without-reaction", balance.numUnknown},
           {"nodes", std::move(nodes)}};
+}
+
+Json JsonVerdict(const ForceRequest& request, const ForceReport& report)
+{
+  const ForceStepReport& worst = *report.FindWorstBalance();
+  return {{"passed", report.Holds()},
+          {"block", ToSelectionText(worst.step.forces)},
+          {"node", worst.balance->nodes.front().node},
+          {"residual", JsonNumber(worst.balance->largestResidual)},
+          {"limit", JsonNumber(worst.balance->limit)},
+          {"text", DescribeVerdict(request, report)}};
 }
 
 Json JsonResultant(const Resultant& resultant)
@@ -53,7 +65,7 @@ void PrintJson(Output& output, const ForceRequest& request, const ForceReport& r
               {"elements", told.step.numElements},
               {"largest-force", JsonNumber(told.step.largestSum)},
               {"rounding-error", JsonNumber(told.step.errorBound)}};
-    if (told.balance) step["balance"] = JsonBalance(*told.balance, request.tolerance);
+    if (told.balance) step["balance"] = JsonBalance(*told.balance);
     if (told.body) {
       step["free-body"] = {{"about", JsonVector(request.about)},
                            {"cut", JsonResultant(told.body->cut)},
@@ -72,6 +84,7 @@ void PrintJson(Output& output, const ForceRequest& request, const ForceReport& r
   Json skipped = Json::array();
   for (const auto& [reason, ids] : report.skipped) skipped.push_back({{"reason", reason}, {"elements", ids}});
   Json json{{"rounded-coordinates", report.isRounded}, {"skipped", std::move(skipped)}, {"steps", std::move(steps)}};
+  if (request.balance) json["verdict"] = JsonVerdict(request, report);
   output.Write(JsonText(json, 2) + '\n');
 }
 
@@ -140,6 +153,7 @@ std::string HeadLine(const ForceStepReport& told)
                      (told.step.deformed ? ", deformed geometry" : "");
   if (told.balance) {
     const ForceBalance& balance = *told.balance;
+    if (!balance.IsJudged()) return line + ", no node judged\n";
     line += ", largest residual " + FormatRounded(balance.largestResidual) + ", " +
             FormatRounded(balance.RelativeResidual()) + " of the largest force";
     if (balance.numIncomplete > 0) line += "; " + Counted(balance.numIncomplete, "node") + " without all forces";
@@ -164,6 +178,7 @@ void PrintTables(Output& output, const TableForm& form, const ForceRequest& requ
     table.Finish();
     before = "\n";
   }
+  if (request.balance) output.Write('\n' + DescribeVerdict(request, report) + '\n');
 }
 
 }  // namespace

@@ -148,7 +148,8 @@ void Run(const Options& options, CommandContext& context)
     request.deck             = &*deck;
   }
 
-  OpenedDatabase                        database(options.database, context.console, OpenedDatabase::DeriveNothing);
+  OpenedDatabase                        database(options.database, context.console, OpenedDatabase::DeriveNothing,
+                                                 {options.deck, options.allowOutside});
   const KindTable                       kinds(database.Get());
   const std::vector<FED_DataDescriptor> results = ChooseForceResults(
       database.Get(), database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString()),
@@ -158,18 +159,22 @@ void Run(const Options& options, CommandContext& context)
                                                       : FindForceIngredients(database.Get(), results));
   const ForceReport report   = CalculateForces(*copy, results, request, &context.console);
 
+  const std::vector<FED_DataDescriptor> outdated = OutdatedBlocks(database.Get(), report);
+  if (publication && report.NumWithForces() == 0 && (keepsAll || outdated.empty()))
+    Fail(options.database + ": no element has forces in any result: " + DescribeSkipped(report.skipped));
   if (inPlace) KeepAdded(*copy, report);
-  if (publication) publication->Publish(*copy, OutdatedBlocks(database.Get(), report));
+  if (publication) publication->Publish(*copy, outdated);
   for (const std::string& note : ListForceNotes(request, report)) context.console.Note(note);
   if (options.form.json || isAsked) {
     PrintForces(context.output, options.form, request, report);
+    // A table for programs has rows alone.
+    if (options.balance && !options.form.json && StyleOf(options.form) != TableStyle::Aligned)
+      context.console.Note(DescribeVerdict(request, report));
   } else {
-    const auto numWithForces = std::count_if(report.steps.begin(), report.steps.end(),
-                                             [](const ForceStepReport& told) { return told.step.numElements > 0; });
     context.output.Write((inPlace ? options.database : options.output) + ": forces of " +
-                         Counted(static_cast<std::size_t>(numWithForces), "result") + '\n');
+                         Counted(report.NumWithForces(), "result") + '\n');
   }
-  context.exitCode = report.Holds(request.tolerance) ? ExitSuccess : ExitDifferent;
+  context.exitCode = report.Holds() ? ExitSuccess : ExitDifferent;
 }
 
 /// An option that is not empty: without its value a run that prints would become one that writes to DB.
@@ -200,7 +205,8 @@ CommandFunction DefineForces(CLI::App& app)
   app.add_flag("--balance", options->balance,
                "Compare the forces at each node with what acts on it, worst nodes first");
   AddMagnitudeOption(app, "--tol", options->tolerance,
-                     "Largest residual that --balance accepts, as a fraction of the largest force (default: 1e-5)");
+                     "Largest residual that --balance accepts, as a fraction of the largest force, beyond what rounded "
+                     "coordinates leave open (default: 1e-5)");
   AddIntegerOption(app, "--head", options->head, "Nodes that --balance lists of each result, 0 for all (default: 10)");
   AddTextOption(app, "--elements", options->elements, "Free body of these elements: 1,5-9")->type_name("IDS");
   AddTextOption(app, "--set", options->set, "Free body of an element set")->type_name("NAME");

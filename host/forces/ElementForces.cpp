@@ -10,6 +10,7 @@
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 #include <QuilonUtilities/FED_Failure.h>
 
+#include "calculix/ElementExpansion.h"
 #include "elements/Extrapolation.h"
 #include "elements/IntegrationRule.h"
 #include "FEM_ResultUtil.h"
@@ -58,8 +59,22 @@ bool HasRepeated(std::span<const int> ids)
 ElementForces::ElementForces(FED_Database& database, const ForceMesh& mesh, int iteration, std::string name)
     : database_(database), mesh_(mesh), name_(std::move(name)), lists_(iteration, OnfKind::ElementNodes)
 {
-  if (database_.HasDataBlock(lists_)) CheckNodeLists();
   LayOut();
+  if (database_.HasDataBlock(lists_)) CheckNodeLists();
+}
+
+ElementForces::Nature ElementForces::FindNature(const ForceMesh::Element& element) const
+{
+  const std::span<const int> nodes = mesh_.NodesOf(element);
+  if (element.deckType != nullptr) {
+    if (FindIntegrationRule(element.deckType) == nullptr) return Nature::OfNoRule;
+  } else {
+    const auto isNode = [this](int id) { return mesh_.nodes.Find(id) != IdRadixMap<std::array<double, 3>>::npos; };
+    const calculix::Expansion expansion = calculix::FindExpansion(element.frdType, nodes, isNode);
+    if (expansion == calculix::Expansion::Layer) return Nature::ExpandedLayer;
+    if (expansion == calculix::Expansion::Beam) return Nature::ExpandedBeam;
+  }
+  return HasRepeated(nodes) ? Nature::Collapsed : Nature::Plain;
 }
 
 /// Gives every element its nodes in the mesh's order. One that names a node twice would get fewer positions than its
@@ -68,13 +83,12 @@ void ElementForces::LayOut()
 {
   const double nothing[3] = {};
   gathered_.ReserveStorage(mesh_.elements.Entries().size());
-  isCollapsed_.reserve(mesh_.elements.Entries().size());
+  natures_.reserve(mesh_.elements.Entries().size());
   for (const auto& [id, element] : mesh_.elements.Entries()) {
     ThrowIfInterrupted();
-    const std::span<const int> nodes = mesh_.NodesOf(element);
-    isCollapsed_.push_back(HasRepeated(nodes));
-    if (isCollapsed_.back()) continue;
-    for (const int node : nodes) gathered_.InsertVector(id, node, FEM_IforceData::Force, nothing);
+    natures_.push_back(FindNature(element));
+    if (natures_.back() != Nature::Plain) continue;
+    for (const int node : mesh_.NodesOf(element)) gathered_.InsertVector(id, node, FEM_IforceData::Force, nothing);
   }
 }
 
@@ -85,8 +99,12 @@ void ElementForces::CheckNodeLists()
   FED_IdDataRecord& record = view.CreateIdDataRecord();
   std::vector<int>  nodes;
   FED_IntArray      stored;
+  std::size_t       at = 0;
   for (const auto& [id, element] : mesh_.elements.Entries()) {
     ThrowIfInterrupted();
+    const Nature nature = natures_[at++];
+    // Where it has no rule the nodes of the solid that it was expanded to stay.
+    if (nature != Nature::Plain && nature != Nature::Collapsed && view.HasRecord(id)) continue;
     const std::span<const int> list = mesh_.NodesOf(element);
     nodes.assign(list.begin(), list.end());
     bool isDefined = false;
@@ -122,6 +140,7 @@ ForceStep ElementForces::Calculate(const FED_DataDescriptor& points, bool deform
   bounds_.assign(step.positions.size(), {});
   gathered_.NullifyVecData();
   collapsed_.clear();
+  skipped_.clear();
 
   const FED_DataBlock&       block = database_.GetConstDataBlock(points);
   const FED_ConstIdDataBlock view(block, database_.GetIdMapsPool());
@@ -134,6 +153,7 @@ ForceStep ElementForces::Calculate(const FED_DataDescriptor& points, bool deform
     const std::size_t at = next++;
     if (!view.HasRecord(id)) continue;
     hasStress[at] = true;
+    if (SkipWithoutRule(id, element, natures_[at])) continue;
     view.GetRecord(id, record);
     record.GetDataRecord().GetDoubleList(2, stress);
     buffers_.stress.assign(stress.GetData(), stress.GetData() + stress.GetSize());
@@ -144,8 +164,9 @@ ForceStep ElementForces::Calculate(const FED_DataDescriptor& points, bool deform
       Skip("turned inside out or flat", id);
       continue;
     }
-    AddForces(id, element, *rule, isCollapsed_[at]);
-    if (isCollapsed_[at]) collapsed_.emplace(id, buffers_.forces);
+    const bool isCollapsed = natures_[at] == Nature::Collapsed;
+    AddForces(id, element, *rule, isCollapsed);
+    if (isCollapsed) collapsed_.emplace(id, buffers_.forces);
     step.hasForces[at] = true;
     ++step.numElements;
   }
@@ -155,7 +176,8 @@ ForceStep ElementForces::Calculate(const FED_DataDescriptor& points, bool deform
 
   if (database_.HasDataBlock(step.forces)) database_.DeleteDataBlock(step.forces);
   gathered_.Save(database_, step.forces, WithKind(points, OnfKind::ElementMoments), FEM_IforceData::Sum);
-  SaveCollapsed(step);
+  SaveApart(step);
+  step.skipped = std::move(skipped_);
   return step;
 }
 
@@ -251,6 +273,21 @@ void ElementForces::AddForces(int id, const ForceMesh::Element& element, const I
   }
 }
 
+/// @return whether it has none whatever its stresses are
+bool ElementForces::SkipWithoutRule(int id, const ForceMesh::Element& element, Nature nature)
+{
+  if (nature == Nature::OfNoRule) {
+    Skip(std::string("no rule for ") + element.deckType, id);
+  } else if (nature == Nature::ExpandedLayer) {
+    Skip("no rule for shells and plane elements, which node numbers tell it was", id);
+  } else if (nature == Nature::ExpandedBeam) {
+    Skip("no rule for beams, which node numbers tell it was", id);
+  } else {
+    return false;
+  }
+  return true;
+}
+
 void ElementForces::SkipWithoutStress(const FED_DataDescriptor& points, const std::vector<bool>& hasStress)
 {
   const std::optional<FED_DataDescriptor> local = FindLocalStresses(database_, points);
@@ -259,11 +296,9 @@ void ElementForces::SkipWithoutStress(const FED_DataDescriptor& points, const st
 
   std::size_t at = 0;
   for (const auto& [id, element] : mesh_.elements.Entries()) {
-    if (hasStress[at++]) continue;
-    const bool hasRule = element.deckType == nullptr || FindIntegrationRule(element.deckType) != nullptr;
-    if (!hasRule) {
-      Skip(std::string("no rule for ") + element.deckType, id);
-    } else if (localView && localView->HasRecord(id)) {
+    const Nature nature = natures_[at];
+    if (hasStress[at++] || SkipWithoutRule(id, element, nature)) continue;
+    if (localView && localView->HasRecord(id)) {
       Skip("stresses in a local system", id);
     } else {
       Skip("no stresses", id);
@@ -291,22 +326,25 @@ void ElementForces::SumUp(ForceStep& step)
 }
 
 /// Writes forces of the elements that the accumulator does not hold, and the node lists of all of them that have none.
-void ElementForces::SaveCollapsed(const ForceStep& step)
+void ElementForces::SaveApart(const ForceStep& step)
 {
-  if (std::find(isCollapsed_.begin(), isCollapsed_.end(), true) == isCollapsed_.end()) return;
-  FED_IdDataBlock   forces(database_.GetOrCreateDataBlock(step.forces, collapsed_.size()), database_.GetIdMapsPool(),
-                           true);
-  FED_IdDataRecord& forceRecord = forces.CreateIdDataRecord();
-  for (const auto& [id, values] : collapsed_) {
-    forceRecord.SetDoubleList(1, values);
-    forces.SetRecord(id, forceRecord);
+  const auto isPlain = [](Nature nature) { return nature == Nature::Plain; };
+  if (std::all_of(natures_.begin(), natures_.end(), isPlain)) return;
+  if (!collapsed_.empty()) {
+    FED_IdDataBlock   forces(database_.GetOrCreateDataBlock(step.forces, collapsed_.size()), database_.GetIdMapsPool(),
+                             true);
+    FED_IdDataRecord& forceRecord = forces.CreateIdDataRecord();
+    for (const auto& [id, values] : collapsed_) {
+      forceRecord.SetDoubleList(1, values);
+      forces.SetRecord(id, forceRecord);
+    }
   }
 
-  FED_IdDataBlock   lists(database_.GetOrCreateDataBlock(lists_, isCollapsed_.size()), database_.GetIdMapsPool(), true);
+  FED_IdDataBlock   lists(database_.GetOrCreateDataBlock(lists_, natures_.size()), database_.GetIdMapsPool(), true);
   FED_IdDataRecord& listRecord = lists.CreateIdDataRecord();
   std::size_t       at         = 0;
   for (const auto& [id, element] : mesh_.elements.Entries()) {
-    if (!isCollapsed_[at++] || lists.HasRecord(id)) continue;
+    if (isPlain(natures_[at++]) || lists.HasRecord(id)) continue;
     const std::span<const int> nodes = mesh_.NodesOf(element);
     listRecord.SetIntList(1, std::vector<int>(nodes.begin(), nodes.end()));
     lists.SetRecord(id, listRecord);

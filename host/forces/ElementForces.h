@@ -41,6 +41,8 @@ struct ForceStep
   /// in deformed geometry, of displacements.
   double largestSum = 0.0;
   double errorBound = 0.0;
+
+  SkippedElements skipped;  ///< elements that have no forces in this result
 };
 
 /// Integrates nodal forces result by result and saves them as element forces (580). Value 3 k + c of an element belongs
@@ -50,6 +52,10 @@ struct ForceStep
 /// node lists that the first result writes are complete, whatever elements that result has. It knows a node of an
 /// element once; an element that names a node twice, as a brick that is collapsed to a wedge, is saved beside it, with
 /// a force for each of its places.
+///
+/// Elements that have no rule whatever their stresses are (shells, beams, springs) take no part. The database may have
+/// them with other nodes than the deck: those of the solid that the solver has expanded them to. Without a deck it is
+/// the numbers of their nodes that tell such elements.
 class ElementForces
 {
 public:
@@ -69,16 +75,24 @@ public:
   /// @return whether the database gets node lists that it did not have
   bool AddsNodeLists() const noexcept { return addsNodeLists_; }
 
-  /// Over all results so far.
-  const SkippedElements& Skipped() const noexcept { return skipped_; }
-
 private:
+  /// What is known of an element before its stresses are.
+  enum class Nature : unsigned char
+  {
+    Plain,
+    Collapsed,      ///< names a node twice
+    OfNoRule,       ///< its type in the deck has no rule
+    ExpandedLayer,  ///< solid that was a shell or plane element
+    ExpandedBeam    ///< solid that was a beam
+  };
+
   /// Scratch memory of one element.
   struct Buffers
   {
     std::vector<double> coordinates, stress, forces, tolerance, bounds;
   };
 
+  Nature                 FindNature(const ForceMesh::Element& element) const;
   void                   LayOut();
   void                   CheckNodeLists();
   void                   PlaceNodes(const FED_DataDescriptor& points, ForceStep& step);
@@ -86,23 +100,24 @@ private:
   bool                   TakeCoordinates(int id, const ForceMesh::Element& element, const ForceStep& step);
   void AddForces(int id, const ForceMesh::Element& element, const IntegrationRule& rule, bool isCollapsed);
   void Skip(const std::string& reason, int id) { skipped_[reason].insert(id); }
+  bool SkipWithoutRule(int id, const ForceMesh::Element& element, Nature nature);
   void SkipWithoutStress(const FED_DataDescriptor& points, const std::vector<bool>& hasStress);
   void SkipForeign(const FED_DataBlock& block);
   void SumUp(ForceStep& step);
-  void SaveCollapsed(const ForceStep& step);
+  void SaveApart(const ForceStep& step);
 
   FED_Database&                      database_;
   const ForceMesh&                   mesh_;
   std::string                        name_;
   FED_DataDescriptor                 lists_;  // of the node lists
   FEM_IforceData                     gathered_;
-  SkippedElements                    skipped_;
+  SkippedElements                    skipped_;  // in the result that is being calculated
   Buffers                            buffers_;
-  std::vector<std::array<double, 3>> sums_;         // of forces, by position in the mesh's nodes
-  std::vector<std::array<double, 3>> bounds_;       // of errors, likewise
-  std::vector<bool>                  isPlaced_;     // by position in the mesh's nodes
-  std::vector<bool>                  isCollapsed_;  // by position in the mesh's elements: names a node twice
-  std::map<int, std::vector<double>> collapsed_;    // forces of such elements, by element
+  std::vector<std::array<double, 3>> sums_;       // of forces, by position in the mesh's nodes
+  std::vector<std::array<double, 3>> bounds_;     // of errors, likewise
+  std::vector<bool>                  isPlaced_;   // by position in the mesh's nodes
+  std::vector<Nature>                natures_;    // by position in the mesh's elements
+  std::map<int, std::vector<double>> collapsed_;  // forces of collapsed elements, by element
   bool                               addsNodeLists_ = true;
 };
 

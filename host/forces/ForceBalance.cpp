@@ -52,7 +52,7 @@ void Raise(double& largest, const Vector& force)
 }  // namespace
 
 ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
-                              const std::string& name)
+                              double tolerance, const std::string& name)
 {
   FED_DataDescriptor reactions = step.forces;
   reactions.SetInteger(FED_DataDescriptor::OnfId, OnfKind::Reaction);
@@ -62,6 +62,7 @@ ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mes
 
   ForceBalance        balance;
   std::vector<Vector> sums(mesh.nodes.Entries().size());
+  if (step.numElements == 0) return balance;
   ForEachForce(database, mesh, step, [&](std::size_t, std::size_t node, const double* force) {
     AddTo(sums[node], force);
     AddTo(balance.total, force);
@@ -92,11 +93,8 @@ ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mes
     balance.largestResidual = std::max(balance.largestResidual, node.largest);
     balance.nodes.push_back(node);
   }
-  if (balance.nodes.empty()) {
-    Fail(name + ": no node to judge in " + ToSelectionText(step.forces) + ", " +
-         Counted(balance.numIncomplete, "node") + " of elements without forces, " +
-         Counted(balance.numUnknown, "node") + " without RF");
-  }
+  balance.numJudged = balance.nodes.size();
+  balance.limit     = tolerance * balance.largestForce + step.errorBound;
   std::sort(balance.nodes.begin(), balance.nodes.end(), [](const NodeBalance& a, const NodeBalance& b) {
     return a.largest != b.largest ? a.largest > b.largest : a.node < b.node;
   });

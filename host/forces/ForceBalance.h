@@ -28,16 +28,18 @@ struct NodeBalance
 /// The balance of a result.
 struct ForceBalance
 {
-  std::vector<NodeBalance> nodes;                  ///< worst first, equal ones by ascending id
+  std::vector<NodeBalance> nodes;                  ///< judged ones, worst first, equal ones by ascending id
+  std::size_t              numJudged       = 0;    ///< all that were judged, however many stand in nodes
   Vector                   total           = {};   ///< of all element forces: zero but for rounding
   double                   largestForce    = 0.0;  ///< largest component that acts on a node or stands in a sum
   double                   largestResidual = 0.0;
+  double                   limit           = 0.0;  ///< largest residual that is accepted
   /// Nodes that cannot be judged: an element of theirs has no forces; nothing is known of what acts on them.
   std::size_t numIncomplete = 0;
   std::size_t numUnknown    = 0;
 
-  /// @param tolerance largest residual that is accepted, as a fraction of the largest force
-  bool Holds(double tolerance) const noexcept { return largestResidual <= tolerance * largestForce; }
+  bool IsJudged() const noexcept { return numJudged > 0; }
+  bool Holds() const noexcept { return largestResidual <= limit; }
 
   /// @return the largest residual as a fraction of the largest force, or itself where there is no force
   double RelativeResidual() const noexcept
@@ -48,10 +50,13 @@ struct ForceBalance
 
 /// The solver's RF at a node is what acts on it: the reaction of a support less the loads on it, a load where there is
 /// no support. In dynamics it is without inertia.
-/// @param step its block of forces is read, with the node lists (595) and the reactions (511) of the same result
-/// @throws FED_Failure when there are no reactions, or none of a node that can be judged
+/// @param step      its block of forces is read, with the node lists (595) and the reactions (511) of the same result
+/// @param tolerance largest residual that is accepted, as a fraction of the largest force; how far forces may be off by
+///                  rounded coordinates is accepted beyond it
+/// @return the balance; no node is judged where no element has forces or no node RF
+/// @throws FED_Failure when there are no reactions
 ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
-                              const std::string& name);
+                              double tolerance, const std::string& name);
 
 /// A part of the model, cut out.
 struct FreeBody

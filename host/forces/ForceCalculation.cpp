@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <span>
 #include <utility>
 
 #include <bundled/OnfKinds.h>
@@ -136,7 +137,7 @@ void CalculateIteration(FED_Database& database, const std::vector<FED_DataDescri
     ForceStepReport told;
     told.step = forces.Calculate(result, IsDeformed(request, result));
     if (request.balance) {
-      told.balance = CalculateBalance(database, mesh, told.step, request.database);
+      told.balance = CalculateBalance(database, mesh, told.step, request.tolerance, request.database);
       if (request.numWorst > 0 && told.balance->nodes.size() > request.numWorst)
         told.balance->nodes.resize(request.numWorst);
     }
@@ -145,23 +146,54 @@ void CalculateIteration(FED_Database& database, const std::vector<FED_DataDescri
     } else if (part) {
       told.body = CalculateFreeBody(database, mesh, told.step, *part, request.about, request.database);
     }
+    for (const auto& [reason, ids] : told.step.skipped) report.skipped[reason].insert(ids.begin(), ids.end());
     // Only numbers are told later: the geometry of many results need not be held.
     told.step.hasForces.clear();
     told.step.positions.clear();
     (told.step.numElements > 0 ? report.added : report.outdated).push_back(told.step.forces);
     report.steps.push_back(std::move(told));
   }
-  for (const auto& [reason, ids] : forces.Skipped()) report.skipped[reason].insert(ids.begin(), ids.end());
   report.isRounded = report.isRounded || mesh.isRounded;
   if (forces.AddsNodeLists()) report.added.emplace_back(iteration, OnfKind::ElementNodes);
 }
 
+/// Why no node could be judged in some results.
+std::string WhyNotJudged(const SkippedElements& skipped, std::span<const ForceStepReport> steps)
+{
+  std::string text       = DescribeSkipped(skipped);
+  std::size_t numUnknown = 0;
+  for (const ForceStepReport& told : steps) numUnknown = std::max(numUnknown, told.balance->numUnknown);
+  if (numUnknown > 0) text += (text.empty() ? "" : ", ") + Counted(numUnknown, "node") + " without RF";
+  return text;
+}
+
 }  // namespace
 
-bool ForceReport::Holds(double tolerance) const noexcept
+std::size_t ForceReport::NumWithForces() const noexcept
 {
-  return std::all_of(steps.begin(), steps.end(), [tolerance](const ForceStepReport& told) {
-    return !told.balance || told.balance->Holds(tolerance);
+  return static_cast<std::size_t>(
+      std::count_if(steps.begin(), steps.end(), [](const ForceStepReport& told) { return told.step.numElements > 0; }));
+}
+
+const ForceStepReport* ForceReport::FindWorstBalance() const noexcept
+{
+  const ForceStepReport* worst = nullptr;
+  for (const ForceStepReport& told : steps) {
+    if (!told.balance || !told.balance->IsJudged()) continue;
+    // Of two within or two beyond their limits the one that uses more of it; without division limits may be 0.
+    const auto isWorse = [](const ForceBalance& a, const ForceBalance& b) {
+      if (a.Holds() != b.Holds()) return b.Holds();
+      return a.largestResidual * b.limit > b.largestResidual * a.limit;
+    };
+    if (worst == nullptr || isWorse(*told.balance, *worst->balance)) worst = &told;
+  }
+  return worst;
+}
+
+bool ForceReport::Holds() const noexcept
+{
+  return std::all_of(steps.begin(), steps.end(), [](const ForceStepReport& told) {
+    return !told.balance || !told.balance->IsJudged() || told.balance->Holds();
   });
 }
 
@@ -230,7 +262,30 @@ ForceReport CalculateForces(FED_Database& database, const std::vector<FED_DataDe
   ForceReport report;
   report.isNonlinearityKnown = request.deck != nullptr || request.nonlinearSteps;
   for (const auto& entry : byIteration) CalculateIteration(database, entry.second, request, listener, report);
+  if (request.balance && report.FindWorstBalance() == nullptr)
+    Fail(request.database + ": no node to judge in any result: " + WhyNotJudged(report.skipped, report.steps));
   return report;
+}
+
+std::string DescribeSkipped(const SkippedElements& skipped)
+{
+  std::string text;
+  for (const auto& [reason, ids] : skipped)
+    text += (text.empty() ? "" : ", ") + reason + " (" + Counted(ids.size(), "element") + ")";
+  return text;
+}
+
+std::string DescribeVerdict(const ForceRequest& request, const ForceReport& report)
+{
+  const ForceStepReport& worst   = *report.FindWorstBalance();
+  const ForceBalance&    balance = *worst.balance;
+  std::string text = std::string("balance ") + (report.Holds() ? "passed" : "failed") + ": largest residual " +
+                     FormatRounded(balance.RelativeResidual()) + " of the largest force, at node " +
+                     std::to_string(balance.nodes.front().node) + " of " + ToSelectionText(worst.step.forces) +
+                     "; limit " + FormatRounded(request.tolerance);
+  if (worst.step.errorBound > 0.0 && balance.largestForce > 0.0)
+    text += " and " + FormatRounded(worst.step.errorBound / balance.largestForce) + " for the digits of coordinates";
+  return text;
 }
 
 std::vector<std::string> ListForceNotes(const ForceRequest& request, const ForceReport& report)
@@ -238,6 +293,11 @@ std::vector<std::string> ListForceNotes(const ForceRequest& request, const Force
   std::vector<std::string> notes;
   for (const auto& [reason, ids] : report.skipped)
     notes.push_back("no forces of " + Counted(ids.size(), "element") + ", " + reason + ": " + FormatIds(ids));
+  for (const ForceStepReport& told : report.steps) {
+    if (!told.balance || told.balance->IsJudged()) continue;
+    notes.push_back("no node of " + ToSelectionText(told.step.forces) +
+                    " is judged: " + WhyNotJudged(told.step.skipped, {&told, 1}));
+  }
   if (!report.isNonlinearityKnown)
     notes.emplace_back("all steps are taken as geometrically linear, --deck or --nlgeom tells which are not");
   if (!report.isRounded) return notes;

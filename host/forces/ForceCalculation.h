@@ -46,7 +46,7 @@ struct ForceRequest
   std::optional<std::vector<NumberRange>> nonlinearSteps;
 
   bool        balance   = false;  ///< whether forces are compared with what acts on each node
-  double      tolerance = 1e-5;   ///< largest residual that a balance accepts, as a fraction of the largest force
+  double      tolerance = 1e-5;   ///< see CalculateBalance()
   std::size_t numWorst  = 0;      ///< of the nodes of a balance, the worst so many are told; 0 for all
   ForcePart   part;               ///< whose free body is told, or what a plane cuts
   Vector      about = {};         ///< the point that moments of a free body are taken about
@@ -73,8 +73,11 @@ struct ForceReport
   /// Blocks that an earlier run may have left of results in which no element has forces now.
   std::vector<FED_DataDescriptor> outdated;
 
-  /// @return whether every balance that was asked for holds
-  bool Holds(double tolerance) const noexcept;
+  std::size_t NumWithForces() const noexcept;
+  /// @return the result whose residual is the largest part of its limit; null when none was judged
+  const ForceStepReport* FindWorstBalance() const noexcept;
+  /// @return whether no balance that was judged exceeds its limit
+  bool Holds() const noexcept;
 };
 
 /// Reads "1,5-9", ids or ranges of them, or "all".
@@ -102,9 +105,17 @@ std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&        
 /// @param database has the ingredients; what was saved before a failure stays in it
 /// @param results  from ChooseForceResults()
 /// @param listener borrowed; may be null
-/// @throws FED_Failure for what is asked and not there: steps of the deck, a mesh, a set, reactions, displacements
+/// @throws FED_Failure for what is asked and not there: steps of the deck, a mesh, a set, reactions, displacements, a
+///         node to judge in any result
 ForceReport CalculateForces(FED_Database& database, const std::vector<FED_DataDescriptor>& results,
                             const ForceRequest& request, Listener* listener);
+
+/// @return "no rule for C3D8R (8 elements), no stresses (1 element)"
+std::string DescribeSkipped(const SkippedElements& skipped);
+
+/// @return "balance passed: ..." or "balance failed: ...", with the worst node and the limit
+/// @param report of a request for balances
+std::string DescribeVerdict(const ForceRequest& request, const ForceReport& report);
 
 /// @return what a user should know of the report, a line each
 std::vector<std::string> ListForceNotes(const ForceRequest& request, const ForceReport& report);

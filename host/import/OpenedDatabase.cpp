@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <bundled/FED_BlockCopy.h>
 #include <bundled/FED_ResultDatabase.h>
@@ -37,7 +38,7 @@ bool IsResultFile(const fs::path& path)
 }
 
 std::unique_ptr<FED_ResultDatabase> ImportFile(const fs::path& path, Listener& listener,
-                                               OpenedDatabase::Derivation derivation)
+                                               OpenedDatabase::Derivation derivation, const CompanionDeck& deck)
 {
   KindRequests  nothing = KindRequests::Nothing();
   ImportOptions options;
@@ -46,8 +47,11 @@ std::unique_ptr<FED_ResultDatabase> ImportFile(const fs::path& path, Listener& l
     ThrowIfInterrupted();
     listener.Progress(phase, done, total);
   };
-  auto               database = std::make_unique<FED_ResultDatabase>();
-  const ImportReport report   = ImportResults({path}, *database, options);
+  auto database             = std::make_unique<FED_ResultDatabase>();
+  options.deck.allowOutside = deck.allowOutside;
+  std::vector<fs::path> files{path};
+  if (!deck.path.empty()) files.push_back(deck.path);
+  const ImportReport report = ImportResults(files, *database, options);
   for (const std::string& notice : report.notices) listener.Note(notice);
   for (const SkippedRows& skipped : report.skipped)
     listener.Note("skipped " + Counted(skipped.rows, "row") + ": " + skipped.reason);
@@ -56,7 +60,9 @@ std::unique_ptr<FED_ResultDatabase> ImportFile(const fs::path& path, Listener& l
 
 }  // namespace
 
-OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivation derivation) : path_(path)
+OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivation derivation,
+                               const CompanionDeck& deck)
+    : path_(path)
 {
   const std::string name = path.string();
   if (!fs::exists(path)) Fail(name + ": no such file or folder, " + kAccepted);
@@ -68,7 +74,7 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivat
   } else if (fs::is_directory(path)) {
     Fail(name + ": a folder without a file 'manifest' or 'index', " + kAccepted);
   } else if (IsResultFile(path)) {
-    database_ = ImportFile(path, listener, derivation);
+    database_ = ImportFile(path, listener, derivation, deck);
   } else {
     Fail(name + ": not a database, " + kAccepted);
   }

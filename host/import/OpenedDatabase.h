@@ -18,6 +18,13 @@ class Listener;
 class Selection;
 class WatchedFiles;
 
+/// A deck to read a solver's result file with. A database has what it was imported with.
+struct CompanionDeck
+{
+  std::filesystem::path path;                  ///< empty: none
+  bool                  allowOutside = false;  ///< whether it may include files outside its folder
+};
+
 /// A database behind a path: a working database on disk (`NAME.fed`), as its last commit left it, a folder of ONF text
 /// or a solver's result file (`.frd`, `.dat`), which is imported into memory. Reading it stops for an interrupt.
 class OpenedDatabase
@@ -30,7 +37,8 @@ public:
   };
 
   /// @throws FED_Failure for a path that is no database, naming what is accepted
-  OpenedDatabase(const std::filesystem::path& path, Listener& listener, Derivation derivation = DeriveAll);
+  OpenedDatabase(const std::filesystem::path& path, Listener& listener, Derivation derivation = DeriveAll,
+                 const CompanionDeck& deck = {});
   OpenedDatabase(const OpenedDatabase&)            = delete;
   OpenedDatabase& operator=(const OpenedDatabase&) = delete;
   ~OpenedDatabase();

@@ -110,6 +110,69 @@ TEST_F(ForcesCommand, BalanceThatDoesNotHoldIsADifference)
   EXPECT_EQ(RunOn("forces/c3d8", {"--balance", "--nlgeom", "2"}).exitCode, 0);
 }
 
+TEST_F(ForcesCommand, BalanceEndsWithItsVerdict)
+{
+  const RunResult people = RunOn("forces/c3d8", {"@lc=1", "--balance", "--table", "--head", "1"});
+  const auto      line   = people.out.rfind("\nbalance passed: largest residual ");
+  ASSERT_NE(line, std::string::npos) << people.out;
+  const std::string verdict = people.out.substr(line + 1);
+  EXPECT_NE(verdict.find(" of the largest force, at node "), std::string::npos);
+  EXPECT_EQ(verdict.substr(verdict.rfind(';')), "; limit 1e-05\n");
+}
+
+TEST_F(ForcesCommand, BalanceTellsProgramsItsVerdictBesideTheRows)
+{
+  const RunResult rows = RunOn("forces/c3d8", {"@lc=1", "--balance", "--csv", "--tol", "1e-12"});
+  EXPECT_EQ(rows.exitCode, 1);
+  EXPECT_EQ(rows.err.rfind("quilon: note: balance failed: largest residual ", 0), 0U) << rows.err;
+  EXPECT_EQ(rows.out.find("balance"), std::string::npos);
+  const json verdict =
+      json::parse(RunOn("forces/c3d8", {"@lc=1", "--balance", "--json", "--tol", "1e-12"}).out).at("verdict");
+  EXPECT_EQ(verdict.at("passed"), false);
+  EXPECT_EQ(verdict.at("block"), "580@it=0,an=1,lc=1,sub=1");
+  EXPECT_GT(verdict.at("residual").get<double>(), verdict.at("limit").get<double>());
+  EXPECT_EQ(rows.err, "quilon: note: " + verdict.at("text").get<std::string>() + '\n');
+}
+
+// Coordinates of a .frd leave more open than a fraction of 1e-5.
+TEST_F(ForcesCommand, BalanceWithoutDeckPassesWithinWhatItSaysIsUncertain)
+{
+  Import("forces/c3d20");
+  const RunResult run = RunQuilon({"forces", onf_, "@lc=1", "--balance", "--json"});
+  EXPECT_EQ(run.exitCode, 0);
+  const json report  = json::parse(run.out);
+  const json balance = report.at("steps").at(0).at("balance");
+  EXPECT_EQ(balance.at("limit").get<double>(), 1e-5 * balance.at("largest-force").get<double>() +
+                                                   report.at("steps").at(0).at("rounding-error").get<double>());
+  EXPECT_NE(report.at("verdict").at("text").get<std::string>().find(" for the digits of coordinates"),
+            std::string::npos);
+}
+
+TEST_F(ForcesCommand, BalanceOfNothingSaysWhy)
+{
+  EXPECT_EQ(RunOn("hex8r/hex8r", {"@lc=1", "--balance", "-q"}).err,
+            "quilon: error: " + Fixture("hex8r/hex8r.dat") +
+                ": no node to judge in any result: no rule for C3D8R (3 elements)\n");
+  const RunResult run = RunOn("forces/c3d8i", {"--balance", "--json"});
+  EXPECT_EQ(run.exitCode, 0) << run.out;
+  EXPECT_NE(run.err.find("quilon: note: no node of 580@it=0,an=1,lc=2,sub=1 is judged: no rule for C3D8I in "
+                         "geometrically nonlinear steps (4 elements)\n"),
+            std::string::npos)
+      << run.err;
+  EXPECT_EQ(json::parse(run.out).at("steps").at(1).at("balance").at("holds"), json());
+}
+
+TEST_F(ForcesCommand, WritesNothingWhereNoElementHasForces)
+{
+  const RunResult run = RunOn("hex8r/hex8r", {"@lc=1", "-o", out_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_NE(run.err.find("quilon: error: " + Fixture("hex8r/hex8r.dat") +
+                         ": no element has forces in any result: no rule for C3D8R (3 elements)\n"),
+            std::string::npos)
+      << run.err;
+  EXPECT_FALSE(std::filesystem::exists(out_));
+}
+
 TEST_F(ForcesCommand, BalanceHasTheWorstNodesFirst)
 {
   const RunResult run = RunOn("forces/c3d20r", {"@lc=1", "--balance", "--head", "0", "--json"});
@@ -273,21 +336,56 @@ TEST_F(ForcesCommand, FreeBodyOfASetOfTheDatabaseNeedsNoDeck)
             "quilon: error: --set is nothing, which has no elements\n");
 }
 
-// The import turns stresses in a material's system where it knows the deck.
-TEST_F(ForcesCommand, StressesInLocalSystemsNeedAnImportWithTheDeck)
+// Stresses in a material's system are turned by the deck, which a .dat is read with; a database needed it when it was
+// imported.
+TEST_F(ForcesCommand, StressesInLocalSystemsNeedTheDeck)
 {
   const std::string stem = "oriented/oriented";
-  EXPECT_EQ(RunOn(stem, {"--balance", "-q"}).err,
-            "quilon: error: " + Fixture(stem + ".dat") +
+  EXPECT_EQ(RunOn(stem, {"@lc=1", "--balance", "--tol", "1e-6", "-q"}).exitCode, 0);
+  const std::string fed = (folder_ / "job.fed").string();
+  ASSERT_EQ(RunQuilon({"import", "-o", fed, Fixture(stem + ".frd"), Fixture(stem + ".dat")}).exitCode, 0);
+  EXPECT_EQ(RunQuilon({"forces", fed, "--deck", Fixture(stem + ".inp"), "--balance", "-q"}).err,
+            "quilon: error: " + fed +
                 ": no stresses of integration points (582), only some in local systems, expected a database that the "
                 "deck was imported into with them\n");
-  const std::string        fed = (folder_ / "job.fed").string();
-  std::vector<std::string> import{"import", "-o", fed};
+  const std::string        whole = (folder_ / "whole.fed").string();
+  std::vector<std::string> import{"import", "-o", whole};
   for (const char* extension : {".inp", ".frd", ".dat"}) import.push_back(Fixture(stem + extension));
   ASSERT_EQ(RunQuilon(import).exitCode, 0);
   const RunResult run =
-      RunQuilon({"forces", fed, "--deck", Fixture(stem + ".inp"), "--balance", "--tol", "5e-6", "-q"});
+      RunQuilon({"forces", whole, "--deck", Fixture(stem + ".inp"), "--balance", "--tol", "5e-6", "-q"});
   EXPECT_EQ(run.exitCode, 0) << run.out << run.err;
+}
+
+// What the import of a .dat alone says of a missing mesh is of no one who has given it.
+TEST_F(ForcesCommand, DeckLeavesNothingToNote)
+{
+  const RunResult run = RunOn("forces/c3d8", {"--set", "EALL"});
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.exitCode, 0);
+}
+
+// The database has the solids that the solver made of shells and beams, the deck has the shells and beams.
+TEST_F(ForcesCommand, ExpandedElementsStandAsideWithDeckAndWithout)
+{
+  const std::string fed = (folder_ / "job.fed").string();
+  for (const char* stem : {"c_shell_iso/c_shell_iso3d", "d_beam/d_beam3d", "c_shell/c_shell3d"}) {
+    ASSERT_EQ(RunQuilon({"import", Fixture(std::string(stem) + ".frd"), Fixture(std::string(stem) + ".dat"), "-o", fed})
+                  .exitCode,
+              0);
+    const std::string deck = Fixture(std::string(stem) + ".inp");
+    for (const std::vector<std::string>& more : {std::vector<std::string>{}, {"--deck", deck}}) {
+      std::vector<std::string> arguments{"forces", fed, "--balance", "-q"};
+      arguments.insert(arguments.end(), more.begin(), more.end());
+      const RunResult run = RunQuilon(arguments);
+      EXPECT_EQ(run.exitCode, 2) << stem;
+      // Either no stress is in global axes, or no element has a rule.
+      const bool isLocal = run.err.find("only some in local systems") != std::string::npos;
+      EXPECT_TRUE(isLocal || run.err.find(": no node to judge in any result: no rule for ") != std::string::npos)
+          << run.err;
+    }
+    ASSERT_EQ(RunQuilon({"prune", fed, "all", "-q"}).exitCode, 0);
+  }
 }
 
 TEST_F(ForcesCommand, WithoutForcesInAResultThoseOfAnEarlierRunGo)

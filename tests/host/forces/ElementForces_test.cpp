@@ -26,7 +26,7 @@ protected:
   {
     ElementForces   forces(database_, mesh, 0, "job");
     const ForceStep step = forces.Calculate(ResultKey(582), deformed);
-    skipped_             = forces.Skipped();
+    skipped_             = step.skipped;
     return step;
   }
 
@@ -82,12 +82,15 @@ TEST_F(ElementForcesTest, GetNodeListsOfAllElementsWhateverTheFirstResultHas)
   const ForceMesh mesh = TwoCubes();
   ElementForces   forces(database_, mesh, 0, "job");
   EXPECT_TRUE(forces.AddsNodeLists());
-  EXPECT_EQ(forces.Calculate(ResultKey(582, 1), false).hasForces, (std::vector<bool>{true, false}));
+  const ForceStep first = forces.Calculate(ResultKey(582, 1), false);
+  EXPECT_EQ(first.hasForces, (std::vector<bool>{true, false}));
+  EXPECT_EQ(first.skipped, (SkippedElements{{"no stresses", {20}}}));
   EXPECT_EQ(ElementNodes(database_).size(), 2u);
-  EXPECT_EQ(forces.Calculate(ResultKey(582, 2), false).hasForces, (std::vector<bool>{false, true}));
+  const ForceStep second = forces.Calculate(ResultKey(582, 2), false);
+  EXPECT_EQ(second.hasForces, (std::vector<bool>{false, true}));
+  EXPECT_EQ(second.skipped, (SkippedElements{{"no stresses", {10}}}));
   EXPECT_EQ(ListsOf(database_, ResultKey(580, 1), 1).count(20), 0u);
   EXPECT_EQ(ListsOf(database_, ResultKey(580, 2), 1).count(10), 0u);
-  EXPECT_EQ(forces.Skipped(), (SkippedElements{{"no stresses", {10, 20}}}));
 }
 
 TEST_F(ElementForcesTest, KeepNodeListsThatAreThereAndAddThoseThatAreMissing)
@@ -172,6 +175,39 @@ TEST_F(ElementForcesTest, OfCollapsedElementsAloneAreSavedToo)
   EXPECT_EQ(ElementNodes(database_).size(), 1u);
   Calculate(mesh);
   EXPECT_EQ(Forces().size(), 1u);
+}
+
+// A database of a .frd has the solid, the deck the shell. Bricks beside it have forces all the same.
+TEST_F(ElementForcesTest, LeaveTheNodesOfAnExpandedElementAsTheyAre)
+{
+  {
+    FED_IdDataBlock   view(database_.GetOrCreateDataBlock(MeshKey(595), 0), database_.GetIdMapsPool(), true);
+    FED_IdDataRecord& record = view.CreateIdDataRecord();
+    record.SetIntList(1, std::vector<int>{101, 104, 107, 110, 103, 106, 109, 112});
+    view.SetRecord(30, record);
+  }
+  ForceMesh mesh = TwoCubes();
+  AddElement(mesh, 30, "S4", 1, {9, 10, 11, 12});
+  AddElement(mesh, 40, "SPRINGA", 0, {9, 10});
+  for (const int id : {10, 20, 30}) WriteStress(database_, id, kTension);
+  const ForceStep step = Calculate(mesh);
+  EXPECT_EQ(step.hasForces, (std::vector<bool>{true, true, false, false}));
+  EXPECT_EQ(skipped_, (SkippedElements{{"no rule for S4", {30}}, {"no rule for SPRINGA", {40}}}));
+  EXPECT_EQ(ElementNodes(database_).at(30), (std::vector<int>{101, 104, 107, 110, 103, 106, 109, 112}));
+  EXPECT_EQ(ElementNodes(database_).at(40), (std::vector<int>{9, 10}));
+}
+
+TEST_F(ElementForcesTest, AreNotOfSolidsThatWereShellsOrBeams)
+{
+  ForceMesh mesh = TwoCubes(nullptr);
+  for (const int id : {101, 103, 104, 106, 107, 109, 110, 112, 120, 121, 122, 123, 130, 131, 132, 133})
+    mesh.nodes.At(mesh.nodes.FindOrInsert(id)) = mesh.nodes.At(0);
+  AddElement(mesh, 30, nullptr, 1, {101, 104, 107, 110, 103, 106, 109, 112});
+  AddElement(mesh, 40, nullptr, 1, {120, 130, 131, 121, 123, 133, 132, 122});
+  for (const int id : {10, 20, 30}) WriteStress(database_, id, kTension);
+  EXPECT_EQ(Calculate(mesh).hasForces, (std::vector<bool>{true, true, false, false}));
+  EXPECT_EQ(skipped_, (SkippedElements{{"no rule for shells and plane elements, which node numbers tell it was", {30}},
+                                       {"no rule for beams, which node numbers tell it was", {40}}}));
 }
 
 TEST_F(ElementForcesTest, TellWhyAnElementHasNone)

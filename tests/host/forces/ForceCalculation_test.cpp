@@ -1,5 +1,6 @@
 #include "forces/ForceCalculation.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -95,17 +96,56 @@ TEST_F(ForceCalculation, TellsWhatItAddedAndHowFarItIs)
   EXPECT_EQ(listener.lines, (std::vector<std::string>{"calculating forces 0/2 steps", "calculating forces 1/2 steps"}));
 }
 
-TEST_F(ForceCalculation, BalancesWithinTheToleranceThatIsAsked)
+TEST_F(ForceCalculation, GivesItsVerdictInWords)
 {
   request_.balance  = true;
   request_.numWorst = 3;
-  EXPECT_TRUE(CalculateForces(database_, {ResultKey(582, 1)}, request_, nullptr).Holds(1e-12));
-  WriteVector(database_, 511, 12, {4, 0, 0});
-  const ForceReport report = CalculateForces(database_, {ResultKey(582, 1)}, request_, nullptr);
-  EXPECT_EQ(report.steps[0].balance->nodes.size(), 3u);
-  EXPECT_NEAR(report.steps[0].balance->RelativeResidual(), 0.25, 1e-15);
-  EXPECT_TRUE(report.Holds(0.26));
-  EXPECT_FALSE(report.Holds(0.24));
+  const std::vector<FED_DataDescriptor> both{ResultKey(582, 1), ResultKey(582, 2)};
+  EXPECT_TRUE(CalculateForces(database_, both, request_, nullptr).Holds());
+  WriteVector(database_, 511, 12, {4, 0, 0}, 2);
+  const ForceReport report = CalculateForces(database_, both, request_, nullptr);
+  EXPECT_EQ(report.steps[1].balance->nodes.size(), 3u);
+  EXPECT_EQ(report.steps[1].balance->numJudged, 12u);
+  EXPECT_FALSE(report.Holds());
+  // Coordinates of 2 and 4 may have been rounded to six digits.
+  EXPECT_EQ(DescribeVerdict(request_, report)
+                .rfind("balance failed: largest residual 0.25 of the largest force, at node "
+                       "12 of 580@it=0,an=1,lc=2,sub=1; limit 1e-05 and ",
+                       0),
+            0u)
+      << DescribeVerdict(request_, report);
+  request_.tolerance = 0.25;
+  EXPECT_EQ(DescribeVerdict(request_, CalculateForces(database_, both, request_, nullptr)).rfind("balance passed: ", 0),
+            0u);
+}
+
+// The first result has forces, the second none.
+TEST_F(ForceCalculation, SaysWhyAResultIsNotJudged)
+{
+  request_.balance = true;
+  for (const int id : {10, 20}) WriteStress(database_, id, {3, 0, 0, 0, 0, 0}, 1, 2);
+  const ForceReport report = CalculateForces(database_, {ResultKey(582, 1), ResultKey(582, 2)}, request_, nullptr);
+  EXPECT_TRUE(report.Holds());
+  EXPECT_EQ(report.FindWorstBalance(), &report.steps[0]);
+  EXPECT_FALSE(report.steps[1].balance->IsJudged());
+  const std::vector<std::string> notes = ListForceNotes(request_, report);
+  EXPECT_NE(std::find(notes.begin(), notes.end(),
+                      "no node of 580@it=0,an=1,lc=2,sub=1 is judged: no rule for C3D8R (2 elements)"),
+            notes.end());
+  try {
+    CalculateForces(database_, {ResultKey(582, 2)}, request_, nullptr);
+    FAIL();
+  } catch (const FED_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(), "job: no node to judge in any result: no rule for C3D8R (2 elements)");
+  }
+}
+
+TEST_F(ForceCalculation, CountsNodesOfWhichNothingIsKnownAmongTheReasons)
+{
+  request_.balance = true;
+  database_.DeleteDataBlock(ResultKey(511));
+  WriteVector(database_, 511, 500, {1, 0, 0});
+  EXPECT_EQ(FailureOf(), "job: no node to judge in any result: 12 nodes without RF");
 }
 
 TEST_F(ForceCalculation, CutsThePartThatIsAsked)
