@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <fstream>
+#include <map>
 #include <string_view>
 #include <vector>
 
@@ -179,8 +181,10 @@ private:
   void    ReadBlockHeader();
   void    ParseHeader(DatBlock& block) const;
   void    CountModalBlock(const DatBlock& block);
+  void    MarkHarmonicBlock(DatBlock& block);
   void    EndModes() noexcept;
   void    ReadBanner(const std::string& words);
+  void    BeginHarmonic();
   void    ReadModeNumber();
   void    ReadModeTable(bool isBuckling);
   DatMode ReadMode(bool isBuckling, bool isCyclic) const;
@@ -210,6 +214,10 @@ private:
   bool                     hasPerMode_  = false;  // perMode_ is known
   double                   modeTime_    = 0.0;
   std::vector<std::string> modeBlocks_;  // titles and sets behind the last banner
+
+  bool                               isHarmonic_ = false;
+  double                             frequency_  = 0.0;  // of the harmonic response being read
+  std::map<std::string, std::size_t> harmonicBlocks_;    // how often a title and set came at this frequency
 
   DatBlock     section_;  // the section print whose parts follow; no line when there is none
   std::string  skipReason_;
@@ -325,6 +333,7 @@ void Reader::ReadBlockHeader()
   CountModalBlock(block);
   block.mode      = mode_;
   block.imaginary = isImaginary_;
+  MarkHarmonicBlock(block);
 
   const std::string_view title = block.title;
   if (title == "statistics for surface") {
@@ -369,6 +378,21 @@ void Reader::CountModalBlock(const DatBlock& block)
   modeBlocks_.push_back(std::move(signature));
 }
 
+// A harmonic response prints all its blocks with real parts, then all again with imaginary parts.
+void Reader::MarkHarmonicBlock(DatBlock& block)
+{
+  constexpr double kRounding = 6e-7;  // of a time, 0.ddddddd
+  isHarmonic_                = isHarmonic_ && std::abs(block.time - frequency_) <= kRounding * std::abs(frequency_);
+  if (!isHarmonic_) return;
+  const std::size_t count = ++harmonicBlocks_[block.title + '\n' + block.set];
+  if (count > 2) {
+    file_.Fail("expected a real and an imaginary part of '" + Shown(block.title) + "' for set '" + Shown(block.set) +
+               "' at one frequency, found a third block: two cards ask for the same, and nothing tells parts apart");
+  }
+  block.harmonic  = true;
+  block.imaginary = count == 2;
+}
+
 void Reader::EndModes() noexcept
 {
   mode_        = 0;
@@ -393,9 +417,22 @@ void Reader::ReadBanner(const std::string& words)
     EndModes();
     ReadModeTable(words == "buckling factor output");
   } else {
-    if (words == "participation factors for frequency") EndModes();
+    if (words == "participation factors for frequency") BeginHarmonic();
     BeginSkipping(words);
   }
+}
+
+// "P A R T I C I P A T I O N   F A C T O R S   F O R   F R E Q U E N C Y    0.1000000000000E+04 (CYCLES/TIME)"
+void Reader::BeginHarmonic()
+{
+  EndModes();
+  const std::string_view text  = file_.Text();
+  const std::size_t      unit  = text.rfind('(');
+  const std::size_t      first = text.find_first_of("0123456789-");
+  if (unit == std::string_view::npos || first >= unit) file_.FailExpected("a frequency in CYCLES/TIME");
+  frequency_  = file_.GetDouble(first + 1, unit - 1 - first);
+  isHarmonic_ = true;
+  harmonicBlocks_.clear();
 }
 
 void Reader::ReadModeNumber()

@@ -35,9 +35,10 @@ struct DatBlock
   int         numValues = 0;    ///< per row; 0 when it differs between rows (state variables)
   double      time      = 0.0;  ///< total time as printed; in steady-state steps the frequency
   int         mode      = 0;    ///< from the preceding eigenvalue banner, 0 outside modal steps
-  /// Behind an "imaginary part" banner. Steady-state steps have none: they print a block twice, real part first.
+  /// Behind an "imaginary part" banner, or in a harmonic response, which has none, the second of two blocks alike.
   bool         imaginary = false;
-  std::int64_t line      = 0;  ///< of the header, from 1
+  bool         harmonic  = false;  ///< of the frequency that a banner of participation factors names
+  std::int64_t line      = 0;      ///< of the header, from 1
 };
 
 /// One row. Tensors (S, E, ME and the moments of inertia of EMAS) are in the library's order xx, yy, zz, xy, yz, zx

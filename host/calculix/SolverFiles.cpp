@@ -198,6 +198,14 @@ FieldPlace PlaceOf(DatRows rows)
   return FieldPlace::Total;
 }
 
+/// @return the name that the .frd has for an imaginary part: DISPI, FORCI, and an I behind any other
+std::string ImaginaryName(const std::string& key)
+{
+  if (key == "U") return "DISPI";
+  if (key == "RF") return "FORCI";
+  return key + "I";
+}
+
 /// Hands out a .dat.
 class DatAdapter final : private DatSink
 {
@@ -223,9 +231,9 @@ private:
     field_.quantity  = FindQuantity(kOutputKeys, block.key);
     field_.place     = PlaceOf(block.rows);
     field_.numValues = static_cast<std::size_t>(block.numValues);
-    field_.imaginary = block.imaginary;
     field_.line      = block.line;
     if (field_.place == FieldPlace::Total) field_.valueNames = TotalNames(block);
+    if (block.imaginary) MakeImaginary();
     isWanted_ = sink_.OnFieldBegin(field_);
   }
 
@@ -238,6 +246,14 @@ private:
   }
 
   void OnBlockEnd(const DatBlock&) override { sink_.OnFieldEnd(field_); }
+
+  void MakeImaginary()
+  {
+    field_.name = ImaginaryName(field_.name);
+    field_.identity += "\nimaginary part";
+    field_.quantity = FieldQuantity::Other;
+    for (std::string& name : field_.valueNames) name += " imaginary part";
+  }
 
   void OnSkipped(const std::string& reason, std::size_t rows, std::int64_t) override { sink_.OnSkipped(reason, rows); }
 
@@ -339,8 +355,9 @@ ResultStep StepOf(const FrdDataset& dataset)
 ResultStep StepOf(const DatBlock& block)
 {
   ResultStep step;
-  step.analysis  = block.mode > 0 ? AnalysisModes : AnalysisTime;
+  step.analysis  = block.harmonic ? AnalysisOther : block.mode > 0 ? AnalysisModes : AnalysisTime;
   step.substep   = block.mode;
+  step.meaning   = block.harmonic ? StepValue::Frequency : StepValue::Time;
   step.value     = block.time;
   step.tolerance = DatTolerance(block.time);
   return step;

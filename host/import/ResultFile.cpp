@@ -1,6 +1,7 @@
 #include "import/ResultFile.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <utility>
 
@@ -39,7 +40,7 @@ constexpr int kLoggedPrintedFile = 2;
 
 constexpr char kNoMeshNodes[] = "rows of nodes that no mesh holds (kept)";
 constexpr char kLocalNodes[]  = "rows of nodes in local systems (kept apart)";
-constexpr char kImaginary[]   = "imaginary parts";
+constexpr char kRepeated[]    = "rows of blocks that repeat a time, a quantity and a set with other values";
 constexpr char kFaces[]       = "rows of element faces";
 constexpr char kNoKind[]      = "rows that no user kind is left for";
 
@@ -51,6 +52,23 @@ bool RoundsTo(double value, double rounded)
   constexpr double kLargestRounding = 6e-6;
   constexpr double kSmallest        = 1e-37;
   return std::abs(value - rounded) <= kLargestRounding * std::abs(rounded) + kSmallest;
+}
+
+/// @return a fingerprint of ids and values, bit by bit (FNV-1a)
+std::uint64_t PrintOf(std::span<const ResultRow> rows)
+{
+  constexpr std::uint64_t kStart = 14695981039346656037U;
+  constexpr std::uint64_t kPrime = 1099511628211U;
+  std::uint64_t           print  = kStart;
+  const auto              add    = [&print](std::uint64_t word) {
+    print = (print ^ word) * kPrime;
+    print ^= print >> 32;  // or high bits of a double would never reach the low ones
+  };
+  for (const ResultRow& row : rows) {
+    add(static_cast<std::uint64_t>(row.id));
+    for (const double value : row.values) add(std::bit_cast<std::uint64_t>(value));
+  }
+  return print;
 }
 
 }  // namespace
@@ -127,6 +145,8 @@ bool ResultFile::OnFieldBegin(const ResultField& field)
   SaveMesh();
   isListed_ = field.step.step != 0;
   isRead_   = false;
+  batch_    = 0;
+  repeated_.reset();
   skipReason_.clear();
   return isListed_ ? BeginListedField(field) : BeginPrintedField(field);
 }
@@ -154,28 +174,56 @@ bool ResultFile::BeginListedField(const ResultField& field)
 bool ResultFile::BeginPrintedField(const ResultField& field)
 {
   const std::optional<StepMatcher::Match> match = job_.steps.MatchPrinted(field.step, field.identity);
-  if (endCheck_) endCheck_->BeginField(match ? std::optional(match->key) : std::nullopt);
   if (!match) {
+    if (endCheck_) endCheck_->BeginField(std::nullopt);
     if (job_.blocks.HasLimit()) return true;  // of a result that the listing file did not get to tell
     Fail(reader_.Path().string() + ":" + std::to_string(field.line) +
          ": expected a total time or a mode that the .frd or the .sta lists, found time " +
          std::to_string(field.step.value) + ", mode " +
          std::to_string(field.step.analysis == AnalysisModes ? field.step.substep : 0));
   }
-  BeginResult(match->key);
-  if (!job_.blocks.IsWithin(match->key)) {
-    job_.logger.SetSkipSubstep(match->key.analysis, match->key.loadCase, match->key.substep);
+  if (match->repeated && match->key == current_) {
+    repeated_ = match;
+    return true;
+  }
+  return BeginMatchedField(field, *match);
+}
+
+bool ResultFile::BeginMatchedField(const ResultField& field, const StepMatcher::Match& match)
+{
+  if (endCheck_) endCheck_->BeginField(match.key);
+  BeginResult(match.key);
+  if (!job_.blocks.IsWithin(match.key)) {
+    job_.logger.SetSkipSubstep(match.key.analysis, match.key.loadCase, match.key.substep);
     return true;
   }
 
-  job_.logger.SetReadSubstep(match->key.analysis, match->key.loadCase, match->key.substep);
-  if (match->key.analysis == AnalysisTime) job_.blocks.SetScalar(match->key, OnfKind::Time, match->value);
-  // Harmonic results come twice, real part first.
-  if (field.imaginary || (match->key.analysis == AnalysisOther && match->repeated))
-    Skip(kImaginary);
-  else
-    OpenField(field);
+  job_.logger.SetReadSubstep(match.key.analysis, match.key.loadCase, match.key.substep);
+  if (match.key.analysis == AnalysisTime) job_.blocks.SetScalar(match.key, OnfKind::Time, match.value);
+  if (field.step.meaning == StepValue::Frequency) job_.blocks.SetScalar(match.key, OnfKind::Frequency, match.value);
+  OpenField(field);
   return true;
+}
+
+/// A field that repeats one of its result is the same once more, for two cards may ask for the same, or, where nothing
+/// lists the results, one of another result at the same time. Nothing that was read is ever replaced.
+/// @return whether the rows are of a result of their own
+bool ResultFile::CheckRepeated(const ResultField& field, std::span<const ResultRow> rows)
+{
+  const std::vector<std::uint64_t>& known  = prints_[field.identity];
+  const bool                        isSame = batch_ < known.size() && known[batch_] == PrintOf(rows);
+  if (batch_ == 0) {
+    const std::optional<StepMatcher::Match> match =
+        isSame ? std::nullopt : job_.steps.MatchRepeated(field.step, field.identity);
+    if (match) {
+      repeated_.reset();
+      BeginMatchedField(field, *match);
+      return true;
+    }
+    if (endCheck_) endCheck_->BeginField(repeated_->key);
+  }
+  if (!isSame) job_.record.Skip(kRepeated, rows.size());
+  return false;
 }
 
 void ResultFile::BeginResult(const StepKey& key)
@@ -183,6 +231,7 @@ void ResultFile::BeginResult(const StepKey& key)
   if (current_ == key) return;
   if (current_) averages_.Save(*current_);
   names_.clear();
+  prints_.clear();
   current_ = key;
 }
 
@@ -254,7 +303,11 @@ int ResultFile::FindKind(const ResultField& field)
 
 void ResultFile::OnRows(const ResultField& field, std::span<const ResultRow> rows)
 {
+  const bool isKnown = repeated_ && !CheckRepeated(field, rows);
+  ++batch_;
   if (endCheck_) endCheck_->AddRows(rows.size());
+  if (isKnown) return;
+  if (!isListed_) prints_[field.identity].push_back(PrintOf(rows));
   if (!isRead_) {
     if (!skipReason_.empty()) job_.record.Skip(skipReason_, rows.size());
     return;
@@ -363,6 +416,7 @@ bool ResultFile::HasMoreDigits(const ResultRow& rounded) const
 
 void ResultFile::OnFieldEnd(const ResultField& field)
 {
+  if (repeated_ && batch_ == 0 && endCheck_) endCheck_->BeginField(repeated_->key);  // it has no rows
   if (isRead_ && field.place == FieldPlace::Point) points_.End();
   if (endCheck_) endCheck_->EndField(field);
   if (comparison_) comparison_->Report(job_.record);

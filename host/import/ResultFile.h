@@ -4,6 +4,8 @@
 /// Results of one file into a database.
 
 #include <cstddef>
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -63,6 +65,8 @@ private:
   void BeginResult(const StepKey& key);
   bool BeginListedField(const ResultField& field);
   bool BeginPrintedField(const ResultField& field);
+  bool BeginMatchedField(const ResultField& field, const StepMatcher::Match& match);
+  bool CheckRepeated(const ResultField& field, std::span<const ResultRow> rows);
   void SetResultScalars(const StepKey& key, const ResultStep& step);
   void OpenField(const ResultField& field);
   void OpenView(int onf, bool isList);
@@ -76,19 +80,22 @@ private:
   void WriteTotals(const ResultField& field, const ResultRow& row);
   bool HasMoreDigits(const ResultRow& rounded) const;
 
-  const ResultReader&       reader_;
-  ImportJob&                job_;
-  bool                      meshSaved_ = false;
-  NodalAverages             averages_;
-  std::unique_ptr<EndCheck> endCheck_;  // null for a file with an end mark
-  PointCollector            points_;
-  std::optional<StepKey>    current_;
-  std::set<std::string>     names_;  // fields of the current result that name their step
+  const ResultReader&                               reader_;
+  ImportJob&                                        job_;
+  bool                                              meshSaved_ = false;
+  NodalAverages                                     averages_;
+  std::unique_ptr<EndCheck>                         endCheck_;  // null for a file with an end mark
+  PointCollector                                    points_;
+  std::optional<StepKey>                            current_;
+  std::map<std::string, std::vector<std::uint64_t>> prints_;  // of rows by identity and batch, of the current result
+  std::set<std::string>                             names_;   // fields of the current result that name their step
 
   // The field being read.
   bool                               isListed_ = false;  // it names its step
   bool                               isRead_   = false;
   std::string                        skipReason_;          // of its rows when they are not read
+  std::optional<StepMatcher::Match>  repeated_;            // it repeats a field of its result: its rows tell what it is
+  std::size_t                        batch_      = 0;      // of its rows
   bool                               isInPrints_ = false;  // its block has rows of the prints
   std::unique_ptr<FED_IdDataBlock>   view_;
   FED_IdDataRecord*                  record_ = nullptr;  // of a list

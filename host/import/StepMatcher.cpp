@@ -45,10 +45,21 @@ std::optional<StepMatcher::Match> StepMatcher::MatchPrinted(const ResultStep& st
   const std::size_t place    = Place(step, repeated);
   if (place == kNone) return std::nullopt;
 
+  return MoveTo(place, step, identity);
+}
+
+StepMatcher::Match StepMatcher::MoveTo(std::size_t place, const ResultStep& step, const std::string& identity)
+{
   if (place != cursor_) seen_.clear();
   cursor_     = place;
   cursorTime_ = step.value;
   return Match{entries_[place].key, entries_[place].value, !seen_.insert(identity).second};
+}
+
+std::optional<StepMatcher::Match> StepMatcher::MatchRepeated(const ResultStep& step, const std::string& identity)
+{
+  if (fromFiles_ || step.analysis != AnalysisTime) return std::nullopt;
+  return MoveTo(AddNumbered(step), step, identity);
 }
 
 std::size_t StepMatcher::Place(const ResultStep& step, bool repeated)
@@ -78,7 +89,7 @@ std::size_t StepMatcher::PlaceMode(const ResultStep& step, bool repeated)
 
   if (!fromFiles_ && sameTime) return cursor_;
 
-  const std::size_t next = fromFiles_ ? FindTime(step, cursor_ + 1) : AddNumbered(step.value);
+  const std::size_t next = fromFiles_ ? FindTime(step, cursor_ + 1) : AddNumbered(step);
   if (next == kNone && sameTime) return cursor_;
   if (next != kNone) {
     staleMode_ = step.substep;
@@ -94,7 +105,7 @@ std::size_t StepMatcher::PlaceTime(const ResultStep& step, bool repeated)
     const std::size_t next = repeated ? FindTime(step, cursor_ + 1) : kNone;
     return next == kNone ? cursor_ : next;
   }
-  return fromFiles_ ? FindTime(step, cursor_ == kNone ? 0 : cursor_) : AddNumbered(step.value);
+  return fromFiles_ ? FindTime(step, cursor_ == kNone ? 0 : cursor_) : AddNumbered(step);
 }
 
 /// The nearest result at the time, of equally near ones the first.
@@ -105,6 +116,7 @@ std::size_t StepMatcher::FindTime(const ResultStep& step, std::size_t from) cons
   for (std::size_t i = from; i < entries_.size(); ++i) {
     const Entry& entry = entries_[i];
     if (entry.key.analysis == AnalysisModes) continue;
+    if (step.analysis == AnalysisOther && entry.key.analysis != AnalysisOther) continue;
     const double distance = std::abs(entry.value - step.value);
     if (distance <= entry.tolerance + step.tolerance) {
       if (found == kNone || distance < nearest) {
@@ -151,16 +163,23 @@ std::size_t StepMatcher::AddMode(int mode)
   return Insert({loadCase, AnalysisModes, mode}, 0.0, 0.0, false);
 }
 
-std::size_t StepMatcher::AddNumbered(double time)
+std::size_t StepMatcher::AddNumbered(const ResultStep& step)
 {
   numbered_ = true;
+  if (step.analysis == AnalysisOther) {
+    // Frequencies ascend within a step.
+    const bool onward = cursor_ != kNone && entries_[cursor_].key.analysis == AnalysisOther && step.value > cursorTime_;
+    const StepKey last = cursor_ == kNone ? StepKey() : entries_[cursor_].key;
+    return Insert({onward ? last.loadCase : FreeLoadCase(), AnalysisOther, onward ? last.substep + 1 : 1}, step.value,
+                  0.0, false);
+  }
   StepKey key{1, AnalysisTime, 1};
   if (cursor_ != kNone) {
     const StepKey& last = entries_[cursor_].key;
     key                 = last.analysis == AnalysisTime ? StepKey{last.loadCase, AnalysisTime, last.substep + 1}
                                                         : StepKey{last.loadCase + 1, AnalysisTime, 1};
   }
-  return Insert(key, time, 0.0, false);
+  return Insert(key, step.value, 0.0, false);
 }
 
 std::optional<StepKey> StepMatcher::LastBehind(const StepKey& key) const

@@ -53,6 +53,10 @@ public:
   /// @return nothing when results are known and the field belongs to none of them
   std::optional<Match> MatchPrinted(const ResultStep& step, const std::string& identity);
 
+  /// Puts a field that repeats one of its result, and is another, to a result of its own.
+  /// @return nothing where results in time are listed: what is not among them is none
+  std::optional<Match> MatchRepeated(const ResultStep& step, const std::string& identity);
+
   /// @return the step of an eigenvalue table: the next step with modes, or a step of its own that no result uses
   int MatchModeTable();
 
@@ -83,7 +87,8 @@ private:
   std::size_t FindMode(int mode, std::size_t from) const;
   bool        IsLastMode(std::size_t entry) const;
   std::size_t AddMode(int mode);
-  std::size_t AddNumbered(double time);
+  std::size_t AddNumbered(const ResultStep& step);
+  Match       MoveTo(std::size_t place, const ResultStep& step, const std::string& identity);
   int         FreeLoadCase() const;
 
   std::vector<Entry>                    entries_;             // ascending keys

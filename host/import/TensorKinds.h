@@ -45,10 +45,10 @@ inline constexpr TensorKinds kTensorKinds[] = {
 /// Components of a symmetric tensor.
 inline constexpr std::size_t kNumComponents = 6;
 
-/// @return which of the tensors a field is, nothing for another field and for the imaginary part of one
+/// @return which of the tensors a field is, nothing for another field
 inline std::optional<Quantity> FindTensor(const ResultField& field)
 {
-  if (field.numValues != kNumComponents || field.imaginary) return std::nullopt;
+  if (field.numValues != kNumComponents) return std::nullopt;
   if (field.quantity == FieldQuantity::Stress) return QuantityStress;
   if (field.quantity == FieldQuantity::Strain) return QuantityStrain;
   return std::nullopt;

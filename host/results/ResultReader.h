@@ -81,7 +81,8 @@ enum class FieldPlace
   Total     ///< nothing: values of a whole set
 };
 
-/// One field of one result: what stands before its rows.
+/// One field of one result: what stands before its rows. The imaginary part of a complex field is a field of a name of
+/// its own, and of no quantity.
 struct ResultField
 {
   ResultStep    step;
@@ -90,7 +91,6 @@ struct ResultField
   FieldQuantity quantity  = FieldQuantity::Other;
   FieldPlace    place     = FieldPlace::Node;
   std::size_t   numValues = 0;          ///< of a row; 0 where it differs between rows
-  bool          imaginary = false;      ///< the imaginary part of a complex field
   std::vector<std::string> valueNames;  ///< of a total: a name in full for each value
   std::int64_t             line = 0;    ///< where it begins, from 1
 };

@@ -90,6 +90,22 @@ public:
   }
 };
 
+// Keeps what it is told of blocks.
+class BlockSink : public DatSink
+{
+public:
+  Log blocks;
+
+  void OnModes(std::span<const DatMode>) override {}
+  void OnBlockBegin(const DatBlock& block) override
+  {
+    blocks.push_back(block.key + (block.harmonic ? " harmonic" : "") + (block.imaginary ? " imaginary" : ""));
+  }
+  void OnRows(const DatBlock&, std::span<const DatRow>) override {}
+  void OnBlockEnd(const DatBlock&) override {}
+  void OnSkipped(const std::string&, std::size_t, std::int64_t) override {}
+};
+
 Log LogOf(const std::string& text)
 {
   std::istringstream in(text);
@@ -468,6 +484,30 @@ TEST(DatReader, SkipsComplexModesAndTellsRealFromImaginaryParts)
   EXPECT_EQ(LogOf(text), (Log{"2: skipped 1 of complex eigenvalues",
                               "17: NT of A 'temperatures' time 2 node x 1 mode 1", "19: 4/0 1", "end NT",
                               "24: NT of A 'temperatures' time 2 node x 1 mode 1 imaginary", "26: 4/0 1", "end NT"}));
+}
+
+std::string HarmonicBanner(const std::string& frequency)
+{
+  return "\nP A R T I C I P A T I O N   F A C T O R S   F O R   F R E Q U E N C Y    " + frequency +
+         " (CYCLES/TIME)\n\n";
+}
+
+TEST(DatReader, OfAHarmonicResponseTheSecondOfTwoBlocksIsTheImaginaryPart)
+{
+  const std::string text = HarmonicBanner("0.2000000000000E+01") + kTemperatures + kHeat + kTemperatures + kHeat +
+                           HarmonicBanner("0.3000000000000E+01") + kTemperatures;
+  std::istringstream in(text);
+  BlockSink          sink;
+  ReadDat(in, "a.dat", sink);
+  EXPECT_EQ(sink.blocks, (Log{"NT harmonic", "RFL harmonic", "NT harmonic imaginary", "RFL harmonic imaginary", "NT"}))
+      << "the last block is of a time that the banner does not name";
+}
+
+TEST(DatReader, RefusesAThirdBlockOfAHarmonicResponse)
+{
+  const std::string message =
+      FailureOfText(HarmonicBanner("0.2000000000000E+01") + kTemperatures + kTemperatures + kTemperatures);
+  EXPECT_NE(message.find("expected a real and an imaginary part of 'temperatures'"), std::string::npos) << message;
 }
 
 // Nothing in the file says that the modes of a step are over. Two cards may ask for the same, so a block that comes

@@ -125,6 +125,31 @@ TEST(StepMatcher, HarmonicResultsAreNumberedAndFoundByFrequency)
   EXPECT_EQ(KeyOf(matcher, Block(2000.0)), (StepKey{2, AnalysisOther, 2}));
 }
 
+TEST(StepMatcher, HarmonicResultsThatNothingListsAreNumberedBehindTheModes)
+{
+  const auto harmonic = [](double frequency) {
+    DatBlock block = Block(frequency);
+    block.harmonic = true;
+    return block;
+  };
+  StepMatcher matcher;
+  EXPECT_EQ(matcher.MatchModeTable(), 1);
+  EXPECT_EQ(KeyOf(matcher, harmonic(1000.0)), (StepKey{2, AnalysisOther, 1}));
+  EXPECT_EQ(KeyOf(matcher, harmonic(1000.0)), (StepKey{2, AnalysisOther, 1}));
+  EXPECT_EQ(KeyOf(matcher, harmonic(2000.0)), (StepKey{2, AnalysisOther, 2}));
+  EXPECT_EQ(KeyOf(matcher, harmonic(1000.0)), (StepKey{3, AnalysisOther, 1})) << "frequencies ascend within a step";
+}
+
+TEST(StepMatcher, AHarmonicResultIsNoResultInTime)
+{
+  StepMatcher matcher;
+  AddDataset(matcher, Dataset(kTime, 1, 1, 1000.0));
+  AddDataset(matcher, Dataset(kHarmonic, 2, 0, 1000.0, 4));
+  DatBlock block = Block(1000.0);
+  block.harmonic = true;
+  EXPECT_EQ(KeyOf(matcher, block), (StepKey{2, AnalysisOther, 1}));
+}
+
 TEST(StepMatcher, FindsATimeWithinThePrintedDigitsOfBothFiles)
 {
   StepMatcher matcher;
