@@ -220,6 +220,8 @@ void Reader::Read()
   for (;;) {
     NextLine(kNextBlock);
     if (StartsWith("    1U")) continue;  // user text
+    if (StartsWith("    1C"))
+      file_.Fail("expected one heading '    1C', found a second one: results of fluids and networks are not read");
     if (StartsWith("    1P")) {
       ReadParameter();
     } else if (StartsWith("    2C")) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "calculix/DatReader.h"
@@ -305,6 +306,33 @@ struct JobPaths
   std::filesystem::path sta;
 };
 
+constexpr const char* kExtensions[] = {".inp", ".frd", ".dat", ".sta"};
+
+bool IsSolverFile(const std::filesystem::path& file)
+{
+  return std::ranges::find(kExtensions, LowerExtension(file)) != std::end(kExtensions);
+}
+
+std::filesystem::path StemOf(const std::filesystem::path& file)
+{
+  return std::filesystem::absolute(file).lexically_normal().replace_extension();
+}
+
+/// Adds the file, or, of a name that no file has, the solver's files of this stem.
+void AddFilesOf(const std::filesystem::path& name, std::vector<std::filesystem::path>& files)
+{
+  bool isStem = false;
+  if (!IsSolverFile(name) && !std::filesystem::is_regular_file(name)) {
+    for (const char* extension : kExtensions) {
+      const std::filesystem::path file = name.string() + extension;
+      if (!std::filesystem::is_regular_file(file)) continue;
+      files.push_back(file);
+      isStem = true;
+    }
+  }
+  if (!isStem) files.push_back(name);
+}
+
 ResultJob MakeJob(JobPaths paths)
 {
   if (paths.frd.empty() && paths.dat.empty()) {
@@ -312,7 +340,9 @@ ResultJob MakeJob(JobPaths paths)
   }
   std::filesystem::path beside = paths.frd.empty() ? paths.dat : paths.frd;  // named as the user names the job
   beside.replace_extension(".sta");
-  if (paths.sta.empty() && std::filesystem::exists(beside)) paths.sta = beside;
+  std::error_code noSize;
+  const bool      isThere = std::filesystem::file_size(beside, noSize) > 0 && !noSize;
+  if (paths.sta.empty() && isThere) paths.sta = beside;
 
   ResultJob job;
   job.stem = paths.stem;
@@ -388,12 +418,18 @@ std::unique_ptr<ResultReader> MakeStaReader(std::filesystem::path path)
   return std::make_unique<FileReader<StaAdapter, false>>(std::move(path));
 }
 
-SolverFiles GroupFiles(const std::vector<std::filesystem::path>& files)
+SolverFiles GroupFiles(const std::vector<std::filesystem::path>& named)
 {
+  std::vector<std::filesystem::path> files;
+  for (const std::filesystem::path& file : named) AddFilesOf(file, files);
   SolverFiles           found;
   std::vector<JobPaths> jobs;
   for (const std::filesystem::path& file : files) {
     const std::string extension = LowerExtension(file);
+    if (!IsSolverFile(file)) {
+      found.passedOver.push_back(file);
+      continue;
+    }
     if (extension == ".inp") {
       if (!found.deck.empty() && found.deck != file)
         Fail("expected one deck, found " + found.deck.string() + " and " + file.string());
@@ -401,7 +437,7 @@ SolverFiles GroupFiles(const std::vector<std::filesystem::path>& files)
       continue;
     }
     // Absolute, so that "./job.frd" belongs to "job.dat" and a file that is named twice is read once.
-    const std::filesystem::path stem = std::filesystem::absolute(file).lexically_normal().replace_extension();
+    const std::filesystem::path stem = StemOf(file);
     auto job = std::find_if(jobs.begin(), jobs.end(), [&stem](const JobPaths& known) { return known.stem == stem; });
     if (job == jobs.end()) job = jobs.insert(jobs.end(), JobPaths{stem, {}, {}, {}});
 
@@ -409,11 +445,13 @@ SolverFiles GroupFiles(const std::vector<std::filesystem::path>& files)
       job->frd = file;
     } else if (extension == ".dat") {
       job->dat = file;
-    } else if (extension == ".sta") {
-      job->sta = file;
     } else {
-      Fail(file.string() + ": expected a result file .frd, .dat or .sta, or a deck .inp");
+      job->sta = file;
     }
+  }
+  for (const std::filesystem::path& file : found.passedOver) {
+    const bool isOfJob = std::ranges::any_of(jobs, [&file](const JobPaths& job) { return job.stem == StemOf(file); });
+    if (!isOfJob) Fail(file.string() + ": expected a result file .frd, .dat or .sta, or a deck .inp");
   }
   for (JobPaths& job : jobs) found.jobs.push_back(MakeJob(std::move(job)));
   return found;

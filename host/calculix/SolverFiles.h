@@ -18,13 +18,15 @@ struct StaRow;
 /// The files of an import, by what they are.
 struct SolverFiles
 {
-  std::filesystem::path  deck;  ///< empty without a deck
-  std::vector<ResultJob> jobs;
+  std::filesystem::path              deck;  ///< empty without a deck
+  std::vector<ResultJob>             jobs;
+  std::vector<std::filesystem::path> passedOver;  ///< other files of the jobs' stems
 };
 
 /// Puts files of one stem together: .frd, .dat and .sta are one job, in the order in which their stems come. A .sta
-/// beside the others belongs to them unasked.
-/// @throws FED_Failure for two decks, for a file of another extension and for a .sta without the others
+/// beside the others belongs to them unasked, unless it is empty: the solver leaves such a one where it dies. A stem
+/// stands for the deck and the result files that have it; other files of a stem are passed over.
+/// @throws FED_Failure for two decks, for a file of another extension and stem and for a .sta without the others
 SolverFiles GroupFiles(const std::vector<std::filesystem::path>& files);
 
 /// A .frd: it names the steps of its data sets and ends with a mark.

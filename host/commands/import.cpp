@@ -24,6 +24,7 @@
 #include "terminal/Output.h"
 #include "terminal/Table.h"
 #include "terminal/Terminal.h"
+#include "text/Case.h"
 #include "text/Failure.h"
 #include "text/Format.h"
 #include "text/JsonText.h"
@@ -102,8 +103,23 @@ AverageBy ParseAverageBy(const std::string& text)
   return by;
 }
 
+/// A folder of text results may have any name; a new one that looks like a file of another program is a slip.
+void CheckOutputName(const std::string& output)
+{
+  namespace fs                    = std::filesystem;
+  const fs::path        name      = fs::path(output).lexically_normal();
+  const std::string     last      = (name.has_filename() ? name : name.parent_path()).filename().string();
+  const std::string     extension = LowerExtension(name);
+  constexpr const char* kExpected = "expected the name of a working database (.fed) or of an ONF folder (.onf)";
+  if (last == "." || last == "..") Fail(output + ": " + kExpected);
+  const bool isOurs = extension.empty() || extension == ".fed" || extension == ".onf";
+  if (!isOurs && name.has_filename() && !fs::exists(name))
+    Fail(output + ": " + kExpected + ", found the extension " + extension);
+}
+
 void Run(const Options& options, CommandContext& context)
 {
+  CheckOutputName(options.output);
   Publication  publication(options.output);
   KindRequests requests = KindRequests::Nothing();
   if (options.requests) requests = KindRequests(*options.requests, KindTable());
@@ -146,7 +162,8 @@ CommandFunction DefineImport(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
   app.add_option("FILE", options->files,
-                 "The solver's deck .inp and its result files .frd and .dat; results of one job share a stem")
+                 "The solver's deck .inp and its result files .frd and .dat; results of one job share a stem,\n"
+                 "which alone stands for those that are there")
       ->required();
   app.add_option("-o,--output", options->output,
                  "Working database (.fed) or ONF folder to write; blocks of equal keys are replaced")

@@ -39,7 +39,7 @@ struct ImportJob
   /// @return what a reader calls while it reads the file
   ReadProgress MakeProgress(const std::filesystem::path& path) const;
 
-  /// Completes the mesh from the deck, if there is one, and saves it.
+  /// Completes the mesh from the deck, if there is one, and saves it. Notes the nodes that the deck has elsewhere.
   void SaveMesh();
 
   const ImportOptions& options;

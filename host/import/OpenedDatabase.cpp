@@ -55,6 +55,7 @@ std::unique_ptr<FED_ResultDatabase> ImportFile(const fs::path& path, Listener& l
   for (const std::string& notice : report.notices) listener.Note(notice);
   for (const SkippedRows& skipped : report.skipped)
     listener.Note("skipped " + Counted(skipped.rows, "row") + ": " + skipped.reason);
+  if (report.blocks == 0) listener.Note(path.string() + ": holds no results");
   return database;
 }
 

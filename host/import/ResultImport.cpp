@@ -142,6 +142,8 @@ ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_
   context.groups = ElementGroups(options.averageBy, context.deck);
 
   ImportRecord record;
+  for (const std::filesystem::path& file : found.passedOver)
+    record.Notice(file.string() + ": no result file and no deck, passed over");
   UserKindPool kinds(target);
   if (found.jobs.empty()) ImportJob(target, options, context, kinds, record, {}).SaveMesh();
   for (const ResultJob& jobFiles : found.jobs) {

@@ -1,6 +1,7 @@
 #include "import/ResultMesh.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -18,6 +19,26 @@ namespace {
 constexpr int kCoordinates  = 516;
 constexpr int kElementNodes = 595;
 constexpr int kElementType  = 596;
+
+/// Whether a place is the exact one of a place with six digits.
+bool IsPlaceOf(std::span<const double> place, std::span<const double> rounded)
+{
+  // Half a unit of the sixth digit is at most 5e-6 of a value, and what a rotation leaves of a zero is a fraction of
+  // the node's other coordinates.
+  constexpr double kLargestRounding = 6e-6;
+  constexpr double kNoise           = 1e-12;
+  double           largest          = 0.0;
+  for (const double value : rounded) largest = std::max(largest, std::abs(value));
+  for (std::size_t k = 0; k < rounded.size(); ++k) {
+    if (!(std::abs(place[k] - rounded[k]) <= kLargestRounding * std::abs(rounded[k]) + kNoise * largest)) return false;
+  }
+  return true;
+}
+
+double Distance(std::span<const double> a, std::span<const double> b)
+{
+  return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]);
+}
 
 }  // namespace
 
@@ -45,9 +66,9 @@ void ResultMesh::AddElements(std::span<const MeshElement> elements)
   }
 }
 
-void ResultMesh::AddDeck(const ImportedDeck& deck)
+std::vector<ResultMesh::MovedNode> ResultMesh::AddDeck(const ImportedDeck& deck)
 {
-  AddDeckNodes(deck);
+  std::vector<MovedNode> moved = AddDeckNodes(deck);
   // Beside a .frd, what it leaves out has no part in the solver's averages: springs, masses, networks.
   const bool isAlone = elements_.Entries().empty();
   for (const auto& [id, element] : deck.model.elements.Entries()) {
@@ -66,11 +87,24 @@ void ResultMesh::AddDeck(const ImportedDeck& deck)
            " with the type and the nodes that it has at " + deck.model.Describe(element.place));
     }
   }
+  return moved;
 }
 
-void ResultMesh::AddDeckNodes(const ImportedDeck& deck)
+std::vector<ResultMesh::MovedNode> ResultMesh::AddDeckNodes(const ImportedDeck& deck)
 {
-  for (const auto& [id, node] : deck.model.nodes.Entries()) AddNodes({&id, 1}, node.position);
+  std::vector<MovedNode> moved;
+  for (const auto& [id, node] : deck.model.nodes.Entries()) {
+    const std::size_t position = nodes_.Find(id);
+    if (position != IdRadixMap<Node>::npos) {
+      const std::span<const double> theirs = std::span(coordinates_).subspan(3 * position, 3);
+      if (!IsPlaceOf(node.position, theirs)) {
+        moved.push_back({id, Distance(node.position, theirs)});
+        continue;
+      }
+    }
+    AddNodes({&id, 1}, node.position);
+  }
+  return moved;
 }
 
 void ResultMesh::AddDeckElement(const ImportedDeck& deck, int id, bool isCounted)

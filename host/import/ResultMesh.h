@@ -56,13 +56,22 @@ public:
   /// @throws FED_Failure for an element that is listed twice
   void AddElements(std::span<const MeshElement> elements);
 
+  /// A node that a deck has elsewhere than the results.
+  struct MovedNode
+  {
+    int    id       = 0;
+    double distance = 0.0;
+  };
+
   /// Completes the mesh of a .frd with what a deck says: all digits of the coordinates, element types and materials,
   /// and the nodes and elements that the .frd leaves out. Elements that the solver has expanded keep the .frd's nodes.
   /// Without a .frd the mesh is the deck's.
   /// @param deck its element types are borrowed for good: they are a constant table
+  /// @return nodes that the deck has elsewhere by more than the digits of the .frd allow; they stay where the results
+  ///         have them
   /// @throws FED_Failure for a solid that the .frd has with another type or other nodes, and without a .frd for one
   ///         with a node that the deck has not
-  void AddDeck(const ImportedDeck& deck);
+  std::vector<MovedNode> AddDeck(const ImportedDeck& deck);
 
   /// Writes coordinates (516), node lists (595) and types (596) and forgets the coordinates. The descriptors have the
   /// iteration and the ONF id alone.
@@ -79,10 +88,10 @@ public:
   std::span<const int> NodesOf(const Element& element) const noexcept;
 
 private:
-  void AddDeckNodes(const ImportedDeck& deck);
-  void AddDeckElement(const ImportedDeck& deck, int id, bool isCounted);
-  void SaveCoordinates(FED_Database& database, int iteration);
-  void SaveElements(FED_Database& database, int iteration);
+  std::vector<MovedNode> AddDeckNodes(const ImportedDeck& deck);
+  void                   AddDeckElement(const ImportedDeck& deck, int id, bool isCounted);
+  void                   SaveCoordinates(FED_Database& database, int iteration);
+  void                   SaveElements(FED_Database& database, int iteration);
 
   std::filesystem::path path_;
   IdRadixMap<Node>      nodes_;

@@ -184,6 +184,12 @@ TEST(FrdReader, AcceptsLineEndsOfAnySystemAndBlanksBeforeThem)
 }
 
 // The solver writes such a file when it only stores matrices.
+TEST(FrdReader, SaysThatResultsOfFluidsAreNotRead)
+{
+  EXPECT_EQ(FailureOfText("    1C\n    1C\n"),
+            "a.frd:2: expected one heading '    1C', found a second one: results of fluids and networks are not read");
+}
+
 TEST(FrdReader, ReadsAFileWithoutAMesh) { EXPECT_EQ(LogOf("    1C\n    1USmall brick\n 9999\n"), Log()); }
 
 // A shell of three plies counts as one element and is written as three.

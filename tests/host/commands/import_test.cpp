@@ -199,6 +199,58 @@ TEST_F(ImportCommand, FileWithoutResultsIsAnError)
   EXPECT_FALSE(fs::exists(out_));
 }
 
+TEST_F(ImportCommand, AStemStandsForTheFilesOfTheJob)
+{
+  const RunResult whole = RunQuilon({"import", Fixture("a_tet/a_tet.inp"), frd_, dat_, "-o", out_, "--json"});
+  const RunResult stem = RunQuilon({"import", Fixture("a_tet/a_tet"), "-o", (folder_ / "stem.onf").string(), "--json"});
+  ASSERT_EQ(stem.exitCode, 0) << stem.err;
+  EXPECT_EQ(nlohmann::json::parse(stem.out).at("blocks"), nlohmann::json::parse(whole.out).at("blocks"));
+}
+
+TEST_F(ImportCommand, OtherFilesOfTheJobArePassedOver)
+{
+  for (const char* extension : {".frd", ".dat"})
+    fs::copy(Fixture("a_tet/a_tet") + extension, folder_ / ("job" + std::string(extension)));
+  for (const char* extension : {".12d", ".cvg", ".sta"}) std::ofstream(folder_ / ("job" + std::string(extension)));
+  const auto      path = [this](const char* name) { return (folder_ / name).string(); };
+  const RunResult run =
+      RunQuilon({"import", path("job.12d"), path("job.cvg"), path("job.dat"), path("job.frd"), "-o", out_});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_NE(run.err.find(path("job.12d") + ": no result file and no deck, passed over\n"), std::string::npos)
+      << run.err;
+  EXPECT_NE(run.err.find(path("job.cvg")), std::string::npos) << run.err;
+
+  const RunResult other = RunQuilon({"import", path("job.dat"), path("notes.txt"), "-o", (folder_ / "b.onf").string()});
+  EXPECT_EQ(other.exitCode, 2);
+  EXPECT_EQ(other.err,
+            "quilon: error: " + path("notes.txt") + ": expected a result file .frd, .dat or .sta, or a deck .inp\n");
+}
+
+TEST_F(ImportCommand, OutputWithAForeignExtensionIsASlip)
+{
+  const std::string csv = (folder_ / "out.csv").string();
+  const RunResult   run = RunQuilon({"import", frd_, "-o", csv});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err, "quilon: error: " + csv +
+                         ": expected the name of a working database (.fed) or of an ONF folder (.onf), found the "
+                         "extension .csv\n");
+  EXPECT_FALSE(fs::exists(csv));
+  for (const char* name : {".", "..", "./"}) {
+    const RunResult here = RunQuilon({"import", frd_, "-o", name});
+    EXPECT_EQ(here.exitCode, 2) << name;
+    EXPECT_EQ(here.err, "quilon: error: " + std::string(name) +
+                            ": expected the name of a working database (.fed) or of an ONF folder (.onf)\n");
+  }
+}
+
+TEST_F(ImportCommand, AnEmptyResultFileIsToldOfByEveryCommand)
+{
+  const std::string dat = (folder_ / "job.dat").string();
+  std::ofstream(dat) << "\n";
+  const RunResult run = RunQuilon({"ls", dat});
+  EXPECT_NE(run.err.find(dat + ": holds no results\n"), std::string::npos) << run.err;
+}
+
 TEST_F(ImportCommand, OutputThatCannotBeWrittenIsToldBeforeAnythingIsRead)
 {
   const std::string parent = folder_.GetPath().string();

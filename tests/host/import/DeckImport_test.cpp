@@ -132,6 +132,25 @@ TEST(DeckImport, CoordinatesHaveAllDigitsOfTheDeck)
   EXPECT_EQ(ValuesOf(job.database, MeshKey(516), 3).at(8)[0], 10.39300000012);
 }
 
+TEST(DeckImport, WhereTheResultsContradictTheDeckTheSolversCoordinatesAreKept)
+{
+  const TempFolder folder;
+  WriteText(folder / "job.inp", Replaced(ReadText(Fixture("hex8i/hex8i.inp")), "8, 10.393,", "8, 10.394,"));
+  Imported job({folder / "job.inp", Fixture("hex8i/hex8i.frd")});
+  EXPECT_EQ(ValuesOf(job.database, MeshKey(516), 3).at(8)[0], 10.393);
+  ASSERT_EQ(job.report.skipped.size(), 1u);
+  EXPECT_EQ(job.report.skipped[0].reason, "coordinates of the deck that the results contradict");
+  EXPECT_EQ(job.report.skipped[0].rows, 1u);
+  ASSERT_EQ(job.report.notices.size(), 1u);
+  EXPECT_EQ(job.report.notices[0],
+            "the deck has 1 node elsewhere than the results: node 8 by 0.001; the solver's coordinates are kept");
+
+  ImportOptions strict;
+  strict.strict = true;
+  EXPECT_EQ(MessageOf({folder / "job.inp", Fixture("hex8i/hex8i.frd")}, strict),
+            "expected to read everything, left out: 1 x coordinates of the deck that the results contradict");
+}
+
 TEST(DeckImport, ADeckAloneGivesItsMesh)
 {
   Imported deck({Fixture("mixed_linear/mixed_linear.inp")});
