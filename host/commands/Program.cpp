@@ -11,10 +11,12 @@
 #include <vector>
 
 #include <bundled/LogSink.h>
+#include <bundled/OnfFileLayer.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
 #include "commands/ExitCode.h"
+#include "database/WatchedFiles.h"
 #include "progress/Interrupt.h"
 #include "quilon_version.h"
 #include "terminal/Console.h"
@@ -42,6 +44,20 @@ public:
 
 private:
   QuilonLog::Sink former_;
+};
+
+/// ONF text is read and written through files that stop for an interrupt, for as long as this object lives.
+class InterruptibleOnfText
+{
+public:
+  InterruptibleOnfText() : former_(OnfFileLayer::Set(&files_)) {}
+  InterruptibleOnfText(const InterruptibleOnfText&)            = delete;
+  InterruptibleOnfText& operator=(const InterruptibleOnfText&) = delete;
+  ~InterruptibleOnfText() { OnfFileLayer::Set(former_); }
+
+private:
+  WatchedFiles   files_;
+  FED_FileLayer* former_;
 };
 
 /// @return the word of the command itself, with the words of those above it: "quilon deck check"
@@ -172,9 +188,10 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
 int RunProgram(int argc, const char* const* argv)
 {
   WatchSignals();
-  Console            console;
-  Output             output;
-  const LogToConsole log(console);
+  Console                    console;
+  Output                     output;
+  const LogToConsole         log(console);
+  const InterruptibleOnfText onfText;
   output.BeforeText([&console] { console.ClearProgress(); });
   try {
     const std::vector<const char*> arguments = Unfold(argc, argv);
@@ -189,7 +206,9 @@ int RunProgram(int argc, const char* const* argv)
   } catch (const std::filesystem::filesystem_error& error) {
     console.Error(error.path1().string() + ": " + error.code().message());
   } catch (const std::exception& error) {
-    console.Error(error.what());
+    // A call that the signal broke off, such as the opening of a pipe that nobody writes to, fails in other words.
+    console.Error(IsInterrupted() ? "interrupted" : error.what());
+    if (IsInterrupted()) return ExitInterrupted;
   }
   return ExitTrouble;
 }

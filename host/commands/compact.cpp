@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/WaitOption.h"
 #include "database/DatabaseFolder.h"
 #include "database/FolderSize.h"
 #include "database/WatchedFiles.h"
@@ -23,6 +24,7 @@ namespace {
 struct Options
 {
   std::string database;
+  double      wait = 0;
   bool        json = false;
 };
 
@@ -30,7 +32,8 @@ void Run(const Options& options, CommandContext& context)
 {
   if (!IsWorkingDatabaseFolder(options.database)) Fail(options.database + ": not a working database (.fed)");
   const std::uint64_t before = FolderSize(options.database);
-  WatchedFiles        files([&](std::uint64_t bytes) { context.console.Progress("compacting", bytes, before); });
+  WatchedFiles        files([&](std::uint64_t bytes) { context.console.Progress("compacting", bytes, before); },
+                     PatienceOf(options.wait, context.console));
   FED_ResultDatabase(options.database, FED_ResultDatabase::ReadWrite, files.GetOptions()).Compact();
   const std::uint64_t after = FolderSize(options.database);
   if (options.json)
@@ -46,6 +49,7 @@ CommandFunction DefineCompact(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
   app.add_option("DB", options->database, "Working database (.fed)")->required();
+  AddWaitOption(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Writes all that is alive into one segment: bytes of deleted and replaced records are given back. Whoever reads\n"

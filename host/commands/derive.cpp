@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/WaitOption.h"
 #include "database/BlockSummary.h"
 #include "database/DatabaseFolder.h"
 #include "database/Publication.h"
@@ -34,6 +35,7 @@ struct Options
   std::string database;
   std::string output;
   std::string requests = "all";
+  double      wait     = 0;
   bool        json     = false;
 };
 
@@ -121,7 +123,7 @@ void Report(const Options& options, Output& output, const Changes& changes, cons
 /// Results go where their sources are, so that memory stays flat.
 void DeriveInWorkingDatabase(const Options& options, CommandContext& context)
 {
-  WatchedFiles       files;
+  WatchedFiles       files({}, PatienceOf(options.wait, context.console));
   FED_ResultDatabase database(options.database, FED_ResultDatabase::ReadWrite, files.GetOptions());
   const KindTable    kinds(database);
   KindRequests       requests(options.requests, kinds);
@@ -133,11 +135,12 @@ void DeriveInWorkingDatabase(const Options& options, CommandContext& context)
 /// Without an output DB is an ONF folder, which gets only what it does not have yet.
 void DeriveInCopy(const Options& options, CommandContext& context)
 {
-  const bool                            inPlace = options.output.empty();
-  Publication                           publication(inPlace ? options.database : options.output);
-  OpenedDatabase                        source(options.database, context.console, OpenedDatabase::DeriveNothing);
-  const KindTable                       kinds(source.Get());
-  KindRequests                          requests(options.requests, kinds);
+  const bool      inPlace = options.output.empty();
+  Publication     publication(inPlace ? options.database : options.output, Publication::AnyDatabase,
+                          PatienceOf(options.wait, context.console));
+  OpenedDatabase  source(options.database, context.console, OpenedDatabase::DeriveNothing);
+  const KindTable kinds(source.Get());
+  KindRequests    requests(options.requests, kinds);
   const std::vector<FED_DataDescriptor> all    = source.Get().GetDataDescriptors(FED_DataDescriptorPattern());
   FED_Database&                         target = publication.Target();
   source.CopyTo(target, all);
@@ -171,6 +174,7 @@ CommandFunction DefineDerive(CLI::App& app)
   app.add_option("--request", options->requests,
                  "What to derive: kinds, the path of a request file, all or none (default: all)")
       ->type_name("KIND,...|FILE");
+  AddWaitOption(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Derives principal values of stresses and strains (520, 530, 560, 570) and adds energy contributions to the\n"

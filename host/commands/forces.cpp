@@ -20,6 +20,7 @@
 #include "commands/NumberOptions.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
+#include "commands/WaitOption.h"
 #include "database/DatabaseFolder.h"
 #include "database/Publication.h"
 #include "forces/ForceCalculation.h"
@@ -49,6 +50,7 @@ struct Options
   std::string      set;
   std::string      about;
   std::string      plane;
+  double           wait = 0;
   TableForm        form;
 
   bool HasPart() const { return !elements.empty() || !set.empty(); }
@@ -138,7 +140,9 @@ void Run(const Options& options, CommandContext& context)
          "--elements or --set");
   }
   std::optional<Publication> publication;
-  if (inPlace || !options.output.empty()) publication.emplace(inPlace ? options.database : options.output);
+  if (inPlace || !options.output.empty())
+    publication.emplace(inPlace ? options.database : options.output, Publication::AnyDatabase,
+                        PatienceOf(options.wait, context.console));
 
   std::optional<calculix::DeckModel> deck;
   if (!options.deck.empty()) {
@@ -217,6 +221,7 @@ CommandFunction DefineForces(CLI::App& app)
       ->type_name("PX,PY,PZ,NX,NY,NZ");
   // Alone they would leave a run that adds to DB and judges nothing.
   for (const char* option : {"--tol", "--head"}) app.get_option(option)->needs("--balance");
+  AddWaitOption(app, options->wait);
   AddTableOptions(app, options->form);
   app.footer(
       "Integrates the stresses at integration points (582) to forces at the nodes of each element (580).\n"

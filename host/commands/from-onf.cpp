@@ -9,6 +9,7 @@
 
 #include "commands/Command.h"
 #include "commands/NumberOptions.h"
+#include "commands/WaitOption.h"
 #include "commands/WriteReport.h"
 #include "database/DatabaseFolder.h"
 #include "database/Publication.h"
@@ -34,6 +35,7 @@ struct Options
   int         loadCaseOffset = 0;
   std::string loadCaseMap;
   bool        verify = false;
+  double      wait   = 0;
   bool        json   = false;
 };
 
@@ -51,7 +53,7 @@ FED_DataDescriptor KeyOfCopy(FED_DataDescriptor key, const Options& options, con
 
 void Run(const Options& options, CommandContext& context)
 {
-  Publication              publication(options.output);
+  Publication publication(options.output, Publication::AnyDatabase, PatienceOf(options.wait, context.console));
   const std::map<int, int> loadCaseMap = ParseLoadCaseMap(options.loadCaseMap);
   if (!IsOnfFolder(options.onf)) Fail(options.onf + ": not an ONF folder");
   const auto        onf    = OpenOnf(options.onf);
@@ -92,6 +94,7 @@ CommandFunction DefineFromOnf(CLI::App& app)
       ->type_name("OLD:NEW,...");
   AddIntegerOption(app, "--load-case-offset", options->loadCaseOffset, "Added to every load case, after the map");
   app.add_flag("--verify", options->verify, "Read back what was written and compare every value with the folder");
+  AddWaitOption(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "An iteration that a block has stays. Load cases go through the map first; one that the map does not hold "

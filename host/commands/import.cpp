@@ -13,6 +13,7 @@
 #include "commands/Command.h"
 #include "commands/DeckArguments.h"
 #include "commands/NumberOptions.h"
+#include "commands/WaitOption.h"
 #include "database/Publication.h"
 #include "import/ResultImport.h"
 #include "kinds/KindTable.h"
@@ -43,6 +44,7 @@ struct Options
   DeckArguments              deck;
   int                        iteration      = 0;
   bool                       strict         = false;
+  double                     wait           = 0;
   bool                       keepWholeSteps = false;
   bool                       json           = false;
 };
@@ -120,7 +122,7 @@ void CheckOutputName(const std::string& output)
 void Run(const Options& options, CommandContext& context)
 {
   CheckOutputName(options.output);
-  Publication  publication(options.output);
+  Publication  publication(options.output, Publication::AnyDatabase, PatienceOf(options.wait, context.console));
   KindRequests requests = KindRequests::Nothing();
   if (options.requests) requests = KindRequests(*options.requests, KindTable());
 
@@ -181,6 +183,7 @@ CommandFunction DefineImport(CLI::App& app)
   app.add_flag("--strict", options->strict, "Anything that has to be skipped is an error");
   app.add_flag("--keep-whole-steps", options->keepWholeSteps,
                "On bad input write the steps that were whole, and fail all the same");
+  AddWaitOption(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Everything is written at the end, in one step: bad input writes nothing. A .sta file beside a result file "

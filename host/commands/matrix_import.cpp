@@ -15,6 +15,7 @@
 
 #include "commands/MatrixCommands.h"
 #include "commands/NumberOptions.h"
+#include "commands/WaitOption.h"
 #include "database/DatabaseFolder.h"
 #include "database/Publication.h"
 #include "FED_YaleMatrixStorage.h"
@@ -48,6 +49,7 @@ struct Options
   std::optional<int>       element;
   int                      pair    = 0;
   bool                     swapped = false;
+  double                   wait    = 0;
   bool                     json    = false;
 };
 
@@ -231,7 +233,7 @@ void Run(const Options& options, CommandContext& context)
   if (!options.element && (options.pair != 0 || options.swapped))
     Fail("--pair and --swapped are for the matrix of an element, expected --element ID with them");
 
-  Publication publication(options.output);
+  Publication publication(options.output, Publication::AnyDatabase, PatienceOf(options.wait, context.console));
   Import      import(options, context, publication);
   for (const std::string& file : options.files) import.Store(file);
   const std::size_t blocks = publication.Publish();
@@ -257,6 +259,7 @@ CommandFunction DefineMatrixImport(CLI::App& app)
   AddIntegerOption(app, "--element", options->element, "Keep it in full as the matrix of this element");
   AddIntegerOption(app, "--pair", options->pair, "Which matrix of the element: 1 (.sti), 2 (.mas) or 3");
   app.add_flag("--swapped", options->swapped, "Matrix in the first half of the pair, description in the second");
+  AddWaitOption(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "The degrees of freedom of a .dof file are kept beside the matrix, in a block 'matrix-dofs' with the same keys.\n"

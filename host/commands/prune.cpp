@@ -10,6 +10,7 @@
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
+#include "commands/WaitOption.h"
 #include "database/BlockSummary.h"
 #include "database/DatabaseFolder.h"
 #include "database/WatchedFiles.h"
@@ -31,6 +32,7 @@ struct Options
   std::string      database;
   SelectionOptions selection;
   bool             dryRun = false;
+  double           wait   = 0;
   TableForm        form;
 };
 
@@ -88,7 +90,7 @@ void Run(const Options& options, CommandContext& context)
   if (!IsWorkingDatabaseFolder(options.database))
     Fail(options.database + ": not a working database (.fed), expected one to take blocks out of");
   const auto                     access = options.dryRun ? FED_ResultDatabase::ReadOnly : FED_ResultDatabase::ReadWrite;
-  WatchedFiles                   files;
+  WatchedFiles                   files({}, PatienceOf(options.wait, context.console));
   FED_ResultDatabase             database(options.database, access, files.GetOptions());
   const std::vector<PrunedBlock> blocks = FindBlocks(options, database);
   if (!options.dryRun) {
@@ -107,6 +109,7 @@ CommandFunction DefinePrune(CLI::App& app)
   app.add_option("SELECTION", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,...")->required();
   AddStepsOption(app, options->selection);
   app.add_flag("--dry-run", options->dryRun, "Only tell what would go");
+  AddWaitOption(app, options->wait);
   AddTableOptions(app, options->form);
   app.footer(
       "Takes blocks out of a working database, all of them or none, and tells their sizes as 'quilon size' does. The\n"

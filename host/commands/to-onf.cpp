@@ -7,6 +7,7 @@
 
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
+#include "commands/WaitOption.h"
 #include "commands/WriteReport.h"
 #include "database/Publication.h"
 #include "diff/Verification.h"
@@ -24,17 +25,20 @@ struct Options
   std::string      database;
   std::string      output;
   SelectionOptions selection;
+  bool             mirror = false;
   bool             verify = false;
+  double           wait   = 0;
   bool             json   = false;
 };
 
 void Run(const Options& options, CommandContext& context)
 {
-  Publication                           publication(options.output, Publication::OnfFolder);
-  OpenedDatabase                        database(options.database, context.console);
-  const Selection                       selection = options.selection.Parse(KindTable(database.Get()));
-  const std::vector<FED_DataDescriptor> blocks    = database.RequireBlocks(selection, options.selection.ToString());
-  const std::size_t                     written   = publication.PublishBlocks(database.Get(), blocks);
+  Publication     publication(options.output, Publication::OnfFolder, PatienceOf(options.wait, context.console));
+  OpenedDatabase  database(options.database, context.console);
+  const Selection selection                     = options.selection.Parse(KindTable(database.Get()));
+  const std::vector<FED_DataDescriptor> blocks  = database.RequireBlocks(selection, options.selection.ToString());
+  const std::size_t                     written = options.mirror ? publication.MirrorBlocks(database.Get(), blocks)
+                                                                 : publication.PublishBlocks(database.Get(), blocks);
   if (options.verify) {
     OpenedDatabase result(options.output, context.console);
     VerifyWritten(database.Get(), blocks, options.database, result.Get(), options.output);
@@ -53,13 +57,16 @@ CommandFunction DefineToOnf(CLI::App& app)
   app.add_option("--select", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)")
       ->type_name("SELECTION");
   AddStepsOption(app, options->selection);
+  app.add_flag("--mirror", options->mirror, "Leave nothing else in OUT: other blocks of the folder go");
   app.add_flag("--verify", options->verify, "Read back what was written and compare every value");
+  AddWaitOption(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Blocks without records are left out.\n"
       "\n"
       "Examples:\n"
       "  quilon to-onf job.frd job.onf\n"
+      "  quilon to-onf job.fed job.onf --mirror\n"
       "  quilon to-onf bracket.onf last.onf --select stress,displacement --steps last");
   return [options](CommandContext& context) { Run(*options, context); };
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include <bundled/NativePath.h>
+#include <bundled/StoreFile.h>
 
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "text/Case.h"
@@ -12,7 +13,26 @@ namespace quilon {
 
 namespace fs = std::filesystem;
 
-bool IsWorkingDatabase(const fs::path& path) { return fs::is_directory(path) && fs::exists(path / "manifest"); }
+namespace {
+
+bool IsFolder(const fs::path& path) { return StatusOf(path).kind == FED_FileStatus::Folder; }
+
+bool IsFolderWith(const fs::path& path, const char* file)
+{
+  return IsFolder(path) && StatusOf(path / file).kind != FED_FileStatus::Nothing;
+}
+
+}  // namespace
+
+FED_FileStatus StatusOf(const fs::path& path)
+{
+  FED_FileLayer  files;
+  FED_FileStatus status;
+  if (const std::error_code error = files.GetStatus(path, status)) ThrowFileFailure(path, error.message());
+  return status;
+}
+
+bool IsWorkingDatabase(const fs::path& path) { return IsFolderWith(path, "manifest"); }
 
 bool IsWorkingDatabaseName(const fs::path& path)
 {
@@ -21,10 +41,10 @@ bool IsWorkingDatabaseName(const fs::path& path)
 
 bool IsWorkingDatabaseFolder(const fs::path& path)
 {
-  return IsWorkingDatabase(path) || (IsWorkingDatabaseName(path) && fs::is_directory(path));
+  return IsWorkingDatabase(path) || (IsWorkingDatabaseName(path) && IsFolder(path));
 }
 
-bool IsOnfFolder(const fs::path& path) { return fs::is_directory(path) && fs::exists(path / "index"); }
+bool IsOnfFolder(const fs::path& path) { return IsFolderWith(path, "index"); }
 
 std::unique_ptr<QuilonOnfTxtDatabase> OpenOnf(const fs::path& path)
 {

@@ -6,9 +6,15 @@
 #include <filesystem>
 #include <memory>
 
+#include <bundled/FED_FileLayer.h>
+
 class QuilonOnfTxtDatabase;
 
 namespace quilon {
+
+/// @return what stands at the path, links followed
+/// @throws FED_Failure that names it when the system does not tell: that is no sign that nothing is there
+FED_FileStatus StatusOf(const std::filesystem::path& path);
 
 /// @return whether the path is a folder that holds a working database
 bool IsWorkingDatabase(const std::filesystem::path& path);

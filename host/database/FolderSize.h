@@ -5,17 +5,28 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
+#include <vector>
+
+#include <bundled/FED_FileLayer.h>
+#include <bundled/StoreFile.h>
+
+#include "database/DatabaseFolder.h"
 
 namespace quilon {
 
 /// @return bytes of all files in the folder itself; 0 when there is none
+/// @throws FED_Failure that names what the system does not tell of
 inline std::uint64_t FolderSize(const std::filesystem::path& folder)
 {
-  std::uint64_t   bytes = 0;
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-    const std::uintmax_t size = entry.file_size(error);
-    if (!error) bytes += size;
+  if (StatusOf(folder).kind != FED_FileStatus::Folder) return 0;
+  FED_FileLayer            files;
+  std::vector<std::string> names;
+  RequireSuccess(files.List(folder, names), folder, "list");
+  std::uint64_t bytes = 0;
+  for (const std::string& name : names) {
+    const FED_FileStatus status = StatusOf(folder / name);
+    if (status.kind == FED_FileStatus::File) bytes += status.size;
   }
   return bytes;
 }

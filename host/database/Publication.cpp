@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <utility>
 
 #include <bundled/FED_BlockCopy.h>
 #include <bundled/FED_ResultDatabase.h>
 #include <bundled/NativePath.h>
-#include <bundled/OnfTextExport.h>
+#include <bundled/StoreFile.h>
 
 #include "database/BlockSummary.h"
 #include "database/DatabaseFolder.h"
@@ -30,9 +31,10 @@ const char* NameOf(bool isOnf) { return isOnf ? "an ONF folder" : "a working dat
 template <typename IsMeant>
 bool HasOnly(const fs::path& folder, const IsMeant& isMeant)
 {
-  const fs::directory_iterator entries(folder);
-  return std::all_of(begin(entries), end(entries),
-                     [&](const fs::directory_entry& entry) { return isMeant(entry.path().filename().string()); });
+  FED_FileLayer            files;
+  std::vector<std::string> names;
+  RequireSuccess(files.List(folder, names), folder, "list");
+  return std::all_of(names.begin(), names.end(), isMeant);
 }
 
 /// Of files that a first publication leaves when it is killed, those that hold nothing anybody could want back.
@@ -43,22 +45,22 @@ bool IsLeftover(const std::string& name, bool isOnf)
 
 }  // namespace
 
-Publication::Publication(const fs::path& folder, Form form)
+Publication::Publication(const fs::path& folder, Form form, LockPatience patience)
     : folder_(folder.has_filename() || !folder.has_relative_path() ? folder : folder.parent_path()),  // "new.onf/"
       isOnf_(!IsWorkingDatabaseName(folder_)),
-      names_(std::make_unique<FED_ResultDatabase>())
+      names_(std::make_unique<FED_ResultDatabase>()),
+      files_({}, std::move(patience))
 {
   CheckFolder(form);
-  const bool isThere = isOnf_ ? IsOnfFolder(folder_) : IsWorkingDatabase(folder_);
   if (isOnf_) {
+    onf_      = std::make_unique<OnfTextExport::Writer>(folder_, &files_);
     database_ = std::make_unique<FED_ResultDatabase>();
-    if (!isThere) return;
+    if (!IsOnfFolder(folder_)) return;
     CopyUserKindNames(*OpenOnf(folder_), *names_);
     CopyUserKindNames(*names_, *database_);
   } else {
-    files_    = std::make_unique<WatchedFiles>();
-    database_ = std::make_unique<FED_ResultDatabase>(
-        folder_, isThere ? FED_ResultDatabase::ReadWrite : FED_ResultDatabase::Create, files_->GetOptions());
+    const auto access = IsWorkingDatabase(folder_) ? FED_ResultDatabase::ReadWrite : FED_ResultDatabase::Create;
+    database_         = std::make_unique<FED_ResultDatabase>(folder_, access, files_.GetOptions());
     CopyUserKindNames(*database_, *names_);
     fresh_ = std::make_unique<FreshDatabase>(*database_);
   }
@@ -103,6 +105,11 @@ std::size_t Publication::PublishBlocks(const FED_Database& database, const std::
   return CommitTarget();
 }
 
+std::size_t Publication::MirrorBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks)
+{
+  return PublishOnf(database, blocks, {}, OnfTextExport::OthersGo);
+}
+
 void Publication::CheckFolder(Form form) const
 {
   const std::string name     = folder_.string();
@@ -112,11 +119,13 @@ void Publication::CheckFolder(Form form) const
   if (isOnf_) WidePath(folder_);  // a name that no text database could be opened by is told of
   const fs::path parent = fs::absolute(folder_).lexically_normal().parent_path();
   if (IsWorkingDatabaseName(parent)) Fail(name + ": inside a working database, expected a place outside");
-  if (!fs::exists(folder_)) {
-    if (!fs::is_directory(parent)) Fail(name + ": no folder " + parent.string() + " to make it in");
+  const FED_FileStatus::Kind kind = StatusOf(folder_).kind;
+  if (kind == FED_FileStatus::Nothing) {
+    if (StatusOf(parent).kind != FED_FileStatus::Folder)
+      Fail(name + ": no folder " + parent.string() + " to make it in");
     return;
   }
-  if (!fs::is_directory(folder_)) Fail(name + ": not a folder, " + expected);
+  if (kind != FED_FileStatus::Folder) Fail(name + ": not a folder, " + expected);
   if (isOnf_ ? IsOnfFolder(folder_) : IsWorkingDatabase(folder_)) return;
   const auto isLeftover = [&](const std::string& file) { return IsLeftover(file, isOnf_); };
   if (HasOnly(folder_, isLeftover)) return;
@@ -138,7 +147,7 @@ void Publication::CheckUserKindName(const FED_Database& database, FED_OnfId onf)
 }
 
 std::size_t Publication::PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                                    const std::vector<FED_DataDescriptor>& emptied) const
+                                    const std::vector<FED_DataDescriptor>& emptied, OnfTextExport::Others others)
 {
   const std::set<FED_DataDescriptor> gone(emptied.begin(), emptied.end());
   std::vector<OnfTextExport::Block>  written;
@@ -151,7 +160,8 @@ std::size_t Publication::PublishOnf(const FED_Database& database, const std::vec
     empty.GetOrCreateDataBlock(descriptor, 0);
     written.push_back({&empty, descriptor});
   }
-  OnfTextExport::Publish(folder_, written, [](std::size_t) { ThrowIfInterrupted(); });
+  onf_->Publish(
+      written, [](std::size_t) { ThrowIfInterrupted(); }, others);
   return count;
 }
 

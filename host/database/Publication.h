@@ -8,6 +8,9 @@
 #include <memory>
 #include <vector>
 
+#include <bundled/OnfTextExport.h>
+
+#include "database/WatchedFiles.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
 class FED_Database;
@@ -16,7 +19,6 @@ class FED_ResultDatabase;
 namespace quilon {
 
 class FreshDatabase;
-class WatchedFiles;
 
 /// A database that results go to: an ONF folder or a working database on disk (`NAME.fed`). It is looked at before the
 /// work begins: what cannot be written is told early. All of it is published in one step, or nothing: a publication
@@ -31,8 +33,8 @@ public:
   };
 
   /// @throws FED_Failure for a path where neither a database of this form stands nor one can be made, for one inside a
-  ///         working database, and for a working database that another program writes
-  explicit Publication(const std::filesystem::path& folder, Form form = AnyDatabase);
+  ///         working database, and for a database that another program writes longer than the patience lasts
+  explicit Publication(const std::filesystem::path& folder, Form form = AnyDatabase, LockPatience patience = {});
   Publication(const Publication&)            = delete;
   Publication& operator=(const Publication&) = delete;
   ~Publication();
@@ -55,19 +57,25 @@ public:
   std::size_t PublishBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                             const std::vector<FED_DataDescriptor>& emptied = {});
 
+  /// Publishes these blocks of a database in an ONF folder, likewise, and nothing else: other blocks go, and names of
+  /// user kinds that they had.
+  std::size_t MirrorBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks);
+
 private:
   void        CheckFolder(Form form) const;
   void        CheckUserKindName(const FED_Database& database, FED_OnfId onf) const;
   std::size_t PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                         const std::vector<FED_DataDescriptor>& emptied) const;
+                         const std::vector<FED_DataDescriptor>& emptied,
+                         OnfTextExport::Others                  others = OnfTextExport::OthersStay);
   std::size_t CommitTarget();
 
-  std::filesystem::path               folder_;
-  bool                                isOnf_;
-  std::unique_ptr<FED_ResultDatabase> names_;     // of user kinds, as they are published
-  std::unique_ptr<WatchedFiles>       files_;     // of a working database on disk
-  std::unique_ptr<FED_ResultDatabase> database_;  // the target, or what it is a view of
-  std::unique_ptr<FreshDatabase>      fresh_;     // of a working database on disk
+  std::filesystem::path                  folder_;
+  bool                                   isOnf_;
+  std::unique_ptr<FED_ResultDatabase>    names_;  // of user kinds, as they are published
+  WatchedFiles                           files_;
+  std::unique_ptr<OnfTextExport::Writer> onf_;       // of an ONF folder
+  std::unique_ptr<FED_ResultDatabase>    database_;  // the target, or what it is a view of
+  std::unique_ptr<FreshDatabase>         fresh_;     // of a working database on disk
 };
 
 }  // namespace quilon

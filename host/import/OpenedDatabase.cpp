@@ -65,14 +65,15 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivat
                                const CompanionDeck& deck)
     : path_(path)
 {
-  const std::string name = path.string();
-  if (!fs::exists(path)) Fail(name + ": no such file or folder, " + kAccepted);
+  const std::string          name = path.string();
+  const FED_FileStatus::Kind kind = StatusOf(path).kind;
+  if (kind == FED_FileStatus::Nothing) Fail(name + ": no such file or folder, " + kAccepted);
   if (IsWorkingDatabaseFolder(path)) {
     files_    = std::make_unique<WatchedFiles>();
     database_ = std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly, files_->GetOptions());
   } else if (IsOnfFolder(path)) {
     database_ = OpenOnf(path);
-  } else if (fs::is_directory(path)) {
+  } else if (kind == FED_FileStatus::Folder) {
     Fail(name + ": a folder without a file 'manifest' or 'index', " + kAccepted);
   } else if (IsResultFile(path)) {
     database_ = ImportFile(path, listener, derivation, deck);

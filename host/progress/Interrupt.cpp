@@ -37,9 +37,11 @@ void WatchSignals()
   std::signal(SIGXFSZ, SIG_IGN);
 }
 
+bool IsInterrupted() noexcept { return interrupted != 0; }
+
 void ThrowIfInterrupted()
 {
-  if (interrupted != 0) throw Interrupted();
+  if (IsInterrupted()) throw Interrupted();
 }
 
 }  // namespace quilon

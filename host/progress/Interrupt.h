@@ -19,6 +19,9 @@ public:
 /// the size of files no longer kill the program: writing reports them.
 void WatchSignals();
 
+/// @return whether a signal has left its mark
+bool IsInterrupted() noexcept;
+
 /// Called now and then by long work.
 /// @throws Interrupted when a signal has left its mark
 void ThrowIfInterrupted();

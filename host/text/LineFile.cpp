@@ -3,6 +3,8 @@
 #include <cstring>
 #include <utility>
 
+#include <bundled/FED_FileLayer.h>
+
 #include "text/ColumnText.h"
 #include "text/Failure.h"
 
@@ -17,6 +19,10 @@ constexpr std::size_t kBufferSize = std::size_t{1} << 20;
 
 std::ifstream OpenLineFile(const std::filesystem::path& path)
 {
+  // A pipe has no end to seek, and one that nobody writes to keeps who opens it waiting.
+  FED_FileLayer  files;
+  FED_FileStatus status;
+  if (files.GetStatus(path, status) || status.kind != FED_FileStatus::File) FailToRead(path.string());
   std::ifstream in(path, std::ios::binary);
   if (!in) FailToRead(path.string());
   return in;

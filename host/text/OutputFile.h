@@ -5,11 +5,16 @@
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <ostream>
 #include <string_view>
+
+#include <bundled/FED_FileLayer.h>
 
 namespace quilon {
 
-/// A file that is written beside its place and takes it at the end. What is not published leaves no trace.
+/// A file that is written beside its place, under a name that nobody can foresee, and takes it at the end with the
+/// permissions of the file that it replaces. What is not published leaves no trace.
 ///
 /// A link leads to the file that is replaced. What is no plain file, as /dev/null or a pipe, is written as it is.
 class OutputFile
@@ -34,10 +39,16 @@ public:
 private:
   void Check() const;
 
-  std::filesystem::path path_;
-  std::filesystem::path place_;   // links followed
-  std::filesystem::path beside_;  // empty: written in place
-  std::ofstream         out_;
+  /// Text on its way to a file of the layer.
+  class Buffer;
+
+  std::filesystem::path         path_;
+  std::filesystem::path         place_;   // links followed
+  std::filesystem::path         beside_;  // empty: written in place
+  FED_FileLayer                 files_;
+  std::unique_ptr<std::filebuf> inPlace_;
+  std::unique_ptr<Buffer>       buffer_;  // of the file beside
+  std::ostream                  out_{static_cast<std::streambuf*>(nullptr)};
 };
 
 /// Writes the whole text of a file.

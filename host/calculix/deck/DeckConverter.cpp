@@ -52,6 +52,18 @@ void CheckSource(const fs::path& source)
     Fail(source.string() + ": expected a file that can be read more than once");
 }
 
+/// A link at a name that we make up, or that was planted at the one that the user gave, would lead the writing
+/// elsewhere. Those of the system, as /dev/stdout, lead to what is open already, and a device is no file to lose.
+void CheckDestination(const fs::path& path)
+{
+  if (!fs::is_symlink(fs::symlink_status(path))) return;
+  const fs::path        folder = fs::canonical(path.has_parent_path() ? path.parent_path() : fs::path("."));
+  const fs::file_status led    = fs::status(path);
+  if (fs::exists(led) && !fs::is_regular_file(led)) return;
+  if (folder == "/dev" || folder.native().starts_with("/proc/")) return;
+  Fail(path.string() + ": a link, expected a file to write or the name of a new one");
+}
+
 /// Walks a deck and writes its copies, or only tries: without an output nothing is written and everything else happens.
 class DeckConverter : public DeckReader
 {
@@ -239,12 +251,14 @@ void CheckCopies(const std::vector<DeckFile>& files, const DeckConversion& conve
                                     [&](const DeckFile& file) { return fs::equivalent(copy, file.path, ignored); }));
   };
   if (isSource(output)) Fail(output.string() + ": expected a file that the deck does not read");
+  CheckDestination(output);
   for (std::size_t i = 1; i < files.size(); ++i) {
     const fs::path& source = files[i].path;
     const fs::path  copy   = EchoOf(source, conversion.suffix);
     if (copy == source) Fail(source.string() + ": its copy would overwrite it, expected a name with an extension");
     if (isSource(copy))
       Fail(source.string() + ": its copy would overwrite " + copy.string() + ", which the deck reads");
+    CheckDestination(copy);
     if (CanonicalOf(copy) == CanonicalOf(output))
       Fail(output.string() + ": is the copy of " + source.string() + " too");
   }
@@ -301,6 +315,7 @@ private:
   {
     std::error_code error;
     fs::create_directories(to.parent_path(), error);
+    CheckDestination(to);
     std::error_code ignored;  // what cannot be looked at cannot be copied to either
     if (!fs::exists(to, ignored)) made_.push_back(to);
     if (!error) fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);

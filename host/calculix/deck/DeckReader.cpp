@@ -7,8 +7,10 @@
 #include <system_error>
 #include <utility>
 
+#include <bundled/FED_FileLayer.h>
 #include <bundled/NativePath.h>
 
+#include "calculix/deck/PipeOpening.h"
 #include "text/Failure.h"
 
 namespace quilon::calculix {
@@ -18,11 +20,13 @@ namespace fs = std::filesystem;
 
 constexpr std::int64_t kLinesOfProgress = 16384;
 
-bool IsFile(const fs::path& path)
+/// @param error what the system says that does not tell: no sign that the file is not there
+bool IsFile(const fs::path& path, std::error_code& error)
 {
-  std::error_code error;
-  const bool      isFolder = fs::is_directory(path, error);
-  return !isFolder && fs::exists(path, error);
+  FED_FileLayer  files;
+  FED_FileStatus status;
+  error = files.GetStatus(path, status);
+  return status.kind == FED_FileStatus::File || status.kind == FED_FileStatus::Other;
 }
 
 bool CanBeRead(const fs::path& path)
@@ -115,8 +119,12 @@ void DeckReader::FailAt(const DeckPlace& place, const std::string& text) const
 
 void DeckReader::Walk()
 {
-  if (!IsFile(deck_) || !CanBeRead(deck_)) Fail(deck_.string() + ": expected a deck that can be read");
-  Initialize();
+  std::error_code error;
+  if (!IsFile(deck_, error) || !CanBeRead(deck_)) Fail(deck_.string() + ": expected a deck that can be read");
+  {
+    const PipeOpening opening(deck_);
+    Initialize();
+  }
   BeginFile(deck_, CanonicalOf(deck_), {}, {});
   for (;;) {
     const std::uint32_t file = open_.back().file;
@@ -173,7 +181,10 @@ void DeckReader::FollowInclude(const DeckLine& line)
   OnInclude(line, static_cast<std::uint32_t>(files_.size() - 1));
   files_.pop_back();
   open_.back().bytesRead = BytesRead();
-  Include(WidePath(target.path));
+  {
+    const PipeOpening opening(target.path);
+    Include(WidePath(target.path));
+  }
   BeginFile(target.path, target.canonical, target.statement, line.place);
 }
 
@@ -188,7 +199,13 @@ DeckReader::Target DeckReader::FindTarget(const DeckLine& line) const
   target.statement = named->asTheSolverReads;
 
   const std::vector<fs::path> candidates = CandidatesFor(*named, line);
-  const auto                  found      = std::find_if(candidates.begin(), candidates.end(), IsFile);
+  std::error_code             error;
+  const auto                  found = std::find_if(candidates.begin(), candidates.end(),
+                                                   [&](const fs::path& path) { return IsFile(path, error) || error; });
+  if (error) {
+    target.trouble = "include file " + found->string() + " cannot be looked at: " + error.message();
+    return target;
+  }
   if (found == candidates.end()) {
     target.trouble = "include file '" + target.statement + "' is not there, looked for";
     for (const fs::path& candidate : candidates)

@@ -39,6 +39,27 @@ TEST_F(DeckConvert, PrintsTheFilesItWrites)
   EXPECT_EQ(ReadAll(PathOf("nodes_c.inc")), "101,0.0015,0,0\n");
 }
 
+// At the place that the user names, at those of the copies, and in another folder.
+TEST_F(DeckConvert, DoesNotWriteThroughALink)
+{
+  Write("nodes.inc", "7,1.5,0,0\n");
+  const std::string deck   = Write("job.inp", "*NODE\n*INCLUDE, INPUT=nodes.inc\n");
+  const std::string victim = Write("victim", "precious\n");
+  std::filesystem::create_directory(PathOf("dir"));
+  const std::vector<std::string> inPlace  = {"deck", "convert", deck, "--suffix", "c", "-o", PathOf("out.inp")};
+  const std::string              expected = ": a link, expected a file to write or the name of a new one\n";
+  for (const char* name : {"out.inp", "nodes_c.inc"}) {
+    std::filesystem::create_symlink(victim, PathOf(name));
+    EXPECT_EQ(RunQuilon(inPlace).err, "quilon: error: " + PathOf(name) + expected);
+    std::filesystem::remove(PathOf(name));
+  }
+  EXPECT_EQ(ReadAll(victim), "precious\n");
+  EXPECT_EQ(RunQuilon({"deck", "convert", deck, "--suffix", "c", "-o", "/dev/stdout", "--strip-comments"}).exitCode,
+            2);  // includes are read from the folder of the copy
+  const std::string alone = Write("alone.inp", "*NODE\n7,1.5,0,0\n");
+  EXPECT_EQ(RunQuilon({"deck", "convert", alone, "--suffix", "c", "-o", "/dev/stdout"}).exitCode, 0);
+}
+
 TEST_F(DeckConvert, WhatCannotBeDoneIsAnErrorAndWritesNothing)
 {
   const std::string deck = Write("job.inp", "*NODE\n7,0,0,0\n*MADE UP\n3.\n");

@@ -184,6 +184,50 @@ RunResult RunQuilonOnTerminal(const std::vector<std::string>& arguments, const R
   return result;
 }
 
+RunningQuilon::RunningQuilon(const std::vector<std::string>& arguments)
+{
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
+  child_ = fork();
+  if (child_ == 0) {
+    Redirect("/dev/null", STDOUT_FILENO);
+    if (dup2(ends[1], STDERR_FILENO) < 0) _exit(126);
+    signal(SIGINT, SIG_DFL);  // whoever runs the tests may ignore it
+    Execute(arguments, {});
+  }
+  close(ends[1]);
+  errors_ = ends[0];
+}
+
+RunningQuilon::~RunningQuilon()
+{
+  if (child_ > 0) Wait();
+}
+
+std::string RunningQuilon::ReadErrorsTo(const std::string& text)
+{
+  std::string found;
+  char        buffer[4096];
+  while (text.empty() || found.find(text) == std::string::npos) {
+    const ssize_t count = read(errors_, buffer, sizeof buffer);
+    if (count == 0 || (count < 0 && errno != EINTR)) break;
+    if (count > 0) found.append(buffer, static_cast<std::size_t>(count));
+  }
+  return found;
+}
+
+void RunningQuilon::Interrupt() const { kill(child_, SIGINT); }
+
+RunResult RunningQuilon::Wait()
+{
+  RunResult result;
+  result.err      = ReadErrorsTo("");
+  result.exitCode = WaitFor(child_);
+  child_          = -1;
+  close(errors_);
+  return result;
+}
+
 void WriteSmallOnf(const fs::path& folder) { WriteOnf(folder, FillSmall); }
 
 void WriteNamedUserKind(const fs::path& folder, const std::string& name)

@@ -39,6 +39,27 @@ RunResult RunQuilon(const std::vector<std::string>& arguments, const RunOptions&
 /// @return what the terminal saw, with its carriage returns removed, in RunResult::out
 RunResult RunQuilonOnTerminal(const std::vector<std::string>& arguments, const RunOptions& options = {});
 
+/// `quilon` at work, its standard error on a pipe to us.
+class RunningQuilon
+{
+public:
+  explicit RunningQuilon(const std::vector<std::string>& arguments);
+  RunningQuilon(const RunningQuilon&)            = delete;
+  RunningQuilon& operator=(const RunningQuilon&) = delete;
+  /// Waits for its end.
+  ~RunningQuilon();
+
+  /// @return what it has written to standard error, read until the text stands there or nothing more comes
+  std::string ReadErrorsTo(const std::string& text);
+  void        Interrupt() const;
+  /// Waits for its end. @return its exit code and the rest of its errors
+  RunResult Wait();
+
+private:
+  int child_  = -1;
+  int errors_ = -1;
+};
+
 /// Writes an ONF folder of a few blocks, all of iteration 0:
 ///   510 displacement, load case 1, substeps 1 and 2 and load case 2, substep 1, analysis 1; nodes 3, 10, 20
 ///   521 nodal stress, load case 1, substep 2, analysis 1; nodes 10 and 20, a NaN in node 20

@@ -83,6 +83,36 @@ TEST_F(OutputFileTest, ALinkStaysALinkToTheFileThatIsReplaced)
   EXPECT_EQ(CountFiles(), 3);
 }
 
+TEST_F(OutputFileTest, ThePermissionsOfTheFileThatIsReplacedStay)
+{
+  std::ofstream(path_) << "old";
+  fs::permissions(path_, fs::perms(0640));
+  Publish(path_, "new");
+  EXPECT_EQ(fs::status(path_).permissions(), fs::perms(0640));
+}
+
+TEST_F(OutputFileTest, NobodyForeseesTheNameBesideThePlace)
+{
+  const auto nameBeside = [&] {
+    const OutputFile file(path_);
+    return fs::directory_iterator(folder_.GetPath())->path().filename().string();
+  };
+  const std::string first = nameBeside();
+  EXPECT_EQ(first.substr(0, 12), "out.txt.tmp" + first.substr(11, 1));
+  EXPECT_NE(nameBeside(), first);
+}
+
+TEST_F(OutputFileTest, LongTextsArriveWhole)
+{
+  std::string text;
+  for (int i = 0; i < 50000; ++i) text += std::to_string(i) + '\n';
+  OutputFile file(path_);
+  file.Write(text.substr(0, 100));
+  file.Stream() << text.substr(100);
+  file.Publish();
+  EXPECT_EQ(ReadAll(path_), text);
+}
+
 TEST_F(OutputFileTest, APipeIsWrittenTo)
 {
   ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);

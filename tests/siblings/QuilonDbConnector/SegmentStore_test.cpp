@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 #include <hdf5.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "failure_message.h"
@@ -165,6 +166,48 @@ TEST(SegmentStore, LeftoversOfADeadWriterGoWithTheNextOne)
     const SegmentStore writer(folder / "a.fed", kReadWrite, files);
   }
   EXPECT_EQ(ListFolder(folder / "a.fed"), (std::vector<std::string>{"lock", "manifest"}));
+}
+
+TEST(SegmentStore, OfProcessesThatCreateOneDatabaseAtOnceOneWins)
+{
+  constexpr int    kNumProcesses = 4;
+  const TempFolder folder;
+  for (int round = 0; round < 25; ++round) {
+    const std::filesystem::path path = folder / (std::to_string(round) + ".fed");
+    int                         gate[2];
+    ASSERT_EQ(pipe(gate), 0);
+    std::vector<pid_t> processes;
+    for (int i = 0; i < kNumProcesses; ++i) {
+      const pid_t child = fork();
+      if (child == 0) {
+        char end = 0;
+        close(gate[1]);
+        if (read(gate[0], &end, 1) != 0) _exit(9);  // when all are here
+        FED_FileLayer     files;
+        const std::string message = MessageOf([&] {
+          SegmentStore store(path, kCreate, files);
+          WriteSample(store);
+          store.Publish(false);
+        });
+        const bool        isClear = message.find(": another writer has the database open") != std::string::npos ||
+                             message.find(": cannot create a database: there is one already") != std::string::npos;
+        _exit(message == "no failure" ? 0 : isClear ? 1 : 2);
+      }
+      processes.push_back(child);
+    }
+    close(gate[0]);
+    close(gate[1]);
+    std::vector<int> exits;
+    for (const pid_t process : processes) {
+      int status = 0;
+      waitpid(process, &status, 0);
+      exits.push_back(WEXITSTATUS(status));
+    }
+    EXPECT_EQ(std::count(exits.begin(), exits.end(), 0), 1);
+    EXPECT_EQ(std::count(exits.begin(), exits.end(), 1), kNumProcesses - 1);
+    FED_FileLayer files;
+    EXPECT_EQ(ReadContent(SegmentStore(path, kReadOnly, files)).blocks.size(), 2u);
+  }
 }
 
 TEST(SegmentStore, ThePermissionsOfAManifestStay)

@@ -339,6 +339,17 @@ TEST_F(DeckReaderTest, IncludeWhoseNameIsNoUtf8IsNamedWithItsPlace)
   EXPECT_EQ(Failure("a.inp"), "a.inp:2: include file ma\xdf.inc has a name that is no UTF-8");
 }
 
+// Another file of that name elsewhere is not taken for one that cannot be looked at.
+TEST_F(DeckReaderTest, IncludeThatTheSystemDoesNotTellOfIsAnError)
+{
+  std::filesystem::create_directory(folder_ / "sub");
+  folder_.Write("a.inp", "*INCLUDE, INPUT=sub/b.inp\n");
+  folder_.Write("sub/b.inp", "*INCLUDE, INPUT=c.inc\n");
+  folder_.Write("sub/c.inc", "1\n");
+  std::filesystem::create_symlink("c.inc", folder_ / "c.inc");
+  EXPECT_EQ(Failure("a.inp"), "sub/b.inp:1: include file c.inc cannot be looked at: Too many levels of symbolic links");
+}
+
 TEST_F(DeckReaderTest, PipesAreReadOnce)
 {
   for (const char* name : {"a.inp", "b.inc"}) ASSERT_EQ(mkfifo((folder_ / name).c_str(), 0600), 0);
