@@ -158,8 +158,9 @@ private:
       EXPECT_TRUE(hasFailed);
       EXPECT_THAT(message, testing::Not(testing::HasSubstr("is in force")));
     }
-    if (hasFailed && isNew && !files.IsDead() && before_ != after_)
+    if (hasFailed && isNew && !files.IsDead() && before_ != after_) {
       EXPECT_THAT(message, testing::AnyOf(testing::HasSubstr("in force"), testing::HasSubstr("cannot replace")));
+    }
     if (scenario_.isAtRest && !files.IsDead() && !isNew &&
         (ReadAllFiles(trial_) != base || fs::exists(test_ / "above") != hadFolder))
       ++leftovers_;
