@@ -128,10 +128,11 @@ TEST_F(Writers, ThatMakeOneDatabaseAtOnceLeaveAWholeOne)
     for (const RunResult& run : runs) {
       if (run.exitCode == 0) ++successes;
       EXPECT_TRUE(run.exitCode == 0 || run.exitCode == 2);
-      if (run.exitCode != 0)
+      if (run.exitCode != 0) {
         EXPECT_THAT(run.err, testing::AnyOf(testing::HasSubstr("another program writes to the ONF folder"),
                                             testing::HasSubstr("another writer has the database open"),
                                             testing::HasSubstr("cannot create a database: there is one already")));
+      }
     }
     EXPECT_GE(successes, 1);
     EXPECT_EQ(RunQuilon({"diff", onf_, made}).exitCode, 0);
