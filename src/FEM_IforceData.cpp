@@ -298,14 +298,11 @@ void FEM_IforceData::FetchDataTarget(int element, int node, NodesData*& data, st
 {
   const std::size_t position = FindElement(element);
   if (position == IdRadixMap<NodesData>::npos) {
-    // All is made first and handed over: if anything here throws, no element is left without its node. Room is made
-    // once: elements of a kind come in a row, and have as many nodes.
-    NodesData         fresh;
-    const auto        entries = elements_.Entries();
-    const std::size_t numLike = lastElement_ < entries.size() ? entries[lastElement_].second.vecData[Force].size() : 0;
+    // All is made first and handed over: if anything here throws, no element is left without its node.
+    NodesData fresh;
     fresh.nodes.emplace(node, 0);
     for (std::vector<ValueSum>& values : fresh.vecData) {
-      values.reserve(std::max(kNumComponents * kUsualNodes, numLike));
+      values.reserve(kNumComponents * kUsualNodes);
       values.resize(kNumComponents);
     }
     lastElement_ = elements_.FindOrInsert(element);

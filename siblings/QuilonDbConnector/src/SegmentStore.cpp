@@ -40,22 +40,48 @@ void RequireCommitted(const std::error_code& error, const std::filesystem::path&
   if (error) ThrowFileFailure(path, std::string("cannot ") + action + ": " + error.message() + kMayBeInForce);
 }
 
+enum class Unlisted
+{
+  None,   // no segment follows the state
+  Taken,  // one does, and is a whole commit
+  Other   // one does, and is cut, damaged, or no commit by itself
+};
+
 // Takes the commit that follows the state if its segment is there and whole.
-bool TakeUnlistedCommit(FED_FileLayer& files, const std::filesystem::path& folder, ManifestState& state)
+Unlisted TakeUnlistedCommit(FED_FileLayer& files, const std::filesystem::path& folder, ManifestState& state)
 {
   const std::uint64_t         number = state.manifest.nextSegment;
   const std::filesystem::path path   = folder / GetSegmentName(number);
   FED_FileLayer::Handle       handle = FED_FileLayer::kNoHandle;
   const std::error_code       error  = files.Open(path, FED_FileLayer::Read, handle);
-  if (error == std::errc::no_such_file_or_directory) return false;
+  if (error == std::errc::no_such_file_or_directory) return Unlisted::None;
   RequireSuccess(error, path, "open");
   const std::optional<SegmentHeader> header = FindWholeCommit(StoreFile(files, path, handle));
   if (!header || header->entry.number != number || header->entry.first != number || header->entry.last != number)
-    return false;
+    return Unlisted::Other;
   const CommitMark& mark = *header->commit;
-  if (mark.previous != state.link || mark.generation != state.manifest.generation + 1) return false;
+  if (mark.previous != state.link || mark.generation != state.manifest.generation + 1) return Unlisted::Other;
   AppendCommit(state, header->entry, mark.nextBlock);
-  return true;
+  return Unlisted::Taken;
+}
+
+// A commit that did not happen has no commits behind it: each is durable before the next begins.
+bool HasLaterCommit(FED_FileLayer& files, const std::filesystem::path& folder, const Manifest& manifest)
+{
+  std::vector<std::string> names;
+  RequireSuccess(files.List(folder, names), folder, "list");
+  for (const std::string& name : names) {
+    if (!IsSegmentName(name)) continue;
+    const std::filesystem::path path   = folder / name;
+    FED_FileLayer::Handle       handle = FED_FileLayer::kNoHandle;
+    const std::error_code       error  = files.Open(path, FED_FileLayer::Read, handle);
+    if (error == std::errc::no_such_file_or_directory) continue;  // a writer has removed it meanwhile
+    RequireSuccess(error, path, "open");
+    const std::optional<SegmentHeader> header = FindWholeCommit(StoreFile(files, path, handle));
+    if (header && header->entry.number > manifest.nextSegment && header->commit->generation > manifest.generation + 1)
+      return true;
+  }
+  return false;
 }
 
 std::uint64_t MakeHandle(std::uint64_t segment, std::uint64_t extent) noexcept { return segment << 32 | extent; }
@@ -84,7 +110,14 @@ ManifestState FindState(FED_FileLayer& files, const std::filesystem::path& folde
 {
   ManifestState state = DecodeManifest(text, GetManifestPath(folder));
   if (state.version == 1) return state;
-  while (TakeUnlistedCommit(files, folder, state)) {
+  for (Unlisted found = Unlisted::Taken; found == Unlisted::Taken;) {
+    found = TakeUnlistedCommit(files, folder, state);
+    if (found != Unlisted::Other || !HasLaterCommit(files, folder, state.manifest)) continue;
+    // A writer at work may have finished it while the others were looked at.
+    found = TakeUnlistedCommit(files, folder, state);
+    if (found != Unlisted::Taken)
+      ThrowFileFailure(folder / GetSegmentName(state.manifest.nextSegment),
+                       "damaged: it was a commit, as those behind it tell; salvage saves what is whole");
   }
   return state;
 }
@@ -362,11 +395,12 @@ void SegmentStore::OpenForWriting()
   DecodeManifest(ReadManifest(), GetManifestPath(folder_));  // what is no database is left alone
   isInManifest_ = true;
   LockFolder();
-  const std::string text = ReadManifest();
+  const std::string   text   = ReadManifest();
+  const ManifestState listed = DecodeManifest(text, GetManifestPath(folder_));
   TakeState(FindState(*files_, folder_, text));
   OpenSegments();
-  // Of a crash: commits without their lines, or part of one.
-  if (published_.wholeBytes != text.size()) ReplaceManifest(published_.manifest);
+  // Of a crash: commits without their lines, or bytes that are no line, be they as many as a line would have.
+  if (listed.wholeBytes != text.size() || listed.commits != published_.commits) ReplaceManifest(published_.manifest);
   RemoveLeftovers();
 }
 

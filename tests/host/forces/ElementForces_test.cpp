@@ -199,9 +199,10 @@ TEST_F(ElementForcesTest, LeaveTheNodesOfAnExpandedElementAsTheyAre)
 
 TEST_F(ElementForcesTest, AreNotOfSolidsThatWereShellsOrBeams)
 {
-  ForceMesh mesh = TwoCubes(nullptr);
+  ForceMesh  mesh  = TwoCubes(nullptr);
+  const auto place = mesh.nodes.At(0);
   for (const int id : {101, 103, 104, 106, 107, 109, 110, 112, 120, 121, 122, 123, 130, 131, 132, 133})
-    mesh.nodes.At(mesh.nodes.FindOrInsert(id)) = mesh.nodes.At(0);
+    mesh.nodes.At(mesh.nodes.FindOrInsert(id)) = place;
   AddElement(mesh, 30, nullptr, 1, {101, 104, 107, 110, 103, 106, 109, 112});
   AddElement(mesh, 40, nullptr, 1, {120, 130, 131, 121, 123, 133, 132, 122});
   for (const int id : {10, 20, 30}) WriteStress(database_, id, kTension);

@@ -562,6 +562,81 @@ TEST(SegmentStore, CommitWithoutItsLineIsInForceAndTheNextWriterTellsOfIt)
   EXPECT_EQ(ListFolder(folder / "a.fed").size(), 6u);
 }
 
+// The file system has made room for the line, and nothing has reached it when the power goes.
+TEST(SegmentStore, ALineOfZerosIsNoneAndTheNextWriterWritesTheManifestAnew)
+{
+  const TempFolder            folder;
+  FED_FileLayer               files;
+  const std::filesystem::path manifest = folder / "a.fed" / "manifest";
+  StoredContent               content;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    store.Publish(false);
+  }
+  const auto before = std::filesystem::file_size(manifest);
+  {
+    SegmentStore store(folder / "a.fed", kReadWrite, files);
+    WriteRow(store, 3);
+    store.Publish(false);
+    content = ReadContent(store);
+  }
+  const auto after = std::filesystem::file_size(manifest);
+  ASSERT_GT(after, before);
+  std::filesystem::resize_file(manifest, before);
+  std::filesystem::resize_file(manifest, after);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), content);
+  {
+    SegmentStore store(folder / "a.fed", kReadWrite, files);
+    EXPECT_EQ(ReadContent(store), content);
+    EXPECT_EQ(CountLines(manifest, "commit"), 0u);
+    WriteRow(store, 4);
+    store.Publish(false);
+    content = ReadContent(store);
+  }
+  EXPECT_EQ(CountLines(manifest, "commit"), 1u);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), content);
+}
+
+TEST(SegmentStore, ADamagedCommitWithCommitsBehindItIsToldAndNothingIsRemoved)
+{
+  const TempFolder            folder;
+  FED_FileLayer               files;
+  const std::filesystem::path manifest = folder / "a.fed" / "manifest";
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    store.Publish(false);
+  }
+  const auto                     before = std::filesystem::file_size(manifest);
+  const std::vector<std::string> former = ListFolder(folder / "a.fed");
+  {
+    SegmentStore store(folder / "a.fed", kReadWrite, files);
+    for (std::uint32_t row = 3; row < 6; ++row) {
+      WriteRow(store, row);
+      store.Publish(false);
+    }
+  }
+  ASSERT_EQ(CountLines(manifest, "commit"), 3u);
+  const std::vector<std::string> names = ListFolder(folder / "a.fed");
+  std::vector<std::string>       added;
+  std::set_difference(names.begin(), names.end(), former.begin(), former.end(), std::back_inserter(added));
+  ASSERT_EQ(added.size(), 3u);
+  std::filesystem::resize_file(manifest, before);  // the lines are lost
+  const std::filesystem::path damaged = folder / "a.fed" / added.front();
+  std::filesystem::resize_file(damaged, std::filesystem::file_size(damaged) - 1);
+  for (const auto access : {kReadOnly, kReadWrite}) {
+    try {
+      SegmentStore(folder / "a.fed", access, files);
+      ADD_FAILURE() << "opened";
+    } catch (const FED_Failure& failure) {
+      EXPECT_NE(failure.GetMessage().find(added.front() + ": damaged: it was a commit"), std::string::npos)
+          << failure.GetMessage();
+    }
+  }
+  EXPECT_EQ(ListFolder(folder / "a.fed"), names);
+}
+
 TEST(SegmentStore, SegmentOfACommitThatWasCutShortIsNoneAndGoesWithTheNextWriter)
 {
   const TempFolder folder;
