@@ -53,6 +53,7 @@ std::string RuleText(const std::string& target, const std::vector<std::string>& 
 
 void Run(const Options& options, CommandContext& context)
 {
+  if (!options.output.empty()) CheckOutputFile(options.output);
   std::vector<std::string> paths;
   std::set<std::string>    known;
   const auto files = ReadDeckFiles(options.arguments.deck, ToDeckOptions(options.arguments, context.console));

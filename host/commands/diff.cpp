@@ -150,12 +150,30 @@ private:
   std::vector<NamedDatabase>                   named_;
 };
 
+bool IsOneFile(const std::filesystem::path& a, const std::filesystem::path& b)
+{
+  std::error_code ignored;  // what is not there yet is no other
+  return std::filesystem::equivalent(a, b, ignored);
+}
+
 /// The difference would replace what it was made of.
 void RequireAnother(const std::string& output, const std::string& database)
 {
-  std::error_code error;
-  if (std::filesystem::equivalent(output, database, error))
-    Fail(output + ": is compared itself, expected another place for the difference");
+  if (IsOneFile(output, database)) Fail(output + ": is compared itself, expected another place for the difference");
+}
+
+/// A report or rules would replace what they were made of, a file of an ONF folder too.
+/// @throws FED_Failure before anything is read, also for what is no place for a file
+void CheckFile(const std::string& file, const Options& options, const std::string& what)
+{
+  CheckOutputFile(file);
+  const std::filesystem::path folder = std::filesystem::absolute(file).parent_path();
+  for (const std::string& database : options.databases) {
+    if (IsOneFile(file, database) || IsOneFile(folder, database))
+      Fail(file + ": is compared itself, expected another place for the " + what);
+  }
+  if (!options.ruleFile.empty() && IsOneFile(file, options.ruleFile))
+    Fail(file + ": has the rules, expected another place for the " + what);
 }
 
 void RunComparison(const Options& options, CommandContext& context)
@@ -173,6 +191,7 @@ void RunComparison(const Options& options, CommandContext& context)
   compare.allNorms          = options.norms || (options.form.json && !options.brief);
   compare.listener          = &context.console;
 
+  if (!options.junit.empty()) CheckFile(options.junit, options, "report");
   std::optional<Publication> publication;
   if (!options.output.empty()) {
     for (const std::string& path : options.databases) RequireAnother(options.output, path);
@@ -199,6 +218,7 @@ void RunLearning(const Options& options, CommandContext& context)
   learn.modeSign = options.modeSign;
   learn.listener = &context.console;
 
+  CheckFile(options.output, options, "rules");
   const Databases databases(options, context.console);
   WriteFile(options.output, LearnRules(databases.Get(), learn));
   context.output.Write(options.output + ": rules learnt from " + Counted(databases.Get().size(), "run") + '\n');
@@ -222,7 +242,9 @@ constexpr const char* kFooter =
     "  --abs T    |a-b| <= T\n"
     "  --rel T    |a-b| <= T * max(|a|,|b|)\n"
     "  --peak T   |a-b| <= T * P\n"
-    "  --ulps N   at most N steps from a to b through the representable numbers, counted in 64 bits; -0 and 0 are one\n"
+    "  --ulps N   at most N steps from a to b through the representable numbers; -0 and 0 are one. Two fields of "
+    "floats\n"
+    "             count theirs, any others the doubles\n"
     "  --exact    a == b\n"
     "Equal values always pass; an infinity and anything else never do. Integers and texts have to be equal.\n"
     "--rule library: |a-b| <= 1e-6, and where both are positive |a-b| / min(a,b) <= 1e-6, as the library compares. A "

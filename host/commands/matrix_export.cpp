@@ -21,6 +21,7 @@
 #include "text/Failure.h"
 #include "text/Format.h"
 #include "text/JsonText.h"
+#include "text/OutputFile.h"
 
 namespace quilon {
 
@@ -65,7 +66,8 @@ matrix::Symmetry SymmetryToWrite(const Options& options, const matrix::RowView& 
 
 void Run(const Options& options, CommandContext& context)
 {
-  const bool                        isMatrixMarket = IsMatrixMarket(options);
+  const bool isMatrixMarket = IsMatrixMarket(options);
+  CheckOutputFile(options.output);
   OpenedDatabase                    database(options.database, context.console, OpenedDatabase::DeriveNothing);
   const std::vector<SelectedMatrix> selected = options.selection.Select(database, options.database);
   RequireOne(selected, options);

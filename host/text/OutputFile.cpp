@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "text/Case.h"
 #include "text/Failure.h"
 
 namespace quilon {
@@ -23,6 +24,34 @@ std::string RandomSuffix()
   std::string        suffix = ".tmp";
   for (int i = 0; i < kCount; ++i) suffix += kLetters[source() % 26];
   return suffix;
+}
+
+/// @throws FED_Failure "PATH: ..." when the system does not tell
+FED_FileStatus StatusOf(const std::filesystem::path& path)
+{
+  FED_FileLayer  files;
+  FED_FileStatus status;
+  if (const std::error_code error = files.GetStatus(path, status)) Fail(path.string() + ": " + error.message());
+  return status;
+}
+
+bool IsInDatabase(const std::filesystem::path& place)
+{
+  const std::filesystem::path folder = std::filesystem::absolute(place).parent_path();
+  if (StatusOf(folder).kind != FED_FileStatus::Folder) return false;
+  return LowerExtension(std::filesystem::canonical(folder)) == ".fed" ||
+         StatusOf(folder / "manifest").kind != FED_FileStatus::Nothing;
+}
+
+/// @return where a file goes that replaces what is there: links are followed
+/// @throws FED_Failure "PATH: ..." for a folder and for a place in a working database
+std::filesystem::path PlaceOf(const std::filesystem::path& path, const FED_FileStatus& status)
+{
+  if (status.kind == FED_FileStatus::Folder) Fail(path.string() + ": expected a file to write, found a folder");
+  if (status.kind == FED_FileStatus::Other) return path;
+  std::filesystem::path place = status.kind == FED_FileStatus::File ? std::filesystem::canonical(path) : path;
+  if (IsInDatabase(place)) Fail(path.string() + ": inside a working database, expected a place outside");
+  return place;
 }
 
 }  // namespace
@@ -61,22 +90,20 @@ private:
   std::array<char, std::size_t{1} << 16U> bytes_{};
 };
 
-OutputFile::OutputFile(std::filesystem::path path) : path_(std::move(path)), place_(path_)
+OutputFile::OutputFile(std::filesystem::path path) : path_(std::move(path))
 {
-  FED_FileStatus status;
-  if (const std::error_code error = files_.GetStatus(path_, status)) Fail(path_.string() + ": " + error.message());
-  if (status.kind == FED_FileStatus::Folder) Fail(path_.string() + ": expected a file to write, found a folder");
+  const FED_FileStatus status = StatusOf(path_);
+  place_                      = PlaceOf(path_, status);
   if (status.kind == FED_FileStatus::Other) {
     inPlace_ = std::make_unique<std::filebuf>();
     if (inPlace_->open(place_, std::ios::out | std::ios::binary) != nullptr) out_.rdbuf(inPlace_.get());
     Check();
     return;
   }
-  const bool isThere = status.kind == FED_FileStatus::File;
-  if (isThere) place_ = std::filesystem::canonical(path_);
-  const std::filesystem::path beside = place_.string() + RandomSuffix();
-  FED_FileLayer::Handle       handle = FED_FileLayer::kNoHandle;
-  const auto                  mode   = isThere ? FED_FileLayer::CreatePrivate : FED_FileLayer::Create;
+  const bool                  isThere = status.kind == FED_FileStatus::File;
+  const std::filesystem::path beside  = place_.string() + RandomSuffix();
+  FED_FileLayer::Handle       handle  = FED_FileLayer::kNoHandle;
+  const auto                  mode    = isThere ? FED_FileLayer::CreatePrivate : FED_FileLayer::Create;
   if (!files_.Open(beside, mode, handle)) {
     beside_ = beside;
     buffer_ = std::make_unique<Buffer>(files_, handle);
@@ -124,6 +151,8 @@ void OutputFile::Check() const
 {
   if (!out_) Fail(path_.string() + ": expected a file that can be written");
 }
+
+void CheckOutputFile(const std::filesystem::path& path) { static_cast<void>(PlaceOf(path, StatusOf(path))); }
 
 void WriteFile(const std::filesystem::path& path, std::string_view text)
 {

@@ -17,10 +17,11 @@ namespace quilon {
 /// permissions of the file that it replaces. What is not published leaves no trace.
 ///
 /// A link leads to the file that is replaced. What is no plain file, as /dev/null or a pipe, is written as it is.
+/// The files of a working database are never replaced: see CheckOutputFile().
 class OutputFile
 {
 public:
-  /// @throws FED_Failure "PATH: ..." when the file cannot be opened
+  /// @throws FED_Failure "PATH: ..." when the file cannot be opened or CheckOutputFile() refuses it
   explicit OutputFile(std::filesystem::path path);
   OutputFile(const OutputFile&)            = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -50,6 +51,11 @@ private:
   std::unique_ptr<Buffer>       buffer_;  // of the file beside
   std::ostream                  out_{static_cast<std::streambuf*>(nullptr)};
 };
+
+/// For a file that is written at the end of long work, to be called before it.
+/// @throws FED_Failure "PATH: ..." for a folder and for a file in the folder of a working database, links followed: one
+///         whose name ends in .fed or that holds a manifest
+void CheckOutputFile(const std::filesystem::path& path);
 
 /// Writes the whole text of a file.
 /// @throws FED_Failure "PATH: ..."; the file is then as it was

@@ -249,6 +249,23 @@ TEST_F(DeckCommands, DepsAreWrittenToAFile)
   EXPECT_EQ(Local(ReadAll(folder_ / "a.d")), "a.frd: \\\n  a.inp\n");
 }
 
+TEST_F(DeckCommands, NothingIsWrittenIntoAWorkingDatabase)
+{
+  const std::string deck = Write("a.inp", "\n");
+  std::filesystem::create_directory(folder_ / "job.fed");
+  const std::string place    = (folder_ / "job.fed" / "manifest").string();
+  const std::string expected = "quilon: error: job.fed/manifest: inside a working database, expected a place outside\n";
+  for (const std::vector<std::string>& command : {std::vector<std::string>{"deck", "deps", deck, "-o", place},
+                                                  {"deck", "expand", deck, "-o", place},
+                                                  {"deck", "expand", deck, "--map", place}})
+  {
+    const RunResult run = RunQuilon(command);
+    EXPECT_EQ(Local(run.err), expected);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(std::filesystem::is_empty(folder_ / "job.fed"));
+  }
+}
+
 TEST_F(DeckCommands, DepsNeverWriteOverAFileOfTheDeck)
 {
   const std::string deck   = WriteTree();

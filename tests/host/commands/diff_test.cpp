@@ -615,6 +615,41 @@ TEST_F(DiffCommand, AReportThatCannotBeWrittenIsTroubleAndLeavesNothing)
   EXPECT_EQ(run.err, "quilon: error: " + file + ": expected a file that can be written\n");
 }
 
+// An index, a result file, rules or a manifest that a report replaces would be lost.
+TEST_F(DiffCommand, WhatIsReadIsNeverReplaced)
+{
+  WriteTemperatures(a_, {1});
+  WriteTemperatures(b_, {2});
+  const std::string fed   = (folder_ / "e.fed").string();
+  const std::string rules = (folder_ / "rules").string();
+  const std::string link  = (folder_ / "link").string();
+  const std::string frd   = (folder_ / "job.frd").string();
+  ASSERT_EQ(RunQuilon({"import", kTwins + "../a_tet/a_tet.frd", "-o", fed}).exitCode, 0);
+  std::filesystem::copy_file(kTwins + "../a_tet/a_tet.frd", frd);
+  std::filesystem::create_symlink(frd, link);
+  std::ofstream(rules) << "*: exact\n";
+  const std::string before = ReadTree(folder_.GetPath());
+
+  const auto error = [&](const std::vector<std::string>& arguments) {
+    const RunResult run = RunQuilon(arguments);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(ReadTree(folder_.GetPath()), before);
+    return run.err;
+  };
+  const std::string manifest = fed + "/manifest";
+  const std::string inside   = ": inside a working database, expected a place outside\n";
+  const std::string itself   = ": is compared itself, expected another place for the ";
+  EXPECT_EQ(error({"diff", a_, b_, "--junit", manifest}), "quilon: error: " + manifest + inside);
+  EXPECT_EQ(error({"diff", "--learn", a_, b_, "-o", manifest}), "quilon: error: " + manifest + inside);
+  EXPECT_EQ(error({"diff", frd, fed, "--junit", link}), "quilon: error: " + link + itself + "report\n");
+  EXPECT_EQ(error({"diff", fed, frd, "--junit", frd}), "quilon: error: " + frd + itself + "report\n");
+  EXPECT_EQ(error({"diff", "--learn", fed, frd, "-o", frd}), "quilon: error: " + frd + itself + "rules\n");
+  EXPECT_EQ(error({"diff", a_, b_, "--junit", b_ + "/index"}), "quilon: error: " + b_ + "/index" + itself + "report\n");
+  EXPECT_EQ(error({"diff", a_, b_, "--rules", rules, "--junit", rules}),
+            "quilon: error: " + rules + ": has the rules, expected another place for the report\n");
+}
+
 TEST_F(DiffCommand, LearntRulesAcceptTheirRunsAndNothingMuchWorse)
 {
   const std::string c = (folder_ / "c.onf").string();
@@ -695,6 +730,7 @@ TEST_F(DiffCommand, HelpHasTheFormulasAndTheDefaults)
   const std::string help = RunQuilon({"diff", "--help"}).out;
   for (const char* part : {"|a-b| <= 2e-5 * P", "|a-b| <= 1e-6, and where both are positive |a-b| / min(a,b) <= 1e-6",
                            "|a-b| <= T * max(|a|,|b|)", "|a-b| <= T * P", "at most N steps from a to b",
+                           "Two fields of floats\n             count theirs",
                            "Exit codes: 0 same, 1 different, 2 trouble.", "  quilon diff old.onf new.onf\n"})
     EXPECT_NE(help.find(part), std::string::npos) << part << '\n' << help;
 }

@@ -241,6 +241,19 @@ TEST_F(MatrixCommand, AMatrixIsChosenByAnIndexThatIsThere)
 }
 
 // A link stays one, and what is no file is not replaced by a file.
+TEST_F(MatrixCommand, ExportNeverReplacesAFileOfAWorkingDatabase)
+{
+  const std::string fed = (folder_ / "k.fed").string();
+  ASSERT_EQ(RunQuilon({"matrix", "import", small_, "--as", "mine", "-o", fed}).exitCode, 0);
+  const std::string before = ReadTree(fed);
+  // Refused before anything is read: the database that is named is not there.
+  const std::string segment = fed + "/segment-000001.h5";
+  for (const std::string& database : {fed, (folder_ / "none").string()})
+    ExpectTrouble({"matrix", "export", database, "mine", "-o", segment},
+                  segment + ": inside a working database, expected a place outside");
+  EXPECT_EQ(ReadTree(fed), before);
+}
+
 TEST_F(MatrixCommand, ExportKeepsLinksAndDevices)
 {
   ImportSmall();

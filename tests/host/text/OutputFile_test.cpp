@@ -125,6 +125,26 @@ TEST_F(OutputFileTest, APipeIsWrittenTo)
   close(reader);
 }
 
+TEST_F(OutputFileTest, FilesOfAWorkingDatabaseAreRefusedHoweverTheyAreReached)
+{
+  const fs::path named = folder_ / "new.FED";
+  const fs::path other = folder_ / "renamed";
+  const fs::path link  = folder_ / "link";
+  fs::create_directory(named);
+  fs::create_directory(other);
+  std::ofstream(other / "manifest") << "kept";
+  fs::create_directory_symlink(named, link);
+  fs::create_symlink(other / "manifest", path_);
+  for (const fs::path& path : {named / "a", other / "manifest", other / "b", link / "a", path_}) {
+    const std::string expected = path.string() + ": inside a working database, expected a place outside";
+    EXPECT_EQ(FailureOf(path, "text"), expected);
+    EXPECT_THROW(quilon::CheckOutputFile(path), FED_Failure);
+  }
+  EXPECT_EQ(ReadAll(other / "manifest"), "kept");
+  EXPECT_TRUE(fs::is_empty(named));
+  EXPECT_NO_THROW(quilon::CheckOutputFile(folder_ / "a.fed"));
+}
+
 TEST_F(OutputFileTest, WhatCannotBeWrittenIsNamed)
 {
   const std::string expected = ": expected a file that can be written";
