@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <span>
 #include <utility>
 
@@ -46,6 +47,22 @@ bool IsDeformed(const ForceRequest& request, const FED_DataDescriptor& result)
   }
   const calculix::DeckStep& step = steps[static_cast<std::size_t>(number) - 1];
   return step.nlgeom && !step.perturbation;
+}
+
+/// A slip in a number would leave all steps linear.
+/// @throws FED_Failure for a step or a range of steps that no result is of
+void CheckNonlinearSteps(const ForceRequest& request, const std::vector<FED_DataDescriptor>& results)
+{
+  if (!request.nonlinearSteps) return;
+  std::set<int> steps;
+  for (const FED_DataDescriptor& result : results) steps.insert(result.GetInteger(FED_DataDescriptor::LoadCase));
+  for (const NumberRange& range : *request.nonlinearSteps) {
+    const auto isHeld = [&range](int step) { return range.Holds(step); };
+    if (range.form != NumberRange::Numbers || std::any_of(steps.begin(), steps.end(), isHeld)) continue;
+    const std::string text =
+        std::to_string(range.first) + (range.last == range.first ? "" : "-" + std::to_string(range.last));
+    Fail("--nlgeom is '" + text + "', expected a step of the results in " + request.database + ": " + FormatIds(steps));
+  }
 }
 
 FED_DataDescriptor WithKind(FED_DataDescriptor descriptor, int onf)
@@ -255,6 +272,7 @@ std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&        
 ForceReport CalculateForces(FED_Database& database, const std::vector<FED_DataDescriptor>& results,
                             const ForceRequest& request, Listener* listener)
 {
+  CheckNonlinearSteps(request, results);
   std::map<int, std::vector<FED_DataDescriptor>> byIteration;
   for (const FED_DataDescriptor& result : results)
     byIteration[result.GetInteger(FED_DataDescriptor::Iteration)].push_back(result);

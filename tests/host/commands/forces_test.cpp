@@ -480,6 +480,20 @@ TEST_F(ForcesCommand, SaysWhatIsWrongWithItsArguments)
   }
 }
 
+TEST_F(ForcesCommand, NonlinearStepsAreStepsOfTheResults)
+{
+  const std::string dat = Fixture("forces/c3d8.dat");
+  for (const auto& [steps, step] : {std::pair("99", "99"), {"2,98-99", "98-99"}}) {
+    const RunResult run = RunOn("forces/c3d8", {"--balance", "--nlgeom", steps, "-q"});
+    EXPECT_EQ(run.err, "quilon: error: --nlgeom is '" + std::string(step) + "', expected a step of the results in " +
+                           dat + ": 1-2\n");
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.exitCode, 2);
+  }
+  EXPECT_EQ(RunOn("forces/c3d8", {"@lc=1", "--balance", "--nlgeom", "2"}).exitCode, 2);
+  EXPECT_EQ(RunOn("forces/c3d8", {"--balance", "--nlgeom", "2-99", "-q"}).exitCode, 0);
+}
+
 TEST_F(ForcesCommand, DeckWithFewerStepsThanTheResultsIsRefused)
 {
   const std::string deck = Fixture("forces/bar.inp");
