@@ -319,15 +319,20 @@ std::filesystem::path StemOf(const std::filesystem::path& file)
 }
 
 /// Adds the file, or, of a name that no file has, the solver's files of this stem.
-void AddFilesOf(const std::filesystem::path& name, std::vector<std::filesystem::path>& files)
+/// @param emptyDeck receives a deck of the stem that is empty: it is not added
+void AddFilesOf(const std::filesystem::path& name, std::vector<std::filesystem::path>& files,
+                std::filesystem::path& emptyDeck)
 {
   bool isStem = false;
   if (!IsSolverFile(name) && !std::filesystem::is_regular_file(name)) {
     for (const char* extension : kExtensions) {
       const std::filesystem::path file = name.string() + extension;
       if (!std::filesystem::is_regular_file(file)) continue;
-      files.push_back(file);
       isStem = true;
+      if (file.extension() == ".inp" && std::filesystem::file_size(file) == 0)
+        emptyDeck = file;
+      else
+        files.push_back(file);
     }
   }
   if (!isStem) files.push_back(name);
@@ -421,8 +426,8 @@ std::unique_ptr<ResultReader> MakeStaReader(std::filesystem::path path)
 SolverFiles GroupFiles(const std::vector<std::filesystem::path>& named)
 {
   std::vector<std::filesystem::path> files;
-  for (const std::filesystem::path& file : named) AddFilesOf(file, files);
-  SolverFiles           found;
+  SolverFiles                        found;
+  for (const std::filesystem::path& file : named) AddFilesOf(file, files, found.emptyDeck);
   std::vector<JobPaths> jobs;
   for (const std::filesystem::path& file : files) {
     const std::string extension = LowerExtension(file);

@@ -144,6 +144,7 @@ ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_
   ImportRecord record;
   for (const std::filesystem::path& file : found.passedOver)
     record.Notice(file.string() + ": no result file and no deck, passed over");
+  if (!found.emptyDeck.empty()) record.Notice(found.emptyDeck.string() + ": empty, passed over");
   UserKindPool kinds(target);
   if (found.jobs.empty()) ImportJob(target, options, context, kinds, record, {}).SaveMesh();
   for (const ResultJob& jobFiles : found.jobs) {

@@ -101,7 +101,7 @@ void DeckModelReader::ReadModel()
 {
   Walk();
   EndCard();
-  if (!hasCards_ && messages_ != nullptr) Error({0, 1}, "the deck is empty: it has no keyword card");
+  if (!hasCards_ && !hasBadInclude_) Error({0, 1}, "the deck is empty: it has no keyword card");
   if (!isInStep_) return;
   // The solver never computes such a step; one without a card may have been meant to be none.
   const auto severity = cardsInStep_ == 0 ? DeckMessage::Warning : DeckMessage::Error;
@@ -171,7 +171,11 @@ void DeckModelReader::OnLine(const DeckLine& line)
   }
 }
 
-void DeckModelReader::OnBadInclude(const DeckLine& line, const std::string& text) { Error(line.place, text); }
+void DeckModelReader::OnBadInclude(const DeckLine& line, const std::string& text)
+{
+  hasBadInclude_ = true;
+  Error(line.place, text);
+}
 
 void DeckModelReader::OnDoubtfulInclude(const DeckLine& line, const std::string& text) { Warn(line.place, text); }
 

@@ -122,6 +122,7 @@ private:
   bool                   isRestart_     = false;  // goes on from a model that is not in the deck
   int                    cardsInStep_   = 0;
   bool                   hasCards_      = false;
+  bool                   hasBadInclude_ = false;  // whose file may have the cards
 };
 
 }  // namespace quilon::calculix

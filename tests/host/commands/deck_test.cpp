@@ -122,6 +122,15 @@ TEST_F(DeckCommands, EmptyDeckIsNoGoodDeck)
   EXPECT_EQ(run.exitCode, 1);
 }
 
+TEST_F(DeckCommands, WhatAMissingIncludeMayHoldIsNotMissedToo)
+{
+  const RunResult run = RunQuilon({"deck", "check", Write("a.inp", "*INCLUDE, INPUT=none\n")});
+  EXPECT_EQ(Local(run.out),
+            "a.inp:1: error: include file 'none' is not there, looked for none\n  *INCLUDE, INPUT=none\n"
+            "1 error, 0 warnings in 1 line of 1 file: 0 nodes, 0 elements, 0 sets, 0 materials, 0 steps\n");
+  EXPECT_EQ(run.exitCode, 1);
+}
+
 TEST_F(DeckCommands, LinesWithControlCharactersDoNotDriveATerminal)
 {
   const RunResult run = RunQuilon({"deck", "check", Write("a.inp", "*NODE\n1,\x1b[31mred\n")});

@@ -226,6 +226,27 @@ TEST_F(ImportCommand, OtherFilesOfTheJobArePassedOver)
             "quilon: error: " + path("notes.txt") + ": expected a result file .frd, .dat or .sta, or a deck .inp\n");
 }
 
+TEST_F(ImportCommand, ADeckWithoutACardIsAnErrorUnlessAStemFoundItEmpty)
+{
+  for (const char* extension : {".frd", ".dat"})
+    fs::copy(Fixture("a_tet/a_tet") + extension, folder_ / ("job" + std::string(extension)));
+  const auto        path = [this](const char* name) { return (folder_ / name).string(); };
+  const std::string deck = path("job.inp");
+  for (const char* text : {"", "** to be written\n\n"}) {
+    std::ofstream(deck, std::ios::trunc) << text;
+    const RunResult run = RunQuilon({"import", deck, path("job.frd"), path("job.dat"), "-o", out_});
+    EXPECT_EQ(run.err, "quilon: error: " + deck + ":1: the deck is empty: it has no keyword card\n");
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_FALSE(fs::exists(out_));
+  }
+  EXPECT_EQ(RunQuilon({"import", path("job"), "-o", out_}).exitCode, 2);  // it has lines
+
+  std::ofstream(deck, std::ios::trunc).close();
+  const RunResult stem = RunQuilon({"import", path("job"), "-o", out_});
+  EXPECT_EQ(stem.exitCode, 0) << stem.err;
+  EXPECT_NE(stem.err.find("quilon: note: " + deck + ": empty, passed over\n"), std::string::npos) << stem.err;
+}
+
 TEST_F(ImportCommand, OutputWithAForeignExtensionIsASlip)
 {
   const std::string csv = (folder_ / "out.csv").string();
