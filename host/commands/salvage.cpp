@@ -85,7 +85,7 @@ CommandFunction DefineSalvage(CLI::App& app)
       "Copies every whole chunk of a damaged database and says what is lost. DB stays as it is. Without a manifest "
       "all\n"
       "whole segments count, those of a commit that never happened too. Exit code 0 when nothing is lost, 1 when\n"
-      "something is, 2 when nothing can be saved.\n"
+      "something is or may be (a file that was cut, no manifest), 2 when nothing can be saved.\n"
       "\n"
       "Example:\n"
       "  quilon salvage bracket.fed -o saved.fed");

@@ -198,6 +198,16 @@ TEST_F(HealthCommands, ADamagedBlockCanBePruned)
   EXPECT_EQ(RunQuilon({"check", fed_}).exitCode, 0);
 }
 
+// What stood behind the cut nobody knows.
+TEST_F(HealthCommands, SalvageOfAFileThatWasCutIsNoSuccess)
+{
+  const fs::path segment = fs::path(fed_) / "segment-000001.h5";
+  fs::resize_file(segment, fs::file_size(segment) - 1);
+  EXPECT_EQ(RunQuilon({"salvage", fed_, "-o", new_}).exitCode, 1);
+  const std::string help = RunQuilon({"salvage", "--help"}).out;
+  EXPECT_NE(help.find("something is or may be (a file that was cut, no manifest), 2 when"), std::string::npos) << help;
+}
+
 TEST_F(HealthCommands, SalvageWritesToNothingThatExists)
 {
   fs::create_directory(new_);
