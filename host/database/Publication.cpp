@@ -132,7 +132,8 @@ void Publication::CheckFolder(Form form) const
   // A first import that was killed looks like a database that lost its manifest. Who writes here would remove both.
   const auto isSegment = [](const std::string& file) { return file.starts_with("segment-") && file.ends_with(".h5"); };
   if (!isOnf_ && HasOnly(folder_, [&](const std::string& file) { return isLeftover(file) || isSegment(file); }))
-    Fail(name + ": segments without a manifest, of a first import that was killed or of a damaged database, " +
+    Fail(name +
+         ": segments without a manifest, of a first import that is at work or was killed, or of a damaged database, " +
          expected + "; 'quilon salvage' saves what is whole of them");
   Fail(name + ": a folder with other files, " + expected);
 }

@@ -196,7 +196,8 @@ TEST_F(WorkingDatabase, SegmentsWithoutAManifestAreLeftAlone)
   const std::string before = ReadTree(fed_);
   EXPECT_EQ(FromOnf().err,
             "quilon: error: " + fed_ +
-                ": segments without a manifest, of a first import that was killed or of a damaged database, expected a "
+                ": segments without a manifest, of a first import that is at work or was killed, or of a damaged "
+                "database, expected a "
                 "working database or the name of a new one; 'quilon salvage' saves what is whole of them\n");
   EXPECT_EQ(ReadTree(fed_), before);
 }

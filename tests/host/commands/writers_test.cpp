@@ -131,6 +131,7 @@ TEST_F(Writers, ThatMakeOneDatabaseAtOnceLeaveAWholeOne)
       if (run.exitCode != 0) {
         EXPECT_THAT(run.err, testing::AnyOf(testing::HasSubstr("another program writes to the ONF folder"),
                                             testing::HasSubstr("another writer has the database open"),
+                                            testing::HasSubstr("of a first import that is at work"),
                                             testing::HasSubstr("cannot create a database: there is one already")));
       }
     }
