@@ -126,12 +126,16 @@ void Publication::CheckFolder(Form form) const
     return;
   }
   if (kind != FED_FileStatus::Folder) Fail(name + ": not a folder, " + expected);
-  if (isOnf_ ? IsOnfFolder(folder_) : IsWorkingDatabase(folder_)) return;
+  const auto isDatabase = [&] { return isOnf_ ? IsOnfFolder(folder_) : IsWorkingDatabase(folder_); };
+  if (isDatabase()) return;
   const auto isLeftover = [&](const std::string& file) { return IsLeftover(file, isOnf_); };
   if (HasOnly(folder_, isLeftover)) return;
   // A first import that was killed looks like a database that lost its manifest. Who writes here would remove both.
   const auto isSegment = [](const std::string& file) { return file.starts_with("segment-") && file.ends_with(".h5"); };
-  if (!isOnf_ && HasOnly(folder_, [&](const std::string& file) { return isLeftover(file) || isSegment(file); }))
+  const bool hasSegments =
+      !isOnf_ && HasOnly(folder_, [&](const std::string& file) { return isLeftover(file) || isSegment(file); });
+  if (isDatabase()) return;  // another program has made it meanwhile
+  if (hasSegments)
     Fail(name +
          ": segments without a manifest, of a first import that is at work or was killed, or of a damaged database, " +
          expected + "; 'quilon salvage' saves what is whole of them");

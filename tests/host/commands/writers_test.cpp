@@ -113,7 +113,7 @@ TEST_F(Writers, AWaitThatIsNoTimeIsRefused)
   EXPECT_EQ(RunQuilon({"to-onf", onf_, out_, "--wait", "-1"}).exitCode, 2);
 }
 
-// One makes it; others fail and say why, or come behind it and replace equal blocks.
+// One makes it; others fail and say what they found, or come behind it and replace equal blocks.
 TEST_F(Writers, ThatMakeOneDatabaseAtOnceLeaveAWholeOne)
 {
   constexpr int kNumPrograms = 4;
@@ -132,6 +132,7 @@ TEST_F(Writers, ThatMakeOneDatabaseAtOnceLeaveAWholeOne)
         EXPECT_THAT(run.err, testing::AnyOf(testing::HasSubstr("another program writes to the ONF folder"),
                                             testing::HasSubstr("another writer has the database open"),
                                             testing::HasSubstr("of a first import that is at work"),
+                                            testing::HasSubstr("a folder with other files"),
                                             testing::HasSubstr("cannot create a database: there is one already")));
       }
     }
