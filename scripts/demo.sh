@@ -14,7 +14,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 out=${1:-build/demo}
 scripts/install_dependencies.sh build
 
-cmake --preset release -DQUILON_BUILD_TESTS=OFF -DQUILON_BUILD_BENCH=OFF -B build/demo-build >/dev/null
+cmake --preset release -DQUILON_PRECOMPILE=ON -DQUILON_BUILD_TESTS=OFF -DQUILON_BUILD_BENCH=OFF -B build/demo-build >/dev/null
 cmake --build build/demo-build --target quilon
 quilon=build/demo-build/host/quilon
 results=tests/fixtures/calculix/a_tet
