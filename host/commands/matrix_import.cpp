@@ -135,8 +135,9 @@ public:
           ThrowIfInterrupted();
           context_.console.Progress("reading " + name, done, total);
         });
-    const bool         isWhole    = !options_.element;
-    const int          onf        = isWhole ? OnfOf(file.role) : 593;  // of an element's matrix only the keys are used
+    const bool isWhole = !options_.element;
+    const int  onf =
+        isWhole ? OnfOf(file.role) : OnfKind::StiffnessMatrix;  // of an element's matrix only the keys are used
     FED_DataDescriptor descriptor = TargetOf(onf, name);
     if (isWhole)
       StoreWhole(file, descriptor, name);

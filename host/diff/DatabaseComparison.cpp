@@ -22,14 +22,9 @@ namespace quilon::diff {
 
 namespace {
 
-constexpr int kDisplacement = 510;
-constexpr int kModes        = 2;  // of the index Analysis
-constexpr int kNodeSets     = 600;
-constexpr int kElementSets  = 601;
+constexpr int kModes = 2;  // of the index Analysis
 
 constexpr const char* kImaginaryDisplacement = "DISPI";  // the name that the solver gives it
-
-bool IsUserKind(int onf) { return onf >= 1000 && onf <= 1999; }
 
 /// What identifies a block in either database: its indices, with the names of user kinds in place of their ONF ids. Of
 /// such an id the hundred stays: it says what the ids of the records number and what a record holds.
@@ -51,7 +46,7 @@ BlockKey MakeKey(const FED_Database& database, const FED_DataDescriptor& descrip
   BlockKey   key{descriptor, "", ""};
   const auto replace = [&](FED_DataDescriptor::ResultIndex index, std::string& name) {
     const int onf = descriptor.values[index];
-    if (!IsUserKind(onf)) return;
+    if (!OnfKind::IsUserKind(onf)) return;
     name = database.GetUserKindName(static_cast<FED_OnfId>(onf));
     if (!name.empty()) key.descriptor.values[index] = onf / 100 * 100;
   };
@@ -73,45 +68,15 @@ Transformation::Sign GetSignWhenNegated(int onf, const std::string& userKindName
   // What the solver writes of a mode and the catalogue has no kind for: mechanical strains and imaginary parts.
   for (const char* const linear : {"MESTRAIN", kImaginaryDisplacement, "FORCI", "STRESSI", "TOSTRAII", "MESTRAII"})
     if (userKindName == linear) return Transformation::Negated;
-  switch (onf) {
-    case 510:  // displacement, reaction, velocity, acceleration
-    case 511:
-    case 512:
-    case 513:
-    case 521:  // stresses and strains
-    case 522:
-    case 531:
-    case 532:
-    case 561:
-    case 571:
-    case 580:  // element forces and moments
-    case 581:
-    case 582:  // at integration points
-    case 583:
+  switch (OnfKind::SignChangeOf(onf)) {
+    case OnfKind::SignChange::Negated:
       return Transformation::Negated;
-    case 520:
-    case 530:
-    case 560:
-    case 570:
+    case OnfKind::SignChange::Principal:
       return Transformation::NegatedPrincipal;
-    default:
-      return Transformation::AsIs;
+    case OnfKind::SignChange::None:
+      break;
   }
-}
-
-/// @return how many components take turns in the lists of doubles of a kind: tensors of points, vectors of nodes
-std::size_t GetListPeriod(const BlockOutcome& outcome)
-{
-  switch (outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId)) {
-    case 580:
-    case 581:
-      return 3;
-    case 582:
-    case 583:
-      return 6;
-    default:
-      return 1;
-  }
+  return Transformation::AsIs;
 }
 
 /// The solver prints the components of a vector that belongs to a set as sums of their own: "total force x NFIX".
@@ -296,10 +261,10 @@ private:
   int KindInFirst(const FED_DataDescriptor& descriptor) const
   {
     const int kind = KindOf(descriptor);
-    if (!IsUserKind(kind)) return kind;
+    if (!OnfKind::IsUserKind(kind)) return kind;
     const std::string name = second_.database.GetUserKindName(static_cast<FED_OnfId>(kind));
     if (name.empty()) return kind;
-    for (int onf = 1000; onf <= 1999; ++onf)
+    for (int onf = OnfKind::FirstUserKind; onf <= OnfKind::LastUserKind; ++onf)
       if (first_.database.GetUserKindName(static_cast<FED_OnfId>(onf)) == name) return onf;
     return first_.database.GetUserKindName(static_cast<FED_OnfId>(kind)).empty() ? kind : -kind;
   }
@@ -321,10 +286,12 @@ private:
     const RecordPairs    pairs          = matcher_.Pair(*outcome.block, second);
     const Transformation transformation = Transform(outcome, pairs, rule);
     outcome.isNegated                   = transformation.sign != Transformation::AsIs;
-    outcome.fields                      = CompareFields(
-                             *outcome.block, second, pairs,
-                             {rule, terms_.info, transformation, rule.NeedsPeak() ? GetVectorPeak(outcome) : 0.0, GetListPeriod(outcome),
-                              terms_.allNorms, terms_.ignoresMissingInSecond, terms_.ignoresMissingInFirst});
+    const int  onf                      = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId);
+    const auto listPeriod               = static_cast<std::size_t>(OnfKind::ListPeriodOf(onf));
+    outcome.fields =
+        CompareFields(*outcome.block, second, pairs,
+                      {rule, terms_.info, transformation, rule.NeedsPeak() ? GetVectorPeak(outcome) : 0.0, listPeriod,
+                       terms_.allNorms, terms_.ignoresMissingInSecond, terms_.ignoresMissingInFirst});
     outcome.status = outcome.fields.IsSame() ? BlockOutcome::Same : BlockOutcome::Different;
     if (terms_.difference != nullptr) terms_.difference->Write(*outcome.block, second, pairs, transformation);
   }
@@ -345,9 +312,9 @@ private:
     Transformation transformation;
     const int      onf = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId);
     if (terms_.mesh != nullptr) {
-      if (onf == FED_OnfId_ElementNodes || onf == kNodeSets) transformation.listIds = terms_.mesh->Find(0);
-      if (onf == kElementSets) transformation.listIds = terms_.mesh->Find(1);
-      transformation.sortsLists = onf == kNodeSets || onf == kElementSets;
+      if (onf == FED_OnfId_ElementNodes || onf == OnfKind::NodeSet) transformation.listIds = terms_.mesh->Find(0);
+      if (onf == OnfKind::ElementSet) transformation.listIds = terms_.mesh->Find(1);
+      transformation.sortsLists = onf == OnfKind::NodeSet || onf == OnfKind::ElementSet;
     }
     const Transformation::Sign whenNegated = GetSignWhenNegated(onf, GetUserKindName(onf));
     if (rule.modeSign && whenNegated != Transformation::AsIs && IsMode(outcome.descriptor) &&
@@ -387,7 +354,7 @@ private:
     for (const BlockOutcome& outcome : outcome_.blocks) {
       if (outcome.block == nullptr || outcome.secondBlock == nullptr) continue;
       const int onf = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId);
-      if (onf == kDisplacement || GetUserKindName(onf) == kImaginaryDisplacement)
+      if (onf == OnfKind::Displacement || GetUserKindName(onf) == kImaginaryDisplacement)
         displacements_->emplace(ModeOf(outcome.descriptor), &outcome);
     }
     return *displacements_;
@@ -395,7 +362,7 @@ private:
 
   std::string GetUserKindName(int onf) const
   {
-    return IsUserKind(onf) ? first_.database.GetUserKindName(static_cast<FED_OnfId>(onf)) : std::string();
+    return OnfKind::IsUserKind(onf) ? first_.database.GetUserKindName(static_cast<FED_OnfId>(onf)) : std::string();
   }
 
   const ComparedDatabase& first_;

@@ -12,6 +12,8 @@
 
 #include <nanoflann.hpp>
 
+#include <bundled/OnfKinds.h>
+
 #include "database/ScratchRecord.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -23,8 +25,7 @@ namespace quilon::diff {
 
 namespace {
 
-constexpr int kCoordinates = 516;
-constexpr int kVectorType  = 5;
+constexpr int kVectorType = 5;
 
 // Nodes within the tolerance of a node, on average. More would make no sense, and the pairs of all nodes with all fill
 // any memory.
@@ -72,7 +73,7 @@ void RequireVectors(const FED_DataBlock& block, const std::string& name)
 /// The nodes that are somewhere, by ascending id.
 Cloud ReadNodes(const FED_Database& database, const std::string& name)
 {
-  const FED_DataBlock* const block = FindBlock(database, kCoordinates);
+  const FED_DataBlock* const block = FindBlock(database, OnfKind::Coordinates);
   if (block == nullptr) Fail(name + ": holds no coordinates (516), expected them to match points");
   RequireVectors(*block, name);
   Cloud                      cloud;

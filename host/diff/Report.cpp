@@ -19,7 +19,6 @@ namespace {
 
 const char* const kNone = "-";
 
-constexpr int         kMaterials  = 602;
 constexpr std::size_t kNamedKinds = 8;  // in a line on what one side alone has
 
 std::string OrNone(const std::string& text) { return text.empty() ? kNone : text; }
@@ -115,7 +114,7 @@ ReportedValue ToReported(const Value& value, bool isMaterial)
 DifferenceRow NameDifference(const ValueDifference& difference, const BlockOutcome& outcome, const BlockName& name,
                              const PlaceNames& places)
 {
-  const bool isMaterial = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId) == kMaterials;
+  const bool isMaterial = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId) == OnfKind::Material;
   return {name,
           places.GetId(difference.index, difference.second),
           places.GetComponent(difference.field, difference.component),

@@ -7,6 +7,8 @@
 #include <tuple>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
+
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "selection/Selection.h"
@@ -18,8 +20,6 @@ namespace quilon::diff {
 namespace {
 
 using Descriptor = FED_DataDescriptor;
-
-constexpr int kTime = 501;
 
 constexpr Descriptor::ResultIndex kStepIndices[] = {Descriptor::Iteration, Descriptor::Analysis, Descriptor::LoadCase,
                                                     Descriptor::Substep, Descriptor::Increment};
@@ -62,7 +62,7 @@ TimedSteps FindTimes(const FED_Database& database, const std::vector<Descriptor>
     return key;
   };
   for (const Descriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
-    if (GetQuantity(descriptor) == kTime) histories.emplace(keyOf(descriptor), descriptor);
+    if (GetQuantity(descriptor) == OnfKind::Time) histories.emplace(keyOf(descriptor), descriptor);
   for (const Descriptor& step : steps) {
     const auto history = histories.find(keyOf(step));
     const auto substep = static_cast<std::size_t>(std::max(step.values[Descriptor::Substep], 0));

@@ -11,17 +11,13 @@
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 #include <QuilonOnfEngine/OnfGroupsFile.h>
 
+#include <bundled/OnfKinds.h>
+
 #include "text/Failure.h"
 
 namespace quilon {
 
 namespace {
-
-constexpr int kNodeSet     = 600;
-constexpr int kElementSet  = 601;
-constexpr int kMaterial    = 602;
-constexpr int kSection     = 603;
-constexpr int kOrientation = 604;
 
 constexpr double kNotStated = std::numeric_limits<double>::quiet_NaN();
 
@@ -137,8 +133,8 @@ void DeckImporter::ConvertModel()
 {
   calculix::DeckModelReader::ConvertModel();
   FindSections();
-  SaveSets(kNodeSet, deck_.model.nodeSets);
-  SaveSets(kElementSet, deck_.model.elementSets);
+  SaveSets(OnfKind::NodeSet, deck_.model.nodeSets);
+  SaveSets(OnfKind::ElementSet, deck_.model.elementSets);
   SaveMaterials();
   SaveSections();
   SaveOrientations();
@@ -182,7 +178,7 @@ void DeckImporter::SaveMaterials()
 {
   const std::vector<calculix::DeckMaterial>& materials = deck_.model.materials;
   if (materials.empty()) return;
-  RecordWriter writer(database_, iteration_, kMaterial, materials.size());
+  RecordWriter writer(database_, iteration_, OnfKind::Material, materials.size());
   int          number = 0;
   for (const calculix::DeckMaterial& material : materials) {
     const calculix::DeckProperty* elastic = material.Find("ELASTIC");
@@ -198,7 +194,7 @@ void DeckImporter::SaveMaterials()
 void DeckImporter::SaveSections()
 {
   if (deck_.sections.Entries().empty()) return;
-  RecordWriter writer(database_, iteration_, kSection, deck_.sections.Entries().size());
+  RecordWriter writer(database_, iteration_, OnfKind::ElementSection, deck_.sections.Entries().size());
   for (const auto& [id, section] : deck_.sections.Entries()) {
     writer.Fields().SetInteger(1, section.section);
     writer.Fields().SetInteger(2, section.material);
@@ -211,7 +207,7 @@ void DeckImporter::SaveOrientations()
 {
   const std::vector<calculix::DeckOrientation>& orientations = deck_.model.orientations;
   if (orientations.empty()) return;
-  RecordWriter writer(database_, iteration_, kOrientation, orientations.size());
+  RecordWriter writer(database_, iteration_, OnfKind::Orientation, orientations.size());
   int          number = 0;
   for (const calculix::DeckOrientation& orientation : orientations) {
     std::vector<double> numbers(orientation.a.begin(), orientation.a.end());

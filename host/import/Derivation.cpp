@@ -12,6 +12,8 @@
 #include <QuilonOnfEngine/OnfResultRequestFile.h>
 #include <QuilonUtilities/FED_LogMacros.h>
 
+#include <bundled/OnfKinds.h>
+
 #include "FEM_PrincipalValue.h"
 #include "FEM_ResultUtil.h"
 #include "selection/Selection.h"
@@ -21,7 +23,11 @@ namespace quilon {
 namespace {
 
 /// Principal values and the tensors that they come from.
-constexpr std::array<std::pair<int, int>, 4> kPrincipalKinds = {{{560, 561}, {520, 521}, {570, 571}, {530, 531}}};
+constexpr std::array<std::pair<int, int>, 4> kPrincipalKinds = {
+    {{OnfKind::ElementStressPrincipal, OnfKind::ElementStress},
+     {OnfKind::NodalStressPrincipal, OnfKind::NodalStress},
+     {OnfKind::ElementStrainPrincipal, OnfKind::ElementStrain},
+     {OnfKind::NodalStrainPrincipal, OnfKind::NodalStrain}}};
 
 constexpr std::size_t kNumComponents = 6;
 

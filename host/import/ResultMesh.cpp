@@ -8,6 +8,8 @@
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
+#include <bundled/OnfKinds.h>
+
 #include "FEM_ResultUtil.h"
 #include "import/DeckImporter.h"
 #include "text/Failure.h"
@@ -15,10 +17,6 @@
 namespace quilon {
 
 namespace {
-
-constexpr int kCoordinates  = 516;
-constexpr int kElementNodes = 595;
-constexpr int kElementType  = 596;
 
 /// Whether a place is the exact one of a place with six digits.
 bool IsPlaceOf(std::span<const double> place, std::span<const double> rounded)
@@ -135,7 +133,7 @@ void ResultMesh::Save(FED_Database& database, int iteration)
 
 void ResultMesh::SaveCoordinates(FED_Database& database, int iteration)
 {
-  const FED_DataDescriptor descriptor(iteration, static_cast<FED_OnfId>(kCoordinates));
+  const FED_DataDescriptor descriptor(iteration, OnfKind::Coordinates);
   FED_DataBlock&           block = database.GetOrCreateDataBlock(descriptor, nodes_.Entries().size());
   FED_IdDataBlock          view(block, database.GetIdMapsPool(), true);
   std::size_t              position = 0;
@@ -144,8 +142,8 @@ void ResultMesh::SaveCoordinates(FED_Database& database, int iteration)
 
 void ResultMesh::SaveElements(FED_Database& database, int iteration)
 {
-  const FED_DataDescriptor nodesDescriptor(iteration, static_cast<FED_OnfId>(kElementNodes));
-  const FED_DataDescriptor typeDescriptor(iteration, static_cast<FED_OnfId>(kElementType));
+  const FED_DataDescriptor nodesDescriptor(iteration, OnfKind::ElementNodes);
+  const FED_DataDescriptor typeDescriptor(iteration, OnfKind::ElementType);
   const bool               known       = database.HasDataBlock(nodesDescriptor);
   const std::size_t        numElements = elements_.Entries().size();
 
