@@ -47,16 +47,26 @@ enum class Unlisted
   Other   // one does, and is cut, damaged, or no commit by itself
 };
 
+// Reads a segment that is a commit by itself.
+// @param commit receives its header; nothing for any other segment and for one that is not whole
+// @return whether the segment is there
+bool ReadCommit(FED_FileLayer& files, const std::filesystem::path& path, std::optional<SegmentHeader>& commit)
+{
+  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
+  const std::error_code error  = files.Open(path, FED_FileLayer::Read, handle);
+  commit                       = std::nullopt;
+  if (error == std::errc::no_such_file_or_directory) return false;
+  RequireSuccess(error, path, "open");
+  commit = FindWholeCommit(StoreFile(files, path, handle));
+  return true;
+}
+
 // Takes the commit that follows the state if its segment is there and whole.
 Unlisted TakeUnlistedCommit(FED_FileLayer& files, const std::filesystem::path& folder, ManifestState& state)
 {
-  const std::uint64_t         number = state.manifest.nextSegment;
-  const std::filesystem::path path   = folder / GetSegmentName(number);
-  FED_FileLayer::Handle       handle = FED_FileLayer::kNoHandle;
-  const std::error_code       error  = files.Open(path, FED_FileLayer::Read, handle);
-  if (error == std::errc::no_such_file_or_directory) return Unlisted::None;
-  RequireSuccess(error, path, "open");
-  const std::optional<SegmentHeader> header = FindWholeCommit(StoreFile(files, path, handle));
+  const std::uint64_t          number = state.manifest.nextSegment;
+  std::optional<SegmentHeader> header;
+  if (!ReadCommit(files, folder / GetSegmentName(number), header)) return Unlisted::None;
   if (!header || header->entry.number != number || header->entry.first != number || header->entry.last != number)
     return Unlisted::Other;
   const CommitMark& mark = *header->commit;
@@ -72,12 +82,8 @@ bool HasLaterCommit(FED_FileLayer& files, const std::filesystem::path& folder, c
   RequireSuccess(files.List(folder, names), folder, "list");
   for (const std::string& name : names) {
     if (!IsSegmentName(name)) continue;
-    const std::filesystem::path path   = folder / name;
-    FED_FileLayer::Handle       handle = FED_FileLayer::kNoHandle;
-    const std::error_code       error  = files.Open(path, FED_FileLayer::Read, handle);
-    if (error == std::errc::no_such_file_or_directory) continue;  // a writer has removed it meanwhile
-    RequireSuccess(error, path, "open");
-    const std::optional<SegmentHeader> header = FindWholeCommit(StoreFile(files, path, handle));
+    std::optional<SegmentHeader> header;
+    ReadCommit(files, folder / name, header);  // one that a writer has removed meanwhile is none
     if (header && header->entry.number > manifest.nextSegment && header->commit->generation > manifest.generation + 1)
       return true;
   }
