@@ -40,7 +40,8 @@ ROOMS = {
     "forces": WORK,
     "matrix": WORK,
     "diff": WORK,
-    "commands": WORK | {"terminal", "import", "forces", "matrix", "diff"},
+    "answers": WORK | {"mesh"},
+    "commands": WORK | {"terminal", "import", "forces", "matrix", "diff", "answers"},
 }
 
 # What the library and the contract may take from outside: headers of the C++20 standard library.

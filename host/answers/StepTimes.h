@@ -1,0 +1,42 @@
+#pragma once
+
+/// @file
+/// When the result steps of a database are.
+
+#include <map>
+#include <optional>
+
+#include "QuilonDbConnector/FED_DataDescriptor.h"
+
+class FED_Database;
+
+namespace quilon {
+
+/// The times of result steps, and the frequencies or buckling factors of those that have these instead. They stand in
+/// the histories of their iteration, analysis and load case, at the position of their substep.
+class StepTimes
+{
+public:
+  /// Reads all histories of times, frequencies and buckling factors; the database is not needed afterwards.
+  explicit StepTimes(const FED_Database& database);
+
+  /// @return the time of a block's result step, else its frequency, else its buckling factor; nothing where none of
+  /// them
+  ///         is known or is no finite number, and for blocks that belong to all steps
+  std::optional<double> TimeOf(const FED_DataDescriptor& block) const;
+
+  /// @return what TimeOf() tells: Time, Frequency or BucklingFactor (OnfKind), 0 when it tells nothing
+  int QuantityOf(const FED_DataDescriptor& block) const;
+
+private:
+  struct Moment
+  {
+    int    quantity = 0;
+    double value    = 0.0;
+  };
+  const Moment* Find(const FED_DataDescriptor& block) const;
+
+  std::map<FED_DataDescriptor, Moment> moments_;  // by iteration, analysis, load case and substep
+};
+
+}  // namespace quilon

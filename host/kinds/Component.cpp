@@ -1,0 +1,399 @@
+#include "kinds/Component.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <utility>
+
+#include <bundled/FED_RecordFormat.h>
+#include <bundled/OnfKinds.h>
+
+#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
+#include "text/Case.h"
+#include "text/Failure.h"
+#include "text/Suggestion.h"
+
+namespace quilon {
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+const Names kVectorNames    = {"x", "y", "z"};
+const Names kPrincipalNames = {"p1", "p2", "p3"};
+const Names kTensorNames    = {"xx", "yy", "zz", "xy", "yz", "zx"};
+
+constexpr double kStrainFactor = 2.0 / 3.0;
+constexpr double kNaN          = std::numeric_limits<double>::quiet_NaN();
+
+/// Numbers between these have squares and sums of a few squares that neither overflow nor lose digits.
+constexpr double kLeastSquared    = 0x1p-400;
+constexpr double kGreatestSquared = 0x1p+400;
+
+/// @return the largest magnitude; nan when one of the values is
+template <std::size_t N>
+double LargestOf(const std::array<double, N>& values)
+{
+  double largest = 0.0;
+  for (const double value : values) {
+    const double magnitude = std::fabs(value);
+    if (!(magnitude <= largest)) largest = magnitude;
+    if (std::isnan(largest)) break;
+  }
+  return largest;
+}
+
+/// @return the exponent by which numbers of this largest magnitude are scaled to a size of one, 0 where they need not
+/// be
+int ScaleOf(double largest)
+{
+  if (largest == 0.0 || (largest > kLeastSquared && largest < kGreatestSquared)) return 0;
+  int exponent = 0;
+  std::frexp(largest, &exponent);
+  return -exponent;
+}
+
+template <std::size_t N>
+void Scale(std::array<double, N>& values, int exponent)
+{
+  if (exponent == 0) return;
+  for (double& value : values) value = std::ldexp(value, exponent);
+}
+
+/// A tensor whose components are finite, scaled where its squares would not fit.
+struct ScaledTensor
+{
+  explicit ScaledTensor(std::span<const double, 6> tensor)
+  {
+    std::copy(tensor.begin(), tensor.end(), values.begin());
+    const double largest = LargestOf(values);
+    isFinite             = std::isfinite(largest);
+    if (!isFinite) return;
+    exponent = ScaleOf(largest);
+    Scale(values, exponent);
+  }
+
+  /// @return a number of the tensor's size as it is of the tensor that was given
+  double Restore(double value) const { return exponent == 0 ? value : std::ldexp(value, -exponent); }
+
+  std::array<double, 6> values;
+  int                   exponent = 0;
+  bool                  isFinite = true;
+};
+
+/// sqrt(3/2 s:s), s the deviator, from differences: of a nearly hydrostatic tensor nothing else keeps its digits.
+double DeviatorSize(const std::array<double, 6>& t)
+{
+  std::array<double, 6> terms    = {t[0] - t[1], t[1] - t[2], t[2] - t[0], t[3], t[4], t[5]};
+  const int             exponent = ScaleOf(LargestOf(terms));
+  Scale(terms, exponent);
+  const double normal = (terms[0] * terms[0] + terms[1] * terms[1] + terms[2] * terms[2]) / 2.0;
+  const double shear  = 3.0 * (terms[3] * terms[3] + terms[4] * terms[4] + terms[5] * terms[5]);
+  return std::ldexp(std::sqrt(normal + shear), -exponent);
+}
+
+double MeanOf(const std::array<double, 6>& t) { return (t[0] + t[1] + t[2]) / 3.0; }
+
+/// One rotation of Jacobi's method makes a[p][q] zero. @param v collects the rotations, a column a direction
+void Rotate(double (&a)[3][3], double (&v)[3][3], int p, int q)
+{
+  const double apq = a[p][q];
+  if (apq == 0.0) return;
+  const double theta = (a[q][q] - a[p][p]) / (2.0 * apq);
+  // The smaller root of t^2 + 2 theta t - 1 = 0. Of a theta whose square overflows 1 / (2 theta) is left.
+  const double t = std::isinf(theta * theta)
+                       ? 0.5 / theta
+                       : std::copysign(1.0, theta) / (std::fabs(theta) + std::sqrt(theta * theta + 1.0));
+  const double c = 1.0 / std::sqrt(t * t + 1.0);
+  const double s = t * c;
+  a[p][p] -= t * apq;
+  a[q][q] += t * apq;
+  a[p][q] = a[q][p] = 0.0;
+  const int    r    = 3 - p - q;
+  const double arp  = a[r][p];
+  const double arq  = a[r][q];
+  a[r][p] = a[p][r] = c * arp - s * arq;
+  a[r][q] = a[q][r] = s * arp + c * arq;
+  for (auto& row : v) {
+    const double vp = row[p];
+    const double vq = row[q];
+    row[p]          = c * vp - s * vq;
+    row[q]          = s * vp + c * vq;
+  }
+}
+
+/// Principal values, not sorted, of a tensor with finite components, and their directions as columns.
+std::array<double, 3> Diagonalise(const std::array<double, 6>& t, double (&v)[3][3])
+{
+  double a[3][3] = {{t[0], t[3], t[5]}, {t[3], t[1], t[4]}, {t[5], t[4], t[2]}};
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 3; ++j) v[i][j] = i == j ? 1.0 : 0.0;
+  // Convergence is quadratic: four or five sweeps reach the last bit. What is below it changes no value.
+  constexpr int    kSweeps     = 50;
+  constexpr double kNegligible = 0x1p-60;
+  const double     limit       = LargestOf(t) * kNegligible;
+  for (int sweep = 0; sweep < kSweeps; ++sweep) {
+    if (std::max({std::fabs(a[0][1]), std::fabs(a[1][2]), std::fabs(a[0][2])}) <= limit) break;
+    Rotate(a, v, 0, 1);
+    Rotate(a, v, 0, 2);
+    Rotate(a, v, 1, 2);
+  }
+  return {a[0][0], a[1][1], a[2][2]};
+}
+
+std::array<double, 3> SortedValues(const std::array<double, 6>& t)
+{
+  if (t[3] != 0.0 || t[4] != 0.0 || t[5] != 0.0) {
+    double                directions[3][3];
+    std::array<double, 3> values = Diagonalise(t, directions);
+    std::sort(values.begin(), values.end(), std::greater<>());
+    return values;
+  }
+  std::array<double, 3> values = {t[0], t[1], t[2]};
+  std::sort(values.begin(), values.end(), std::greater<>());
+  return values;
+}
+
+/// p1 - p3. It is that of the tensor less a hydrostatic part, which has more digits where that part is large.
+double ShearRange(const std::array<double, 6>& t)
+{
+  std::array<double, 6> shifted  = {t[0] - t[1], 0.0, t[2] - t[1], t[3], t[4], t[5]};
+  const int             exponent = ScaleOf(LargestOf(shifted));
+  Scale(shifted, exponent);
+  const std::array<double, 3> values = SortedValues(shifted);
+  return std::ldexp(values[0] - values[2], -exponent);
+}
+
+/// -1 where the principal value of largest magnitude is negative, else 1.
+double SignOf(const std::array<double, 6>& t)
+{
+  constexpr double            kEqual = 1e-12;
+  const std::array<double, 3> p      = SortedValues(t);
+  return -p[2] > p[0] + kEqual * std::fabs(p[2]) ? -1.0 : 1.0;
+}
+
+std::array<double, 3> CrossProduct(const std::array<double, 3>& a, const std::array<double, 3>& b)
+{
+  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+
+/// Length one, the component of largest magnitude positive.
+std::array<double, 3> UnitDirection(std::array<double, 3> direction)
+{
+  const double length = std::hypot(direction[0], direction[1], direction[2]);
+  const auto   place  = std::max_element(direction.begin(), direction.end(),
+                                         [](double a, double b) { return std::fabs(a) < std::fabs(b); });
+  const double factor = *place < 0.0 ? -1.0 / length : 1.0 / length;
+  for (double& component : direction) component *= factor;
+  return direction;
+}
+
+/// How many components a kind's records have, or the parts of its lists: 1, 3, 6; 0 for anything else.
+struct KindForm
+{
+  std::size_t numValues = 0;
+  bool        isList    = false;
+};
+
+KindForm FormOf(int onf)
+{
+  if (const int period = OnfKind::ListPeriodOf(onf); period > 1) return {static_cast<std::size_t>(period), true};
+  const std::string& format = FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetRecordFormat();
+  if (format.empty()) return {};
+  const FED_RecordFormat parsed = FED_RecordFormat::Parse(format);
+  return parsed.GetTypes().size() == 1 ? KindForm{parsed.GetDoubleCount(), false} : KindForm{};
+}
+
+Names OwnNamesOf(int onf, std::size_t numValues)
+{
+  switch (numValues) {
+    case 1:
+      return {"value"};
+    case 3:
+      return OnfKind::TensorOf(onf) != 0 ? kPrincipalNames : kVectorNames;
+    case 6:
+      return kTensorNames;
+    default:
+      return {};
+  }
+}
+
+bool IsVariance(int onf) { return onf == OnfKind::NodalStressVariance || onf == OnfKind::NodalStrainVariance; }
+
+std::string Enumerated(const Names& names)
+{
+  std::string text;
+  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+  return text;
+}
+
+/// @return the component that a user wrote
+std::string ResolveName(std::string_view text, int onf)
+{
+  const Names       names = ComponentNamesOf(onf);
+  const std::string word  = LowerCase(text);
+  if (std::find(names.begin(), names.end(), word) != names.end()) return word;
+
+  const std::string kind =
+      FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetName() + " (" + std::to_string(onf) + ")";
+  if (names.empty()) Fail("kind " + kind + " has no components, found '" + std::string(text) + "'");
+  Names begun;
+  for (const std::string& name : names)
+    if (!word.empty() && name.compare(0, word.size(), word) == 0) begun.push_back(name);
+  if (begun.size() == 1) return begun.front();
+  if (begun.size() > 1)
+    Fail("component '" + std::string(text) + "' of kind " + kind + " may be any of " + Enumerated(begun) +
+         ": write more of the name");
+  const std::string suggestion = DidYouMean(word, names);
+  Fail("kind " + kind + " has no component '" + std::string(text) + "'" +
+       (suggestion.empty() ? ", expected one of " : suggestion + " It has ") + Enumerated(names));
+}
+
+}  // namespace
+
+bool IsStrain(int onf) noexcept
+{
+  switch (onf) {
+    case OnfKind::NodalStrain:
+    case OnfKind::NodalStrainSolver:
+    case OnfKind::NodalStrainPrincipal:
+    case OnfKind::ElementStrain:
+    case OnfKind::ElementStrainPrincipal:
+    case OnfKind::IntegrationPointStrain:
+      return true;
+    default:
+      return false;
+  }
+}
+
+std::vector<std::string> StoredComponentsOf(int onf)
+{
+  const KindForm form = FormOf(onf);
+  return form.isList ? Names() : OwnNamesOf(onf, form.numValues);
+}
+
+std::vector<std::string> ComponentNamesOf(int onf)
+{
+  const std::size_t numValues    = FormOf(onf).numValues;
+  Names             names        = OwnNamesOf(onf, numValues);
+  const bool        isPrincipals = OnfKind::TensorOf(onf) != 0;
+  if (numValues == 3 && !isPrincipals) names.emplace_back("magnitude");
+  if ((numValues != 6 && !isPrincipals) || IsVariance(onf)) return names;
+  if (!isPrincipals) names.insert(names.end(), kPrincipalNames.begin(), kPrincipalNames.end());
+  for (const char* name : {"mises", "signed-mises", "tresca", "max-shear", "hydrostatic", "octahedral-shear"})
+    names.emplace_back(name);
+  if (!IsStrain(onf)) names.emplace_back("triaxiality");
+  if (IsStrain(onf) || OnfKind::IsUserKind(onf)) names.emplace_back("equivalent-strain");
+  return names;
+}
+
+Component::Invariant Component::InvariantOf(std::string_view name) noexcept
+{
+  static constexpr std::pair<std::string_view, Invariant> kInvariants[] = {
+      {"magnitude", Invariant::Magnitude},
+      {"p1", Invariant::Principal1},
+      {"p2", Invariant::Principal2},
+      {"p3", Invariant::Principal3},
+      {"mises", Invariant::Mises},
+      {"signed-mises", Invariant::SignedMises},
+      {"tresca", Invariant::Tresca},
+      {"max-shear", Invariant::MaxShear},
+      {"hydrostatic", Invariant::Hydrostatic},
+      {"octahedral-shear", Invariant::OctahedralShear},
+      {"triaxiality", Invariant::Triaxiality},
+      {"equivalent-strain", Invariant::EquivalentStrain},
+  };
+  for (const auto& [known, invariant] : kInvariants)
+    if (known == name) return invariant;
+  return Invariant::None;
+}
+
+Component::Component(std::string_view name, int onf)
+    : name_(ResolveName(name, onf)), numValues_(FormOf(onf).numValues), factor_(IsStrain(onf) ? kStrainFactor : 1.0)
+{
+  const Names stored = OwnNamesOf(onf, numValues_);
+  const auto  found  = std::find(stored.begin(), stored.end(), name_);
+  if (found != stored.end())
+    position_ = static_cast<int>(found - stored.begin());
+  else
+    invariant_ = InvariantOf(name_);
+}
+
+double Component::Evaluate(std::span<const double> values) const
+{
+  if (values.size() != numValues_)
+    Fail("component " + name_ + " is taken of " + std::to_string(numValues_) + " values, found " +
+         std::to_string(values.size()));
+  if (position_ >= 0) return values[static_cast<std::size_t>(position_)];
+  if (invariant_ == Invariant::Magnitude) {
+    const bool isFinite = std::isfinite(values[0]) && std::isfinite(values[1]) && std::isfinite(values[2]);
+    return isFinite ? std::hypot(values[0], values[1], values[2]) : kNaN;
+  }
+  if (values.size() == 6) return EvaluateTensor(values.first<6>());
+  // Principal values are a tensor in its own axes.
+  return EvaluateTensor(std::array<double, 6>{values[0], values[1], values[2], 0.0, 0.0, 0.0});
+}
+
+double Component::EvaluateTensor(std::span<const double, 6> tensor) const
+{
+  const ScaledTensor scaled(tensor);
+  if (!scaled.isFinite) return kNaN;
+  const std::array<double, 6>& t = scaled.values;
+  switch (invariant_) {
+    case Invariant::Principal1:
+      return scaled.Restore(SortedValues(t)[0]);
+    case Invariant::Principal2:
+      return scaled.Restore(SortedValues(t)[1]);
+    case Invariant::Principal3:
+      return scaled.Restore(SortedValues(t)[2]);
+    case Invariant::Mises:
+      return scaled.Restore(factor_ * DeviatorSize(t));
+    case Invariant::EquivalentStrain:
+      return scaled.Restore(kStrainFactor * DeviatorSize(t));
+    case Invariant::SignedMises:
+      return scaled.Restore(SignOf(t) * factor_ * DeviatorSize(t));
+    case Invariant::Tresca:
+      return scaled.Restore(ShearRange(t));
+    case Invariant::MaxShear:
+      return scaled.Restore(ShearRange(t) / 2.0);
+    case Invariant::Hydrostatic:
+      return scaled.Restore(MeanOf(t));
+    case Invariant::OctahedralShear:
+      return scaled.Restore(std::sqrt(2.0) / 3.0 * DeviatorSize(t));
+    case Invariant::Triaxiality:
+      return MeanOf(t) / DeviatorSize(t);
+    case Invariant::Magnitude:
+    case Invariant::None:
+      break;
+  }
+  return kNaN;
+}
+
+PrincipalAxes PrincipalAxesOf(std::span<const double, 6> tensor)
+{
+  PrincipalAxes      axes{{kNaN, kNaN, kNaN}, {{{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}}}};
+  const ScaledTensor scaled(tensor);
+  if (!scaled.isFinite) return axes;
+
+  double                      columns[3][3];
+  const std::array<double, 3> values = Diagonalise(scaled.values, columns);
+  std::array<std::size_t, 3>  order  = {0, 1, 2};
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return values[a] > values[b]; });
+  for (std::size_t i = 0; i < 3; ++i) axes.values[i] = scaled.Restore(values[order[i]]);
+  for (std::size_t i = 0; i < 2; ++i)
+    axes.directions[i] = UnitDirection({columns[0][order[i]], columns[1][order[i]], columns[2][order[i]]});
+  axes.directions[2] = CrossProduct(axes.directions[0], axes.directions[1]);
+  return axes;
+}
+
+std::array<double, 3> PrincipalValues(std::span<const double, 6> tensor)
+{
+  const ScaledTensor scaled(tensor);
+  if (!scaled.isFinite) return {kNaN, kNaN, kNaN};
+  std::array<double, 3> values = SortedValues(scaled.values);
+  for (double& value : values) value = scaled.Restore(value);
+  return values;
+}
+
+}  // namespace quilon
