@@ -36,12 +36,13 @@ ROOMS = {
     "results": BOTTOM,
     "calculix": BOTTOM | {"elements", "results"},
     "database": BOTTOM | {"kinds", "selection"},
+    "mesh": FACTS | {"database"},
     "import": WORK,
-    "forces": WORK,
+    "forces": WORK | {"mesh"},
     "matrix": WORK,
     "diff": WORK,
     "answers": WORK | {"mesh"},
-    "commands": WORK | {"terminal", "import", "forces", "matrix", "diff", "answers"},
+    "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers"},
 }
 
 # What the library and the contract may take from outside: headers of the C++20 standard library.

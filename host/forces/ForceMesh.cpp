@@ -7,11 +7,9 @@
 
 #include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
-#include <QuilonDbConnector/FED_IdDataBlock.h>
 
 #include "calculix/deck/DeckModel.h"
-#include "database/ScratchRecord.h"
-#include "progress/Interrupt.h"
+#include "mesh/MeshBlocks.h"
 #include "text/Failure.h"
 
 namespace quilon {
@@ -67,33 +65,18 @@ ForceMesh ReadForceMesh(const FED_Database& database, int iteration, const std::
   const FED_DataBlock&  lists       = RequireBlock(database, iteration, OnfKind::ElementNodes, name);
   const FED_DataBlock&  types       = RequireBlock(database, iteration, OnfKind::ElementType, name);
 
-  const FED_ConstIdDataBlock nodeView(coordinates, pool);
   mesh.nodes.Reserve(coordinates.GetSize());
   mesh.isRounded = true;
-  for (auto index = coordinates.Begin(); index != coordinates.End(); ++index) {
-    ThrowIfInterrupted();
-    std::array<double, 3>& position = mesh.nodes.At(mesh.nodes.FindOrInsert(nodeView.GetId(*index)));
-    coordinates.GetValuesAt(*index, position.data());
+  ForEachNode(coordinates, pool, [&mesh](int id, const std::array<double, 3>& position) {
+    mesh.nodes.At(mesh.nodes.FindOrInsert(id)) = position;
     mesh.isRounded = mesh.isRounded && std::all_of(position.begin(), position.end(), HasSixDigits);
-  }
-
-  const FED_ConstIdDataBlock elementView(lists, pool);
-  const ScratchRecord        nodesRecord(lists);
-  const ScratchRecord        typeRecord(types);
-  FED_IntArray               nodes;
+  });
   mesh.elements.Reserve(lists.GetSize());
-  for (auto index = lists.Begin(); index != lists.End(); ++index) {
-    ThrowIfInterrupted();
-    const int id = elementView.GetId(*index);
-    // Both blocks are of elements, so an element has one index in both.
-    if (!types.HasRecord(*index)) continue;
-    types.GetRecord(*index, *typeRecord);
-    lists.GetRecord(*index, *nodesRecord);
-    nodesRecord->GetIntList(1, nodes);
-    mesh.elements.At(mesh.elements.FindOrInsert(id)) = {nullptr, typeRecord->GetInteger(1), mesh.elementNodes.size(),
-                                                        nodes.GetSize()};
-    mesh.elementNodes.insert(mesh.elementNodes.end(), nodes.GetData(), nodes.GetData() + nodes.GetSize());
-  }
+  ForEachElement(lists, types, pool, [&mesh](const ElementRow& element) {
+    mesh.elements.At(mesh.elements.FindOrInsert(element.id)) = {nullptr, element.frdType, mesh.elementNodes.size(),
+                                                                element.nodes.size()};
+    mesh.elementNodes.insert(mesh.elementNodes.end(), element.nodes.begin(), element.nodes.end());
+  });
   return mesh;
 }
 
