@@ -189,6 +189,31 @@ std::size_t NumNodes(ElementShape shape) noexcept
   return 0;
 }
 
+std::optional<ElementShape> FindShape(int frdType) noexcept
+{
+  static constexpr std::array<ElementShape, 6> kShapes = {ElementShape::Brick8,  ElementShape::Wedge6,
+                                                          ElementShape::Tet4,    ElementShape::Brick20,
+                                                          ElementShape::Wedge15, ElementShape::Tet10};
+  if (frdType < 1 || frdType > static_cast<int>(kShapes.size())) return std::nullopt;
+  return kShapes[static_cast<std::size_t>(frdType) - 1];
+}
+
+std::span<const std::pair<std::size_t, std::size_t>> EdgesOf(ElementShape shape) noexcept
+{
+  switch (shape) {
+    case ElementShape::Tet4:
+    case ElementShape::Tet10:
+      return kTetEdges;
+    case ElementShape::Wedge6:
+    case ElementShape::Wedge15:
+      return kWedgeEdges;
+    case ElementShape::Brick8:
+    case ElementShape::Brick20:
+      return kBrickEdges;
+  }
+  return {};
+}
+
 void EvaluateShape(ElementShape shape, const std::array<double, 3>& local, std::span<double> values,
                    std::span<double> derivatives)
 {

@@ -5,7 +5,9 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <span>
+#include <utility>
 
 namespace quilon {
 
@@ -25,6 +27,15 @@ enum class ElementShape
 };
 
 std::size_t NumNodes(ElementShape shape) noexcept;
+
+/// @param frdType type code of the .frd, 1 to 6 of solids
+/// @return nothing for the type of another element
+std::optional<ElementShape> FindShape(int frdType) noexcept;
+
+/// @return the two corners of each edge; in a quadratic shape its middle is node 8 and on of bricks, 6 and on of
+/// wedges,
+///         4 and on of tetrahedra, in the same order
+std::span<const std::pair<std::size_t, std::size_t>> EdgesOf(ElementShape shape) noexcept;
 
 /// @param local       coordinates in the element's own system
 /// @param values      receives shape [NumNodes()]

@@ -87,6 +87,23 @@ void LocatePoint(ElementShape shape, const Vector& local, std::span<const double
   }
 }
 
+/// The transposed rotation times the tensor times the rotation.
+void Turn(const LocalAxes& axes, std::span<double, 6> tensor)
+{
+  const double from[3][3] = {
+      {tensor[0], tensor[3], tensor[5]}, {tensor[3], tensor[1], tensor[4]}, {tensor[5], tensor[4], tensor[2]}};
+  double to[3][3] = {};
+  for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t j = i; j < 3; ++j) {
+      for (std::size_t k = 0; k < 3; ++k) {
+        for (std::size_t l = 0; l < 3; ++l) to[i][j] += axes[k][i] * from[k][l] * axes[l][j];
+      }
+    }
+  }
+  const double turned[6] = {to[0][0], to[1][1], to[2][2], to[0][1], to[1][2], to[0][2]};
+  for (std::size_t k = 0; k < 6; ++k) tensor[k] = turned[k];
+}
+
 }  // namespace
 
 std::optional<LocalAxes> FindLocalAxes(const Orientation& orientation, const std::array<double, 3>& point)
@@ -99,20 +116,21 @@ std::optional<LocalAxes> FindLocalAxes(const Orientation& orientation, const std
   return axes;
 }
 
-void TurnToGlobal(const LocalAxes& axes, std::span<double, 6> tensor)
+void TurnToGlobal(const LocalAxes& axes, std::span<double, 6> tensor) { Turn(axes, tensor); }
+
+void TurnToLocal(const LocalAxes& axes, std::span<double, 6> tensor)
 {
-  const double local[3][3] = {
-      {tensor[0], tensor[3], tensor[5]}, {tensor[3], tensor[1], tensor[4]}, {tensor[5], tensor[4], tensor[2]}};
-  double global[3][3] = {};
+  LocalAxes back;
   for (std::size_t i = 0; i < 3; ++i) {
-    for (std::size_t j = i; j < 3; ++j) {
-      for (std::size_t k = 0; k < 3; ++k) {
-        for (std::size_t l = 0; l < 3; ++l) global[i][j] += axes[k][i] * local[k][l] * axes[l][j];
-      }
-    }
+    for (std::size_t k = 0; k < 3; ++k) back[i][k] = axes[k][i];
   }
-  const double turned[6] = {global[0][0], global[1][1], global[2][2], global[0][1], global[1][2], global[0][2]};
-  for (std::size_t k = 0; k < 6; ++k) tensor[k] = turned[k];
+  Turn(back, tensor);
+}
+
+void TurnToLocal(const LocalAxes& axes, std::span<double, 3> vector)
+{
+  const Vector global = {vector[0], vector[1], vector[2]};
+  for (std::size_t i = 0; i < 3; ++i) vector[i] = Dot(axes[i], global);
 }
 
 bool LocatePoints(int frdType, std::size_t numPoints, std::span<const double> coordinates, std::span<double> points)

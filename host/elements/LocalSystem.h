@@ -41,6 +41,12 @@ std::optional<LocalAxes> FindLocalAxes(const Orientation& orientation, const std
 /// Turns a tensor xx, yy, zz, xy, yz, zx from local into global axes.
 void TurnToGlobal(const LocalAxes& axes, std::span<double, 6> tensor);
 
+/// Turns a tensor xx, yy, zz, xy, yz, zx from global into local axes.
+void TurnToLocal(const LocalAxes& axes, std::span<double, 6> tensor);
+
+/// Turns a vector from global into local axes.
+void TurnToLocal(const LocalAxes& axes, std::span<double, 3> vector);
+
 /// Where the integration points of a solid lie.
 /// @param frdType     type code of the .frd
 /// @param coordinates shape [nodes, 3], nodes in the deck's order

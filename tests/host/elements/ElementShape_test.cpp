@@ -137,5 +137,29 @@ TEST(ElementShape, FacesHaveTheCornersOfDecksAndTheMiddlesBetweenThem)
   }
 }
 
+TEST(ElementShape, MiddlesLieBetweenTheCornersOfTheirEdges)
+{
+  for (const ElementShape shape : {ElementShape::Tet10, ElementShape::Wedge15, ElementShape::Brick20}) {
+    const auto        edges      = EdgesOf(shape);
+    const std::size_t numCorners = NumNodes(shape) - edges.size();
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+      const Point a = LocalPosition(shape, edges[e].first);
+      const Point b = LocalPosition(shape, edges[e].second);
+      for (std::size_t k = 0; k < 3; ++k) EXPECT_EQ(LocalPosition(shape, numCorners + e)[k], 0.5 * (a[k] + b[k])) << e;
+    }
+  }
+}
+
+TEST(ElementShape, TypeCodesOfSolidsHaveShapesAndOthersNone)
+{
+  EXPECT_EQ(FindShape(0), std::nullopt);
+  const std::size_t nodes[] = {8, 6, 4, 20, 15, 10};
+  for (int type = 1; type <= 6; ++type) {
+    ASSERT_TRUE(FindShape(type).has_value()) << type;
+    EXPECT_EQ(NumNodes(*FindShape(type)), nodes[type - 1]) << type;
+  }
+  EXPECT_EQ(FindShape(7), std::nullopt);
+}
+
 }  // namespace
 }  // namespace quilon::calculix

@@ -117,5 +117,28 @@ TEST(LocalSystem, PointsOfOtherElementsAreNotKnown)
   EXPECT_FALSE(LocatePoints(0, 5, {}, points));
 }
 
+TEST(LocalSystem, WhatIsTurnedToLocalAxesTurnsBack)
+{
+  const LocalAxes       axes   = *FindLocalAxes(Make(kRectangular, {1, 2, -0.5}, {0.3, -1, 4}), kAnywhere);
+  std::array<double, 6> tensor = {7, -3, 2, 0.5, -1.5, 4};
+  const auto            global = tensor;
+  TurnToLocal(axes, std::span<double, 6>(tensor));
+  // The first local component by its definition: a . tensor . a.
+  const Vector a = axes[0];
+  EXPECT_NEAR(tensor[0],
+              7 * a[0] * a[0] - 3 * a[1] * a[1] + 2 * a[2] * a[2] + a[0] * a[1] - 3 * a[1] * a[2] + 8 * a[0] * a[2],
+              1e-14);
+  TurnToGlobal(axes, tensor);
+  for (std::size_t k = 0; k < 6; ++k) EXPECT_NEAR(tensor[k], global[k], 1e-14) << k;
+}
+
+TEST(LocalSystem, AVectorIsTurnedToLocalAxes)
+{
+  const LocalAxes       axes   = *FindLocalAxes(Make(kCylindrical, {1, 0, 0}, {1, 0, 5}), {1, 3, 7});
+  std::array<double, 3> vector = {1, 2, 3};
+  TurnToLocal(axes, std::span<double, 3>(vector));  // radial along y, tangential against x
+  EXPECT_EQ(vector, (std::array<double, 3>{2, -1, 3}));
+}
+
 }  // namespace
 }  // namespace quilon::calculix
