@@ -10,8 +10,8 @@
 
 #include "diff/Report.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon::diff {
 
@@ -236,7 +236,7 @@ void PrintReportAsJson(Output& output, const Report& report, bool isBrief)
       CountsJson(report.records, report.differingRecords, report.missingRecords, report.additionalRecords);
   json["values"] = Json{{"compared", report.values}, {"different", report.differingValues}};
   if (!isBrief) AddLists(json, report);
-  output.Write(JsonText(json, 2) + '\n');
+  PrintJson(output, json);
 }
 
 }  // namespace quilon::diff

@@ -7,9 +7,9 @@
 #include "forces/ForceCalculation.h"
 #include "selection/Selection.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "terminal/Table.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -85,7 +85,7 @@ void PrintJson(Output& output, const ForceRequest& request, const ForceReport& r
   for (const auto& [reason, ids] : report.skipped) skipped.push_back({{"reason", reason}, {"elements", ids}});
   Json json{{"rounded-coordinates", report.isRounded}, {"skipped", std::move(skipped)}, {"steps", std::move(steps)}};
   if (request.balance) json["verdict"] = JsonVerdict(request, report);
-  output.Write(JsonText(json, 2) + '\n');
+  PrintJson(output, json);
 }
 
 std::vector<const char*> NamesOfColumns(const ForceRequest& request)

@@ -1,8 +1,8 @@
 #include "commands/WriteReport.h"
 
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -11,7 +11,7 @@ void ReportWritten(Output& output, bool json, const std::string& folder, std::si
   if (json) {
     Json report{{"output", folder}, {"blocks", blocks}};
     if (verified) report["verified"] = true;
-    output.Write(JsonText(report, 2) + '\n');
+    PrintJson(output, report);
   } else {
     output.Write(folder + ": " + Counted(blocks, "block") + " written" + (verified ? ", read back and equal" : "") +
                  '\n');

@@ -3,22 +3,17 @@
 #include <utility>
 #include <vector>
 
-#include <bundled/FED_DatabaseInspection.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
 #include "commands/ExitCode.h"
-#include "database/BlockSummary.h"
 #include "database/DatabaseFolder.h"
-#include "database/FolderSize.h"
-#include "database/WatchedFiles.h"
+#include "database/Maintenance.h"
 #include "import/OpenedDatabase.h"
-#include "QuilonDbConnector/FED_Database.h"
-#include "QuilonUtilities/FED_Failure.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -30,43 +25,12 @@ struct Options
   bool        json = false;
 };
 
-FED_DatabaseReport CheckWorkingDatabase(const std::string& path, Console& console)
+Json ToJson(const Options& options, const FED_DatabaseReport& report)
 {
-  const std::uint64_t total = FolderSize(path);
-  WatchedFiles        files([&](std::uint64_t bytes) { console.Progress("checking", bytes, total); });
-  return FED_InspectDatabase(path, &files);
-}
-
-/// Of anything else: whether all of it can be read.
-FED_DatabaseReport CheckByReading(const std::string& path, Console& console)
-{
-  FED_DatabaseReport report;
-  OpenedDatabase     database(path, console, OpenedDatabase::DeriveNothing);
-  for (const FED_DataDescriptor& descriptor : database.Get().GetDataDescriptors(FED_DataDescriptorPattern())) {
-    ++report.blocks;
-    try {
-      report.records += Summarize(database.Get().GetConstDataBlock(descriptor)).records;
-    } catch (const FED_Failure& failure) {
-      report.findings.push_back(failure.GetMessage());
-    }
-  }
-  return report;
-}
-
-void PrintJson(const Options& options, Output& output, const FED_DatabaseReport& report)
-{
-  output.Write(JsonText(Json{{"database", options.database},
-                             {"whole", report.findings.empty()},
-                             {"generation", report.generation},
-                             {"segments", report.segments},
-                             {"file-bytes", report.fileBytes},
-                             {"dead-bytes", report.deadBytes},
-                             {"blocks", report.blocks},
-                             {"records", report.records},
-                             {"findings", report.findings},
-                             {"leftovers", report.leftovers}},
-                        2) +
-               '\n');
+  return Json{{"database", options.database}, {"whole", report.findings.empty()}, {"generation", report.generation},
+              {"segments", report.segments},  {"file-bytes", report.fileBytes},   {"dead-bytes", report.deadBytes},
+              {"blocks", report.blocks},      {"records", report.records},        {"findings", report.findings},
+              {"leftovers", report.leftovers}};
 }
 
 void PrintText(const Options& options, Output& output, const FED_DatabaseReport& report)
@@ -85,11 +49,12 @@ void PrintText(const Options& options, Output& output, const FED_DatabaseReport&
 
 void Run(const Options& options, CommandContext& context)
 {
-  const FED_DatabaseReport report = IsWorkingDatabaseName(options.database) || IsWorkingDatabase(options.database)
-                                        ? CheckWorkingDatabase(options.database, context.console)
-                                        : CheckByReading(options.database, context.console);
+  const FED_DatabaseReport report =
+      IsWorkingDatabaseName(options.database) || IsWorkingDatabase(options.database)
+          ? CheckWorkingDatabase(options.database, context.console)
+          : CheckByReading(OpenedDatabase(options.database, context.console, OpenedDatabase::DeriveNothing).Get());
   if (options.json)
-    PrintJson(options, context.output, report);
+    PrintJson(context.output, ToJson(options, report));
   else
     PrintText(options, context.output, report);
   context.exitCode = report.findings.empty() ? ExitSuccess : ExitDifferent;

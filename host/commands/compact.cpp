@@ -1,21 +1,15 @@
-#include <cstdint>
 #include <memory>
 #include <string>
 
-#include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
 #include "commands/WaitOption.h"
-#include "database/DatabaseFolder.h"
-#include "database/FolderSize.h"
-#include "database/WatchedFiles.h"
-#include "import/OpenedDatabase.h"
+#include "database/Maintenance.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
-#include "text/Failure.h"
+#include "terminal/Sheet.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -30,17 +24,14 @@ struct Options
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (!IsWorkingDatabaseFolder(options.database)) Fail(options.database + ": not a working database (.fed)");
-  const std::uint64_t before = FolderSize(options.database);
-  WatchedFiles        files([&](std::uint64_t bytes) { context.console.Progress("compacting", bytes, before); },
-                     PatienceOf(options.wait, context.console));
-  FED_ResultDatabase(options.database, FED_ResultDatabase::ReadWrite, files.GetOptions()).Compact();
-  const std::uint64_t after = FolderSize(options.database);
+  const CompactionReport report = Compact(options.database, context.console, PatienceOf(options.wait, context.console));
   if (options.json)
-    context.output.Write(
-        JsonText(Json{{"database", options.database}, {"bytes-before", before}, {"bytes-after", after}}, 2) + '\n');
+    PrintJson(
+        context.output,
+        Json{{"database", options.database}, {"bytes-before", report.bytesBefore}, {"bytes-after", report.bytesAfter}});
   else
-    context.output.Write(options.database + ": " + FormatBytes(before) + " before, " + FormatBytes(after) + " after\n");
+    context.output.Write(options.database + ": " + FormatBytes(report.bytesBefore) + " before, " +
+                         FormatBytes(report.bytesAfter) + " after\n");
 }
 
 }  // namespace

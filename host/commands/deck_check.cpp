@@ -12,8 +12,8 @@
 #include "commands/ExitCode.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -60,7 +60,7 @@ void PrintJson(Output& output, const DeckModel& model, const std::vector<DeckMes
                                 {"line", message.place.line},
                                 {"message", message.text},
                                 {"text", message.line}});
-  output.Write(JsonText(json, 2) + '\n');
+  PrintJson(output, json);
 }
 
 void PrintText(Output& output, const DeckModel& model, const std::vector<DeckMessage>& messages, std::size_t errors)

@@ -11,8 +11,8 @@
 #include "commands/DeckCommands.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -64,7 +64,7 @@ void Run(const Options& options, CommandContext& context)
 {
   const Files files    = ReadDeckFiles(options.arguments.deck, ToDeckOptions(options.arguments, context.console));
   const auto  children = ChildrenOf(files);
-  if (options.json) return context.output.Write(JsonText(ToJson(files, children, 0), 2) + '\n');
+  if (options.json) return PrintJson(context.output, ToJson(files, children, 0));
 
   std::size_t lines = 0;
   std::size_t bytes = 0;

@@ -23,12 +23,12 @@
 #include "selection/KindRequests.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "terminal/Table.h"
 #include "terminal/Terminal.h"
 #include "text/Case.h"
 #include "text/Failure.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -69,7 +69,7 @@ void PrintJson(Output& output, const std::string& folder, std::size_t blocks, co
   for (const SkippedRows& skipped : report.skipped)
     json["skipped"].push_back({{"reason", skipped.reason}, {"rows", skipped.rows}});
   json["notices"] = report.notices;
-  output.Write(JsonText(json, 2) + '\n');
+  PrintJson(output, json);
 }
 
 /// A report for people, whatever standard output is: programs have --json.

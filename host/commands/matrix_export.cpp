@@ -18,9 +18,9 @@
 #include "selection/Selection.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "text/Failure.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 #include "text/OutputFile.h"
 
 namespace quilon {
@@ -89,7 +89,7 @@ void Run(const Options& options, CommandContext& context)
                       {"rows", rows.NumRows()},
                       {"columns", rows.NumColumns()},
                       {"values", rows.NumValues()}};
-    return context.output.Write(JsonText(report, 2) + '\n');
+    return PrintJson(context.output, report);
   }
   context.output.Write(options.output + ": " + std::to_string(rows.NumRows()) + " x " +
                        std::to_string(rows.NumColumns()) + ", " +

@@ -18,9 +18,9 @@
 #include "selection/Selection.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "text/Failure.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -134,7 +134,7 @@ void Run(const Options& options, CommandContext& context)
               facts, picture);
     before = "\n";
   }
-  if (options.json) context.output.Write(JsonText(list, 2) + '\n');
+  if (options.json) PrintJson(context.output, list);
 }
 
 }  // namespace

@@ -4,24 +4,18 @@
 #include <utility>
 #include <vector>
 
-#include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "commands/WaitOption.h"
-#include "database/BlockSummary.h"
-#include "database/DatabaseFolder.h"
-#include "database/WatchedFiles.h"
-#include "import/OpenedDatabase.h"
+#include "database/Maintenance.h"
 #include "kinds/KindTable.h"
-#include "progress/Interrupt.h"
-#include "QuilonDbConnector/FED_Database.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "text/Failure.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -36,50 +30,21 @@ struct Options
   TableForm        form;
 };
 
-struct PrunedBlock
-{
-  FED_DataDescriptor descriptor;
-  std::string        kind;
-  std::size_t        bytes;
-};
-
-std::vector<PrunedBlock> FindBlocks(const Options& options, const FED_Database& database)
-{
-  const KindTable          kinds(database);
-  const Selection          selection = options.selection.Parse(kinds);
-  std::vector<PrunedBlock> blocks;
-  for (const FED_DataDescriptor& descriptor : selection.Apply(database.GetDataDescriptors(FED_DataDescriptorPattern())))
-  {
-    ThrowIfInterrupted();
-    // Asked of the indices: blocks that cannot be read any more can still be taken out.
-    const std::size_t bytes = Summarize(database.GetConstDataBlock(descriptor)).bytes;
-    blocks.push_back({descriptor, kinds.GetName(descriptor), bytes});
-  }
-  if (blocks.empty()) Fail(options.database + ": no block matches '" + options.selection.ToString() + "'");
-  return blocks;
-}
-
-void Report(const Options& options, Output& output, const std::vector<PrunedBlock>& blocks)
+void Report(const Options& options, Output& output, const std::vector<ListedBlock>& blocks)
 {
   std::size_t bytes = 0;
-  for (const PrunedBlock& block : blocks) bytes += block.bytes;
-  if (options.form.json) {
-    Json json;
-    json["database"] = options.database;
-    json["pruned"]   = !options.dryRun;
-    json["size"]     = bytes;
-    json["blocks"]   = Json::array();
-    for (const PrunedBlock& block : blocks)
-      json["blocks"].push_back(
-          Json{{"block", ToSelectionText(block.descriptor)}, {"kind", block.kind}, {"size", block.bytes}});
-    return output.Write(JsonText(json, 2) + '\n');
+  for (const ListedBlock& block : blocks) bytes += block.summary.bytes;
+  // Tables begin with the name that people look for.
+  Sheet sheet({{"block", SheetColumn::Json}, {"kind"}, {"block", SheetColumn::Tables}, {"size"}});
+  for (const ListedBlock& block : blocks) {
+    const std::string text = ToSelectionText(block.descriptor);
+    sheet.Row({text, block.kind, text, ByteCount{block.summary.bytes}});
   }
-  const bool  forPeople = StyleOf(options.form) == TableStyle::Aligned;
-  TableWriter table     = MakeTable(output, options.form, {{"kind", true}, {"block", true}, {"size", false}});
-  for (const PrunedBlock& block : blocks)
-    table.Row({block.kind, ToSelectionText(block.descriptor),
-               forPeople ? FormatBytes(block.bytes) : std::to_string(block.bytes)});
-  table.Finish();
+  if (options.form.json)
+    return PrintJson(
+        output,
+        Json{{"database", options.database}, {"pruned", !options.dryRun}, {"size", bytes}, {"blocks", sheet.ToJson()}});
+  sheet.PrintTable(output, options.form);
   if (options.form.csv) return;
   output.Write("\n" + options.database + ": " + Counted(blocks.size(), "block") +
                (options.dryRun ? " would be pruned, " : " pruned, ") + Counted(bytes, "byte") + '\n');
@@ -87,16 +52,10 @@ void Report(const Options& options, Output& output, const std::vector<PrunedBloc
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (!IsWorkingDatabaseFolder(options.database))
-    Fail(options.database + ": not a working database (.fed), expected one to take blocks out of");
-  const auto                     access = options.dryRun ? FED_ResultDatabase::ReadOnly : FED_ResultDatabase::ReadWrite;
-  WatchedFiles                   files({}, PatienceOf(options.wait, context.console));
-  FED_ResultDatabase             database(options.database, access, files.GetOptions());
-  const std::vector<PrunedBlock> blocks = FindBlocks(options, database);
-  if (!options.dryRun) {
-    for (const PrunedBlock& block : blocks) database.DeleteDataBlock(block.descriptor);
-    database.Commit();
-  }
+  const auto                     parse = [&options](const KindTable& kinds) { return options.selection.Parse(kinds); };
+  const std::vector<ListedBlock> blocks =
+      Prune(options.database, {parse, options.dryRun, PatienceOf(options.wait, context.console)});
+  if (blocks.empty()) Fail(options.database + ": no block matches '" + options.selection.ToString() + "'");
   Report(options, context.output, blocks);
 }
 

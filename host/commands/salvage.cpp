@@ -1,27 +1,19 @@
-#include <filesystem>
 #include <memory>
 #include <string>
 
-#include <bundled/FED_DatabaseInspection.h>
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
 #include "commands/ExitCode.h"
-#include "database/FolderSize.h"
-#include "database/Publication.h"
-#include "database/WatchedFiles.h"
-#include "QuilonDbConnector/FED_Database.h"
+#include "database/Maintenance.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
-#include "text/Failure.h"
+#include "terminal/Sheet.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 struct Options
 {
@@ -30,16 +22,10 @@ struct Options
   bool        json = false;
 };
 
-void PrintJson(const Options& options, Output& output, const FED_SalvageReport& report)
+Json ToJson(const Options& options, const FED_SalvageReport& report)
 {
-  output.Write(JsonText(Json{{"output", options.output},
-                             {"manifest", report.hasManifest},
-                             {"blocks", report.blocks},
-                             {"records", report.records},
-                             {"lost-records", report.lostRecords},
-                             {"losses", report.losses}},
-                        2) +
-               '\n');
+  return Json{{"output", options.output},  {"manifest", report.hasManifest},     {"blocks", report.blocks},
+              {"records", report.records}, {"lost-records", report.lostRecords}, {"losses", report.losses}};
 }
 
 void PrintText(const Options& options, Output& output, const FED_SalvageReport& report)
@@ -56,16 +42,9 @@ void PrintText(const Options& options, Output& output, const FED_SalvageReport& 
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (!fs::is_directory(options.database)) Fail(options.database + ": not the folder of a working database");
-  if (fs::exists(options.output)) Fail(options.output + ": exists, expected the name of a new database");
-  Publication         publication(options.output);
-  const std::uint64_t total = FolderSize(options.database);
-  WatchedFiles        files([&](std::uint64_t bytes) { context.console.Progress("salvaging", bytes, total); });
-  FED_SalvageReport   report = FED_SalvageDatabase(options.database, publication.Target(), &files);
-  if (report.blocks == 0) Fail(options.database + ": nothing whole was found, nothing is written");
-  report.blocks = publication.Publish();  // those of which nothing is left are not written
+  const FED_SalvageReport report = Salvage(options.database, options.output, context.console);
   if (options.json)
-    PrintJson(options, context.output, report);
+    PrintJson(context.output, ToJson(options, report));
   else
     PrintText(options, context.output, report);
   context.exitCode = report.losses.empty() ? ExitSuccess : ExitDifferent;

@@ -1,27 +1,20 @@
-#include <algorithm>
-#include <cstddef>
-#include <map>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include <bundled/OnfKinds.h>
-
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
-#include "database/BlockSummary.h"
+#include "database/Listing.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
-#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "terminal/Sheet.h"
 #include "text/Format.h"
-#include "text/JsonText.h"
 
 namespace quilon {
 
@@ -34,131 +27,47 @@ struct Options
   TableForm        form;
 };
 
-/// Blocks that are counted together.
-struct Total
+Sheet BlockSheet(const BlockSizes& sizes)
 {
-  std::size_t blocks = 0;
-  std::size_t bytes  = 0;
-};
-using Totals = std::map<std::string, Total>;
-
-struct SizedBlock
-{
-  std::string block;
-  std::string kind;
-  std::string step;
-  std::size_t bytes;
-};
-
-struct Sizes
-{
-  std::vector<SizedBlock> blocks;  // the largest first
-  Totals                  kinds;
-  Totals                  steps;
-  Total                   all;
-};
-
-/// @return the block's keys without its kind: "it=0,lc=1"; "-" without any
-std::string StepOf(const FED_DataDescriptor& descriptor)
-{
-  std::string step;
-  for (const IndexKey& key : GetIndexKeys()) {
-    const bool isQuantity = key.index == OnfIndex::Quantity && GetQuantity(descriptor) != 0;
-    if (!descriptor.IsSet(key.index) || key.index == FED_DataDescriptor::Layer || isQuantity) continue;
-    step += (step.empty() ? "" : ",") + std::string(key.key) + '=' + std::to_string(descriptor.GetInteger(key.index));
+  // Tables begin with the name that people look for.
+  Sheet sheet(
+      {{"block", SheetColumn::Json}, {"kind"}, {"block", SheetColumn::Tables}, {"step", SheetColumn::Json}, {"size"}});
+  for (const ListedBlock& block : sizes.blocks) {
+    const std::string text = ToSelectionText(block.descriptor);
+    sheet.Row({text, block.kind, text, StepText(block.descriptor), ByteCount{block.summary.bytes}});
   }
-  return step.empty() ? "-" : step;
+  return sheet;
 }
 
-void Add(std::size_t bytes, Total& total)
+Sheet TotalSheet(const char* name, const std::vector<BlockTotal>& totals)
 {
-  ++total.blocks;
-  total.bytes += bytes;
+  Sheet sheet({{name}, {"blocks"}, {"size"}});
+  for (const BlockTotal& total : totals) sheet.Row({total.name, total.blocks, ByteCount{total.bytes}});
+  return sheet;
 }
 
-/// What QuilonDataBlockSize counts record by record, asked of the columns: a database on disk answers from its indices.
-Sizes Measure(const FED_Database& database, const Selection& selection)
+void PrintTables(Output& output, const TableForm& form, const BlockSizes& sizes)
 {
-  const KindTable kinds(database);
-  Sizes           sizes;
-  for (const FED_DataDescriptor& descriptor : selection.Apply(database.GetDataDescriptors(FED_DataDescriptorPattern())))
-  {
-    ThrowIfInterrupted();
-    const std::size_t bytes = Summarize(database.GetConstDataBlock(descriptor)).bytes;
-    sizes.blocks.push_back({ToSelectionText(descriptor), kinds.GetName(descriptor), StepOf(descriptor), bytes});
-    const SizedBlock& block = sizes.blocks.back();
-    Add(bytes, sizes.kinds[block.kind]);
-    Add(bytes, sizes.steps[block.step]);
-    Add(bytes, sizes.all);
-  }
-  // Blocks of one size stay in the order of their descriptors.
-  std::stable_sort(sizes.blocks.begin(), sizes.blocks.end(),
-                   [](const SizedBlock& a, const SizedBlock& b) { return a.bytes > b.bytes; });
-  return sizes;
-}
-
-/// The largest first.
-std::vector<std::pair<std::string, Total>> Sorted(const Totals& totals)
-{
-  std::vector<std::pair<std::string, Total>> sorted(totals.begin(), totals.end());
-  std::stable_sort(sorted.begin(), sorted.end(),
-                   [](const auto& a, const auto& b) { return a.second.bytes > b.second.bytes; });
-  return sorted;
-}
-
-Json TotalsJson(const Totals& totals, const char* name)
-{
-  Json list = Json::array();
-  for (const auto& [key, total] : Sorted(totals))
-    list.push_back(Json{{name, key}, {"blocks", total.blocks}, {"size", total.bytes}});
-  return list;
-}
-
-void PrintJson(Output& output, const Sizes& sizes)
-{
-  Json json;
-  json["size"]   = sizes.all.bytes;
-  json["blocks"] = Json::array();
-  for (const SizedBlock& block : sizes.blocks)
-    json["blocks"].push_back(
-        Json{{"block", block.block}, {"kind", block.kind}, {"step", block.step}, {"size", block.bytes}});
-  json["kinds"] = TotalsJson(sizes.kinds, "kind");
-  json["steps"] = TotalsJson(sizes.steps, "step");
-  output.Write(JsonText(json, 2) + '\n');
-}
-
-std::string SizeCell(const TableForm& form, std::size_t bytes)
-{
-  return StyleOf(form) == TableStyle::Aligned ? FormatBytes(bytes) : std::to_string(bytes);
-}
-
-void PrintTotals(Output& output, const TableForm& form, const char* name, const Totals& totals)
-{
-  output.Write("\n");
-  TableWriter table = MakeTable(output, form, {{name, true}, {"blocks", false}, {"size", false}});
-  for (const auto& [key, total] : Sorted(totals))
-    table.Row({key, std::to_string(total.blocks), SizeCell(form, total.bytes)});
-  table.Finish();
-}
-
-void PrintTables(Output& output, const TableForm& form, const Sizes& sizes)
-{
-  TableWriter table = MakeTable(output, form, {{"kind", true}, {"block", true}, {"size", false}});
-  for (const SizedBlock& block : sizes.blocks) table.Row({block.kind, block.block, SizeCell(form, block.bytes)});
-  table.Finish();
+  BlockSheet(sizes).PrintTable(output, form);
   if (form.csv) return;
-  PrintTotals(output, form, "kind", sizes.kinds);
-  PrintTotals(output, form, "step", sizes.steps);
-  output.Write("\n" + Counted(sizes.all.blocks, "block") + ", " + Counted(sizes.all.bytes, "byte") + '\n');
+  for (const Sheet& totals : {TotalSheet("kind", sizes.kinds), TotalSheet("step", sizes.steps)}) {
+    output.Write("\n");
+    totals.PrintTable(output, form);
+  }
+  output.Write("\n" + Counted(sizes.blocks.size(), "block") + ", " + Counted(sizes.bytes, "byte") + '\n');
 }
 
 void Run(const Options& options, CommandContext& context)
 {
-  OpenedDatabase database(options.database, context.console);
-  const Sizes    sizes = Measure(database.Get(), options.selection.Parse(KindTable(database.Get())));
+  OpenedDatabase   database(options.database, context.console);
+  const KindTable  kinds(database.Get());
+  const BlockSizes sizes = SumSizes(ListBlocks(database.Get(), options.selection.Parse(kinds), kinds));
   if (sizes.blocks.empty()) context.console.Note(options.selection.DescribeNothing(options.database));
   if (options.form.json)
-    PrintJson(context.output, sizes);
+    PrintJson(context.output, Json{{"size", sizes.bytes},
+                                   {"blocks", BlockSheet(sizes).ToJson()},
+                                   {"kinds", TotalSheet("kind", sizes.kinds).ToJson()},
+                                   {"steps", TotalSheet("step", sizes.steps).ToJson()}});
   else
     PrintTables(context.output, options.form, sizes);
 }

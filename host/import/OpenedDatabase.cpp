@@ -11,11 +11,10 @@
 #include <bundled/NativePath.h>
 
 #include "database/DatabaseFolder.h"
-#include "database/WatchedFiles.h"
+#include "database/StoredDatabase.h"
 #include "import/ResultImport.h"
 #include "progress/Interrupt.h"
 #include "progress/Listener.h"
-#include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "selection/KindRequests.h"
 #include "selection/Selection.h"
 #include "text/Case.h"
@@ -68,18 +67,15 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivat
   const std::string          name = path.string();
   const FED_FileStatus::Kind kind = StatusOf(path).kind;
   if (kind == FED_FileStatus::Nothing) Fail(name + ": no such file or folder, " + kAccepted);
-  if (IsWorkingDatabaseFolder(path)) {
-    files_    = std::make_unique<WatchedFiles>();
-    database_ = std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly, files_->GetOptions());
-  } else if (IsOnfFolder(path)) {
-    database_ = OpenOnf(path);
-  } else if (kind == FED_FileStatus::Folder) {
-    Fail(name + ": a folder without a file 'manifest' or 'index', " + kAccepted);
-  } else if (IsResultFile(path)) {
-    database_ = ImportFile(path, listener, derivation, deck);
-  } else {
-    Fail(name + ": not a database, " + kAccepted);
+  stored_ = StoredDatabase::OpenIfThere(path);
+  if (stored_) {
+    database_ = &stored_->Get();
+    return;
   }
+  if (kind == FED_FileStatus::Folder) Fail(name + ": a folder without a file 'manifest' or 'index', " + kAccepted);
+  if (!IsResultFile(path)) Fail(name + ": not a database, " + kAccepted);
+  imported_ = ImportFile(path, listener, derivation, deck);
+  database_ = imported_.get();
 }
 
 OpenedDatabase::~OpenedDatabase() = default;

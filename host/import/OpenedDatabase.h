@@ -16,7 +16,7 @@ namespace quilon {
 
 class Listener;
 class Selection;
-class WatchedFiles;
+class StoredDatabase;
 
 /// A deck to read a solver's result file with. A database has what it was imported with.
 struct CompanionDeck
@@ -57,9 +57,10 @@ public:
   std::vector<FED_DataDescriptor> RequireBlocks(const Selection& selection, const std::string& text) const;
 
 private:
-  std::filesystem::path         path_;
-  std::unique_ptr<WatchedFiles> files_;  // of a working database
-  std::unique_ptr<FED_Database> database_;
+  std::filesystem::path               path_;
+  std::unique_ptr<StoredDatabase>     stored_;    // of a database on disk
+  std::unique_ptr<FED_ResultDatabase> imported_;  // of a result file
+  FED_Database*                       database_ = nullptr;
 };
 
 }  // namespace quilon
