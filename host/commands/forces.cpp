@@ -1,12 +1,9 @@
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <cstddef>
 #include <memory>
 #include <optional>
 #include <set>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -30,6 +27,7 @@
 #include "terminal/Output.h"
 #include "text/Failure.h"
 #include "text/Format.h"
+#include "text/NumberList.h"
 
 namespace quilon {
 
@@ -57,22 +55,6 @@ struct Options
   /// Whether something is asked that is printed.
   bool IsAsked() const { return balance || HasPart() || !plane.empty(); }
 };
-
-/// Reads finite numbers between commas.
-/// @return whether there are as many as are wanted and nothing else
-bool ParseNumbers(const std::string& text, std::span<double> numbers)
-{
-  const char* at  = text.data();
-  const char* end = text.data() + text.size();
-  for (double& number : numbers) {
-    const auto taken  = std::from_chars(at, end, number);
-    const bool isLast = &number == &numbers.back();
-    if (taken.ec != std::errc() || !std::isfinite(number)) return false;
-    if (isLast ? taken.ptr != end : taken.ptr == end || *taken.ptr != ',') return false;
-    at = taken.ptr + 1;
-  }
-  return true;
-}
 
 CutPlane ParsePlane(const std::string& text)
 {
