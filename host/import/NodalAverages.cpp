@@ -64,8 +64,7 @@ void NodalAverages::AddTo(Average& average, std::span<const int> nodes) const
   for (std::size_t n = 0; n < nodes.size(); ++n) {
     double value[kNumComponents];
     std::copy_n(&nodal_[n * kNumComponents], kNumComponents, value);
-    average.sums.AddValue(nodes[n], value);
-    average.statistics.AddValue(nodes[n], value);
+    average.AddValue(nodes[n], value);
   }
 }
 
@@ -84,10 +83,10 @@ void NodalAverages::Save(const StepKey& key)
 void NodalAverages::SaveAverage(const StepKey& key, Quantity quantity, int group, const Average& average)
 {
   const TensorKinds& kinds = kTensorKinds[quantity];
-  average.sums.SaveField(blocks_.GetDatabase(), blocks_.Descriptor(key, kinds.average, group),
-                         FEM_AvgFieldDefs::NoLayerIndex, FEM_AvgFieldDefs::Average, true, nullptr);
-  average.statistics.SaveField(blocks_.GetDatabase(), blocks_.Descriptor(key, kinds.variance, group),
-                               FEM_AvgFieldDefs::NoLayerIndex, FEM_AvgFieldDefs::Variance, true, nullptr);
+  average.SaveField(blocks_.GetDatabase(), blocks_.Descriptor(key, kinds.average, group),
+                    FEM_AvgFieldDefs::NoLayerIndex, FEM_AvgFieldDefs::Average, true, nullptr);
+  average.SaveField(blocks_.GetDatabase(), blocks_.Descriptor(key, kinds.variance, group),
+                    FEM_AvgFieldDefs::NoLayerIndex, FEM_AvgFieldDefs::Variance, true, nullptr);
   SaveError(key, quantity, group, average);
   SaveCounts(key, quantity, group, average);
 }
@@ -96,7 +95,7 @@ void NodalAverages::SaveCounts(const StepKey& key, Quantity quantity, int group,
 {
   std::vector<int>                      ids;
   std::vector<FEM_AvgUtil::StatData<6>> data;
-  average.statistics.DumpField(0, ids, data);
+  average.DumpField(0, ids, data);
 
   FED_IdDataBlock view(blocks_.Block(key, kTensorKinds[quantity].count, ids.size(), group),
                        blocks_.GetDatabase().GetIdMapsPool(), true);
@@ -111,7 +110,7 @@ void NodalAverages::SaveError(const StepKey& key, Quantity quantity, int group, 
 {
   std::vector<int>                      ids;
   std::vector<FEM_AvgUtil::StatData<6>> data;
-  average.statistics.DumpField(0, ids, data);
+  average.DumpField(0, ids, data);
 
   FED_IdDataBlock view(blocks_.Block(key, kTensorKinds[quantity].error, ids.size(), group),
                        blocks_.GetDatabase().GetIdMapsPool(), true);

@@ -40,12 +40,8 @@ public:
   std::size_t NumPartial() const noexcept { return numPartial_; }
 
 private:
-  /// Nodal averages of one tensor.
-  struct Average
-  {
-    FEM_AvgField<int, FEM_AvgUtil::AvgData<6>, 6>  sums;
-    FEM_AvgField<int, FEM_AvgUtil::StatData<6>, 6> statistics;
-  };
+  /// Running mean, variance and count of one tensor.
+  using Average = FEM_AvgField<int, FEM_AvgUtil::StatData<6>, 6>;
 
   /// By group of elements; 0 for all.
   using Averages = std::map<int, Average>;
