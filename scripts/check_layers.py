@@ -42,7 +42,8 @@ ROOMS = {
     "matrix": WORK,
     "diff": WORK,
     "answers": WORK | {"mesh"},
-    "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers"},
+    "plot": WORK | {"mesh", "matrix", "answers"},
+    "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers", "plot"},
 }
 
 # What the library and the contract may take from outside: headers of the C++20 standard library.

@@ -11,7 +11,7 @@ if [[ ${1:-} == --help || ${1:-} == -h ]]; then
 fi
 
 declare -A group=(
-  [build]="g++ cmake ninja-build libcli11-dev libnanoflann-dev nlohmann-json3-dev libxxhash-dev pkg-config"
+  [build]="g++ cmake ninja-build libcli11-dev libnanoflann-dev nlohmann-json3-dev libxxhash-dev libcairo2-dev fonts-dejavu-core pkg-config"
   [test]="libhdf5-dev libgtest-dev libgmock-dev libeigen3-dev libbenchmark-dev libabsl-dev python3 python3-h5py python3-xxhash binutils"
   [ci]="doxygen clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 calculix-ccx calculix-ccx-test"
 )
