@@ -189,6 +189,8 @@ RecordTurner::RecordTurner(const ComponentAxes& axes, int onf, const Mesh* mesh)
   const std::size_t numValues = StoredComponentsOf(onf).size();
   const std::string name      = "--axes: " + kind.GetName() + " (" + std::to_string(onf) + ") ";
   if (OnfKind::TensorOf(onf) != 0) Fail(name + "holds principal values, expected a vector or a tensor");
+  if (onf == OnfKind::NodalStressVariance || onf == OnfKind::NodalStrainVariance)
+    Fail(name + "holds a variance of each component, expected a vector or a tensor");
   if (onf == OnfKind::Coordinates) Fail(name + "holds places, expected a vector or a tensor");
   if (numValues == 0) Fail(name + "has no components, expected a vector or a tensor");
   if (axes.GetForm() == ComponentAxes::Principal && numValues == 3)

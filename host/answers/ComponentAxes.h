@@ -69,7 +69,8 @@ class RecordTurner
 public:
   /// @param mesh  borrowed; null where the axes need no places
   /// @param onf   the kind of the records: scalars, vectors and tensors
-  /// @throws FED_Failure for a kind of which no component is in axes: principal values, coordinates, lists; and for
+  /// @throws FED_Failure for a kind of which no component is in axes: principal values, variances, coordinates, lists;
+  /// and for
   ///         principal axes of vectors
   RecordTurner(const ComponentAxes& axes, int onf, const Mesh* mesh);
 

@@ -199,6 +199,8 @@ TEST_F(TurnedRecords, OfKindsWithoutAxesAreAFailure)
             "--axes: nodal-stress-principal (520) holds principal values, expected a vector or a tensor");
   EXPECT_EQ(failure(round_, OnfKind::Coordinates),
             "--axes: coordinates (516) holds places, expected a vector or a tensor");
+  EXPECT_EQ(failure(round_, OnfKind::NodalStrainVariance),
+            "--axes: nodal-strain-variance (553) holds a variance of each component, expected a vector or a tensor");
   EXPECT_EQ(failure(round_, OnfKind::ElementForces),
             "--axes: element-forces (580) has no components, expected a vector or a tensor");
   EXPECT_EQ(failure(principal, OnfKind::Displacement),
