@@ -181,6 +181,8 @@ void SegmentStore::Abandon() noexcept
     open.segment.reset();
     static_cast<void>(files_->Remove(path));
   }
+  // One of them was a commit by itself: no loss of power brings it back.
+  if (mark_) static_cast<void>(files_->FlushFolder(folder_));
   if (isWriter_ && !isInManifest_) {
     static_cast<void>(files_->Remove(folder_ / kNewManifestName));
     static_cast<void>(files_->Remove(folder_ / kLockName));
@@ -297,8 +299,9 @@ void SegmentStore::Write(const SegmentContents& contents, bool isLast)
   try {
     segments_.push_back({WriteSegment(*files_, folder_, entry, contents, describe, choose), false});
   } catch (...) {
-    // One that stays, and is whole, is a commit.
-    if (mark_ && files_->Remove(folder_ / GetSegmentName(entry.number))) isUncertain_ = true;
+    // One that stays, and is whole, is a commit; one that a loss of power brings back is, too.
+    if (mark_ && (files_->Remove(folder_ / GetSegmentName(entry.number)) || files_->FlushFolder(folder_)))
+      isUncertain_ = true;
     mark_.reset();
     throw;
   }
@@ -380,7 +383,7 @@ bool SegmentStore::AppendLine(std::uint64_t offset, const std::string& line) noe
 }
 
 // What a reader finds is a snapshot: it keeps all files open. When a writer publishes and removes files meanwhile, the
-// manifest has moved, and the reader starts again.
+// manifest has moved, and the reader starts again. So it does when a writer gives up a commit that was whole already.
 void SegmentStore::OpenForReading()
 {
   for (std::string text = ReadManifest();;) {
@@ -390,7 +393,7 @@ void SegmentStore::OpenForReading()
       return;
     } catch (const FED_Failure&) {
       std::string now = ReadManifest();
-      if (now == text) throw;
+      if (now == text && FindState(*files_, folder_, now).link == published_.link) throw;
       text = std::move(now);
     }
   }

@@ -265,66 +265,6 @@ TEST(SegmentStore, PipesInPlaceOfFilesKeepNobodyWaiting)
             (folder / "a.fed").string() + ": cannot create a database: there is one already");
 }
 
-namespace {
-
-// The disk fails where the manifest takes its place, or right behind.
-class FailingManifest : public FED_FileLayer
-{
-public:
-  enum class At
-  {
-    Renaming,
-    Flush
-  };
-
-  explicit FailingManifest(At at) : at_(at) {}
-
-  std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to) override
-  {
-    if (at_ == At::Renaming) return std::make_error_code(std::errc::io_error);
-    isRenamed_ = true;
-    return FED_FileLayer::Rename(from, to);
-  }
-  std::error_code FlushFolder(const std::filesystem::path& folder) override
-  {
-    return isRenamed_ ? std::make_error_code(std::errc::io_error) : FED_FileLayer::FlushFolder(folder);
-  }
-
-private:
-  At   at_;
-  bool isRenamed_ = false;
-};
-
-}  // namespace
-
-TEST(SegmentStore, AFirstCommitWhoseManifestCannotTakeItsPlaceLeavesNothing)
-{
-  const TempFolder folder;
-  FailingManifest  files(FailingManifest::At::Renaming);
-  {
-    SegmentStore store(folder / "a.fed", kCreate, files);
-    WriteSample(store);
-    EXPECT_EQ(MessageOf([&] { store.Publish(false); }),
-              (folder / "a.fed" / "manifest").string() + ": cannot replace: Input/output error");
-  }
-  EXPECT_FALSE(std::filesystem::exists(folder / "a.fed"));
-}
-
-TEST(SegmentStore, ACommitThatMayBeInForceSaysSo)
-{
-  const TempFolder folder;
-  FailingManifest  files(FailingManifest::At::Flush);
-  {
-    SegmentStore store(folder / "a.fed", kCreate, files);
-    WriteSample(store);
-    EXPECT_EQ(
-        MessageOf([&] { store.Publish(false); }),
-        (folder / "a.fed").string() + ": cannot flush: Input/output error; the commit may be in force all the same");
-  }
-  FED_FileLayer plain;
-  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, plain)).blocks.size(), 2u);
-}
-
 TEST(SegmentStore, SecondWriterIsRefusedReadersAreNot)
 {
   const TempFolder folder;
@@ -436,7 +376,19 @@ public:
   bool failsRename      = false;
   bool failsFolderFlush = false;
   bool failsChange      = false;
+  bool failsFlush       = false;
 
+  std::vector<std::string> log;  // of removals and of flushes of folders
+
+  std::error_code Flush(Handle handle) override
+  {
+    return failsFlush ? std::make_error_code(std::errc::io_error) : FED_FileLayer::Flush(handle);
+  }
+  std::error_code Remove(const std::filesystem::path& path) override
+  {
+    log.push_back("remove " + path.filename().string());
+    return FED_FileLayer::Remove(path);
+  }
   std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override
   {
     if (failsChange && mode == Change) return std::make_error_code(std::errc::io_error);
@@ -448,6 +400,7 @@ public:
   }
   std::error_code FlushFolder(const std::filesystem::path& folder) override
   {
+    log.push_back("flush " + folder.filename().string());
     // Behind the renaming.
     const bool isBehind = !std::filesystem::exists(folder / "manifest.new") && std::filesystem::exists(folder / "lock");
     return failsFolderFlush && isBehind ? std::make_error_code(std::errc::io_error)
@@ -507,6 +460,69 @@ TEST(SegmentStore, FlushThatFailsWhenTheCommitIsMadeSaysThatItMayBeInForce)
   files.failsFolderFlush = false;
   store.Publish(false);
   EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), ReadContent(store));
+}
+
+// Its bytes may be on the disk although the flush failed: after a loss of power it would be there again, and be a
+// commit.
+TEST(SegmentStore, ACommitWhoseFlushFailsIsGoneForGood)
+{
+  const TempFolder folder;
+  BrokenFiles      files;
+  SegmentStore     store(folder / "a.fed", kCreate, files);
+  WriteSample(store);
+  store.Publish(false);
+  files.failsFlush = true;
+  files.log.clear();
+  EXPECT_EQ(MessageOf([&] { WriteRow(store, 3); }),
+            (folder / "a.fed" / "segment-000002.h5").string() + ": cannot flush: Input/output error");
+  ASSERT_FALSE(files.log.empty());
+  EXPECT_EQ(files.log.back(), "flush a.fed");
+  EXPECT_EQ(ListFolder(folder / "a.fed"), (std::vector<std::string>{"lock", "manifest", "segment-000001.h5"}));
+}
+
+TEST(SegmentStore, ACommitThatIsGivenUpIsGoneForGood)
+{
+  const TempFolder folder;
+  BrokenFiles      files;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    store.Publish(false);
+    WriteRow(store, 3);
+    files.log.clear();
+  }
+  EXPECT_EQ(files.log, (std::vector<std::string>{"remove segment-000002.h5", "flush a.fed"}));
+}
+
+namespace {
+
+// A writer gives up a commit between two looks of a reader.
+class GivenUpCommit : public FED_FileLayer
+{
+public:
+  std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override
+  {
+    if (path.filename() == "segment-000002.h5" && ++looks_ == 2) std::filesystem::remove(path);
+    return FED_FileLayer::Open(path, mode, handle);
+  }
+
+private:
+  int looks_ = 0;
+};
+
+}  // namespace
+
+TEST(SegmentStore, AReaderTakesACommitThatIsGivenUpMeanwhileForNone)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     writer(folder / "a.fed", kCreate, files);
+  WriteSample(writer);
+  writer.Publish(false);
+  const StoredContent before = ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files));
+  WriteRow(writer, 3);  // whole, and not published
+  GivenUpCommit vanishing;
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, vanishing)), before);
 }
 
 TEST(SegmentStore, SmallCommitsAreAppendedAndFoldedNowAndThen)
