@@ -1,0 +1,337 @@
+#include "answers/Envelope.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include <bundled/FED_BlockSpans.h>
+#include <bundled/OnfKinds.h>
+
+#include "answers/ChosenComponents.h"
+#include "answers/ComponentAxes.h"
+#include "kinds/KindTable.h"
+#include "kinds/UserKindPool.h"
+#include "mesh/Mesh.h"
+#include "progress/Interrupt.h"
+#include "progress/Listener.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+
+namespace quilon {
+
+namespace {
+
+using Descriptor = FED_DataDescriptor;
+
+constexpr int kNodeKind      = 0;
+constexpr int kElementKind   = 1;
+constexpr int kOtherAnalysis = 3;
+
+constexpr std::array<Descriptor::ResultIndex, 5> kStepOrder = {
+    Descriptor::Iteration, Descriptor::Analysis, Descriptor::LoadCase, Descriptor::Substep, Descriptor::Increment};
+
+int OnfOf(const Descriptor& descriptor) { return descriptor.GetInteger(Descriptor::OnfId); }
+
+int EntityKindOf(int onf) { return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind(); }
+
+/// Offers all records of a block as the next step.
+void OfferBlock(const FED_Database& database, const Descriptor& descriptor, const RecordTurner& turner,
+                EnvelopeSeries& series)
+{
+  const std::size_t numValues = series.field.GetComponents().front().NumValues();
+  series.field.BeginStep();
+  FED_ForEachSpan(database.GetConstDataBlock(descriptor), database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+    ThrowIfInterrupted();
+    const int* const      ids    = span.GetIds().GetData();
+    const double* const   values = span.GetDoubles(1).GetData();
+    std::array<double, 6> turned{};
+    for (std::size_t r = 0; r < span.GetCount(); ++r) {
+      std::span<const double> record(&values[r * numValues], numValues);
+      if (turner.Turns()) {
+        std::copy(record.begin(), record.end(), turned.begin());
+        const std::span<double> own = std::span(turned).first(numValues);
+        if (!turner.Turn(ids[r], own)) ++series.numWithoutAxes;
+        record = own;
+      }
+      series.field.Offer(ids[r], record);
+    }
+  });
+}
+
+std::map<Descriptor, std::vector<Descriptor>> GroupBySeries(const std::vector<Descriptor>& blocks)
+{
+  std::map<Descriptor, std::vector<Descriptor>> series;
+  for (const Descriptor& block : blocks) series[SeriesOf(block)].push_back(block);
+  for (auto& [key, members] : series) std::sort(members.begin(), members.end(), ComesBefore);
+  return series;
+}
+
+/// One kind that an envelope is written to.
+class EnvelopeWriter
+{
+public:
+  EnvelopeWriter(const EnvelopeSeries& series, FED_Database& target)
+      : series_(series),
+        target_(target),
+        pool_(target),
+        isOfElements_(EntityKindOf(OnfOf(series.key)) == kElementKind),
+        rows_(series.field.SortedRows())
+  {}
+
+  /// @param first, count of the components that are the values of a record
+  void Write(const std::string& name, std::size_t first, std::size_t count)
+  {
+    WriteKind(name, first, count, [](const EnvelopeField::Extreme& extreme) { return extreme.value; });
+    std::set<int> analyses;
+    for (const Descriptor& step : series_.steps) analyses.insert(step.GetInteger(Descriptor::Analysis));
+    WriteIndex(name + " load case", first, count, Descriptor::LoadCase);
+    WriteIndex(name + " substep", first, count, Descriptor::Substep);
+    if (analyses.size() > 1) WriteIndex(name + " analysis", first, count, Descriptor::Analysis);
+  }
+
+private:
+  void WriteIndex(const std::string& name, std::size_t first, std::size_t count, Descriptor::ResultIndex index)
+  {
+    WriteKind(name, first, count, [&](const EnvelopeField::Extreme& extreme) {
+      return extreme.step == EnvelopeField::kNoStep ? std::numeric_limits<double>::quiet_NaN()
+                                                    : series_.steps[extreme.step].GetInteger(index);
+    });
+  }
+
+  template <typename Value>
+  void WriteKind(const std::string& name, std::size_t first, std::size_t count, const Value& value)
+  {
+    const UserHundred hundred = isOfElements_ ? ElementHundred(count) : NodeHundred(count);
+    const int         onf     = pool_.Find(hundred, name);
+    if (onf == 0)
+      Fail("no user kind is free for '" + Printable(name) + "': all hundred from " + std::to_string(hundred) +
+           " on have another name, expected fewer kinds and components, or another output");
+    const EnvelopeField& field = series_.field;
+    for (const int loadCase : {EnvelopeLeast, EnvelopeGreatest, EnvelopeLargest}) {
+      Descriptor descriptor = series_.key;
+      descriptor.SetInteger(Descriptor::OnfId, onf);
+      descriptor.SetInteger(Descriptor::Analysis, kOtherAnalysis);
+      descriptor.SetInteger(Descriptor::LoadCase, loadCase);
+      descriptor.SetInteger(Descriptor::Substep, 1);
+      FED_DataBlock&        block = target_.GetOrCreateDataBlock(descriptor, rows_.size());
+      FED_IdMapsPool&       ids   = target_.GetIdMapsPool();
+      const int             kind  = isOfElements_ ? kElementKind : kNodeKind;
+      std::array<double, 6> values{};
+      for (const std::size_t row : rows_) {
+        for (std::size_t k = 0; k < count; ++k) {
+          const EnvelopeField::Extreme extreme = loadCase == EnvelopeLeast      ? field.GetLeast(row, first + k)
+                                                 : loadCase == EnvelopeGreatest ? field.GetGreatest(row, first + k)
+                                                                                : field.GetLargest(row, first + k);
+          values[k]                            = value(extreme);
+        }
+        block.SetValuesAt(ids.FindOrAddIndex(kind, field.GetId(row)), values.data());
+      }
+    }
+  }
+
+  const EnvelopeSeries&    series_;
+  FED_Database&            target_;
+  UserKindPool             pool_;
+  bool                     isOfElements_;
+  std::vector<std::size_t> rows_;
+};
+
+/// Whether the components are all that a record has, in its order.
+bool AreAllStored(const std::vector<Component>& components, int onf)
+{
+  const std::vector<std::string> stored = StoredComponentsOf(onf);
+  return std::equal(components.begin(), components.end(), stored.begin(), stored.end(),
+                    [](const Component& component, const std::string& name) { return component.GetName() == name; });
+}
+
+}  // namespace
+
+EnvelopeField::EnvelopeField(std::vector<Component> components) : components_(std::move(components))
+{
+  for (const Component& component : components_) positions_.push_back(component.GetPosition());
+}
+
+std::size_t EnvelopeField::FindRow(int id)
+{
+  // Blocks of one kind mostly have their ids in one order.
+  if (next_ < NumIds() && rows_.Entries()[next_].first == id) return next_++;
+  const std::size_t row = rows_.FindOrInsert(id);
+  next_                 = row + 1;
+  const std::size_t end = components_.size() * NumIds();
+  if (least_.size() < end) {
+    least_.resize(end, std::numeric_limits<double>::quiet_NaN());
+    greatest_.resize(end, std::numeric_limits<double>::quiet_NaN());
+    leastStep_.resize(end, kNoStep);
+    greatestStep_.resize(end, kNoStep);
+  }
+  return row;
+}
+
+void EnvelopeField::Offer(int id, std::span<const double> values)
+{
+  const std::uint32_t step = numSteps_ - 1;
+  const std::size_t   row  = FindRow(id);
+  ++rows_.At(row);
+  std::size_t at = row * components_.size();
+  for (std::size_t k = 0; k < components_.size(); ++k, ++at) {
+    const int    position = positions_[k];
+    const double value = position >= 0 ? values[static_cast<std::size_t>(position)] : components_[k].Evaluate(values);
+    if (std::isnan(value)) {
+      ++numNans_;
+      continue;
+    }
+    // The first number replaces the NaN that stands for none: no comparison with one holds.
+    if (!(value >= least_[at])) {
+      least_[at]     = value;
+      leastStep_[at] = step;
+    }
+    if (!(value <= greatest_[at])) {
+      greatest_[at]     = value;
+      greatestStep_[at] = step;
+    }
+  }
+}
+
+std::vector<std::size_t> EnvelopeField::SortedRows() const
+{
+  std::vector<std::size_t> rows(NumIds());
+  for (std::size_t row = 0; row < rows.size(); ++row) rows[row] = row;
+  const auto byId = [this](std::size_t a, std::size_t b) { return GetId(a) < GetId(b); };
+  if (!std::is_sorted(rows.begin(), rows.end(), byId)) std::sort(rows.begin(), rows.end(), byId);
+  return rows;
+}
+
+EnvelopeField::Extreme EnvelopeField::GetLeast(std::size_t row, std::size_t component) const
+{
+  const std::size_t at = row * components_.size() + component;
+  return {least_[at], leastStep_[at]};
+}
+
+EnvelopeField::Extreme EnvelopeField::GetGreatest(std::size_t row, std::size_t component) const
+{
+  const std::size_t at = row * components_.size() + component;
+  return {greatest_[at], greatestStep_[at]};
+}
+
+EnvelopeField::Extreme EnvelopeField::GetLargest(std::size_t row, std::size_t component) const
+{
+  const Extreme least    = GetLeast(row, component);
+  const Extreme greatest = GetGreatest(row, component);
+  const double  below    = std::fabs(least.value);
+  const double  above    = std::fabs(greatest.value);
+  if (below == above) return least.step < greatest.step ? least : greatest;
+  return below > above ? least : greatest;
+}
+
+std::size_t EnvelopeField::CountPartial() const
+{
+  const auto entries = rows_.Entries();
+  return static_cast<std::size_t>(
+      std::count_if(entries.begin(), entries.end(), [this](const auto& entry) { return entry.second < numSteps_; }));
+}
+
+bool HasEnvelope(const FED_DataDescriptor& block)
+{
+  const int entityKind = EntityKindOf(OnfOf(block));
+  return HasResultStep(block) && (entityKind == kNodeKind || entityKind == kElementKind) &&
+         !StoredComponentsOf(OnfOf(block)).empty();
+}
+
+FED_DataDescriptor SeriesOf(const FED_DataDescriptor& block)
+{
+  FED_DataDescriptor key;
+  key.SetInteger(Descriptor::OnfId, OnfOf(block));
+  for (const IndexKey& index : GetIndexKeys()) {
+    const bool isOfStep = index.index != Descriptor::Iteration &&
+                          std::find(kStepOrder.begin(), kStepOrder.end(), index.index) != kStepOrder.end();
+    if (block.IsSet(index.index) && !isOfStep) key.SetInteger(index.index, block.GetInteger(index.index));
+  }
+  return key;
+}
+
+bool ComesBefore(const FED_DataDescriptor& step, const FED_DataDescriptor& other)
+{
+  for (const Descriptor::ResultIndex index : kStepOrder) {
+    const auto value = [index](const Descriptor& descriptor) {
+      return std::pair(descriptor.IsSet(index), descriptor.GetInteger(index));
+    };
+    if (value(step) != value(other)) return value(step) < value(other);
+  }
+  return false;
+}
+
+EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
+                                  const EnvelopeRequest& request, Listener* listener,
+                                  const std::function<void(const EnvelopeSeries& series)>& take)
+{
+  const KindTable         kinds(database);
+  EnvelopeReport          report;
+  std::set<std::string>   skipped;
+  std::vector<Descriptor> usable;
+  for (const Descriptor& block : blocks) {
+    if (HasEnvelope(block))
+      usable.push_back(block);
+    else
+      skipped.insert(kinds.GetName(block));
+  }
+  report.skippedKinds.assign(skipped.begin(), skipped.end());
+  if (usable.empty()) {
+    std::string list;
+    for (const std::string& name : skipped) list += (list.empty() ? "" : ", ") + Printable(name);
+    Fail(request.database + ": no result steps to envelop in " + list +
+         ", expected scalars, vectors or tensors of nodes or elements");
+  }
+
+  const auto allSeries = GroupBySeries(usable);
+  // Whatever is wrong with what was asked is told before the work begins.
+  std::map<int, ComponentAxes> axes;
+  std::map<int, Mesh>          meshes;
+  for (const auto& [key, members] : allSeries) {
+    const int iteration = key.GetInteger(Descriptor::Iteration);
+    if (!axes.contains(iteration)) {
+      axes.emplace(iteration,
+                   request.axes.empty() ? ComponentAxes() : ComponentAxes(request.axes, database, iteration));
+      if (axes.at(iteration).NeedsPlaces()) meshes.emplace(iteration, ReadMesh(database, iteration, request.database));
+      report.axes = axes.at(iteration).Describe();
+    }
+    ChosenComponents(request.selection, OnfOf(key));
+    RecordTurner(axes.at(iteration), OnfOf(key), nullptr);
+  }
+
+  std::size_t done = 0;
+  for (const auto& [key, members] : allSeries) {
+    const int          iteration = key.GetInteger(Descriptor::Iteration);
+    const auto         mesh      = meshes.find(iteration);
+    const RecordTurner turner(axes.at(iteration), OnfOf(key), mesh == meshes.end() ? nullptr : &mesh->second);
+    EnvelopeSeries     series{key, {}, {}, EnvelopeField(ChosenComponents(request.selection, OnfOf(key)))};
+    for (const Descriptor& block : members) {
+      ThrowIfInterrupted();
+      if (listener != nullptr) listener->Progress("envelope", done, usable.size(), "blocks");
+      ++done;
+      OfferBlock(database, block, turner, series);
+      series.steps.push_back(GetResultStep(block));
+    }
+    take(series);
+  }
+  return report;
+}
+
+void WriteEnvelope(const EnvelopeSeries& series, const KindTable& kinds, FED_Database& target)
+{
+  const std::vector<Component>& components = series.field.GetComponents();
+  const std::string             kind       = kinds.GetName(OnfOf(series.key));
+  EnvelopeWriter                writer(series, target);
+  if (AreAllStored(components, OnfOf(series.key))) return writer.Write(kind + " envelope", 0, components.size());
+  for (std::size_t k = 0; k < components.size(); ++k)
+    writer.Write(kind + ' ' + components[k].GetName() + " envelope", k, 1);
+}
+
+}  // namespace quilon

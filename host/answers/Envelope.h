@@ -1,0 +1,144 @@
+#pragma once
+
+/// @file
+/// The least and the greatest value over result steps, at each node or element.
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "IdRadixMap.h"
+#include "kinds/Component.h"
+#include "QuilonDbConnector/FED_DataDescriptor.h"
+#include "selection/Selection.h"
+
+class FED_DataBlock;
+class FED_Database;
+class FED_IdMapsPool;
+
+namespace quilon {
+
+class KindTable;
+class Listener;
+class RecordTurner;
+
+/// Extremes of components at each id over steps that are offered one after the other.
+///
+/// A NaN never governs. Of equal values the one of the earlier step governs; 0 and -0 are equal.
+/// Memory: 24 bytes a component of each id, and 20 bytes an id, however many steps there are.
+class EnvelopeField
+{
+public:
+  static constexpr std::uint32_t kNoStep = static_cast<std::uint32_t>(-1);
+
+  struct Extreme
+  {
+    double        value = std::numeric_limits<double>::quiet_NaN();
+    std::uint32_t step  = kNoStep;  ///< number of the step that governs, from 0; none where no value was a number
+  };
+
+  /// @param components of one kind, at least one
+  explicit EnvelopeField(std::vector<Component> components);
+
+  /// Steps count from 0. What is offered from here on is of the next one.
+  void BeginStep() noexcept
+  {
+    ++numSteps_;
+    next_ = 0;
+  }
+  /// @param values of one record, in stored order
+  void Offer(int id, std::span<const double> values);
+
+  const std::vector<Component>& GetComponents() const noexcept { return components_; }
+  std::size_t                   NumSteps() const noexcept { return numSteps_; }
+  std::size_t                   NumIds() const noexcept { return rows_.Entries().size(); }
+
+  /// @return rows by ascending id
+  std::vector<std::size_t> SortedRows() const;
+  int                      GetId(std::size_t row) const { return rows_.Entries()[row].first; }
+  Extreme                  GetLeast(std::size_t row, std::size_t component) const;
+  Extreme                  GetGreatest(std::size_t row, std::size_t component) const;
+  /// The value of largest magnitude, with its sign: the least or the greatest one.
+  Extreme GetLargest(std::size_t row, std::size_t component) const;
+
+  /// Values that were no numbers, over all ids, components and steps.
+  std::size_t NumNans() const noexcept { return numNans_; }
+  /// @return ids that were offered in fewer than all steps
+  std::size_t CountPartial() const;
+
+private:
+  std::size_t FindRow(int id);
+
+  std::vector<Component>     components_;
+  std::vector<int>           positions_;  // of stored components; -1 of invariants
+  IdRadixMap<std::uint32_t>  rows_;       // how many steps have offered the id; its position is the row
+  std::size_t                next_ = 0;   // row that the next record has if the ids come as they came before
+  std::vector<double>        least_;      // shape [ids, components], as are the others
+  std::vector<double>        greatest_;
+  std::vector<std::uint32_t> leastStep_;
+  std::vector<std::uint32_t> greatestStep_;
+  std::uint32_t              numSteps_ = 0;
+  std::size_t                numNans_  = 0;
+};
+
+/// Results of one kind that differ in their step alone, and their envelope.
+struct EnvelopeSeries
+{
+  FED_DataDescriptor              key;    ///< of the blocks, without analysis, load case, substep and increment
+  std::vector<FED_DataDescriptor> steps;  ///< by number; see GetResultStep()
+  std::vector<std::string>        names;  ///< of the steps where they have names (combinations), else empty
+  EnvelopeField                   field;
+  std::size_t                     numWithoutAxes = 0;  ///< records of places where the axes are none
+};
+
+struct EnvelopeRequest
+{
+  std::string database;   ///< name of the database, for messages
+  Selection   selection;  ///< components of the kinds
+  std::string axes;       ///< see ComponentAxes; empty: global
+};
+
+struct EnvelopeReport
+{
+  std::vector<std::string> skippedKinds;  ///< names of selected kinds that have no envelope
+  std::string              axes;          ///< what the axes are, for people; empty for global ones
+};
+
+/// @return the kinds of blocks that an envelope can be of: scalars, vectors and tensors of nodes or elements
+bool HasEnvelope(const FED_DataDescriptor& block);
+
+/// The key of all blocks that differ from this one in their step alone.
+FED_DataDescriptor SeriesOf(const FED_DataDescriptor& block);
+
+/// @return whether a step comes before another: by iteration, analysis, load case, substep and increment
+bool ComesBefore(const FED_DataDescriptor& step, const FED_DataDescriptor& other);
+
+/// Goes through blocks, one after the other and each once, and hands out the envelope of each series. One series is in
+/// memory at a time.
+/// @param blocks   the selected descriptors
+/// @param listener borrowed, may be null
+/// @throws FED_Failure when none of the blocks has an envelope
+EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
+                                  const EnvelopeRequest& request, Listener* listener,
+                                  const std::function<void(const EnvelopeSeries& series)>& take);
+
+/// Load cases of an envelope in a database.
+enum EnvelopeLoadCase : int
+{
+  EnvelopeLeast    = 20001,
+  EnvelopeGreatest = 20002,
+  EnvelopeLargest  = 20003  ///< the value of largest magnitude, with its sign
+};
+
+/// Writes an envelope as user kinds, with analysis 3, substep 1 and a load case of EnvelopeLoadCase: "nodal-stress
+/// envelope" with all stored components, or "nodal-stress mises envelope" for each component that was asked for; behind
+/// the name " load case" and " substep" stand those of the step that governs, and " analysis" where steps have several.
+/// Least values of several steps are no tensor: their kinds are told apart from those of results.
+/// @throws FED_Failure when all user kinds are taken
+void WriteEnvelope(const EnvelopeSeries& series, const KindTable& kinds, FED_Database& target);
+
+}  // namespace quilon

@@ -1,0 +1,223 @@
+#include "answers/Envelope.h"
+
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "AnswerSupport.h"
+#include "kinds/KindTable.h"
+#include "QuilonDbConnector/FED_DataDescriptorPattern.h"
+
+namespace {
+
+using namespace quilon;
+using namespace quilon_test;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+std::vector<Component> StressComponents(const std::vector<std::string>& names)
+{
+  std::vector<Component> components;
+  for (const std::string& name : names) components.emplace_back(name, OnfKind::NodalStress);
+  return components;
+}
+
+void ExpectExtreme(const EnvelopeField::Extreme& extreme, double value, std::uint32_t step)
+{
+  EXPECT_EQ(extreme.value, value);
+  EXPECT_EQ(extreme.step, step);
+}
+
+TEST(EnvelopeField, KeepsLeastGreatestAndLargestWithTheirSteps)
+{
+  EnvelopeField field(StressComponents({"xx", "zx"}));
+  const Tensor  steps[] = {{1, 0, 0, 0, 0, -5}, {-3, 0, 0, 0, 0, -4}, {2, 0, 0, 0, 0, -9}};
+  for (const Tensor& tensor : steps) {
+    field.BeginStep();
+    field.Offer(7, tensor);
+  }
+  ASSERT_EQ(field.NumIds(), 1u);
+  ExpectExtreme(field.GetLeast(0, 0), -3, 1);
+  ExpectExtreme(field.GetGreatest(0, 0), 2, 2);
+  ExpectExtreme(field.GetLargest(0, 0), -3, 1);
+  ExpectExtreme(field.GetLeast(0, 1), -9, 2);
+  ExpectExtreme(field.GetGreatest(0, 1), -4, 1);
+  ExpectExtreme(field.GetLargest(0, 1), -9, 2);
+}
+
+TEST(EnvelopeField, OfEqualValuesTheEarlierStepGoverns)
+{
+  EnvelopeField field(StressComponents({"xx"}));
+  for (const double value : {2.0, -2.0, 2.0, -2.0}) {
+    field.BeginStep();
+    field.Offer(1, Tensor{value, 0, 0, 0, 0, 0});
+  }
+  ExpectExtreme(field.GetLeast(0, 0), -2, 1);
+  ExpectExtreme(field.GetGreatest(0, 0), 2, 0);
+  ExpectExtreme(field.GetLargest(0, 0), 2, 0);
+  EnvelopeField zeros(StressComponents({"xx"}));
+  for (const double value : {0.0, -0.0, 0.0}) {
+    zeros.BeginStep();
+    zeros.Offer(1, Tensor{value, 0, 0, 0, 0, 0});
+  }
+  ExpectExtreme(zeros.GetLeast(0, 0), 0, 0);
+  ExpectExtreme(zeros.GetGreatest(0, 0), 0, 0);
+}
+
+TEST(EnvelopeField, ANanNeverGovernsAndInfinitiesDo)
+{
+  EnvelopeField field(StressComponents({"xx", "yy"}));
+  for (const double value : {kNaN, std::numeric_limits<double>::infinity(), kNaN}) {
+    field.BeginStep();
+    field.Offer(1, Tensor{value, kNaN, 0, 0, 0, 0});
+  }
+  ExpectExtreme(field.GetLeast(0, 0), std::numeric_limits<double>::infinity(), 1);
+  ExpectExtreme(field.GetGreatest(0, 0), std::numeric_limits<double>::infinity(), 1);
+  for (const EnvelopeField::Extreme& extreme : {field.GetLeast(0, 1), field.GetGreatest(0, 1), field.GetLargest(0, 1)})
+  {
+    EXPECT_TRUE(std::isnan(extreme.value));
+    EXPECT_EQ(extreme.step, EnvelopeField::kNoStep);
+  }
+  EXPECT_EQ(field.NumNans(), 5u);
+}
+
+TEST(EnvelopeField, TakesIdsInAnyOrderAndTellsWhichAreNotInAllSteps)
+{
+  EnvelopeField                       field(StressComponents({"xx"}));
+  const std::vector<std::vector<int>> orders = {{30, 10, 20}, {10, 20, 30}, {20, 40, 30}};
+  for (std::size_t step = 0; step < orders.size(); ++step) {
+    field.BeginStep();
+    for (const int id : orders[step]) field.Offer(id, Tensor{id + double(step), 0, 0, 0, 0, 0});
+  }
+  const auto rows = field.SortedRows();
+  ASSERT_EQ(rows.size(), 4u);
+  const int           ids[]   = {10, 20, 30, 40};
+  const double        least[] = {10, 20, 30, 42};
+  const double        most[]  = {11, 22, 32, 42};
+  const std::uint32_t steps[] = {1, 2, 2, 2};
+  for (std::size_t i = 0; i < 4; ++i) {
+    EXPECT_EQ(field.GetId(rows[i]), ids[i]);
+    EXPECT_EQ(field.GetLeast(rows[i], 0).value, least[i]);
+    ExpectExtreme(field.GetGreatest(rows[i], 0), most[i], steps[i]);
+  }
+  EXPECT_EQ(field.CountPartial(), 2u) << "10 is not in the last step, 40 in the last one alone";
+}
+
+TEST(EnvelopeField, InvariantsAreThoseOfEachStep)
+{
+  EnvelopeField field(StressComponents({"mises", "p1"}));
+  for (const Tensor& tensor : {Tensor{5, 5, 5, 0, 0, 0}, Tensor{-4, 0, 0, 0, 0, 0}}) {
+    field.BeginStep();
+    field.Offer(1, tensor);
+  }
+  ExpectExtreme(field.GetLeast(0, 0), 0, 0);
+  ExpectExtreme(field.GetGreatest(0, 0), 4, 1);
+  ExpectExtreme(field.GetGreatest(0, 1), 5, 0);
+}
+
+class Envelopes : public ::testing::Test
+{
+protected:
+  Envelopes()
+  {
+    // Load case 2 before load case 1 in time of writing: steps go by their keys.
+    WriteTensor(database_, ResultKey(OnfKind::NodalStress, 2, 1), 5, {1, 0, 0, 0, 0, 0});
+    WriteTensor(database_, ResultKey(OnfKind::NodalStress, 1, 1), 5, {3, 0, 0, 0, 0, 0});
+    WriteTensor(database_, ResultKey(OnfKind::NodalStress, 1, 2), 5, {-2, 0, 0, 0, 0, 7});
+    WriteTensor(database_, ResultKey(OnfKind::NodalStress, 1, 2), 3, {4, 0, 0, 0, 0, 0});
+    WriteVector(database_, ResultKey(OnfKind::Displacement, 1, 1), 5, {1, 2, 3});
+    WriteScalar(database_, ResultKey(OnfKind::ElementEnergy, 1, 1), 9, 0.5);
+    WriteNode(database_, 5, {1, 1, 0});
+    WriteNode(database_, 3, {0, 0, 1});
+  }
+
+  std::vector<EnvelopeSeries> Calculate(const std::string& selection, const std::string& axes = "")
+  {
+    EnvelopeRequest request{"small", Selection(selection, KindTable(database_)), axes};
+    const auto      blocks = request.selection.Apply(database_.GetDataDescriptors(FED_DataDescriptorPattern()));
+    std::vector<EnvelopeSeries> all;
+    report_ = CalculateEnvelopes(database_, blocks, request, nullptr,
+                                 [&all](const EnvelopeSeries& series) { all.push_back(series); });
+    return all;
+  }
+
+  FED_ResultDatabase database_;
+  EnvelopeReport     report_;
+};
+
+TEST_F(Envelopes, AreOfEachKindOverItsStepsInTheirOrder)
+{
+  const auto all = Calculate("@it=0");
+  ASSERT_EQ(all.size(), 3u);
+  EXPECT_EQ(ToSelectionText(all[0].key), "510@it=0");
+  EXPECT_EQ(ToSelectionText(all[1].key), "521@it=0");
+  EXPECT_EQ(ToSelectionText(all[2].key), "540@it=0");
+  const EnvelopeSeries& stress = all[1];
+  ASSERT_EQ(stress.steps.size(), 3u);
+  EXPECT_EQ(ToSelectionText(stress.steps[0]), "0@it=0,an=1,lc=1,sub=1");
+  EXPECT_EQ(ToSelectionText(stress.steps[2]), "0@it=0,an=1,lc=2,sub=1");
+  const auto rows = stress.field.SortedRows();
+  ASSERT_EQ(rows.size(), 2u);
+  EXPECT_EQ(stress.field.GetId(rows[1]), 5);
+  ExpectExtreme(stress.field.GetLeast(rows[1], 0), -2, 1);
+  ExpectExtreme(stress.field.GetGreatest(rows[1], 0), 3, 0);
+  ExpectExtreme(stress.field.GetGreatest(rows[1], 5), 7, 1);
+  EXPECT_EQ(stress.field.CountPartial(), 1u);
+  EXPECT_EQ(report_.skippedKinds, std::vector<std::string>{"coordinates"});
+}
+
+TEST_F(Envelopes, GroupsAndLayersHaveTheirOwn)
+{
+  FED_DataDescriptor group = ResultKey(OnfKind::NodalStress, 1, 1);
+  group.SetInteger(OnfIndex::Group, 2);
+  WriteTensor(database_, group, 5, {100, 0, 0, 0, 0, 0});
+  const auto all = Calculate("stress");
+  ASSERT_EQ(all.size(), 2u);
+  EXPECT_EQ(all[0].steps.size(), 3u);
+  EXPECT_EQ(ToSelectionText(all[1].key), "521@it=0,i11=2");
+  EXPECT_EQ(all[1].steps.size(), 1u);
+}
+
+// Node 5 is at 45 degrees: radial of xx alone is a half.
+TEST_F(Envelopes, AreInTheAxesThatAreAskedFor)
+{
+  const auto all  = Calculate("stress", "cylindrical:0,0,0,0,0,1");
+  const auto rows = all[0].field.SortedRows();
+  EXPECT_NEAR(all[0].field.GetGreatest(rows[1], 0).value, 1.5, 1e-15);
+  EXPECT_EQ(all[0].numWithoutAxes, 1u) << "node 3 is on the axis";
+  EXPECT_TRUE(std::isnan(all[0].field.GetLeast(rows[0], 0).value));
+  EXPECT_EQ(report_.axes, "axes: x radial, y tangential, z along the axis through 0,0,0 along 0,0,1");
+}
+
+TEST_F(Envelopes, KindsWithoutStepsOrComponentsAreAFailureWhenThereAreNoOthers)
+{
+  EXPECT_EQ(FailureOf([&] { Calculate("coordinates"); }),
+            "small: no result steps to envelop in coordinates, expected scalars, vectors or tensors of nodes or "
+            "elements");
+}
+
+TEST_F(Envelopes, AreWrittenAsUserKindsBesideTheStepsThatGovern)
+{
+  FED_ResultDatabase target;
+  const KindTable    kinds(database_);
+  for (const EnvelopeSeries& series : Calculate("stress,element-energy")) WriteEnvelope(series, kinds, target);
+  EXPECT_EQ(target.GetUserKindName(static_cast<FED_OnfId>(1200)), "nodal-stress envelope");
+  EXPECT_EQ(target.GetUserKindName(static_cast<FED_OnfId>(1201)), "nodal-stress envelope load case");
+  EXPECT_EQ(target.GetUserKindName(static_cast<FED_OnfId>(1202)), "nodal-stress envelope substep");
+  EXPECT_EQ(target.GetUserKindName(static_cast<FED_OnfId>(1400)), "element-energy envelope");
+  const auto valueOf = [&](int onf, int loadCase, int id) {
+    Tensor                     tensor{};
+    const FED_ConstIdDataBlock view(target.GetConstDataBlock(ResultKey(onf, loadCase, 1, 3)), target.GetIdMapsPool());
+    view.GetTensor(id, tensor.data());
+    return tensor;
+  };
+  EXPECT_EQ(valueOf(1200, EnvelopeLeast, 5), (Tensor{-2, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(valueOf(1200, EnvelopeGreatest, 5), (Tensor{3, 0, 0, 0, 0, 7}));
+  EXPECT_EQ(valueOf(1200, EnvelopeLargest, 5), (Tensor{3, 0, 0, 0, 0, 7}));
+  EXPECT_EQ(valueOf(1201, EnvelopeLeast, 5), (Tensor{1, 1, 1, 1, 1, 1}));
+  EXPECT_EQ(valueOf(1202, EnvelopeLeast, 5), (Tensor{2, 1, 1, 1, 1, 1}));
+  EXPECT_EQ(target.GetDataDescriptors(FED_DataDescriptorPattern()).size(), 18u);
+}
+
+}  // namespace
