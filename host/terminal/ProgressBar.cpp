@@ -1,7 +1,6 @@
 #include "terminal/ProgressBar.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <iterator>
@@ -35,7 +34,7 @@ std::string Rate(double perSecond, const std::string& unit)
 std::string Remaining(double seconds)
 {
   constexpr double kLongest = 359999.0;  // 99:59:59
-  const int        whole    = static_cast<int>(std::lround(std::min(seconds, kLongest)));
+  const int        whole    = static_cast<int>(std::min(seconds, kLongest) + 0.5);
   char             text[48];
   if (whole < 3600)
     std::snprintf(text, sizeof text, "%d:%02d left", whole / 60, whole % 60);

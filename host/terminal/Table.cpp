@@ -1,11 +1,10 @@
 #include "terminal/Table.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 #include "terminal/Output.h"
-#include "text/ColumnText.h"
+#include "text/CsvText.h"
 #include "text/Format.h"
 
 namespace quilon {
@@ -17,34 +16,6 @@ std::size_t Width(const std::string& text)
 {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
-}
-
-/// The text as a terminal and a spreadsheet can take it: ends of lines and tabs stay, and what a spreadsheet would take
-/// for a formula begins with an apostrophe.
-std::string CsvText(std::string_view text, bool isText)
-{
-  constexpr std::string_view kKept = "\r\n\t";
-  std::string                safe;
-  double                     number = 0.0;
-  if (isText && text.size() > 1 && std::string_view("=+-@").find(text.front()) != std::string_view::npos &&
-      !ReadDouble(text, number))
-    safe += '\'';
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find_first_of(kKept), text.size());
-    safe += Printable(text.substr(0, end));
-    safe += text.substr(end, 1);
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return safe;
-}
-
-std::string CsvCell(const std::string& cell, bool isText)
-{
-  const std::string text = CsvText(cell, isText);
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + '"';
 }
 
 }  // namespace

@@ -130,18 +130,28 @@ void OutputFile::Write(std::string_view text)
   Check();
 }
 
-void OutputFile::Publish()
+const std::filesystem::path& OutputFile::PathToWrite() const
 {
+  if (beside_.empty()) Fail(path_.string() + ": expected a place for a file");
+  return beside_;
+}
+
+void OutputFile::Finish()
+{
+  if (isFinished_) return;
   out_.flush();
   Check();
-  if (inPlace_ != nullptr) {
-    const bool isClosed = inPlace_->close() != nullptr;
-    out_.rdbuf(nullptr);
-    if (!isClosed) Check();
-    return;
-  }
+  const bool isClosed = inPlace_ == nullptr || inPlace_->close() != nullptr;
   out_.rdbuf(nullptr);
+  if (!isClosed) Check();
   buffer_.reset();
+  isFinished_ = true;
+}
+
+void OutputFile::Publish()
+{
+  Finish();
+  if (beside_.empty()) return;
   if (const std::error_code error = files_.Rename(beside_, place_))
     Fail(path_.string() + ": expected a place for a file: " + error.message());
   beside_.clear();

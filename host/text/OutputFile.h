@@ -33,6 +33,14 @@ public:
   /// For what writes to streams. What the system refuses shows in Publish().
   std::ostream& Stream() noexcept { return out_; }
 
+  /// For what writes files by their path: that of the file beside, in place of the stream.
+  /// @throws FED_Failure "PATH: ..." for what is no plain file
+  const std::filesystem::path& PathToWrite() const;
+
+  /// Closes the file, which Publish() then puts into its place. For many files that take their places together.
+  /// @throws FED_Failure "PATH: ..." when the system refuses the text
+  void Finish();
+
   /// Puts the file into its place; one that is there is replaced.
   /// @throws FED_Failure "PATH: ..."
   void Publish();
@@ -46,6 +54,7 @@ private:
   std::filesystem::path         path_;
   std::filesystem::path         place_;   // links followed
   std::filesystem::path         beside_;  // empty: written in place
+  bool                          isFinished_ = false;
   FED_FileLayer                 files_;
   std::unique_ptr<std::filebuf> inPlace_;
   std::unique_ptr<Buffer>       buffer_;  // of the file beside
