@@ -43,7 +43,8 @@ ROOMS = {
     "diff": WORK,
     "answers": WORK | {"mesh"},
     "plot": WORK | {"mesh", "matrix", "answers"},
-    "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers", "plot"},
+    "export": WORK | {"mesh", "answers"},
+    "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers", "plot", "export"},
 }
 
 # What the library and the contract may take from outside: headers of the C++20 standard library.

@@ -2,7 +2,7 @@
 # Installs what the project needs on Debian 12. Packages that are there already are left alone, so that a machine that
 # has them all needs neither root nor a network.
 #
-# usage: scripts/install_dependencies.sh [build] [test] [ci]     (default: build)
+# usage: scripts/install_dependencies.sh [build] [test] [export] [ci]     (default: build)
 set -euo pipefail
 
 if [[ ${1:-} == --help || ${1:-} == -h ]]; then
@@ -11,14 +11,15 @@ if [[ ${1:-} == --help || ${1:-} == -h ]]; then
 fi
 
 declare -A group=(
-  [build]="g++ cmake ninja-build libcli11-dev libnanoflann-dev nlohmann-json3-dev libxxhash-dev libcairo2-dev fonts-dejavu-core pkg-config"
-  [test]="libhdf5-dev libgtest-dev libgmock-dev libeigen3-dev libbenchmark-dev libabsl-dev python3 python3-h5py python3-xxhash binutils"
+  [build]="g++ cmake ninja-build libcli11-dev libnanoflann-dev nlohmann-json3-dev libxxhash-dev libhdf5-dev libcairo2-dev fonts-dejavu-core pkg-config"
+  [test]="libgtest-dev libgmock-dev libeigen3-dev libbenchmark-dev libabsl-dev python3 python3-h5py python3-xxhash binutils"
+  [export]="python3 python3-h5py python3-vtk9"
   [ci]="doxygen clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 calculix-ccx calculix-ccx-test"
 )
 
 missing=()
 for name in "${@:-build}"; do
-  [[ -n ${group[$name]:-} ]] || { echo "install_dependencies: unknown group '$name', expected build, test or ci" >&2; exit 2; }
+  [[ -n ${group[$name]:-} ]] || { echo "install_dependencies: unknown group '$name', expected build, test, export or ci" >&2; exit 2; }
   for package in ${group[$name]}; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
   done

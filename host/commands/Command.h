@@ -46,6 +46,7 @@ CommandFunction DefineCheck(CLI::App& app);
 CommandFunction DefineCompact(CLI::App& app);
 CommandFunction DefineDeck(CLI::App& app);
 CommandFunction DefineDerive(CLI::App& app);
+CommandFunction DefineExport(CLI::App& app);
 CommandFunction DefineForces(CLI::App& app);
 CommandFunction DefineDiff(CLI::App& app);
 CommandFunction DefineFromOnf(CLI::App& app);

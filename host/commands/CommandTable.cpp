@@ -13,6 +13,7 @@ const std::vector<Command>& GetCommands()
       {"diff", "Compare two databases", DefineDiff},
       {"derive", "Add derived results to a database", DefineDerive},
       {"forces", "Forces at element nodes, their balance, free bodies", DefineForces},
+      {"export", "Write results for other tools", DefineExport},
       {"matrix", "Import, export and show sparse matrices", DefineMatrix},
       {"check", "Say whether a database is whole", DefineCheck},
       {"salvage", "Save what is whole of a damaged database", DefineSalvage},

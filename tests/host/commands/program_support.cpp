@@ -20,7 +20,6 @@
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "TempFolder.h"
-#include "TwoBricks.h"
 
 namespace quilon_test {
 
@@ -230,8 +229,6 @@ RunResult RunningQuilon::Wait()
 }
 
 void WriteSmallOnf(const fs::path& folder) { WriteOnf(folder, FillSmall); }
-
-void WriteTwoBricks(const fs::path& folder) { WriteOnf(folder, FillTwoBricks); }
 
 void WriteNamedUserKind(const fs::path& folder, const std::string& name)
 {

@@ -1,0 +1,122 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "commands/Command.h"
+#include "commands/SelectionOptions.h"
+#include "export/Export.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "terminal/Console.h"
+#include "terminal/Output.h"
+#include "terminal/Sheet.h"
+#include "text/Format.h"
+#include "text/JsonText.h"
+
+namespace quilon {
+
+namespace {
+
+struct Options
+{
+  std::string              database;
+  SelectionOptions         selection;
+  std::string              output;
+  std::vector<std::string> components;
+  ExportGroupForm          groups = ExportGroupForm::Arrays;
+  bool                     json   = false;
+};
+
+void Print(Output& output, const ExportReport& report)
+{
+  output.Write(report.files.front().string() + ": " + Counted(report.arrays.size(), "array"));
+  if (!report.times.empty()) output.Write(" of " + Counted(report.times.size(), "step"));
+  if (report.numPoints != 0)
+    output.Write(", " + Counted(report.numPoints, "point") + ", " + Counted(report.numCells, "cell"));
+  output.Write("\n");
+  if (report.files.size() > 1)
+    output.Write(report.files[1].string() + (report.files.size() > 2 ? " to " + report.files.back().string() : "") +
+                 ": the steps\n");
+}
+
+void PrintAsJson(Output& output, const ExportReport& report)
+{
+  Json json{{"files", Json::array()}, {"arrays", report.arrays}};
+  for (const auto& file : report.files) json["files"].push_back(file.string());
+  if (report.numPoints != 0) {
+    json["points"] = report.numPoints;
+    json["cells"]  = report.numCells;
+  }
+  if (report.areTimesKnown) {
+    json["times"] = Json::array();
+    for (const double time : report.times) json["times"].push_back(JsonNumber(time));
+  }
+  json["steps"]    = report.times.size();
+  json["left-out"] = report.leftOut;
+  PrintJson(output, json);
+}
+
+void Run(const Options& options, CommandContext& context)
+{
+  CheckExportOutput(options.output);
+  OpenedDatabase  database(options.database, context.console);
+  const KindTable kinds(database.Get());
+  ExportRequest   request;
+  request.name              = options.database;
+  request.output            = options.output;
+  request.groups            = options.groups;
+  request.components.forAll = options.components;
+  request.blocks            = database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString());
+
+  const ExportReport report = Export(database.Get(), request, context.console);
+  // Without a selection all is exported that can be.
+  if (!options.selection.text.empty()) {
+    for (const std::string& kind : report.leftOut)
+      context.console.Note("left out " + kind + ": expected a scalar, vector or tensor of each node or element");
+  }
+  if (options.json)
+    PrintAsJson(context.output, report);
+  else
+    Print(context.output, report);
+}
+
+}  // namespace
+
+CommandFunction DefineExport(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
+      ->required();
+  app.add_option("SELECTION", options->selection.text,
+                 "Which blocks: KIND,...@KEY=VALUES,... (default: all that have values of nodes or elements)");
+  app.add_option("-o,--output", options->output,
+                 "File to write: .vtkhdf (all steps in one), .pvd (and a .vtu a step), .vtu (one step) or .csv")
+      ->required()
+      ->type_name("FILE");
+  AddStepsOption(app, options->selection);
+  app.add_option("--component", options->components,
+                 "Components and invariants, each an array of its own: mises,p1 (default: vectors and tensors)")
+      ->type_name("NAME,...")
+      ->delimiter(',');
+  app.add_option("--groups", options->groups,
+                 "Averages of groups: an array each, or points of their own where groups meet (arrays)")
+      ->type_name("arrays|points")
+      ->transform(CLI::CheckedTransformer(std::map<std::string, ExportGroupForm>{{"arrays", ExportGroupForm::Arrays},
+                                                                                 {"points", ExportGroupForm::Points}}));
+  app.add_flag("--json", options->json, "Print JSON");
+  app.footer(
+      "Arrays are called as their kind, a component behind it: nodal-stress, nodal-stress-mises. Points and cells "
+      "have\n"
+      "their id, cells their material, and each set is an array set-NAME of 0 and 1.\n"
+      "\n"
+      "Examples:\n"
+      "  quilon export job.fed -o job.vtkhdf\n"
+      "  quilon export job.fed displacement,stress --component mises,magnitude -o job.pvd\n"
+      "  quilon export job.fed stress@lc=last,sub=last --component mises,p1 -o worst.csv");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon

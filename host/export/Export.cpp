@@ -1,0 +1,164 @@
+#include "export/Export.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <set>
+
+#include <bundled/OnfKinds.h>
+#include <QuilonDbConnector/FED_Database.h>
+
+#include "export/CsvExport.h"
+#include "export/ExportGroups.h"
+#include "export/GridSource.h"
+#include "export/VtkHdfExport.h"
+#include "export/VtuExport.h"
+#include "kinds/KindTable.h"
+#include "mesh/Mesh.h"
+#include "progress/Listener.h"
+#include "text/Case.h"
+#include "text/Failure.h"
+#include "text/Format.h"
+#include "text/OutputFile.h"
+
+namespace quilon {
+
+namespace {
+
+enum class Format
+{
+  VtkHdf,
+  Vtu,
+  Pvd,
+  Csv
+};
+
+Format FormatOf(const std::filesystem::path& output)
+{
+  const std::string extension = LowerExtension(output);
+  if (extension == ".vtkhdf") return Format::VtkHdf;
+  if (extension == ".vtu") return Format::Vtu;
+  if (extension == ".pvd") return Format::Pvd;
+  if (extension == ".csv") return Format::Csv;
+  Fail(output.string() + ": expected a name that ends in .vtkhdf, .vtu, .pvd or .csv");
+}
+
+bool HasGroups(const std::vector<FED_DataDescriptor>& blocks)
+{
+  return std::any_of(blocks.begin(), blocks.end(), [](const FED_DataDescriptor& block) {
+    return block.IsSet(OnfIndex::Group) && IsExported(block.GetInteger(FED_DataDescriptor::OnfId));
+  });
+}
+
+/// @return the selected blocks that become arrays of a mesh: its coordinates are the points themselves
+std::vector<FED_DataDescriptor> WithoutCoordinates(std::vector<FED_DataDescriptor> blocks)
+{
+  std::erase_if(blocks, [](const FED_DataDescriptor& block) {
+    return block.GetInteger(FED_DataDescriptor::OnfId) == OnfKind::Coordinates;
+  });
+  return blocks;
+}
+
+void NoteIds(Listener& listener, const std::set<int>& ids, const std::string& entity)
+{
+  if (ids.empty()) return;
+  listener.Note(Counted(ids.size(), entity) + " with values, but not in the mesh: " + FormatIds(ids));
+}
+
+void NoteTimes(Listener& listener, const ExportPlan& plan)
+{
+  if (plan.steps.size() < 2) return;
+  if (!plan.areTimesKnown)
+    listener.Note("the times of some steps are not known: the steps are counted from 1 instead");
+  else if (std::adjacent_find(plan.times.begin(), plan.times.end(), std::greater_equal<>()) != plan.times.end())
+    listener.Note("the times of the steps do not ascend, which other tools expect: select one analysis or load case");
+}
+
+/// Writes one step a file, then their list.
+void WritePvd(GridSource& source, const std::filesystem::path& output, ExportReport& report, Listener& listener)
+{
+  const std::size_t                        numSteps = source.NumSteps();
+  const std::size_t                        width    = std::to_string(numSteps).size();
+  OutputFile                               list(output);
+  std::vector<std::unique_ptr<OutputFile>> files;
+  std::vector<std::filesystem::path>       names;
+  for (std::size_t step = 0; step < numSteps; ++step) {
+    listener.Progress("export", step, numSteps, "steps");
+    std::string number = std::to_string(step + 1);
+    number.insert(0, width - number.size(), '0');
+    names.push_back(output.stem().string() + '-' + number + ".vtu");
+    report.files.push_back(output.parent_path() / names.back());
+    files.push_back(std::make_unique<OutputFile>(report.files.back()));
+    WriteVtu(source, step, files.back()->Stream());
+    files.back()->Finish();
+  }
+  list.Write(PvdText(source.Plan().times.empty() ? std::vector<double>{0.0} : source.Plan().times, names));
+  list.Finish();
+  // The list comes last: all that it names is there.
+  for (const auto& file : files) file->Publish();
+  list.Publish();
+}
+
+}  // namespace
+
+void CheckExportOutput(const std::filesystem::path& output)
+{
+  static_cast<void>(FormatOf(output));
+  CheckOutputFile(output);
+}
+
+ExportReport Export(const FED_Database& database, const ExportRequest& request, Listener& listener)
+{
+  const Format format    = FormatOf(request.output);
+  const bool   isTable   = format == Format::Csv;
+  const int    iteration = IterationOf(request.blocks, request.name);
+  const auto   blocks    = isTable ? request.blocks : WithoutCoordinates(request.blocks);
+  if (isTable && request.groups == ExportGroupForm::Points && HasGroups(blocks))
+    Fail("a table has no points: expected --groups arrays");
+
+  // A table of groups takes their names from the mesh, where there is one.
+  const bool hasMesh = database.HasDataBlock(FED_DataDescriptor(iteration, OnfKind::Coordinates));
+  Mesh       mesh;
+  if (!isTable || (hasMesh && HasGroups(blocks))) mesh = ReadMesh(database, iteration, request.name);
+  const ExportGroups groups(database, iteration, mesh, blocks);
+  const ExportPlan   plan = MakeExportPlan(database, blocks, request.components, groups, request.groups);
+
+  ExportReport    report;
+  const KindTable kinds(database);
+  for (const int onf : plan.leftOut) report.leftOut.push_back(kinds.GetName(onf));
+  for (const ExportArray& array : plan.arrays) report.arrays.push_back(array.name);
+  report.times         = plan.times;
+  report.areTimesKnown = plan.areTimesKnown;
+  report.files.push_back(request.output);
+  NoteTimes(listener, plan);
+
+  if (isTable) {
+    OutputFile file(request.output);
+    WriteCsv(database, plan, file.Stream(), listener);
+    file.Publish();
+    return report;
+  }
+
+  const std::vector<NamedSet> sets = ReadSets(database, iteration);
+  GridSource                  source(database, mesh, sets, plan, groups);
+  report.numPoints = source.NumPoints();
+  report.numCells  = source.NumCells();
+  if (format == Format::Vtu && source.NumSteps() > 1)
+    Fail(request.output.string() + ": expected one step for a .vtu, found " + std::to_string(source.NumSteps()) +
+         "; a .pvd or .vtkhdf holds all of them, --steps last selects one");
+  if (format == Format::Pvd) {
+    WritePvd(source, request.output, report, listener);
+  } else {
+    OutputFile file(request.output);
+    if (format == Format::Vtu)
+      WriteVtu(source, 0, file.Stream());
+    else
+      WriteVtkHdf(source, file.PathToWrite(), request.output.string(), listener);
+    file.Publish();
+  }
+  NoteIds(listener, source.NodesWithout(), "node");
+  NoteIds(listener, source.ElementsWithout(), "element");
+  return report;
+}
+
+}  // namespace quilon
