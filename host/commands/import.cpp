@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -14,13 +15,10 @@
 #include "commands/DeckArguments.h"
 #include "commands/NumberOptions.h"
 #include "commands/WaitOption.h"
-#include "database/Publication.h"
-#include "import/ResultImport.h"
-#include "kinds/KindTable.h"
+#include "import/DatabaseImport.h"
 #include "progress/Interrupt.h"
-#include "QuilonDbConnector/FED_Database.h"
-#include "QuilonUtilities/FED_Failure.h"
-#include "selection/KindRequests.h"
+#include "quilon_version.h"
+#include "selection/Selection.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
 #include "terminal/Sheet.h"
@@ -46,6 +44,8 @@ struct Options
   bool                       strict         = false;
   double                     wait           = 0;
   bool                       keepWholeSteps = false;
+  bool                       replace        = false;
+  bool                       keepOthers     = false;
   bool                       json           = false;
 };
 
@@ -56,9 +56,13 @@ std::string FormatDeviation(double deviation)
   return text;
 }
 
-void PrintJson(Output& output, const std::string& folder, std::size_t blocks, const ImportReport& report)
+void PrintJson(Output& output, const std::string& folder, const DatabaseImportReport& import)
 {
-  Json json{{"output", folder}, {"blocks", blocks}};
+  const ImportReport& report = import.results;
+  Json                json{{"output", folder}, {"blocks", import.blocks}, {"unchanged", import.isUnchanged}};
+  json["replaced"] = import.numReplaced;
+  json["gone"]     = Json::array();
+  for (const FED_DataDescriptor& block : import.gone) json["gone"].push_back(ToSelectionText(block));
   json["deviations"] = Json::array();
   for (const AverageDeviation& deviation : report.deviations)
     json["deviations"].push_back({{"element-type", deviation.elementType},
@@ -72,11 +76,42 @@ void PrintJson(Output& output, const std::string& folder, std::size_t blocks, co
   PrintJson(output, json);
 }
 
-/// A report for people, whatever standard output is: programs have --json.
-void PrintText(Output& output, const std::string& folder, std::size_t blocks, const ImportReport& report)
+/// @return "displacement (2), time (1)"; behind a dozen kinds dots stand for the rest
+std::string ListKinds(const std::map<std::string, std::size_t>& counts)
 {
-  const bool bold = output.HasColours();
-  output.Write(folder + ": " + Counted(blocks, "block") + " written\n");
+  constexpr std::size_t kNamed = 12;
+  std::string           text;
+  std::size_t           named = 0;
+  for (const auto& [kind, count] : counts) {
+    if (named++ == kNamed) return text + ", ...";
+    text += (text.empty() ? "" : ", ") + kind + " (" + std::to_string(count) + ')';
+  }
+  return text;
+}
+
+/// What became of results that the database had; empty where it had none.
+std::string DescribeFormer(const Options& options, const DatabaseImportReport& import)
+{
+  if (import.numReplaced == 0 && import.gone.empty()) return "";
+  std::string text = options.output + ": iteration " + std::to_string(options.iteration) + " held results" +
+                     (import.formerFiles.empty() ? "" : " of " + import.formerFiles) + ", " +
+                     Counted(import.numReplaced, "block") + " replaced";
+  if (!import.gone.empty())
+    text += ", " + Counted(import.gone.size(), "block") + " removed: " + ListKinds(import.goneByKind);
+  return text;
+}
+
+/// A report for people, whatever standard output is: programs have --json.
+void PrintText(Output& output, const Options& options, const DatabaseImportReport& import)
+{
+  const ImportReport& report = import.results;
+  const bool          bold   = output.HasColours();
+  if (import.isUnchanged) {
+    output.Write(options.output + ": unchanged, nothing written: iteration " + std::to_string(options.iteration) +
+                 " is of these files already\n");
+    return;
+  }
+  output.Write(options.output + ": " + Counted(import.blocks, "block") + " written\n");
   if (!report.deviations.empty()) {
     output.Write("\nOur nodal averages beside the solver's own, as a fraction of the largest magnitude:\n");
     TableWriter table(output, TableStyle::Aligned, bold,
@@ -122,40 +157,32 @@ void CheckOutputName(const std::string& output)
 void Run(const Options& options, CommandContext& context)
 {
   CheckOutputName(options.output);
-  Publication  publication(options.output, Publication::AnyDatabase, PatienceOf(options.wait, context.console));
-  KindRequests requests = KindRequests::Nothing();
-  if (options.requests) requests = KindRequests(*options.requests, KindTable());
+  if (options.replace && options.keepOthers)
+    Fail("--replace and --keep-others exclude each other, expected one at most");
 
-  ImportOptions importOptions;
+  DatabaseImportOptions request;
+  request.program = std::string("quilon ") + kQuilonVersion;
+  request.request = options.requests;
+  if (options.replace) request.former = FormerResults::Replaced;
+  if (options.keepOthers) request.former = FormerResults::Kept;
+  ImportOptions& importOptions = request.import;
   importOptions.iteration      = options.iteration;
   importOptions.strict         = options.strict;
   importOptions.keepWholeSteps = options.keepWholeSteps;
   importOptions.deck           = ToDeckOptions(options.deck, context.console);
   if (options.averageBy) importOptions.averageBy = ParseAverageBy(*options.averageBy);
   if (options.groups) importOptions.groups = *options.groups;
-  importOptions.requests = options.requests ? &requests : nullptr;
   importOptions.progress = [&](const std::string& phase, std::uint64_t done, std::uint64_t total) {
     ThrowIfInterrupted();
     context.console.Progress(phase, done, total);
   };
-  FED_Database& database = publication.Target();
-  ImportReport  report;
-  try {
-    report = ImportResults({options.files.begin(), options.files.end()}, database, importOptions);
-  } catch (const FED_Failure&) {
-    const bool hasSteps = !database.GetDataDescriptors(FED_DataDescriptorPattern()).empty();
-    if (options.keepWholeSteps && hasSteps) {
-      const std::size_t kept = publication.Publish();
-      context.console.Note(options.output + ": kept " + Counted(kept, "block") + " of the steps that were whole");
-    }
-    throw;
-  }
-  if (database.GetDataDescriptors(FED_DataDescriptorPattern()).empty())
-    Fail(options.files.front() + ": no results, nothing is written");
-  const std::size_t blocks = publication.Publish();
-  if (options.json) return PrintJson(context.output, options.output, blocks, report);
-  for (const std::string& notice : report.notices) context.console.Note(notice);
-  PrintText(context.output, options.output, blocks, report);
+  const DatabaseImportReport report =
+      ImportIntoDatabase({options.files.begin(), options.files.end()}, options.output, request,
+                         PatienceOf(options.wait, context.console), context.console);
+  if (options.json) return PrintJson(context.output, options.output, report);
+  for (const std::string& notice : report.results.notices) context.console.Note(notice);
+  if (const std::string former = DescribeFormer(options, report); !former.empty()) context.console.Note(former);
+  PrintText(context.output, options, report);
 }
 
 }  // namespace
@@ -168,7 +195,7 @@ CommandFunction DefineImport(CLI::App& app)
                  "which alone stands for those that are there")
       ->required();
   app.add_option("-o,--output", options->output,
-                 "Working database (.fed) or ONF folder to write; blocks of equal keys are replaced")
+                 "Working database (.fed) or ONF folder to write; what it has of the iteration is replaced")
       ->required()
       ->type_name("OUT");
   AddIntegerOption(app, "--iteration", options->iteration, "Design iteration of the results (default: 0)");
@@ -183,6 +210,9 @@ CommandFunction DefineImport(CLI::App& app)
   app.add_flag("--strict", options->strict, "Anything that has to be skipped is an error");
   app.add_flag("--keep-whole-steps", options->keepWholeSteps,
                "On bad input write the steps that were whole, and fail all the same");
+  app.add_flag("--replace", options->replace,
+               "Replace what OUT has of the iteration, even when it is of other nodes or elements");
+  app.add_flag("--keep-others", options->keepOthers, "Leave blocks of the iteration that these files do not bring");
   AddWaitOption(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(

@@ -74,20 +74,23 @@ FED_Database& Publication::Target() noexcept
   return *database_;
 }
 
-std::size_t Publication::Publish()
+std::size_t Publication::Publish(const std::vector<FED_DataDescriptor>& gone)
 {
   ForEachUserKind([&](FED_OnfId onf) { CheckUserKindName(*database_, onf); });
-  if (!isOnf_) return CommitTarget();
-  return PublishOnf(*database_, database_->GetDataDescriptors(FED_DataDescriptorPattern()), {});
+  const FED_Database&             target = Target();
+  std::vector<FED_DataDescriptor> going  = gone;
+  std::erase_if(going, [&target](const FED_DataDescriptor& descriptor) { return target.HasDataBlock(descriptor); });
+  if (!isOnf_) return CommitTarget(going);
+  return PublishOnf(*database_, database_->GetDataDescriptors(FED_DataDescriptorPattern()), going);
 }
 
-std::size_t Publication::Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& emptied)
+std::size_t Publication::Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& gone)
 {
-  return PublishBlocks(database, database.GetDataDescriptors(FED_DataDescriptorPattern()), emptied);
+  return PublishBlocks(database, database.GetDataDescriptors(FED_DataDescriptorPattern()), gone);
 }
 
 std::size_t Publication::PublishBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                                       const std::vector<FED_DataDescriptor>& emptied)
+                                       const std::vector<FED_DataDescriptor>& gone)
 {
   std::set<int> kinds;
   for (const FED_DataDescriptor& descriptor : blocks) {
@@ -95,14 +98,12 @@ std::size_t Publication::PublishBlocks(const FED_Database& database, const std::
     kinds.insert(GetQuantity(descriptor));
   }
   for (const int kind : kinds) CheckUserKindName(database, static_cast<FED_OnfId>(kind));
-  if (isOnf_) return PublishOnf(database, blocks, emptied);
+  if (isOnf_) return PublishOnf(database, blocks, gone);
   for (const FED_DataDescriptor& descriptor : blocks) {
     ThrowIfInterrupted();
     if (HasRecords(database.GetConstDataBlock(descriptor))) FED_CopyBlock(database, *fresh_, descriptor);
   }
-  for (const FED_DataDescriptor& descriptor : emptied)
-    if (database_->HasDataBlock(descriptor)) database_->DeleteDataBlock(descriptor);
-  return CommitTarget();
+  return CommitTarget(gone);
 }
 
 std::size_t Publication::MirrorBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks)
@@ -152,26 +153,24 @@ void Publication::CheckUserKindName(const FED_Database& database, FED_OnfId onf)
 }
 
 std::size_t Publication::PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                                    const std::vector<FED_DataDescriptor>& emptied, OnfTextExport::Others others)
+                                    const std::vector<FED_DataDescriptor>& gone, OnfTextExport::Others others)
 {
-  const std::set<FED_DataDescriptor> gone(emptied.begin(), emptied.end());
+  const std::set<FED_DataDescriptor> going(gone.begin(), gone.end());
   std::vector<OnfTextExport::Block>  written;
   for (const FED_DataDescriptor& descriptor : blocks)
-    if (!gone.contains(descriptor) && HasRecords(database.GetConstDataBlock(descriptor)))
+    if (!going.contains(descriptor) && HasRecords(database.GetConstDataBlock(descriptor)))
       written.push_back({&database, descriptor});
-  const std::size_t  count = written.size();
-  FED_ResultDatabase empty;
-  for (const FED_DataDescriptor& descriptor : gone) {
-    empty.GetOrCreateDataBlock(descriptor, 0);
-    written.push_back({&empty, descriptor});
-  }
+  const std::size_t count = written.size();
+  for (const FED_DataDescriptor& descriptor : going) written.push_back({nullptr, descriptor});
   onf_->Publish(
       written, [](std::size_t) { ThrowIfInterrupted(); }, others);
   return count;
 }
 
-std::size_t Publication::CommitTarget()
+std::size_t Publication::CommitTarget(const std::vector<FED_DataDescriptor>& gone)
 {
+  for (const FED_DataDescriptor& descriptor : gone)
+    if (database_->HasDataBlock(descriptor)) database_->DeleteDataBlock(descriptor);
   std::size_t count = 0;
   for (const FED_DataDescriptor& descriptor : fresh_->GetDataDescriptors(FED_DataDescriptorPattern())) {
     const FED_DataBlock& block = fresh_->GetConstDataBlock(descriptor);

@@ -44,18 +44,19 @@ public:
   FED_Database& Target() noexcept;
 
   /// Publishes all blocks of the target that have records. Blocks of equal keys are replaced, other blocks stay.
+  /// @param gone blocks that are published already and go, but those that the target has; others are passed over
   /// @return the number of blocks with records
   /// @throws FED_Failure when a user kind has had another name or the disk fails; what was published is then as it was
-  std::size_t Publish();
+  std::size_t Publish(const std::vector<FED_DataDescriptor>& gone = {});
 
   /// Publishes blocks of a database, likewise.
-  /// @param emptied blocks that are published already and whose values have been added to others: they go, or in an ONF
-  ///                folder, which has no way to take a block out, are left without records
-  std::size_t Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& emptied = {});
+  /// @param gone blocks that are published already and go, even when the database has them: their values have been
+  ///             added to others, for instance
+  std::size_t Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& gone = {});
 
   /// Publishes these blocks of a database, likewise. They are not copied in memory.
   std::size_t PublishBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                            const std::vector<FED_DataDescriptor>& emptied = {});
+                            const std::vector<FED_DataDescriptor>& gone = {});
 
   /// Publishes these blocks of a database in an ONF folder, likewise, and nothing else: other blocks go, and names of
   /// user kinds that they had.
@@ -65,9 +66,9 @@ private:
   void        CheckFolder(Form form) const;
   void        CheckUserKindName(const FED_Database& database, FED_OnfId onf) const;
   std::size_t PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                         const std::vector<FED_DataDescriptor>& emptied,
+                         const std::vector<FED_DataDescriptor>& gone,
                          OnfTextExport::Others                  others = OnfTextExport::OthersStay);
-  std::size_t CommitTarget();
+  std::size_t CommitTarget(const std::vector<FED_DataDescriptor>& gone);
 
   std::filesystem::path                  folder_;
   bool                                   isOnf_;

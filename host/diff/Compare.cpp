@@ -4,6 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
+
 #include "diff/DatabaseComparison.h"
 #include "diff/DifferenceWriter.h"
 #include "diff/MeshMatching.h"
@@ -66,6 +68,11 @@ std::vector<FED_DataDescriptor> Select(const Participant& participant, const Mat
   Selection selection = match.selection.empty() ? Selection() : Selection(match.selection, participant.allKinds);
   if (!steps.empty()) selection.SetSteps(steps);
   std::vector<FED_DataDescriptor> blocks = selection.Apply(AllBlocks(participant.database));
+  // What made the results is no result. It is compared when its kind is asked for by name.
+  if (!selection.NamesKinds())
+    std::erase_if(blocks, [](const FED_DataDescriptor& descriptor) {
+      return OnfKind::IsProvenance(descriptor.GetInteger(FED_DataDescriptor::OnfId));
+    });
   if (MatchesSteps(match))
     std::erase_if(blocks, [](const FED_DataDescriptor& descriptor) {
       return !HasResultStep(descriptor) && !BelongsToAllSteps(descriptor);

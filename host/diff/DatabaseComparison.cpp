@@ -410,7 +410,11 @@ DatabaseOutcome CompareDatabases(const ComparedDatabase& first, const ComparedDa
 
 ComparedDatabase WholeDatabase(const FED_Database& database)
 {
-  return {database, database.GetDataDescriptors(FED_DataDescriptorPattern())};
+  std::vector<FED_DataDescriptor> blocks = database.GetDataDescriptors(FED_DataDescriptorPattern());
+  std::erase_if(blocks, [](const FED_DataDescriptor& descriptor) {
+    return OnfKind::IsProvenance(descriptor.GetInteger(FED_DataDescriptor::OnfId));
+  });
+  return {database, std::move(blocks)};
 }
 
 }  // namespace quilon::diff

@@ -94,6 +94,7 @@ DatabaseOutcome CompareDatabases(const ComparedDatabase& first, const ComparedDa
                                  const ComparisonTerms& terms);
 
 /// @return all blocks of the database
+/// @return all blocks of a database but those that tell what made it
 ComparedDatabase WholeDatabase(const FED_Database& database);
 
 }  // namespace quilon::diff

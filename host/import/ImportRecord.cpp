@@ -18,6 +18,12 @@ void ImportRecord::Skip(const std::string& reason, std::size_t rows)
 
 void ImportRecord::Notice(std::string text) { report_.notices.push_back(std::move(text)); }
 
+void ImportRecord::AddInclude(const std::filesystem::path& path)
+{
+  std::vector<std::filesystem::path>& includes = report_.includes;
+  if (std::find(includes.begin(), includes.end(), path) == includes.end()) includes.push_back(path);
+}
+
 void ImportRecord::AddDeviation(const std::string& elementType, const std::string& quantity, std::size_t nodes,
                                 double largest)
 {

@@ -18,6 +18,7 @@ class ImportRecord
 public:
   void Skip(const std::string& reason, std::size_t rows);
   void Notice(std::string text);
+  void AddInclude(const std::filesystem::path& path);
   void AddDeviation(const std::string& elementType, const std::string& quantity, std::size_t nodes, double largest);
 
   const std::vector<SkippedRows>& Skipped() const noexcept { return report_.skipped; }

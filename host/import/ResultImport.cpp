@@ -30,13 +30,16 @@ public:
 };
 
 /// Reads the deck, makes sets of the groups and writes what the deck says beside its mesh.
-void ReadDeck(const std::filesystem::path& path, FED_Database& target, const ImportOptions& options, ImportedDeck& deck)
+void ReadDeck(const std::filesystem::path& path, FED_Database& target, const ImportOptions& options, ImportedDeck& deck,
+              ImportRecord& record)
 {
   DeckImporter importer(path, options.deck, deck, target, options.iteration);
   importer.ReadModel();
   importer.CheckModel();
   if (!options.groups.empty()) importer.CreateFEMSets(OnfGroupsFile(WidePath(options.groups)));
   importer.ConvertModel();
+  for (const calculix::DeckFile& file : deck.model.files)
+    if (!file.statement.empty()) record.AddInclude(file.path);
 }
 
 /// Reads the files of one job one after the other.
@@ -133,15 +136,15 @@ ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_
   const calculix::SolverFiles found = calculix::GroupFiles(files);
   if (found.deck.empty() && !options.groups.empty())
     Fail("groups become sets of a deck: expected the deck among the files");
+  ImportRecord  record;
   ImportedDeck  deck;
   ImportContext context;
   if (!found.deck.empty()) {
-    ReadDeck(found.deck, target, options, deck);
+    ReadDeck(found.deck, target, options, deck, record);
     context.deck = &deck;
   }
   context.groups = ElementGroups(options.averageBy, context.deck);
 
-  ImportRecord record;
   for (const std::filesystem::path& file : found.passedOver)
     record.Notice(file.string() + ": no result file and no deck, passed over");
   if (!found.emptyDeck.empty()) record.Notice(found.emptyDeck.string() + ": empty, passed over");

@@ -64,10 +64,11 @@ struct AverageDeviation
 
 struct ImportReport
 {
-  std::vector<SkippedRows>      skipped;
-  std::vector<AverageDeviation> deviations;
-  std::vector<std::string>      notices;  ///< what a user should know, a line each
-  std::size_t                   blocks = 0;
+  std::vector<SkippedRows>           skipped;
+  std::vector<AverageDeviation>      deviations;
+  std::vector<std::string>           notices;   ///< what a user should know, a line each
+  std::vector<std::filesystem::path> includes;  ///< files that the deck has included, each once
+  std::size_t                        blocks = 0;
 };
 
 /// Reads `.frd` and `.dat` files (a `.sta` beside them helps to match times) into the database and derives what is

@@ -14,8 +14,7 @@ namespace {
 
 OnfResultRequestFile ReadFileBehind(const std::string& text)
 {
-  const bool isPath = text.find_first_of("./") != std::string::npos;
-  return isPath ? OnfResultRequestFile(WidePath(text)) : OnfResultRequestFile();
+  return KindRequests::IsPath(text) ? OnfResultRequestFile(WidePath(text)) : OnfResultRequestFile();
 }
 
 }  // namespace
@@ -23,7 +22,7 @@ OnfResultRequestFile ReadFileBehind(const std::string& text)
 KindRequests::KindRequests(const std::string& text, const KindTable& kinds)
     : OnfResultRequestFile(ReadFileBehind(text)), all_(text == "all")
 {
-  if (all_ || text == "none" || text.find_first_of("./") != std::string::npos) return;
+  if (all_ || text == "none" || IsPath(text)) return;
   std::istringstream names(text);
   for (std::string name; std::getline(names, name, ',');) kinds_.insert(kinds.Resolve(Trimmed(name)));
 }

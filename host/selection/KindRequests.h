@@ -20,6 +20,9 @@ public:
   /// @throws FED_Failure for a name that no kind has and for a file that cannot be read
   KindRequests(const std::string& text, const KindTable& kinds);
 
+  /// @return whether the text is the path of a request file
+  static bool IsPath(const std::string& text) { return text.find_first_of("./") != std::string::npos; }
+
   static KindRequests Nothing() { return KindRequests(); }
 
   bool typeIsRequested(int onf) const override;

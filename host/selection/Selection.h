@@ -89,6 +89,9 @@ public:
   /// @param text number ranges such as "1:9:2" or "last"
   void SetSteps(std::string_view text);
 
+  /// @return whether kinds are asked for; without any, every kind is meant
+  bool NamesKinds() const noexcept { return !kinds_.empty(); }
+
   /// @param descriptors of the whole database
   /// @return the selected ones, in the order given
   std::vector<FED_DataDescriptor> Apply(const std::vector<FED_DataDescriptor>& descriptors) const;

@@ -24,6 +24,7 @@ public:
   /// Verbosity is the highest message type that is shown; errors always are. 3, which it is at first, shows our own
   /// notes and progress bars, 4 to 6 the log of the library: notices, verbose progress, detail.
   void SetVerbosity(int verbosity) noexcept { verbosity_ = verbosity; }
+  bool IsVerbose() const noexcept { return verbosity_ > kNotes; }
 
   void Error(const std::string& message);
   void Note(const std::string& message) override;

@@ -1,7 +1,10 @@
 #include "bundled/StoreFile.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
+#include "Checksum.h"
 #include "QuilonUtilities/FED_Failure.h"
 
 namespace {
@@ -112,4 +115,20 @@ void StoreFile::Flush() { RequireSuccess(files_->Flush(handle_), path_, "flush")
 void StoreFile::Close() noexcept
 {
   if (handle_ != FED_FileLayer::kNoHandle) files_->Close(std::exchange(handle_, FED_FileLayer::kNoHandle));
+}
+
+std::string FormatChecksumOf(const StoreFile& file, const std::function<void(std::uint64_t)>& onBytes)
+{
+  constexpr std::size_t kPiece = std::size_t{1} << 20;
+  const std::uint64_t   size   = file.GetSize();
+  std::vector<char>     piece(static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, size)));
+  RunningChecksum       checksum;
+  for (std::uint64_t at = 0; at < size;) {
+    const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(kPiece, size - at));
+    file.ReadAt(at, piece.data(), count);
+    checksum.Add(piece.data(), count);
+    at += count;
+    if (onBytes) onBytes(at);
+  }
+  return FormatChecksum(checksum.Get());
 }

@@ -47,6 +47,10 @@ void OnfTextExport::Writer::Publish(const std::vector<Block>& blocks, const std:
   std::vector<NewBlock> newBlocks;
   UserKindNames         names;
   for (const Block& block : blocks) {
+    if (block.database == nullptr) {
+      newBlocks.push_back({block.descriptor, {}});
+      continue;
+    }
     AddNames(block, names);
     newBlocks.push_back({block.descriptor, [&block, position = newBlocks.size(), &onBlock](TextOutput& out) {
                            if (onBlock) onBlock(position);

@@ -384,6 +384,7 @@ void TextFolderWriter::Publish(const std::vector<NewBlock>& blocks, const UserKi
   FolderIndex next;
   next.files.assign(staying.begin(), staying.end());
   for (const NewBlock& block : blocks) {
+    if (!block.write) continue;
     const std::string stem = GetBlockFileStem(block.descriptor);
     std::string       name = stem + kBlockExtension;
     // A file that somebody renamed by hand may stand in the way.

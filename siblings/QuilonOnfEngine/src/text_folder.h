@@ -39,7 +39,7 @@ struct FolderState
 struct NewBlock
 {
   FED_DataDescriptor               descriptor;
-  std::function<void(TextOutput&)> write;
+  std::function<void(TextOutput&)> write;  ///< empty: the block of this key goes
 };
 
 /// Reads the index and the header of every block. A folder that another program publishes to meanwhile is read again

@@ -111,6 +111,8 @@ const std::vector<std::string>& FieldNamesOf(int onf)
       {Material, {"name", "density", "youngs-modulus", "poissons-ratio"}},
       {ElementSection, {"section", "material", "orientation"}},
       {Orientation, {"name", "system", "numbers"}},
+      {ImportFile, {"import", "role", "name", "size", "checksum", "changed"}},
+      {ImportSetting, {"import", "name", "value"}},
       {StiffnessMatrix, {"rows", "columns", "values", "row-pointers", "column-indices"}},
       {MassMatrix, {"rows", "columns", "values", "row-pointers", "column-indices"}},
   };

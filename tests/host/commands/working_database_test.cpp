@@ -151,7 +151,7 @@ TEST_F(WorkingDatabase, AFullDiskIsAnErrorAndLeavesItAsItWas)
   const std::string before = ReadTree(fed_);
 
   using Arguments            = std::vector<std::string>;
-  const Arguments commands[] = {{"import", frd_, dat_, "-o", fed_},
+  const Arguments commands[] = {{"import", frd_, dat_, "-o", fed_, "--keep-others"},
                                 {"from-onf", tensors, "-o", fed_},
                                 {"derive", fed_},
                                 {"prune", fed_, "stress@it=1"},

@@ -36,6 +36,9 @@ TEST(OnfInfoPool, KnowsTheFixedIds)
   ExpectInfo(602, 4, "material", "SDDD");
   ExpectInfo(603, 1, "element-section", "IiI");
   ExpectInfo(604, 15, "orientation", "SIDb");
+  ExpectInfo(605, 15, "import-file", "ISSDSS");
+  ExpectInfo(606, 15, "import-setting", "ISS");
+  ExpectInfo(607, 15, "large-displacements", "D");
   ExpectInfo(FED_OnfId_ScalarHistory, 15, "scalar-history", "D");
   ExpectInfo(FED_OnfId_ElementNodes, 1, "element-nodes", "lb");
   ExpectInfo(510, 0, "displacement", "V");
@@ -81,7 +84,7 @@ TEST(OnfInfoPool, TellsUserKindsByTheHundred)
 
 TEST(OnfInfoPool, GivesAnyOtherIdKind14AndAName)
 {
-  for (const int id : {-1, 0, 1, 499, 523, 605, 904, 999, 2000, INT_MAX, INT_MIN})
+  for (const int id : {-1, 0, 1, 499, 523, 608, 904, 999, 2000, INT_MAX, INT_MIN})
     ExpectInfo(id, 14, "onf-" + std::to_string(id), "");
 }
 

@@ -70,6 +70,9 @@ const std::map<int, std::string> kNamed = {
     {OnfKind::Material, "material"},
     {OnfKind::ElementSection, "element-section"},
     {OnfKind::Orientation, "orientation"},
+    {OnfKind::ImportFile, "import-file"},
+    {OnfKind::ImportSetting, "import-setting"},
+    {OnfKind::LargeDisplacements, "large-displacements"},
     {OnfKind::ElementEnergyContribution, "element-energy-contribution"},
     {OnfKind::NodeEnergyContribution, "node-energy-contribution"},
 };

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <system_error>
 
@@ -64,3 +65,8 @@ private:
   std::filesystem::path path_;
   FED_FileLayer::Handle handle_ = FED_FileLayer::kNoHandle;
 };
+
+/// @param onBytes called now and then with the bytes read so far; may be empty, and may throw to stop
+/// @return the checksum of all bytes (XXH3 with 64 bits) as 16 hexadecimal digits
+QUILON_DB_CONNECTOR_API std::string FormatChecksumOf(const StoreFile&                                file,
+                                                     const std::function<void(std::uint64_t bytes)>& onBytes = {});

@@ -19,10 +19,10 @@ class FED_FileLayer;
 /// a database on disk may be larger than the memory.
 namespace OnfTextExport {
 
-/// A block of a database with blocks of columns (FED_ColumnDataBlock); the database is borrowed.
+/// A block of a database with blocks of columns (FED_ColumnDataBlock).
 struct Block
 {
-  const FED_Database* database;
+  const FED_Database* database;  ///< borrowed; null: the folder's block of this key goes, if it has one
   FED_DataDescriptor  descriptor;
 };
 

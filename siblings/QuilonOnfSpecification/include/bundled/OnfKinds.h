@@ -80,6 +80,9 @@ inline constexpr auto ElementSet                = static_cast<FED_OnfId>(601);
 inline constexpr auto Material                  = static_cast<FED_OnfId>(602);
 inline constexpr auto ElementSection            = static_cast<FED_OnfId>(603);
 inline constexpr auto Orientation               = static_cast<FED_OnfId>(604);
+inline constexpr auto ImportFile                = static_cast<FED_OnfId>(605);
+inline constexpr auto ImportSetting             = static_cast<FED_OnfId>(606);
+inline constexpr auto LargeDisplacements        = static_cast<FED_OnfId>(607);
 inline constexpr auto ElementEnergyContribution = static_cast<FED_OnfId>(903);
 inline constexpr auto NodeEnergyContribution    = static_cast<FED_OnfId>(913);
 
@@ -103,6 +106,9 @@ enum UserHundred : int
   UserHistory       = 1800,
   UserMatrix        = 1900
 };
+
+/// @return whether the kind tells where results come from: two databases with the same results may differ in it
+constexpr bool IsProvenance(int onf) noexcept { return onf == ImportFile || onf == ImportSetting; }
 
 /// @return whether ids, of nodes, elements or the like, number the records of the kind; by index otherwise
 QUILON_ONF_SPECIFICATION_API bool HasIds(int onf);
