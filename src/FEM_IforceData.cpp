@@ -78,7 +78,9 @@ FEM_IforceData::FEM_IforceData(const FEM_IforceData& other) = default;
 
 // The elements are copied: callers go on filling the object that they have moved from.
 // Test: TheSourceOfAMoveKeepsItsElements.
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): a copy needs memory
 FEM_IforceData::FEM_IforceData(FEM_IforceData&& other)
+    // NOLINTNEXTLINE(performance-move-constructor-init): see above
     : elements_(std::as_const(other.elements_)),
       elementNodes_(std::exchange(other.elementNodes_, {})),
       hasMoments(other.hasMoments),
@@ -104,6 +106,7 @@ FEM_IforceData& FEM_IforceData::operator=(const FEM_IforceData& other)
   return *this;
 }
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): likewise
 FEM_IforceData& FEM_IforceData::operator=(FEM_IforceData&& other)
 {
   if (this == &other) return *this;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <set>
 
 #include <bundled/OnfKinds.h>
 
@@ -64,6 +65,16 @@ int StepTimes::QuantityOf(const FED_DataDescriptor& block) const
 {
   const Moment* moment = Find(block);
   return moment ? moment->quantity : 0;
+}
+
+std::optional<std::string> NameOfTimes(const StepTimes& times, const std::vector<FED_DataDescriptor>& blocks,
+                                       const KindTable& kinds)
+{
+  std::set<int> quantities;
+  for (const FED_DataDescriptor& block : blocks)
+    if (const int quantity = times.QuantityOf(block); quantity != 0) quantities.insert(quantity);
+  if (quantities.empty()) return std::nullopt;
+  return kinds.GetName(quantities.size() == 1 ? *quantities.begin() : int{OnfKind::Time});
 }
 
 }  // namespace quilon

@@ -5,12 +5,16 @@
 
 #include <map>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
 class FED_Database;
 
 namespace quilon {
+
+class KindTable;
 
 /// The times of result steps, and the frequencies or buckling factors of those that have these instead. They stand in
 /// the histories of their iteration, analysis and load case, at the position of their substep.
@@ -38,5 +42,10 @@ private:
 
   std::map<FED_DataDescriptor, Moment> moments_;  // by iteration, analysis, load case and substep
 };
+
+/// @return the name of what the blocks have: that of their quantity ("frequency") where it is one, else "time"; nothing
+///         where none of them has any
+std::optional<std::string> NameOfTimes(const StepTimes& times, const std::vector<FED_DataDescriptor>& blocks,
+                                       const KindTable& kinds);
 
 }  // namespace quilon

@@ -26,7 +26,7 @@ std::vector<SelectedMatrix> MatrixSelection::Select(OpenedDatabase& database, co
 {
   if (index && element) Fail("--index and --element exclude each other, expected one at most");
   if (index && *index < 0) Fail("--index is " + std::to_string(*index) + ", expected 0 or more");
-  const Selection selection = blocks.Parse(KindTable(database.Get()));
+  const Selection selection = blocks.ParseBlocks(KindTable(database.Get()));
   const auto      selected  = database.RequireBlocks(selection, blocks.ToString());
   return element ? SelectOfElement(database, selected, name) : SelectSparse(database, selected, name);
 }

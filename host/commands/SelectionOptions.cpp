@@ -1,8 +1,13 @@
 #include "commands/SelectionOptions.h"
 
+#include <utility>
+
 #include <CLI/CLI.hpp>
 
+#include "answers/TimeChoice.h"
 #include "kinds/KindTable.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "text/Failure.h"
 
 namespace quilon {
 
@@ -13,10 +18,30 @@ Selection SelectionOptions::Parse(const KindTable& kinds) const
   return selection;
 }
 
+Selection SelectionOptions::ParseBlocks(const KindTable& kinds) const
+{
+  Selection selection = Parse(kinds);
+  if (selection.HasComponents())
+    Fail("selection '" + text + "' names a component, expected whole kinds: this command works on blocks");
+  return selection;
+}
+
+std::vector<FED_DataDescriptor> SelectionOptions::Choose(const FED_Database& database, const Selection& selection,
+                                                         const StepTimes& times, const std::string& name) const
+{
+  const TimeChoice                      choice   = time.empty() ? TimeChoice() : TimeChoice(time);
+  const std::vector<FED_DataDescriptor> all      = database.GetDataDescriptors(FED_DataDescriptorPattern());
+  const std::vector<FED_DataDescriptor> selected = selection.Apply(all);
+  if (selected.empty()) Fail(DescribeNothing(name));
+  return choice.Keep(selected, all, times, name);
+}
+
 std::string SelectionOptions::ToString() const
 {
-  if (steps.empty()) return text;
-  return text + (text.empty() ? "--steps " : " --steps ") + steps;
+  std::string all = text;
+  for (const auto& [option, value] : {std::pair("--steps ", &steps), std::pair("--time ", &time)})
+    if (!value->empty()) all += (all.empty() ? "" : " ") + (option + *value);
+  return all;
 }
 
 std::string SelectionOptions::DescribeNothing(const std::string& database) const
@@ -28,6 +53,12 @@ std::string SelectionOptions::DescribeNothing(const std::string& database) const
 void AddStepsOption(CLI::App& app, SelectionOptions& options)
 {
   app.add_option("--steps", options.steps, "Result steps by position: 1,4, 1:9:2 or last")->type_name("STEPS");
+}
+
+void AddTimeOption(CLI::App& app, SelectionOptions& options)
+{
+  app.add_option("--time", options.time, "Result steps by time: 0.8 (within a thousandth of it), 0.2:0.8 or last")
+      ->type_name("TIME");
 }
 
 }  // namespace quilon

@@ -4,6 +4,7 @@
 /// The arguments of every command that works on selected blocks.
 
 #include <string>
+#include <vector>
 
 #include "selection/Selection.h"
 
@@ -11,16 +12,29 @@ namespace CLI {
 class App;
 }
 
+class FED_Database;
+
 namespace quilon {
 
 class KindTable;
+class StepTimes;
 
 struct SelectionOptions
 {
   std::string text;   ///< empty selects everything
   std::string steps;  ///< empty keeps all steps
+  std::string time;   ///< empty keeps all times, see TimeChoice
 
+  /// For commands that know components.
   Selection Parse(const KindTable& kinds) const;
+  /// For commands that work on whole blocks. @throws FED_Failure for a component
+  Selection ParseBlocks(const KindTable& kinds) const;
+
+  /// @param name of the database, for messages
+  /// @return the selected blocks, by time too
+  /// @throws FED_Failure when there are none
+  std::vector<FED_DataDescriptor> Choose(const FED_Database& database, const Selection& selection,
+                                         const StepTimes& times, const std::string& name) const;
 
   /// @return what the user wrote, for messages
   std::string ToString() const;
@@ -30,5 +44,8 @@ struct SelectionOptions
 
 /// Adds --steps.
 void AddStepsOption(CLI::App& app, SelectionOptions& options);
+
+/// Adds --time.
+void AddTimeOption(CLI::App& app, SelectionOptions& options);
 
 }  // namespace quilon

@@ -138,7 +138,7 @@ void Run(const Options& options, CommandContext& context)
                                                  {options.deck, options.allowOutside});
   const KindTable                       kinds(database.Get());
   const std::vector<FED_DataDescriptor> results = ChooseForceResults(
-      database.Get(), database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString()),
+      database.Get(), database.RequireBlocks(options.selection.ParseBlocks(kinds), options.selection.ToString()),
       options.database, options.selection.ToString());
   const bool        keepsAll = !options.output.empty();
   const auto        copy     = database.Copy(keepsAll ? database.Get().GetDataDescriptors(FED_DataDescriptorPattern())

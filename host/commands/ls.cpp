@@ -79,7 +79,7 @@ void Run(const Options& options, CommandContext& context)
 {
   OpenedDatabase  database(options.database, context.console);
   const KindTable kinds(database.Get());
-  const Selection selection = options.selection.Parse(kinds);
+  const Selection selection = options.selection.ParseBlocks(kinds);
 
   std::vector<ListedBlock> blocks = ListBlocks(
       database.Get(), selection, kinds,

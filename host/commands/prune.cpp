@@ -52,7 +52,7 @@ void Report(const Options& options, Output& output, const std::vector<ListedBloc
 
 void Run(const Options& options, CommandContext& context)
 {
-  const auto                     parse = [&options](const KindTable& kinds) { return options.selection.Parse(kinds); };
+  const auto parse = [&options](const KindTable& kinds) { return options.selection.ParseBlocks(kinds); };
   const std::vector<ListedBlock> blocks =
       Prune(options.database, {parse, options.dryRun, PatienceOf(options.wait, context.console)});
   if (blocks.empty()) Fail(options.database + ": no block matches '" + options.selection.ToString() + "'");

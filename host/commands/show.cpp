@@ -2,15 +2,17 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include <bundled/OnfKinds.h>
 #include <CLI/CLI.hpp>
 
+#include "answers/ModelNames.h"
+#include "answers/Region.h"
+#include "answers/StepTimes.h"
 #include "commands/Command.h"
+#include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "database/RecordRows.h"
@@ -19,10 +21,8 @@
 #include "kinds/KindTable.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
-#include "text/Failure.h"
 #include "text/Format.h"
 #include "text/JsonText.h"
 
@@ -36,71 +36,9 @@ struct Options
 {
   std::string                database;
   SelectionOptions           selection;
-  std::string                ids;
+  RegionOptions              region;
   std::optional<std::size_t> head;
   TableForm                  form;
-};
-
-/// Which records of a block are shown.
-class RecordChoice
-{
-public:
-  explicit RecordChoice(const Options& options) : head_(options.head)
-  {
-    if (options.ids.empty()) return;
-    ranges_ = ParseNumberRanges(options.ids, "a record id");
-    for (const NumberRange& range : ranges_) {
-      if (range.form == NumberRange::None)
-        Fail("a record id is 'none', expected a number, a range, first, last or all");
-      if (range.form == NumberRange::Numbers && range.first == range.last) single_.insert(range.first);
-    }
-  }
-
-  /// @return the chosen records of a block, by ascending id
-  std::vector<RecordKey> Choose(const FED_DataBlock& block, const FED_IdMapsPool& pool) const
-  {
-    std::vector<RecordKey> keys = GetRecordKeys(block, pool);
-    if (!ranges_.empty() && !keys.empty()) {
-      const int first = keys.front().id;
-      const int last  = keys.back().id;
-      std::erase_if(keys, [&](const RecordKey& key) { return !IsChosen(key.id, first, last); });
-    }
-    if (head_ && keys.size() > *head_) keys.resize(*head_);
-    return keys;
-  }
-
-  /// An id that is asked for by its number and that no block holds.
-  template <typename HasRecord>
-  std::optional<int> FindMissing(const HasRecord& hasRecord) const
-  {
-    for (const int id : single_)
-      if (!hasRecord(id)) return id;
-    return std::nullopt;
-  }
-
-private:
-  bool IsChosen(int id, int first, int last) const
-  {
-    return std::any_of(ranges_.begin(), ranges_.end(), [&](const NumberRange& range) {
-      switch (range.form) {
-        case NumberRange::First:
-          return id == first;
-        case NumberRange::Last:
-          return id == last;
-        case NumberRange::All:
-          return true;
-        case NumberRange::None:
-          return false;
-        case NumberRange::Numbers:
-          break;
-      }
-      return range.Holds(id);
-    });
-  }
-
-  std::vector<NumberRange>   ranges_;  // empty: all
-  std::set<int>              single_;
-  std::optional<std::size_t> head_;
 };
 
 /// Blocks are shown one after the other, and the keys of one are all that memory holds.
@@ -108,7 +46,11 @@ struct Shown
 {
   FED_Database&                   database;
   const KindTable&                kinds;
-  const RecordChoice&             choice;
+  const Selection&                selection;
+  const StepTimes&                times;
+  const ModelNames&               names;
+  Region&                         region;
+  std::optional<std::size_t>      head;
   std::vector<FED_DataDescriptor> descriptors;
 
   /// Calls visit(record) for each of the records, which is valid during the call only.
@@ -123,10 +65,35 @@ struct Shown
     }
   }
 
+  /// @return the chosen records of a block, by ascending id
   std::vector<RecordKey> Choose(const FED_DataBlock& block) const
   {
-    return choice.Choose(block, database.GetIdMapsPool());
+    std::vector<RecordKey> keys = GetRecordKeys(block, database.GetIdMapsPool());
+    if (!region.IsEverything()) {
+      const RegionFilter filter = region.FilterOf(block);
+      std::erase_if(keys, [&](const RecordKey& key) { return !filter.Holds(key.id); });
+    }
+    if (head && keys.size() > *head) keys.resize(*head);
+    return keys;
   }
+
+  RecordRows RowsOf(const FED_DataBlock& block) const
+  {
+    return RecordRows(block, kinds, database, ComponentsOf(selection, block.GetDescriptor()));
+  }
+
+  /// @return the rows of a record, with names for numbers
+  std::vector<std::vector<Cell>> GetRows(const RecordRows& rows, const FED_DataBlock& block, int id,
+                                         const FED_ConstDataRecord& record) const
+  {
+    std::vector<std::vector<Cell>> all = rows.GetRows(id, record);
+    for (std::vector<Cell>& row : all) names.Replace(block.GetDescriptor(), row);
+    return all;
+  }
+
+  /// @return the name of what StepTimes tells of the blocks, where it tells something: "time", or "frequency" where all
+  ///         of them have one
+  std::optional<std::string> GetTimeName() const { return NameOfTimes(times, descriptors, kinds); }
 };
 
 struct JsonCell
@@ -158,16 +125,17 @@ void PrintJson(Output& output, const Shown& shown)
     head["kind"]  = shown.kinds.GetName(descriptor);
     for (const IndexKey& key : GetIndexKeys())
       if (descriptor.IsSet(key.index)) head[key.key] = descriptor.GetInteger(key.index);
+    if (const std::optional<double> time = shown.times.TimeOf(descriptor)) head["time"] = JsonNumber(*time);
     std::string text = JsonText(head);
     text.pop_back();  // its closing brace: the rows follow
     output.Write(beforeBlock + text + ",\"rows\":[");
     beforeBlock = ",\n";
 
-    const FED_DataBlock& block = shown.database.GetConstDataBlock(descriptor);
-    const RecordRows     rows(block, shown.kinds, shown.database);
+    const FED_DataBlock& block     = shown.database.GetConstDataBlock(descriptor);
+    const RecordRows     rows      = shown.RowsOf(block);
     const char*          beforeRow = "\n  ";
     shown.ForEachRecord(block, shown.Choose(block), [&](int id, const FED_ConstDataRecord& record) {
-      for (const std::vector<Cell>& row : rows.GetRows(id, record)) {
+      for (const std::vector<Cell>& row : shown.GetRows(rows, block, id, record)) {
         Json object;
         for (std::size_t i = 0; i < row.size(); ++i) object[rows.GetColumns()[i]] = std::visit(JsonCell(), row[i]);
         output.Write(beforeRow + JsonText(object));
@@ -194,7 +162,7 @@ void WriteRows(TableWriter& table, const Shown& shown, const FED_DataBlock& bloc
                const RecordRows& rows, const std::vector<std::string>& before, const CellStyle& style)
 {
   shown.ForEachRecord(block, keys, [&](int id, const FED_ConstDataRecord& record) {
-    for (const std::vector<Cell>& row : rows.GetRows(id, record)) {
+    for (const std::vector<Cell>& row : shown.GetRows(rows, block, id, record)) {
       std::vector<std::string> cells = before;
       for (const Cell& cell : row) cells.push_back(FormatCell(cell, style));
       table.Row(std::move(cells));
@@ -216,9 +184,12 @@ void PrintForPeople(Output& output, const TableForm& form, const Shown& shown)
   for (const FED_DataDescriptor& descriptor : shown.descriptors) {
     const FED_DataBlock&         block = shown.database.GetConstDataBlock(descriptor);
     const std::vector<RecordKey> keys  = shown.Choose(block);
-    const RecordRows             rows(block, shown.kinds, shown.database);
-    output.Write(before + Printable(shown.kinds.GetName(descriptor)) + "  " + ToSelectionText(descriptor) + "  " +
-                 Counted(keys.size(), "record") + '\n');
+    const RecordRows             rows  = shown.RowsOf(block);
+    const std::optional<double>  time  = shown.times.TimeOf(descriptor);
+    output.Write(
+        before + Printable(shown.kinds.GetName(descriptor)) + "  " + ToSelectionText(descriptor) + "  " +
+        (time ? *NameOfTimes(shown.times, {descriptor}, shown.kinds) + ' ' + FormatRounded(*time) + "  " : "") +
+        Counted(keys.size(), "record") + '\n');
     TableWriter table = MakeTable(output, form, NumberColumns(rows.GetColumns()));
     WriteRows(table, shown, block, keys, rows, {}, kForPeople);
     table.Finish();
@@ -226,17 +197,19 @@ void PrintForPeople(Output& output, const TableForm& form, const Shown& shown)
   }
 }
 
-/// One table for all blocks; where there are several, kind and keys stand in front of each row. Blocks with other
+/// One table for all blocks; where there are several, kind, keys and time stand in front of each row. Blocks with other
 /// columns start another table behind an empty line.
 void PrintForPrograms(Output& output, const TableForm& form, const Shown& shown)
 {
   const bool                  areSeveral = shown.descriptors.size() > 1;
   const std::vector<IndexKey> keys       = areSeveral ? KeyColumns(shown.descriptors) : std::vector<IndexKey>();
+  const std::string           none       = form.csv ? "" : "-";
+  const auto                  timeName   = areSeveral ? shown.GetTimeName() : std::nullopt;
   std::vector<std::string>    former;
   std::optional<TableWriter>  table;
   for (const FED_DataDescriptor& descriptor : shown.descriptors) {
     const FED_DataBlock&     block = shown.database.GetConstDataBlock(descriptor);
-    const RecordRows         rows(block, shown.kinds, shown.database);
+    const RecordRows         rows  = shown.RowsOf(block);
     std::vector<TableColumn> columns;
     std::vector<std::string> before;
     if (areSeveral) {
@@ -246,7 +219,12 @@ void PrintForPrograms(Output& output, const TableForm& form, const Shown& shown)
     for (const IndexKey& key : keys) {
       columns.push_back({key.key, false});
       const bool isSet = descriptor.IsSet(key.index);
-      before.push_back(isSet ? std::to_string(descriptor.GetInteger(key.index)) : form.csv ? "" : "-");
+      before.push_back(isSet ? std::to_string(descriptor.GetInteger(key.index)) : none);
+    }
+    if (timeName) {
+      const std::optional<double> time = shown.times.TimeOf(descriptor);
+      columns.push_back({*timeName, false});
+      before.push_back(time ? FormatNumber(*time) : none);
     }
     if (!table || rows.GetColumns() != former) {
       if (table) output.Write("\n");
@@ -259,27 +237,22 @@ void PrintForPrograms(Output& output, const TableForm& form, const Shown& shown)
   }
 }
 
-/// @return whether one of the blocks has a record of this id, or at this index where it has no ids
-bool HasRecord(const Shown& shown, int id)
-{
-  return std::any_of(shown.descriptors.begin(), shown.descriptors.end(), [&](const FED_DataDescriptor& descriptor) {
-    const FED_DataBlock& block = shown.database.GetConstDataBlock(descriptor);
-    if (OnfKind::HasIds(descriptor.GetInteger(FED_DataDescriptor::OnfId)))
-      return FED_ConstIdDataBlock(block, shown.database.GetIdMapsPool()).HasRecord(id);
-    return id >= 0 && block.HasRecord(static_cast<std::size_t>(id));
-  });
-}
-
 void Run(const Options& options, CommandContext& context)
 {
-  const RecordChoice choice(options);
-  OpenedDatabase     database(options.database, context.console);
-  const KindTable    kinds(database.Get());
-  const Shown        shown{database.Get(), kinds, choice,
-                    database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString())};
-  if (const std::optional<int> id = choice.FindMissing([&](int asked) { return HasRecord(shown, asked); }))
-    Fail(options.database + ": no record " + std::to_string(*id) + " in the blocks of '" +
-         options.selection.ToString() + "'");
+  OpenedDatabase   database(options.database, context.console);
+  const KindTable  kinds(database.Get());
+  const Selection  selection = options.selection.Parse(kinds);
+  const StepTimes  times(database.Get());
+  const ModelNames names(database.Get());
+  Region           region(database.Get(), options.region, options.database);
+  Shown            shown{database.Get(), kinds,
+              selection,      times,
+              names,          region,
+              options.head,   options.selection.Choose(database.Get(), selection, times, options.database)};
+  std::erase_if(shown.descriptors, [&](const FED_DataDescriptor& block) { return !region.AppliesTo(block); });
+  region.RequireIds(shown.descriptors, options.selection.ToString());
+  if (options.region.HasPlace() && !HoldsRecords(region, database.Get(), shown.descriptors))
+    region.FailEmpty(options.selection.ToString());
 
   if (options.form.json)
     PrintJson(context.output, shown);
@@ -287,6 +260,7 @@ void Run(const Options& options, CommandContext& context)
     PrintForPeople(context.output, options.form, shown);
   else
     PrintForPrograms(context.output, options.form, shown);
+  TellNotes(region, context.console);
 }
 
 }  // namespace
@@ -296,9 +270,10 @@ CommandFunction DefineShow(CLI::App& app)
   const auto options = std::make_shared<Options>();
   app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
       ->required();
-  app.add_option("SELECTION", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,...")->required();
+  app.add_option("SELECTION", options->selection.text, "Which blocks: KIND.COMPONENT,...@KEY=VALUES,...")->required();
   AddStepsOption(app, options->selection);
-  app.add_option("--ids", options->ids, "Only these records: 1,5-9 or first, last")->type_name("IDS");
+  AddTimeOption(app, options->selection);
+  AddRegionOptions(app, options->region);
   app.add_option("--head", options->head, "Only the first N records of each block")
       ->type_name("N")
       ->check([](const std::string& text) {
@@ -311,6 +286,7 @@ CommandFunction DefineShow(CLI::App& app)
       "\n"
       "Examples:\n"
       "  quilon show bracket.onf stress@lc=2,sub=last --ids 1,5-9\n"
+      "  quilon show bracket.onf stress.mises,stress.p1 --time last --set FIX\n"
       "  quilon show bracket.onf 582@lc=1 --head 3\n"
       "  quilon show modes.onf eigenvalue --json");
   return [options](CommandContext& context) { Run(*options, context); };

@@ -61,7 +61,7 @@ void Run(const Options& options, CommandContext& context)
 {
   OpenedDatabase   database(options.database, context.console);
   const KindTable  kinds(database.Get());
-  const BlockSizes sizes = SumSizes(ListBlocks(database.Get(), options.selection.Parse(kinds), kinds));
+  const BlockSizes sizes = SumSizes(ListBlocks(database.Get(), options.selection.ParseBlocks(kinds), kinds));
   if (sizes.blocks.empty()) context.console.Note(options.selection.DescribeNothing(options.database));
   if (options.form.json)
     PrintJson(context.output, Json{{"size", sizes.bytes},

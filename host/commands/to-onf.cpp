@@ -35,7 +35,7 @@ void Run(const Options& options, CommandContext& context)
 {
   Publication     publication(options.output, Publication::OnfFolder, PatienceOf(options.wait, context.console));
   OpenedDatabase  database(options.database, context.console);
-  const Selection selection                     = options.selection.Parse(KindTable(database.Get()));
+  const Selection selection                     = options.selection.ParseBlocks(KindTable(database.Get()));
   const std::vector<FED_DataDescriptor> blocks  = database.RequireBlocks(selection, options.selection.ToString());
   const std::size_t                     written = options.mirror ? publication.MirrorBlocks(database.Get(), blocks)
                                                                  : publication.PublishBlocks(database.Get(), blocks);

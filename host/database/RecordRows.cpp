@@ -13,6 +13,7 @@
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "selection/Selection.h"
 #include "text/Format.h"
 
 namespace quilon {
@@ -146,7 +147,9 @@ struct CellFormatter
 
 std::string FormatCell(const Cell& cell, const CellStyle& style) { return std::visit(CellFormatter{style}, cell); }
 
-RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database)
+RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database,
+                       std::vector<Component> components)
+    : components_(std::move(components))
 {
   const int                         onf = block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId);
   std::vector<FED_FieldType::Class> fields;
@@ -180,6 +183,10 @@ RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const
       column += std::max<std::size_t>(1, FED_FieldType::GetDoubleCount(field));
     }
   }
+  if (!components_.empty()) {
+    names.clear();
+    for (const Component& component : components_) names.push_back(component.GetName());
+  }
   columns_.insert(columns_.end(), names.begin(), names.end());
 }
 
@@ -199,8 +206,40 @@ std::string RecordRows::GetComponentName(std::size_t field, std::size_t componen
   return columns_[std::min(columns.first + component, columns_.size() - 1)];
 }
 
+void RecordRows::AppendComponents(std::span<const double> values, std::vector<Cell>& row) const
+{
+  for (const Component& component : components_)
+    row.push_back(values.size() == component.NumValues() ? Cell(component.Evaluate(values)) : Cell(std::string()));
+}
+
+std::vector<std::vector<Cell>> RecordRows::GetComponentRows(int id, const FED_ConstDataRecord& record) const
+{
+  std::vector<std::vector<Cell>> rows;
+  if (layout_ == Layout::Fields) {
+    std::vector<Cell> stored;
+    AppendField(record, 1, stored);
+    std::vector<double> values;
+    for (const Cell& cell : stored)
+      if (const double* value = std::get_if<double>(&cell)) values.push_back(*value);
+    AppendComponents(values, rows.emplace_back(1, Cell(id)));
+    return rows;
+  }
+  const std::vector<double> values    = DoublesOf(record, layout_ == Layout::Points ? 2 : 1);
+  const std::size_t         groupSize = layout_ == Layout::Points ? kTensorNames.size() : kVectorNames.size();
+  const std::vector<int>    nodes     = nodeLists_ ? NodesOf(id) : std::vector<int>();
+  for (std::size_t first = 0; first < values.size(); first += groupSize) {
+    const std::size_t  place = first / groupSize;
+    std::vector<Cell>& row   = rows.emplace_back();
+    row                      = {id, static_cast<int>(place + 1)};
+    if (nodeLists_) row.push_back(place < nodes.size() ? Cell(nodes[place]) : Cell(std::string()));
+    AppendComponents(std::span(values).subspan(first, std::min(groupSize, values.size() - first)), row);
+  }
+  return rows;
+}
+
 std::vector<std::vector<Cell>> RecordRows::GetRows(int id, const FED_ConstDataRecord& record) const
 {
+  if (!components_.empty()) return GetComponentRows(id, record);
   if (layout_ == Layout::Points) return Grouped(id, DoublesOf(record, 2), kTensorNames.size());
   if (layout_ == Layout::Triples) {
     std::vector<std::vector<Cell>> rows = Grouped(id, DoublesOf(record, 1), kVectorNames.size());
@@ -225,6 +264,18 @@ std::vector<int> RecordRows::NodesOf(int element) const
   record.GetIntList(1, nodes);
   nodeLists_->DeleteIdDataRecord(record);
   return std::vector<int>(nodes.GetData(), nodes.GetData() + nodes.GetSize());
+}
+
+std::vector<Component> ComponentsOf(const Selection& selection, const FED_DataDescriptor& descriptor)
+{
+  // Histories are asked for by what they hold.
+  const int              onf      = descriptor.GetInteger(FED_DataDescriptor::OnfId);
+  const int              quantity = GetQuantity(descriptor);
+  std::vector<Component> components;
+  for (const int kind : {onf, quantity})
+    for (const std::string& name : kind == 0 ? Names() : selection.ComponentsOf(kind))
+      components.emplace_back(name, kind);
+  return components;
 }
 
 std::vector<RecordKey> GetRecordKeys(const FED_DataBlock& block, const FED_IdMapsPool& pool)

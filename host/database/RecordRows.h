@@ -5,10 +5,12 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
 #include <variant>
 #include <vector>
 
+#include "kinds/Component.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
 class FED_ConstDataRecord;
@@ -20,6 +22,7 @@ class FED_IdMapsPool;
 namespace quilon {
 
 class KindTable;
+class Selection;
 
 /// A value of a row.
 using Cell = std::variant<int, float, double, std::string, std::vector<int>, std::vector<double>>;
@@ -41,7 +44,9 @@ public:
   /// @param block    borrowed
   /// @param database borrowed; its node lists (595) of the block's iteration tell which node a value of a list by nodes
   ///                 belongs to
-  RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database);
+  /// @param components of the block's kind, to be shown instead of the values that are stored; empty: these
+  RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database,
+             std::vector<Component> components = {});
   RecordRows(const RecordRows&)            = delete;
   RecordRows& operator=(const RecordRows&) = delete;
   ~RecordRows();
@@ -72,13 +77,19 @@ private:
     bool        isList;
   };
 
-  std::vector<int> NodesOf(int element) const;
+  std::vector<int>               NodesOf(int element) const;
+  std::vector<std::vector<Cell>> GetComponentRows(int id, const FED_ConstDataRecord& record) const;
+  void                           AppendComponents(std::span<const double> values, std::vector<Cell>& row) const;
 
   Layout                                layout_ = Layout::Fields;
   std::vector<std::string>              columns_;
-  std::unique_ptr<FED_ConstIdDataBlock> nodeLists_;  // of layout Triples, null where the database has none
-  std::vector<FieldColumns>             fields_;     // shape [number of fields]; empty in the layouts of groups
+  std::unique_ptr<FED_ConstIdDataBlock> nodeLists_;   // of layout Triples, null where the database has none
+  std::vector<FieldColumns>             fields_;      // shape [number of fields]; empty in the layouts of groups
+  std::vector<Component>                components_;  // empty: all that is stored
 };
+
+/// @return the components of a kind that a selection asks for; nothing when it asks for none
+std::vector<Component> ComponentsOf(const Selection& selection, const FED_DataDescriptor& descriptor);
 
 /// A record's id, or its index in a block without ids.
 struct RecordKey

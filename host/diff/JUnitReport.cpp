@@ -11,18 +11,22 @@ namespace quilon::diff {
 
 namespace {
 
+/// @return bytes of a UTF-8 character by its first; 0 for a byte that begins none
+std::size_t LengthByLead(unsigned char lead)
+{
+  if (lead < 0x80) return 1;
+  if (lead < 0xc2 || lead >= 0xf5) return 0;
+  if (lead < 0xe0) return 2;
+  return lead < 0xf0 ? 3 : 4;
+}
+
 /// @return bytes of the UTF-8 character that the text begins with; 0 for bytes that are none, and for a character that
 ///         XML does not know
 std::size_t GetCharacterLength(std::string_view text)
 {
   const auto          byte   = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
   const unsigned char lead   = byte(0);
-  const std::size_t   length = lead < 0x80   ? 1
-                               : lead < 0xc2 ? 0
-                               : lead < 0xe0 ? 2
-                               : lead < 0xf0 ? 3
-                               : lead < 0xf5 ? 4
-                                             : 0;
+  const std::size_t   length = LengthByLead(lead);
   if (length < 2 || length > text.size()) return length == 1 ? 1 : 0;
   std::uint32_t code = lead & (0x7fu >> length);
   for (std::size_t i = 1; i < length; ++i) {

@@ -82,25 +82,16 @@ std::string PlaneText(const Vector& point, const Vector& normal)
        PlaneText(middle, plane.normal));
 }
 
-}  // namespace
-
-PlaneCut CalculatePlaneCut(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
-                           const CutPlane& plane, const std::optional<std::set<int>>& part, const std::string& name)
+/// @return for each element of the mesh whether it has nodes on both sides
+/// @throws FED_Failure when none has
+std::vector<bool> FindPassedElements(const ForceMesh& mesh, const CutPlane& plane, const Sides& sides,
+                                     const std::optional<std::set<int>>& part)
 {
-  if (part) {
-    for (const int id : *part)
-      if (mesh.elements.Find(id) == kNone) Fail(name + ": no element " + std::to_string(id) + " in the mesh");
-  }
-  const Sides       sides(mesh, step, plane);
-  PlaneCut          cut;
-  std::set<int>     withoutForces;
-  std::vector<bool> isPassed(step.hasForces.size(), false);
-  std::vector<bool> isCounted(step.positions.size(), false);
+  std::vector<bool> isPassed;
   double            least    = std::numeric_limits<double>::infinity();
   double            greatest = -least;
-  std::size_t       at       = 0;
   for (const auto& [id, element] : mesh.elements.Entries()) {
-    const std::size_t position = at++;
+    isPassed.push_back(false);
     if (part && !part->contains(id)) continue;
     bool hasAhead  = false;
     bool hasBehind = false;
@@ -111,18 +102,40 @@ PlaneCut CalculatePlaneCut(const FED_Database& database, const ForceMesh& mesh, 
       least                                        = std::min(least, sides.Distance(node));
       greatest                                     = std::max(greatest, sides.Distance(node));
     }
-    if (!hasAhead || !hasBehind) continue;
-    isPassed[position] = true;
+    isPassed.back() = hasAhead && hasBehind;
+  }
+  if (std::find(isPassed.begin(), isPassed.end(), true) == isPassed.end())
+    FailWithoutElements(plane, sides, least, greatest, part.has_value());
+  return isPassed;
+}
+
+}  // namespace
+
+PlaneCut CalculatePlaneCut(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
+                           const CutPlane& plane, const std::optional<std::set<int>>& part, const std::string& name)
+{
+  if (part) {
+    for (const int id : *part)
+      if (mesh.elements.Find(id) == kNone) Fail(name + ": no element " + std::to_string(id) + " in the mesh");
+  }
+  const Sides             sides(mesh, step, plane);
+  const std::vector<bool> isPassed = FindPassedElements(mesh, plane, sides, part);
+  PlaneCut                cut;
+  std::set<int>           withoutForces;
+  std::size_t             at = 0;
+  for (const auto& [id, element] : mesh.elements.Entries()) {
+    const std::size_t position = at++;
+    if (!isPassed[position]) continue;
     cut.elements.push_back(id);
     if (!step.hasForces[position]) withoutForces.insert(id);
   }
-  if (cut.elements.empty()) FailWithoutElements(plane, sides, least, greatest, part.has_value());
   if (!withoutForces.empty()) {
     Fail(name + ": no forces of " + Counted(withoutForces.size(), "element") + " that the plane passes in " +
          ToSelectionText(step.forces) + ": " + FormatIds(withoutForces) +
          ", expected forces of all, or --elements or --set with those that have them");
   }
 
+  std::vector<bool> isCounted(step.positions.size(), false);
   ForEachForce(database, mesh, step, [&](std::size_t element, std::size_t node, const double* force) {
     if (!isPassed[element] || !sides.IsAhead(node)) return;
     cut.resultant.Add(Difference(step.positions[node], plane.point), force);

@@ -273,6 +273,8 @@ std::vector<std::string> StoredComponentsOf(int onf)
   return form.isList ? Names() : OwnNamesOf(onf, form.numValues);
 }
 
+std::vector<std::string> ValueComponentsOf(int onf) { return OwnNamesOf(onf, FormOf(onf).numValues); }
+
 std::vector<std::string> ComponentNamesOf(int onf)
 {
   const std::size_t numValues    = FormOf(onf).numValues;

@@ -93,6 +93,11 @@ std::vector<std::string> StoredComponentsOf(int onf);
 ///         vector or a tensor a point (integration points, forces at the nodes of elements) have those of one of them.
 std::vector<std::string> ComponentNamesOf(int onf);
 
+/// @return the names of the values that a kind's records hold, vector by vector or tensor by tensor in a kind of lists
+/// of
+///         these: StoredComponentsOf(), and those of one of them
+std::vector<std::string> ValueComponentsOf(int onf);
+
 /// @return whether the kind is known to hold a strain
 bool IsStrain(int onf) noexcept;
 

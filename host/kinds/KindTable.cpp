@@ -8,6 +8,7 @@
 #include <bundled/OnfCatalogue.h>
 #include <bundled/OnfKinds.h>
 
+#include "kinds/GroupNames.h"
 #include "kinds/UserKinds.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
@@ -50,6 +51,7 @@ KindTable::KindTable()
 
 KindTable::KindTable(const FED_Database& database) : KindTable()
 {
+  database_ = &database;
   ForEachUserKind([&](FED_OnfId onf) {
     const std::string name = database.GetUserKindName(onf);
     if (!name.empty()) Add(name, onf);
@@ -112,6 +114,13 @@ int KindTable::Resolve(std::string_view text) const
   const std::string suggestion = DidYouMean(word, candidates);
   Fail("unknown kind '" + std::string(text) + "'" +
        (suggestion.empty() ? ", expected an ONF id or the name of a kind" : suggestion));
+}
+
+int KindTable::ResolveGroup(std::string_view name) const
+{
+  if (database_ == nullptr)
+    Fail("group '" + std::string(name) + "' is a name, expected a number where no database is at hand");
+  return ResolveGroupName(*database_, name);
 }
 
 std::optional<int> KindTable::FindByName(const std::string& name) const

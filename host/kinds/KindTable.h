@@ -23,6 +23,7 @@ public:
   /// The catalogue alone.
   KindTable();
   /// The catalogue and the names of the database's user kinds.
+  /// @param database borrowed for ResolveGroup()
   explicit KindTable(const FED_Database& database);
 
   /// Adds the user kinds that only another database names. One whose ONF id has another name here resolves to the
@@ -34,6 +35,11 @@ public:
   /// "nodal-".
   /// @throws FED_Failure for a text that names no kind (a near miss gets a suggestion) or several
   int Resolve(std::string_view text) const;
+
+  /// Finds the group of nodal averages (OnfIndex::Group) that a user named: by a material or an element set of the
+  /// database, of which one has averages. Letters are compared without their case where none is exactly the same.
+  /// @throws FED_Failure for a name of neither, for one without averages, and for one of two groups
+  int ResolveGroup(std::string_view name) const;
 
   /// @return the ONF id of the kind with exactly this name; nothing when there is none
   std::optional<int> FindByName(const std::string& name) const;
@@ -56,7 +62,8 @@ private:
 
   void Add(const std::string& name, int onf);
 
-  std::vector<Kind> kinds_;
+  std::vector<Kind>   kinds_;
+  const FED_Database* database_ = nullptr;
 };
 
 }  // namespace quilon

@@ -81,7 +81,8 @@ private:
     for (std::size_t position = 0; position < mesh_.NumElements(); ++position) {
       const ElementTopology* topology = FindTopology(mesh_.Elements()[position].frdType);
       if (topology == nullptr || topology->dimension != 3 || !IsShown(position)) continue;
-      for (std::uint8_t face = 0; face < topology->faces.size(); ++face) visit(Side{position, face});
+      for (std::size_t face = 0; face < topology->faces.size(); ++face)
+        visit(Side{position, static_cast<std::uint8_t>(face)});
     }
   }
 

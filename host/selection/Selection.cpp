@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <cstdlib>
 #include <iterator>
 #include <map>
 #include <set>
@@ -12,6 +13,7 @@
 
 #include <bundled/OnfKinds.h>
 
+#include "kinds/Component.h"
 #include "kinds/KindTable.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Failure.h"
@@ -136,6 +138,15 @@ void Keep(Descriptors& descriptors, Descriptor::ResultIndex index, const std::ve
   });
 }
 
+/// Whether the value of a key is a name: nothing that a range of numbers or one of its words begins with.
+bool IsName(std::string_view value)
+{
+  static constexpr std::string_view kWords[] = {"first", "last", "none", "all", "*"};
+  if (value.empty() || std::find(std::begin(kWords), std::end(kWords), value) != std::end(kWords)) return false;
+  NumberRange range;
+  return !ReadNumbers(value, range);
+}
+
 const IndexKey& ResolveKey(std::string_view text)
 {
   std::vector<std::string> candidates;
@@ -146,7 +157,8 @@ const IndexKey& ResolveKey(std::string_view text)
   }
   const std::string suggestion = DidYouMean(text, candidates);
   Fail("unknown key '" + std::string(text) + "'" +
-       (suggestion.empty() ? ", expected it, an, lc, sub, inc, layer or i2, i7, i8, i10 to i13" : suggestion));
+       (suggestion.empty() ? ", expected it, an, lc, sub, inc, layer, quantity, group or i2, i7, i8, i12, i13"
+                           : suggestion));
 }
 
 /// What two blocks of one kind, for "first" and "last", have in common.
@@ -228,8 +240,8 @@ const std::vector<IndexKey>& GetIndexKeys()
       {static_cast<Descriptor::ResultIndex>(2), "i2", "index-2"},
       {static_cast<Descriptor::ResultIndex>(7), "i7", "index-7"},
       {static_cast<Descriptor::ResultIndex>(8), "i8", "index-8"},
-      {OnfIndex::Quantity, "i10", "quantity"},
-      {OnfIndex::Group, "i11", "group"},
+      {OnfIndex::Quantity, "quantity", "i10"},
+      {OnfIndex::Group, "group", "i11"},
       {static_cast<Descriptor::ResultIndex>(12), "i12", "index-12"},
       {static_cast<Descriptor::ResultIndex>(13), "i13", "index-13"},
   };
@@ -287,22 +299,40 @@ Selection::Selection(std::string_view text, const KindTable& kinds)
     Fail("selection '" + std::string(text) + "' has no '@' before its keys, expected KIND@KEY=VALUE or @KEY=VALUE");
   if (text.empty()) Fail("the selection is empty, expected KIND, KIND@KEY=VALUE or @KEY=VALUE");
   if (!kindNames.empty() && kindNames != "all" && kindNames != "*")
-    for (const std::string_view kind : Split(kindNames, ',')) kinds_.push_back(kinds.Resolve(kind));
+    for (const std::string_view kind : Split(kindNames, ',')) kinds_.push_back(ReadKind(kind, kinds));
   if (at == std::string_view::npos) return;
 
-  for (const std::string_view entry : Split(text.substr(at + 1), ',')) {
-    const std::size_t equals = entry.find('=');
-    if (equals != std::string_view::npos) {
-      criteria_.push_back({ResolveKey(Trimmed(entry.substr(0, equals))).index, {}});
-    } else if (criteria_.empty()) {
-      Fail("selection '" + std::string(text) + "' has '" + std::string(entry) + "' behind its '@', expected KEY=VALUE");
-    }
-    const std::string_view value = equals == std::string_view::npos ? entry : Trimmed(entry.substr(equals + 1));
-    Criterion&             last  = criteria_.back();
-    const auto             key   = std::find_if(GetIndexKeys().begin(), GetIndexKeys().end(),
-                                                [&](const IndexKey& candidate) { return candidate.index == last.index; });
-    last.values.push_back(ParseNumberRange(value, "a value of '" + std::string(key->key) + "'"));
+  for (const std::string_view entry : Split(text.substr(at + 1), ',')) ReadCriterion(entry, text, kinds);
+}
+
+Selection::KindChoice Selection::ReadKind(std::string_view text, const KindTable& kinds)
+{
+  const std::size_t dot = text.rfind('.');
+  if (dot == std::string_view::npos || kinds.FindByName(std::string(text))) return {kinds.Resolve(text), {}};
+  const int onf = kinds.Resolve(Trimmed(text.substr(0, dot)));
+  // A kind that only another database names is none of this one.
+  return {onf, Component(Trimmed(text.substr(dot + 1)), std::abs(onf)).GetName()};
+}
+
+/// @param text the whole selection, for messages
+void Selection::ReadCriterion(std::string_view entry, std::string_view text, const KindTable& kinds)
+{
+  const std::size_t equals = entry.find('=');
+  if (equals != std::string_view::npos) {
+    criteria_.push_back({ResolveKey(Trimmed(entry.substr(0, equals))).index, {}});
+  } else if (criteria_.empty()) {
+    Fail("selection '" + std::string(text) + "' has '" + std::string(entry) + "' behind its '@', expected KEY=VALUE");
   }
+  const std::string_view value = equals == std::string_view::npos ? entry : Trimmed(entry.substr(equals + 1));
+  Criterion&             last  = criteria_.back();
+  if (last.index == OnfIndex::Group && IsName(value)) {
+    const int group = kinds.ResolveGroup(value);
+    last.values.push_back({NumberRange::Numbers, group, group, 1});
+    return;
+  }
+  const auto key = std::find_if(GetIndexKeys().begin(), GetIndexKeys().end(),
+                                [&](const IndexKey& candidate) { return candidate.index == last.index; });
+  last.values.push_back(ParseNumberRange(value, "a value of '" + std::string(key->key) + "'"));
 }
 
 void Selection::SetSteps(std::string_view text) { steps_ = ParseNumberRanges(text, "a step"); }
@@ -310,8 +340,33 @@ void Selection::SetSteps(std::string_view text) { steps_ = ParseNumberRanges(tex
 bool Selection::MatchesKind(const FED_DataDescriptor& descriptor) const
 {
   const auto [onf, quantity] = KindOf(descriptor);
-  return kinds_.empty() || std::find(kinds_.begin(), kinds_.end(), onf) != kinds_.end() ||
-         (quantity != 0 && std::find(kinds_.begin(), kinds_.end(), quantity) != kinds_.end());
+  return kinds_.empty() ||
+         std::any_of(kinds_.begin(), kinds_.end(), [onf = onf, quantity = quantity](const KindChoice& kind) {
+           return kind.onf == onf || (quantity != 0 && kind.onf == quantity);
+         });
+}
+
+std::vector<std::string> Selection::ComponentsOf(int onf) const
+{
+  std::vector<std::string> names;
+  bool                     isAsked = false;
+  const auto               add     = [&names](const std::string& name) {
+    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+  };
+  for (const KindChoice& kind : kinds_) {
+    if (kind.onf != onf) continue;
+    isAsked = isAsked || !kind.component.empty();
+    if (!kind.component.empty())
+      add(kind.component);
+    else
+      for (const std::string& stored : ValueComponentsOf(onf)) add(stored);
+  }
+  return isAsked ? names : std::vector<std::string>();
+}
+
+bool Selection::HasComponents() const noexcept
+{
+  return std::any_of(kinds_.begin(), kinds_.end(), [](const KindChoice& kind) { return !kind.component.empty(); });
 }
 
 std::vector<FED_DataDescriptor> Selection::Apply(const std::vector<FED_DataDescriptor>& descriptors) const

@@ -44,8 +44,8 @@ std::vector<NumberRange> ParseNumberRanges(std::string_view text, const std::str
 struct IndexKey
 {
   FED_DataDescriptor::ResultIndex index;
-  const char*                     key;   ///< "lc"
-  const char*                     name;  ///< "load-case"
+  const char*                     key;   ///< "lc", which tables and JSON have
+  const char*                     name;  ///< "load-case", which is understood as well
 };
 
 /// The keys of all indices but the ONF id, in the order in which people read them.
@@ -67,13 +67,14 @@ FED_DataDescriptor GetResultStep(const FED_DataDescriptor& descriptor);
 /// @return the result steps of these blocks in the order in which steps are counted
 std::vector<FED_DataDescriptor> ListResultSteps(const std::vector<FED_DataDescriptor>& descriptors);
 
-/// A selection: KIND,KIND,...@KEY=VALUES,KEY=VALUES,...
+/// A selection: KIND,KIND.COMPONENT,...@KEY=VALUES,KEY=VALUES,...
 ///
 /// Kinds are ONF ids or names (KindTable::Resolve()), or "all"; without any, every kind is meant. The name of a
-/// quantity selects the scalar histories of it. Keys are those of GetIndexKeys() in either form. Values are number
-/// ranges; an entry without "=" goes on with the values of the key before it. A key matches only blocks that have the
-/// index set, "none" only those that have not. "first" and "last" are answered per kind, key by key in the order
-/// written, from the blocks that all keys without these words leave.
+/// quantity selects the scalar histories of it. A component (see Component) stands behind the last dot, unless the
+/// whole is the name of a kind. Keys are those of GetIndexKeys() in either form. Values are number ranges, those of
+/// "group" names, too (KindTable::ResolveGroup()); an entry without "=" goes on with the values of the key before it. A
+/// key matches only blocks that have the index set, "none" only those that have not. "first" and "last" are answered
+/// per kind, key by key in the order written, from the blocks that all keys without these words leave.
 class Selection
 {
 public:
@@ -96,16 +97,31 @@ public:
   /// @return the selected ones, in the order given
   std::vector<FED_DataDescriptor> Apply(const std::vector<FED_DataDescriptor>& descriptors) const;
 
+  /// @param onf a kind, or the quantity of scalar histories
+  /// @return the names of the components that were asked for, in the order written, each once; where the kind also
+  ///         stands without one, the stored ones come at its place. Nothing: no component was asked for.
+  std::vector<std::string> ComponentsOf(int onf) const;
+
+  /// @return whether a component was asked for
+  bool HasComponents() const noexcept;
+
 private:
+  struct KindChoice
+  {
+    int         onf = 0;
+    std::string component;  ///< empty: the kind as it is
+  };
   struct Criterion
   {
     FED_DataDescriptor::ResultIndex index;
     std::vector<NumberRange>        values;
   };
 
-  bool MatchesKind(const FED_DataDescriptor& descriptor) const;
+  static KindChoice ReadKind(std::string_view text, const KindTable& kinds);
+  void              ReadCriterion(std::string_view entry, std::string_view text, const KindTable& kinds);
+  bool              MatchesKind(const FED_DataDescriptor& descriptor) const;
 
-  std::vector<int>         kinds_;     // empty: any
+  std::vector<KindChoice>  kinds_;     // in the order written; empty: any
   std::vector<Criterion>   criteria_;  // in the order written
   std::vector<NumberRange> steps_;     // empty: any
 };

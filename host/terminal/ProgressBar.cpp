@@ -1,6 +1,7 @@
 #include "terminal/ProgressBar.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <iterator>
@@ -34,7 +35,7 @@ std::string Rate(double perSecond, const std::string& unit)
 std::string Remaining(double seconds)
 {
   constexpr double kLongest = 359999.0;  // 99:59:59
-  const int        whole    = static_cast<int>(std::min(seconds, kLongest) + 0.5);
+  const int        whole    = static_cast<int>(std::lround(std::min(seconds, kLongest)));
   char             text[48];
   if (whole < 3600)
     std::snprintf(text, sizeof text, "%d:%02d left", whole / 60, whole % 60);

@@ -319,6 +319,33 @@ void DeckLint::Check()
   CheckShapes();
 }
 
+/// Collects the corners and middles of an element of the deck in the order of the solid that it stands for.
+/// @param coordinates receives shape [nodes of the solid, 3]
+/// @return whether the deck has all of its nodes
+bool DeckLint::FindCoordinates(const DeckElement& element, bool isExtruded, std::vector<double>& coordinates) const
+{
+  const std::span<const int> nodes   = model_.NodesOf(element);
+  const std::size_t          corners = nodes.size() > 4 && isExtruded ? nodes.size() / 2 : nodes.size();
+  bool                       isWhole = true;
+  const auto                 add     = [&](std::size_t first, std::size_t last, double height) {
+    for (std::size_t i = first; i < last && isWhole; ++i) {
+      const DeckNode* node = model_.FindNode(nodes[i]);
+      isWhole              = node != nullptr;
+      if (isWhole) Add(coordinates, node->position, height);
+    }
+  };
+  coordinates.clear();
+  // Corners below and above, then the middles of edges below, above and, at the corners' place, between.
+  add(0, corners, 0.0);
+  if (isExtruded) add(0, corners, 1.0);
+  add(corners, nodes.size(), 0.0);
+  if (isExtruded && corners < nodes.size()) {
+    add(corners, nodes.size(), 1.0);
+    add(0, corners, 0.5);
+  }
+  return isWhole;
+}
+
 void DeckLint::CheckShapes() const
 {
   const DeckElementType* type = nullptr;  // of the elements before: most have that of their neighbours
@@ -332,25 +359,7 @@ void DeckLint::CheckShapes() const
       gradients = GradientsOf(solid.name);
     }
     if (gradients.numNodes == 0) continue;
-    coordinates.clear();
-    const std::span<const int> nodes   = model_.NodesOf(element);
-    const std::size_t          corners = nodes.size() > 4 && solid.isExtruded ? nodes.size() / 2 : nodes.size();
-    bool                       isWhole = true;
-    const auto                 add     = [&](std::size_t first, std::size_t last, double height) {
-      for (std::size_t i = first; i < last && isWhole; ++i) {
-        const DeckNode* node = model_.FindNode(nodes[i]);
-        isWhole              = node != nullptr;
-        if (isWhole) Add(coordinates, node->position, height);
-      }
-    };
-    // Corners below and above, then the middles of edges below, above and, at the corners' place, between.
-    add(0, corners, 0.0);
-    if (solid.isExtruded) add(0, corners, 1.0);
-    add(corners, nodes.size(), 0.0);
-    if (solid.isExtruded && corners < nodes.size()) {
-      add(corners, nodes.size(), 1.0);
-      add(0, corners, 0.5);
-    }
+    const bool isWhole = FindCoordinates(element, solid.isExtruded, coordinates);
     if (!isWhole || coordinates.size() != 3 * gradients.numNodes) continue;
     const std::size_t point = InvertedPoint(gradients, coordinates);
     if (point != 0)

@@ -49,6 +49,7 @@ private:
   void CheckDegree(const DeckField& known, int degree, const DeckLine& line) const;
   void CheckTerms(const DeckForm::Line& term, const DeckLine& line);
   void CheckConstants(const DeckForm::Line& form, const DeckLine& line) const;
+  bool FindCoordinates(const DeckElement& element, bool isExtruded, std::vector<double>& coordinates) const;
   void CheckShapes() const;
 
   const DeckModel& model_;

@@ -175,7 +175,7 @@ TEST_F(Envelopes, GroupsAndLayersHaveTheirOwn)
   const auto all = Calculate("stress");
   ASSERT_EQ(all.size(), 2u);
   EXPECT_EQ(all[0].steps.size(), 3u);
-  EXPECT_EQ(ToSelectionText(all[1].key), "521@it=0,i11=2");
+  EXPECT_EQ(ToSelectionText(all[1].key), "521@it=0,group=2");
   EXPECT_EQ(all[1].steps.size(), 1u);
 }
 

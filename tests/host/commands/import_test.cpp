@@ -306,7 +306,7 @@ TEST_F(ImportCommand, AveragesBesideADeckStopAtBorders)
       nlohmann::json::parse(RunQuilon({"ls", out_, "nodal-stress@lc=1,group=1-2", "--json"}).out);
   ASSERT_EQ(blocks.size(), 2U);
   EXPECT_EQ(blocks.at(0).at("records"), 24);
-  EXPECT_EQ(blocks.at(1).at("i11"), 2);
+  EXPECT_EQ(blocks.at(1).at("group"), 2);
 }
 
 TEST_F(ImportCommand, GroupsBecomeSetsOfTheDeck)

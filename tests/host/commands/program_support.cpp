@@ -20,6 +20,7 @@
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "TempFolder.h"
+#include "TwoBricks.h"
 
 namespace quilon_test {
 
@@ -229,6 +230,8 @@ RunResult RunningQuilon::Wait()
 }
 
 void WriteSmallOnf(const fs::path& folder) { WriteOnf(folder, FillSmall); }
+
+void WriteTwoBricks(const fs::path& folder) { WriteOnf(folder, FillTwoBricks); }
 
 void WriteNamedUserKind(const fs::path& folder, const std::string& name)
 {

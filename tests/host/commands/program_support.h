@@ -69,6 +69,9 @@ private:
 ///   1000 "Wear depth", load case 1, substep 2, analysis 1; node 3
 void WriteSmallOnf(const std::filesystem::path& folder);
 
+/// Writes the model of TwoBricks.h to an ONF folder.
+void WriteTwoBricks(const std::filesystem::path& folder);
+
 /// Adds a record to a block of ONF id 1000 under the given name to a folder.
 void WriteNamedUserKind(const std::filesystem::path& folder, const std::string& name);
 

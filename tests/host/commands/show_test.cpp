@@ -122,7 +122,7 @@ TEST_F(ShowCommand, HeadLimitsTheRecordsOfEachBlock)
 TEST_F(ShowCommand, TableHasALineAboveEachBlock)
 {
   EXPECT_EQ(RunQuilon({"show", onf_, "500,1000", "--table"}).out,
-            "eigenvalue  500@it=0,lc=1,sub=1,i10=502  2 records\n"
+            "eigenvalue  500@it=0,lc=1,sub=1,quantity=502  2 records\n"
             "index  eigenvalue\n"
             "    1           4\n"
             "    2           9\n"
@@ -186,6 +186,79 @@ TEST_F(ShowCommand, HelpHasAnExample)
   const RunResult run = RunQuilon({"show", "--help"});
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_NE(run.out.find("  quilon show bracket.onf stress@lc=2,sub=last --ids 1,5-9\n"), std::string::npos) << run.out;
+}
+
+class ShowModel : public testing::Test
+{
+protected:
+  void SetUp() override { WriteTwoBricks(onf_); }
+
+  TempFolder  folder_;
+  std::string onf_ = (folder_ / "bricks.onf").string();
+};
+
+TEST_F(ShowModel, ComponentsStandInTheirPlace)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress.mises,stress.p3@lc=1,sub=1", "--ids", "2,4", "--csv"}).out,
+            "id,mises,p3\n2,1,0\n4,2,0\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "displacement.y", "--time", "2", "--ids", "3"}).out, "id\ty\n3\t-6\n");
+}
+
+TEST_F(ShowModel, JsonNamesComponentsAndTheTime)
+{
+  EXPECT_EQ(
+      RunQuilon({"show", onf_, "stress.mises", "--time", "last", "--ids", "1", "--json"}).out,
+      "[\n{\"block\":\"521@it=0,an=1,lc=2,sub=1\",\"onf\":521,\"kind\":\"nodal-stress\",\"it\":0,\"an\":1,\"lc\":2,"
+      "\"sub\":1,\"time\":2.0,\"rows\":[\n  {\"id\":1,\"mises\":2.0}]}\n]\n");
+}
+
+TEST_F(ShowModel, SeveralBlocksHaveTheirTime)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "displacement.x@lc=1", "--ids", "1"}).out,
+            "kind\tit\tan\tlc\tsub\ttime\tid\tx\n"
+            "displacement\t0\t1\t1\t1\t0.5\t1\t0.5\n"
+            "displacement\t0\t1\t1\t2\t1\t1\t1\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "displacement.x@lc=2", "--ids", "1", "--table"}).out,
+            "displacement  510@it=0,an=1,lc=2,sub=1  time 2  1 record\nid  x\n 1  2\n");
+}
+
+TEST_F(ShowModel, RegionsAreOfTheModel)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress.xx", "--time", "1", "--material", "ALU", "--box", "1,0,0,2,0,0"}).out,
+            "id\txx\n5\t5\n9\t9\n");
+  const RunResult near = RunQuilon({"show", onf_, "element-stress.tresca", "--time", "1", "--near", "2,0,0"});
+  EXPECT_EQ(near.out, "id\ttresca\n102\t4\n");
+  EXPECT_EQ(near.err, "quilon: note: the node nearest to 2,0,0 is 9 at distance 0\n");
+  const RunResult none = RunQuilon({"show", onf_, "stress", "--box", "7,7,7,8,8,8"});
+  EXPECT_EQ(none.err,
+            "quilon: error: " + onf_ + ": no node is in --box 7,7,7,8,8,8, the mesh is from 0,0,0 to 2,1,1\n");
+  EXPECT_EQ(none.exitCode, 2);
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress", "--box", "1,2"}).err,
+            "quilon: error: --box is '1,2', expected six numbers X0,Y0,Z0,X1,Y1,Z1: two corners\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress", "--near", "1,2,3,4"}).err,
+            "quilon: error: --near is '1,2,3,4', expected three numbers X,Y,Z\n");
+}
+
+TEST_F(ShowModel, TypesAndMaterialsHaveTheirNames)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "element-type"}).out, "id\ttype\tmaterial\n101\tC3D8\tSTEEL\n102\tC3D8\tALU\n");
+}
+
+TEST_F(ShowModel, UnknownComponentsAndTimesAreErrors)
+{
+  const RunResult run = RunQuilon({"show", onf_, "displacement.mises"});
+  EXPECT_EQ(run.err,
+            "quilon: error: kind displacement (510) has no component 'mises', expected one of x, y, z, magnitude\n");
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(RunQuilon({"show", onf_, "displacement", "--time", "0.7"}).err,
+            "quilon: error: " + onf_ + ": no step at time 0.7 within a thousandth of it, the nearest are 0.5 and 1\n");
+}
+
+TEST_F(ShowModel, CommandsOnWholeBlocksRefuseComponents)
+{
+  EXPECT_EQ(RunQuilon({"ls", onf_, "stress.mises"}).err,
+            "quilon: error: selection 'stress.mises' names a component, expected whole kinds: this command works on "
+            "blocks\n");
 }
 
 }  // namespace

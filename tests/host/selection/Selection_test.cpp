@@ -1,11 +1,14 @@
 #include "selection/Selection.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
+#include <bundled/FED_ResultDatabase.h>
 #include <gtest/gtest.h>
 
 #include "kinds/KindTable.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonUtilities/FED_Failure.h"
 
 namespace {
@@ -96,15 +99,116 @@ TEST(Selection, SeveralKindsAreAList)
 
 TEST(Selection, QuantityNameSelectsItsHistories)
 {
-  EXPECT_EQ(Select("time"), "500@it=0,lc=1,sub=1,i10=501 500@it=0,lc=2,sub=1,i10=501");
-  EXPECT_EQ(Select("total-internal-energy"), "500@it=0,lc=1,sub=1,i10=505");
-  EXPECT_EQ(Select("scalar-history@lc=2"), "500@it=0,lc=2,sub=1,i10=501");
-  EXPECT_EQ(Select("scalar-history@quantity=505"), "500@it=0,lc=1,sub=1,i10=505");
+  EXPECT_EQ(Select("time"), "500@it=0,lc=1,sub=1,quantity=501 500@it=0,lc=2,sub=1,quantity=501");
+  EXPECT_EQ(Select("total-internal-energy"), "500@it=0,lc=1,sub=1,quantity=505");
+  EXPECT_EQ(Select("scalar-history@lc=2"), "500@it=0,lc=2,sub=1,quantity=501");
+  EXPECT_EQ(Select("scalar-history@quantity=505"), "500@it=0,lc=1,sub=1,quantity=505");
 }
 
 TEST(Selection, LongKeysMeanTheSame)
 {
   EXPECT_EQ(Select("510@iteration=0,load-case=1,substep=2"), "510@it=0,lc=1,sub=2");
+}
+
+TEST(Selection, ComponentsStandBehindTheDot)
+{
+  EXPECT_EQ(Select("stress.mises@lc=1"), "521@it=0,lc=1,sub=1");
+  const Selection selection("stress.mises, Displacement.X, stress.P1, stress.mises, time", KindTable());
+  EXPECT_TRUE(selection.HasComponents());
+  EXPECT_EQ(selection.ComponentsOf(521), (std::vector<std::string>{"mises", "p1"}));
+  EXPECT_EQ(selection.ComponentsOf(510), std::vector<std::string>{"x"});
+  EXPECT_EQ(selection.ComponentsOf(501), std::vector<std::string>{});
+  EXPECT_FALSE(Selection("stress", KindTable()).HasComponents());
+}
+
+TEST(Selection, AKindThatAlsoStandsAloneHasItsStoredComponents)
+{
+  EXPECT_EQ(Selection("displacement.magnitude,displacement", KindTable()).ComponentsOf(510),
+            (std::vector<std::string>{"magnitude", "x", "y", "z"}));
+  EXPECT_EQ(Selection("582.mises,582", KindTable()).ComponentsOf(582),
+            (std::vector<std::string>{"mises", "xx", "yy", "zz", "xy", "yz", "zx"}));
+}
+
+TEST(Selection, AKindWhoseNameHasADotIsMeantWhole)
+{
+  FED_ResultDatabase database;
+  database.SetUserKindName(static_cast<FED_OnfId>(1100), "wear.x");
+  const Selection selection("wear.x", KindTable(database));
+  EXPECT_FALSE(selection.HasComponents());
+  EXPECT_EQ(Selection("wear.x.y", KindTable(database)).ComponentsOf(1100), std::vector<std::string>{"y"});
+}
+
+TEST(Selection, ComponentThatAKindHasNotIsAnError)
+{
+  EXPECT_EQ(MessageOf("displacement.mises"),
+            "kind displacement (510) has no component 'mises', expected one of x, y, z, magnitude");
+}
+
+/// Averages of groups 1 and 2; materials STEEL and ALU, element sets BODY (1), alu (2) and PIN (3).
+class NamedGroups : public testing::Test
+{
+protected:
+  void SetUp() override
+  {
+    FED_IdMapsPool& pool = database_.GetIdMapsPool();
+    for (const auto& [onf, names] : {std::pair(602, std::vector<const char*>{"STEEL", "ALU"}),
+                                     std::pair(601, std::vector<const char*>{"BODY", "alu", "PIN"})})
+    {
+      FED_IdDataBlock   view(database_.GetOrCreateDataBlock(Mesh(onf), 0), pool, true);
+      FED_IdDataRecord& record = view.CreateIdDataRecord();
+      int               number = 0;
+      for (const char* name : names) {
+        record.GetDataRecord().SetString(1, name);
+        if (onf == 602)
+          for (const std::size_t field : {2u, 3u, 4u}) record.GetDataRecord().SetDouble(field, 1.0);
+        else
+          record.SetIntList(2, std::vector<int>{7});
+        view.SetRecord(++number, record);
+      }
+      view.DeleteIdDataRecord(record);
+    }
+    for (const int group : {1, 2}) {
+      FED_DataDescriptor descriptor = Block(521, 1, 1);
+      descriptor.SetInteger(static_cast<FED_DataDescriptor::ResultIndex>(11), group);
+      const double tensor[6] = {};
+      FED_IdDataBlock(database_.GetOrCreateDataBlock(descriptor, 0), pool, true).SetTensor(1, tensor);
+    }
+  }
+
+  std::string Select(const std::string& text) const
+  {
+    std::string names;
+    try {
+      const Selection selection(text, KindTable(database_));
+      for (const auto& descriptor : selection.Apply(database_.GetDataDescriptors(FED_DataDescriptorPattern())))
+        names += (names.empty() ? "" : " ") + quilon::ToSelectionText(descriptor);
+    } catch (const FED_Failure& failure) {
+      return failure.what();
+    }
+    return names;
+  }
+
+  FED_ResultDatabase database_;
+};
+
+TEST_F(NamedGroups, AreThoseOfTheirMaterialOrSet)
+{
+  EXPECT_EQ(Select("stress@group=STEEL"), "521@it=0,lc=1,sub=1,group=1");
+  EXPECT_EQ(Select("stress@group=steel"), "521@it=0,lc=1,sub=1,group=1");
+  EXPECT_EQ(Select("stress@group=BODY,alu"), "521@it=0,lc=1,sub=1,group=1 521@it=0,lc=1,sub=1,group=2");
+  EXPECT_EQ(Select("stress@i11=2"), "521@it=0,lc=1,sub=1,group=2");
+}
+
+TEST_F(NamedGroups, WhatIsNoGroupIsToldWithWhatThereIs)
+{
+  EXPECT_EQ(Select("stress@group=PIN"), "group 'PIN' is element set 3, and the averages are of groups 1, 2");
+  EXPECT_EQ(Select("stress@group=STEAL"),
+            "unknown group 'STEAL', did you mean 'STEEL'? The averages are of groups 1, 2");
+  EXPECT_EQ(
+      Select("stress@group=banana"),
+      "unknown group 'banana', expected a number or the name of a material or an element set. The averages are of "
+      "groups 1, 2");
+  EXPECT_EQ(MessageOf("stress@group=STEEL"), "group 'STEEL' is a name, expected a number where no database is at hand");
 }
 
 TEST(Selection, ValuesAreListsAndRanges)
@@ -169,7 +273,7 @@ TEST(Selection, StepsAreCountedOverTheWholeDatabase)
 
 TEST(Selection, StepsKeepHistoriesOfTheirLoadCaseAndBlocksOfNoStep)
 {
-  EXPECT_EQ(Select("all", "5"), "500@it=0,lc=2,sub=1,i10=501 510@it=0,lc=2,sub=3 516@it=0");
+  EXPECT_EQ(Select("all", "5"), "500@it=0,lc=2,sub=1,quantity=501 510@it=0,lc=2,sub=3 516@it=0");
 }
 
 TEST(Selection, ItsOwnTextSelectsABlock)
@@ -209,7 +313,7 @@ TEST(Selection, UnknownKeyGetsASuggestion)
 {
   EXPECT_EQ(MessageOf("stress@lcc=1"), "unknown key 'lcc', did you mean 'lc'?");
   EXPECT_EQ(MessageOf("stress@banana=1"),
-            "unknown key 'banana', expected it, an, lc, sub, inc, layer or i2, i7, i8, i10 to i13");
+            "unknown key 'banana', expected it, an, lc, sub, inc, layer, quantity, group or i2, i7, i8, i12, i13");
 }
 
 TEST(Selection, BrokenTextsAreErrors)

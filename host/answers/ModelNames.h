@@ -1,0 +1,34 @@
+#pragma once
+
+/// @file
+/// Names instead of the numbers that a model keeps: element types, materials, orientations.
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "database/RecordRows.h"
+
+class FED_Database;
+
+namespace quilon {
+
+/// The names of a database's materials and orientations.
+class ModelNames
+{
+public:
+  explicit ModelNames(const FED_Database& database);
+
+  /// @return the name of a material, its number where it has none, "none" for 0
+  std::string MaterialOf(int number) const;
+
+  /// Replaces numbers of a row, see RecordRows, by what they stand for: type and material of elements (596), material
+  /// and orientation of sections (603). Other rows stay.
+  void Replace(const FED_DataDescriptor& block, std::vector<Cell>& row) const;
+
+private:
+  std::map<int, std::string> materials_;
+  std::map<int, std::string> orientations_;
+};
+
+}  // namespace quilon

@@ -1,0 +1,103 @@
+#include "kinds/GroupNames.h"
+
+#include <algorithm>
+#include <set>
+
+#include <bundled/FED_BlockSpans.h>
+#include <bundled/OnfKinds.h>
+
+#include "QuilonDbConnector/FED_Database.h"
+#include "text/Case.h"
+#include "text/Failure.h"
+#include "text/Suggestion.h"
+
+namespace quilon {
+
+namespace {
+
+/// What a name stands for: "material 1".
+struct Candidate
+{
+  std::string what;
+  int         number = 0;
+};
+
+std::string NumbersOf(const std::vector<int>& numbers)
+{
+  std::string text;
+  for (const int number : numbers) text += (text.empty() ? "" : ", ") + std::to_string(number);
+  return text;
+}
+
+}  // namespace
+
+std::vector<NamedRecord> ReadNames(const FED_Database& database, int onf)
+{
+  FED_DataDescriptorPattern pattern;
+  pattern.SetEqual(FED_DataDescriptor::OnfId, onf);
+  std::vector<NamedRecord> names;
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(pattern)) {
+    std::vector<NamedRecord> ofBlock;
+    FED_ForEachSpan(database.GetConstDataBlock(descriptor), database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+      for (std::size_t i = 0; i < span.GetCount(); ++i)
+        ofBlock.push_back({span.GetIds().GetData()[i], std::string(span.GetText(1, i))});
+    });
+    std::sort(ofBlock.begin(), ofBlock.end(),
+              [](const NamedRecord& a, const NamedRecord& b) { return a.number < b.number; });
+    for (NamedRecord& record : ofBlock)
+      if (std::none_of(names.begin(), names.end(), [&](const NamedRecord& known) {
+            return known.number == record.number && known.name == record.name;
+          }))
+        names.push_back(std::move(record));
+  }
+  return names;
+}
+
+std::vector<int> ReadGroups(const FED_Database& database)
+{
+  std::set<int> groups;
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
+    if (descriptor.IsSet(OnfIndex::Group)) groups.insert(descriptor.GetInteger(OnfIndex::Group));
+  return {groups.begin(), groups.end()};
+}
+
+int ResolveGroupName(const FED_Database& database, std::string_view name)
+{
+  const std::vector<int> groups = ReadGroups(database);
+  if (groups.empty())
+    Fail("group '" + std::string(name) + "': the database has no averages of groups, expected 'none' or 'all'");
+
+  std::vector<Candidate>   candidates;
+  std::vector<std::string> known;
+  for (const bool isExact : {true, false}) {
+    for (const int onf : {int{OnfKind::Material}, int{OnfKind::ElementSet}}) {
+      for (const NamedRecord& record : ReadNames(database, onf)) {
+        known.push_back(record.name);
+        if (isExact ? record.name != name : LowerCase(record.name) != LowerCase(name)) continue;
+        const char* const what = onf == OnfKind::Material ? "material " : "element set ";
+        candidates.push_back({what + std::to_string(record.number), record.number});
+      }
+    }
+    if (!candidates.empty()) break;
+  }
+  if (candidates.empty()) {
+    const std::string suggestion = DidYouMean(name, known);
+    Fail("unknown group '" + std::string(name) + "'" +
+         (suggestion.empty() ? ", expected a number or the name of a material or an element set." : suggestion) +
+         " The averages are of groups " + NumbersOf(groups));
+  }
+
+  std::string   all;
+  std::set<int> found;
+  for (const Candidate& candidate : candidates) {
+    all += (all.empty() ? "" : " and ") + candidate.what;
+    if (std::binary_search(groups.begin(), groups.end(), candidate.number)) found.insert(candidate.number);
+  }
+  if (found.empty())
+    Fail("group '" + std::string(name) + "' is " + all + ", and the averages are of groups " + NumbersOf(groups));
+  if (found.size() > 1)
+    Fail("group '" + std::string(name) + "' is " + all + ", and there are averages of both numbers, expected a number");
+  return *found.begin();
+}
+
+}  // namespace quilon
