@@ -25,6 +25,11 @@ FORMAT_VERSIONS = (1, 2)
 USER_BLOCK = 512
 HEADER_BYTES = {1: 80, 2: 144}
 COMMIT = 1
+MOST_COMMIT_BYTES = 1 << 20
+
+
+class Damage(Exception):
+    """What is wrong, and where."""
 
 
 def checksum(data):
@@ -66,7 +71,7 @@ class Bytes:
     def take(self, layout):
         size = struct.calcsize("<" + layout)
         if self.at + size > len(self.data):
-            sys.exit(f"{self.name}: ends too early")
+            raise Damage(f"{self.name}: ends too early")
         values = struct.unpack_from("<" + layout, self.data, self.at)
         self.at += size
         return values if len(values) > 1 else values[0]
@@ -88,9 +93,12 @@ class Segment:
         if header is None or header["entry"] != tuple(entry):
             self.fail("its header is damaged, or another than the manifest says")
         self.version = header["version"]
-        self.file = h5py.File(self.path, "r")
         self.sets = []
-        self.file.visititems(self.note)
+        try:
+            self.file = h5py.File(self.path, "r")
+            self.file.visititems(self.note)
+        except OSError as error:
+            self.fail(f"HDF5 cannot read it: {error}")
         self.sets.sort(key=lambda data_set: data_set[0])
         self.offsets = [data_set[0] for data_set in self.sets]
         self.read_index(self.read((index_offset, index_bytes, index_checksum)))
@@ -98,7 +106,7 @@ class Segment:
             self.check_parts(header, (index_offset, index_bytes, index_checksum))
 
     def fail(self, message):
-        sys.exit(f"{self.path}: {message}")
+        raise Damage(f"{self.path}: {message}")
 
     def note(self, name, item):
         if isinstance(item, h5py.Dataset) and item.id.get_storage_size() > 0:
@@ -112,7 +120,10 @@ class Segment:
         at = bisect.bisect_right(self.offsets, offset) - 1
         begin, stored, name, data = self.sets[at]
         if data is None:
-            data = self.file[name][()].tobytes()
+            try:
+                data = self.file[name][()].tobytes()
+            except OSError as error:
+                self.fail(f"HDF5 cannot read it: {error}")
             self.sets[at] = (begin, stored, name, data)
         if at < 0 or len(data) != stored or offset + size > begin + stored:
             self.fail(f"no data set has the {size} bytes from {offset}")
@@ -120,6 +131,12 @@ class Segment:
         if checksum(found) != expected:
             self.fail(f"the checksum of {size} bytes from {offset} in /{name} is wrong")
         return found
+
+    def check_places(self):
+        """Every checksum that the index has."""
+        for place in [place for _, _, place in self.pieces] + [extent["keys"] for extent in self.extents] + \
+                [column["place"] for column in self.columns]:
+            self.read(place)
 
     def check_parts(self, header, index):
         """The copies, HDF5's structure, and what lies between all parts."""
@@ -169,7 +186,7 @@ def read_header(path):
         return None
     version, flags = struct.unpack_from("<II", data, 8)
     if version not in FORMAT_VERSIONS:
-        sys.exit(f"{path}: of format version {version}")
+        raise Damage(f"{path}: of format version {version}")
     used = HEADER_BYTES[version]
     if checksum(data[:used - 8]) != struct.unpack_from("<Q", data, used - 8)[0] or any(data[used:]):
         return None
@@ -191,47 +208,83 @@ def commit_line(link, generation, next_block, entry):
     return line + b"%016x\n" % link, link
 
 
+def take_line(line, link, generation, number):
+    """A commit that was appended to the manifest, and its link; nothing when the line is not whole or no commit."""
+    try:
+        words = line.decode("ascii").split(" ")
+        next_block = int(words[2])
+        entry = (number, number, number) + tuple(int(word) for word in words[4:7]) + (int(words[7], 16),)
+    except (ValueError, IndexError):
+        return None
+    same, next_link = commit_line(link, generation, next_block, entry)
+    return (entry, next_link) if same == line else None
+
+
+def find_commit(folder, number):
+    """The header of the segment if it is a commit by itself and whole, every byte of it; nothing otherwise."""
+    path = os.path.join(folder, f"segment-{number:06d}.h5")
+    if not os.path.exists(path) or os.path.getsize(path) > MOST_COMMIT_BYTES:
+        return None
+    try:
+        header = read_header(path)
+        if header is None or header["commit"] is None or header["entry"][:3] != (number, number, number):
+            return None
+        Segment(folder, header["entry"]).check_places()
+    except Damage:
+        return None
+    return header
+
+
+def has_later_commit(folder, number, generation):
+    """Each commit is on the disk before the next begins: behind one that did not happen there is none."""
+    for name in os.listdir(folder):
+        match = re.fullmatch(r"segment-(\d{6,})\.h5", name)
+        header = find_commit(folder, int(match[1])) if match and int(match[1]) > number else None
+        if header is not None and header["commit"][0] > generation:
+            return True
+    return False
+
+
+def take_segment(folder, link, generation, number):
+    """A commit of which only its segment tells, and its link; nothing when there is none."""
+    header = find_commit(folder, number)
+    if header is not None and (header["commit"][0], header["commit"][2]) == (generation, link):
+        _, next_link = commit_line(link, generation, header["commit"][1], header["entry"])
+        return header["entry"], next_link
+    if os.path.exists(os.path.join(folder, f"segment-{number:06d}.h5")) and has_later_commit(folder, number, generation):
+        raise Damage(f"{folder}: the commit of segment {number} is damaged, as those behind it tell")
+    return None
+
+
 def read_manifest(folder):
     path = os.path.join(folder, "manifest")
     with open(path, "rb") as file:
         text = file.read()
     version = re.match(rb"quilon-database (\d+)\n", text)
     if not version or int(version[1]) not in FORMAT_VERSIONS:
-        sys.exit(f"{path}: of none of the format versions {FORMAT_VERSIONS}")
-    body, label, rest = text.partition(b"\nchecksum ")
+        raise Damage(f"{path}: of none of the format versions {FORMAT_VERSIONS}")
+    body, _, rest = text.partition(b"\nchecksum ")
     link = checksum(body + b"\n")
     if rest[:17] != b"%016x\n" % link:
-        sys.exit(f"{path}: its checksum is wrong")
+        raise Damage(f"{path}: its checksum is wrong")
     words = [line.split(" ") for line in body.decode().split("\n")]
     said = {line[0]: int(line[1]) for line in words}
     entries = [tuple(int(word) for word in line[1:7]) + (int(line[7], 16),) for line in words if line[0] == "segment"]
-    generation, number, rest = said["generation"], said["next-segment"], rest[17:]
     if int(version[1]) == 1:
         return entries
+    generation, number = said["generation"], said["next-segment"]
+    lines = rest[17:].splitlines(keepends=True)
     while True:
         generation += 1
-        line, _, rest = rest.partition(b"\n")
-        numbers = line.split(b" ")
-        if len(numbers) == 9:  # a commit that was appended
-            next_block = int(numbers[2])
-            entry = (number, number, number) + tuple(int(word) for word in numbers[4:7]) + (int(numbers[7], 16),)
-            same, next_link = commit_line(link, generation, next_block, entry)
-            if same != line + b"\n":
-                sys.exit(f"{path}: the commit {line.decode()} does not follow those before")
-        else:  # perhaps one of which only the segment tells
-            rest = b""
-            segment = os.path.join(folder, f"segment-{number:06d}.h5")
-            header = read_header(segment) if os.path.exists(segment) else None
-            if header is None or header["commit"] is None:
-                return entries
-            said_generation, next_block, previous = header["commit"]
-            entry = header["entry"]
-            if (said_generation, previous, entry[0]) != (generation, link, number):
-                return entries
-            _, next_link = commit_line(link, generation, next_block, entry)
-        link = next_link
-        number += 1
+        taken = take_line(lines.pop(0), link, generation, number) if lines else None
+        if taken is None:
+            lines = []
+            taken = take_segment(folder, link, generation, number)
+        if taken is None:
+            return entries
+        entry, link = taken
         entries.append(entry)
+        number += 1
 
 
 def plain_double(data):
@@ -347,4 +400,8 @@ if __name__ == "__main__":
         print(__doc__.strip())
         sys.exit(0 if sys.argv[1:] in (["-h"], ["--help"]) else 2)
     beside = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs", "onf-catalogue.md")
-    print("\n".join(read_database(sys.argv[1], Catalogue(sys.argv[2] if len(sys.argv) == 3 else beside))))
+    try:
+        lines = read_database(sys.argv[1], Catalogue(sys.argv[2] if len(sys.argv) == 3 else beside))
+    except Damage as damage:
+        sys.exit(str(damage))
+    print("\n".join(lines))
