@@ -65,7 +65,9 @@ public:
   }
   Buffer(const Buffer&)            = delete;
   Buffer& operator=(const Buffer&) = delete;
-  ~Buffer() override { files_.Close(handle_); }
+  ~Buffer() override { static_cast<void>(Close()); }
+
+  std::error_code Close() noexcept { return files_.Close(std::exchange(handle_, FED_FileLayer::kNoHandle)); }
 
 protected:
   int_type overflow(int_type c) override
@@ -144,6 +146,9 @@ void OutputFile::Finish()
   const bool isClosed = inPlace_ == nullptr || inPlace_->close() != nullptr;
   out_.rdbuf(nullptr);
   if (!isClosed) Check();
+  // Network file systems tell only now that bytes were lost.
+  const std::error_code error = buffer_ == nullptr ? std::error_code() : buffer_->Close();
+  if (error) Fail(path_.string() + ": cannot close: " + error.message());
   buffer_.reset();
   isFinished_ = true;
 }

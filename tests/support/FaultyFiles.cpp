@@ -47,15 +47,19 @@ std::error_code FaultyFiles::Open(const fs::path& path, Mode mode, Handle& handl
   if (!isNew) return Look(really);
   return Do(really, [&] {
     static_cast<void>(really());
-    Close(handle);
+    paths_.erase(handle);
+    static_cast<void>(FED_FileLayer::Close(handle));
     handle = kNoHandle;
   });
 }
 
-void FaultyFiles::Close(Handle handle) noexcept
+std::error_code FaultyFiles::Close(Handle handle) noexcept
 {
-  paths_.erase(handle);
-  FED_FileLayer::Close(handle);
+  const auto path         = paths_.extract(handle);
+  const bool hasUnflushed = !path.empty() && unflushed_.count(path.mapped()) != 0;
+  const auto error        = FED_FileLayer::Close(handle);
+  if (!hasUnflushed) return error;
+  return Look([&] { return error; });
 }
 
 std::error_code FaultyFiles::GetSize(Handle handle, std::uint64_t& size)

@@ -50,7 +50,8 @@ public:
   void Bury();
 
   std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override;
-  void            Close(Handle handle) noexcept override;
+  /// Only the closing of a file with bytes that were not flushed can fail.
+  std::error_code Close(Handle handle) noexcept override;
   std::error_code GetSize(Handle handle, std::uint64_t& size) override;
   std::error_code ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,
                          std::size_t& done) override;

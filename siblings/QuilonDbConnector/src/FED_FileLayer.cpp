@@ -159,9 +159,9 @@ std::error_code FED_FileLayer::Open(const std::filesystem::path& path, Mode mode
   return {};
 }
 
-void FED_FileLayer::Close(Handle handle) noexcept
+std::error_code FED_FileLayer::Close(Handle handle) noexcept
 {
-  if (handle != kNoHandle) ::close(handle);
+  return handle != kNoHandle && ::close(handle) != 0 ? LastError() : std::error_code();
 }
 
 std::error_code FED_FileLayer::GetSize(Handle handle, std::uint64_t& size)

@@ -73,14 +73,14 @@ StoreFile::StoreFile(StoreFile&& other) noexcept
 StoreFile& StoreFile::operator=(StoreFile&& other) noexcept
 {
   if (this == &other) return *this;
-  Close();
+  static_cast<void>(Release());
   files_  = other.files_;
   path_   = std::move(other.path_);
   handle_ = std::exchange(other.handle_, FED_FileLayer::kNoHandle);
   return *this;
 }
 
-StoreFile::~StoreFile() { Close(); }
+StoreFile::~StoreFile() { static_cast<void>(Release()); }
 
 std::uint64_t StoreFile::GetSize() const
 {
@@ -112,9 +112,12 @@ void StoreFile::WriteAt(std::uint64_t offset, const void* bytes, std::size_t cou
 
 void StoreFile::Flush() { RequireSuccess(files_->Flush(handle_), path_, "flush"); }
 
-void StoreFile::Close() noexcept
+void StoreFile::Close() { RequireSuccess(Release(), path_, "close"); }
+
+std::error_code StoreFile::Release() noexcept
 {
-  if (handle_ != FED_FileLayer::kNoHandle) files_->Close(std::exchange(handle_, FED_FileLayer::kNoHandle));
+  if (handle_ == FED_FileLayer::kNoHandle) return {};
+  return files_->Close(std::exchange(handle_, FED_FileLayer::kNoHandle));
 }
 
 std::string FormatChecksumOf(const StoreFile& file, const std::function<void(std::uint64_t)>& onBytes)

@@ -186,6 +186,17 @@ TEST(FileLayer, LockKeepsOthersOffUntilItIsClosed)
   files.Close(second);
 }
 
+TEST(FileLayer, ClosingTellsWhatTheSystemTells)
+{
+  const TempFolder      folder;
+  FED_FileLayer         files;
+  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
+  EXPECT_FALSE(files.Close(handle));
+  ASSERT_FALSE(files.Open(folder / "a", FED_FileLayer::Create, handle));
+  EXPECT_FALSE(files.Close(handle));
+  EXPECT_EQ(files.Close(handle), std::errc::bad_file_descriptor);
+}
+
 TEST(FileLayer, StatusTellsWhatIsThere)
 {
   const TempFolder folder;

@@ -268,6 +268,27 @@ TEST(TextFolderFaults, AMirrorIsMadeWhollyOrNotAtAll)
             " 1=10 3=30");
 }
 
+// Where files lie beyond a network, a full disk shows when one is closed.
+TEST(TextFolderFaults, BytesThatAreLostInClosingAreTold)
+{
+  class LossyFiles : public UnflushedFiles
+  {
+  public:
+    std::error_code Close(Handle handle) noexcept override
+    {
+      const std::error_code error = UnflushedFiles::Close(handle);
+      return error ? error : std::make_error_code(std::errc::no_space_on_device);
+    }
+  };
+  const quilon_test::TempFolder test;
+  Publish(test / "onf", {MakeBlock(1, 1)}, {});
+  const auto before = ReadAllFiles(test / "onf");
+  LossyFiles files;
+  EXPECT_EQ(MessageOf([&] { TextFolderWriter(test / "onf", files).Publish({MakeBlock(1, 10)}, {}); }),
+            (test / "onf" / "temperature_it0_lc1.onf.new").string() + ": cannot close: No space left on device");
+  EXPECT_EQ(ReadAllFiles(test / "onf"), before);
+}
+
 TEST(TextFolderFaults, AReaderWhoseCallFailsSeesNoOtherState)
 {
   const quilon_test::TempFolder test;

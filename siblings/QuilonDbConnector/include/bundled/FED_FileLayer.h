@@ -62,7 +62,9 @@ public:
 
   /// @param handle receives the open file, to be closed by the caller; kNoHandle after an error
   [[nodiscard]] virtual std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle);
-  virtual void                          Close(Handle handle) noexcept;
+  /// The handle is gone whatever this answers.
+  /// @return an error when bytes that were written may be lost: file systems over a network find that out only now
+  virtual std::error_code               Close(Handle handle) noexcept;
   [[nodiscard]] virtual std::error_code GetSize(Handle handle, std::uint64_t& size);
   [[nodiscard]] virtual std::error_code GetStatus(Handle handle, FED_FileStatus& status);
   /// Follows links. That nothing is there is no error: the kind says it.

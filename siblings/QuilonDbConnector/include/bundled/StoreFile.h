@@ -58,9 +58,13 @@ public:
   void ReadAt(std::uint64_t offset, void* bytes, std::size_t count) const;
   void WriteAt(std::uint64_t offset, const void* bytes, std::size_t count);
   void Flush();
-  void Close() noexcept;
+  /// The file is closed whatever happens. What was flushed, or only read, may be left to the destructor.
+  /// @throws FED_Failure when bytes that were written may be lost
+  void Close();
 
 private:
+  std::error_code Release() noexcept;
+
   FED_FileLayer*        files_ = nullptr;
   std::filesystem::path path_;
   FED_FileLayer::Handle handle_ = FED_FileLayer::kNoHandle;
