@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "answers/StepTimes.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "export/Export.h"
@@ -27,6 +28,7 @@ struct Options
   std::string              output;
   std::vector<std::string> components;
   ExportGroupForm          groups = ExportGroupForm::Arrays;
+  bool                     link   = false;
   bool                     json   = false;
 };
 
@@ -62,14 +64,21 @@ void PrintAsJson(Output& output, const ExportReport& report)
 void Run(const Options& options, CommandContext& context)
 {
   CheckExportOutput(options.output);
+  if (options.link) CheckLink(options.database, options.output);
   OpenedDatabase  database(options.database, context.console);
   const KindTable kinds(database.Get());
   ExportRequest   request;
-  request.name              = options.database;
-  request.output            = options.output;
-  request.groups            = options.groups;
+  request.name   = options.database;
+  request.output = options.output;
+  request.groups = options.groups;
+  if (options.link) request.linkedFolder = options.database;
   request.components.forAll = options.components;
-  request.blocks            = database.RequireBlocks(options.selection.Parse(kinds), options.selection.ToString());
+  const Selection selection = options.selection.Parse(kinds);
+  request.blocks = options.selection.Choose(database.Get(), selection, StepTimes(database.Get()), options.database);
+  for (const FED_DataDescriptor& block : request.blocks) {
+    const int onf                  = block.GetInteger(FED_DataDescriptor::OnfId);
+    request.components.ofKind[onf] = selection.ComponentsOf(onf);
+  }
 
   const ExportReport report = Export(database.Get(), request, context.console);
   // Without a selection all is exported that can be.
@@ -91,12 +100,14 @@ CommandFunction DefineExport(CLI::App& app)
   app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
       ->required();
   app.add_option("SELECTION", options->selection.text,
-                 "Which blocks: KIND,...@KEY=VALUES,... (default: all that have values of nodes or elements)");
+                 "Which blocks and components: KIND.COMPONENT,...@KEY=VALUES,... (default: all that have values of "
+                 "nodes or elements)");
   app.add_option("-o,--output", options->output,
                  "File to write: .vtkhdf (all steps in one), .pvd (and a .vtu a step), .vtu (one step) or .csv")
       ->required()
       ->type_name("FILE");
   AddStepsOption(app, options->selection);
+  AddTimeOption(app, options->selection);
   app.add_option("--component", options->components,
                  "Components and invariants, each an array of its own: mises,p1 (default: vectors and tensors)")
       ->type_name("NAME,...")
@@ -106,6 +117,8 @@ CommandFunction DefineExport(CLI::App& app)
       ->type_name("arrays|points")
       ->transform(CLI::CheckedTransformer(std::map<std::string, ExportGroupForm>{{"arrays", ExportGroupForm::Arrays},
                                                                                  {"points", ExportGroupForm::Points}}));
+  app.add_flag("--link", options->link,
+               "Point at the values in a working database, in place of writing them (.vtkhdf)");
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Arrays are called as their kind, a component behind it: nodal-stress, nodal-stress-mises. Points and cells "
@@ -114,7 +127,7 @@ CommandFunction DefineExport(CLI::App& app)
       "\n"
       "Examples:\n"
       "  quilon export job.fed -o job.vtkhdf\n"
-      "  quilon export job.fed displacement,stress --component mises,magnitude -o job.pvd\n"
+      "  quilon export job.fed displacement,stress.mises,stress.p1 -o job.pvd\n"
       "  quilon export job.fed stress@lc=last,sub=last --component mises,p1 -o worst.csv");
   return [options](CommandContext& context) { Run(*options, context); };
 }

@@ -8,9 +8,11 @@
 #include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 
+#include "database/DatabaseFolder.h"
 #include "export/CsvExport.h"
 #include "export/ExportGroups.h"
 #include "export/GridSource.h"
+#include "export/LinkedRows.h"
 #include "export/VtkHdfExport.h"
 #include "export/VtuExport.h"
 #include "kinds/KindTable.h"
@@ -36,7 +38,7 @@ enum class Format
 Format FormatOf(const std::filesystem::path& output)
 {
   const std::string extension = LowerExtension(output);
-  if (extension == ".vtkhdf") return Format::VtkHdf;
+  if (extension == ".vtkhdf" || extension == ".hdf") return Format::VtkHdf;
   if (extension == ".vtu") return Format::Vtu;
   if (extension == ".pvd") return Format::Pvd;
   if (extension == ".csv") return Format::Csv;
@@ -74,6 +76,14 @@ void NoteTimes(Listener& listener, const ExportPlan& plan)
     listener.Note("the times of the steps do not ascend, which other tools expect: select one analysis or load case");
 }
 
+void NoteLinks(Listener& listener, const ExportRequest& request, const LinkedRows& links)
+{
+  std::string files;
+  for (const std::string& file : links.GetFiles()) files += (files.empty() ? "" : ", ") + file;
+  listener.Note(request.output.string() + " shows values of " + request.linkedFolder.string() + " (" + files +
+                "): they read as nan when these files are gone, as after a merge, prune or compact");
+}
+
 /// Writes one step a file, then their list.
 void WritePvd(GridSource& source, const std::filesystem::path& output, ExportReport& report, Listener& listener)
 {
@@ -105,6 +115,12 @@ void CheckExportOutput(const std::filesystem::path& output)
 {
   static_cast<void>(FormatOf(output));
   CheckOutputFile(output);
+}
+
+void CheckLink(const std::filesystem::path& database, const std::filesystem::path& output)
+{
+  if (FormatOf(output) != Format::VtkHdf) Fail(output.string() + ": expected a .vtkhdf for --link");
+  if (!IsWorkingDatabase(database)) Fail(database.string() + ": expected a working database (.fed) for --link");
 }
 
 ExportReport Export(const FED_Database& database, const ExportRequest& request, Listener& listener)
@@ -150,10 +166,15 @@ ExportReport Export(const FED_Database& database, const ExportRequest& request, 
     WritePvd(source, request.output, report, listener);
   } else {
     OutputFile file(request.output);
-    if (format == Format::Vtu)
+    if (format == Format::Vtu) {
       WriteVtu(source, 0, file.Stream());
-    else
+    } else if (request.linkedFolder.empty()) {
       WriteVtkHdf(source, file.PathToWrite(), request.output.string(), listener);
+    } else {
+      LinkedRows links(database, mesh, plan, request.linkedFolder, request.output);
+      WriteVtkHdf(source, file.PathToWrite(), request.output.string(), listener, &links);
+      NoteLinks(listener, request, links);
+    }
     file.Publish();
   }
   NoteIds(listener, source.NodesWithout(), "node");

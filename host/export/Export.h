@@ -23,8 +23,11 @@ struct ExportRequest
   std::vector<FED_DataDescriptor> blocks;  ///< what is exported; kinds without values of nodes or elements stay behind
   ExportComponents                components;
   ExportGroupForm                 groups = ExportGroupForm::Arrays;
-  /// Its extension tells the format: .vtkhdf, .vtu, .pvd or .csv. Beside NAME.pvd stand NAME-1.vtu, NAME-2.vtu, ...
+  /// Its extension tells the format: .vtkhdf (or .hdf), .vtu, .pvd or .csv. Beside NAME.pvd stand NAME-1.vtu, NAME-2.vtu, ...
   std::filesystem::path output;
+  /// A working database on disk, opened as the database: the file points at its values in place of having them, which
+  /// a .vtkhdf alone can. Empty: they are written.
+  std::filesystem::path linkedFolder = {};
 };
 
 struct ExportReport
@@ -41,6 +44,9 @@ struct ExportReport
 /// Refuses, before any work, what Export() would refuse of an output at its end.
 /// @throws FED_Failure for an unknown extension, a folder, and a place in a working database
 void CheckExportOutput(const std::filesystem::path& output);
+
+/// @throws FED_Failure for a database that is no working database on disk, and an output that is no .vtkhdf
+void CheckLink(const std::filesystem::path& database, const std::filesystem::path& output);
 
 /// Writes results and their mesh into files. They take their places when all of them are whole; what fails leaves
 /// everything as it was. Equal databases give equal bytes.

@@ -64,8 +64,8 @@ std::vector<Component> ComponentsOf(const ExportComponents& components, int onf)
     const auto isSame = [&](const Component& other) { return other.GetName() == component.GetName(); };
     if (std::none_of(chosen.begin(), chosen.end(), isSame)) chosen.push_back(std::move(component));
   };
-  for (const auto& [kind, names] : components.ofKind)
-    if (kind == onf) std::for_each(names.begin(), names.end(), add);
+  if (const auto names = components.ofKind.find(onf); names != components.ofKind.end())
+    std::for_each(names->second.begin(), names->second.end(), add);
   for (const std::string& name : components.forAll)
     if (HasComponent(name, onf)) add(name);
   return chosen;
@@ -74,9 +74,11 @@ std::vector<Component> ComponentsOf(const ExportComponents& components, int onf)
 /// @throws FED_Failure for a component that none of the kinds has
 void CheckComponents(const ExportComponents& components, const std::set<int>& kinds)
 {
-  for (const std::string& name : components.forAll)
+  for (const std::string& name : components.forAll) {
+    if (kinds.empty()) Fail("component '" + name + "': expected a kind that has it");
     if (std::none_of(kinds.begin(), kinds.end(), [&](int onf) { return HasComponent(name, onf); }))
       static_cast<void>(Component(name, *kinds.begin()));  // says what the first of them has
+  }
 }
 
 /// @param key of WithoutStep()

@@ -4,9 +4,9 @@
 /// What of a database goes into a file for other tools: arrays and steps.
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "kinds/Component.h"
@@ -57,8 +57,8 @@ struct ExportPlan
 /// Components that stand in place of the values that are stored.
 struct ExportComponents
 {
-  std::vector<std::string>                              forAll;  ///< for every kind that has them
-  std::vector<std::pair<int, std::vector<std::string>>> ofKind;  ///< by kind, beside those for all
+  std::vector<std::string>                forAll;  ///< for every kind that has them
+  std::map<int, std::vector<std::string>> ofKind;  ///< by kind, beside those for all
 };
 
 /// How averages over groups of elements are exported.

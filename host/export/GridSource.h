@@ -64,6 +64,11 @@ public:
 
   /// Ids, materials and sets first.
   const std::vector<Array>& Arrays() const noexcept { return arrays_; }
+  /// @return the plan's array; null for ids, materials and sets
+  const ExportArray* FieldOf(std::size_t array) const noexcept
+  {
+    return array < numOwn_ + sets_.size() ? nullptr : &plan_.arrays[array - numOwn_ - sets_.size()];
+  }
   /// @return whether a step has any values for the array
   bool HasValues(std::size_t array, std::size_t step) const;
   /// @return values of the array's type, shape [points or cells, components], valid until the next call; nan where

@@ -213,6 +213,38 @@ Hdf5File::~Hdf5File()
   if (file_ >= 0) H5Fclose(file_);
 }
 
+std::vector<Hdf5File::PlacedDataset> Hdf5File::ListDatasets(const std::filesystem::path& path)
+{
+  H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+  const auto require = [&path](auto result) {
+    if (result < 0) Fail(path.string() + ": expected an HDF5 file");
+    return result;
+  };
+  const Handle               file(require(H5Fopen(path.c_str(), H5F_ACC_RDONLY, H5P_DEFAULT)), H5Fclose);
+  std::vector<PlacedDataset> datasets;
+  const H5L_iterate_t        visit = [](hid_t root, const char* name, const H5L_info_t*, void* list) -> herr_t {
+    H5O_info_t info;
+    if (H5Oget_info_by_name2(root, name, &info, H5O_INFO_BASIC, H5P_DEFAULT) < 0) return -1;
+    if (info.type != H5O_TYPE_DATASET) return 0;
+    const Handle  dataset(H5Dopen2(root, name, H5P_DEFAULT), H5Dclose);
+    const Handle  type(H5Dget_type(dataset), H5Tclose);
+    const Handle  space(H5Dget_space(dataset), H5Sclose);
+    const haddr_t offset = H5Dget_offset(dataset);
+    if (offset == HADDR_UNDEF || H5Tequal(type, H5T_IEEE_F64LE) <= 0) return 0;
+    const int numDimensions = H5Sget_simple_extent_ndims(space);
+    if (numDimensions < 1 || numDimensions > 2) return 0;
+    hsize_t sizes[2] = {0, 0};
+    if (H5Sget_simple_extent_dims(space, sizes, nullptr) < 0) return -1;
+    static_cast<std::vector<PlacedDataset>*>(list)->push_back(
+               {offset, '/' + std::string(name), sizes[0], static_cast<std::size_t>(sizes[1])});
+    return 0;
+  };
+  require(H5Lvisit(file, H5_INDEX_NAME, H5_ITER_INC, visit, &datasets));
+  std::sort(datasets.begin(), datasets.end(),
+            [](const PlacedDataset& a, const PlacedDataset& b) { return a.offset < b.offset; });
+  return datasets;
+}
+
 void Hdf5File::CreateDataset(const std::string& path, Hdf5Type type, const std::vector<std::uint64_t>& shape)
 {
   const std::vector<hsize_t> sizes = ToSizes(shape);

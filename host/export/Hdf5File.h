@@ -45,6 +45,18 @@ public:
     std::size_t   firstColumn      = 0;
   };
 
+  /// A data set of doubles in a file: where its values begin, in bytes.
+  struct PlacedDataset
+  {
+    std::uint64_t offset = 0;
+    std::string   path;
+    std::uint64_t numRows    = 0;
+    std::size_t   numColumns = 0;  ///< 0: it has one dimension
+  };
+
+  /// @return the data sets of doubles that have values, by offset
+  static std::vector<PlacedDataset> ListDatasets(const std::filesystem::path& path);
+
   /// @param path  of a file that is there and empty
   /// @param name  of the file for messages
   /// @param files what all bytes pass through; null: the operating system's files. Borrowed.

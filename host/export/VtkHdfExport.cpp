@@ -6,6 +6,7 @@
 
 #include "export/GridSource.h"
 #include "export/Hdf5File.h"
+#include "export/LinkedRows.h"
 #include "progress/Listener.h"
 
 namespace quilon {
@@ -30,8 +31,8 @@ Hdf5Type TypeOf(GridSource::Type type)
 class VtkHdfWriter
 {
 public:
-  VtkHdfWriter(GridSource& source, const std::filesystem::path& path, const std::string& name)
-      : source_(source), file_(path, name)
+  VtkHdfWriter(GridSource& source, LinkedRows* links, const std::filesystem::path& path, const std::string& name)
+      : source_(source), links_(links), file_(path, name)
   {}
 
   void Run(Listener& listener)
@@ -104,9 +105,26 @@ private:
       }
       std::vector<std::uint64_t> shape = {place.rows * numStored};
       if (array.components.size() > 1) shape.push_back(array.components.size());
-      file_.CreateDataset(place.path, TypeOf(array.type), shape);
+      if (IsLinked(i))
+        Link(i, place, shape);
+      else
+        file_.CreateDataset(place.path, TypeOf(array.type), shape);
       places_.push_back(std::move(place));
     }
+  }
+
+  bool IsLinked(std::size_t array) const { return links_ != nullptr && source_.FieldOf(array) != nullptr; }
+
+  /// Steps without values are those of no source, and read as nan.
+  void Link(std::size_t array, const Place& place, const std::vector<std::uint64_t>& shape)
+  {
+    const ExportArray&                 field = *source_.FieldOf(array);
+    std::vector<Hdf5File::VirtualPart> parts;
+    for (std::size_t step = 0; step < field.sources.size(); ++step) {
+      const auto ofStep = links_->Find(field, step, static_cast<std::uint64_t>(place.offsets[step]));
+      parts.insert(parts.end(), ofStep.begin(), ofStep.end());
+    }
+    file_.CreateVirtualDataset(place.path, shape, parts);
   }
 
   void WriteStep(std::size_t step)
@@ -114,7 +132,7 @@ private:
     for (std::size_t i = 0; i < places_.size(); ++i) {
       Place&     place = places_[i];
       const bool isGap = !source_.HasValues(i, step);
-      if (isGap && !place.hasGap) continue;
+      if (IsLinked(i) || (isGap && !place.hasGap)) continue;
       if (source_.Arrays()[i].isStatic && step > 0) continue;
       if (isGap) place.hasGap = false;  // written once
       file_.WriteRows(place.path, static_cast<std::uint64_t>(place.offsets[step]), source_.Read(i, step));
@@ -138,15 +156,17 @@ private:
   }
 
   GridSource&        source_;
+  LinkedRows*        links_;
   Hdf5File           file_;
   std::vector<Place> places_;  // by position of the array
 };
 
 }  // namespace
 
-void WriteVtkHdf(GridSource& source, const std::filesystem::path& path, const std::string& name, Listener& listener)
+void WriteVtkHdf(GridSource& source, const std::filesystem::path& path, const std::string& name, Listener& listener,
+                 LinkedRows* links)
 {
-  VtkHdfWriter(source, path, name).Run(listener);
+  VtkHdfWriter(source, links, path, name).Run(listener);
 }
 
 }  // namespace quilon

@@ -228,6 +228,12 @@ void SegmentStore::Read(const StoredExtent& extent, std::size_t column, void* ou
             [&] { return DescribeColumn(*state_.FindBlock(rows.block), rows, column); });
 }
 
+SegmentStore::Place SegmentStore::GetPlace(const StoredExtent& extent, std::size_t column) const
+{
+  const Segment& from = FindSegment(extent);
+  return {from.GetPath(), from.GetIndex().columns[FindExtent(extent).firstColumn + column].bytes.offset};
+}
+
 void SegmentStore::ReadKeys(const StoredExtent& extent, std::uint32_t* keys) const
 {
   const IndexExtent& rows = FindExtent(extent);

@@ -67,8 +67,15 @@ public:
   void                      Read(const StoredExtent& extent, std::size_t column, void* out) const override;
   void                      ReadKeys(const StoredExtent& extent, std::uint32_t* keys) const override;
   ColumnStatistics          GetStatistics(const StoredExtent& extent, std::size_t column) const override;
-  std::size_t               GetIdCount(int kind) const override;
-  void                      ReadIds(int kind, std::int32_t* ids) const override;
+  /// Where the bytes of a column of an extent lie.
+  struct Place
+  {
+    std::filesystem::path file;
+    std::uint64_t         offset;
+  };
+  Place       GetPlace(const StoredExtent& extent, std::size_t column) const;
+  std::size_t GetIdCount(int kind) const override;
+  void        ReadIds(int kind, std::int32_t* ids) const override;
 
   /// @return all blocks, in no order; a pointer is valid until Write() that deletes the block
   std::vector<const StoredBlock*> GetBlocks() const;

@@ -1,6 +1,11 @@
 #include <string>
+#include <vector>
 
+#include <sys/resource.h>
+
+#include <bundled/FED_ResultDatabase.h>
 #include <gtest/gtest.h>
+#include <QuilonDbConnector/FED_IdDataBlock.h>
 
 #include "program_support.h"
 #include "TempFolder.h"
@@ -77,6 +82,15 @@ TEST_F(ExportCommand, TellsWhatItWrote)
                 "}\n");
 }
 
+TEST_F(ExportCommand, TakesComponentsAndTimesFromTheSelection)
+{
+  const RunResult run =
+      RunQuilon({"export", fed_, "displacement,stress.mises", "--time", "1.5", "-o", Out("job.vtu"), "--json"});
+  EXPECT_NE(run.out.find("\"arrays\": [\n    \"displacement\",\n    \"nodal-stress-mises\",\n"), std::string::npos)
+      << run.out << run.err;
+  EXPECT_NE(run.out.find("\"times\": [\n    1.5\n  ]"), std::string::npos) << run.out;
+}
+
 TEST_F(ExportCommand, NotesSelectedKindsThatCannotBeExported)
 {
   const RunResult named = RunQuilon({"export", fed_, "displacement,582", "--steps", "1", "-o", Out("job.vtu")});
@@ -95,6 +109,22 @@ TEST_F(ExportCommand, RefusesWhatGivesNothing)
   ExpectRefusal({"export", fed_, "displacement", "-o", Out("job.xyz")}, ".vtkhdf, .vtu, .pvd or .csv");
   ExpectRefusal({"export", fed_, "displacement,540", "-o", Out("job.csv")}, "values of nodes or of elements");
   ExpectRefusal({"export", fed_, "displacement", "--groups", "lines", "-o", Out("job.vtkhdf")}, "lines");
+}
+
+TEST_F(ExportCommand, LinksPointAtAWorkingDatabase)
+{
+  const RunResult run = RunQuilon({"export", fed_, "displacement,stress", "--link", "-o", Out("job.vtkhdf")});
+  EXPECT_EQ(run.out, Out("job.vtkhdf") + ": 3 arrays of 3 steps, 63 points, 144 cells\n");
+  EXPECT_NE(run.err.find("quilon: note: " + Out("job.vtkhdf") + " shows values of " + fed_ + " (segment-000001.h5)"),
+            std::string::npos)
+      << run.err;
+  ExpectRefusal({"export", fed_, "stress.mises", "--link", "-o", Out("mises.vtkhdf")},
+                "nodal-stress-mises: a link shows what the database holds, expected stored components");
+  ExpectRefusal({"export", fed_, "stress", "--link", "--groups", "points", "-o", Out("points.vtkhdf")},
+                "nodal-stress-group: a link shows what the database holds, expected --groups arrays");
+  ExpectRefusal({"export", fed_, "stress", "--link", "-o", Out("job.pvd")}, "expected a .vtkhdf for --link");
+  ExpectRefusal({"export", kDeck + ".frd", "displacement", "--link", "-o", Out("other.vtkhdf")},
+                "expected a working database (.fed) for --link");
 }
 
 TEST_F(ExportCommand, RefusesPlacesThatCannotBeWritten)
@@ -118,6 +148,43 @@ TEST_F(ExportCommand, AFullDiskLeavesNothingBehind)
       EXPECT_NE(run.err.find("expected a file that can be written"), std::string::npos) << run.err;
       EXPECT_EQ(Outputs(), before) << name << " " << limit;
     }
+  }
+}
+
+// A reader of a database keeps up to 32 MiB of rows, so that both runs have more than that to read.
+TEST(ExportMemory, DoesNotGrowWithTheSteps)
+{
+  constexpr int     kNodes = 25000;
+  constexpr int     kSteps = 100;
+  const TempFolder  folder;
+  const std::string fed  = (folder / "long.fed").string();
+  const auto        peak = [] {
+    rusage usage = {};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return static_cast<double>(usage.ru_maxrss);
+  };
+  {
+    FED_ResultDatabase  database(fed, FED_ResultDatabase::Create);
+    std::vector<double> values = {1, 2, 3, 4, 5, 6};
+    FED_IdDataBlock     coordinates(
+            database.GetOrCreateDataBlock(FED_DataDescriptor(0, static_cast<FED_OnfId>(516)), kNodes),
+            database.GetIdMapsPool(), true);
+    for (int node = 1; node <= kNodes; ++node) coordinates.SetVector(node, values.data());
+    for (int step = 1; step <= kSteps; ++step) {
+      FED_DataDescriptor key(0, static_cast<FED_OnfId>(521));
+      key.SetInteger(FED_DataDescriptor::LoadCase, 1);
+      key.SetInteger(FED_DataDescriptor::Substep, step);
+      FED_DataBlock& block = database.GetOrCreateDataBlock(key, kNodes);
+      for (std::size_t node = 1; node <= kNodes; ++node) block.SetValuesAt(node, values.data());
+      if (step % 10 == 0) database.Commit();
+    }
+  }
+  for (const std::string name : {"long.vtkhdf", "long.pvd"}) {
+    const std::string output = (folder / name).string();
+    ASSERT_EQ(RunQuilon({"export", fed, "stress", "--steps", "1-30", "-o", output}).exitCode, 0);
+    const double few = peak();
+    ASSERT_EQ(RunQuilon({"export", fed, "stress", "-o", output}).exitCode, 0);
+    EXPECT_LE(peak(), 1.1 * few) << name << ", KiB";
   }
 }
 

@@ -121,6 +121,8 @@ TEST(ExportPlan, RefusesAComponentThatNoKindHas)
   EXPECT_NE(message.find("mises"), std::string::npos) << message;
   EXPECT_NE(message.find("magnitude"), std::string::npos) << message;
   EXPECT_NE(FailureOf([&] { PlanOf(database, {}, {.forAll = {}, .ofKind = {{510, {"xx"}}}}); }), "");
+  EXPECT_EQ(FailureOf([&] { PlanOf(database, {595}, {.forAll = {"mises"}, .ofKind = {}}); }),
+            "component 'mises': expected a kind that has it");
 }
 
 TEST(ExportPlan, LeavesOutWhatIsNoValueOfNodesOrElements)

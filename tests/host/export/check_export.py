@@ -135,9 +135,14 @@ class Expected:
         none = None
         self.points = {r["id"]: [r["x"], r["y"], r["z"]] for r in self.fields["coordinates", none]}
         self.cells = {r["id"]: r["nodes"] for r in self.fields["element-nodes", none]}
-        types = {r["id"]: list(r.values())[1:] for r in self.fields["element-type", none]}
-        self.types = {i: v[0] for i, v in types.items()}
-        self.materials = {i: v[1] for i, v in types.items()}
+        # Shown by name there, by number in text.
+        text = os.path.join(scratch, "types.onf")
+        shutil.rmtree(text, ignore_errors=True)
+        run("to-onf", database, text, "--select", "element-type")
+        with open(os.path.join(text, "element-type_it0.onf"), encoding="utf-8") as file:
+            rows = [list(map(int, line.split())) for line in file.read().partition("records: ")[2].splitlines()[1:]]
+        self.types = {i: code for i, code, _ in rows}
+        self.materials = {i: material for i, _, material in rows}
         self.sets = {}
         for kind, of_cells in (("node-set", False), ("element-set", True)):
             for row in self.fields.get((kind, none), []):
@@ -356,6 +361,8 @@ def check(database, selection):
             expect(not times or grid.time == times[number], f"{what}: time {grid.time}, expected {times}")
             check_mesh(what, grid, expected)
             check_fields(what, grid, expected, step, names)
+    if database.endswith(".fed"):
+        check_link(database, selection, expected, steps, times, names)
     if with_vtk:
         for number, step in enumerate(steps):
             single = f"{name}-single.vtkhdf"
@@ -368,6 +375,31 @@ def check(database, selection):
                 expect(grid.time == (times[number] if "times" in report and times else None), f"{path}: time {grid.time}")
     print(f"{os.path.basename(database)}: {len(steps)} steps, {len(names)} arrays, types "
           f"{sorted(set(expected.types.values()))}")
+
+
+def check_link(database, selection, expected, steps, times, names):
+    """A link shows the same, moves with its database, and shows no number when that has gone."""
+    folder = os.path.join(scratch, "link")
+    shutil.rmtree(folder, ignore_errors=True)
+    os.makedirs(folder)
+    copy = os.path.join(folder, "job.fed")
+    shutil.copytree(database, copy)
+    run("export", copy, selection, "--link", "-o", os.path.join(folder, "job.vtkhdf"))
+    moved = os.path.join(scratch, "moved")
+    shutil.rmtree(moved, ignore_errors=True)
+    os.rename(folder, moved)
+    link = os.path.join(moved, "job.vtkhdf")
+    for number, (grid, step) in enumerate(zip(read_vtkhdf(link), steps)):
+        what = f"link to {database} step {number + 1}"
+        expect(not times or grid.time == times[number], f"{what}: time {grid.time}")
+        check_mesh(what, grid, expected)
+        check_fields(what, grid, expected, step, names)
+    if with_vtk and len(steps) == 1:
+        check_fields(link + " by VTK", read_with_vtk(link), expected, steps[0], names)
+    shutil.rmtree(os.path.join(moved, "job.fed"))
+    for grid in read_vtkhdf(link):
+        for (_, name), values in grid.arrays.items():
+            expect(name not in names or np.all(np.isnan(values)), f"{link}: {name} has numbers of nowhere")
 
 
 def report_file(name, number, count):
