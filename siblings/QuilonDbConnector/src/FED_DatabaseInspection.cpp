@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <limits>
 #include <map>
 #include <memory>
 #include <numeric>
@@ -243,18 +244,37 @@ std::vector<const StoredState::Block*> SortBlocks(const StoredState& state)
   return blocks;
 }
 
+// A row keeps its index for ever: where extents share rows, readers refuse those that have another for one.
+void RequireSameKeys(const StoredState::Block& block, const ExtentRef& extent, const std::vector<std::uint32_t>& keys,
+                     std::vector<std::uint32_t>& ofChunk, std::uint32_t firstRow)
+{
+  const std::size_t begin = extent.Get().firstRow - firstRow;
+  if (ofChunk.size() < begin + keys.size()) ofChunk.resize(begin + keys.size(), KeyTable::kNone);
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    const std::uint32_t former = std::exchange(ofChunk[begin + i], keys[i]);
+    if (former != KeyTable::kNone && former != keys[i])
+      ThrowFileFailure(extent.segment->GetPath(),
+                       DescribeKeys(block, extent.Get()) + ": row " + std::to_string(extent.Get().firstRow + i) +
+                           " has " + std::to_string(keys[i]) + ", an earlier segment tells " + std::to_string(former));
+  }
+}
+
 // Checks a chunk, and that its record indices are new.
 // @return whether all of it can be read
 bool CheckChunk(const StoredState::Block& block, const ExtentList& extents, KeyTable& keys, FED_DatabaseReport& report)
 {
   bool                                    isWhole = true;
   std::vector<std::vector<std::uint32_t>> keysOfExtents(extents.size());
+  std::vector<std::uint32_t>              keysOfChunk;
+  std::uint32_t                           firstRow = std::numeric_limits<std::uint32_t>::max();
+  for (const ExtentRef& extent : extents) firstRow = std::min(firstRow, extent.Get().firstRow);
   for (std::size_t i = 0; i < extents.size(); ++i) {
     ++report.extents;
     const bool isRead = Attempt(report.findings, [&] {
       ExtentBytes bytes(block, extents[i]);
       RequireGreatestKey(block, extents[i], bytes);
       RequireStatistics(block, extents[i], bytes);
+      RequireSameKeys(block, extents[i], bytes.keys, keysOfChunk, firstRow);
       keysOfExtents[i] = std::move(bytes.keys);
     });
     isWhole           = isWhole && isRead;

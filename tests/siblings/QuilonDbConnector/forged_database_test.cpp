@@ -59,14 +59,17 @@ protected:
   }
 
   // Changes what segment and manifest say, or what the segment holds, and makes every checksum right again.
-  void Forge(const std::function<void(Manifest& manifest, SegmentIndex& index, std::string& bytes)>& edit) const
+  // @param number of the segment
+  void Forge(const std::function<void(Manifest& manifest, SegmentIndex& index, std::string& bytes)>& edit,
+             std::size_t                                                                             number = 1) const
   {
+    const auto        segment  = number == 1 ? segment_ : database_ / GetSegmentName(number);
     Manifest          manifest = DecodeManifest(ReadBytes(database_ / "manifest"), "manifest").manifest;
-    SegmentEntry&     entry    = manifest.segments.at(0);
-    std::string       bytes    = ReadBytes(segment_);
+    SegmentEntry&     entry    = manifest.segments.at(number - 1);
+    std::string       bytes    = ReadBytes(segment);
     const char* const at       = bytes.data() + entry.indexOffset;
     SegmentIndex      index =
-        DecodeIndex(reinterpret_cast<const std::uint8_t*>(at), entry.indexBytes, bytes.size(), segment_);
+        DecodeIndex(reinterpret_cast<const std::uint8_t*>(at), entry.indexBytes, bytes.size(), segment);
     edit(manifest, index, bytes);
     const auto fix = [&](StoredBytes& stored) {
       stored.checksum = GetChecksum(bytes.data() + stored.offset, static_cast<std::size_t>(stored.bytes));
@@ -80,13 +83,13 @@ protected:
     entry.indexChecksum = GetChecksum(encoded.data(), encoded.size());
     SegmentHeaderBytes header{};
     std::memcpy(header.data(), bytes.data(), header.size());
-    SegmentHeader decoded = DecodeHeader(header, segment_);
+    SegmentHeader decoded = DecodeHeader(header, segment);
     decoded.entry         = entry;
     header                = EncodeHeader(decoded);
     std::memcpy(bytes.data(), header.data(), header.size());
     std::memcpy(bytes.data() + decoded.copyOffset, encoded.data(), encoded.size());
     std::memcpy(bytes.data() + bytes.size() - kSegmentTailBytes, header.data(), kSegmentTailBytes);
-    WriteBytes(segment_, bytes);
+    WriteBytes(segment, bytes);
     WriteBytes(database_ / "manifest", EncodeManifest(manifest));
   }
 
@@ -171,6 +174,27 @@ TEST_F(ForgedDatabase, IndexThatIsThereTwiceIsFound)
   });
   EXPECT_THAT(Open(), HasSubstr("the store has index 9 twice"));
   EXPECT_EQ(Check(), "block " + Key(514).ToString() + ": record index 9 is there twice");
+}
+
+TEST_F(ForgedDatabase, RowWithAnotherIndexThanEarlierIsRefusedAndFound)
+{
+  {
+    FED_ResultDatabase database(database_, FED_ResultDatabase::ReadWrite);
+    database.GetOrCreateDataBlock(Key(514), 0).SetScalarAt(2, 1.0);
+    database.Commit();
+  }
+  Forge(
+      [](Manifest&, SegmentIndex& index, std::string&) {
+        IndexExtent& extent = index.extents.at(0);
+        ASSERT_EQ(extent.firstRow, 1u);
+        ASSERT_TRUE(extent.keysAreRun);
+        extent.firstKey = 3;
+        extent.maxKey   = 3;
+      },
+      2);
+  EXPECT_THAT(Open(), HasSubstr("the store has the indices 2 and 3 for row 1"));
+  EXPECT_THAT(Check(), testing::StartsWith((database_ / "segment-000002.h5: ").string()));
+  EXPECT_THAT(Check(), testing::EndsWith("row 1 has 3, an earlier segment tells 2"));
 }
 
 TEST_F(ForgedDatabase, WrongRangeOfValuesIsFoundByACheck)
