@@ -43,6 +43,15 @@ private:
   RowChunk&   chunk_;
 };
 
+class HeldChunk final : public FED_HeldChunk
+{
+public:
+  HeldChunk(const ResultDataBlock& block, std::size_t chunk) : pinned_(block, chunk) {}
+
+private:
+  PinnedChunk pinned_;
+};
+
 void Merge(FED_FieldStatistics& statistics, const ColumnStatistics& part)
 {
   statistics.nans += part.nans;
@@ -262,6 +271,12 @@ QuilonContainer::Span<const float> ResultDataBlock::GetFloatChunk(std::size_t fi
   return GetChunk<float>(field, chunk);
 }
 
+std::unique_ptr<FED_HeldChunk> ResultDataBlock::HoldChunk(std::size_t chunk) const
+{
+  RequireChunk(chunk);
+  return std::make_unique<HeldChunk>(*this, chunk);
+}
+
 FED_FieldStatistics ResultDataBlock::GetFieldStatistics(std::size_t field) const
 {
   RequireField(field);
@@ -379,6 +394,12 @@ void ResultDataBlock::RequireField(std::size_t field) const
   const std::size_t count = layout_.format.GetTypes().size();
   if (field < 1 || field > count)
     Fail("record field is " + std::to_string(field) + ", expected 1 to " + std::to_string(count));
+}
+
+void ResultDataBlock::RequireChunk(std::size_t chunk) const
+{
+  if (chunk >= GetChunkCount())
+    Fail("chunk is " + std::to_string(chunk) + ", the block has " + std::to_string(GetChunkCount()));
 }
 
 void ResultDataBlock::RequireFit(const ResultRecord& record) const
@@ -623,8 +644,7 @@ template <typename T>
 QuilonContainer::Span<const T> ResultDataBlock::GetChunk(std::size_t field, std::size_t chunk) const
 {
   RequireField(field);
-  if (chunk >= GetChunkCount())
-    Fail("chunk is " + std::to_string(chunk) + ", the block has " + std::to_string(GetChunkCount()));
+  RequireChunk(chunk);
   const auto* column = std::get_if<ValueColumn<T>>(&ReachChunk(chunk).columns[field - 1]);
   if (column == nullptr)
     Fail("record field " + std::to_string(field) + " is of type " +

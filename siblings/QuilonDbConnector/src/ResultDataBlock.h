@@ -73,6 +73,7 @@ public:
   QuilonContainer::Span<const double> GetDoubleChunk(std::size_t field, std::size_t chunk) const override;
   QuilonContainer::Span<const int>    GetIntegerChunk(std::size_t field, std::size_t chunk) const override;
   QuilonContainer::Span<const float>  GetFloatChunk(std::size_t field, std::size_t chunk) const override;
+  std::unique_ptr<FED_HeldChunk>      HoldChunk(std::size_t chunk) const override;
   FED_FieldStatistics                 GetFieldStatistics(std::size_t field) const override;
 
   /// Adds the records of another block of the same format, in the order of its rows, to an empty one.
@@ -152,6 +153,7 @@ private:
   void              RequireListLengths(const ResultRecord& record) const;
   void              RequireDoubleFormat() const;
   void              RequireField(std::size_t field) const;
+  void              RequireChunk(std::size_t chunk) const;
 
   std::size_t RowsOf(std::size_t chunk) const noexcept;
   RowChunk&   ReachChunk(std::size_t chunk) const;

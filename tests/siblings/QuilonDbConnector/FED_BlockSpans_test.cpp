@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/FED_RecordFormat.h"
 #include "bundled/FED_ResultDatabase.h"
 #include "QuilonDbConnector/FED_DataRecord.h"
@@ -254,6 +255,30 @@ TEST(BlockSpans, LetGoOfTheChunkWhenTheCallThrows)
   EXPECT_THROW(FED_ForEachSpan(block, [](const FED_BlockSpan&) { throw std::runtime_error("enough"); }),
                std::runtime_error);
   EXPECT_EQ(WalkAndCompare(block), Dense(9000));
+}
+
+TEST(HeldChunk, StaysWhereItIsWhateverElseIsReadUntilItIsLetGo)
+{
+  const quilon_test::TempFolder folder;
+  {
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create);
+    for (int block = 0; block < 8; ++block)
+      Fill(*database.CreateDataBlock(Key(590, block), 0, 0, kFormat), Dense(5000));
+    database.Commit();
+  }
+  FED_ResultDatabaseOptions options;
+  options.memoryLimit = 1;
+  FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::ReadOnly, options);
+  const auto&        block = dynamic_cast<const FED_ColumnDataBlock&>(database.GetConstDataBlock(Key(590)));
+  auto               held  = block.HoldChunk(0);
+  const auto         span  = block.GetDoubleChunk(3, 0);
+  const auto         copy  = std::vector<double>(span.GetData(), span.GetData() + span.GetSize());
+  for (int other = 1; other < 8; ++other) WalkAndCompare(database.GetConstDataBlock(Key(590, other)));
+  EXPECT_EQ(block.GetDoubleChunk(3, 0).GetData(), span.GetData());
+  EXPECT_EQ(std::vector<double>(span.GetData(), span.GetData() + span.GetSize()), copy);
+  held.reset();
+  EXPECT_EQ(WalkAndCompare(block), Dense(5000));
+  EXPECT_THROW(block.HoldChunk(2), FED_Failure);
 }
 
 TEST(BlockSpans, FieldsThatAreNotThereOrOfAnotherTypeAreFailures)

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "bundled/FED_RecordFormat.h"
@@ -22,12 +23,26 @@ struct FED_FieldStatistics
   double        greatest = 0.0;
 };
 
+/// A chunk that stays in memory while this lives, whatever else is read. It goes before its database does, and counts
+/// among the calls of the one thread that uses the database.
+class QUILON_DB_CONNECTOR_API FED_HeldChunk
+{
+public:
+  FED_HeldChunk(const FED_HeldChunk&)            = delete;
+  FED_HeldChunk& operator=(const FED_HeldChunk&) = delete;
+  virtual ~FED_HeldChunk();
+
+protected:
+  FED_HeldChunk() = default;
+};
+
 /// What the blocks of FED_ResultDatabase offer beyond the contract: their format, and their values by column, for walks
 /// that need no indices (least and greatest value, checksums). Reach it with a dynamic_cast from FED_DataBlock.
 ///
 /// Rows stand in the order in which indices first got a record. A chunk's rows are final with the first record. Chunk c
 /// of a column holds the rows from c * GetRowsPerChunk() on. Spans are valid until the block is next written, and in a
-/// database on disk until another chunk of any of its blocks is read or written: that one may take the place in memory.
+/// database on disk until another chunk of any of its blocks is read or written: that one may take the place in memory,
+/// unless HoldChunk() keeps it.
 class QUILON_DB_CONNECTOR_API FED_ColumnDataBlock : public FED_DataBlock
 {
 public:
@@ -54,6 +69,11 @@ public:
   virtual QuilonContainer::Span<const int> GetIntegerChunk(std::size_t field, std::size_t chunk) const = 0;
   /// Values of a float field, shape [rows].
   virtual QuilonContainer::Span<const float> GetFloatChunk(std::size_t field, std::size_t chunk) const = 0;
+
+  /// Keeps a chunk where it is: spans of it, which are asked for afterwards, stay valid until the block is next
+  /// written.
+  /// @throws FED_Failure for another chunk, and when it cannot be read
+  virtual std::unique_ptr<FED_HeldChunk> HoldChunk(std::size_t chunk) const = 0;
 
   /// In a database on disk it costs a look at the indices where nothing was written since the last commit.
   /// @param field counts from 1
