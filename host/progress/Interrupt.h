@@ -19,6 +19,18 @@ public:
 /// the size of files no longer kill the program: writing reports them.
 void WatchSignals();
 
+/// For programs that handle signals by themselves, as interpreters do: while it lives, an interrupt signal goes to
+/// whoever handles it and leaves a mark besides, that only this thread sees. One that is ignored, or ends the program,
+/// stays so. Of one thread, the one that handles signals; within another one it has no effect of its own.
+class InterruptWatch
+{
+public:
+  InterruptWatch();
+  InterruptWatch(const InterruptWatch&)            = delete;
+  InterruptWatch& operator=(const InterruptWatch&) = delete;
+  ~InterruptWatch();
+};
+
 /// @return whether a signal has left its mark
 bool IsInterrupted() noexcept;
 
