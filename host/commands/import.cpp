@@ -15,6 +15,7 @@
 #include "commands/DeckArguments.h"
 #include "commands/NumberOptions.h"
 #include "commands/WaitOption.h"
+#include "database/DatabaseFolder.h"
 #include "import/DatabaseImport.h"
 #include "progress/Interrupt.h"
 #include "quilon_version.h"
@@ -140,23 +141,9 @@ AverageBy ParseAverageBy(const std::string& text)
   return by;
 }
 
-/// A folder of text results may have any name; a new one that looks like a file of another program is a slip.
-void CheckOutputName(const std::string& output)
-{
-  namespace fs                    = std::filesystem;
-  const fs::path        name      = fs::path(output).lexically_normal();
-  const std::string     last      = (name.has_filename() ? name : name.parent_path()).filename().string();
-  const std::string     extension = LowerExtension(name);
-  constexpr const char* kExpected = "expected the name of a working database (.fed) or of an ONF folder (.onf)";
-  if (last == "." || last == "..") Fail(output + ": " + kExpected);
-  const bool isOurs = extension.empty() || extension == ".fed" || extension == ".onf";
-  if (!isOurs && name.has_filename() && !fs::exists(name))
-    Fail(output + ": " + kExpected + ", found the extension " + extension);
-}
-
 void Run(const Options& options, CommandContext& context)
 {
-  CheckOutputName(options.output);
+  RequireDatabaseName(options.output);
   if (options.replace && options.keepOthers)
     Fail("--replace and --keep-others exclude each other, expected one at most");
 

@@ -8,6 +8,7 @@
 
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "text/Case.h"
+#include "text/Failure.h"
 
 namespace quilon {
 
@@ -45,6 +46,18 @@ bool IsWorkingDatabaseFolder(const fs::path& path)
 }
 
 bool IsOnfFolder(const fs::path& path) { return IsFolderWith(path, "index"); }
+
+void RequireDatabaseName(const fs::path& path)
+{
+  const fs::path        name      = path.lexically_normal();
+  const std::string     last      = (name.has_filename() ? name : name.parent_path()).filename().string();
+  const std::string     extension = LowerExtension(name);
+  constexpr const char* kExpected = "expected the name of a working database (.fed) or of an ONF folder (.onf)";
+  if (last == "." || last == "..") Fail(path.string() + ": " + kExpected);
+  const bool isOurs = extension.empty() || extension == ".fed" || extension == ".onf";
+  if (!isOurs && name.has_filename() && StatusOf(name).kind == FED_FileStatus::Nothing)
+    Fail(path.string() + ": " + kExpected + ", found the extension " + extension);
+}
 
 std::unique_ptr<QuilonOnfTxtDatabase> OpenOnf(const fs::path& path)
 {

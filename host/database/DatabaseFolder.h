@@ -29,6 +29,11 @@ bool IsWorkingDatabaseFolder(const std::filesystem::path& path);
 /// @return whether the path is a folder that holds an ONF text database
 bool IsOnfFolder(const std::filesystem::path& path);
 
+/// Looks at the name of a database to be made. A folder of text results may have any name; a new one that looks like a
+/// file of another program is a slip.
+/// @throws FED_Failure for a name with another extension than .fed and .onf where nothing is there yet
+void RequireDatabaseName(const std::filesystem::path& path);
+
 /// Opens an ONF text database to read it.
 std::unique_ptr<QuilonOnfTxtDatabase> OpenOnf(const std::filesystem::path& path);
 
