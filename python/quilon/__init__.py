@@ -1,0 +1,39 @@
+"""Results of finite-element calculations: read, averaged, compared.
+
+    import quilon
+
+    with quilon.open("job.fed") as db:
+        for block in db.blocks("stress@sub=last"):
+            print(block.time, block.component("mises").max())
+
+Arrays are NumPy arrays; ids are the model's own, integers. Values are in the units of the calculation. Everything that
+is wrong with data or arguments raises quilon.Error, which tells file and line where there is one.
+"""
+
+from ._answers import component, principal_axes, principal_values
+from ._database import Block, Database, Mesh, Step, open
+from ._errors import ArgumentError, Error, MissingPackageError
+from ._fields import AverageField, ElementForces
+from ._reports import Deviation, Difference, DiffReport, ImportReport, diff, import_results
+
+__all__ = [
+    "ArgumentError",
+    "AverageField",
+    "Block",
+    "Database",
+    "Deviation",
+    "DiffReport",
+    "Difference",
+    "ElementForces",
+    "Error",
+    "ImportReport",
+    "Mesh",
+    "MissingPackageError",
+    "Step",
+    "component",
+    "diff",
+    "import_results",
+    "open",
+    "principal_axes",
+    "principal_values",
+]
