@@ -6,6 +6,7 @@ usage: scripts/check_layers.py [ROOT]
     src, include  see  include, contract, src (src only)
     a sibling     sees contract, its own folder, include/ of lower siblings
     host          sees include, contract, the siblings' include/, and of host the rooms below (ROOMS)
+    python        sees what host sees, without its commands and its terminal
     contract      sees contract
 
 Inside a sibling no circle of files: a header and its source count as one.
@@ -67,6 +68,9 @@ def allowed_folders(root, layer, sibling):
     if layer == "host" and sibling in ROOMS:
         seen = [root / "host" / room for room in ROOMS[sibling] | {sibling}]
         return seen + [root / "include", contract] + [root / "siblings" / s / "include" for s in SIBLINGS]
+    if layer == "python":
+        rooms = [root / "host" / room for room in ROOMS if room not in ("commands", "terminal")]
+        return rooms + [root / "python" / "src", root / "include", contract] + [root / "siblings" / s / "include" for s in SIBLINGS]
     if layer == "host":
         return [root / "host", root / "include", contract] + [root / "siblings" / s / "include" for s in SIBLINGS]
     raise ValueError(layer)
@@ -85,7 +89,7 @@ def check_file(root, path, layer, sibling):
         name = match.group(2)
         where = f"{path.relative_to(root)}:{number}"
         candidates = [path.parent / name] + [folder / name for folder in folders]
-        if layer == "host":
+        if layer in ("host", "python"):
             candidates.append(root / "host" / name)
         inside = [c.resolve() for c in candidates if c.is_file()]
         if inside:
@@ -132,7 +136,7 @@ def main():
         return 0
     root = Path(sys.argv[1] if len(sys.argv) > 1 else Path(__file__).parent.parent).resolve()
     wrong, files = [], 0
-    for layer in ("contract", "include", "src", "siblings", "host"):
+    for layer in ("contract", "include", "src", "siblings", "host", "python"):
         for path in sorted((root / layer).rglob("*")):
             if path.suffix in SOURCES and path.is_file():
                 sibling = path.relative_to(root / layer).parts[0] if layer in ("siblings", "host") else None
