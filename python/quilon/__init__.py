@@ -14,6 +14,7 @@ from ._answers import component, principal_axes, principal_values
 from ._database import Block, Database, Mesh, Step, open
 from ._errors import ArgumentError, Error, MissingPackageError
 from ._fields import AverageField, ElementForces
+from ._native import version as __version__
 from ._reports import Deviation, Difference, DiffReport, ImportReport, diff, import_results
 
 __all__ = [
@@ -36,4 +37,5 @@ __all__ = [
     "open",
     "principal_axes",
     "principal_values",
+    "__version__",
 ]

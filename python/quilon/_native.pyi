@@ -7,6 +7,8 @@ _Ids = NDArray[np.int32]
 _Values = NDArray[np.float64]
 _Progress = Optional[Callable[[str, int, int], object]]
 
+version: str
+
 class Store:
     def __init__(self, *args: Any, **kwargs: Any) -> None: ...
     @property
@@ -74,6 +76,6 @@ def component(values: _Values, name: str, kind: str, /) -> _Values: ...
 def component_names(kind: str, /) -> list[str]: ...
 def import_results(
     files: Sequence[str], out: str, border: str, sets: Sequence[str], iteration: int, strict: bool,
-    request: Optional[str], groups: str, allow_outside: bool, progress: _Progress, /
+    request: Optional[str], groups: str, allow_outside: bool, former: str, progress: _Progress, /
 ) -> dict[str, Any]: ...
 def diff(a: Store, b: Store, options: dict[str, Any], progress: _Progress, /) -> dict[str, Any]: ...

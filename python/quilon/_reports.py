@@ -28,7 +28,10 @@ class ImportReport:
     """What an import wrote and left out."""
 
     output: str
-    blocks: int
+    blocks: int  #: written
+    unchanged: bool  #: the iteration is of these files already: nothing was read or written
+    replaced: int  #: blocks that were there and have new values
+    removed: int  #: blocks that were there and that these files do not bring
     deviations: tuple[Deviation, ...]
     skipped: tuple[tuple[str, int], ...]  #: reason and number of rows
     notices: tuple[str, ...]
@@ -46,6 +49,7 @@ def import_results(
     groups: PathLike | None = None,
     strict: bool = False,
     allow_outside: bool = False,
+    existing: str | None = None,
 ) -> ImportReport:
     """Takes a solver's results into a working database (.fed) or an ONF folder, as `quilon import` does.
 
@@ -59,7 +63,11 @@ def import_results(
     groups: a groups file whose groups become sets of the deck
     strict: anything that has to be skipped raises Error
     allow_outside: whether the deck may include files outside its folder
+    existing: what becomes of results of the iteration that are there: None replaces those of the same mesh and raises
+        Error for others, "replace" replaces any, "keep" leaves blocks that these files do not bring
     """
+    if existing not in (None, "replace", "keep"):
+        raise ArgumentError(f"existing: found {existing!r}, expected 'replace' or 'keep'")
     names = [files] if isinstance(files, str) or not isinstance(files, abc.Sequence) else list(files)
     paths = [path_text(name, "files") for name in names]
     if deck is not None:
@@ -77,11 +85,14 @@ def import_results(
             raise ArgumentError("average_by: found nothing, expected 'material', 'section' or names of element sets")
     result = _native.import_results(
         paths, output, border, sets, iteration, strict, request,
-        "" if groups is None else path_text(groups, "groups"), allow_outside, progress,
+        "" if groups is None else path_text(groups, "groups"), allow_outside, existing or "", progress,
     )  # fmt: skip
     return ImportReport(
         output,
         result["blocks"],
+        result["unchanged"],
+        result["replaced"],
+        result["removed"],
         tuple(Deviation(*row) for row in result["deviations"]),
         tuple(result["skipped"]),
         tuple(result["notices"]),

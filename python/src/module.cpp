@@ -29,7 +29,8 @@ void Translate(std::exception_ptr exception)
 
 PYBIND11_MODULE(_native, module)
 {
-  module.doc() = "The functions behind the package; use the package.";
+  module.doc()           = "The functions behind the package; use the package.";
+  module.attr("version") = QUILON_VERSION;
   py::register_exception_translator(&Translate);
   quilon::python::DefineDatabase(module);
   quilon::python::DefineBlock(module);
