@@ -10,7 +10,18 @@ Arrays are NumPy arrays; ids are the model's own, integers. Values are in the un
 is wrong with data or arguments raises quilon.Error, which tells file and line where there is one.
 """
 
-from ._answers import component, principal_axes, principal_values
+from ._answers import (
+    CombineReport,
+    Envelope,
+    Path,
+    PathStep,
+    combine,
+    component,
+    envelope,
+    path,
+    principal_axes,
+    principal_values,
+)
 from ._database import Block, Database, Mesh, Step, open
 from ._errors import ArgumentError, Error, MissingPackageError
 from ._fields import AverageField, ElementForces
@@ -21,21 +32,28 @@ __all__ = [
     "ArgumentError",
     "AverageField",
     "Block",
+    "CombineReport",
     "Database",
     "Deviation",
     "DiffReport",
     "Difference",
     "ElementForces",
+    "Envelope",
     "Error",
     "ImportReport",
     "Mesh",
     "MissingPackageError",
+    "Path",
+    "PathStep",
     "Step",
+    "__version__",
+    "combine",
     "component",
     "diff",
+    "envelope",
     "import_results",
     "open",
+    "path",
     "principal_axes",
     "principal_values",
-    "__version__",
 ]

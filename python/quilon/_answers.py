@@ -2,10 +2,19 @@
 
 from __future__ import annotations
 
-from numpy.typing import ArrayLike, NDArray
+import collections.abc as abc
+import dataclasses
+import os
+import pathlib
+from typing import Any
+
+import numpy as np
+from numpy.typing import ArrayLike
 
 from . import _native
-from ._arrays import Values, as_values
+from ._arrays import Ids, Values, as_values
+from ._database import PathLike, Progress, Source, opened, path_text, steps_text
+from ._errors import ArgumentError
 
 
 def principal_values(tensors: ArrayLike) -> Values:
@@ -32,3 +41,147 @@ def component(tensors: ArrayLike, name: str, kind: str | int | None = None) -> V
     kind: what they are, where it matters: the equivalent strain of a "strain" is 2/3 of that of a stress
     """
     return _native.component(as_values(tensors, None, (6, 3), "tensors"), name, "" if kind is None else str(kind))
+
+
+@dataclasses.dataclass(frozen=True)
+class Envelope:
+    """Least and greatest values over result steps, at each node or element."""
+
+    kind: str
+    onf: int
+    key: dict[str, int]  #: of the blocks, without what tells their step
+    components: tuple[str, ...]
+    steps: tuple[dict[str, int], ...]  #: keys of the steps
+    ids: Ids  #: ascending, shape (n,)
+    least: Values  #: shape (n, components); nan where no value was a number
+    greatest: Values  #: likewise
+    largest: Values  #: the values of largest magnitude, with their sign
+    least_step: Ids  #: positions in `steps` of the steps that govern, the first of equal ones; -1 where none does
+    greatest_step: Ids
+
+
+def envelope(
+    database: Source,
+    selection: str = "",
+    *,
+    steps: str | int | abc.Sequence[int] | None = None,
+    axes: str = "",
+    progress: Progress | None = None,
+) -> list[Envelope]:
+    """Envelopes over result steps, as `quilon envelope`: one for each kind and layer.
+
+    selection: kinds, components and steps, "stress.mises,displacement.magnitude@sub=last"
+    steps: see Database.blocks()
+    axes: axes to take components in, as the program has them: "cylindrical:0,0,0,0,0,1"
+    """
+    with opened(database, progress) as db:
+        return [
+            Envelope(**entry)
+            for entry in _native.envelope(db._native, selection, steps_text(steps), axes, progress)
+        ]
+
+
+@dataclasses.dataclass(frozen=True)
+class CombineReport:
+    """What combine() wrote."""
+
+    output: str
+    blocks: int
+    notes: tuple[str, ...]
+
+
+def combine(
+    database: Source,
+    combinations: PathLike | abc.Mapping[str, abc.Mapping[int | str, float]],
+    out: PathLike,
+    selection: str = "",
+    *,
+    allow_nonlinear: bool = False,
+    progress: Progress | None = None,
+) -> CombineReport:
+    """Writes linear combinations of load cases to a database, as `quilon combine`, in one step.
+
+    combinations: a file, or factors by load case for each name: {"ULS1": {1: 1.35, "lc2/3": 1.5}}. A load case is its
+        number, "lc2", "lc2/3" for its substep 3, or the name of another combination
+    out: a working database (.fed) or an ONF folder. Results have analysis 3 and the load cases 10001, 10002, ... in the
+        order of the combinations
+    selection: kinds; "" combines all that are linear in the loads
+    allow_nonlinear: whether results of steps with large displacements may be added up
+    """
+    if isinstance(combinations, (str, os.PathLike)):
+        name = path_text(combinations, "combinations")
+        try:
+            text = pathlib.Path(name).read_text(encoding="utf-8")
+        except OSError as error:
+            raise ArgumentError(f"{name}: {error.strerror}, expected a file of combinations", name) from None
+    else:
+        name, text = "combinations", "".join(_combination(*entry) for entry in combinations.items())
+    output = path_text(out, "out")
+    with opened(database, progress) as db:
+        blocks, notes = _native.combine(db._native, text, name, output, selection, allow_nonlinear, progress)
+    return CombineReport(output, blocks, tuple(notes))
+
+
+def _combination(name: str, factors: abc.Mapping[int | str, float]) -> str:
+    """A line of a file of combinations."""
+    terms = []
+    for case, factor in factors.items():
+        if isinstance(factor, bool) or not isinstance(factor, (int, float, np.integer, np.floating)):
+            raise ArgumentError(f"combinations: the factor of {case!r} in {name} is {factor!r}, expected a number")
+        terms.append(f"{float(factor)!r}*{case if isinstance(case, str) else f'lc{int(case)}'}")
+    return f"{name} = {' + '.join(terms)}\n"
+
+
+@dataclasses.dataclass(frozen=True)
+class PathStep:
+    """Values of one result step along a line."""
+
+    key: dict[str, int]
+    time: float | None
+    columns: tuple[str, ...]
+    values: Values  #: shape (places, columns); nan where there is no value
+    #: linearized stress by part ("membrane", ...): the tensor, shape (6,), and its equivalent stress
+    linearization: dict[str, tuple[Values, float]] | None
+
+
+@dataclasses.dataclass(frozen=True)
+class Path:
+    """Values along a line through the elements."""
+
+    places: Values  #: shape (n, 3)
+    s: Values  #: length of the way from the first place, shape (n,)
+    elements: Ids  #: ids of those that hold the places, 0 outside; shape (n,)
+    steps: tuple[PathStep, ...]
+
+
+def path(
+    database: Source,
+    selection: str,
+    start: ArrayLike | None = None,
+    end: ArrayLike | None = None,
+    points: int = 51,
+    *,
+    places: ArrayLike | None = None,
+    steps: str | int | abc.Sequence[int] | None = None,
+    axes: str = "",
+    linearize: bool = False,
+) -> Path:
+    """Values at places within solid elements, undeformed, as `quilon path`.
+
+    start, end: ends of a straight line, three coordinates each; points: how many places it has, both ends included
+    places: in place of a line, shape (n, 3)
+    axes: axes to take components in
+    linearize: whether stresses on a straight line are split into membrane, bending and peak
+    """
+    if (places is None) != (start is not None and end is not None):
+        raise ArgumentError("path: expected either both start and end or places")
+    if places is None:
+        first, last = (as_values(value, 1, (3,), what) for value, what in ((start, "start"), (end, "end")))  # type: ignore[arg-type]
+        where: Any = _native.line(first[0].tolist(), last[0].tolist(), points)
+    else:
+        where = as_values(places, None, (3,), "places")
+        if linearize:
+            raise ArgumentError("linearize: is of a straight line, expected start and end")
+    with opened(database) as db:
+        result = _native.path(db._native, selection, steps_text(steps), where, axes, linearize)
+    return Path(where, result["s"], result["elements"], tuple(PathStep(*step) for step in result["steps"]))

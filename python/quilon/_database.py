@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import collections.abc as abc
+import contextlib
 import dataclasses
 import logging
 import os
@@ -54,6 +55,13 @@ def _number_text(name: str, value: object) -> str:
     if isinstance(value, (int, np.integer)) and not isinstance(value, bool):
         return str(int(value))
     raise ArgumentError(f"key {name}: found {value!r}, expected a number, a list of numbers or a text such as 'last'")
+
+
+def steps_text(steps: str | int | abc.Sequence[int] | None) -> str:
+    """Positions of steps as the program takes them: "1:9:2"."""
+    if steps is None or isinstance(steps, str):
+        return steps or ""
+    return ",".join(str(int(step)) for step in ([steps] if isinstance(steps, (int, np.integer)) else steps)) or "none"
 
 
 def key_numbers(key: abc.Mapping[str, object]) -> dict[str, int]:
@@ -353,14 +361,7 @@ class Database:
             text = f"{kind}{selection}"
         if key:
             text += ("," if "@" in text else "@") + key_text(key)
-        chosen = ""
-        if isinstance(steps, (int, np.integer)):
-            chosen = str(int(steps))
-        elif isinstance(steps, str):
-            chosen = steps
-        elif steps is not None:
-            chosen = ",".join(str(int(step)) for step in steps) or "none"
-        return [Block(native) for native in self._native.select(text, chosen)]
+        return [Block(native) for native in self._native.select(text, steps_text(steps))]
 
     def block(self, selection: str = "", **key: Any) -> Block:
         """The one block that a selection chooses. Raises Error when it is none or several; see blocks()."""
@@ -470,3 +471,16 @@ def open(
     )
     log_notes(notes)
     return Database(store)
+
+
+Source = Union[Database, PathLike]
+
+
+@contextlib.contextmanager
+def opened(source: Source, progress: Progress | None = None) -> abc.Iterator[Database]:
+    """A database as it is, or what a path holds for the time of a question."""
+    if isinstance(source, Database):
+        yield source
+        return
+    with open(source, progress=progress) as database:
+        yield database

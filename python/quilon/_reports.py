@@ -4,13 +4,11 @@ from __future__ import annotations
 
 import collections.abc as abc
 import dataclasses
-from typing import Any, Union
+from typing import Any
 
 from . import _native
-from ._database import Database, PathLike, Progress, open, path_text
+from ._database import PathLike, Progress, Source, opened, path_text
 from ._errors import ArgumentError
-
-Source = Union[Database, PathLike]
 
 
 @dataclasses.dataclass(frozen=True)
@@ -174,19 +172,8 @@ def diff(
         "max_records": max_records,
         "max_blocks": max_blocks,
     }
-    opened: list[Database] = []
-    try:
-        stores = []
-        for source in (a, b):
-            if isinstance(source, Database):
-                stores.append(source._native)
-            else:
-                opened.append(open(source, progress=progress))
-                stores.append(opened[-1]._native)
-        result = _native.diff(stores[0], stores[1], options, progress)
-    finally:
-        for database in opened:
-            database.close()
+    with opened(a, progress) as first, opened(b, progress) as second:
+        result = _native.diff(first._native, second._native, options, progress)
     return DiffReport(
         result["same"],
         tuple(Difference(**row) for row in result["differences"]),

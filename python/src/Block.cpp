@@ -11,7 +11,9 @@
 #include <bundled/OnfKinds.h>
 #include <pybind11/stl.h>
 
+#include "answers/ModelNames.h"
 #include "answers/StepTimes.h"
+#include "Database.h"
 #include "database/RecordRows.h"
 #include "database/ScratchRecord.h"
 #include "kinds/Component.h"
@@ -151,6 +153,8 @@ struct ChunkView
   const double*                  values = nullptr;
 };
 
+}  // namespace
+
 py::dict KeyOf(const FED_DataDescriptor& descriptor)
 {
   py::dict key;
@@ -158,8 +162,6 @@ py::dict KeyOf(const FED_DataDescriptor& descriptor)
     if (descriptor.IsSet(index.index)) key[index.key] = descriptor.GetInteger(index.index);
   return key;
 }
-
-}  // namespace
 
 Block::Block(std::shared_ptr<Store> store, const FED_DataDescriptor& descriptor, std::vector<std::string> components)
     : store_(std::move(store)), descriptor_(descriptor), components_(std::move(components))
@@ -346,19 +348,26 @@ py::list Block::GetRows()
     store_->Use([&] {
       const Store::Place  place = store_->Find(descriptor_);
       const RecordRows    reader(place.block, store_->GetKinds(), place.database);
+      const ModelNames    names(place.database);
       const ScratchRecord scratch(place.block);
       columns = reader.GetColumns();
       for (const RecordKey& key : GetRecordKeys(place.block, place.database.GetIdMapsPool())) {
         ThrowIfInterrupted();
         place.block.GetRecord(key.index, *scratch);
-        for (std::vector<Cell>& row : reader.GetRows(key.id, *scratch)) rows.push_back(std::move(row));
+        for (std::vector<Cell>& row : reader.GetRows(key.id, *scratch)) {
+          names.Replace(descriptor_, row);
+          rows.push_back(std::move(row));
+        }
       }
     });
   });
   py::list list;
   for (const std::vector<Cell>& row : rows) {
     py::dict entry;
-    for (std::size_t i = 0; i < row.size(); ++i) entry[py::str(columns[i])] = py::cast(row[i]);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const auto* const text     = std::get_if<std::string>(&row[i]);
+      entry[py::str(columns[i])] = text != nullptr ? py::object(TextOf(*text)) : py::object(py::cast(row[i]));
+    }
     list.append(std::move(entry));
   }
   return list;

@@ -49,6 +49,9 @@ private:
   std::shared_ptr<const IdTable> ids_;  // of a stored block, once they were asked for
 };
 
+/// @return the key of a block or a step as Python has it: {"it": 0, "lc": 1}
+py::dict KeyOf(const FED_DataDescriptor& descriptor);
+
 void DefineBlock(py::module_& module);
 
 }  // namespace quilon::python

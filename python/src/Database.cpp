@@ -39,7 +39,7 @@ std::vector<Block> Select(const std::shared_ptr<Store>& store, const std::string
       Selection selection = text.empty() ? Selection() : Selection(text, store->GetKinds());
       if (!steps.empty()) selection.SetSteps(steps);
       for (const FED_DataDescriptor& descriptor : selection.Apply(store->List()))
-        chosen.emplace_back(descriptor, std::vector<std::string>());
+        chosen.emplace_back(descriptor, selection.ComponentsOf(descriptor.GetInteger(FED_DataDescriptor::OnfId)));
     });
   });
   std::vector<Block> blocks;
@@ -72,10 +72,7 @@ py::list ListSteps(const std::shared_ptr<Store>& store)
   });
   py::list list;
   for (const Row& row : rows) {
-    py::dict key;
-    for (const IndexKey& index : GetIndexKeys())
-      if (row.step.IsSet(index.index)) key[index.key] = row.step.GetInteger(index.index);
-    list.append(py::make_tuple(list.size() + 1, key, row.time, row.quantity));
+    list.append(py::make_tuple(list.size() + 1, KeyOf(row.step), row.time, row.quantity));
   }
   return list;
 }

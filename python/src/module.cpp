@@ -2,6 +2,7 @@
 
 #include <pybind11/pybind11.h>
 
+#include "Answers.h"
 #include "Block.h"
 #include "Database.h"
 #include "Fields.h"
@@ -38,4 +39,5 @@ PYBIND11_MODULE(_native, module)
   quilon::python::DefineTensors(module);
   quilon::python::DefineImport(module);
   quilon::python::DefineDiff(module);
+  quilon::python::DefineAnswers(module);
 }
