@@ -21,7 +21,7 @@ run(${SCRATCH}/prefix/bin/quilon --version)
 # Every component installs something of its own, and together they are the whole.
 file(GLOB_RECURSE whole RELATIVE ${SCRATCH}/prefix ${SCRATCH}/prefix/*)
 set(parts "")
-foreach(component Runtime Development Program Documentation)
+foreach(component Runtime Development Program Documentation ${MORE_COMPONENTS})
   run(${CMAKE_COMMAND} --install ${BUILD} --config "${CONFIG}" --prefix ${SCRATCH}/${component} --component ${component})
   file(GLOB_RECURSE files RELATIVE ${SCRATCH}/${component} ${SCRATCH}/${component}/*)
   if(NOT files)
