@@ -53,6 +53,7 @@ CommandFunction DefineFromOnf(CLI::App& app);
 CommandFunction DefineImport(CLI::App& app);
 CommandFunction DefineLs(CLI::App& app);
 CommandFunction DefineMatrix(CLI::App& app);
+CommandFunction DefinePlot(CLI::App& app);
 CommandFunction DefinePrune(CLI::App& app);
 CommandFunction DefineSalvage(CLI::App& app);
 CommandFunction DefineShow(CLI::App& app);

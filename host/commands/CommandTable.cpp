@@ -8,6 +8,7 @@ const std::vector<Command>& GetCommands()
       {"import", "Read solver results into a database", DefineImport},
       {"ls", "List the blocks of a database", DefineLs},
       {"show", "Show the records of blocks", DefineShow},
+      {"plot", "Draw a picture of the model with a result", DefinePlot},
       {"size", "Tell what a database holds, in bytes", DefineSize},
       {"prune", "Take blocks out of a database", DefinePrune},
       {"diff", "Compare two databases", DefineDiff},

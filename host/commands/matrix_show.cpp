@@ -14,6 +14,7 @@
 #include "matrix/MatrixBlocks.h"
 #include "matrix/MatrixEntries.h"
 #include "matrix/MatrixFacts.h"
+#include "plot/SparsityPicture.h"
 #include "progress/Interrupt.h"
 #include "selection/Selection.h"
 #include "terminal/Console.h"
@@ -21,6 +22,7 @@
 #include "terminal/Sheet.h"
 #include "text/Failure.h"
 #include "text/Format.h"
+#include "text/OutputFile.h"
 
 namespace quilon {
 
@@ -32,6 +34,7 @@ struct Options
   MatrixSelection selection;
   int             width = 64;
   bool            json  = false;
+  std::string     plot;
 };
 
 const char* NameOf(const matrix::Facts& facts)
@@ -104,22 +107,42 @@ Json ToJson(const SelectedMatrix& selected, const std::string& kind, const matri
   return json;
 }
 
+/// @return "stiffness-matrix, index 1: 54 x 54, 1764 values"
+std::string TitleOf(const SelectedMatrix& selected, const KindTable& kinds, const matrix::RowView& rows)
+{
+  return Printable(kinds.GetName(selected.descriptor)) + ", " + selected.Place() + ' ' +
+         std::to_string(selected.number) + ": " + std::to_string(rows.NumRows()) + " \u00D7 " +
+         std::to_string(rows.NumColumns()) + ", " + Counted(static_cast<std::size_t>(rows.NumValues()), "value");
+}
+
 void Run(const Options& options, CommandContext& context)
 {
   constexpr int kLeastWidth = 1;
   constexpr int kMostWidth  = 1000;
   if (options.width < kLeastWidth || options.width > kMostWidth)
     Fail("--width is " + std::to_string(options.width) + ", expected 1 to 1000");
-  OpenedDatabase  database(options.database, context.console, OpenedDatabase::DeriveNothing);
-  const KindTable kinds(database.Get());
-  Json            list   = Json::array();
-  const char*     before = "";
-  for (const SelectedMatrix& selected : options.selection.Select(database, options.database)) {
+  if (!options.plot.empty()) {
+    static_cast<void>(PictureFormatOf(options.plot));
+    CheckOutputFile(options.plot);
+  }
+  OpenedDatabase                    database(options.database, context.console, OpenedDatabase::DeriveNothing);
+  const KindTable                   kinds(database.Get());
+  Json                              list     = Json::array();
+  const char*                       before   = "";
+  const std::vector<SelectedMatrix> matrices = options.selection.Select(database, options.database);
+  if (!options.plot.empty() && matrices.size() != 1)
+    Fail("--plot is of one matrix, found " + std::to_string(matrices.size()) +
+         ", expected a narrower selection or --index");
+  for (const SelectedMatrix& selected : matrices) {
     ThrowIfInterrupted();
     const std::string     name   = selected.Name(options.database);
     const FED_YaleMatrix  matrix = LoadMatrix(database.Get(), selected, name);
     const matrix::RowView rows(matrix, name);
-    const matrix::Facts   facts = FindFacts(rows);
+    if (!options.plot.empty()) {
+      WriteFile(options.plot, DrawSparsity(rows, TitleOf(selected, kinds, rows), PictureFormatOf(options.plot)));
+      return;
+    }
+    const matrix::Facts facts = FindFacts(rows);
     // Characters are about twice as high as wide.
     const std::vector<std::string> picture =
         DrawPattern(rows, options.width, options.width > 1 ? options.width / 2 : 1);
@@ -145,7 +168,8 @@ CommandFunction DefineMatrixShow(CLI::App& app)
   app.add_option("DB", options->database, "Working database (.fed) or ONF folder")->required();
   AddMatrixSelection(app, options->selection);
   AddIntegerOption(app, "--width", options->width, "Most characters in a line of the picture (default: 64)");
-  app.add_flag("--json", options->json, "Print JSON");
+  app.add_option("--plot", options->plot, "Draw where values are instead: .png, .svg or .pdf")->type_name("FILE");
+  app.add_flag("--json", options->json, "Print JSON")->excludes("--plot");
   app.footer(
       "Prints size, values, symmetry, bandwidth, the diagonal and a picture of where values other than zero are: a\n"
       "character stands for a part of the matrix, ' ' for none, '.', ':', '+' and '*' for less than 1/16, 1/4, 1/2 "

@@ -202,12 +202,6 @@ void Canvas::DrawText(const Spot& at, const std::string& text, const TextStyle& 
   cairo_save(context);
   cairo_translate(context, at.x, at.y);
   cairo_rotate(context, -style.angle * std::numbers::pi / 180.0);
-  if (style.halo.alpha > 0.0) {
-    cairo_move_to(context, -back, 0.0);
-    cairo_text_path(context, text.c_str());
-    drawing_->SetLine({style.halo, 0.28 * style.size, false});
-    cairo_stroke(context);
-  }
   drawing_->SetColour(style.colour);
   cairo_move_to(context, -back, 0.0);
   cairo_show_text(context, text.c_str());
@@ -218,6 +212,8 @@ void Canvas::DrawText(const Spot& at, const std::string& text, const TextStyle& 
 void Canvas::DrawLine(std::span<const Spot> points, const LineStyle& style)
 {
   drawing_->Trace(points);
+  const bool isClosed = points.size() > 2 && points.front().x == points.back().x && points.front().y == points.back().y;
+  if (isClosed) cairo_close_path(drawing_->context.get());
   drawing_->SetLine(style);
   cairo_stroke(drawing_->context.get());
 }

@@ -65,8 +65,7 @@ struct TextStyle
   Colour colour = {};
   bool   isBold = false;
   Align  align  = Align::Left;
-  double angle  = 0.0;           ///< degrees, counterclockwise, about the point
-  Colour halo   = {0, 0, 0, 0};  ///< drawn around the letters so that they stand out; none where transparent
+  double angle  = 0.0;  ///< degrees, counterclockwise, about the point
 };
 
 struct LineStyle
@@ -97,6 +96,7 @@ public:
   void   DrawText(const Spot& at, const std::string& text, const TextStyle& style);
   double GetTextWidth(const std::string& text, const TextStyle& style) const;
 
+  /// A line that ends where it begins is closed.
   void DrawLine(std::span<const Spot> points, const LineStyle& style);
   void DrawRectangle(const Spot& corner, double width, double height, const LineStyle& style);
   void FillPolygon(std::span<const Spot> points, const Colour& colour);

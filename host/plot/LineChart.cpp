@@ -117,7 +117,7 @@ private:
 
   TextStyle Style(double size = kTextSize, Align align = Align::Left, bool isBold = false) const
   {
-    return {size, ink_, isBold, align, 0.0, {0, 0, 0, 0}};
+    return {size, ink_, isBold, align};
   }
 
   double LegendWidth() const

@@ -62,7 +62,8 @@ Raster::Raster(int width, int height, int samples)
       columns_(width * samples),
       rows_(height * samples),
       depths_(static_cast<std::size_t>(columns_) * static_cast<std::size_t>(rows_), kNothing),
-      colours_(depths_.size(), 0)
+      colours_(depths_.size(), 0),
+      inks_(depths_.size(), 0)
 {}
 
 void Raster::DrawTriangle(const std::array<RasterPoint, 3>& points, const RasterPaint& paint)
@@ -178,26 +179,22 @@ void Raster::DrawRod(const RasterPoint& from, const RasterPoint& to, double widt
 void Raster::DrawLine(const RasterPoint& from, const RasterPoint& to, double width, const Colour& colour, double bias)
 {
   const std::uint32_t pixel = PixelOf(colour);
-  const auto          alpha = LightOf(colour.alpha);
+  const auto          ink   = static_cast<std::uint8_t>(std::lround(colour.alpha * 255.0));
   Scan(from, to, width, [&](std::size_t place, double share) {
-    if (from.side + (to.side - from.side) * share > 0.0) return;
+    if (from.side + (to.side - from.side) * share > 0.0 || ink <= inks_[place]) return;
     const auto near = static_cast<float>(from.depth + (to.depth - from.depth) * share + bias);
     if (!(near >= depths_[place])) return;
+    // What is missing to this line's cover: lines before have left (255 - inks_) of what was there.
+    const std::uint32_t left  = 255U - inks_[place];
+    const std::uint32_t over  = (static_cast<std::uint32_t>(ink - inks_[place]) * 256U + left / 2) / left;  // of 256
+    inks_[place]              = ink;
     const std::uint32_t below = colours_[place];
-    const auto          mixed = [&](unsigned shift) {
-      const std::uint32_t under = (below >> shift) & 0xFFU;
-      const std::uint32_t over  = (pixel >> shift) & 0xFFU;
-      return ((over * alpha + under * ((1U << kLightBits) - alpha)) >> kLightBits) << shift;
+    const auto          mixed = [&](unsigned shift, std::uint32_t part) {
+      return ((part * over + ((below >> shift) & 0xFFU) * (256U - over)) >> 8U) << shift;
     };
-    if (below >> 24U == 0) {
-      // On nothing the line is all that there is, as faint as it is.
-      const std::uint32_t cover = alpha * 0xFFU >> kLightBits;
-      const auto          part  = [&](unsigned shift) { return (((pixel >> shift) & 0xFFU) * cover / 0xFFU) << shift; };
-      colours_[place]           = cover << 24U | part(16) | part(8) | part(0);
-      return;
-    }
-    const std::uint32_t cover = std::min(0xFFU, (below >> 24U) + (alpha * 0xFFU >> kLightBits));
-    colours_[place]           = cover << 24U | mixed(16) | mixed(8) | mixed(0);
+    // Colours are multiplied by alpha, which is that of the line where nothing else is.
+    colours_[place] = mixed(24, 0xFFU) | mixed(16, (pixel >> 16U) & 0xFFU) | mixed(8, (pixel >> 8U) & 0xFFU) |
+                      mixed(0, pixel & 0xFFU);
   });
 }
 

@@ -51,7 +51,8 @@ public:
   /// @param width in pixels
   void DrawRod(const RasterPoint& from, const RasterPoint& to, double width, const RasterPaint& paint);
 
-  /// A line over faces. To be called when all faces are drawn.
+  /// A line over faces. To be called when all faces are drawn. Where faint lines of one colour overlap they are as
+  /// faint as the darkest of them.
   /// @param width   in pixels
   /// @param bias    in pixels: what is nearer by less does not hide the line
   void DrawLine(const RasterPoint& from, const RasterPoint& to, double width, const Colour& colour, double bias);
@@ -73,6 +74,7 @@ private:
   int                        rows_;
   std::vector<float>         depths_;   // shape [rows_, columns_]; -infinity where nothing is
   std::vector<std::uint32_t> colours_;  // shape as depths_: 0xAARRGGBB
+  std::vector<std::uint8_t>  inks_;     // shape as depths_: how much of a sample lines have covered, of 255
 };
 
 }  // namespace quilon

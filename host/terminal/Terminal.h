@@ -19,4 +19,11 @@ bool IsTerminal(StandardStream stream);
 ///         empty one does not count; https://no-color.org)
 bool MayColour(StandardStream stream);
 
+/// @return how many columns the terminal behind standard output has; 80 where there is none or it does not tell
+int GetTerminalWidth();
+
+/// @return whether texts may have letters beyond ASCII: the environment names an encoding of Unicode (LC_ALL, LC_CTYPE,
+///         LANG, the first that is set)
+bool MayUseUnicode();
+
 }  // namespace quilon

@@ -343,4 +343,18 @@ TEST_F(MatrixCommand, ExplainsItselfAndNamesWhatItDoesNotKnow)
   ExpectTrouble({"matrix", "show"}, "DB is missing, see 'quilon matrix show --help'");
 }
 
+TEST_F(MatrixCommand, ShowsWhereValuesAreAsAPicture)
+{
+  ImportSmall();
+  const std::string picture = (folder_ / "a.png").string();
+  const RunResult   run     = RunQuilon({"matrix", "show", onf_, "--plot", picture});
+  EXPECT_EQ(run.err + run.out, "");
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(ReadAll(picture).substr(1, 3), "PNG");
+  ImportSmall("other");
+  ExpectTrouble({"matrix", "show", onf_, "--plot", picture},
+                "--plot is of one matrix, found 2, expected a narrower selection or --index");
+  ExpectTrouble({"matrix", "show", onf_, "--plot", "a.gif"}, "a.gif: expected a name that ends in .png, .svg or .pdf");
+}
+
 }  // namespace

@@ -1,0 +1,219 @@
+#include <array>
+#include <cmath>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <bundled/OnfKinds.h>
+#include <CLI/CLI.hpp>
+
+#include "answers/Region.h"
+#include "answers/StepTimes.h"
+#include "commands/ChartArguments.h"
+#include "commands/Command.h"
+#include "commands/SelectionOptions.h"
+#include "import/OpenedDatabase.h"
+#include "kinds/KindTable.h"
+#include "plot/ConvergenceChart.h"
+#include "plot/ModelPicture.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "QuilonDbConnector/FED_DataDescriptorPattern.h"
+#include "terminal/Console.h"
+#include "text/Failure.h"
+#include "text/NumberList.h"
+#include "text/OutputFile.h"
+
+namespace quilon {
+
+namespace {
+
+struct Options
+{
+  std::string      database;
+  SelectionOptions selection;
+  std::string      output;
+  std::string      component;
+  std::string      view       = "iso";
+  std::string      size       = "1200x900";
+  std::string      background = "white";
+  std::string      deform;
+  bool             undeformed = false;
+  std::string      lines      = "auto";
+  std::string      range;
+  std::string      map = "auto";
+  std::string      unit;
+  std::string      title;
+  bool             noMarks = false;
+  bool             noAxes  = false;
+  bool             flat    = false;
+  std::string      cut;
+  RegionOptions    part;
+  std::string      convergence;
+};
+
+Deformation ParseDeformation(const std::string& text)
+{
+  if (text == "auto") return {};
+  double factor = 0.0;
+  if (!ParseNumbers(text, {&factor, 1})) Fail("--deform is '" + text + "', expected a factor or auto");
+  return {factor};
+}
+
+ValueRange ParseRange(const std::string& text)
+{
+  std::array<double, 2> ends{};
+  if (!ParseNumbers(text, ends) || !(ends[0] < ends[1]))
+    Fail("--range is '" + text + "', expected two numbers LEAST,GREATEST, the lesser first");
+  return {ends[0], ends[1]};
+}
+
+SectionPlane ParseCut(const std::string& text)
+{
+  std::array<double, 6> numbers{};
+  if (!ParseNumbers(text, numbers) || std::hypot(numbers[3], numbers[4], numbers[5]) == 0.0)
+    Fail("--cut is '" + text + "', expected six numbers PX,PY,PZ,NX,NY,NZ: a point and a normal that is not zero");
+  return {{numbers[0], numbers[1], numbers[2]}, {numbers[3], numbers[4], numbers[5]}};
+}
+
+/// Everything that can be told before files are read is told here.
+ModelPictureOptions MakePictureOptions(const Options& options)
+{
+  ModelPictureOptions picture;
+  picture.component  = options.component;
+  picture.view       = ParseView(options.view);
+  picture.size       = ParsePictureSize(options.size);
+  picture.background = ParseColour(options.background);
+  if (!options.deform.empty()) picture.deformation = ParseDeformation(options.deform);
+  picture.showsUndeformed = options.undeformed;
+  picture.lines           = ParseMeshLines(options.lines);
+  if (!options.range.empty()) picture.range = ParseRange(options.range);
+  if (options.map != "auto") picture.map = ParseColourMap(options.map);
+  picture.unit     = options.unit;
+  picture.title    = options.title;
+  picture.hasMarks = !options.noMarks;
+  picture.hasAxes  = !options.noAxes;
+  picture.isLit    = !options.flat;
+  if (!options.cut.empty()) picture.cut = ParseCut(options.cut);
+  return picture;
+}
+
+/// @return the component that the selection names; empty where it names none
+std::string ComponentOf(const Selection& selection, int onf)
+{
+  const std::vector<std::string> components = selection.ComponentsOf(onf);
+  if (components.size() > 1) Fail("the selection names several components, expected one for a picture");
+  return components.empty() ? std::string() : components.front();
+}
+
+/// @return the iteration of the first mesh, 0 without any
+int FirstIteration(const FED_Database& database)
+{
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
+    if (descriptor.GetInteger(FED_DataDescriptor::OnfId) == OnfKind::Coordinates)
+      return descriptor.GetInteger(FED_DataDescriptor::Iteration);
+  return 0;
+}
+
+void DrawConvergence(const Options& options, CommandContext& context)
+{
+  if (!options.database.empty())
+    Fail("--convergence is of a log of the solver, expected it without a database: " + options.database);
+  const ChartOptions chart{options.output};
+  CheckChart(chart);
+  WriteChart(MakeConvergenceChart(options.convergence), chart, context);
+}
+
+void Run(const Options& options, CommandContext& context)
+{
+  if (!options.convergence.empty()) {
+    DrawConvergence(options, context);
+    return;
+  }
+  if (options.database.empty()) Fail("DB is missing, see 'quilon plot --help'");
+  if (options.selection.text.empty() && !(options.selection.steps.empty() && options.selection.time.empty()))
+    Fail("--step and --time are of a result, expected a selection with them");
+  const PictureFormat format  = PictureFormatOf(options.output);
+  ModelPictureOptions picture = MakePictureOptions(options);
+  CheckOutputFile(options.output);
+  OpenedDatabase             database(options.database, context.console);
+  std::optional<FieldChoice> choice;
+  int                        iteration = FirstIteration(database.Get());
+  if (!options.selection.text.empty()) {
+    const KindTable kinds(database.Get());
+    const Selection selection = options.selection.Parse(kinds);
+    choice =
+        ChooseField(options.selection.Choose(database.Get(), selection, StepTimes(database.Get()), options.database),
+                    kinds, options.selection.ToString(), options.database);
+    iteration = choice->GetIteration();
+    if (picture.component.empty()) picture.component = ComponentOf(selection, choice->GetOnf());
+  }
+  if (options.part.HasPlace())
+    picture.elements = Region(database.Get(), options.part, options.database).ElementsOf(iteration);
+  const ModelPicture drawn = DrawModel(database.Get(), iteration, choice, picture, format, options.database);
+  if (choice && choice->numSteps > 1)
+    context.console.Note("the last of " + std::to_string(choice->numSteps) + " steps is shown");
+  for (const std::string& note : drawn.notes) context.console.Note(note);
+  WriteFile(options.output, drawn.bytes);
+}
+
+}  // namespace
+
+CommandFunction DefinePlot(CLI::App& app)
+{
+  const auto options = std::make_shared<Options>();
+  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)");
+  app.add_option("SELECTION", options->selection.text, "Which result: KIND@KEY=VALUES,... (default: the mesh alone)");
+  app.add_option("-o,--output", options->output, "Picture to write: .png, .svg or .pdf")->type_name("FILE")->required();
+  app.add_option("--step", options->selection.steps, "Result step by position, or last (default: the last selected)")
+      ->type_name("STEP");
+  AddTimeOption(app, options->selection);
+  app.add_option("--component", options->component, "What is shown (default: mises, magnitude or the value)")
+      ->type_name("NAME");
+  app.add_option("--view", options->view, "top, bottom, front, back, left, right, iso or degrees AZ,EL (default: iso)")
+      ->type_name("VIEW");
+  app.add_option("--deform", options->deform, "Deform the model, displacements times FACTOR")->type_name("FACTOR|auto");
+  app.add_flag("--undeformed", options->undeformed, "With --deform, the outline of the undeformed model too");
+  app.add_option("--lines", options->lines, "auto, mesh, outline or none (default: auto)")->type_name("LINES");
+  app.add_option("--set", options->part.sets, "Only the elements of this set; again: either")
+      ->type_name("NAME")
+      ->expected(1)
+      ->take_all();
+  app.add_option("--material", options->part.materials,
+                 "Only elements of this material, by name or number; again: either")
+      ->type_name("NAME")
+      ->expected(1)
+      ->take_all();
+  app.add_option("--cut", options->cut, "Take away what the normal points to, show the cut")
+      ->type_name("PX,PY,PZ,NX,NY,NZ");
+  app.add_option("--range", options->range, "Values of the ends of the colours")->type_name("LEAST,GREATEST");
+  app.add_option("--map", options->map, "viridis, coolwarm, grey or auto (default: auto)")->type_name("MAP");
+  app.add_option("--unit", options->unit, "Unit of the values, for the colour bar")->type_name("UNIT");
+  app.add_option("--title", options->title, "Title (default: kind and component)")->type_name("TEXT");
+  app.add_option("--size", options->size, "Pixels, or points of a PDF or SVG (default: 1200x900)")->type_name("WxH");
+  app.add_option("--background", options->background, "white, black, transparent or #rrggbb (default: white)")
+      ->type_name("COLOUR");
+  app.add_flag("--no-marks", options->noMarks, "Do not mark the greatest and the least value");
+  app.add_flag("--no-axes", options->noAxes, "Do not draw the axes of the model");
+  app.add_flag("--flat", options->flat, "No light: the colours are exactly those of the bar");
+  app.add_option("--convergence", options->convergence, "A chart of the iterations that a .cvg or .sta logs; -o - too")
+      ->type_name("LOG");
+  app.get_option("--undeformed")->needs("--deform");
+  app.footer(
+      "Without a selection the mesh is drawn. Of several steps the last is shown. Views are parallel projections:\n"
+      "  top     looks against +z, x to the right        front  looks along +y, z up, x to the right\n"
+      "  right   looks along -x, z up, y to the right     bottom, back, left  from the other side\n"
+      "  AZ,EL   0,0 is front, 90,0 right, 0,90 top       iso   45,35.26\n"
+      "The plane of --cut goes through the undeformed model. Colours are viridis, or coolwarm about zero where both\n"
+      "signs matter. The same input gives the same file.\n"
+      "\n"
+      "Examples:\n"
+      "  quilon plot bracket.fed nodal-stress -o stress.png --unit MPa\n"
+      "  quilon plot bracket.fed displacement.z@lc=2 -o z.svg --deform auto --undeformed --view front\n"
+      "  quilon plot bracket.fed stress --component p1 --time 0.5 --set EBOLT --cut 0,0,40,0,0,1 -o bolt.pdf\n"
+      "  quilon plot bracket.fed -o mesh.png\n"
+      "  quilon plot --convergence bracket.cvg -o -");
+  return [options](CommandContext& context) { Run(*options, context); };
+}
+
+}  // namespace quilon
