@@ -11,18 +11,17 @@ namespace quilon {
 
 namespace {
 
-/// A side of a solid.
+/// A side of a solid. Numbers of nodes and elements fit in 32 bits, see IdPositions: there are millions of sides.
 struct Side
 {
-  std::size_t  element;
-  std::uint8_t face;
+  /// The corners but the least node, ascending; of a triangle the last is that of no node. Sides of two elements with
+  /// one least node are one face when these are the same.
+  std::array<std::uint32_t, 3> corners = {};
+  std::uint32_t                element = 0;
+  std::uint8_t                 face    = 0;
 };
 
-/// Least node first, so that sides of two elements are one face when these are the same. Of a triangle the last is that
-/// of no node.
-using Corners = std::array<std::size_t, 4>;
-
-constexpr std::size_t kNoNode = static_cast<std::size_t>(-1);
+constexpr std::uint32_t kNoNode = 0xFFFFFFFFU;
 
 class Extraction
 {
@@ -64,25 +63,33 @@ private:
     return mesh_.NodesOf(mesh_.Elements()[element])[node];
   }
 
-  Corners CornersOf(const Side& side) const
-  {
-    const Mesh::Element& element = mesh_.Elements()[side.element];
-    const ElementFace&   face    = FindTopology(element.frdType)->faces[side.face];
-    const auto           nodes   = mesh_.NodesOf(element);
-    Corners              corners = {kNoNode, kNoNode, kNoNode, kNoNode};
-    for (std::size_t i = 0; i < face.numCorners; ++i) corners[i] = nodes[face.corners[i]];
-    std::sort(corners.begin(), corners.end());
-    return corners;
-  }
-
+  /// Calls visit(least node, side) for each side of each solid that is shown.
   template <typename Visit>
   void ForEachSide(const Visit& visit) const
   {
     for (std::size_t position = 0; position < mesh_.NumElements(); ++position) {
-      const ElementTopology* topology = FindTopology(mesh_.Elements()[position].frdType);
+      const Mesh::Element&   element  = mesh_.Elements()[position];
+      const ElementTopology* topology = FindTopology(element.frdType);
       if (topology == nullptr || topology->dimension != 3 || !IsShown(position)) continue;
-      for (std::size_t face = 0; face < topology->faces.size(); ++face)
-        visit(Side{position, static_cast<std::uint8_t>(face)});
+      const auto nodes = mesh_.NodesOf(element);
+      for (std::size_t number = 0; number < topology->faces.size(); ++number) {
+        const ElementFace&           face    = topology->faces[number];
+        std::array<std::uint32_t, 4> corners = {kNoNode, kNoNode, kNoNode, kNoNode};
+        for (std::size_t i = 0; i < face.numCorners; ++i)
+          corners[i] = static_cast<std::uint32_t>(nodes[face.corners[i]]);
+        // Four corners by five comparisons.
+        const auto order = [&corners](std::size_t i, std::size_t j) {
+          if (corners[j] < corners[i]) std::swap(corners[i], corners[j]);
+        };
+        order(0, 1);
+        order(2, 3);
+        order(0, 2);
+        order(1, 3);
+        order(1, 2);
+        visit(corners[0], Side{{corners[1], corners[2], corners[3]},
+                               static_cast<std::uint32_t>(position),
+                               static_cast<std::uint8_t>(number)});
+      }
     }
   }
 
@@ -90,23 +97,21 @@ private:
   void FindOuterSides()
   {
     std::vector<std::size_t> ends(mesh_.NumNodes() + 1, 0);
-    ForEachSide([&](const Side& side) { ++ends[CornersOf(side).front() + 1]; });
+    ForEachSide([&](std::size_t least, const Side&) { ++ends[least + 1]; });
     for (std::size_t node = 1; node < ends.size(); ++node) ends[node] += ends[node - 1];
-    std::vector<std::pair<Corners, Side>> sides(ends.back());
-    std::vector<std::size_t>              begins(ends.begin(), ends.end() - 1);
-    ForEachSide([&](const Side& side) {
-      const Corners corners            = CornersOf(side);
-      sides[begins[corners.front()]++] = {corners, side};
-    });
+    std::vector<Side>        sides(ends.back());
+    std::vector<std::size_t> begins(ends.begin(), ends.end() - 1);
+    ForEachSide([&](std::size_t least, const Side& side) { sides[begins[least]++] = side; });
 
     for (std::size_t node = 0; node < mesh_.NumNodes(); ++node) {
       ThrowIfInterrupted();
       const auto first = sides.begin() + static_cast<std::ptrdiff_t>(ends[node]);
       const auto last  = sides.begin() + static_cast<std::ptrdiff_t>(ends[node + 1]);
-      std::sort(first, last, [](const auto& a, const auto& b) { return a.first < b.first; });
+      std::sort(first, last, [](const Side& a, const Side& b) { return a.corners < b.corners; });
       for (auto side = first; side != last;) {
-        const auto next = std::find_if(side, last, [side](const auto& other) { return other.first != side->first; });
-        if (next - side == 1) outer_.push_back(side->second);
+        const auto next =
+            std::find_if(side, last, [side](const Side& other) { return other.corners != side->corners; });
+        if (next - side == 1) outer_.push_back(*side);
         side = next;
       }
     }
