@@ -23,7 +23,8 @@ struct ExportRequest
   std::vector<FED_DataDescriptor> blocks;  ///< what is exported; kinds without values of nodes or elements stay behind
   ExportComponents                components;
   ExportGroupForm                 groups = ExportGroupForm::Arrays;
-  /// Its extension tells the format: .vtkhdf (or .hdf), .vtu, .pvd or .csv. Beside NAME.pvd stand NAME-1.vtu, NAME-2.vtu, ...
+  /// Its extension tells the format: .vtkhdf (or .hdf), .vtu, .pvd or .csv. Beside NAME.pvd stand NAME-1.vtu,
+  /// NAME-2.vtu, ...
   std::filesystem::path output;
   /// A working database on disk, opened as the database: the file points at its values in place of having them, which
   /// a .vtkhdf alone can. Empty: they are written.

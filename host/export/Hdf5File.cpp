@@ -77,6 +77,13 @@ struct Hdf5File::Sink
     if (handle != FED_FileLayer::kNoHandle) files->Close(handle);
   }
 
+  void Close()
+  {
+    // Network file systems tell only now that bytes were lost.
+    const std::error_code closed = files->Close(std::exchange(handle, FED_FileLayer::kNoHandle));
+    if (!error) error = closed;
+  }
+
   void Write(std::uint64_t offset, const void* bytes, std::size_t count)
   {
     if (!error) error = files->WriteAt(handle, offset, bytes, count);
@@ -330,6 +337,7 @@ void Hdf5File::WriteAttribute(const std::string& path, const std::string& name, 
 void Hdf5File::Close()
 {
   Require(H5Fclose(std::exchange(file_, -1)));
+  sink_->Close();
   if (sink_->error) FailToWrite();
 }
 

@@ -90,6 +90,31 @@ TEST_F(OutputFileTest, WithoutPublicationLeavesNothing)
   EXPECT_EQ(CountFiles(), 0);
 }
 
+TEST_F(OutputFileTest, AFinishedFileWaitsForItsPublication)
+{
+  std::ofstream(path_) << "old";
+  OutputFile file(path_);
+  file.Write("new");
+  file.Finish();
+  EXPECT_EQ(ReadAll(path_), "old");
+  file.Publish();
+  EXPECT_EQ(ReadAll(path_), "new");
+  OutputFile(path_).Finish();
+  EXPECT_EQ(ReadAll(path_), "new");
+  EXPECT_EQ(CountFiles(), 1);
+}
+
+TEST_F(OutputFileTest, WhatWritesByPathWritesBeside)
+{
+  OutputFile file(path_);
+  std::ofstream(file.PathToWrite()) << "text";
+  EXPECT_FALSE(fs::exists(path_));
+  file.Publish();
+  EXPECT_EQ(ReadAll(path_), "text");
+  const OutputFile null("/dev/null");
+  EXPECT_THROW(null.PathToWrite(), FED_Failure);
+}
+
 TEST_F(OutputFileTest, ALinkStaysALinkToTheFileThatIsReplaced)
 {
   fs::create_directory(folder_ / "sub");
