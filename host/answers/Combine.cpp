@@ -17,6 +17,7 @@
 
 #include "answers/ChosenComponents.h"
 #include "answers/ComponentAxes.h"
+#include "calculix/deck/DeckModel.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
 #include "mesh/Mesh.h"
@@ -35,13 +36,12 @@ namespace {
 using Descriptor  = FED_DataDescriptor;
 using Descriptors = std::vector<Descriptor>;
 
-constexpr int         kNodeKind          = 0;
-constexpr int         kElementKind       = 1;
-constexpr int         kInTime            = 1;
-constexpr int         kModes             = 2;
-constexpr int         kOtherAnalysis     = 3;
-constexpr int         kLargeDisplacement = 607;
-constexpr std::size_t kMostKept          = std::size_t{512} << 20;
+constexpr int         kNodeKind      = 0;
+constexpr int         kElementKind   = 1;
+constexpr int         kInTime        = 1;
+constexpr int         kModes         = 2;
+constexpr int         kOtherAnalysis = 3;
+constexpr std::size_t kMostKept      = std::size_t{512} << 20;
 
 int OnfOf(const Descriptor& descriptor) { return descriptor.GetInteger(Descriptor::OnfId); }
 
@@ -336,7 +336,7 @@ private:
     for (const Combination& combination : request_.combinations)
       for (const Combination::Term& term : combination.terms) {
         const Descriptor step = finder.Find(combination, term);
-        cases_[iteration].emplace(term.loadCase, step);
+        plan_.cases[iteration].emplace(term.loadCase, step);
         users_.emplace(step, std::pair(&combination, term.line));
       }
   }
@@ -360,7 +360,7 @@ private:
     CombinePlan::Series series;
     series.key = key;
     std::string missing;
-    for (const auto& [name, step] : cases_.at(key.GetInteger(Descriptor::Iteration))) {
+    for (const auto& [name, step] : plan_.cases.at(key.GetInteger(Descriptor::Iteration))) {
       Descriptor block = step;
       for (const IndexKey& index : GetIndexKeys())
         if (key.IsSet(index.index)) block.SetInteger(index.index, key.GetInteger(index.index));
@@ -414,7 +414,6 @@ private:
   std::set<Descriptor>                                              blocks_;  // that may be combined
   std::map<Descriptor, Series>                                      series_;
   std::set<int>                                                     iterations_;
-  std::map<int, std::map<CaseName, Descriptor>>                     cases_;       // result steps, by iteration
   std::map<Descriptor, std::pair<const Combination*, std::int64_t>> users_;       // who names a step first, and where
   std::map<std::string, std::string>                                incomplete_;  // kinds, and load cases without them
   bool                                                              linearUnknown_ = false;
@@ -472,7 +471,7 @@ StepLinearity ReadStepLinearity(const FED_Database& database)
   FED_DataDescriptorPattern pattern;
   pattern.SetEqual(Descriptor::OnfId, FED_OnfId_ScalarHistory);
   for (const Descriptor& history : database.GetDataDescriptors(pattern)) {
-    if (GetQuantity(history) != kLargeDisplacement) continue;
+    if (GetQuantity(history) != OnfKind::LargeDisplacements) continue;
     linearity.isKnown          = true;
     const FED_DataBlock& block = database.GetConstDataBlock(history);
     for (auto index = block.Begin(); index != block.End(); ++index) {
@@ -482,6 +481,16 @@ StepLinearity ReadStepLinearity(const FED_Database& database)
       linearity.nonlinearSteps.insert(step);
     }
   }
+  return linearity;
+}
+
+StepLinearity StepLinearityOf(const calculix::DeckModel& deck)
+{
+  StepLinearity linearity;
+  linearity.isKnown = true;
+  for (std::size_t i = 0; i < deck.steps.size(); ++i)
+    if (deck.steps[i].nlgeom && !deck.steps[i].perturbation)
+      linearity.nonlinearLoadCases.insert(static_cast<int>(i) + 1);
   return linearity;
 }
 

@@ -18,6 +18,10 @@
 
 class FED_Database;
 
+namespace quilon::calculix {
+struct DeckModel;
+}
+
 namespace quilon {
 
 class Listener;
@@ -34,6 +38,9 @@ struct StepLinearity
 
 /// What the database itself tells: results with large displacements (kind 607).
 StepLinearity ReadStepLinearity(const FED_Database& database);
+
+/// What the deck of the job tells. Its steps are the load cases.
+StepLinearity StepLinearityOf(const calculix::DeckModel& deck);
 
 struct CombineRequest
 {
@@ -58,9 +65,11 @@ struct CombinePlan
     bool hasPrincipals = false;  ///< whether principal values of the combined tensors are wanted
   };
 
-  std::vector<Series>      series;
-  std::vector<int>         iterations;
-  std::vector<std::string> notes;  ///< what the user should know, a line each
+  std::vector<Series> series;
+  std::vector<int>    iterations;
+  /// Result steps that load cases stand for, by iteration.
+  std::map<int, std::map<CaseName, FED_DataDescriptor>> cases;
+  std::vector<std::string>                              notes;  ///< what the user should know, a line each
 };
 
 /// Finds what the combinations name and checks it. Nothing is computed.

@@ -186,7 +186,7 @@ RecordTurner::RecordTurner(const ComponentAxes& axes, int onf, const Mesh* mesh)
   const FED_OnfMetaData& kind = FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf));
   isOfElements_               = kind.GetEntityKind() == kElementKind;
   if (!Turns()) return;
-  const std::size_t numValues = StoredComponentsOf(onf).size();
+  const std::size_t numValues = ValueComponentsOf(onf).size();
   const std::string name      = "--axes: " + kind.GetName() + " (" + std::to_string(onf) + ") ";
   if (OnfKind::TensorOf(onf) != 0) Fail(name + "holds principal values, expected a vector or a tensor");
   if (onf == OnfKind::NodalStressVariance || onf == OnfKind::NodalStrainVariance)
@@ -201,19 +201,50 @@ bool RecordTurner::Turn(int id, std::span<double> values) const
 {
   if (!Turns() || values.size() == 1) return true;
   if (!axes_.NeedsPlaces()) return TurnAt({}, values);
-  std::array<double, 3> place{};
-  if (isOfElements_) {
-    const auto position = mesh_->FindElement(id);
-    const auto nodes    = position ? mesh_->NodesOf(mesh_->Elements()[*position]) : std::span<const std::size_t>();
-    for (const std::size_t node : nodes) {
-      for (std::size_t k = 0; k < 3; ++k) place[k] += mesh_->Points()[node][k] / static_cast<double>(nodes.size());
-    }
-    if (!nodes.empty()) return TurnAt(place, values);
-  } else if (const auto node = mesh_->FindNode(id)) {
-    return TurnAt(mesh_->Points()[*node], values);
-  }
+  if (const auto place = PlaceOf(id)) return TurnAt(*place, values);
   std::fill(values.begin(), values.end(), kNaN);
   return false;
+}
+
+bool RecordTurner::TurnPart(int element, std::size_t part, std::size_t numParts, std::span<double> values) const
+{
+  if (!Turns()) return true;
+  if (!axes_.NeedsPlaces()) return TurnAt({}, values);
+  if (const auto place = PlaceOfPart(element, part, numParts, values.size() == 6)) return TurnAt(*place, values);
+  std::fill(values.begin(), values.end(), kNaN);
+  return false;
+}
+
+std::optional<std::array<double, 3>> RecordTurner::PlaceOf(int id) const
+{
+  if (!isOfElements_) {
+    const auto node = mesh_->FindNode(id);
+    return node ? std::optional(mesh_->Points()[*node]) : std::nullopt;
+  }
+  const auto position = mesh_->FindElement(id);
+  const auto nodes    = position ? mesh_->NodesOf(mesh_->Elements()[*position]) : std::span<const std::size_t>();
+  if (nodes.empty()) return std::nullopt;
+  std::array<double, 3> place{};
+  for (const std::size_t node : nodes) {
+    for (std::size_t k = 0; k < 3; ++k) place[k] += mesh_->Points()[node][k] / static_cast<double>(nodes.size());
+  }
+  return place;
+}
+
+std::optional<std::array<double, 3>> RecordTurner::PlaceOfPart(int element, std::size_t part, std::size_t numParts,
+                                                               bool isPoint) const
+{
+  const auto position = mesh_->FindElement(element);
+  if (!position) return std::nullopt;
+  const Mesh::Element& found = mesh_->Elements()[*position];
+  const auto           nodes = mesh_->NodesOf(found);
+  if (!isPoint) return part < nodes.size() ? std::optional(mesh_->Points()[nodes[part]]) : std::nullopt;
+  std::vector<double> coordinates;
+  for (const std::size_t node : nodes)
+    coordinates.insert(coordinates.end(), mesh_->Points()[node].begin(), mesh_->Points()[node].end());
+  std::vector<double> points(3 * numParts);
+  if (nodes.empty() || !LocatePoints(found.frdType, numParts, coordinates, points)) return std::nullopt;
+  return std::array<double, 3>{points[3 * part], points[3 * part + 1], points[3 * part + 2]};
 }
 
 bool RecordTurner::TurnAt(const std::array<double, 3>& place, std::span<double> values) const

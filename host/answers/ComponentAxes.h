@@ -63,13 +63,14 @@ private:
 
 /// Turns the records of one kind. Vectors and tensors are turned, scalars stay.
 ///
-/// Nodes are where the mesh has them, undeformed; values of an element are in the axes at the mean of its nodes.
+/// Nodes are where the mesh has them, undeformed; values of an element are in the axes at the mean of its nodes, those
+/// of its integration points and nodes in the axes there.
 class RecordTurner
 {
 public:
   /// @param mesh  borrowed; null where the axes need no places
   /// @param onf   the kind of the records: scalars, vectors and tensors
-  /// @throws FED_Failure for a kind of which no component is in axes: principal values, variances, coordinates, lists;
+  /// @throws FED_Failure for a kind of which no component is in axes: principal values, variances, coordinates;
   /// and for
   ///         principal axes of vectors
   RecordTurner(const ComponentAxes& axes, int onf, const Mesh* mesh);
@@ -77,6 +78,9 @@ public:
   /// @param values shape [1], [3] or [6], of the record of this node or element; become nan where no axes are
   /// @return whether there are axes: false for what is not in the mesh or on the axis of a cylindrical system
   bool Turn(int id, std::span<double> values) const;
+  /// The same for one part of a record of an element: an integration point, or a node where the kind holds vectors.
+  /// @param part 0 <= part < numParts
+  bool TurnPart(int element, std::size_t part, std::size_t numParts, std::span<double> values) const;
   /// The same for a value at a place of its own.
   bool TurnAt(const std::array<double, 3>& place, std::span<double> values) const;
 
@@ -84,6 +88,10 @@ public:
   bool Turns() const noexcept { return axes_.GetForm() != ComponentAxes::Global; }
 
 private:
+  std::optional<std::array<double, 3>> PlaceOf(int id) const;
+  std::optional<std::array<double, 3>> PlaceOfPart(int element, std::size_t part, std::size_t numParts,
+                                                   bool isPoint) const;
+
   const ComponentAxes& axes_;
   const Mesh*          mesh_;
   bool                 isOfElements_ = false;

@@ -41,7 +41,7 @@ LinearizedStress Linearize(std::span<const double> tensors)
     }
     result.membrane[k]             = membrane;
     result.bendingStart[k]         = bending;
-    result.bendingEnd[k]           = -bending;
+    result.bendingEnd[k]           = 0.0 - bending;  // no "-0"
     result.membraneBendingStart[k] = membrane + bending;
     result.membraneBendingEnd[k]   = membrane - bending;
     result.peakStart[k]            = tensors[k] - result.membraneBendingStart[k];

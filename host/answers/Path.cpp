@@ -216,6 +216,15 @@ private:
     }
   }
 
+  /// Where a tensor's principal values point: of the first x1, y1, z1. What stands before its components stands here,
+  /// too.
+  static void AddDirectionColumns(const Source& source, std::vector<std::string>& columns)
+  {
+    const std::string& first  = source.columns.front();
+    const std::string  before = first.substr(0, first.size() - source.components.front().GetName().size());
+    for (const char* name : {"x1", "y1", "z1", "x2", "y2", "z2", "x3", "y3", "z3"}) columns.push_back(before + name);
+  }
+
   /// Principal values count as their tensor.
   static bool IsTensor(const Source& source) { return source.numRead == kNumComponents; }
 
@@ -246,11 +255,15 @@ private:
     step.key = key;
     step.rows.resize(line.points.size());
     std::vector<bool>                                          isMissing(line.points.size(), false);
+    std::vector<bool>                                          isOnAxis(line.points.size(), false);
     std::vector<std::pair<const Source*, std::vector<double>>> stresses;  // of places that have one
     for (const Source& source : sources) {
       ThrowIfInterrupted();
       step.blocks.push_back(source.block);
       step.columns.insert(step.columns.end(), source.columns.begin(), source.columns.end());
+      const bool tellsAxes = IsTensor(source) && axes_.GetForm() == ComponentAxes::Principal;
+      if (tellsAxes) AddDirectionColumns(source, step.columns);
+      const std::size_t   numColumns = step.columns.size();
       const BlockReader   reader(database_, source.block);
       const bool          isPrincipal = OnfKind::TensorOf(source.onf) != 0;
       const RecordTurner  turner(axes_, OnfOf(source.block), &line.mesh);
@@ -260,26 +273,36 @@ private:
         const std::span<double> own = std::span(values).first(source.numRead);
         if (!line.places[p] || !ReadValues(source, reader, line.mesh, *line.places[p], own)) {
           isMissing[p] = isMissing[p] || line.places[p].has_value();
-          step.rows[p].resize(step.rows[p].size() + source.components.size());
+          step.rows[p].resize(numColumns);
           continue;
         }
-        turner.TurnAt(line.points[p].place, own);
+        const PrincipalAxes directions =
+            tellsAxes ? PrincipalAxesOf(std::span<const double, 6>(values)) : PrincipalAxes();
+        if (!turner.TurnAt(line.points[p].place, own)) {
+          isOnAxis[p] = true;
+          step.rows[p].resize(numColumns);
+          continue;
+        }
         tensors.insert(tensors.end(), own.begin(), own.end());
         std::array<double, 3> principal{};
         if (isPrincipal) principal = PrincipalValues(std::span<const double, 6>(values));
         const std::span<const double> told = isPrincipal ? std::span<const double>(principal) : own;
-        for (const Component& component : source.components) step.rows[p].push_back(component.Evaluate(told));
+        for (const Component& component : source.components) step.rows[p].emplace_back(component.Evaluate(told));
+        if (!tellsAxes) continue;
+        for (const auto& direction : directions.directions)
+          step.rows[p].insert(step.rows[p].end(), direction.begin(), direction.end());
       }
       if (IsTensor(source)) stresses.emplace_back(&source, std::move(tensors));
     }
     step.numWithoutValues = static_cast<std::size_t>(std::count(isMissing.begin(), isMissing.end(), true));
-    if (request_.linearize) step.linearization = LinearizeStep(key, stresses, line);
+    step.numWithoutAxes   = static_cast<std::size_t>(std::count(isOnAxis.begin(), isOnAxis.end(), true));
+    if (request_.linearize) step.linearization = LinearizeStep(key, stresses, line, step.numWithoutAxes);
     return step;
   }
 
   PathLinearization LinearizeStep(const FED_DataDescriptor&                                         key,
                                   const std::vector<std::pair<const Source*, std::vector<double>>>& stresses,
-                                  const Line&                                                       line) const
+                                  const Line& line, std::size_t numWithoutAxes) const
   {
     std::set<int> tensorKinds;
     for (const auto& [source, tensors] : stresses) tensorKinds.insert(OnfOf(source->block));
@@ -290,6 +313,9 @@ private:
     if (line.points.size() < kFewestLinearized)
       Fail("--linearize needs " + std::to_string(kFewestLinearized) + " points or more, found " +
            std::to_string(line.points.size()));
+    if (numWithoutAxes > 0)
+      Fail("--linearize: " + Counted(numWithoutAxes, "point") +
+           " on the axis of --axes, where no direction is radial, expected a line beside it");
     const std::vector<double>& tensors = stresses.front().second;
     if (tensors.size() != kNumComponents * line.points.size()) FailWithoutValues(key, line);
 

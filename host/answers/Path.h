@@ -70,6 +70,7 @@ struct PathStep
   std::vector<std::vector<std::optional<double>>> rows;  ///< shape [places, columns]; nothing where there is no value
   std::optional<PathLinearization>                linearization;
   std::size_t numWithoutValues = 0;  ///< places within an element some nodes of which have no value
+  std::size_t numWithoutAxes   = 0;  ///< places on the axis of a cylindrical system: they have no value either
 };
 
 struct PathReport
@@ -88,7 +89,8 @@ struct PathReport
 /// like) come from the interpolated tensor, which the database has to have.
 ///
 /// Columns are components of tensors ("xx", "mises"), of vectors with their kind before them ("displacement-x"), and
-/// the names of scalars. Where several kinds of tensors are selected theirs stand before the components, too.
+/// the names of scalars. Where several kinds of tensors are selected theirs stand before the components, too. In
+/// principal axes the directions of each tensor stand behind its components: x1, y1, z1 of the first one to z3.
 /// @param blocks the selected descriptors. Blocks of equal keys but the kind are one step.
 /// @throws FED_Failure for what is asked and not there: a mesh, solids, kinds with values along a line, a tensor behind
 ///         principal values; with linearize for a place without a value, and unless one kind of stress is selected

@@ -43,9 +43,11 @@ const std::vector<Command>& GetCommands();
 
 // One file each.
 CommandFunction DefineCheck(CLI::App& app);
+CommandFunction DefineCombine(CLI::App& app);
 CommandFunction DefineCompact(CLI::App& app);
 CommandFunction DefineDeck(CLI::App& app);
 CommandFunction DefineDerive(CLI::App& app);
+CommandFunction DefineEnvelope(CLI::App& app);
 CommandFunction DefineExport(CLI::App& app);
 CommandFunction DefineForces(CLI::App& app);
 CommandFunction DefineDiff(CLI::App& app);
@@ -53,6 +55,7 @@ CommandFunction DefineFromOnf(CLI::App& app);
 CommandFunction DefineImport(CLI::App& app);
 CommandFunction DefineLs(CLI::App& app);
 CommandFunction DefineMatrix(CLI::App& app);
+CommandFunction DefinePath(CLI::App& app);
 CommandFunction DefinePlot(CLI::App& app);
 CommandFunction DefinePrune(CLI::App& app);
 CommandFunction DefineSalvage(CLI::App& app);

@@ -6,11 +6,14 @@
 #include <utility>
 #include <vector>
 
+#include <bundled/OnfKinds.h>
 #include <CLI/CLI.hpp>
 
+#include "answers/ComponentAxes.h"
 #include "answers/ModelNames.h"
 #include "answers/Region.h"
 #include "answers/StepTimes.h"
+#include "commands/AxesOption.h"
 #include "commands/Command.h"
 #include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
@@ -18,6 +21,7 @@
 #include "database/RecordRows.h"
 #include "database/ScratchRecord.h"
 #include "import/OpenedDatabase.h"
+#include "kinds/Component.h"
 #include "kinds/KindTable.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -37,8 +41,54 @@ struct Options
   std::string                database;
   SelectionOptions           selection;
   RegionOptions              region;
+  std::string                axes;
   std::optional<std::size_t> head;
   TableForm                  form;
+};
+
+/// The axes that components are shown in, those of one iteration at a time.
+class ShownAxes
+{
+public:
+  ShownAxes(const FED_Database& database, std::string text) : database_(database), text_(std::move(text)) {}
+
+  bool IsGlobal() const noexcept { return text_.empty(); }
+
+  /// @return what turns the records of a block. It borrows the axes until the next call.
+  RecordTurn TurnOf(const FED_DataDescriptor& block, Region& region)
+  {
+    const int iteration    = block.GetInteger(FED_DataDescriptor::Iteration);
+    const int onf          = block.GetInteger(FED_DataDescriptor::OnfId);
+    axes_                  = ComponentAxes(text_, database_, iteration);
+    const Mesh* mesh       = axes_.NeedsPlaces() ? &region.GetMesh(iteration) : nullptr;
+    const auto  turner     = std::make_shared<RecordTurner>(axes_, onf, mesh);
+    const bool  isOfTensor = ValueComponentsOf(onf).size() == 6;
+    const bool  isList     = OnfKind::ListPeriodOf(onf) > 1;
+    const bool  tellsAxes  = isOfTensor && axes_.GetForm() == ComponentAxes::Principal;
+    RecordTurn  turn;
+    if (tellsAxes) turn.columns = {"x1", "y1", "z1", "x2", "y2", "z2", "x3", "y3", "z3"};
+    turn.turn = [this, turner, isList, tellsAxes](int id, std::size_t part, std::size_t numParts,
+                                                  std::span<double> values, std::vector<Cell>& behind) {
+      if (tellsAxes)
+        for (const auto& direction : PrincipalAxesOf(values.first<6>()).directions)
+          behind.insert(behind.end(), direction.begin(), direction.end());
+      if (!(isList ? turner->TurnPart(id, part, numParts, values) : turner->Turn(id, values))) ++numWithout_;
+    };
+    return turn;
+  }
+
+  void TellNotes(Console& console) const
+  {
+    if (const std::string text = axes_.Describe(); !text.empty()) console.Note(text);
+    if (numWithout_ > 0)
+      console.Note(Counted(numWithout_, "value") + " at places where the axes are none, or that are not known");
+  }
+
+private:
+  const FED_Database& database_;
+  std::string         text_;
+  ComponentAxes       axes_;
+  std::size_t         numWithout_ = 0;
 };
 
 /// Blocks are shown one after the other, and the keys of one are all that memory holds.
@@ -50,6 +100,7 @@ struct Shown
   const StepTimes&                times;
   const ModelNames&               names;
   Region&                         region;
+  ShownAxes&                      axes;
   std::optional<std::size_t>      head;
   std::vector<FED_DataDescriptor> descriptors;
 
@@ -79,7 +130,12 @@ struct Shown
 
   RecordRows RowsOf(const FED_DataBlock& block) const
   {
-    return RecordRows(block, kinds, database, ComponentsOf(selection, block.GetDescriptor()));
+    std::vector<Component> components = ComponentsOf(selection, block.GetDescriptor());
+    if (axes.IsGlobal()) return RecordRows(block, kinds, database, std::move(components));
+    const int onf = block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId);
+    if (components.empty())
+      for (const std::string& name : ValueComponentsOf(onf)) components.emplace_back(name, onf);
+    return RecordRows(block, kinds, database, std::move(components), axes.TurnOf(block.GetDescriptor(), region));
   }
 
   /// @return the rows of a record, with names for numbers
@@ -245,10 +301,11 @@ void Run(const Options& options, CommandContext& context)
   const StepTimes  times(database.Get());
   const ModelNames names(database.Get());
   Region           region(database.Get(), options.region, options.database);
-  Shown            shown{database.Get(), kinds,
-              selection,      times,
-              names,          region,
-              options.head,   options.selection.Choose(database.Get(), selection, times, options.database)};
+  ShownAxes        axes(database.Get(), options.axes);
+  Shown            shown{
+      database.Get(), kinds,        selection,
+      times,          names,        region,
+      axes,           options.head, options.selection.Choose(database.Get(), selection, times, options.database)};
   std::erase_if(shown.descriptors, [&](const FED_DataDescriptor& block) { return !region.AppliesTo(block); });
   region.RequireIds(shown.descriptors, options.selection.ToString());
   if (options.region.HasPlace() && !HoldsRecords(region, database.Get(), shown.descriptors))
@@ -261,6 +318,7 @@ void Run(const Options& options, CommandContext& context)
   else
     PrintForPrograms(context.output, options.form, shown);
   TellNotes(region, context.console);
+  axes.TellNotes(context.console);
 }
 
 }  // namespace
@@ -274,6 +332,7 @@ CommandFunction DefineShow(CLI::App& app)
   AddStepsOption(app, options->selection);
   AddTimeOption(app, options->selection);
   AddRegionOptions(app, options->region);
+  AddAxesOption(app, options->axes);
   app.add_option("--head", options->head, "Only the first N records of each block")
       ->type_name("N")
       ->check([](const std::string& text) {

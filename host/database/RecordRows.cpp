@@ -148,8 +148,8 @@ struct CellFormatter
 std::string FormatCell(const Cell& cell, const CellStyle& style) { return std::visit(CellFormatter{style}, cell); }
 
 RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database,
-                       std::vector<Component> components)
-    : components_(std::move(components))
+                       std::vector<Component> components, RecordTurn turn)
+    : components_(std::move(components)), turn_(std::move(turn))
 {
   const int                         onf = block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId);
   std::vector<FED_FieldType::Class> fields;
@@ -186,6 +186,7 @@ RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const
   if (!components_.empty()) {
     names.clear();
     for (const Component& component : components_) names.push_back(component.GetName());
+    names.insert(names.end(), turn_.columns.begin(), turn_.columns.end());
   }
   columns_.insert(columns_.end(), names.begin(), names.end());
 }
@@ -206,10 +207,14 @@ std::string RecordRows::GetComponentName(std::size_t field, std::size_t componen
   return columns_[std::min(columns.first + component, columns_.size() - 1)];
 }
 
-void RecordRows::AppendComponents(std::span<const double> values, std::vector<Cell>& row) const
+void RecordRows::AppendComponents(int id, std::size_t part, std::size_t numParts, std::span<double> values,
+                                  std::vector<Cell>& row) const
 {
+  std::vector<Cell> behind;
+  if (turn_.turn) turn_.turn(id, part, numParts, values, behind);
   for (const Component& component : components_)
     row.push_back(values.size() == component.NumValues() ? Cell(component.Evaluate(values)) : Cell(std::string()));
+  row.insert(row.end(), behind.begin(), behind.end());
 }
 
 std::vector<std::vector<Cell>> RecordRows::GetComponentRows(int id, const FED_ConstDataRecord& record) const
@@ -221,18 +226,19 @@ std::vector<std::vector<Cell>> RecordRows::GetComponentRows(int id, const FED_Co
     std::vector<double> values;
     for (const Cell& cell : stored)
       if (const double* value = std::get_if<double>(&cell)) values.push_back(*value);
-    AppendComponents(values, rows.emplace_back(1, Cell(id)));
+    AppendComponents(id, 0, 1, values, rows.emplace_back(1, Cell(id)));
     return rows;
   }
-  const std::vector<double> values    = DoublesOf(record, layout_ == Layout::Points ? 2 : 1);
-  const std::size_t         groupSize = layout_ == Layout::Points ? kTensorNames.size() : kVectorNames.size();
-  const std::vector<int>    nodes     = nodeLists_ ? NodesOf(id) : std::vector<int>();
+  std::vector<double>    values    = DoublesOf(record, layout_ == Layout::Points ? 2 : 1);
+  const std::size_t      groupSize = layout_ == Layout::Points ? kTensorNames.size() : kVectorNames.size();
+  const std::vector<int> nodes     = nodeLists_ ? NodesOf(id) : std::vector<int>();
   for (std::size_t first = 0; first < values.size(); first += groupSize) {
     const std::size_t  place = first / groupSize;
     std::vector<Cell>& row   = rows.emplace_back();
     row                      = {id, static_cast<int>(place + 1)};
     if (nodeLists_) row.push_back(place < nodes.size() ? Cell(nodes[place]) : Cell(std::string()));
-    AppendComponents(std::span(values).subspan(first, std::min(groupSize, values.size() - first)), row);
+    AppendComponents(id, place, values.size() / groupSize,
+                     std::span(values).subspan(first, std::min(groupSize, values.size() - first)), row);
   }
   return rows;
 }

@@ -4,6 +4,7 @@
 /// Records as rows of a table.
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -36,6 +37,19 @@ struct CellStyle
 
 std::string FormatCell(const Cell& cell, const CellStyle& style);
 
+/// What is done with the values of a record before components are taken of them.
+struct RecordTurn
+{
+  /// @param part     0 of a record that is one value; of a list the integration point or node, from 0
+  /// @param numParts 1, or how many the list has
+  /// @param values   of the record or part, in stored order; may be changed
+  /// @param behind   receives a cell for each of the columns
+  std::function<void(int id, std::size_t part, std::size_t numParts, std::span<double> values,
+                     std::vector<Cell>& behind)>
+                           turn;
+  std::vector<std::string> columns;  ///< behind those of the components
+};
+
 /// How the records of a block read as rows. Most records are one row; integration points and nodal values of elements
 /// are a row each.
 class RecordRows
@@ -45,8 +59,9 @@ public:
   /// @param database borrowed; its node lists (595) of the block's iteration tell which node a value of a list by nodes
   ///                 belongs to
   /// @param components of the block's kind, to be shown instead of the values that are stored; empty: these
+  /// @param turn       for components alone; empty: nothing
   RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database,
-             std::vector<Component> components = {});
+             std::vector<Component> components = {}, RecordTurn turn = {});
   RecordRows(const RecordRows&)            = delete;
   RecordRows& operator=(const RecordRows&) = delete;
   ~RecordRows();
@@ -79,13 +94,15 @@ private:
 
   std::vector<int>               NodesOf(int element) const;
   std::vector<std::vector<Cell>> GetComponentRows(int id, const FED_ConstDataRecord& record) const;
-  void                           AppendComponents(std::span<const double> values, std::vector<Cell>& row) const;
+  void AppendComponents(int id, std::size_t part, std::size_t numParts, std::span<double> values,
+                        std::vector<Cell>& row) const;
 
   Layout                                layout_ = Layout::Fields;
   std::vector<std::string>              columns_;
   std::unique_ptr<FED_ConstIdDataBlock> nodeLists_;   // of layout Triples, null where the database has none
   std::vector<FieldColumns>             fields_;      // shape [number of fields]; empty in the layouts of groups
   std::vector<Component>                components_;  // empty: all that is stored
+  RecordTurn                            turn_;
 };
 
 /// @return the components of a kind that a selection asks for; nothing when it asks for none

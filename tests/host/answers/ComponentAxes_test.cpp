@@ -162,6 +162,27 @@ TEST_F(TurnedRecords, OfElementsAreTurnedAtTheMeanOfTheirNodes)
   EXPECT_NEAR(tensor[3], -0.3, 1e-15);
 }
 
+// The points of a brick lie at +-1 / sqrt(3) of its middle; node 5 of element 20 is its first, at (2, 0, 0).
+TEST_F(TurnedRecords, OfPointsAndNodesOfElementsAreTurnedWhereTheseAre)
+{
+  Tensor             tensor = {1, 0, 0, 0, 0, 0};
+  const double       x      = 3 - std::sqrt(1.0 / 3.0);
+  const double       y      = 1 - std::sqrt(1.0 / 3.0);
+  const RecordTurner points(round_, OnfKind::IntegrationPointStress, &mesh_);
+  EXPECT_TRUE(points.TurnPart(20, 0, 8, tensor));
+  EXPECT_NEAR(tensor[0], x * x / (x * x + y * y), 1e-14);
+  EXPECT_NEAR(tensor[3], -x * y / (x * x + y * y), 1e-14);
+  EXPECT_FALSE(points.TurnPart(20, 0, 5, tensor)) << "no rule has five points";
+  EXPECT_FALSE(points.TurnPart(99, 0, 8, tensor));
+
+  Vector             vector = {1, 0, 3};
+  const RecordTurner forces(round_, OnfKind::ElementForces, &mesh_);
+  EXPECT_TRUE(forces.TurnPart(20, 3, 8, vector));  // node 6, at (2, 2, 0)
+  EXPECT_NEAR(vector[0], std::sqrt(0.5), 1e-15);
+  EXPECT_NEAR(vector[1], -std::sqrt(0.5), 1e-15);
+  EXPECT_FALSE(forces.TurnPart(20, 8, 9, vector));
+}
+
 TEST_F(TurnedRecords, AreNoNumbersWhereThereAreNoAxes)
 {
   const RecordTurner turner(round_, OnfKind::NodalStress, &mesh_);
@@ -201,8 +222,8 @@ TEST_F(TurnedRecords, OfKindsWithoutAxesAreAFailure)
             "--axes: coordinates (516) holds places, expected a vector or a tensor");
   EXPECT_EQ(failure(round_, OnfKind::NodalStrainVariance),
             "--axes: nodal-strain-variance (553) holds a variance of each component, expected a vector or a tensor");
-  EXPECT_EQ(failure(round_, OnfKind::ElementForces),
-            "--axes: element-forces (580) has no components, expected a vector or a tensor");
+  EXPECT_EQ(failure(round_, OnfKind::ElementNodes),
+            "--axes: element-nodes (595) has no components, expected a vector or a tensor");
   EXPECT_EQ(failure(principal, OnfKind::Displacement),
             "--axes: displacement (510) holds vectors, which have no principal axes, expected a tensor");
 }

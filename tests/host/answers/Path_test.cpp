@@ -144,7 +144,26 @@ TEST_F(Path, ComponentsAreInTheAxesAtThePlace)
   EXPECT_NEAR(*report.steps[0].rows[0][0], 0.5 * (t[0] + t[1]) + t[3], 1e-12);
   EXPECT_NEAR(*report.steps[0].rows[0][3], 0.5 * (t[1] - t[0]), 1e-12);
   EXPECT_NEAR(*report.steps[0].rows[1][0], LinearTensor({3, 0, 1})[0], 1e-12);
-  EXPECT_TRUE(std::isnan(*report.steps[0].rows[2][0])) << "on the axis no direction is radial";
+  EXPECT_FALSE(report.steps[0].rows[2][0].has_value()) << "on the axis no direction is radial";
+  EXPECT_EQ(report.steps[0].numWithoutAxes, 1u);
+}
+
+// Directions are those of the interpolated tensor: of xy alone at 45 degrees.
+TEST_F(Path, PrincipalAxesAreToldWithTheirDirections)
+{
+  for (int node = 1; node <= 12; ++node)
+    WriteTensor(database_, ResultKey(OnfKind::NodalStress, 2), node, {0, 0, 0, node <= 4 ? 1.0 : 3.0, 0, 0});
+  PathRequest request;
+  request.places          = {{1, 1, 1}, {-1, 1, 1}};
+  request.axes            = "principal";
+  const PathReport report = Follow("stress@lc=2", request);
+  EXPECT_EQ(report.steps[0].columns, (std::vector<std::string>{"xx", "yy", "zz", "xy", "yz", "zx", "x1", "y1", "z1",
+                                                               "x2", "y2", "z2", "x3", "y3", "z3"}));
+  const double h          = std::sqrt(0.5);
+  const double expected[] = {2, 0, -2, 0, 0, 0, h, h, 0, 0, 0, 1, h, -h, 0};
+  for (std::size_t k = 0; k < 15; ++k) EXPECT_NEAR(*report.steps[0].rows[0][k], expected[k], 1e-14) << k;
+  EXPECT_EQ(report.steps[0].rows[1].size(), 15u);
+  EXPECT_FALSE(report.steps[0].rows[1][14].has_value());
 }
 
 TEST_F(Path, EachResultStepIsTold)
@@ -223,6 +242,9 @@ TEST_F(Path, OnlyAWholeLineOfOneStressIsLinearized)
   request.axes = "principal";
   EXPECT_EQ(failure("stress"),
             "--linearize adds up components in axes that stay, expected other --axes than principal ones");
+  request.axes = "cylindrical:0,1,1,0,0,1";
+  EXPECT_EQ(failure("stress"),
+            "--linearize: 1 point on the axis of --axes, where no direction is radial, expected a line beside it");
   request.axes.clear();
   request.places = PlacesOnLine({0, 1, 1}, {4, 1, 1}, 2);
   EXPECT_EQ(failure("stress"), "--linearize needs 3 points or more, found 2");

@@ -222,6 +222,40 @@ TEST_F(ShowModel, SeveralBlocksHaveTheirTime)
             "displacement  510@it=0,an=1,lc=2,sub=1  time 2  1 record\nid  x\n 1  2\n");
 }
 
+// Node 6 is at (1, 1, 0): of xx alone a half is radial, a half tangential, and the shear is minus a half.
+TEST_F(ShowModel, ComponentsAreInTheAxesThatAreAskedFor)
+{
+  const RunResult round = RunQuilon({"show", onf_, "stress.xx,stress.yy,stress.xy,stress.mises", "--time", "1", "--ids",
+                                     "4-6", "--axes", "cylindrical:0,0,0,0,0,1", "--table"});
+  EXPECT_EQ(round.out,
+            "nodal-stress  521@it=0,an=1,lc=1,sub=2  time 1  3 records\n"
+            "id   xx   yy   xy  mises\n"
+            " 4  nan  nan  nan    nan\n"
+            " 5    5    0    0      5\n"
+            " 6    3    3   -3      6\n");
+  EXPECT_EQ(round.err,
+            "quilon: note: axes: x radial, y tangential, z along the axis through 0,0,0 along 0,0,1\n"
+            "quilon: note: 1 value at places where the axes are none, or that are not known\n");
+  EXPECT_EQ(
+      RunQuilon({"show", onf_, "displacement", "--time", "1", "--ids", "5", "--axes", "rectangular:0,1,0,1,0,0"}).out,
+      "id\tx\ty\tz\n5\t-5\t5\t0\n");
+}
+
+// xy alone: principal values at 45 degrees, the third direction their vector product.
+TEST_F(ShowModel, PrincipalAxesAreShownWithTheirDirections)
+{
+  EXPECT_EQ(
+      RunQuilon({"show", onf_, "element-stress", "--time", "2", "--ids", "101", "--axes", "principal", "--table"}).out,
+      "element-stress  561@it=0,an=1,lc=2,sub=1  time 2  1 record\n"
+      " id  xx  yy  zz  xy  yz  zx        x1        y1  z1  x2  y2  z2        x3         y3  z3\n"
+      "101   2   0  -2   0   0   0  0.707107  0.707107   0   0   0   1  0.707107  -0.707107   0\n");
+  const RunResult vectors = RunQuilon({"show", onf_, "displacement", "--axes", "principal"});
+  EXPECT_EQ(vectors.exitCode, 2);
+  EXPECT_EQ(
+      vectors.err,
+      "quilon: error: --axes: displacement (510) holds vectors, which have no principal axes, expected a tensor\n");
+}
+
 TEST_F(ShowModel, RegionsAreOfTheModel)
 {
   EXPECT_EQ(RunQuilon({"show", onf_, "stress.xx", "--time", "1", "--material", "ALU", "--box", "1,0,0,2,0,0"}).out,
