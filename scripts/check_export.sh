@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Reads exports back with VTK: every number, the volume of every solid, and where its faces look. Takes about ten seconds
-# beside the build of quilon; the first time it installs VTK (Debian package python3-vtk9, 300 MB).
+# beside the build of quilon; the first time it installs VTK (Debian package python3-vtk9, 200 MB).
 #
 # usage: scripts/check_export.sh [PRESET]     (default: dev; the preset's build is used as it is)
 set -euo pipefail

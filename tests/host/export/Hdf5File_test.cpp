@@ -39,7 +39,9 @@ TEST(Hdf5File, TellsOfEveryCallThatFailsAndGoesOn)
       std::ofstream(path).close();
       files.Arm(fault, ++position);
       message = FailureOf([&] { WriteSome(path, &files); });
-      if (files.HasFailed()) EXPECT_EQ(message.substr(0, expected.size()), expected) << "call " << position;
+      if (files.HasFailed()) {
+        EXPECT_EQ(message.substr(0, expected.size()), expected) << "call " << position;
+      }
     } while (files.HasFailed());
     EXPECT_EQ(message, "");
     EXPECT_GT(position, 5U);
