@@ -1,9 +1,12 @@
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include <bundled/OnfKinds.h>
@@ -23,10 +26,12 @@
 #include "import/OpenedDatabase.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
+#include "plot/TextChart.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
+#include "terminal/Terminal.h"
 #include "text/Format.h"
 #include "text/JsonText.h"
 
@@ -44,6 +49,7 @@ struct Options
   std::string                axes;
   std::optional<std::size_t> head;
   TableForm                  form;
+  bool                       spark = false;
 };
 
 /// The axes that components are shown in, those of one iteration at a time.
@@ -293,6 +299,54 @@ void PrintForPrograms(Output& output, const TableForm& form, const Shown& shown)
   }
 }
 
+/// @return the number of a cell; nothing for a text and a list
+std::optional<double> NumberOf(const Cell& cell)
+{
+  if (const auto* const value = std::get_if<double>(&cell)) return *value;
+  if (const auto* const value = std::get_if<float>(&cell)) return *value;
+  if (const auto* const value = std::get_if<int>(&cell)) return *value;
+  return std::nullopt;
+}
+
+/// For each block a line a column of numbers: least, a bar a record or several, greatest. Memory holds the numbers of a
+/// block.
+void PrintSparklines(Output& output, const Shown& shown)
+{
+  constexpr int kMost   = 64;
+  constexpr int kBeside = 40;  // names and numbers
+  const auto    width   = static_cast<std::size_t>(std::clamp(GetTerminalWidth() - kBeside, 8, kMost));
+  const char*   before  = "";
+  for (const FED_DataDescriptor& descriptor : shown.descriptors) {
+    const FED_DataBlock&             block = shown.database.GetConstDataBlock(descriptor);
+    const std::vector<RecordKey>     keys  = shown.Choose(block);
+    const RecordRows                 rows  = shown.RowsOf(block);
+    std::vector<std::vector<double>> columns(rows.GetColumns().size());
+    shown.ForEachRecord(block, keys, [&](int id, const FED_ConstDataRecord& record) {
+      for (const std::vector<Cell>& row : shown.GetRows(rows, block, id, record))
+        for (std::size_t i = 1; i < row.size(); ++i)
+          if (const std::optional<double> number = NumberOf(row[i])) columns[i].push_back(*number);
+    });
+    output.Write(before + Printable(shown.kinds.GetName(descriptor)) + "  " + ToSelectionText(descriptor) + "  " +
+                 Counted(keys.size(), "record") + '\n');
+    before             = "\n";
+    std::size_t widest = 0;
+    for (const std::string& name : rows.GetColumns()) widest = std::max(widest, name.size());
+    for (std::size_t i = 1; i < columns.size(); ++i) {
+      std::vector<double> finite;
+      std::copy_if(columns[i].begin(), columns[i].end(), std::back_inserter(finite),
+                   [](double value) { return std::isfinite(value); });
+      if (finite.empty()) continue;
+      const auto [least, greatest]  = std::minmax_element(finite.begin(), finite.end());
+      const std::string&    name    = rows.GetColumns()[i];
+      const std::string     low     = FormatRounded(*least);
+      constexpr std::size_t kDigits = 12;
+      output.Write("  " + Printable(name) + std::string(widest - name.size() + 1, ' ') +
+                   std::string(low.size() < kDigits ? kDigits - low.size() : 0, ' ') + low + "  " +
+                   DrawSparkline(columns[i], width, MayUseUnicode()) + "  " + FormatRounded(*greatest) + '\n');
+    }
+  }
+}
+
 void Run(const Options& options, CommandContext& context)
 {
   OpenedDatabase   database(options.database, context.console);
@@ -311,7 +365,9 @@ void Run(const Options& options, CommandContext& context)
   if (options.region.HasPlace() && !HoldsRecords(region, database.Get(), shown.descriptors))
     region.FailEmpty(options.selection.ToString());
 
-  if (options.form.json)
+  if (options.spark)
+    PrintSparklines(context.output, shown);
+  else if (options.form.json)
     PrintJson(context.output, shown);
   else if (StyleOf(options.form) == TableStyle::Aligned)
     PrintForPeople(context.output, options.form, shown);
@@ -340,6 +396,8 @@ CommandFunction DefineShow(CLI::App& app)
         return isCount ? std::string() : "'" + text + "', expected a count, 0 or more";
       });
   AddTableOptions(app, options->form);
+  app.add_flag("--spark", options->spark, "A line of bars for each column, from its least value to its greatest")
+      ->excludes("--json", "--csv", "--table");
   app.footer(
       "Numbers are printed in the shortest form that reads back to the same bits, in aligned tables with six digits.\n"
       "\n"
@@ -347,6 +405,7 @@ CommandFunction DefineShow(CLI::App& app)
       "  quilon show bracket.onf stress@lc=2,sub=last --ids 1,5-9\n"
       "  quilon show bracket.onf stress.mises,stress.p1 --time last --set FIX\n"
       "  quilon show bracket.onf 582@lc=1 --head 3\n"
+      "  quilon show bracket.onf displacement@lc=1 --spark\n"
       "  quilon show modes.onf eigenvalue --json");
   return [options](CommandContext& context) { Run(*options, context); };
 }

@@ -295,4 +295,16 @@ TEST_F(ShowModel, CommandsOnWholeBlocksRefuseComponents)
             "blocks\n");
 }
 
+TEST_F(ShowCommand, SparkPrintsALineOfBarsAColumn)
+{
+  const RunResult run = RunQuilon({"show", onf_, "510@lc=2", "--spark"}, {.environment = {"LC_ALL=C"}});
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out,
+            "displacement  510@it=0,an=1,lc=2,sub=1  3 records\n"
+            "  x             0  _:#  0.25\n"
+            "  y             0  ___  0\n"
+            "  z             0  ___  0\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "510", "--spark", "--csv"}).exitCode, 2);
+}
+
 }  // namespace
