@@ -44,6 +44,7 @@ struct Options
   int                        iteration      = 0;
   bool                       strict         = false;
   double                     wait           = 0;
+  double                     maxDeviation   = kMaxDeviation;
   bool                       keepWholeSteps = false;
   bool                       replace        = false;
   bool                       keepOthers     = false;
@@ -70,6 +71,13 @@ void PrintJson(Output& output, const std::string& folder, const DatabaseImportRe
                                   {"quantity", deviation.quantity},
                                   {"nodes", deviation.nodes},
                                   {"largest", JsonNumber(deviation.largest)}});
+  json["disagreements"] = Json::array();
+  for (const ValueDisagreement& one : report.disagreements)
+    json["disagreements"].push_back({{"quantity", one.quantity},
+                                     {"nodes", one.nodes},
+                                     {"largest", JsonNumber(one.largest)},
+                                     {"step", one.step},
+                                     {"first-nodes", one.firstNodes}});
   json["skipped"] = Json::array();
   for (const SkippedRows& skipped : report.skipped)
     json["skipped"].push_back({{"reason", skipped.reason}, {"rows", skipped.rows}});
@@ -156,6 +164,7 @@ void Run(const Options& options, CommandContext& context)
   importOptions.iteration      = options.iteration;
   importOptions.strict         = options.strict;
   importOptions.keepWholeSteps = options.keepWholeSteps;
+  importOptions.maxDeviation   = options.maxDeviation;
   importOptions.deck           = ToDeckOptions(options.deck, context.console);
   if (options.averageBy) importOptions.averageBy = ParseAverageBy(*options.averageBy);
   if (options.groups) importOptions.groups = *options.groups;
@@ -195,6 +204,10 @@ CommandFunction DefineImport(CLI::App& app)
   app.add_option("--groups", options->groups, "A groups file: its groups become sets of the deck")->type_name("GROUPS");
   AddIncludeArguments(app, options->deck);
   app.add_flag("--strict", options->strict, "Anything that has to be skipped is an error");
+  AddMagnitudeOption(
+      app, "--max-deviation", options->maxDeviation,
+      "How far the files may be apart, as a fraction of the largest value: more is of two runs (default: "
+      "1e-3)");
   app.add_flag("--keep-whole-steps", options->keepWholeSteps,
                "On bad input write the steps that were whole, and fail all the same");
   app.add_flag("--replace", options->replace,

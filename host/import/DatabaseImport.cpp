@@ -65,6 +65,7 @@ std::vector<ImportSetting> SettingsOf(const DatabaseImportOptions& options)
     settings.push_back({"include-rule", "including-file"});
   if (!import.deck.workingDirectory.empty()) settings.push_back({"run-in", import.deck.workingDirectory.string()});
   if (import.deck.allowOutside) settings.push_back({"allow-outside", "yes"});
+  if (import.maxDeviation != kMaxDeviation) settings.push_back({"max-deviation", FormatNumber(import.maxDeviation)});
   if (import.strict) settings.push_back({"strict", "yes"});
   if (import.keepWholeSteps) settings.push_back({"keep-whole-steps", "yes"});
   return settings;
@@ -154,6 +155,8 @@ public:
     FED_Database& target  = publication_.Target();
     try {
       report_.results = ImportResults(files_, target, options);
+    } catch (const RefusedImport&) {
+      throw;
     } catch (const FED_Failure&) {
       if (options.keepWholeSteps && HasBlocks(target)) {
         now_.settings.push_back({ImportSettingName::IsWhole, "no"});

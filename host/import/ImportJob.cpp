@@ -4,9 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <string>
 #include <vector>
 
+#include "import/DeckImporter.h"
 #include "text/Format.h"
 
 namespace quilon {
@@ -48,6 +50,16 @@ ReadProgress ImportJob::MakeProgress(const std::filesystem::path& path) const
   if (!options.progress) return {};
   return [progress = options.progress, phase = "reading " + path.filename().string()](
              std::uint64_t done, std::uint64_t total) { progress(phase, done, total); };
+}
+
+std::optional<double> ImportJob::FindLargeDisplacements(const StepKey& key) const
+{
+  if (deck == nullptr || key.analysis != AnalysisTime) return std::nullopt;
+  const std::vector<calculix::DeckStep>& deckSteps = deck->model.steps;
+  if (key.loadCase < 1 || static_cast<std::size_t>(key.loadCase) > deckSteps.size())
+    return std::numeric_limits<double>::quiet_NaN();
+  const calculix::DeckStep& step = deckSteps[static_cast<std::size_t>(key.loadCase) - 1];
+  return step.nlgeom && !step.perturbation ? std::optional<double>(1.0) : std::nullopt;
 }
 
 void ImportJob::SaveMesh()

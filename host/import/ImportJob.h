@@ -4,6 +4,7 @@
 /// One job while its files are read.
 
 #include <filesystem>
+#include <optional>
 
 #include "import/ElementGroups.h"
 #include "import/ImportRecord.h"
@@ -38,6 +39,11 @@ struct ImportJob
 
   /// @return what a reader calls while it reads the file
   ReadProgress MakeProgress(const std::filesystem::path& path) const;
+
+  /// @return 1 where the deck says that the geometry of the result is the deformed one, a NaN where a deck does not
+  /// have
+  ///         the step, as when it goes on from a restart file; nothing where it is not, or without a deck
+  std::optional<double> FindLargeDisplacements(const StepKey& key) const;
 
   /// Completes the mesh from the deck, if there is one, and saves it. Notes the nodes that the deck has elsewhere.
   void SaveMesh();

@@ -1,6 +1,7 @@
 #include "import/ImportRecord.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace quilon {
 
@@ -36,6 +37,26 @@ void ImportRecord::AddDeviation(const std::string& elementType, const std::strin
   } else {
     report_.deviations.push_back({elementType, quantity, nodes, largest});
   }
+}
+
+void ImportRecord::AddDisagreement(const std::string& quantity, const StepKey& key, const std::vector<int>& nodes,
+                                   double largest)
+{
+  constexpr std::size_t kNamed = 5;
+  const auto            known  = std::find_if(report_.disagreements.begin(), report_.disagreements.end(),
+                                              [&quantity](const ValueDisagreement& one) { return one.quantity == quantity; });
+  const bool            isNew  = known == report_.disagreements.end();
+  ValueDisagreement&    told   = isNew ? report_.disagreements.emplace_back() : *known;
+  told.nodes += nodes.size();
+  Skip("values that files disagree on (one of them kept)", nodes.size());
+  if (isNew) {
+    told.quantity = quantity;
+    told.firstNodes.assign(nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(std::min(kNamed, nodes.size())));
+  }
+  if (!isNew && largest <= told.largest) return;
+  told.largest = largest;
+  told.step    = "step " + std::to_string(key.loadCase) + (key.analysis == AnalysisModes ? ", mode " : ", increment ") +
+              std::to_string(key.substep);
 }
 
 }  // namespace quilon

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "import/ResultImport.h"
+#include "import/StepMatcher.h"
 
 namespace quilon {
 
@@ -21,6 +22,11 @@ public:
   void AddInclude(const std::filesystem::path& path);
   void AddDeviation(const std::string& elementType, const std::string& quantity, std::size_t nodes, double largest);
 
+  /// @param nodes in the order of the file, at least one
+  /// @param largest see ValueDisagreement
+  void AddDisagreement(const std::string& quantity, const StepKey& key, const std::vector<int>& nodes, double largest);
+
+  const ImportReport&             Report() const noexcept { return report_; }
   const std::vector<SkippedRows>& Skipped() const noexcept { return report_.skipped; }
   ImportReport                    Take() { return std::move(report_); }
 

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <utility>
 
 #include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 
+#include "kinds/KindTable.h"
 #include "text/Failure.h"
 
 namespace quilon {
@@ -43,16 +43,6 @@ constexpr char kLocalNodes[]  = "rows of nodes in local systems (kept apart)";
 constexpr char kRepeated[]    = "rows of blocks that repeat a time, a quantity and a set with other values";
 constexpr char kFaces[]       = "rows of element faces";
 constexpr char kNoKind[]      = "rows that no user kind is left for";
-
-/// Whether a value is the exact one of a value with six digits.
-bool RoundsTo(double value, double rounded)
-{
-  // Half a unit of the sixth digit is at most 5e-6 of a value; that it went through single precision, and the last of
-  // the seven digits of a .dat, fit into the rest. The smallest numbers of single precision have fewer digits.
-  constexpr double kLargestRounding = 6e-6;
-  constexpr double kSmallest        = 1e-37;
-  return std::abs(value - rounded) <= kLargestRounding * std::abs(rounded) + kSmallest;
-}
 
 /// @return a fingerprint of ids and values, bit by bit (FNV-1a)
 std::uint64_t PrintOf(std::span<const ResultRow> rows)
@@ -233,6 +223,8 @@ void ResultFile::BeginResult(const StepKey& key)
   names_.clear();
   prints_.clear();
   current_ = key;
+  if (const std::optional<double> is = job_.FindLargeDisplacements(key))
+    job_.blocks.SetScalar(key, OnfKind::LargeDisplacements, *is);
 }
 
 void ResultFile::SetResultScalars(const StepKey& key, const ResultStep& step)
@@ -273,7 +265,8 @@ void ResultFile::OpenView(int onf, bool isList)
 {
   isRead_ = onf != 0;
   if (!isRead_) return;
-  isInPrints_ = isListed_ && job_.blocks.HasWritten(*current_, onf);
+  if (isListed_ && job_.blocks.HasWritten(*current_, onf))
+    values_ = std::make_unique<ValueComparison>(KindTable(database_).GetName(onf), *current_);
   view_   = std::make_unique<FED_IdDataBlock>(job_.blocks.Block(*current_, onf, 0), database_.GetIdMapsPool(), true);
   record_ = isList ? &view_->CreateIdDataRecord() : nullptr;
   for (const Quantity quantity : kQuantities) {
@@ -341,7 +334,7 @@ void ResultFile::ReadNodeRows(const ResultField& field, std::span<const ResultRo
       ++numLocal;
       continue;
     }
-    if (isInPrints_ && HasMoreDigits(row)) continue;
+    if (values_ && IsInPrints(row)) continue;
     WriteRow(row);
     if (comparison_) comparison_->Compare(row.id, row.values.data());
   }
@@ -401,17 +394,20 @@ void ResultFile::WriteTotals(const ResultField& field, const ResultRow& row)
   }
 }
 
-bool ResultFile::HasMoreDigits(const ResultRow& rounded) const
+/// @return whether the prints have the value too, with more digits
+bool ResultFile::IsInPrints(const ResultRow& rounded)
 {
   constexpr std::size_t kVector       = 3;
   const std::size_t     numComponents = rounded.values.size();
   double                values[kVector];
-  if ((numComponents != 1 && numComponents != kVector) || !view_->HasRecord(rounded.id)) return false;
+  if (numComponents != 1 && numComponents != kVector) return false;
+  values_->AddMagnitude(rounded.values);
+  if (!view_->HasRecord(rounded.id)) return false;
   if (numComponents == 1)
     view_->GetScalar(rounded.id, values[0]);
   else
     view_->GetVector(rounded.id, values);
-  return std::equal(values, values + numComponents, rounded.values.begin(), RoundsTo);
+  return values_->Compare(rounded.id, {values, numComponents}, rounded.values);
 }
 
 void ResultFile::OnFieldEnd(const ResultField& field)
@@ -420,6 +416,8 @@ void ResultFile::OnFieldEnd(const ResultField& field)
   if (isRead_ && field.place == FieldPlace::Point) points_.End();
   if (endCheck_) endCheck_->EndField(field);
   if (comparison_) comparison_->Report(job_.record);
+  if (values_) values_->Report(job_.record);
+  values_.reset();
   comparison_.reset();
   isRead_ = false;
   record_ = nullptr;

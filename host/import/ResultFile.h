@@ -21,6 +21,7 @@
 #include "import/NodalAverages.h"
 #include "import/PointCollector.h"
 #include "import/StepMatcher.h"
+#include "import/ValueComparison.h"
 #include "results/ResultReader.h"
 
 namespace quilon {
@@ -78,7 +79,7 @@ private:
   void WriteRow(const ResultRow& row);
   void KeepLocalRow(const ResultField& field, const ResultRow& row);
   void WriteTotals(const ResultField& field, const ResultRow& row);
-  bool HasMoreDigits(const ResultRow& rounded) const;
+  bool IsInPrints(const ResultRow& rounded);
 
   const ResultReader&                               reader_;
   ImportJob&                                        job_;
@@ -93,14 +94,14 @@ private:
   // The field being read.
   bool                               isListed_ = false;  // it names its step
   bool                               isRead_   = false;
-  std::string                        skipReason_;          // of its rows when they are not read
-  std::optional<StepMatcher::Match>  repeated_;            // it repeats a field of its result: its rows tell what it is
-  std::size_t                        batch_      = 0;      // of its rows
-  bool                               isInPrints_ = false;  // its block has rows of the prints
+  std::string                        skipReason_;  // of its rows when they are not read
+  std::optional<StepMatcher::Match>  repeated_;    // it repeats a field of its result: its rows tell what it is
+  std::size_t                        batch_ = 0;   // of its rows
   std::unique_ptr<FED_IdDataBlock>   view_;
   FED_IdDataRecord*                  record_ = nullptr;  // of a list
   std::unique_ptr<FED_IdDataBlock>   localView_;         // of rows in local systems, once there are any
   std::unique_ptr<AverageComparison> comparison_;
+  std::unique_ptr<ValueComparison>   values_;  // null unless its block has rows of the prints
   std::vector<double>                list_;
 };
 

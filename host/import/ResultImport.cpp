@@ -1,5 +1,6 @@
 #include "import/ResultImport.h"
 
+#include <cstdio>
 #include <exception>
 #include <string>
 
@@ -16,6 +17,7 @@
 #include "import/ImportJob.h"
 #include "import/ResultFile.h"
 #include "text/Failure.h"
+#include "text/Format.h"
 
 namespace quilon {
 
@@ -102,13 +104,50 @@ private:
   std::exception_ptr failure_;
 };
 
+[[noreturn]] void Refuse(const std::string& message) { throw RefusedImport(message, kTag); }
+
+std::string FormatDeviation(double deviation)
+{
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2g", deviation);
+  return text;
+}
+
+/// @return "displacement of 63 nodes (29, 50, 71, ...), by up to 0.41 of its largest value (step 1, increment 1)"
+std::string Describe(const ValueDisagreement& one)
+{
+  std::string nodes;
+  for (const int node : one.firstNodes) nodes += (nodes.empty() ? "" : ", ") + std::to_string(node);
+  if (one.nodes > one.firstNodes.size()) nodes += ", ...";
+  return one.quantity + " of " + Counted(one.nodes, "node") + " (" + nodes + "), by up to " +
+         FormatDeviation(one.largest) + " of its largest value (" + one.step + ")";
+}
+
+/// Says where two files of a job disagree. What is far apart is of two runs, and mixing them helps nobody.
+void JudgeDeviations(const ImportOptions& options, ImportRecord& record)
+{
+  std::string apart;
+  const auto  add = [&apart](const std::string& text) { apart += (apart.empty() ? "" : "; ") + text; };
+  for (const ValueDisagreement& one : record.Report().disagreements) {
+    record.Notice("the files disagree on the " + Describe(one) + "; the value of the .frd is kept");
+    if (!(one.largest <= options.maxDeviation)) add(Describe(one));
+  }
+  for (const AverageDeviation& one : record.Report().deviations)
+    if (!(one.largest <= options.maxDeviation))
+      add("averages of " + one.quantity + " (" + one.elementType + "), by up to " + FormatDeviation(one.largest) +
+          " of its largest value");
+  if (!apart.empty())
+    Refuse("the files are not of one run, they disagree on: " + apart + "; expected at most " +
+           FormatDeviation(options.maxDeviation) + ", which --max-deviation sets");
+}
+
 void RefuseSkipped(const ImportRecord& record)
 {
   std::string message;
   for (const SkippedRows& skipped : record.Skipped()) {
     message += (message.empty() ? "" : "; ") + std::to_string(skipped.rows) + " x " + skipped.reason;
   }
-  if (!message.empty()) Fail("expected to read everything, left out: " + message);
+  if (!message.empty()) Refuse("expected to read everything, left out: " + message);
 }
 
 void Derive(FED_Database& target, const ImportOptions& options)
@@ -160,6 +199,7 @@ ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_
       throw;
     }
   }
+  JudgeDeviations(options, record);
   if (options.strict) RefuseSkipped(record);
 
   Derive(target, options);

@@ -72,7 +72,7 @@ constexpr OnfRow kRows[] = {
     {604, kHistory, "orientation",                 "SIDb",      "any",           "by orientation number: name, 0 rectangular or 1 cylindrical, the card's numbers"},
     {605, kHistory, "import-file",                 "ISSDSS",    "none",          "a file that the iteration was imported from: number of the import, role, name, bytes, checksum, when it was changed"},
     {606, kHistory, "import-setting",              "ISS",       "none",          "number of the import, name and value: the program, the options that were not the default"},
-    {607, kHistory, "large-displacements",         "D",         "none",          "1 where the geometry of the result is the deformed one, not there where it is not or nobody said"},
+    {607, kHistory, "large-displacements",         "D",         "none",          "1 where the geometry of the result is the deformed one, nan where its deck does not tell; not there otherwise"},
     {903, kElement, "element-energy-contribution", "D",         "energy",        "a further contribution that is added to 540"},
     {913, kNode,    "node-energy-contribution",    "D",         "energy",        "a further contribution that is added to 541"},
 };

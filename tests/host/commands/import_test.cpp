@@ -1,6 +1,8 @@
+#include <cctype>
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -294,6 +296,79 @@ TEST_F(ImportCommand, QuietTellsNoNotes)
   EXPECT_EQ(RunQuilon({"import", dat_, "-o", out_, "-q"}).err, "");
   const std::string loud = (folder_ / "loud.onf").string();
   EXPECT_EQ(RunQuilon({"import", dat_, "-o", loud}).err.rfind("quilon: note: ", 0), 0U);
+}
+
+/// A copy of a .dat in which the numbers of one block are others.
+std::string Changed(std::string text, const std::string& block, const std::string& from, const std::string& to)
+{
+  const std::size_t at = text.find(from, text.find(block));
+  return at == std::string::npos ? std::string() : text.replace(at, from.size(), to);
+}
+
+// Displacements of the .dat and the .frd are one run's; a digit of one of them is not.
+TEST_F(ImportCommand, FilesOfTwoRunsAreRefused)
+{
+  const std::string dat = ReadAll(dat_);
+  const std::string frd = (folder_ / "job.frd").string();
+  const std::string job = (folder_ / "job.dat").string();
+  fs::copy(frd_, frd);
+  const auto write = [&job](const std::string& text) { std::ofstream(job, std::ios::binary) << text; };
+  // Node 197 moves most in the first step, by this much along z.
+  const std::string block = "displacements";
+  const std::size_t row   = dat.find("\n       197", dat.find(block));
+  ASSERT_NE(row, std::string::npos);
+  const std::string line    = dat.substr(row, dat.find('\n', row + 1) - row);
+  std::string       near    = line;
+  near[near.rfind('E') - 4] = near[near.rfind('E') - 4] == '9' ? '8' : static_cast<char>(near[near.rfind('E') - 4] + 1);
+
+  write(Changed(dat, block, line, near));
+  RunResult run = RunQuilon({"import", frd, job, "-o", out_});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_NE(run.err.find("note: the files disagree on the displacement of 1 node (197), by up to "), std::string::npos)
+      << run.err;
+  EXPECT_NE(run.out.find("values that files disagree on (one of them kept)"), std::string::npos) << run.out;
+  run = RunQuilon({"import", frd, job, "-o", out_, "--replace", "--strict"});
+  EXPECT_EQ(run.exitCode, 2);
+
+  // Six times as large.
+  std::string far         = line;
+  far[far.rfind('E') + 3] = static_cast<char>(far[far.rfind('E') + 3] - 1);
+  write(Changed(dat, block, line, far));
+  fs::remove_all(out_);
+  run = RunQuilon({"import", frd, job, "-o", out_, "--keep-whole-steps"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_NE(
+      run.err.find("error: the files are not of one run, they disagree on: displacement of 1 node (197), by up to "),
+      std::string::npos)
+      << run.err;
+  EXPECT_NE(run.err.find("(step 1, increment 1); expected at most 0.001, which --max-deviation sets\n"),
+            std::string::npos)
+      << run.err;
+  EXPECT_FALSE(fs::exists(out_));
+  EXPECT_EQ(RunQuilon({"import", frd, job, "-o", out_, "--max-deviation", "100"}).exitCode, 0);
+}
+
+// Stresses of the .dat at twice their size: displacements agree, averages do not.
+TEST_F(ImportCommand, StressesOfAnotherRunAreRefused)
+{
+  std::istringstream lines(ReadAll(dat_));
+  std::string        scaled;
+  bool               isStress = false;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.find(" for set ") != std::string::npos) isStress = line.rfind(" stresses", 0) == 0;
+    const std::size_t last = line.rfind('E');
+    // " 1.234567E+00" behind two numbers of ten columns: the digit before the point.
+    const bool isRow = line.size() > 20 && std::isdigit(static_cast<unsigned char>(line[9])) != 0;
+    if (isStress && isRow && last != std::string::npos) line[last - 8] = '9';
+    scaled += line + '\n';
+  }
+  const std::string frd = (folder_ / "job.frd").string();
+  const std::string job = (folder_ / "job.dat").string();
+  fs::copy(frd_, frd);
+  std::ofstream(job, std::ios::binary) << scaled;
+  const RunResult run = RunQuilon({"import", frd, job, "-o", out_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_NE(run.err.find("they disagree on: averages of stress (C3D4), by up to "), std::string::npos) << run.err;
 }
 
 // Materials 1 and 2 meet at 12 of 36 nodes, which have a value on either side.
