@@ -29,6 +29,12 @@ Json JsonBalance(const ForceBalance& balance)
                      {"external", JsonVector(node.external)},
                      {"residual", JsonVector(node.residual)}});
   }
+  Json tied = Json::array();
+  for (const TiedNodes& one : balance.tied)
+    tied.push_back({{"how", one.how},
+                    {"nodes", one.numNodes},
+                    {"largest-residual", JsonNumber(one.largestResidual)},
+                    {"worst-node", one.worstNode}});
   return {{"holds", balance.IsJudged() ? Json(balance.Holds()) : Json()},
           {"largest-residual", JsonNumber(balance.largestResidual)},
           {"largest-force", JsonNumber(balance.largestForce)},
@@ -36,6 +42,7 @@ Json JsonBalance(const ForceBalance& balance)
           {"total", JsonVector(balance.total)},
           {"nodes-without-all-forces", balance.numIncomplete},
           {"nodes-without-reaction", balance.numUnknown},
+          {"tied", std::move(tied)},
           {"nodes", std::move(nodes)}};
 }
 

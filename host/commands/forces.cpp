@@ -183,7 +183,9 @@ CommandFunction DefineForces(CLI::App& app)
   app.add_option("--deck", options->deck, "Deck of the job: coordinates with all digits, element types, NLGEOM, sets")
       ->type_name("DECK");
   app.add_flag("--allow-outside", options->allowOutside, "Let the deck include files outside its folder");
-  app.add_option("--nlgeom", options->nlgeom, "Geometrically nonlinear steps (default: as the deck says)")
+  app.add_option(
+         "--nlgeom", options->nlgeom,
+         "Geometrically nonlinear steps (default: as the deck says, or the\ndatabase that it was imported into)")
       ->type_name("STEPS|all|none");
   AddTextOption(app, "-o,--output", options->output,
                 "Working database (.fed) or ONF folder for everything (default: add to DB)")

@@ -49,6 +49,16 @@ void Raise(double& largest, const Vector& force)
   if (std::isfinite(component)) largest = std::max(largest, component);
 }
 
+void AddTied(const char* how, const NodeBalance& node, std::vector<TiedNodes>& all)
+{
+  auto tied = std::find_if(all.begin(), all.end(), [how](const TiedNodes& one) { return one.how == how; });
+  if (tied == all.end()) tied = all.insert(all.end(), TiedNodes{how, 0, node.node, node.largest});
+  ++tied->numNodes;
+  if (!(node.largest > tied->largestResidual)) return;
+  tied->largestResidual = node.largest;
+  tied->worstNode       = node.node;
+}
+
 }  // namespace
 
 ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mesh, const ForceStep& step,
@@ -90,6 +100,10 @@ ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mes
     for (std::size_t k = 0; k < 3; ++k) node.residual[k] = node.elements[k] - node.external[k];
     node.largest = LargestComponent(node.residual);
     Raise(balance.largestForce, node.external);
+    if (const std::size_t tie = mesh.ties.Find(node.node); tie != IdRadixMap<const char*>::npos) {
+      AddTied(mesh.ties.At(tie), node, balance.tied);
+      continue;
+    }
     balance.largestResidual = std::max(balance.largestResidual, node.largest);
     balance.nodes.push_back(node);
   }

@@ -25,6 +25,15 @@ struct NodeBalance
   double largest  = 0.0;  ///< magnitude of the residual's largest component; infinite where a NaN stands
 };
 
+/// Nodes that a deck ties to others in one way.
+struct TiedNodes
+{
+  std::string how;  ///< "contact", "ties", "equations", ...
+  std::size_t numNodes        = 0;
+  int         worstNode       = 0;
+  double      largestResidual = 0.0;  ///< what the ties exert, if the forces of elements are right
+};
+
 /// The balance of a result.
 struct ForceBalance
 {
@@ -37,6 +46,9 @@ struct ForceBalance
   /// Nodes that cannot be judged: an element of theirs has no forces; nothing is known of what acts on them.
   std::size_t numIncomplete = 0;
   std::size_t numUnknown    = 0;
+  /// Nodes that are judged apart, by how they are tied: what the solver prints as acting on them lacks, or holds,
+  /// forces of contact and constraints.
+  std::vector<TiedNodes> tied;
 
   bool IsJudged() const noexcept { return numJudged > 0; }
   bool Holds() const noexcept { return largestResidual <= limit; }

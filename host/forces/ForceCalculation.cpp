@@ -1,6 +1,7 @@
 #include "forces/ForceCalculation.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -12,8 +13,10 @@
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
 #include "calculix/deck/DeckModel.h"
+#include "database/Provenance.h"
 #include "database/ScratchRecord.h"
 #include "forces/ForceMesh.h"
+#include "kinds/KindTable.h"
 #include "progress/Listener.h"
 #include "text/Case.h"
 #include "text/Failure.h"
@@ -27,8 +30,47 @@ using calculix::DeckModel;
 
 constexpr int kResultsInTime = 1;  // value of result index 5
 
+/// @return the history that tells which results of a step are of the deformed geometry
+FED_DataDescriptor LargeDisplacementsOf(const FED_DataDescriptor& result)
+{
+  FED_DataDescriptor history = result;
+  history.SetInteger(FED_DataDescriptor::OnfId, FED_OnfId_ScalarHistory);
+  history.SetInteger(FED_DataDescriptor::Substep, 1);  // FEM_ResultUtil::SetResultScalar
+  history.SetInteger(OnfIndex::Quantity, OnfKind::LargeDisplacements);
+  return history;
+}
+
+/// @return 1 where an import has kept that the geometry is the deformed one, 0 where it has not, a NaN where its deck
+/// did
+///         not tell
+double FindLargeDisplacements(const FED_Database& database, const FED_DataDescriptor& result)
+{
+  const FED_DataDescriptor history = LargeDisplacementsOf(result);
+  const auto substep = static_cast<std::size_t>(std::max(result.GetInteger(FED_DataDescriptor::Substep), 0));
+  if (!database.HasDataBlock(history)) return 0.0;
+  const FED_DataBlock& block = database.GetConstDataBlock(history);
+  return block.HasRecord(substep) ? block.GetScalarAt(substep) : 0.0;
+}
+
+/// @return whether the database tells which results are of the deformed geometry: a deck was imported with them
+bool IsNonlinearityKept(const FED_Database& database, const std::vector<FED_DataDescriptor>& results)
+{
+  std::map<int, bool> hadDeck;  // by iteration
+  return std::all_of(results.begin(), results.end(), [&](const FED_DataDescriptor& result) {
+    const int iteration    = result.GetInteger(FED_DataDescriptor::Iteration);
+    const auto [at, isNew] = hadDeck.try_emplace(iteration, false);
+    if (isNew) {
+      const std::vector<ImportProvenance> imports = ReadProvenance(database, iteration);
+      at->second = !imports.empty() && std::all_of(imports.begin(), imports.end(), [](const ImportProvenance& import) {
+        return import.HasRole(ImportRole::Deck);
+      });
+    }
+    return at->second && !std::isnan(FindLargeDisplacements(database, result));
+  });
+}
+
 /// @return whether a result is of the deformed geometry
-bool IsDeformed(const ForceRequest& request, const FED_DataDescriptor& result)
+bool IsDeformed(const ForceRequest& request, const FED_Database& database, const FED_DataDescriptor& result)
 {
   // Modes, preloaded ones too, are of the undeformed geometry.
   if (result.GetInteger(FED_DataDescriptor::Analysis) != kResultsInTime) return false;
@@ -39,7 +81,7 @@ bool IsDeformed(const ForceRequest& request, const FED_DataDescriptor& result)
           return range.form == NumberRange::All || (range.form == NumberRange::Numbers && range.Holds(number));
         });
   }
-  if (request.deck == nullptr) return false;
+  if (request.deck == nullptr) return FindLargeDisplacements(database, result) == 1.0;
   const std::vector<calculix::DeckStep>& steps = request.deck->steps;
   if (number < 1 || static_cast<std::size_t>(number) > steps.size()) {
     Fail(request.deckName + ": " + Counted(steps.size(), "step") + ", expected a step " + std::to_string(number) +
@@ -152,7 +194,7 @@ void CalculateIteration(FED_Database& database, const std::vector<FED_DataDescri
   for (const FED_DataDescriptor& result : results) {
     if (listener != nullptr) listener->Progress("calculating forces", done++, results.size(), "steps");
     ForceStepReport told;
-    told.step = forces.Calculate(result, IsDeformed(request, result));
+    told.step = forces.Calculate(result, IsDeformed(request, database, result));
     if (request.balance) {
       told.balance = CalculateBalance(database, mesh, told.step, request.tolerance, request.database);
       if (request.numWorst > 0 && told.balance->nodes.size() > request.numWorst)
@@ -181,6 +223,10 @@ std::string WhyNotJudged(const SkippedElements& skipped, std::span<const ForceSt
   std::size_t numUnknown = 0;
   for (const ForceStepReport& told : steps) numUnknown = std::max(numUnknown, told.balance->numUnknown);
   if (numUnknown > 0) text += (text.empty() ? "" : ", ") + Counted(numUnknown, "node") + " without RF";
+  std::map<std::string, std::size_t> numTied;
+  for (const ForceStepReport& told : steps)
+    for (const TiedNodes& tied : told.balance->tied) numTied[tied.how] = std::max(numTied[tied.how], tied.numNodes);
+  for (const auto& [how, count] : numTied) text += (text.empty() ? "" : ", ") + Counted(count, "node") + " in " + how;
   return text;
 }
 
@@ -261,9 +307,11 @@ std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&        
     const int  kind   = KindOf(descriptor);
     const bool isMesh = kind == OnfKind::Coordinates || kind == OnfKind::ElementNodes || kind == OnfKind::ElementType ||
                         kind == OnfKind::ElementSet;
+    // What tells of all results of an iteration or a step.
+    const bool tells    = OnfKind::IsProvenance(kind) || GetQuantity(descriptor) == OnfKind::LargeDisplacements;
     const bool isResult = kind == OnfKind::IntegrationPointStress || kind == OnfKind::Displacement ||
                           kind == OnfKind::Reaction || HoldsLocalStresses(database, descriptor);
-    if (isMesh || (isResult && stresses.contains(WithKind(descriptor, OnfKind::IntegrationPointStress))))
+    if (isMesh || tells || (isResult && stresses.contains(WithKind(descriptor, OnfKind::IntegrationPointStress))))
       ingredients.push_back(descriptor);
   }
   return ingredients;
@@ -278,7 +326,8 @@ ForceReport CalculateForces(FED_Database& database, const std::vector<FED_DataDe
     byIteration[result.GetInteger(FED_DataDescriptor::Iteration)].push_back(result);
 
   ForceReport report;
-  report.isNonlinearityKnown = request.deck != nullptr || request.nonlinearSteps;
+  report.isNonlinearityKnown =
+      request.deck != nullptr || request.nonlinearSteps || IsNonlinearityKept(database, results);
   for (const auto& entry : byIteration) CalculateIteration(database, entry.second, request, listener, report);
   if (request.balance && report.FindWorstBalance() == nullptr)
     Fail(request.database + ": no node to judge in any result: " + WhyNotJudged(report.skipped, report.steps));
@@ -315,6 +364,15 @@ std::vector<std::string> ListForceNotes(const ForceRequest& request, const Force
     if (!told.balance || told.balance->IsJudged()) continue;
     notes.push_back("no node of " + ToSelectionText(told.step.forces) +
                     " is judged: " + WhyNotJudged(told.step.skipped, {&told, 1}));
+  }
+  for (const ForceStepReport& told : report.steps) {
+    if (!told.balance) continue;
+    for (const TiedNodes& tied : told.balance->tied)
+      notes.push_back(ToSelectionText(told.step.forces) + ": " + Counted(tied.numNodes, "node") + " in " + tied.how +
+                      " judged apart, largest residual " +
+                      FormatRounded(told.balance->largestForce > 0.0 ? tied.largestResidual / told.balance->largestForce
+                                                                     : tied.largestResidual) +
+                      " of the largest force, at node " + std::to_string(tied.worstNode));
   }
   if (!report.isNonlinearityKnown)
     notes.emplace_back("all steps are taken as geometrically linear, --deck or --nlgeom tells which are not");

@@ -42,7 +42,8 @@ struct ForceRequest
   const calculix::DeckModel* deck = nullptr;  ///< borrowed; null takes mesh and sets of the database
   std::string                deckName;        ///< for messages
 
-  /// Which steps are of the deformed geometry; without it as the deck says, without a deck none.
+  /// Which steps are of the deformed geometry; without it as the deck says, without a deck as the database keeps it
+  /// from the deck that it was imported with.
   std::optional<std::vector<NumberRange>> nonlinearSteps;
 
   bool        balance   = false;  ///< whether forces are compared with what acts on each node

@@ -35,6 +35,26 @@ bool HasSixDigits(double coordinate)
   return std::strtod(text, nullptr) == coordinate;
 }
 
+const char* NameOf(calculix::DeckConstraint::Kind kind)
+{
+  using calculix::DeckConstraint;
+  switch (kind) {
+    case DeckConstraint::Contact:
+      return "contact";
+    case DeckConstraint::Tie:
+      return "ties";
+    case DeckConstraint::Equation:
+      return "equations";
+    case DeckConstraint::Coupling:
+      return "couplings";
+    case DeckConstraint::RigidBody:
+      return "rigid bodies";
+    case DeckConstraint::PreTension:
+      return "pre-tension sections";
+  }
+  return "constraints";
+}
+
 }  // namespace
 
 double RoundingOf(double coordinate) noexcept
@@ -53,6 +73,12 @@ ForceMesh MakeForceMesh(const calculix::DeckModel& deck)
   for (const auto& [id, element] : deck.elements.Entries()) {
     mesh.elements.At(mesh.elements.FindOrInsert(id)) = {element.type->name, element.type->frdType, element.first,
                                                         element.count};
+  }
+  for (const calculix::DeckConstraint& constraint : deck.constraints) {
+    for (const int node : deck.NodesOf(constraint)) {
+      const char*& name = mesh.ties.At(mesh.ties.FindOrInsert(node));
+      if (name == nullptr) name = NameOf(constraint.kind);
+    }
   }
   return mesh;
 }

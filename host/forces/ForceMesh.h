@@ -33,6 +33,9 @@ struct ForceMesh
   IdRadixMap<std::array<double, 3>> nodes;  ///< undeformed positions
   IdRadixMap<Element>               elements;
   std::vector<int>                  elementNodes;
+  /// Nodes that a deck ties to others, and how: "contact", "a tie", "an equation", ... Forces act on them that no
+  /// element of theirs has.
+  IdRadixMap<const char*> ties;
   /// Whether no coordinate has more than the six digits of a .frd: what stood behind them in the deck is lost.
   bool isRounded = false;
 

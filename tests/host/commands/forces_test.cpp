@@ -263,6 +263,29 @@ TEST_F(ForcesCommand, WithoutDeckTellsWhatPrecisionIsLeft)
       << run.err;
 }
 
+// Two nonlinear steps, a linear one and modes: what the deck said at the import holds without it.
+TEST_F(ForcesCommand, ADatabaseKnowsWhichStepsAreNonlinear)
+{
+  const std::string stem = Fixture("forces/steps");
+  const std::string text = (folder_ / "copy.onf").string();
+  ASSERT_EQ(
+      RunQuilon({"import", stem + ".inp", stem + ".frd", stem + ".dat", "-o", onf_, "--request", "none"}).exitCode, 0);
+  ASSERT_EQ(RunQuilon({"to-onf", onf_, text}).exitCode, 0);
+  const json expected = json::parse(RunQuilon({"forces", onf_, "--deck", stem + ".inp", "--balance", "--json"}).out);
+  for (const std::string& database : {onf_, text}) {
+    const RunResult run = RunQuilon({"forces", database, "--balance", "--json"});
+    EXPECT_EQ(run.exitCode, 0) << run.out;
+    EXPECT_EQ(run.err.find("geometrically linear"), std::string::npos) << run.err;
+    const json steps = json::parse(run.out).at("steps");
+    ASSERT_EQ(steps.size(), expected.at("steps").size());
+    for (std::size_t i = 0; i < steps.size(); ++i)
+      EXPECT_EQ(steps[i].at("deformed"), expected.at("steps")[i].at("deformed")) << i;
+  }
+  // Without a deck at the import nobody knows, and it is said.
+  Import("forces/steps");
+  EXPECT_NE(RunQuilon({"forces", onf_, "--balance"}).err.find("geometrically linear"), std::string::npos);
+}
+
 TEST_F(ForcesCommand, FreeBodyOfASetHasTheCutThatTheDeckHasByHand)
 {
   for (const std::vector<std::string>& part :

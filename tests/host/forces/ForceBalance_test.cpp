@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "ForceSupport.h"
 #include "import/ResultImport.h"
 #include "LogCapture.h"
+#include "TempFolder.h"
 
 namespace quilon::calculix {
 namespace {
@@ -47,6 +49,46 @@ protected:
 
   FED_ResultDatabase database_;
 };
+
+// The two middle nodes that are tied have a force of the tie in their RF; the others balance.
+TEST_F(ForceBalanceTest, JudgesTiedNodesApart)
+{
+  WriteReactions();
+  WriteVector(database_, 511, 5, {0.5, 0, 0});
+  WriteVector(database_, 511, 6, {0, -7, 0});
+  EXPECT_FALSE(Balance(TwoCubes(), 1e-6).Holds());
+  ForceMesh mesh                          = TwoCubes();
+  mesh.ties.At(mesh.ties.FindOrInsert(5)) = "ties";
+  mesh.ties.At(mesh.ties.FindOrInsert(6)) = "ties";
+  mesh.ties.At(mesh.ties.FindOrInsert(9)) = "contact";
+  const ForceBalance balance              = Balance(mesh, 1e-6);
+  EXPECT_TRUE(balance.Holds());
+  EXPECT_EQ(balance.numJudged, 9u);
+  ASSERT_EQ(balance.tied.size(), 2u);
+  EXPECT_EQ(balance.tied[0].how, "ties");
+  EXPECT_EQ(balance.tied[0].numNodes, 2u);
+  EXPECT_EQ(balance.tied[0].worstNode, 6);
+  EXPECT_NEAR(balance.tied[0].largestResidual, 7.0, 1e-13);
+  EXPECT_EQ(balance.tied[1].how, "contact");
+  EXPECT_LE(balance.tied[1].largestResidual, 1e-14);
+}
+
+TEST(ForceMesh, KnowsTheNodesThatADeckTies)
+{
+  TempFolder folder;
+  WriteText(
+      folder / "a.inp",
+      "*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n4,0,0,1\n5,1,1,1\n*NSET,NSET=N\n5\n"
+      "*ELEMENT,TYPE=C3D4,ELSET=E\n1,1,2,3,4\n*SURFACE,NAME=S,TYPE=NODE\nN\n*SURFACE,NAME=M\n1,S1\n"
+      "*SOLID "
+      "SECTION,ELSET=E,MATERIAL=X\n*MATERIAL,NAME=X\n*ELASTIC\n1,0\n*TIE,NAME=T\nS,M\n*EQUATION\n2\n4,1,1.,5,1,-1.\n");
+  const DeckModel            deck = ReadDeckModel(folder / "a.inp");
+  const ForceMesh            mesh = MakeForceMesh(deck);
+  std::map<int, std::string> ties;
+  for (const auto& [node, how] : mesh.ties.Entries()) ties[node] = how;
+  // Face S1 of a tetrahedron is that of its nodes 1, 2 and 3; the first card that names a node counts.
+  EXPECT_EQ(ties, (std::map<int, std::string>{{1, "ties"}, {2, "ties"}, {3, "ties"}, {4, "equations"}, {5, "ties"}}));
+}
 
 TEST_F(ForceBalanceTest, HoldsWhereForcesAreWhatActs)
 {
