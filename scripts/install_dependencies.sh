@@ -12,7 +12,7 @@ fi
 
 declare -A group=(
   [build]="g++ cmake ninja-build libcli11-dev libnanoflann-dev nlohmann-json3-dev libxxhash-dev libhdf5-dev libcairo2-dev fonts-dejavu-core pkg-config"
-  [test]="libgtest-dev libgmock-dev libeigen3-dev libbenchmark-dev libabsl-dev python3 python3-h5py python3-xxhash binutils"
+  [test]="libgtest-dev libgmock-dev libeigen3-dev libbenchmark-dev libabsl-dev python3 python3-h5py python3-numpy python3-xxhash binutils"
   [export]="python3 python3-h5py python3-vtk9"
   [python]="python3-dev python3-pybind11 pybind11-dev python3-numpy python3-pandas python3-xarray python3-matplotlib python3-pytest python3-setuptools python3-pip python3-wheel mypy"
   [ci]="doxygen clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 calculix-ccx calculix-ccx-test"
