@@ -21,6 +21,7 @@ void AddChartOption(CLI::App& app, ChartOptions& options)
 {
   app.add_option("--plot", options.file, "Draw a chart instead: .png, .svg or .pdf, - in the terminal")
       ->type_name("FILE|-");
+  for (const char* table : {"--json", "--csv", "--table"}) app.get_option("--plot")->excludes(table);
 }
 
 void CheckChart(const ChartOptions& options)

@@ -22,7 +22,8 @@ struct ChartOptions
   bool IsAsked() const noexcept { return !file.empty(); }
 };
 
-/// Adds --plot. The options outlive the parsing.
+/// Adds --plot to a command that has the options of AddTableOptions(), which it excludes. The options outlive the
+/// parsing.
 void AddChartOption(CLI::App& app, ChartOptions& options);
 
 /// To be called before long work.

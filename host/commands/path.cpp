@@ -13,6 +13,7 @@
 #include "answers/Path.h"
 #include "answers/StepTimes.h"
 #include "commands/AxesOption.h"
+#include "commands/ChartArguments.h"
 #include "commands/Command.h"
 #include "commands/EnvelopePrinting.h"
 #include "commands/NumberOptions.h"
@@ -20,6 +21,7 @@
 #include "commands/TableOptions.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
+#include "plot/AnswerCharts.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
@@ -43,6 +45,7 @@ struct Options
   std::string      axes;
   bool             linearize = false;
   TableForm        form;
+  ChartOptions     chart;
 };
 
 constexpr const char* kTensorColumns[] = {"xx", "yy", "zz", "xy", "yz", "zx"};
@@ -180,6 +183,7 @@ void TellNotes(const PathReport& report, Console& console)
 
 void Run(const Options& options, CommandContext& context)
 {
+  CheckChart(options.chart);
   PathRequest request;
   request.places    = PlacesOf(options);
   request.database  = options.database;
@@ -191,7 +195,9 @@ void Run(const Options& options, CommandContext& context)
   request.selection       = options.selection.Parse(kinds);
   const auto       blocks = options.selection.Choose(database.Get(), request.selection, times, options.database);
   const PathReport report = FollowPath(database.Get(), blocks, request);
-  if (options.form.json)
+  if (options.chart.IsAsked())
+    WriteChart(MakePathChart(report, times), options.chart, context);
+  else if (options.form.json)
     PrintJson(context.output, report, times);
   else
     PrintTables(context.output, options.form, report, times);
@@ -217,6 +223,7 @@ CommandFunction DefinePath(CLI::App& app)
   app.add_flag("--linearize", options->linearize,
                "Membrane, bending and peak of the stress, from --from through a wall to --to");
   AddTableOptions(app, options->form);
+  AddChartOption(app, options->chart);
   app.get_option("--points")->excludes("--through");
   app.footer(
       "Interpolates by the shape functions of the solid that holds each point, in the undeformed mesh. Points outside\n"

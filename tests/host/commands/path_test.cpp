@@ -152,4 +152,24 @@ TEST_F(PathCommand, BadInputIsTrouble)
             "expected a line through one wall\n");
 }
 
+TEST_F(PathCommand, PlotsValuesOverTheLength)
+{
+  const std::vector<std::string> line = {"stress.xx@lc=1", "--from", "0,0.5,0.5", "--to", "2,0.5,0.5"};
+  std::vector<std::string>       plot = line;
+  plot.insert(plot.end(), {"--plot", (folder_ / "a.svg").string()});
+  const RunResult run = Follow(plot);
+  EXPECT_EQ(run.err + run.out, "");
+  EXPECT_EQ(ReadAll(folder_ / "a.svg").substr(0, 5), "<?xml");
+  plot.back()           = "-";
+  const RunResult chart = Follow(plot);
+  EXPECT_EQ(chart.exitCode, 0);
+  EXPECT_NE(chart.out.find("length"), std::string::npos);
+  EXPECT_NE(chart.out.find("xx at 0.5  ends at 5.25"), std::string::npos) << chart.out;
+  EXPECT_NE(chart.out.find("xx at 1  ends at 10.5"), std::string::npos);
+  plot.back() = "a.gif";
+  EXPECT_EQ(Follow(plot).err, "quilon: error: a.gif: expected a name that ends in .png, .svg or .pdf\n");
+  plot.insert(plot.end(), "--csv");
+  EXPECT_EQ(Follow(plot).exitCode, 2);
+}
+
 }  // namespace
