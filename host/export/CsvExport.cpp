@@ -67,46 +67,60 @@ Column ReadColumn(const FED_Database& database, const ExportArray& array, std::s
   return column;
 }
 
+/// @throws FED_Failure for arrays of nodes and of elements
+void RequireOneEntity(const ExportPlan& plan)
+{
+  const auto ofElements = [](const ExportArray& array) { return array.ofElements; };
+  const auto ofElement  = std::find_if(plan.arrays.begin(), plan.arrays.end(), ofElements);
+  const auto ofNode     = std::find_if_not(plan.arrays.begin(), plan.arrays.end(), ofElements);
+  if (ofElement != plan.arrays.end() && ofNode != plan.arrays.end())
+    Fail("a table has values of nodes or of elements, found both: " + ofNode->name + " and " + ofElement->name);
+}
+
+std::string HeaderOf(const ExportPlan& plan, bool areSeveral)
+{
+  std::string line = areSeveral ? "step,time,id" : "id";
+  for (const ExportArray& array : plan.arrays)
+    for (const std::string& component : array.components)
+      line += ',' + CsvCell(array.component ? array.name : array.name + '-' + component, true);
+  return line + '\n';
+}
+
+/// @param before what begins each row
+void WriteRows(const IdPositions& ids, const std::vector<Column>& columns, const std::string& before, std::ostream& out)
+{
+  std::string line;
+  for (std::size_t row = 0; row < ids.GetIds().size(); ++row) {
+    if (row % 4096 == 0) ThrowIfInterrupted();
+    line = before + std::to_string(ids.GetIds()[row]);
+    for (const Column& column : columns) {
+      for (std::size_t c = 0; c < column.numValues; ++c) {
+        line += ',';
+        if (column.isThere[row]) line += FormatNumber(column.values[column.numValues * row + c]);
+      }
+    }
+    line += '\n';
+    out << line;
+  }
+}
+
 }  // namespace
 
 void WriteCsv(const FED_Database& database, const ExportPlan& plan, std::ostream& out, Listener& listener)
 {
-  const auto ofElements = [](const ExportArray& array) { return array.ofElements; };
-  const auto numElement = std::count_if(plan.arrays.begin(), plan.arrays.end(), ofElements);
-  if (numElement != 0 && static_cast<std::size_t>(numElement) != plan.arrays.size()) {
-    const auto ofElement = std::find_if(plan.arrays.begin(), plan.arrays.end(), ofElements);
-    const auto ofNode    = std::find_if_not(plan.arrays.begin(), plan.arrays.end(), ofElements);
-    Fail("a table has values of nodes or of elements, found both: " + ofNode->name + " and " + ofElement->name);
-  }
-
-  const bool  areSeveral = plan.steps.size() > 1;
-  std::string line       = areSeveral ? "step,time,id" : "id";
-  for (const ExportArray& array : plan.arrays)
-    for (const std::string& component : array.components)
-      line += ',' + CsvCell(array.component ? array.name : array.name + '-' + component, true);
-  out << line << '\n';
-
+  RequireOneEntity(plan);
+  const bool areSeveral = plan.steps.size() > 1;
+  out << HeaderOf(plan, areSeveral);
   const std::size_t numSteps = std::max<std::size_t>(1, plan.steps.size());
   for (std::size_t step = 0; step < numSteps; ++step) {
     listener.Progress("export", step, numSteps, "steps");
     const IdPositions   ids(IdsOf(database, plan, step));
     std::vector<Column> columns;
     for (const ExportArray& array : plan.arrays) columns.push_back(ReadColumn(database, array, step, ids));
-    const std::string before =
-        areSeveral ? std::to_string(step + 1) + ',' + (plan.areTimesKnown ? FormatNumber(plan.times[step]) : "") + ','
-                   : "";
-    for (std::size_t row = 0; row < ids.GetIds().size(); ++row) {
-      if (row % 4096 == 0) ThrowIfInterrupted();
-      line = before + std::to_string(ids.GetIds()[row]);
-      for (const Column& column : columns) {
-        for (std::size_t c = 0; c < column.numValues; ++c) {
-          line += ',';
-          if (column.isThere[row]) line += FormatNumber(column.values[column.numValues * row + c]);
-        }
-      }
-      line += '\n';
-      out << line;
-    }
+    std::string before;
+    if (areSeveral)
+      before = std::to_string(step + 1) + ',' + (plan.areTimesKnown ? FormatNumber(plan.times[step]) : "") + ',';
+    WriteRows(ids, columns, before, out);
   }
 }
 

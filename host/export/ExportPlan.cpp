@@ -110,6 +110,25 @@ struct ArrayKey
   }
 };
 
+/// Adds an array as it is stored, or one for each of its chosen components.
+void AddArrays(ExportArray array, int onf, const ExportComponents& components, std::vector<ExportArray>& arrays)
+{
+  array.components                    = StoredComponentsOf(onf);
+  array.numStored                     = array.components.size();
+  const std::vector<Component> chosen = ComponentsOf(components, onf);
+  if (chosen.empty()) {
+    arrays.push_back(std::move(array));
+    return;
+  }
+  const std::string name = array.name;
+  for (const Component& component : chosen) {
+    array.name       = name + '-' + component.GetName();
+    array.component  = component;
+    array.components = {component.GetName()};
+    arrays.push_back(array);
+  }
+}
+
 }  // namespace
 
 bool IsExported(int onf)
@@ -181,24 +200,13 @@ ExportPlan MakeExportPlan(const FED_Database& database, const std::vector<FED_Da
 
   const KindTable kindTable(database);
   for (const auto& [key, ofArray] : sources) {
-    const int         onf = OnfOf(key.key);
-    ExportArray       array;
-    const std::string name              = NameOf(key.key, kindTable, groups, key.isJoined);
-    array.name                          = name;
-    array.ofElements                    = EntityKindOf(onf) == kElements;
-    array.components                    = StoredComponentsOf(onf);
-    array.numStored                     = array.components.size();
-    array.isStatic                      = key.isStatic;
-    array.isJoined                      = key.isJoined;
-    array.sources                       = ofArray;
-    const std::vector<Component> chosen = ComponentsOf(components, onf);
-    if (chosen.empty()) plan.arrays.push_back(array);
-    for (const Component& component : chosen) {
-      array.name       = name + '-' + component.GetName();
-      array.component  = component;
-      array.components = {component.GetName()};
-      plan.arrays.push_back(array);
-    }
+    ExportArray array;
+    array.name       = NameOf(key.key, kindTable, groups, key.isJoined);
+    array.ofElements = EntityKindOf(OnfOf(key.key)) == kElements;
+    array.isStatic   = key.isStatic;
+    array.isJoined   = key.isJoined;
+    array.sources    = ofArray;
+    AddArrays(std::move(array), OnfOf(key.key), components, plan.arrays);
   }
   UniqueNames names;
   for (ExportArray& array : plan.arrays) array.name = names.Take(array.ofElements, array.name);

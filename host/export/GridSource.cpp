@@ -124,32 +124,44 @@ std::span<const std::byte> GridSource::Read(std::size_t array, std::size_t step)
 {
   ThrowIfInterrupted();
   if (array < numOwn_) {
-    integers_.clear();
-    if (array == 0) {
-      for (const std::size_t node : pointNodes_) integers_.push_back(mesh_.NodeIds()[node]);
-    } else if (array == 1) {
-      for (const Mesh::Element& element : mesh_.Elements()) integers_.push_back(element.id);
-    } else if (array == 2) {
-      for (const Mesh::Element& element : mesh_.Elements()) integers_.push_back(element.material);
-    } else {
-      integers_ = pointGroups_;
-    }
+    ReadOwn(array);
     return Bytes(integers_);
   }
   if (array < numOwn_ + sets_.size()) {
-    const NamedSet& set = sets_[array - numOwn_];
-    flags_.assign(set.ofElements ? mesh_.NumElements() : mesh_.NumNodes(), 0);
-    for (const int id : set.ids)
-      if (const auto position = set.ofElements ? mesh_.FindElement(id) : mesh_.FindNode(id)) flags_[*position] = 1;
-    if (!set.ofElements && isSplit_) {
-      const std::vector<std::uint8_t> ofNodes = std::exchange(flags_, {});
-      for (const std::size_t node : pointNodes_) flags_.push_back(ofNodes[node]);
-    }
+    ReadSet(sets_[array - numOwn_]);
     return Bytes(flags_);
   }
-  const ExportArray& field = plan_.arrays[array - numOwn_ - sets_.size()];
+  const ExportArray& field = *FieldOf(array);
   ReadField(field, field.isStatic ? 0 : step);
   return Bytes(values_);
+}
+
+void GridSource::ReadOwn(std::size_t array)
+{
+  integers_.clear();
+  switch (array) {
+    case 0:
+      for (const std::size_t node : pointNodes_) integers_.push_back(mesh_.NodeIds()[node]);
+      break;
+    case 1:
+      for (const Mesh::Element& element : mesh_.Elements()) integers_.push_back(element.id);
+      break;
+    case 2:
+      for (const Mesh::Element& element : mesh_.Elements()) integers_.push_back(element.material);
+      break;
+    default:
+      integers_ = pointGroups_;
+  }
+}
+
+void GridSource::ReadSet(const NamedSet& set)
+{
+  flags_.assign(set.ofElements ? mesh_.NumElements() : mesh_.NumNodes(), 0);
+  for (const int id : set.ids)
+    if (const auto position = set.ofElements ? mesh_.FindElement(id) : mesh_.FindNode(id)) flags_[*position] = 1;
+  if (set.ofElements || !isSplit_) return;
+  const std::vector<std::uint8_t> ofNodes = std::exchange(flags_, {});
+  for (const std::size_t node : pointNodes_) flags_.push_back(ofNodes[node]);
 }
 
 void GridSource::ReadField(const ExportArray& array, std::size_t step)

@@ -83,6 +83,8 @@ private:
   void MakePoints(const ExportGroups& groups);
   void MakeCells(const ExportGroups& groups);
   void ListArrays();
+  void ReadOwn(std::size_t array);
+  void ReadSet(const NamedSet& set);
   void ReadField(const ExportArray& array, std::size_t step);
   void ReadSource(const ExportArray& array, const ExportArray::Source& source, std::vector<double>& values);
 

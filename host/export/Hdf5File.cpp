@@ -103,6 +103,12 @@ struct Hdf5File::Sink
 class Hdf5File::Driver
 {
 public:
+  /// What HDF5 hands on from the one who opens a file.
+  struct Info
+  {
+    Sink* sink;
+  };
+
   static hid_t Register()
   {
     static const H5FD_class_t kClass = Describe();
@@ -125,7 +131,7 @@ private:
     const void* info = H5Pget_driver_info(access);
     if (info == nullptr) return nullptr;
     auto file  = std::make_unique<File>();
-    file->sink = *static_cast<Sink* const*>(info);
+    file->sink = static_cast<const Info*>(info)->sink;
     return &file.release()->head;
   }
 
@@ -178,7 +184,7 @@ private:
     driver.name      = "quilon";
     driver.maxaddr   = std::numeric_limits<std::int64_t>::max();
     driver.fc_degree = H5F_CLOSE_WEAK;
-    driver.fapl_size = sizeof(Sink*);
+    driver.fapl_size = sizeof(Info);
     driver.open      = Open;
     driver.close     = Close;
     driver.query     = Query;
@@ -206,10 +212,10 @@ Hdf5File::Hdf5File(const std::filesystem::path& path, std::string name, FED_File
 
   // Failures are thrown by us; without this HDF5 prints them as well.
   H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
-  const Handle driver(Require(Driver::Register()), H5FDunregister);
-  const Handle access(Require(H5Pcreate(H5P_FILE_ACCESS)), H5Pclose);
-  const Sink*  sink = sink_.get();
-  Require(H5Pset_driver(access, driver, &sink));
+  const Handle       driver(Require(Driver::Register()), H5FDunregister);
+  const Handle       access(Require(H5Pcreate(H5P_FILE_ACCESS)), H5Pclose);
+  const Driver::Info info = {sink_.get()};
+  Require(H5Pset_driver(access, driver, &info));
   const Handle creation(Require(H5Pcreate(H5P_FILE_CREATE)), H5Pclose);
   Require(H5Pset_obj_track_times(creation, false));
   file_ = Require(H5Fcreate(path.c_str(), H5F_ACC_TRUNC, creation, access));

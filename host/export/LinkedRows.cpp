@@ -15,6 +15,13 @@ namespace {
 constexpr int kNodes    = 0;  // entity kinds
 constexpr int kElements = 1;
 
+/// @return whether a row follows a part, here and there
+bool Continues(const Hdf5File::VirtualPart& part, const Hdf5File::VirtualPart& row)
+{
+  return part.firstRow + part.numRows == row.firstRow && part.sourceRow + part.numRows == row.sourceRow &&
+         part.file == row.file && part.dataset == row.dataset;
+}
+
 }  // namespace
 
 LinkedRows::LinkedRows(const FED_Database& database, const Mesh& mesh, const ExportPlan& plan,
@@ -56,38 +63,39 @@ const Hdf5File::PlacedDataset& LinkedRows::FindDataset(const FED_RowPlace& place
 std::vector<Hdf5File::VirtualPart> LinkedRows::Find(const ExportArray& array, std::size_t step, std::uint64_t firstRow)
 {
   std::vector<Hdf5File::VirtualPart> parts;
-  const FED_IdMapsPool&              pool = database_.GetIdMapsPool();
-  for (const ExportArray::Source& source : array.sources[array.isStatic ? 0 : step]) {
-    for (const FED_RowPlace& place : places_.at(source.block)) {
-      ThrowIfInterrupted();
-      const Hdf5File::PlacedDataset& dataset = FindDataset(place);
-      const std::string              file    = std::filesystem::proximate(place.file, outputFolder_).string();
-      files_.insert(place.file.filename().string());
-      const std::uint64_t first = (place.offset - dataset.offset) / place.rowBytes;
-      for (std::size_t i = 0; i < place.indices.size(); ++i) {
-        const int  id       = pool.GetId(array.ofElements ? kElements : kNodes, place.indices[i]);
-        const auto position = array.ofElements ? mesh_.FindElement(id) : mesh_.FindNode(id);
-        if (!position) continue;
-        const std::uint64_t to   = firstRow + *position;
-        const std::uint64_t from = first + i;
-        if (!parts.empty()) {
-          Hdf5File::VirtualPart& last = parts.back();
-          if (last.file == file && last.dataset == dataset.path && last.firstRow + last.numRows == to &&
-              last.sourceRow + last.numRows == from)
-          {
-            ++last.numRows;
-            continue;
-          }
-        }
-        if (parts.size() == kMostPieces)
-          Fail(array.name + ": its rows lie in more than " + std::to_string(kMostPieces) +
-               " pieces, as its ids do not ascend; expected an export without --link");
-        parts.push_back({to, 1, file, dataset.path, from, dataset.numRows, dataset.numColumns,
-                         array.component ? static_cast<std::size_t>(array.component->GetPosition()) : 0});
-      }
-    }
-  }
+  for (const ExportArray::Source& source : array.sources[array.isStatic ? 0 : step])
+    for (const FED_RowPlace& place : places_.at(source.block)) AddPlace(array, place, firstRow, parts);
+  if (parts.size() > kMostPieces)
+    Fail(array.name + ": its rows lie in more than " + std::to_string(kMostPieces) +
+         " pieces, as its ids do not ascend; expected an export without --link");
   return parts;
+}
+
+void LinkedRows::AddPlace(const ExportArray& array, const FED_RowPlace& place, std::uint64_t firstRow,
+                          std::vector<Hdf5File::VirtualPart>& parts)
+{
+  ThrowIfInterrupted();
+  const Hdf5File::PlacedDataset& dataset = FindDataset(place);
+  Hdf5File::VirtualPart          row;
+  row.numRows          = 1;
+  row.file             = std::filesystem::proximate(place.file, outputFolder_).string();
+  row.dataset          = dataset.path;
+  row.numSourceRows    = dataset.numRows;
+  row.numSourceColumns = dataset.numColumns;
+  row.firstColumn      = array.component ? static_cast<std::size_t>(array.component->GetPosition()) : 0;
+  files_.insert(place.file.filename().string());
+  const std::uint64_t first = (place.offset - dataset.offset) / place.rowBytes;
+  for (std::size_t i = 0; i < place.indices.size() && parts.size() <= kMostPieces; ++i) {
+    const int  id       = database_.GetIdMapsPool().GetId(array.ofElements ? kElements : kNodes, place.indices[i]);
+    const auto position = array.ofElements ? mesh_.FindElement(id) : mesh_.FindNode(id);
+    if (!position) continue;
+    row.firstRow  = firstRow + *position;
+    row.sourceRow = first + i;
+    if (!parts.empty() && Continues(parts.back(), row))
+      ++parts.back().numRows;
+    else
+      parts.push_back(row);
+  }
 }
 
 }  // namespace quilon

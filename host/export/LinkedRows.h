@@ -47,6 +47,8 @@ public:
 
 private:
   const Hdf5File::PlacedDataset& FindDataset(const FED_RowPlace& place);
+  void                           AddPlace(const ExportArray& array, const FED_RowPlace& place, std::uint64_t firstRow,
+                                          std::vector<Hdf5File::VirtualPart>& parts);
 
   const FED_Database&                                                   database_;
   const Mesh&                                                           mesh_;

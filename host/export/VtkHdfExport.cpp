@@ -81,29 +81,16 @@ private:
     file_.WriteDataset(kRoot + "/Types", Hdf5Type::UInt8, {source_.NumCells()}, source_.CellTypes());
   }
 
-  /// Each array has room for the steps that have values, and behind them once for those that have none.
   void CreateArrays()
   {
-    const std::size_t numSteps = source_.NumSteps();
     for (std::size_t i = 0; i < source_.Arrays().size(); ++i) {
       const GridSource::Array& array = source_.Arrays()[i];
       Place                    place;
       place.path       = kRoot + (array.ofCells ? "/CellData/" : "/PointData/") + array.name;
       place.offsetPath = kRoot + (array.ofCells ? "/Steps/CellDataOffsets/" : "/Steps/PointDataOffsets/") + array.name;
       place.rows       = array.ofCells ? source_.NumCells() : source_.NumPoints();
-      place.offsets.assign(numSteps, 0);
-      std::uint64_t numStored = array.isStatic ? 1 : 0;
-      if (!array.isStatic) {
-        for (std::size_t step = 0; step < numSteps; ++step)
-          if (source_.HasValues(i, step)) place.offsets[step] = static_cast<std::int64_t>(place.rows * numStored++);
-        for (std::size_t step = 0; step < numSteps; ++step) {
-          if (source_.HasValues(i, step)) continue;
-          place.offsets[step] = static_cast<std::int64_t>(place.rows * numStored);
-          place.hasGap        = true;
-        }
-        if (place.hasGap) ++numStored;
-      }
-      std::vector<std::uint64_t> shape = {place.rows * numStored};
+      place.offsets.assign(source_.NumSteps(), 0);
+      std::vector<std::uint64_t> shape = {place.rows * (array.isStatic ? 1 : PlaceSteps(i, place))};
       if (array.components.size() > 1) shape.push_back(array.components.size());
       if (IsLinked(i))
         Link(i, place, shape);
@@ -111,6 +98,23 @@ private:
         file_.CreateDataset(place.path, TypeOf(array.type), shape);
       places_.push_back(std::move(place));
     }
+  }
+
+  /// An array has room for the steps that have values, and behind them once for those that have none.
+  /// @return how many times its rows there are
+  std::uint64_t PlaceSteps(std::size_t array, Place& place) const
+  {
+    std::uint64_t            numStored = 0;
+    std::vector<std::size_t> gaps;
+    for (std::size_t step = 0; step < place.offsets.size(); ++step) {
+      if (source_.HasValues(array, step))
+        place.offsets[step] = static_cast<std::int64_t>(place.rows * numStored++);
+      else
+        gaps.push_back(step);
+    }
+    place.hasGap = !gaps.empty();
+    for (const std::size_t step : gaps) place.offsets[step] = static_cast<std::int64_t>(place.rows * numStored);
+    return place.hasGap ? numStored + 1 : numStored;
   }
 
   bool IsLinked(std::size_t array) const { return links_ != nullptr && source_.FieldOf(array) != nullptr; }
