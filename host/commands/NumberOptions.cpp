@@ -25,25 +25,25 @@ constexpr char kInteger[] = "an integer of 32 bits";
 
 }  // namespace
 
-void AddIntegerOption(CLI::App& app, const std::string& name, int& target, const std::string& description)
+CLI::Option* AddIntegerOption(CLI::App& app, const std::string& name, int& target, const std::string& description)
 {
-  app.add_option(name, target, description)->type_name("N")->check(CheckOf<int>(kInteger));
+  return app.add_option(name, target, description)->type_name("N")->check(CheckOf<int>(kInteger));
 }
 
-void AddIntegerOption(CLI::App& app, const std::string& name, std::optional<int>& target,
-                      const std::string& description)
+CLI::Option* AddIntegerOption(CLI::App& app, const std::string& name, std::optional<int>& target,
+                              const std::string& description)
 {
-  app.add_option(name, target, description)->type_name("N")->check(CheckOf<int>(kInteger));
+  return app.add_option(name, target, description)->type_name("N")->check(CheckOf<int>(kInteger));
 }
 
-void AddCountOption(CLI::App& app, const std::string& name, std::size_t& target, const std::string& description)
+CLI::Option* AddCountOption(CLI::App& app, const std::string& name, std::size_t& target, const std::string& description)
 {
-  app.add_option(name, target, description)->type_name("N")->check(CheckOf<std::size_t>("a count, 0 or more"));
+  return app.add_option(name, target, description)->type_name("N")->check(CheckOf<std::size_t>("a count, 0 or more"));
 }
 
-void AddMagnitudeOption(CLI::App& app, const std::string& name, double& target, const std::string& description)
+CLI::Option* AddMagnitudeOption(CLI::App& app, const std::string& name, double& target, const std::string& description)
 {
-  app.add_option(name, target, description)->type_name("X")->check([](const std::string& text) {
+  return app.add_option(name, target, description)->type_name("X")->check([](const std::string& text) {
     double     number  = 0.0;
     const auto taken   = std::from_chars(text.data(), text.data() + text.size(), number);
     const bool isWhole = taken.ec == std::errc() && taken.ptr == text.data() + text.size();

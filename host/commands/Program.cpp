@@ -1,6 +1,7 @@
 #include "commands/Program.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <map>
@@ -183,11 +184,9 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
   return context.exitCode;
 }
 
-}  // namespace
-
-int RunProgram(int argc, const char* const* argv)
+/// Runs the command line and reports what goes wrong, once there is something to report with.
+int RunReporting(int argc, const char* const* argv)
 {
-  WatchSignals();
   Console                    console;
   Output                     output;
   const LogToConsole         log(console);
@@ -209,6 +208,20 @@ int RunProgram(int argc, const char* const* argv)
     // A call that the signal broke off, such as the opening of a pipe that nobody writes to, fails in other words.
     console.Error(IsInterrupted() ? "interrupted" : error.what());
     if (IsInterrupted()) return ExitInterrupted;
+  }
+  return ExitTrouble;
+}
+
+}  // namespace
+
+int RunProgram(int argc, const char* const* argv)
+{
+  WatchSignals();
+  try {
+    return RunReporting(argc, argv);
+  } catch (const std::bad_alloc&) {
+    // Before there is a console, or while it reports.
+    std::fputs("quilon: error: out of memory\n", stderr);
   }
   return ExitTrouble;
 }

@@ -190,12 +190,15 @@ CommandFunction DefineForces(CLI::App& app)
   AddTextOption(app, "-o,--output", options->output,
                 "Working database (.fed) or ONF folder for everything (default: add to DB)")
       ->type_name("OUT");
-  app.add_flag("--balance", options->balance,
-               "Compare the forces at each node with what acts on it, worst nodes first");
+  CLI::Option* const balance = app.add_flag("--balance", options->balance,
+                                            "Compare the forces at each node with what acts on it, worst nodes first");
+  // Alone --tol and --head would leave a run that adds to DB and judges nothing.
   AddMagnitudeOption(app, "--tol", options->tolerance,
                      "Largest residual that --balance accepts, as a fraction of the largest force, beyond what rounded "
-                     "coordinates leave open (default: 1e-5)");
-  AddIntegerOption(app, "--head", options->head, "Nodes that --balance lists of each result, 0 for all (default: 10)");
+                     "coordinates leave open (default: 1e-5)")
+      ->needs(balance);
+  AddIntegerOption(app, "--head", options->head, "Nodes that --balance lists of each result, 0 for all (default: 10)")
+      ->needs(balance);
   AddTextOption(app, "--elements", options->elements, "Free body of these elements: 1,5-9")->type_name("IDS");
   AddTextOption(app, "--set", options->set, "Free body of an element set")->type_name("NAME");
   AddTextOption(app, "--about", options->about, "Point that moments of a free body are taken about (default: 0,0,0)")
@@ -203,8 +206,6 @@ CommandFunction DefineForces(CLI::App& app)
   AddTextOption(app, "--plane", options->plane,
                 "Force and moment that the side the normal points to exerts on the other")
       ->type_name("PX,PY,PZ,NX,NY,NZ");
-  // Alone they would leave a run that adds to DB and judges nothing.
-  for (const char* option : {"--tol", "--head"}) app.get_option(option)->needs("--balance");
   AddWaitOption(app, options->wait);
   AddTableOptions(app, options->form);
   app.footer(

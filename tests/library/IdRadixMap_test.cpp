@@ -1,7 +1,9 @@
 #include "IdRadixMap.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <cstdlib>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -359,6 +361,69 @@ TEST(IdRadixMap, AClearedMapKeepsItsMemory)
   AllocationFailure counter(0);
   for (int id = 0; id < 1000; ++id) map.FindOrInsert(id);
   EXPECT_EQ(counter.GetCount(), 0u);
+}
+
+// Any work in any order, copies and moves too; QUILON_MODEL_STEPS says how much of it.
+TEST(IdRadixMap, RandomWorkAgreesWithPlainContainers)
+{
+  const char* const   given = std::getenv("QUILON_MODEL_STEPS");
+  const std::size_t   steps = given == nullptr ? 20000 : std::strtoul(given, nullptr, 10);
+  std::mt19937        random(20261123);
+  Map                 map;
+  std::map<int, int>  positions;  // of ids
+  std::vector<int>    ids;        // by position
+  std::vector<double> values;
+  const auto          check = [&](int id) {
+    const auto known = positions.find(id);
+    ASSERT_EQ(map.Find(id), known == positions.end() ? Map::npos : static_cast<std::size_t>(known->second)) << id;
+    if (known != positions.end()) {
+      ASSERT_EQ(map.At(map.Find(id)), values[map.Find(id)]);
+    }
+  };
+  for (std::size_t step = 0; step < steps; ++step) {
+    SCOPED_TRACE(step);
+    // Near each other, far from each other, negative.
+    const auto range = (1u << random() % 32) - 1u;
+    const int  id    = static_cast<int>((random() & range) - (random() % 4 == 0 ? 50u : 0u));
+    const auto what  = random() % 1000;
+    if (what < 600) {
+      const std::size_t position = map.FindOrInsert(id);
+      if (positions.emplace(id, static_cast<int>(ids.size())).second) {
+        ids.push_back(id);
+        values.push_back(0.0);
+      }
+      ASSERT_EQ(position, static_cast<std::size_t>(positions.at(id)));
+      values[position] += 0.5;
+      map.At(position) += 0.5;
+    } else if (what < 990) {
+      check(id);
+    } else if (what < 993) {
+      map.Reserve(random() % 2000);
+    } else if (what < 996) {
+      const Map copy(map);
+      map = random() % 2 == 0 ? copy : Map(copy);
+    } else if (what < 998) {
+      Map taken(std::move(map));
+      map = std::move(taken);
+    } else if (what == 998) {
+      ASSERT_EQ(map.Entries().size(), ids.size());
+      std::vector<std::pair<std::uint32_t, int>> ordered;
+      for (const auto& [known, position] : positions) ordered.emplace_back(static_cast<std::uint32_t>(known), known);
+      std::sort(ordered.begin(), ordered.end());
+      auto expected = ordered.begin();
+      for (const auto& entry : map) {
+        ASSERT_TRUE(expected != ordered.end() && entry.first == expected->second);
+        ++expected;
+      }
+      ASSERT_TRUE(expected == ordered.end());
+      for (std::size_t i = 0; i < ids.size(); ++i) ASSERT_EQ(map.Entries()[i].first, ids[i]);
+    } else if (ids.size() > 3000 || random() % 8 == 0) {
+      map.Clear();
+      positions.clear();
+      ids.clear();
+      values.clear();
+    }
+  }
 }
 
 TEST(IdRadixMap, ReservedRoomTakesThatManyConsecutiveIdsWithoutAllocation)

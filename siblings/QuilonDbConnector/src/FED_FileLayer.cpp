@@ -7,6 +7,7 @@
 #  error "the file layer has no branch for this system yet: derive one from FED_FileLayer's contract here"
 #endif
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -19,7 +20,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <fstream>
+#include <memory>
 #include <sstream>
+#include <string_view>
 
 namespace {
 
@@ -268,14 +271,20 @@ std::error_code FED_FileLayer::FlushFolder(const std::filesystem::path& folder)
   return error;
 }
 
+// By the system's calls: the standard library's walk ends the process when memory runs out between two entries.
 std::error_code FED_FileLayer::List(const std::filesystem::path& folder, std::vector<std::string>& names)
 {
   names.clear();
-  std::error_code                     error;
-  std::filesystem::directory_iterator entry(folder, error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error))
-    names.push_back(entry->path().filename().string());
-  return error;
+  const auto                                  close = [](DIR* open) { ::closedir(open); };
+  const std::unique_ptr<DIR, decltype(close)> open(::opendir(folder.c_str()), close);
+  if (open == nullptr) return LastError();
+  for (;;) {
+    errno                      = 0;
+    const struct dirent* found = ::readdir(open.get());
+    if (found == nullptr) return errno != 0 ? LastError() : std::error_code();
+    const std::string_view name = found->d_name;
+    if (name != "." && name != "..") names.emplace_back(name);
+  }
 }
 
 std::error_code FED_FileLayer::Lock(const std::filesystem::path& path, Handle& handle)
