@@ -1,0 +1,106 @@
+#!/usr/bin/env bash
+# Tries what the project promises harder than tests that run with every change can: long tests, fuzzing, breaks of the
+# code, coverage, and a soak of writers, readers and kills. docs/reliability.md says what each part proves.
+#
+# usage: scripts/prove.sh [--minutes N] [--only NAME]... [--again] [--quick PRESET] [--list]
+#
+#   --minutes N     for all of it (default 60); fuzzing takes half, breaks a quarter, the soak a tenth, tests what they need
+#   --only NAME     one part; may be given more than once
+#   --again         forget what was done before
+#   --quick PRESET  for machines that try every change: a minute or two of soak, models and fuzz seeds, out of the build
+#                   of that preset
+#   --list          print the parts and which of them this commit has passed
+#
+# What has passed is kept in build/prove and not done again for the same commit: after an interrupt or at the end of its
+# minutes the next call goes on. Builds are not counted. Exit code 1 when a part fails.
+set -euo pipefail
+usage() { sed -n '2,16s/^# \{0,1\}//p' "$0"; }
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+minutes=60
+only=()
+again=false
+quick=
+list=false
+while (($#)); do
+  case $1 in
+    --minutes) minutes=$2; shift ;;
+    --only) only+=("$2"); shift ;;
+    --again) again=true ;;
+    --quick) quick=$2; shift ;;
+    --list) list=true ;;
+    --help | -h) usage; exit 0 ;;
+    *) usage >&2; exit 2 ;;
+  esac
+  shift
+done
+
+parts=(faults memory models long soak fuzz mutants coverage)
+state=build/prove
+commit=$(git rev-parse HEAD)$(git diff HEAD | sha256sum | cut -c1-8)
+if $again; then rm -rf "$state"; fi
+mkdir -p "$state"
+
+passed() { [[ -f $state/$1.passed && $(< "$state/$1.passed") == "$commit" ]]; }
+pass() { echo "$commit" > "$state/$1.passed"; }
+
+if $list; then
+  for part in "${parts[@]}"; do echo "$part$(passed "$part" && echo ': passed')"; done
+  exit 0
+fi
+for part in ${only[@]+"${only[@]}"}; do
+  [[ " ${parts[*]} " == *" $part "* ]] || { echo "prove.sh: no part '$part', expected one of: ${parts[*]}" >&2; exit 2; }
+done
+
+# Tests of a preset whose names match, with what the environment asks for.
+tests() { ctest --preset "$1" --parallel "$(nproc)" -R "$2" --quiet --output-log "$state/tests.log" || { tail -n 60 "$state/tests.log"; return 1; }; }
+soak() { scripts/soak.py "build/$1/host/quilon" tests/fixtures "$state/soak" --seconds "$2" --seed "$(date +%s)"; }
+
+if [[ -n $quick ]]; then
+  soak "$quick" 30
+  QUILON_MODEL_SEEDS=60 tests "$quick" 'DatabaseOnDiskModel'
+  tests "$quick" '_fuzz\.seeds$|AllocationsOfTheHost'
+  echo "prove.sh: quick form passed"
+  exit 0
+fi
+
+build() { [[ -f build/$1/CMakeCache.txt ]] || cmake --preset "$1"; cmake --build --preset "$1"; }
+seconds() { echo $((minutes * 60 * $1 / 100)); }
+
+prove_faults() { build release; tests release 'Faults|Damage|Crash|Salvage|Forged|TextFolder|Writers'; }
+prove_memory() { build release; tests release 'llocation|memory_exhaustion\.short|memory_limit\.short'; }
+prove_models() { build release; tests release 'Model|Random|Plain'; }
+# Each long test by itself, so that those that passed are not done again.
+prove_long() {
+  build release
+  local name
+  while read -r name; do
+    passed "long-$name" && continue
+    echo "-- $name"
+    ctest --preset long -R "^${name//./\\.}\$" --quiet --output-log "$state/long.log" || { tail -n 60 "$state/long.log"; return 1; }
+    pass "long-$name"
+  done < <(ctest --preset long -N | sed -n 's/^ *Test *#[0-9]*: //p')
+}
+prove_soak() { build release; soak release "$(seconds 10)"; }
+prove_fuzz() {
+  local count
+  count=$(tr '\n' ' ' < tests/fuzz/CMakeLists.txt | grep -o 'quilon_add_fuzz(' | wc -l)
+  scripts/fuzz.sh "$(($(seconds 50) / count + 1))"
+  [[ -z $(ls build/fuzz/artifacts) ]] || { echo "prove.sh: findings in build/fuzz/artifacts" >&2; return 1; }
+}
+prove_mutants() { scripts/mutants.py --sample 1000 --minutes "$((minutes / 4 + 1))"; }
+prove_coverage() {
+  build coverage
+  find build/coverage -name '*.gcda' -delete
+  tests coverage .
+  scripts/coverage.py
+}
+
+for part in "${parts[@]}"; do
+  if ((${#only[@]})) && [[ " ${only[*]} " != *" $part "* ]]; then continue; fi
+  if passed "$part"; then echo "== $part: passed before"; continue; fi
+  echo "== $part"
+  "prove_$part"
+  pass "$part"
+done
+echo "prove.sh: all passed"
