@@ -186,7 +186,9 @@ private:
   int         ReadId(const char* what) const;
   void        FlushRows(std::int64_t line);
 
-  LineFile                file_;
+  LineFile file_;
+  bool     IsNode(int id) const { return nodes_.Contains(id) || sink_.IsKnown(id); }
+
   FrdSink&                sink_;
   IdSet                   nodes_;
   std::vector<FrdElement> elements_;
@@ -218,7 +220,7 @@ void Reader::Read()
   NextLine(kFirstLine);
   if (!StartsWith("    1C")) file_.FailExpected(kFirstLine);
   for (;;) {
-    NextLine(kNextBlock);
+    if (!file_.NextLine()) file_.FailAtEnd(kNextBlock + std::string(" of a run that came to its end"));
     if (StartsWith("    1U")) continue;  // user text
     if (StartsWith("    1C"))
       file_.Fail("expected one heading '    1C', found a second one: results of fluids and networks are not read");
@@ -559,7 +561,7 @@ std::size_t Reader::ReadTextRows(int count)
     CheckLineSize(size, "a row");
     if (batch_.IsEmpty()) line = file_.Line();
     const int id = file_.GetInteger(kIdFirst, kIdWidth);
-    if (!nodes_.Contains(id)) file_.Fail("expected a node of the mesh, found node " + std::to_string(id));
+    if (!IsNode(id)) file_.Fail("expected a node of the mesh, found node " + std::to_string(id));
     ReadTextValues(batch_.Next());
     batch_.Add(id);
     if (batch_.IsFull()) FlushRows(line);
@@ -598,7 +600,7 @@ void Reader::ReadBinaryRows(int count, Encoding encoding)
     const char* bytes = file_.Peek(size);
     if (bytes == nullptr) file_.FailAtEnd("more rows");
     const int id = LoadInt(bytes);
-    if (!nodes_.Contains(id)) {
+    if (!IsNode(id)) {
       file_.Fail("expected a node of the mesh in row " + std::to_string(i + 1) + " behind this line, found node " +
                  std::to_string(id));
     }

@@ -96,6 +96,8 @@ private:
     return sink_.OnFieldBegin(field_);
   }
 
+  bool IsKnown(int node) const override { return sink_.HasNode(node); }
+
   void OnRows(const FrdDataset&, std::span<const int> ids, std::span<const double> values, std::int64_t line) override
   {
     const std::size_t lines = LinesOfRow();

@@ -22,6 +22,7 @@
 #include "kinds/KindTable.h"
 #include "progress/Listener.h"
 #include "selection/KindRequests.h"
+#include "selection/Selection.h"
 #include "text/Failure.h"
 #include "text/Format.h"
 
@@ -157,12 +158,14 @@ public:
       report_.results = ImportResults(files_, target, options);
     } catch (const RefusedImport&) {
       throw;
-    } catch (const FED_Failure&) {
+    } catch (const FED_Failure& failure) {
       if (options.keepWholeSteps && HasBlocks(target)) {
         now_.settings.push_back({ImportSettingName::IsWhole, "no"});
         Publish();
         listener_.Note(output_.string() + ": kept " + Counted(report_.blocks, "block") +
                        " of the steps that were whole");
+      } else if (!options.keepWholeSteps && HasResults(target)) {
+        Fail(failure.GetMessage() + "; --keep-whole-steps writes the results before it that are whole");
       }
       throw;
     }
@@ -175,6 +178,12 @@ private:
   static bool HasBlocks(const FED_Database& database)
   {
     return !database.GetDataDescriptors(FED_DataDescriptorPattern()).empty();
+  }
+
+  static bool HasResults(const FED_Database& database)
+  {
+    const Descriptors blocks = database.GetDataDescriptors(FED_DataDescriptorPattern());
+    return std::any_of(blocks.begin(), blocks.end(), HasResultStep);
   }
 
   Descriptors BlocksOf(const FED_Database& database) const

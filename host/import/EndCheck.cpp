@@ -47,7 +47,7 @@ void EndCheck::EndField(const ResultField& field)
   cutLine_ = field.line;
 }
 
-void EndCheck::Finish() const
+void EndCheck::Finish()
 {
   if (!cutShort_.empty()) Fail(cutShort_);
   if (!current_) return;
@@ -56,6 +56,8 @@ void EndCheck::Finish() const
          std::to_string(numBlocks_));
   }
   if (const std::optional<StepKey> last = steps_.LastBehind(*current_)) {
+    // A run that diverged: the other file lists the increment that did not converge, too.
+    firstMissing_ = steps_.FirstBehind(*current_);
     Fail("expected results of step " + std::to_string(last->loadCase) + " up to substep " +
          std::to_string(last->substep) + " as in the .frd, the file ends after substep " +
          std::to_string(current_->substep));

@@ -34,7 +34,11 @@ public:
   void EndField(const ResultField& field);
 
   /// @throws FED_Failure naming the last block and what is missing
-  void Finish() const;
+  void Finish();
+
+  /// @return the first result that the file has not at all, when Finish() failed for it and all results before are
+  /// whole
+  const std::optional<StepKey>& FirstMissing() const noexcept { return firstMissing_; }
 
 private:
   [[noreturn]] void Fail(const std::string& message) const;
@@ -42,6 +46,7 @@ private:
   std::filesystem::path  path_;
   const StepMatcher&     steps_;
   std::optional<StepKey> current_;
+  std::optional<StepKey> firstMissing_;
   std::size_t            numBlocks_   = 0;                                   // of the current result
   std::size_t            numExpected_ = 0;                                   // of the result before in the same step
   std::size_t            numRows_     = 0;                                   // of the current field

@@ -79,9 +79,10 @@ void ResultFile::Read()
   if (secondNumber_ == PassResults || secondNumber_ == PassAll)
     job_.logger.SetReadResultType(endCheck_ ? kLoggedPrintedFile : kLoggedListedFile, name);
   reader_.Read(*this, job_.MakeProgress(reader_.Path()));
+  // Before the check of the end, for the last result may be whole all the same; what is broken is dropped later.
+  if (current_) averages_.Save(*current_);
   if (endCheck_) endCheck_->Finish();
   SaveMesh();
-  if (current_) averages_.Save(*current_);
   job_.logger.ForceOutput();
   if (endCheck_ && job_.steps.HasNumbered()) {
     job_.record.Notice(name + ": neither a .frd nor a .sta tells steps and increments, result times are numbered");

@@ -49,8 +49,11 @@ public:
   /// @throws FED_Failure as the reader does, and for a field that belongs to no result of the job
   void Read() override;
 
-  /// @return the result that was being read when Read() failed, nothing when none had begun
-  const std::optional<StepKey>& Current() const noexcept { return current_; }
+  /// @return the result from which on nothing is whole when Read() failed, nothing when none had begun
+  const std::optional<StepKey>& FirstBroken() const noexcept
+  {
+    return endCheck_ && endCheck_->FirstMissing() ? endCheck_->FirstMissing() : current_;
+  }
 
 private:
   void OnNodes(std::span<const int> ids, std::span<const double> coordinates) override;
@@ -61,6 +64,7 @@ private:
   void OnRows(const ResultField& field, std::span<const ResultRow> rows) override;
   void OnFieldEnd(const ResultField& field) override;
   void OnSkipped(const std::string& reason, std::size_t rows) override;
+  bool HasNode(int id) const override { return job_.mesh.FindNode(id) != nullptr; }
 
   void SaveMesh();
   void BeginResult(const StepKey& key);

@@ -95,7 +95,7 @@ private:
     } catch (const FED_Failure&) {
       if (!job_.options.keepWholeSteps) throw;
       if (!failure_) failure_ = std::current_exception();
-      job_.blocks.LimitTo(file.Current().value_or(StepKey{}));
+      job_.blocks.LimitTo(file.FirstBroken().value_or(StepKey{}));
     }
   }
 

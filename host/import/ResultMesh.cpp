@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -31,6 +32,18 @@ bool IsPlaceOf(std::span<const double> place, std::span<const double> rounded)
     if (!(std::abs(place[k] - rounded[k]) <= kLargestRounding * std::abs(rounded[k]) + kNoise * largest)) return false;
   }
   return true;
+}
+
+/// @return nodes in the place of which the solver makes new ones
+std::set<int> FindSplitNodes(const calculix::DeckModel& model)
+{
+  std::set<int> split;
+  for (const calculix::DeckConstraint& constraint : model.constraints) {
+    if (constraint.kind != calculix::DeckConstraint::PreTension) continue;
+    const std::vector<int> nodes = model.NodesOf(constraint);
+    split.insert(nodes.begin(), nodes.end());
+  }
+  return split;
 }
 
 double Distance(std::span<const double> a, std::span<const double> b)
@@ -68,7 +81,11 @@ std::vector<ResultMesh::MovedNode> ResultMesh::AddDeck(const ImportedDeck& deck)
 {
   std::vector<MovedNode> moved = AddDeckNodes(deck);
   // Beside a .frd, what it leaves out has no part in the solver's averages: springs, masses, networks.
-  const bool isAlone = elements_.Entries().empty();
+  const bool          isAlone = elements_.Entries().empty();
+  const std::set<int> split   = FindSplitNodes(deck.model);
+  const auto          isNode  = [&](int theirs, int ours) {
+    return theirs == ours || (split.contains(ours) && deck.model.FindNode(theirs) == nullptr);
+  };
   for (const auto& [id, element] : deck.model.elements.Entries()) {
     if (elements_.Find(id) == IdRadixMap<Element>::npos) {
       AddDeckElement(deck, id, isAlone && element.type->dimension == 3);
@@ -79,7 +96,7 @@ std::vector<ResultMesh::MovedNode> ResultMesh::AddDeck(const ImportedDeck& deck)
     if (const int material = deck.SectionOf(id).material; material != 0) known.material = material;
 
     const std::span<const int> nodes = deck.model.NodesOf(element);
-    const bool isSame                = known.type == element.type->frdType && std::ranges::equal(NodesOf(known), nodes);
+    const bool isSame = known.type == element.type->frdType && std::ranges::equal(NodesOf(known), nodes, isNode);
     if (element.type->dimension == 3 && !isSame) {
       Fail(path_.string() + ": expected element " + std::to_string(id) +
            " with the type and the nodes that it has at " + deck.model.Describe(element.place));

@@ -182,14 +182,25 @@ std::size_t StepMatcher::AddNumbered(const ResultStep& step)
   return Insert(key, step.value, 0.0, false);
 }
 
+bool StepMatcher::IsBehind(const Entry& entry, const StepKey& key)
+{
+  const bool sameStep = entry.key.loadCase == key.loadCase && entry.key.analysis == key.analysis;
+  return entry.hasFields && sameStep && entry.key > key;
+}
+
 std::optional<StepKey> StepMatcher::LastBehind(const StepKey& key) const
 {
   std::optional<StepKey> last;
-  for (const Entry& entry : entries_) {
-    const bool sameStep = entry.key.loadCase == key.loadCase && entry.key.analysis == key.analysis;
-    if (entry.hasFields && sameStep && entry.key > key) last = entry.key;
-  }
+  for (const Entry& entry : entries_)
+    if (IsBehind(entry, key)) last = entry.key;
   return last;
+}
+
+std::optional<StepKey> StepMatcher::FirstBehind(const StepKey& key) const
+{
+  for (const Entry& entry : entries_)
+    if (IsBehind(entry, key)) return entry.key;
+  return std::nullopt;
 }
 
 int StepMatcher::FreeLoadCase() const

@@ -64,6 +64,9 @@ public:
   /// when there is none
   std::optional<StepKey> LastBehind(const StepKey& key) const;
 
+  /// @return the first of those results
+  std::optional<StepKey> FirstBehind(const StepKey& key) const;
+
   /// @return whether results in time were numbered because no file lists them
   bool HasNumbered() const noexcept { return numbered_; }
 
@@ -78,6 +81,7 @@ private:
 
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
+  static bool IsBehind(const Entry& entry, const StepKey& key);
   StepKey     KeyOf(const ResultStep& step);
   std::size_t Insert(const StepKey& key, double value, double tolerance, bool hasFields);
   std::size_t Place(const ResultStep& step, bool repeated);

@@ -137,6 +137,9 @@ public:
   virtual bool OnFieldBegin(const ResultField& field)                            = 0;
   virtual void OnRows(const ResultField& field, std::span<const ResultRow> rows) = 0;
   virtual void OnFieldEnd(const ResultField& field)                              = 0;
+  /// @return whether a node is known though no mesh that was handed out has it: a deck has it, for instance. Rows of
+  ///         other nodes may be refused by the reader
+  virtual bool HasNode(int /*id*/) const { return false; }
   /// Something that the reader does not deliver, by reason.
   virtual void OnSkipped(const std::string& reason, std::size_t rows) = 0;
 };

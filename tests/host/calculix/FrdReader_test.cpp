@@ -384,7 +384,8 @@ TEST(FrdReader, NamesFileLineAndWhatWasExpected)
        "a.frd:44: expected a line ' -2' with more values of 25 columns, found 37"},
       {" 1.00000E+01 1.10000E+01", " 1.00000E+01 1.1000 E+01",
        "a.frd:43: expected a number of 12 columns from column 62, found ' 1.1000 E+01'"},
-      {" 9999\n", "", "a.frd:49: expected a block or the last line ' 9999', found the end of the file"},
+      {" 9999\n", "",
+       "a.frd:49: expected a block or the last line ' 9999' of a run that came to its end, found the end of the file"},
       {" 9999\n", " 9999\n    1U\n", "a.frd:50: expected nothing behind the last line ' 9999', found '    1U'"},
   };
   ExpectMessages(damages, kSmall, FailureOfText);

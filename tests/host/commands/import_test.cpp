@@ -129,6 +129,7 @@ TEST_F(ImportCommand, BadInputWritesNothing)
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_EQ(run.out, "");
   EXPECT_EQ(run.err.rfind("quilon: error: " + (folder_ / "a_tet.frd:").string(), 0), 0U) << run.err;
+  EXPECT_TRUE(run.err.ends_with("; --keep-whole-steps writes the results before it that are whole\n")) << run.err;
   EXPECT_FALSE(fs::exists(out_));
 }
 

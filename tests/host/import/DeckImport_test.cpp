@@ -440,5 +440,69 @@ TEST_F(GroupsOfAnImport, AreRefusedWithTheirPlace)
             "groups become sets of a deck: expected the deck among the files");
 }
 
+/// Two tetrahedra on the triangle 1, 2, 3, of which a .frd has one, and a row of the other's tip.
+constexpr const char* kGrowing =
+    "*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n4,0,0,1\n5,0,0,-1\n"
+    "*ELEMENT,TYPE=C3D4,ELSET=E\n1,1,2,3,4\n2,1,3,2,5\n"
+    "*SOLID SECTION,ELSET=E,MATERIAL=M\n*MATERIAL,NAME=M\n*ELASTIC\n1,0\n*STEP\n*STATIC\n*END STEP\n";
+
+std::string FrdOfOneTetrahedron(int tip, const std::string& rows, int numRows)
+{
+  const std::string place = std::string(tip < 10 ? 9 : 8, ' ') + std::to_string(tip);
+  return "    1C\n    2C                             4                                     1\n"
+         " -1         1 0.00000E+00 0.00000E+00 0.00000E+00\n -1         2 1.00000E+00 0.00000E+00 0.00000E+00\n"
+         " -1         3 0.00000E+00 1.00000E+00 0.00000E+00\n -1" +
+         place +
+         " 0.00000E+00 0.00000E+00 1.00000E+00\n -3\n"
+         "    3C                             1                                     1\n"
+         " -1         1    3    0    1\n -2         1         2         3" +
+         place +
+         "\n -3\n    1PSTEP                         1           1           1\n"
+         "  100CL  101 1.00000E+00           " +
+         std::to_string(numRows) +
+         "                     0    1           1\n -4  NDTEMP      1    1\n"
+         " -5  T           1    1    0    0\n" +
+         rows + " -3\n 9999\n";
+}
+
+// An element that comes into the model in a later step: the mesh of the .frd is that of the first.
+TEST(DeckImport, AResultAtANodeThatTheDeckAloneHasIsOneOfAnElementThatCameLater)
+{
+  const TempFolder folder;
+  WriteText(folder / "a.inp", kGrowing);
+  WriteText(folder / "a.frd", FrdOfOneTetrahedron(4, " -1         1 2.00000E+01\n -1         5 3.00000E+01\n", 2));
+  FED_ResultDatabase database;
+  ImportResults({folder / "a.inp", folder / "a.frd"}, database, {});
+  EXPECT_EQ(ValuesOf(database, Key({1, AnalysisTime, 1}, 514), 1),
+            (std::map<int, std::vector<double>>{{1, {20}}, {5, {30}}}));
+  FED_ResultDatabase alone;
+  EXPECT_THROW(ImportResults({folder / "a.frd"}, alone, {}), FED_Failure) << "no deck knows the node";
+}
+
+// The solver gives the elements on one side of a pre-tension section nodes of their own.
+TEST(DeckImport, NodesOfAPreTensionSectionMayBeOthers)
+{
+  const TempFolder  folder;
+  const std::string section = "*SURFACE,NAME=S\n2,S3\n*PRE-TENSION SECTION,SURFACE=S,NODE=9\n0,0,1\n";
+  std::string       deck    = kGrowing;
+  deck.insert(deck.find("*ELEMENT"), "9,5,5,5\n");
+  deck.insert(deck.find("*STEP"), section);
+  WriteText(folder / "a.inp", deck);
+  std::string frd = FrdOfOneTetrahedron(12, " -1         1 2.00000E+01\n", 1);
+  // Element 2, with a new node 12 in the place of node 5.
+  frd.replace(frd.find(" -1         1    3    0    1\n"), 29, " -1         2    3    0    1\n");
+  frd.replace(frd.find(" -2         1         2         3"), 33, " -2         1         3         2");
+  WriteText(folder / "a.frd", frd);
+  FED_ResultDatabase database;
+  ImportResults({folder / "a.inp", folder / "a.frd"}, database, {});
+  EXPECT_EQ(ElementNodes(database)[2], (std::vector<int>{1, 3, 2, 12}));
+
+  // Without the section it is the deck of another job.
+  deck.erase(deck.find(section), section.size());
+  WriteText(folder / "a.inp", deck);
+  FED_ResultDatabase other;
+  EXPECT_THROW(ImportResults({folder / "a.inp", folder / "a.frd"}, other, {}), FED_Failure);
+}
+
 }  // namespace
 }  // namespace quilon

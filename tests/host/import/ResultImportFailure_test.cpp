@@ -283,6 +283,20 @@ TEST_F(SpoiltImport, KeepWholeStepsKeepsTheResultsBeforeABrokenDat)
   for (const int onf : {510, 521, 522, 582}) EXPECT_EQ(StepsOf(database_, onf), whole) << onf;
 }
 
+// A run that diverged: the .frd has the increment that did not converge, the .dat ends with the one before, which is
+// whole.
+TEST_F(SpoiltImport, KeepWholeStepsKeepsTheLastWholeResultOfADatThatEndsBeforeTheFrd)
+{
+  const std::size_t third = dat_.find("time  0.2000000E+01");
+  ASSERT_NE(third, std::string::npos);
+  dat_.resize(dat_.rfind("\n\n", third) + 1);
+  ImportOptions options;
+  options.keepWholeSteps = true;
+  EXPECT_THAT(Import(options), testing::HasSubstr("expected results of step 2 up to substep 4 as in the .frd"));
+  const std::set<StepKey> whole = {{1, AnalysisTime, 1}, {2, AnalysisTime, 2}};
+  for (const int onf : {510, 521, 522, 582}) EXPECT_EQ(StepsOf(database_, onf), whole) << onf;
+}
+
 TEST_F(SpoiltImport, KeepWholeStepsKeepsNothingOfABrokenMesh)
 {
   CutAfterLine(frd_, 60);
