@@ -50,18 +50,15 @@ void OfferBlock(const FED_Database& database, const Descriptor& descriptor, cons
   series.field.BeginStep();
   FED_ForEachSpan(database.GetConstDataBlock(descriptor), database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
     ThrowIfInterrupted();
-    const int* const      ids    = span.GetIds().GetData();
-    const double* const   values = span.GetDoubles(1).GetData();
+    const int* const    ids    = span.GetIds().GetData();
+    const double* const values = span.GetDoubles(1).GetData();
+    if (!turner.Turns()) return series.field.OfferAll(span.GetCount(), ids, values, numValues);
     std::array<double, 6> turned{};
     for (std::size_t r = 0; r < span.GetCount(); ++r) {
-      std::span<const double> record(&values[r * numValues], numValues);
-      if (turner.Turns()) {
-        std::copy(record.begin(), record.end(), turned.begin());
-        const std::span<double> own = std::span(turned).first(numValues);
-        if (!turner.Turn(ids[r], own)) ++series.numWithoutAxes;
-        record = own;
-      }
-      series.field.Offer(ids[r], record);
+      std::copy_n(&values[r * numValues], numValues, turned.begin());
+      const std::span<double> own = std::span(turned).first(numValues);
+      if (!turner.Turn(ids[r], own)) ++series.numWithoutAxes;
+      series.field.Offer(ids[r], own);
     }
   });
 }
@@ -207,6 +204,55 @@ std::vector<std::size_t> EnvelopeField::SortedRows() const
   const auto byId = [this](std::size_t a, std::size_t b) { return GetId(a) < GetId(b); };
   if (!std::is_sorted(rows.begin(), rows.end(), byId)) std::sort(rows.begin(), rows.end(), byId);
   return rows;
+}
+
+void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues)
+{
+  bool areColumns = components_.size() == numValues;
+  for (std::size_t k = 0; k < positions_.size(); ++k) areColumns = areColumns && positions_[k] == static_cast<int>(k);
+  const std::uint32_t step = numSteps_ - 1;
+  for (std::size_t i = 0; i < count;) {
+    const std::size_t known = areColumns ? CountKnown(count - i, ids + i) : 0;
+    if (known == 0) {
+      Offer(ids[i], std::span(values + i * numValues, numValues));
+      ++i;
+      continue;
+    }
+    for (std::size_t r = 0; r < known; ++r) ++rows_.At(next_ + r);
+    const double*  offered  = values + i * numValues;
+    double*        least    = &least_[next_ * numValues];
+    double*        greatest = &greatest_[next_ * numValues];
+    std::uint32_t* first    = &leastStep_[next_ * numValues];
+    std::uint32_t* last     = &greatestStep_[next_ * numValues];
+    for (std::size_t v = 0; v < known * numValues; ++v) {
+      const double value = offered[v];
+      if (value > least[v] && value < greatest[v]) continue;  // most values govern nothing
+      if (std::isnan(value)) {
+        ++numNans_;
+        continue;
+      }
+      if (!(value >= least[v])) {
+        least[v] = value;
+        first[v] = step;
+      }
+      if (!(value <= greatest[v])) {
+        greatest[v] = value;
+        last[v]     = step;
+      }
+    }
+    next_ += known;
+    i += known;
+  }
+}
+
+/// @return how many ids from the first on are those of the rows that come next
+std::size_t EnvelopeField::CountKnown(std::size_t count, const int* ids) const
+{
+  const auto        entries = rows_.Entries();
+  const std::size_t most    = std::min(count, entries.size() - std::min(next_, entries.size()));
+  std::size_t       known   = 0;
+  while (known < most && entries[next_ + known].first == ids[known]) ++known;
+  return known;
 }
 
 EnvelopeField::Extreme EnvelopeField::GetLeast(std::size_t row, std::size_t component) const

@@ -52,6 +52,11 @@ public:
   }
   /// @param values of one record, in stored order
   void Offer(int id, std::span<const double> values);
+  /// Offers many records. Those whose ids come in the order of the steps before, and all of whose values are
+  /// components, go by the column.
+  /// @param ids    shape [count]
+  /// @param values shape [count, numValues], in stored order
+  void OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues);
 
   const std::vector<Component>& GetComponents() const noexcept { return components_; }
   std::size_t                   NumSteps() const noexcept { return numSteps_; }
@@ -72,6 +77,7 @@ public:
 
 private:
   std::size_t FindRow(int id);
+  std::size_t CountKnown(std::size_t count, const int* ids) const;
 
   std::vector<Component>     components_;
   std::vector<int>           positions_;  // of stored components; -1 of invariants

@@ -104,6 +104,41 @@ TEST(EnvelopeField, TakesIdsInAnyOrderAndTellsWhichAreNotInAllSteps)
   EXPECT_EQ(field.CountPartial(), 2u) << "10 is not in the last step, 40 in the last one alone";
 }
 
+// Ids in the same order, in another one, fewer and more, with NaNs and ties: by the column as one by one.
+TEST(EnvelopeField, ManyRecordsAreTakenAsOneByOne)
+{
+  for (const std::vector<std::string>& names :
+       {std::vector<std::string>{"xx", "yy", "zz", "xy", "yz", "zx"}, std::vector<std::string>{"yy", "mises"}})
+  {
+    EnvelopeField                       one(StressComponents(names));
+    EnvelopeField                       many(StressComponents(names));
+    const std::vector<std::vector<int>> steps = {{3, 1, 2, 9}, {3, 1, 2, 9},       {3, 2, 1, 9},
+                                                 {1, 2},       {3, 1, 2, 9, 4, 5}, {}};
+    for (std::size_t step = 0; step < steps.size(); ++step) {
+      std::vector<double> values;
+      for (const int id : steps[step])
+        for (int k = 0; k < 6; ++k)
+          values.push_back(id == 2 && step == 1 ? kNaN : double((id * 7 + k * 3 + int(step) * 5) % 11) - 5.0);
+      one.BeginStep();
+      many.BeginStep();
+      for (std::size_t i = 0; i < steps[step].size(); ++i)
+        one.Offer(steps[step][i], std::span(values).subspan(6 * i, 6));
+      many.OfferAll(steps[step].size(), steps[step].data(), values.data(), 6);
+    }
+    ASSERT_EQ(one.NumIds(), many.NumIds());
+    EXPECT_EQ(one.NumNans(), many.NumNans());
+    EXPECT_GT(one.NumNans(), 0u);
+    EXPECT_EQ(one.CountPartial(), many.CountPartial());
+    for (std::size_t row = 0; row < one.NumIds(); ++row) {
+      EXPECT_EQ(one.GetId(row), many.GetId(row));
+      for (std::size_t k = 0; k < names.size(); ++k) {
+        ExpectExtreme(many.GetLeast(row, k), one.GetLeast(row, k).value, one.GetLeast(row, k).step);
+        ExpectExtreme(many.GetGreatest(row, k), one.GetGreatest(row, k).value, one.GetGreatest(row, k).step);
+      }
+    }
+  }
+}
+
 TEST(EnvelopeField, InvariantsAreThoseOfEachStep)
 {
   EnvelopeField field(StressComponents({"mises", "p1"}));
