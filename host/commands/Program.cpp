@@ -21,6 +21,7 @@
 #include "progress/Interrupt.h"
 #include "quilon_version.h"
 #include "terminal/Console.h"
+#include "terminal/HelpText.h"
 #include "terminal/Output.h"
 #include "terminal/Terminal.h"
 #include "text/Failure.h"
@@ -165,7 +166,7 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
-    output.Write(app.help());
+    output.Write(FitHelp(app.help()));
     output.Flush();
     return ExitSuccess;
   } catch (const CLI::CallForVersion& version) {

@@ -1,6 +1,9 @@
 #include <csignal>
 #include <filesystem>
+#include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -263,5 +266,24 @@ TEST_F(Program, VerbosityRisesAndFalls)
             "quilon: Calculating additional results.\n");
   EXPECT_EQ(Errors({"-vv", "-q"}), "");
 }
+
+/// Checks the help of a command and of those below it.
+void CheckHelpFits(std::vector<std::string> command)
+{
+  std::vector<std::string> arguments = command;
+  arguments.emplace_back("--help");
+  std::istringstream help(RunQuilon(arguments).out);
+  bool               areCommands = false;
+  for (std::string line; std::getline(help, line);) {
+    EXPECT_LE(line.size(), 80U) << line;
+    areCommands = line == "Subcommands:" || (areCommands && !line.empty());
+    if (!areCommands || line.size() < 3 || line[2] == ' ') continue;
+    std::vector<std::string> below = command;
+    below.push_back(line.substr(2, line.find(' ', 2) - 2));
+    if (line[0] == ' ') CheckHelpFits(std::move(below));
+  }
+}
+
+TEST_F(Program, HelpFitsATerminal) { CheckHelpFits({}); }
 
 }  // namespace
