@@ -210,6 +210,16 @@ TEST(FEM_AvgField, TellsWhetherAnyLayerReceivedAValue)
   EXPECT_TRUE(field.IsAnyValueAdded());
 }
 
+#ifndef NDEBUG
+// Release builds leave the layer to the caller.
+TEST(FEM_AvgFieldDeathTest, DebugBuildsStopAtALayerThatIsNotThere)
+{
+  AvgField<1> field(3);
+  EXPECT_DEATH(Add(field, 5, 3, 0.0), "LayerAt");
+  EXPECT_DEATH(Add(field, 5, -1, 0.0), "LayerAt");
+}
+#endif
+
 TEST(FEM_AvgField, ZeroOrFewerLayersMakeAFieldWithoutLayers)
 {
   for (const int numLayers : {0, -1, std::numeric_limits<int>::min()}) {
