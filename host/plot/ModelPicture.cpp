@@ -536,52 +536,65 @@ private:
     constexpr double kApart = 7.0;
     if (lines == MeshLines::Auto) lines = MeanSide() >= kApart ? MeshLines::All : MeshLines::Outline;
     if (lines == MeshLines::None && !ShowsUndeformed()) return;
-    const double                 unit  = canvas_.GetPixelsPerUnit();
     const std::vector<PatchEdge> edges = CollectEdges(mesh_, patches_);
     const PatchGrids             grids(patches_.size() < 20000 ? 8 : 2);
-
-    if (ShowsUndeformed()) {
-      const Colour colour = Blend(ink_, options_.background.alpha > 0 ? options_.background : Colour{1, 1, 1, 1}, 0.45);
-      ForEachSegment(edges, grids, true, [&](const std::array<double, 3>& from, const std::array<double, 3>& to) {
-        raster.DrawLine(Place(from), Place(to), 1.0 * unit, {colour.red, colour.green, colour.blue, 0.8}, unit);
-      });
-      for (const Surface::Line& beam : surface_.beams)
-        raster.DrawLine(Place(mesh_.Points()[beam.nodes[0]]), Place(mesh_.Points()[beam.nodes[1]]), 1.0 * unit,
-                        {colour.red, colour.green, colour.blue, 0.8}, unit);
-    }
+    if (ShowsUndeformed()) DrawUndeformed(raster, edges, grids);
     if (lines == MeshLines::None) return;
-
-    std::vector<RasterPoint> points;
-    for (const PatchEdge& edge : edges) {
-      if (!edge.isFeature && lines == MeshLines::Outline) continue;
-      const Patch& patch = patches_[edge.patch];
-      if (edge.isOfSolid && !LooksAtUs(patch) && !LooksAtUs(patches_[edge.other])) continue;
-      const auto       nodes = std::span(patch.nodes).first(patch.NumNodes());
-      const PatchGrid& grid  = grids.Of(patch);
-      const auto&      side  = grid.sides[edge.side];
-      const auto       at    = [&](std::size_t i) {
-        return Combine(patch.element, nodes, std::span(grid.points[side[i]]).first(nodes.size()));
-      };
-      const Colour colour = edge.isFeature ? kFeatureInk : kMeshInk;
-      const double width  = (edge.isFeature ? kFeatureWidth : kMeshWidth) * unit;
-      // A straight side is one line.
-      const std::size_t step = patch.isCurved ? 1 : side.size() - 1;
-      for (std::size_t i = 0; i + step < side.size(); i += step)
-        raster.DrawLine(at(i), at(i + step), width, colour, kBias * unit);
-    }
+    for (const PatchEdge& edge : edges)
+      if (edge.isFeature || lines == MeshLines::All) DrawEdge(raster, edge, grids);
     DrawRims(raster, grids);
-    if (lines == MeshLines::All)
-      for (const auto& [element, section] : sections_) {
-        const auto nodes = mesh_.NodesOf(mesh_.Elements()[element]);
-        for (const auto& segment : section.edges) {
-          std::array<RasterPoint, 2> ends;
-          for (std::size_t i = 0; i < 2; ++i) {
-            ends[i]      = Combine(element, nodes, std::span(segment[i]).first(nodes.size()));
-            ends[i].side = -1.0;
-          }
-          raster.DrawLine(ends[0], ends[1], kMeshWidth * unit, kMeshInk, kBias * unit);
+    if (lines == MeshLines::All) DrawSectionEdges(raster);
+  }
+
+  /// The outline of the undeformed model, with what it hides.
+  void DrawUndeformed(Raster& raster, const std::vector<PatchEdge>& edges, const PatchGrids& grids) const
+  {
+    const double unit   = canvas_.GetPixelsPerUnit();
+    Colour       colour = Blend(ink_, options_.background.alpha > 0 ? options_.background : Colour{1, 1, 1, 1}, 0.45);
+    colour.alpha        = 0.8;
+    const auto draw     = [&](const std::array<double, 3>& from, const std::array<double, 3>& to) {
+      raster.DrawLine(Place(from), Place(to), unit, colour, unit);
+    };
+    for (const PatchEdge& edge : edges)
+      if (edge.isFeature) ForEachSegment(edge, grids, draw);
+    for (const Surface::Line& beam : surface_.beams) draw(mesh_.Points()[beam.nodes[0]], mesh_.Points()[beam.nodes[1]]);
+  }
+
+  /// An edge of the surface, unless it is on the far side of a solid.
+  void DrawEdge(Raster& raster, const PatchEdge& edge, const PatchGrids& grids) const
+  {
+    const Patch& patch = patches_[edge.patch];
+    if (edge.isOfSolid && !LooksAtUs(patch) && !LooksAtUs(patches_[edge.other])) return;
+    const double     unit  = canvas_.GetPixelsPerUnit();
+    const auto       nodes = std::span(patch.nodes).first(patch.NumNodes());
+    const PatchGrid& grid  = grids.Of(patch);
+    const auto&      side  = grid.sides[edge.side];
+    const auto       at    = [&](std::size_t i) {
+      return Combine(patch.element, nodes, std::span(grid.points[side[i]]).first(nodes.size()));
+    };
+    const Colour& colour = edge.isFeature ? kFeatureInk : kMeshInk;
+    const double  width  = (edge.isFeature ? kFeatureWidth : kMeshWidth) * unit;
+    // A straight side is one line.
+    const std::size_t step = patch.isCurved ? 1 : side.size() - 1;
+    for (std::size_t i = 0; i + step < side.size(); i += step)
+      raster.DrawLine(at(i), at(i + step), width, colour, kBias * unit);
+  }
+
+  /// Sides of elements on the cut.
+  void DrawSectionEdges(Raster& raster) const
+  {
+    const double unit = canvas_.GetPixelsPerUnit();
+    for (const auto& [element, section] : sections_) {
+      const auto nodes = mesh_.NodesOf(mesh_.Elements()[element]);
+      for (const auto& segment : section.edges) {
+        std::array<RasterPoint, 2> ends;
+        for (std::size_t i = 0; i < 2; ++i) {
+          ends[i]      = Combine(element, nodes, std::span(segment[i]).first(nodes.size()));
+          ends[i].side = -1.0;
         }
+        raster.DrawLine(ends[0], ends[1], kMeshWidth * unit, kMeshInk, kBias * unit);
       }
+    }
   }
 
   /// Where the plane cuts the surface.
@@ -613,25 +626,21 @@ private:
     }
   }
 
-  /// The undeformed edges, as segments in the model.
+  /// Calls take(from, to) for the segments of an edge of the undeformed model.
   template <typename Take>
-  void ForEachSegment(const std::vector<PatchEdge>& edges, const PatchGrids& grids, bool onlyFeatures,
-                      const Take& take) const
+  void ForEachSegment(const PatchEdge& edge, const PatchGrids& grids, const Take& take) const
   {
-    for (const PatchEdge& edge : edges) {
-      if (onlyFeatures && !edge.isFeature) continue;
-      const Patch&     patch = patches_[edge.patch];
-      const PatchGrid& grid  = grids.Of(patch);
-      const auto&      side  = grid.sides[edge.side];
-      const auto       at    = [&](std::size_t i) {
-        std::array<double, 3> point{};
-        for (std::size_t n = 0; n < patch.NumNodes(); ++n)
-          for (std::size_t k = 0; k < 3; ++k) point[k] += grid.points[side[i]][n] * mesh_.Points()[patch.nodes[n]][k];
-        return point;
-      };
-      const std::size_t step = patch.isCurved ? 1 : side.size() - 1;
-      for (std::size_t i = 0; i + step < side.size(); i += step) take(at(i), at(i + step));
-    }
+    const Patch&     patch = patches_[edge.patch];
+    const PatchGrid& grid  = grids.Of(patch);
+    const auto&      side  = grid.sides[edge.side];
+    const auto       at    = [&](std::size_t i) {
+      std::array<double, 3> point{};
+      for (std::size_t n = 0; n < patch.NumNodes(); ++n)
+        for (std::size_t k = 0; k < 3; ++k) point[k] += grid.points[side[i]][n] * mesh_.Points()[patch.nodes[n]][k];
+      return point;
+    };
+    const std::size_t step = patch.isCurved ? 1 : side.size() - 1;
+    for (std::size_t i = 0; i + step < side.size(); i += step) take(at(i), at(i + step));
   }
 
   void DrawTexts()

@@ -64,39 +64,52 @@ void AddTetrahedra(const Tetrahedron& whole, std::size_t halvings, std::vector<T
     AddTetrahedra(part, halvings - 1, cells);
 }
 
+/// A wedge in its own coordinates, `steps` cells along each edge.
+void AddWedges(std::size_t steps, std::vector<Tetrahedron>& cells)
+{
+  const double n = static_cast<double>(steps);
+  const double d = 1.0 / n;
+  for (std::size_t k = 0; k < steps; ++k) {
+    const double low  = 2.0 * static_cast<double>(k) / n - 1.0;
+    const double high = 2.0 * static_cast<double>(k + 1) / n - 1.0;
+    for (std::size_t j = 0; j < steps; ++j)
+      for (std::size_t i = 0; i + j < steps; ++i) {
+        const double r = static_cast<double>(i) / n;
+        const double s = static_cast<double>(j) / n;
+        AddWedge({{{r, s}, {r + d, s}, {r, s + d}}}, low, high, cells);
+        if (i + j + 1 < steps) AddWedge({{{r + d, s}, {r + d, s + d}, {r, s + d}}}, low, high, cells);
+      }
+  }
+}
+
+/// A brick in its own coordinates.
+void AddBoxes(std::size_t steps, std::vector<Tetrahedron>& cells)
+{
+  const auto n  = static_cast<double>(steps);
+  const auto at = [n](std::size_t i) { return 2.0 * static_cast<double>(i) / n - 1.0; };
+  for (std::size_t k = 0; k < steps; ++k)
+    for (std::size_t j = 0; j < steps; ++j)
+      for (std::size_t i = 0; i < steps; ++i) AddBox({at(i), at(j), at(k)}, {at(i + 1), at(j + 1), at(k + 1)}, cells);
+}
+
 std::vector<Tetrahedron> CellsOf(ElementShape shape, std::size_t steps)
 {
+  constexpr Tetrahedron    kWhole = {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
   std::vector<Tetrahedron> cells;
-  const auto               n = static_cast<double>(steps);
   switch (shape) {
     case ElementShape::Tet4:
+      AddTetrahedra(kWhole, 0, cells);
+      break;
     case ElementShape::Tet10:
-      AddTetrahedra({{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}},
-                    shape == ElementShape::Tet4 ? 0 : static_cast<std::size_t>(std::ceil(std::log2(n))), cells);
+      AddTetrahedra(kWhole, static_cast<std::size_t>(std::ceil(std::log2(static_cast<double>(steps)))), cells);
       break;
     case ElementShape::Wedge6:
     case ElementShape::Wedge15:
-      for (std::size_t k = 0; k < steps; ++k)
-        for (std::size_t j = 0; j < steps; ++j)
-          for (std::size_t i = 0; i + j < steps; ++i) {
-            const double low  = 2.0 * static_cast<double>(k) / n - 1.0;
-            const double high = 2.0 * static_cast<double>(k + 1) / n - 1.0;
-            const double r    = static_cast<double>(i) / n;
-            const double s    = static_cast<double>(j) / n;
-            const double d    = 1.0 / n;
-            AddWedge({{{r, s}, {r + d, s}, {r, s + d}}}, low, high, cells);
-            if (i + j + 1 < steps) AddWedge({{{r + d, s}, {r + d, s + d}, {r, s + d}}}, low, high, cells);
-          }
+      AddWedges(steps, cells);
       break;
     case ElementShape::Brick8:
     case ElementShape::Brick20:
-      for (std::size_t k = 0; k < steps; ++k)
-        for (std::size_t j = 0; j < steps; ++j)
-          for (std::size_t i = 0; i < steps; ++i) {
-            const Local low{2.0 * static_cast<double>(i) / n - 1.0, 2.0 * static_cast<double>(j) / n - 1.0,
-                            2.0 * static_cast<double>(k) / n - 1.0};
-            AddBox(low, {low[0] + 2.0 / n, low[1] + 2.0 / n, low[2] + 2.0 / n}, cells);
-          }
+      AddBoxes(steps, cells);
       break;
   }
   return cells;
@@ -167,6 +180,67 @@ PlaneSection::PlaneSection(std::size_t steps) : grids_(steps)
   }
 }
 
+void PlaneSection::CutCells(const Cells& cells, std::span<const double> sides, SolidCut& section)
+{
+  double scale = 0.0;
+  for (const double side : sides) scale = std::max(scale, std::abs(side));
+  std::vector<double> pointSides;
+  pointSides.reserve(cells.points.size());
+  for (const SectionPoint& point : cells.points) {
+    // What cancels between nodes on the plane is on the plane, too.
+    const double side = SideOf(point, sides);
+    pointSides.push_back(std::abs(side) <= 1e-12 * scale ? 0.0 : side);
+  }
+  const auto meet = [&](std::size_t a, std::size_t b) {
+    return Between(cells.points[a], pointSides[a], cells.points[b], pointSides[b]);
+  };
+  for (std::array<std::size_t, 4> cell : cells.tetrahedra) {
+    // Corners that are kept first.
+    const auto middle =
+        std::stable_partition(cell.begin(), cell.end(), [&](std::size_t corner) { return pointSides[corner] < 0.0; });
+    const auto numKept = middle - cell.begin();
+    if (numKept == 1) {
+      section.triangles.push_back({meet(cell[0], cell[1]), meet(cell[0], cell[2]), meet(cell[0], cell[3])});
+    } else if (numKept == 3) {
+      section.triangles.push_back({meet(cell[0], cell[3]), meet(cell[1], cell[3]), meet(cell[2], cell[3])});
+    } else if (numKept == 2) {
+      const SectionPoint p = meet(cell[0], cell[2]);
+      const SectionPoint r = meet(cell[1], cell[3]);
+      section.triangles.push_back({p, meet(cell[0], cell[3]), r});
+      section.triangles.push_back({p, r, meet(cell[1], cell[2])});
+    }
+  }
+}
+
+void PlaneSection::CutFace(const ElementFace& face, std::span<const double> sides, SolidCut& section) const
+{
+  const PatchGrid&          grid = grids_.Of(face.numCorners, face.isCurved);
+  std::vector<SectionPoint> points;
+  std::vector<double>       faceSides;
+  for (const PatchGrid::Weights& weights : grid.points) {
+    SectionPoint point{};
+    for (std::size_t i = 0; i < face.numCorners; ++i) {
+      point[face.corners[i]] = weights[i];
+      if (face.isCurved) point[face.middles[i]] = weights[face.numCorners + i];
+    }
+    points.push_back(point);
+    faceSides.push_back(SideOf(point, sides));
+  }
+  for (const auto& triangle : grid.triangles) {
+    std::array<SectionPoint, 2> ends{};
+    std::size_t                 count = 0;
+    for (std::size_t i = 0; i < 3; ++i) {
+      std::size_t a = triangle[i];
+      std::size_t b = triangle[(i + 1) % 3];
+      if (faceSides[b] < 0.0) std::swap(a, b);
+      // From the side that is kept to the other one: none or two of the three.
+      if (faceSides[a] < 0.0 && faceSides[b] >= 0.0)
+        ends[count++] = Between(points[a], faceSides[a], points[b], faceSides[b]);
+    }
+    if (count == 2) section.edges.push_back(ends);
+  }
+}
+
 SolidCut PlaneSection::Cut(const Mesh& mesh, const Mesh::Element& element, std::span<const double> sides) const
 {
   SolidCut                          section;
@@ -184,70 +258,8 @@ SolidCut PlaneSection::Cut(const Mesh& mesh, const Mesh::Element& element, std::
   if (!hasKept || !hasTaken) return section;
   const std::span<const double> ownSides = std::span(own).first(nodes.size());
 
-  const Cells&        cells = cells_[static_cast<std::size_t>(*shape)];
-  std::vector<double> pointSides;
-  pointSides.reserve(cells.points.size());
-  for (const SectionPoint& point : cells.points) {
-    // What cancels between nodes on the plane is on the plane, too.
-    const double side  = SideOf(point, ownSides);
-    double       scale = 0.0;
-    for (const double one : ownSides) scale = std::max(scale, std::abs(one));
-    pointSides.push_back(std::abs(side) <= 1e-12 * scale ? 0.0 : side);
-  }
-  for (const auto& cell : cells.tetrahedra) {
-    std::array<std::size_t, 4> kept{};
-    std::array<std::size_t, 4> taken{};
-    std::size_t                numKept  = 0;
-    std::size_t                numTaken = 0;
-    for (const std::size_t corner : cell) {
-      if (pointSides[corner] < 0.0)
-        kept[numKept++] = corner;
-      else
-        taken[numTaken++] = corner;
-    }
-    if (numKept == 0 || numTaken == 0) continue;
-    const auto meet = [&](std::size_t a, std::size_t b) {
-      return Between(cells.points[a], pointSides[a], cells.points[b], pointSides[b]);
-    };
-    if (numKept == 2) {
-      const SectionPoint p = meet(kept[0], taken[0]), q = meet(kept[0], taken[1]);
-      const SectionPoint r = meet(kept[1], taken[1]), s = meet(kept[1], taken[0]);
-      section.triangles.push_back({p, q, r});
-      section.triangles.push_back({p, r, s});
-    } else if (numKept == 1) {
-      section.triangles.push_back({meet(kept[0], taken[0]), meet(kept[0], taken[1]), meet(kept[0], taken[2])});
-    } else {
-      section.triangles.push_back({meet(kept[0], taken[0]), meet(kept[1], taken[0]), meet(kept[2], taken[0])});
-    }
-  }
-
-  const ElementTopology& topology = *FindTopology(element.frdType);
-  for (const ElementFace& face : topology.faces) {
-    const PatchGrid&          grid = grids_.Of(face.numCorners, face.isCurved);
-    std::vector<SectionPoint> points;
-    std::vector<double>       faceSides;
-    for (const PatchGrid::Weights& weights : grid.points) {
-      SectionPoint point{};
-      for (std::size_t i = 0; i < face.numCorners; ++i) {
-        point[face.corners[i]] = weights[i];
-        if (face.isCurved) point[face.middles[i]] = weights[face.numCorners + i];
-      }
-      points.push_back(point);
-      faceSides.push_back(SideOf(point, ownSides));
-    }
-    for (const auto& triangle : grid.triangles) {
-      std::array<SectionPoint, 2> ends{};
-      std::size_t                 count = 0;
-      for (std::size_t i = 0; i < 3 && count < 2; ++i) {
-        const std::size_t a = triangle[i];
-        const std::size_t b = triangle[(i + 1) % 3];
-        if ((faceSides[a] < 0.0) != (faceSides[b] < 0.0))
-          ends[count++] = faceSides[a] < 0.0 ? Between(points[a], faceSides[a], points[b], faceSides[b])
-                                             : Between(points[b], faceSides[b], points[a], faceSides[a]);
-      }
-      if (count == 2) section.edges.push_back(ends);
-    }
-  }
+  CutCells(cells_[static_cast<std::size_t>(*shape)], ownSides, section);
+  for (const ElementFace& face : FindTopology(element.frdType)->faces) CutFace(face, ownSides, section);
   return section;
 }
 

@@ -13,6 +13,8 @@
 
 namespace quilon {
 
+struct ElementFace;
+
 /// A plane through the undeformed model. What lies on the side that its normal points to is taken away.
 struct SectionPlane
 {
@@ -54,6 +56,9 @@ private:
     std::vector<SectionPoint>               points;
     std::vector<std::array<std::size_t, 4>> tetrahedra;
   };
+
+  static void CutCells(const Cells& cells, std::span<const double> sides, SolidCut& section);
+  void        CutFace(const ElementFace& face, std::span<const double> sides, SolidCut& section) const;
 
   std::array<Cells, 6> cells_;  // by ElementShape
   PatchGrids           grids_;

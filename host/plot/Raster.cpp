@@ -53,6 +53,27 @@ Plane PlaneThrough(const std::array<double, 3>& x, const std::array<double, 3>& 
   return plane;
 }
 
+/// Where a row enters a triangle and leaves it: between the edges that it crosses; empty, the first beyond the second,
+/// where it crosses none. An edge that two triangles share is crossed at the same place, computed from the same
+/// numbers, and both draw a sample that lies on it: there are no gaps.
+std::array<double, 2> CrossRow(const std::array<double, 3>& x, const std::array<double, 3>& y, int row)
+{
+  double left  = std::numeric_limits<double>::infinity();
+  double right = -left;
+  for (std::size_t i = 0; i < 3; ++i) {
+    std::size_t a = i;
+    std::size_t b = (i + 1) % 3;
+    if (y[a] > y[b] || (y[a] == y[b] && x[a] > x[b])) std::swap(a, b);
+    if (row < y[a] || row > y[b]) continue;
+    const bool   isLevel = y[a] == y[b];
+    const double share   = isLevel ? 0.0 : (row - y[a]) / (y[b] - y[a]);
+    const double first   = x[a] + (x[b] - x[a]) * share;
+    left                 = std::min(left, first);
+    right                = std::max(right, isLevel ? x[b] : first);
+  }
+  return {left, right};
+}
+
 }  // namespace
 
 Raster::Raster(int width, int height, int samples)
@@ -93,24 +114,7 @@ void Raster::DrawTriangle(const std::array<RasterPoint, 3>& points, const Raster
   const int firstRow = static_cast<int>(std::ceil(std::max(top, 0.0)));
   const int lastRow  = static_cast<int>(std::floor(std::min(bottom, rows_ - 1.0)));
   for (int row = firstRow; row <= lastRow; ++row) {
-    // Where the row enters and leaves: between the edges that it crosses. An edge that two triangles share is crossed
-    // at the same place, computed from the same numbers, and both draw a sample that lies on it: there are no gaps.
-    double left  = std::numeric_limits<double>::infinity();
-    double right = -left;
-    for (std::size_t i = 0; i < 3; ++i) {
-      std::size_t a = i;
-      std::size_t b = (i + 1) % 3;
-      if (y[a] > y[b] || (y[a] == y[b] && x[a] > x[b])) std::swap(a, b);
-      if (row < y[a] || row > y[b]) continue;
-      if (y[a] == y[b]) {
-        left  = std::min(left, x[a]);
-        right = std::max(right, x[b]);
-        continue;
-      }
-      const double crossing = x[a] + (x[b] - x[a]) * ((row - y[a]) / (y[b] - y[a]));
-      left                  = std::min(left, crossing);
-      right                 = std::max(right, crossing);
-    }
+    const auto [left, right] = CrossRow(x, y, row);
     if (!(left <= columns_ - 1.0 && right >= 0.0)) continue;
     const int  first  = static_cast<int>(std::ceil(std::max(left, 0.0)));
     const int  last   = static_cast<int>(std::floor(std::min(right, columns_ - 1.0)));

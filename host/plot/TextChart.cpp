@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <limits>
 #include <vector>
 
@@ -119,6 +120,50 @@ double ShareOf(double value, const ChartExtent& extent, bool isLogarithmic)
 
 char LetterOf(std::size_t series) { return static_cast<char>('a' + series % 26); }
 
+std::string NumberText(double value, bool isUnicode)
+{
+  if (isUnicode) return PrintedNumber(value, 5);
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%.5g", value);
+  return text.data();
+}
+
+void PlotSeries(const Chart& chart, const Series& series, const ChartExtents& extents, char mark, Dots& dots)
+{
+  const double right  = static_cast<double>(dots.Across() - 1);
+  const double down   = static_cast<double>(dots.Down() - 1);
+  bool         hasOne = false;
+  double       lastX  = 0.0;
+  double       lastY  = 0.0;
+  for (std::size_t i = 0; i < series.x.size(); ++i) {
+    if (!IsShown(chart, series.x[i], series.y[i])) {
+      hasOne = false;
+      continue;
+    }
+    const double x = right * ShareOf(series.x[i], extents.x, chart.x.isLogarithmic);
+    const double y = down * (1.0 - ShareOf(series.y[i], extents.y, chart.y.isLogarithmic));
+    dots.Line(hasOne ? lastX : x, hasOne ? lastY : y, x, y, mark);
+    hasOne = true;
+    lastX  = x;
+    lastY  = y;
+  }
+}
+
+/// A line a series.
+std::string LegendOf(const Chart& chart, bool isUnicode)
+{
+  std::string text;
+  for (std::size_t i = 0; i < chart.series.size(); ++i) {
+    const Series& series = chart.series[i];
+    text += (isUnicode ? std::string("  ") : "  " + std::string(1, LetterOf(i)) + "  ") + series.name;
+    const auto last =
+        std::find_if(series.y.rbegin(), series.y.rend(), [](double value) { return std::isfinite(value); });
+    if (last != series.y.rend()) text += "  ends at " + NumberText(*last, isUnicode);
+    text += '\n';
+  }
+  return text;
+}
+
 }  // namespace
 
 std::string DrawTextChart(const Chart& chart, const TextChartStyle& style)
@@ -127,12 +172,7 @@ std::string DrawTextChart(const Chart& chart, const TextChartStyle& style)
   // An odd number has a middle line, whose label is a plain half.
   const auto height  = static_cast<std::size_t>(std::max(style.height, 5)) | 1U;
   const auto printed = [&](const std::string& text) { return style.isUnicode ? text : Plain(text); };
-  const auto number  = [&](double value) {
-    if (style.isUnicode) return PrintedNumber(value, 5);
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.5g", value);
-    return std::string(text.data());
-  };
+  const auto number  = [&](double value) { return NumberText(value, style.isUnicode); };
 
   // Labels of the top, the middle and the bottom line.
   std::vector<std::string> labels(height);
@@ -151,28 +191,9 @@ std::string DrawTextChart(const Chart& chart, const TextChartStyle& style)
   const auto width   = static_cast<std::size_t>(std::max(style.width, 20));
   const auto columns = width > widest + 12 ? width - widest - 2 : std::size_t{10};
 
-  Dots         dots(columns, height, style.isUnicode);
-  const double right = static_cast<double>(dots.Across() - 1);
-  const double down  = static_cast<double>(dots.Down() - 1);
-  for (std::size_t s = 0; s < chart.series.size(); ++s) {
-    const Series& series = chart.series[s];
-    const char    mark   = chart.series.size() > 1 ? LetterOf(s) : '*';
-    bool          hasOne = false;
-    double        lastX  = 0.0;
-    double        lastY  = 0.0;
-    for (std::size_t i = 0; i < series.x.size(); ++i) {
-      if (!IsShown(chart, series.x[i], series.y[i])) {
-        hasOne = false;
-        continue;
-      }
-      const double x = right * ShareOf(series.x[i], extents.x, chart.x.isLogarithmic);
-      const double y = down * (1.0 - ShareOf(series.y[i], extents.y, chart.y.isLogarithmic));
-      dots.Line(hasOne ? lastX : x, hasOne ? lastY : y, x, y, mark);
-      hasOne = true;
-      lastX  = x;
-      lastY  = y;
-    }
-  }
+  Dots dots(columns, height, style.isUnicode);
+  for (std::size_t i = 0; i < chart.series.size(); ++i)
+    PlotSeries(chart, chart.series[i], extents, chart.series.size() > 1 ? LetterOf(i) : '*', dots);
 
   const std::string bar   = style.isUnicode ? "\u2502" : "|";
   const std::string dash  = style.isUnicode ? "\u2500" : "-";
@@ -196,17 +217,7 @@ std::string DrawTextChart(const Chart& chart, const TextChartStyle& style)
   const std::size_t blanks = columns > ends + WidthOf(between) ? columns - ends - WidthOf(between) : 1;
   text += std::string(widest + 2, ' ') + least + std::string(blanks / 2, ' ') + between +
           std::string(blanks - blanks / 2, ' ') + greatest + '\n';
-  if (chart.series.size() > 1) {
-    for (std::size_t s = 0; s < chart.series.size(); ++s) {
-      text += style.isUnicode ? std::string("  ") : "  " + std::string(1, LetterOf(s)) + "  ";
-      text += chart.series[s].name;
-      const auto last = std::find_if(chart.series[s].y.rbegin(), chart.series[s].y.rend(),
-                                     [](double value) { return std::isfinite(value); });
-      if (last != chart.series[s].y.rend()) text += "  ends at " + number(*last);
-      text += '\n';
-    }
-  }
-  return text;
+  return chart.series.size() > 1 ? text + LegendOf(chart, style.isUnicode) : text;
 }
 
 std::string DrawSparkline(std::span<const double> values, std::size_t width, bool isUnicode)
