@@ -24,7 +24,8 @@ struct ToPython
   // In the digits of a float, as everywhere that the program shows one.
   py::object operator()(float value) const
   {
-    const double* const digits = std::get_if<double>(&Json(value).Get());
+    const Json          json(value);
+    const double* const digits = std::get_if<double>(&json.Get());
     return py::float_(digits != nullptr ? *digits : static_cast<double>(value));
   }
   py::object operator()(double value) const { return py::float_(value); }
