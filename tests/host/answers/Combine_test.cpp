@@ -201,9 +201,9 @@ TEST_F(Combining, IdsInAnotherOrderAreFoundById)
   FED_DataDescriptor other = ResultKey(OnfKind::Displacement, 8);
   WriteVector(database_, other, 10, {1, 0, 0});
   WriteVector(database_, other, 20, {2, 0, 0});
-  const CombineReport report = Combine(MakeRequest("A = lc8 + lc3\n", "displacement"));
+  const CombineReport report = Combine(MakeRequest("A = 5*lc8 + 3*lc3\n", "displacement"));
   EXPECT_EQ(report.numPartial, 0u);
-  EXPECT_EQ(Get<3>(OnfKind::Displacement, 10001, 20), (Vector{2002, 0, 1}));
+  EXPECT_EQ(Get<3>(OnfKind::Displacement, 10001, 20), (Vector{6010, 0, 3}));
 }
 
 TEST_F(Combining, ListsOfOtherLengthsAreAFailure)

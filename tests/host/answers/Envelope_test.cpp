@@ -118,7 +118,7 @@ TEST(EnvelopeField, ManyRecordsAreTakenAsOneByOne)
       std::vector<double> values;
       for (const int id : steps[step])
         for (int k = 0; k < 6; ++k)
-          values.push_back(id == 2 && step == 1 ? kNaN : double((id * 7 + k * 3 + int(step) * 5) % 11) - 5.0);
+          values.push_back(id == 2 && step == 1 ? kNaN : double((id * 7 + k * 3 + int(step) / 2 * 5) % 11) - 5.0);
       one.BeginStep();
       many.BeginStep();
       for (std::size_t i = 0; i < steps[step].size(); ++i)
