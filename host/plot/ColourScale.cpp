@@ -118,7 +118,7 @@ Colour ColourScale::At(double value) const { return ColourAt(map_, PositionOf(va
 
 std::uint32_t ColourScale::PixelAt(double value) const noexcept
 {
-  return pixels_[static_cast<std::size_t>(PositionOf(value) * kSteps + 0.5)];
+  return pixels_[static_cast<std::size_t>(std::lrint(PositionOf(value) * kSteps))];
 }
 
 }  // namespace quilon
