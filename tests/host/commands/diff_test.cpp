@@ -597,7 +597,8 @@ TEST_F(DiffCommand, TheDifferenceMayBeKeptAsADatabase)
   EXPECT_EQ(run.exitCode, 1);
   EXPECT_EQ(run.err, "quilon: note: " + difference + ": 3 blocks written\n");
   EXPECT_EQ(RunQuilon({"show", difference, "temperature", "--csv"}).out,
-            "kind,it,an,lc,sub,id,value\ntemperature,0,1,1,1,1,0.5\ntemperature,0,1,1,2,1,-3\n");
+            "kind,it,an,lc,sub,time,id,value\ntemperature,0,1,1,1,0,1,0.5\ntemperature,0,1,1,2,0,1,-3\n")
+      << "the times of both are the same, and what is kept is their difference";
   // The places of what is compared must not be lost.
   EXPECT_EQ(Diff({"-o", a_}).err,
             "quilon: error: " + a_ + ": is compared itself, expected another place for the difference\n");
