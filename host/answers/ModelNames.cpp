@@ -2,6 +2,7 @@
 
 #include <bundled/OnfKinds.h>
 
+#include "answers/Region.h"
 #include "kinds/GroupNames.h"
 #include "mesh/ElementTopology.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -55,6 +56,40 @@ void ModelNames::Replace(const FED_DataDescriptor& block, std::vector<Cell>& row
     default:
       break;
   }
+}
+
+std::map<int, std::string> NameGroups(const FED_Database& database, Region& region)
+{
+  // One block of each group tells its nodes.
+  std::map<int, FED_DataDescriptor> blocks;
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
+    if (descriptor.IsSet(OnfIndex::Group)) blocks.try_emplace(descriptor.GetInteger(OnfIndex::Group), descriptor);
+
+  for (const int onf : {int{OnfKind::Material}, int{OnfKind::ElementSet}}) {
+    std::map<int, std::string> known;
+    for (NamedRecord& record : ReadNames(database, onf)) known.try_emplace(record.number, std::move(record.name));
+    std::map<int, std::string> names;
+    for (const auto& [group, descriptor] : blocks) {
+      const auto name = known.find(group);
+      if (name == known.end()) break;
+      const int        iteration = descriptor.GetInteger(FED_DataDescriptor::Iteration);
+      std::vector<int> nodes;
+      for (const RecordKey& key : GetRecordKeys(database.GetConstDataBlock(descriptor), database.GetIdMapsPool()))
+        nodes.push_back(key.id);
+      std::vector<int> elements;
+      if (onf == OnfKind::Material) {
+        for (const Mesh::Element& element : region.GetMesh(iteration).Elements())
+          if (element.material == group) elements.push_back(element.id);
+      } else {
+        for (const NamedSet& set : region.GetSets(iteration))
+          if (set.ofElements && set.name == name->second) elements = set.ids;
+      }
+      if (NodesOfElements(region.GetMesh(iteration), elements) != nodes) break;
+      names.emplace(group, name->second);
+    }
+    if (names.size() == blocks.size()) return names;
+  }
+  return {};
 }
 
 }  // namespace quilon

@@ -13,6 +13,8 @@ class FED_Database;
 
 namespace quilon {
 
+class Region;
+
 /// The names of a database's materials and orientations.
 class ModelNames
 {
@@ -30,5 +32,10 @@ private:
   std::map<int, std::string> materials_;
   std::map<int, std::string> orientations_;
 };
+
+/// Names the groups that nodal averages are over (OnfIndex::Group). A database keeps their numbers alone: a group is a
+/// material, or else a set, where that holds for the nodes of every group. Section numbers have no names.
+/// @return names by number; nothing where the groups are neither
+std::map<int, std::string> NameGroups(const FED_Database& database, Region& region);
 
 }  // namespace quilon

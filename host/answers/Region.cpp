@@ -159,19 +159,6 @@ bool Region::AppliesTo(const FED_DataDescriptor& block) const
   return !options_.HasPlace() || EntityOf(block) == kNodeEntity || EntityOf(block) == kElementEntity;
 }
 
-std::vector<int> Region::NodesOfElements(int iteration, const std::vector<int>& elements)
-{
-  const Mesh&      mesh = GetMesh(iteration);
-  std::vector<int> nodes;
-  for (const int id : elements) {
-    const std::optional<std::size_t> place = mesh.FindElement(id);
-    if (!place) continue;
-    for (const std::size_t node : mesh.NodesOf(mesh.Elements()[*place])) nodes.push_back(mesh.NodeIds()[node]);
-  }
-  SortUnique(nodes);
-  return nodes;
-}
-
 std::vector<int> Region::InSets(int iteration, Entity entity)
 {
   const std::vector<NamedSet>& sets = GetSets(iteration);
@@ -194,7 +181,7 @@ std::vector<int> Region::InSets(int iteration, Entity entity)
     if (entity == Elements && ofElements == nullptr)
       Fail(name_ + ": set '" + name + "' is of nodes, expected a set of elements for results at elements");
     if (entity == Nodes && ofNodes == nullptr) {
-      const std::vector<int> nodes = NodesOfElements(iteration, ofElements->ids);
+      const std::vector<int> nodes = NodesOfElements(GetMesh(iteration), ofElements->ids);
       ids.insert(ids.end(), nodes.begin(), nodes.end());
     } else {
       const NamedSet& set = entity == Nodes ? *ofNodes : *ofElements;
@@ -235,7 +222,7 @@ std::vector<int> Region::InMaterials(int iteration, Entity entity)
   std::vector<int> elements;
   for (const Mesh::Element& element : mesh.Elements())
     if (numbers.contains(element.material)) elements.push_back(element.id);
-  return entity == Elements ? elements : NodesOfElements(iteration, elements);
+  return entity == Elements ? elements : NodesOfElements(GetMesh(iteration), elements);
 }
 
 std::vector<int> Region::InBox(int iteration, Entity entity)
@@ -315,7 +302,7 @@ const IdPositions& Region::Members(int iteration, Entity entity)
   if (options_.near) {
     std::optional<std::vector<int>> nodes = ids;
     // The nearest node of elements is one of theirs.
-    if (entity == Elements && ids) nodes = NodesOfElements(iteration, *ids);
+    if (entity == Elements && ids) nodes = NodesOfElements(GetMesh(iteration), *ids);
     ids = NearPoint(iteration, entity, nodes, ids);
   }
   if (ids->empty())
@@ -429,6 +416,18 @@ bool HoldsRecords(Region& region, const FED_Database& database, const std::vecto
   return std::any_of(blocks.begin(), blocks.end(), [&](const FED_DataDescriptor& descriptor) {
     return region.AppliesTo(descriptor) && !region.IdsOf(database.GetConstDataBlock(descriptor)).empty();
   });
+}
+
+std::vector<int> NodesOfElements(const Mesh& mesh, const std::vector<int>& elements)
+{
+  std::vector<int> nodes;
+  for (const int id : elements) {
+    const std::optional<std::size_t> place = mesh.FindElement(id);
+    if (!place) continue;
+    for (const std::size_t node : mesh.NodesOf(mesh.Elements()[*place])) nodes.push_back(mesh.NodeIds()[node]);
+  }
+  SortUnique(nodes);
+  return nodes;
 }
 
 std::optional<MeshBox> BoxOf(const Mesh& mesh)

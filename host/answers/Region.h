@@ -113,7 +113,6 @@ private:
   std::vector<int>   InBox(int iteration, Entity entity);
   std::vector<int>   NearPoint(int iteration, Entity entity, const std::optional<std::vector<int>>& nodes,
                                const std::optional<std::vector<int>>& elements);
-  std::vector<int>   NodesOfElements(int iteration, const std::vector<int>& elements);
   /// What sets, materials and the box leave; nothing: everything.
   std::optional<std::vector<int>> BeforeNear(int iteration, Entity entity);
   std::vector<int>                KeepAsked(std::vector<int> ids) const;
@@ -139,6 +138,9 @@ struct MeshBox
 
 /// @return nothing for a mesh without nodes
 std::optional<MeshBox> BoxOf(const Mesh& mesh);
+
+/// @return the ids of the nodes of these elements, ascending, each once
+std::vector<int> NodesOfElements(const Mesh& mesh, const std::vector<int>& elements);
 
 /// @return the centre of an element, the mean of its nodes; nothing for one without any
 std::optional<Mesh::Point> CentreOf(const Mesh& mesh, const Mesh::Element& element);

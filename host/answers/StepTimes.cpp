@@ -61,6 +61,12 @@ std::optional<double> StepTimes::TimeOf(const FED_DataDescriptor& block) const
   return moment ? std::optional<double>(moment->value) : std::nullopt;
 }
 
+std::optional<double> StepTimes::TimeAt(const FED_DataDescriptor& history, int position) const
+{
+  const auto found = moments_.find(KeyOf(history, position));
+  return found == moments_.end() ? std::nullopt : std::optional<double>(found->second.value);
+}
+
 int StepTimes::QuantityOf(const FED_DataDescriptor& block) const
 {
   const Moment* moment = Find(block);

@@ -29,6 +29,9 @@ public:
   ///         is known or is no finite number, and for blocks that belong to all steps
   std::optional<double> TimeOf(const FED_DataDescriptor& block) const;
 
+  /// @return the same for a position of a history
+  std::optional<double> TimeAt(const FED_DataDescriptor& history, int position) const;
+
   /// @return what TimeOf() tells: Time, Frequency or BucklingFactor (OnfKind), 0 when it tells nothing
   int QuantityOf(const FED_DataDescriptor& block) const;
 

@@ -6,8 +6,12 @@ const std::vector<Command>& GetCommands()
 {
   static const std::vector<Command> kCommands = {
       {"import", "Read solver results into a database", DefineImport},
+      {"info", "Tell what a database is, at a glance", DefineInfo},
       {"ls", "List the blocks of a database", DefineLs},
       {"show", "Show the records of blocks", DefineShow},
+      {"max", "Find the worst values, where and when", DefineMax},
+      {"history", "Show values over time", DefineHistory},
+      {"sets", "List sets, materials and groups by name", DefineSets},
       {"plot", "Draw a picture of the model with a result", DefinePlot},
       {"size", "Tell what a database holds, in bytes", DefineSize},
       {"prune", "Take blocks out of a database", DefinePrune},

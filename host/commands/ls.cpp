@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -7,6 +9,8 @@
 
 #include <bundled/OnfKinds.h>
 
+#include "answers/Overview.h"
+#include "answers/StepTimes.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
@@ -28,15 +32,42 @@ struct Options
 {
   std::string      database;
   SelectionOptions selection;
+  bool             summary = false;
   TableForm        form;
 };
 
-Sheet MakeSheet(const std::vector<ListedBlock>& blocks)
+SheetValue ValueOrNothing(const std::optional<double>& value) { return value ? SheetValue(*value) : SheetValue(); }
+
+/// A line for each kind.
+Sheet MakeSummary(const std::vector<ListedBlock>& blocks, const StepTimes& times)
+{
+  Sheet sheet({{"onf"},
+               {"kind"},
+               {"blocks"},
+               {"steps"},
+               {"from-time"},
+               {"to-time"},
+               {"records"},
+               {"size"},
+               {"least"},
+               {"greatest"},
+               {"nan"}});
+  for (const KindSummary& kind : SummarizeKinds(blocks, times))
+    sheet.Row({kind.onf, kind.kind, kind.blocks, kind.steps, ValueOrNothing(kind.firstTime),
+               ValueOrNothing(kind.lastTime), kind.records, ByteCount{kind.bytes},
+               kind.hasValues ? SheetValue(kind.least) : SheetValue(),
+               kind.hasValues ? SheetValue(kind.greatest) : SheetValue(), kind.nans});
+  return sheet;
+}
+
+Sheet MakeSheet(const std::vector<ListedBlock>& blocks, const StepTimes& times, const std::string& timeName)
 {
   std::vector<SheetColumn> columns = {{"block", SheetColumn::Json}, {"onf"}, {"kind"}};
   for (const IndexKey& key : GetIndexKeys())
     // The quantity of a history is told by its kind.
     columns.push_back({key.key, key.index == OnfIndex::Quantity ? SheetColumn::Json : SheetColumn::Everywhere, true});
+  columns.push_back({timeName, SheetColumn::Tables, true});
+  columns.push_back({"time", SheetColumn::Json, true});
   for (const char* name : {"records", "size", "least", "greatest", "nan"}) columns.push_back({name});
 
   Sheet sheet(std::move(columns));
@@ -47,6 +78,7 @@ Sheet MakeSheet(const std::vector<ListedBlock>& blocks)
     for (const IndexKey& key : GetIndexKeys())
       row.push_back(block.descriptor.IsSet(key.index) ? SheetValue(block.descriptor.GetInteger(key.index))
                                                       : SheetValue());
+    for (int i = 0; i < 2; ++i) row.push_back(ValueOrNothing(times.TimeOf(block.descriptor)));
     row.push_back(summary.records);
     row.push_back(ByteCount{summary.bytes});
     for (const double value : {summary.least, summary.greatest})
@@ -90,7 +122,18 @@ void Run(const Options& options, CommandContext& context)
       return OnfKind::IsProvenance(block.descriptor.GetInteger(FED_DataDescriptor::OnfId));
     });
   if (blocks.empty()) context.console.Note(options.selection.DescribeNothing(options.database));
-  const Sheet sheet = MakeSheet(blocks);
+  const StepTimes times(database.Get());
+  if (!options.selection.time.empty() && !blocks.empty()) {
+    const auto kept = options.selection.Choose(database.Get(), selection, times, options.database);
+    std::erase_if(blocks, [&](const ListedBlock& block) {
+      return std::find(kept.begin(), kept.end(), block.descriptor) == kept.end();
+    });
+  }
+  std::vector<FED_DataDescriptor> descriptors;
+  for (const ListedBlock& block : blocks) descriptors.push_back(block.descriptor);
+  const Sheet sheet = options.summary
+                          ? MakeSummary(blocks, times)
+                          : MakeSheet(blocks, times, NameOfTimes(times, descriptors, kinds).value_or("time"));
   if (options.form.json) return PrintJson(context.output, sheet.ToJson());
   sheet.PrintTable(context.output, options.form);
   if (StyleOf(options.form) == TableStyle::Aligned) {
@@ -110,16 +153,18 @@ CommandFunction DefineLs(CLI::App& app)
       ->required();
   app.add_option("SELECTION", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)");
   AddStepsOption(app, options->selection);
+  AddTimeOption(app, options->selection);
+  app.add_flag("--summary", options->summary, "A line for each kind");
   AddTableOptions(app, options->form);
   app.footer(
-      "Prints a line per block: ONF id and kind, the keys that are set, the number of records, their size, the least\n"
-      "and the greatest value and how many values are NaN. With --verbose also what made the results: files, options "
-      "and\n"
-      "program of every import.\n"
+      "Prints a line per block: ONF id and kind, the keys that are set, the time or frequency of its step, the number\n"
+      "of records, their size, the least and the greatest value and how many values are NaN. With --verbose also what\n"
+      "made the results: files, options and program of every import.\n"
       "\n"
       "Examples:\n"
       "  quilon ls bracket.onf\n"
       "  quilon ls bracket.onf stress,strain@lc=2,sub=last\n"
+      "  quilon ls bracket.onf --summary\n"
       "  quilon ls job.frd --csv");
   return [options](CommandContext& context) { Run(*options, context); };
 }

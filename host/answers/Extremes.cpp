@@ -1,0 +1,503 @@
+#include "answers/Extremes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <tuple>
+#include <utility>
+
+#include <bundled/FED_BlockSpans.h>
+#include <bundled/OnfKinds.h>
+
+#include "answers/ModelNames.h"
+#include "answers/Region.h"
+#include "answers/StepTimes.h"
+#include "database/Listing.h"
+#include "database/RecordRows.h"
+#include "kinds/Component.h"
+#include "kinds/KindTable.h"
+#include "progress/Interrupt.h"
+#include "progress/Listener.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
+#include "text/Failure.h"
+
+namespace quilon {
+
+namespace {
+
+constexpr int kNodeEntity    = 0;
+constexpr int kElementEntity = 1;
+
+int EntityOf(const FED_DataDescriptor& block)
+{
+  const auto onf = static_cast<FED_OnfId>(block.GetInteger(FED_DataDescriptor::OnfId));
+  return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
+}
+
+int IterationOf(const FED_DataDescriptor& block) { return block.GetInteger(FED_DataDescriptor::Iteration); }
+
+/// A value on its way into a ranking.
+struct Candidate
+{
+  double      badness = 0.0;
+  double      value   = 0.0;
+  std::size_t block   = 0;  // position in the blocks
+  int         id      = 0;
+  int         point   = 0;
+
+  /// Whether it stands before another. Spans do not come by ascending id.
+  bool Precedes(const Candidate& other) const noexcept
+  {
+    if (badness != other.badness) return badness > other.badness;
+    if (block != other.block) return block < other.block;
+    return id != other.id ? id < other.id : point < other.point;
+  }
+};
+
+/// The worst of what is offered, at most so many.
+class Ranking
+{
+public:
+  explicit Ranking(std::size_t head) : head_(head) {}
+
+  /// Whether a value may change the ranking; most do not.
+  bool Concerns(double badness) const noexcept { return worst_.size() < head_ || badness >= worst_.back().badness; }
+
+  void Offer(const Candidate& candidate)
+  {
+    if (worst_.size() == head_ && !candidate.Precedes(worst_.back())) {
+      tiesOfLast_ += candidate.badness == worst_.back().badness ? 1 : 0;
+      return;
+    }
+    const auto place = std::upper_bound(worst_.begin(), worst_.end(), candidate,
+                                        [](const Candidate& a, const Candidate& b) { return a.Precedes(b); });
+    worst_.insert(place, candidate);
+    if (worst_.size() <= head_) return;
+    const double dropped = worst_.back().badness;
+    worst_.pop_back();
+    // What was dropped before is no worse than this: it ties with the last one only if this does.
+    tiesOfLast_ = dropped == worst_.back().badness ? tiesOfLast_ + 1 : 0;
+  }
+
+  const std::vector<Candidate>& GetWorst() const noexcept { return worst_; }
+
+  /// @return how many others that were offered are as bad as one of the worst
+  std::size_t CountTies(const Candidate& one) const
+  {
+    const auto same = static_cast<std::size_t>(std::count_if(
+        worst_.begin(), worst_.end(), [&](const Candidate& other) { return other.badness == one.badness; }));
+    return same - 1 + (one.badness == worst_.back().badness ? tiesOfLast_ : 0);
+  }
+
+  void        AddNan() noexcept { ++nans_; }
+  std::size_t NumNans() const noexcept { return nans_; }
+
+private:
+  std::size_t            head_;
+  std::vector<Candidate> worst_;  // the worst first
+  std::size_t            tiesOfLast_ = 0;
+  std::size_t            nans_       = 0;
+};
+
+/// Which parts nodes or elements belong to.
+class Membership
+{
+public:
+  void Add(std::size_t part, const std::vector<int>& ids)
+  {
+    for (const int id : ids) pairs_.emplace_back(id, part);
+  }
+
+  /// To be called when all is added.
+  void Finish()
+  {
+    std::sort(pairs_.begin(), pairs_.end());
+    pairs_.erase(std::unique(pairs_.begin(), pairs_.end()), pairs_.end());
+    std::vector<int> ids;
+    for (std::size_t i = 0; i < pairs_.size(); ++i) {
+      if (i == 0 || pairs_[i].first != pairs_[i - 1].first) {
+        ids.push_back(pairs_[i].first);
+        first_.push_back(i);
+      }
+      parts_.push_back(pairs_[i].second);
+    }
+    first_.push_back(pairs_.size());
+    pairs_.clear();
+    ids_ = IdPositions(std::move(ids));
+  }
+
+  std::span<const std::size_t> PartsOf(int id) const noexcept
+  {
+    const std::optional<std::size_t> place = ids_.Find(id);
+    if (!place) return {};
+    return std::span(parts_).subspan(first_[*place], first_[*place + 1] - first_[*place]);
+  }
+
+private:
+  std::vector<std::pair<int, std::size_t>> pairs_;
+  IdPositions                              ids_;
+  std::vector<std::size_t>                 first_;  // of an id's parts
+  std::vector<std::size_t>                 parts_;
+};
+
+/// Names of parts, and which of them a record is in.
+class Parts
+{
+public:
+  Parts(const FED_Database& database, Region& region, ExtremeRequest::Per per)
+      : database_(database), region_(region), per_(per)
+  {}
+
+  bool IsByRecord() const noexcept { return per_ == ExtremeRequest::Material || per_ == ExtremeRequest::Set; }
+
+  /// @return the one part of all records of a block, nothing for a block that is in none; not by records
+  std::optional<std::size_t> PartOf(const FED_DataDescriptor& block)
+  {
+    switch (per_) {
+      case ExtremeRequest::Step:
+        return NumberOf(HasResultStep(block) ? StepText(GetResultStep(block)) : StepText(block));
+      case ExtremeRequest::Group:
+        if (!block.IsSet(OnfIndex::Group)) return std::nullopt;
+        return NumberOf(NameGroup(block.GetInteger(OnfIndex::Group)));
+      default:
+        return NumberOf("");
+    }
+  }
+
+  const Membership& MembersOf(const FED_DataDescriptor& block)
+  {
+    const bool                   ofElements = EntityOf(block) == kElementEntity;
+    std::unique_ptr<Membership>& members    = members_[{IterationOf(block), ofElements}];
+    if (members) return *members;
+    members = std::make_unique<Membership>();
+    if (per_ == ExtremeRequest::Material)
+      AddMaterials(IterationOf(block), ofElements, *members);
+    else
+      AddSets(IterationOf(block), ofElements, *members);
+    members->Finish();
+    return *members;
+  }
+
+  const std::string& GetName(std::size_t part) const { return names_[part]; }
+
+private:
+  std::size_t NumberOf(const std::string& name)
+  {
+    const auto [found, isNew] = numbers_.try_emplace(name, names_.size());
+    if (isNew) names_.push_back(name);
+    return found->second;
+  }
+
+  std::string NameGroup(int group)
+  {
+    if (!groupNames_) groupNames_ = NameGroups(database_, region_);
+    const auto found = groupNames_->find(group);
+    return found == groupNames_->end() ? std::to_string(group) : found->second;
+  }
+
+  void AddMaterials(int iteration, bool ofElements, Membership& members)
+  {
+    if (!names602_) names602_.emplace(database_);
+    const Mesh&                     mesh = region_.GetMesh(iteration);
+    std::map<int, std::vector<int>> ids;
+    for (const Mesh::Element& element : mesh.Elements()) {
+      if (element.material == 0) continue;
+      std::vector<int>& list = ids[element.material];
+      if (ofElements)
+        list.push_back(element.id);
+      else
+        for (const std::size_t node : mesh.NodesOf(element)) list.push_back(mesh.NodeIds()[node]);
+    }
+    for (const auto& [number, list] : ids) members.Add(NumberOf(names602_->MaterialOf(number)), list);
+  }
+
+  void AddSets(int iteration, bool ofElements, Membership& members)
+  {
+    const std::vector<NamedSet>& sets    = region_.GetSets(iteration);
+    const auto                   isNodes = [&](const std::string& name) {
+      return std::any_of(sets.begin(), sets.end(),
+                                           [&](const NamedSet& set) { return !set.ofElements && set.name == name; });
+    };
+    for (const NamedSet& set : sets) {
+      if (set.ofElements == ofElements)
+        members.Add(NumberOf(set.name), set.ids);
+      else if (set.ofElements && !isNodes(set.name))
+        members.Add(NumberOf(set.name), NodesOfElements(region_.GetMesh(iteration), set.ids));
+    }
+  }
+
+  const FED_Database&                                         database_;
+  Region&                                                     region_;
+  ExtremeRequest::Per                                         per_;
+  std::vector<std::string>                                    names_;
+  std::map<std::string, std::size_t>                          numbers_;
+  std::map<std::pair<int, bool>, std::unique_ptr<Membership>> members_;
+  std::optional<ModelNames>                                   names602_;
+  std::optional<std::map<int, std::string>>                   groupNames_;
+};
+
+/// The values of a block's records, record by record: how many components a group, and whether records are lists of
+/// groups.
+struct BlockForm
+{
+  std::size_t numValues = 0;
+  std::size_t field     = 1;  // counts from 1
+  bool        isList    = false;
+};
+
+/// @return nothing for a block that has no components
+std::optional<BlockForm> FormOf(const FED_BlockSpan& span, std::size_t numValues, int onf)
+{
+  const std::vector<int>& types  = span.GetFormat().GetTypes();
+  const bool              isList = OnfKind::ListPeriodOf(onf) > 1;
+  const std::size_t       field  = types.size();
+  if (types.empty()) return std::nullopt;
+  const FED_FieldType::Class last = FED_FieldType::GetClass(types.back());
+  if (isList)
+    return last == FED_FieldType::DoubleList ? std::optional<BlockForm>({numValues, field, true}) : std::nullopt;
+  if (field != 1 || FED_FieldType::GetDoubleCount(last) != numValues) return std::nullopt;
+  return BlockForm{numValues, 1, false};
+}
+
+class Search
+{
+public:
+  Search(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks, const StepTimes& times,
+         Region& region, const ExtremeRequest& request)
+      : database_(database),
+        blocks_(blocks),
+        times_(times),
+        region_(region),
+        request_(request),
+        kinds_(database),
+        parts_(database, region, request.per)
+  {}
+
+  void ReadBlock(std::size_t number)
+  {
+    const FED_DataDescriptor&    descriptor = blocks_[number];
+    const std::vector<Component> components = ChosenOf(descriptor);
+    if (components.empty()) return;
+    std::optional<std::size_t> part;
+    const Membership*          members = nullptr;
+    if (!parts_.IsByRecord()) {
+      part = parts_.PartOf(descriptor);
+      if (!part) return;
+    } else {
+      if (EntityOf(descriptor) != kNodeEntity && EntityOf(descriptor) != kElementEntity) return;
+      members = &parts_.MembersOf(descriptor);
+    }
+    hasComponents_                    = true;
+    const FED_DataBlock&        block = database_.GetConstDataBlock(descriptor);
+    std::optional<RegionFilter> filter;
+    if (!region_.IsEverything()) filter = region_.FilterOf(block);
+
+    FED_ForEachSpan(block, database_.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+      ThrowIfInterrupted();
+      const std::optional<BlockForm> form =
+          FormOf(span, components.front().NumValues(), descriptor.GetInteger(FED_DataDescriptor::OnfId));
+      if (!form) return;
+      for (const Component& component : components) {
+        std::vector<Ranking*> rankings;
+        const Scan            scan{number,
+                        component,
+                        filter ? &*filter : nullptr,
+                        members,
+                        part ? &RankingOf(descriptor, component, *part) : nullptr,
+                        rankings};
+        if (form->isList)
+          ScanLists(span, *form, scan);
+        else
+          ScanColumns(span, *form, scan);
+      }
+    });
+  }
+
+  ExtremeReport MakeReport()
+  {
+    if (!hasComponents_)
+      Fail("no block of '" + request_.selectionText + "' has components" +
+           (request_.per == ExtremeRequest::Group ? " and a group" : "") +
+           ", expected scalars, vectors or tensors of nodes, elements or histories");
+    ExtremeReport report;
+    report.values = values_;
+    std::vector<std::pair<Candidate, Extreme>> rows;
+    for (const auto& [key, ranking] : rankings_) {
+      report.nans += ranking.NumNans();
+      for (const Candidate& candidate : ranking.GetWorst()) {
+        Extreme extreme   = Describe(candidate);
+        extreme.component = std::get<1>(key);
+        extreme.part      = parts_.GetName(std::get<2>(key));
+        extreme.ties      = ranking.CountTies(candidate);
+        extreme.nans      = ranking.NumNans();
+        rows.emplace_back(candidate, std::move(extreme));
+      }
+    }
+    if (values_ == 0 && !region_.IsEverything()) region_.FailEmpty(request_.selectionText);
+    if (values_ == 0 && parts_.IsByRecord())
+      Fail("no record of '" + request_.selectionText + "' is in a " +
+           (request_.per == ExtremeRequest::Material ? "material" : "set") + ", expected a database that names them");
+    std::stable_sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.first.Precedes(b.first); });
+    for (auto& [candidate, extreme] : rows) report.rows.push_back(std::move(extreme));
+    return report;
+  }
+
+private:
+  struct Scan
+  {
+    std::size_t            block;
+    const Component&       component;
+    const RegionFilter*    filter;    // null: everything
+    const Membership*      members;   // null: one part
+    Ranking*               ranking;   // of the one part
+    std::vector<Ranking*>& rankings;  // by part, null where nothing has come yet
+  };
+
+  std::vector<Component> ChosenOf(const FED_DataDescriptor& descriptor) const
+  {
+    std::vector<Component> chosen = ComponentsOf(request_.selection, descriptor);
+    if (!chosen.empty() || request_.selection.HasComponents()) return chosen;
+    const int onf = descriptor.GetInteger(FED_DataDescriptor::OnfId);
+    for (const std::string& name : ValueComponentsOf(onf)) chosen.emplace_back(name, onf);
+    return chosen;
+  }
+
+  /// Rankings stand in the order of kinds, as the components come, by part.
+  Ranking& RankingOf(const FED_DataDescriptor& block, const Component& component, std::size_t part)
+  {
+    return rankings_.try_emplace({kinds_.GetName(block), component.GetName(), part}, request_.head).first->second;
+  }
+
+  double BadnessOf(double value) const noexcept
+  {
+    switch (request_.measure) {
+      case ExtremeRequest::Least:
+        return -value;
+      case ExtremeRequest::Magnitude:
+        return std::fabs(value);
+      case ExtremeRequest::Greatest:
+        break;
+    }
+    return value;
+  }
+
+  void Take(double value, int id, int point, const Scan& scan)
+  {
+    if (scan.ranking != nullptr) return Offer(value, id, point, scan, *scan.ranking);
+    for (const std::size_t part : scan.members->PartsOf(id)) {
+      if (scan.rankings.size() <= part) scan.rankings.resize(part + 1);
+      Ranking*& ranking = scan.rankings[part];
+      if (ranking == nullptr) ranking = &RankingOf(blocks_[scan.block], scan.component, part);
+      Offer(value, id, point, scan, *ranking);
+    }
+  }
+
+  void Offer(double value, int id, int point, const Scan& scan, Ranking& ranking)
+  {
+    ++values_;
+    if (std::isnan(value)) return ranking.AddNan();
+    const double badness = BadnessOf(value);
+    if (ranking.Concerns(badness)) ranking.Offer({badness, value, scan.block, id, point});
+  }
+
+  void ScanColumns(const FED_BlockSpan& span, const BlockForm& form, const Scan& scan)
+  {
+    const double*     values   = span.GetDoubles(form.field).GetData();
+    const int*        ids      = span.GetIds().GetData();
+    const std::size_t count    = span.GetCount();
+    const std::size_t size     = form.numValues;
+    const int         position = scan.component.GetPosition();
+    for (std::size_t i = 0; i < count; ++i) {
+      if (scan.filter != nullptr && !scan.filter->Holds(ids[i])) continue;
+      const double value = position >= 0 ? values[i * size + static_cast<std::size_t>(position)]
+                                         : scan.component.Evaluate(std::span(values + i * size, size));
+      Take(value, ids[i], 0, scan);
+    }
+  }
+
+  void ScanLists(const FED_BlockSpan& span, const BlockForm& form, const Scan& scan)
+  {
+    const int* ids = span.GetIds().GetData();
+    for (std::size_t i = 0; i < span.GetCount(); ++i) {
+      if (scan.filter != nullptr && !scan.filter->Holds(ids[i])) continue;
+      const auto list  = span.GetDoubleList(form.field, i);
+      int        point = 0;
+      for (std::size_t first = 0; first + form.numValues <= list.GetSize(); first += form.numValues)
+        Take(scan.component.Evaluate(std::span(list.GetData() + first, form.numValues)), ids[i], ++point, scan);
+    }
+  }
+
+  Extreme Describe(const Candidate& candidate)
+  {
+    Extreme                   extreme;
+    const FED_DataDescriptor& block = blocks_[candidate.block];
+    extreme.block                   = block;
+    extreme.kind                    = kinds_.GetName(block);
+    extreme.value                   = candidate.value;
+    extreme.id                      = candidate.id;
+    extreme.point                   = candidate.point;
+    extreme.step                    = GetResultStep(block);
+    extreme.time                    = times_.TimeOf(block);
+    if (block.GetInteger(FED_DataDescriptor::OnfId) == FED_OnfId_ScalarHistory) {
+      extreme.step.SetInteger(FED_DataDescriptor::Substep, candidate.id);
+      extreme.time = times_.TimeAt(block, candidate.id);
+    }
+    const int entity = EntityOf(block);
+    if (entity == kNodeEntity || entity == kElementEntity)
+      Locate(entity == kElementEntity, IterationOf(block), extreme);
+    return extreme;
+  }
+
+  void Locate(bool ofElements, int iteration, Extreme& extreme)
+  {
+    for (const NamedSet& set : region_.GetSets(iteration))
+      if (set.ofElements == ofElements && std::find(set.ids.begin(), set.ids.end(), extreme.id) != set.ids.end())
+        extreme.sets.push_back(set.name);
+    if (!ofElements) extreme.type = "node";
+    if (!database_.HasDataBlock(FED_DataDescriptor(iteration, OnfKind::Coordinates))) return;
+    const Mesh& mesh = region_.GetMesh(iteration);
+    if (!ofElements) {
+      if (const auto node = mesh.FindNode(extreme.id)) extreme.place = mesh.Points()[*node];
+      return;
+    }
+    const auto place = mesh.FindElement(extreme.id);
+    if (!place) return;
+    const Mesh::Element& element = mesh.Elements()[*place];
+    if (!names_) names_.emplace(database_);
+    extreme.place    = CentreOf(mesh, element);
+    extreme.type     = TypeNameOf(element.frdType);
+    extreme.material = element.material == 0 ? "" : names_->MaterialOf(element.material);
+  }
+
+  const FED_Database&                                                  database_;
+  const std::vector<FED_DataDescriptor>&                               blocks_;
+  const StepTimes&                                                     times_;
+  Region&                                                              region_;
+  const ExtremeRequest&                                                request_;
+  KindTable                                                            kinds_;
+  Parts                                                                parts_;
+  std::map<std::tuple<std::string, std::string, std::size_t>, Ranking> rankings_;  // by kind, component and part
+  std::optional<ModelNames>                                            names_;
+  std::size_t                                                          values_        = 0;
+  bool                                                                 hasComponents_ = false;
+};
+
+}  // namespace
+
+ExtremeReport FindExtremes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
+                           const StepTimes& times, Region& region, const ExtremeRequest& request, Listener* listener)
+{
+  if (request.head == 0) Fail("the number of worst values is 0, expected 1 or more");
+  Search search(database, blocks, times, region, request);
+  for (std::size_t i = 0; i < blocks.size(); ++i) {
+    if (listener != nullptr) listener->Progress("reading", i, blocks.size(), "blocks");
+    if (region.AppliesTo(blocks[i])) search.ReadBlock(i);
+  }
+  return search.MakeReport();
+}
+
+}  // namespace quilon

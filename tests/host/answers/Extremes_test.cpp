@@ -1,0 +1,240 @@
+#include "answers/Extremes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include <bundled/FED_ResultDatabase.h>
+#include <bundled/OnfKinds.h>
+#include <gtest/gtest.h>
+
+#include "answers/Region.h"
+#include "answers/StepTimes.h"
+#include "kinds/KindTable.h"
+#include "QuilonDbConnector/FED_IdDataBlock.h"
+#include "QuilonUtilities/FED_Failure.h"
+#include "TwoBricks.h"
+
+namespace {
+
+using namespace quilon_test;
+using namespace quilon;
+
+class Worst : public testing::Test
+{
+protected:
+  void SetUp() override { FillTwoBricks(database_); }
+
+  ExtremeReport Find(const std::string& selection, ExtremeRequest request = {}, const RegionOptions& options = {})
+  {
+    request.selection     = Selection(selection, KindTable(database_));
+    request.selectionText = selection;
+    Region     region(database_, options, "db");
+    const auto blocks = request.selection.Apply(database_.GetDataDescriptors(FED_DataDescriptorPattern()));
+    return FindExtremes(database_, blocks, StepTimes(database_), region, request, nullptr);
+  }
+
+  std::string Rows(const ExtremeReport& report) const
+  {
+    std::string text;
+    for (const Extreme& row : report.rows)
+      text += row.part + (row.part.empty() ? "" : " ") + row.component + ' ' + std::to_string(row.id) + ' ' +
+              std::to_string(row.value) + '\n';
+    return text;
+  }
+
+  std::string MessageOf(const std::string& selection, ExtremeRequest request = {}, const RegionOptions& options = {})
+  {
+    try {
+      Find(selection, request, options);
+    } catch (const FED_Failure& failure) {
+      return failure.what();
+    }
+    return "no failure";
+  }
+
+  FED_ResultDatabase database_;
+};
+
+TEST_F(Worst, GreatestOfAllStepsIsToldWithItsPlace)
+{
+  const ExtremeReport report = Find("stress.mises");
+  ASSERT_EQ(report.rows.size(), 1u);
+  const Extreme& row = report.rows.front();
+  EXPECT_EQ(ToSelectionText(row.block), "521@it=0,an=1,lc=2,sub=1");
+  EXPECT_EQ(row.kind, "nodal-stress");
+  EXPECT_EQ(row.component, "mises");
+  EXPECT_EQ(row.value, 24);
+  EXPECT_EQ(row.id, 12);
+  EXPECT_EQ(row.place, (Mesh::Point{2, 0, 1}));
+  EXPECT_EQ(row.type, "node");
+  EXPECT_EQ(row.time, 2.0);
+  EXPECT_EQ(row.ties, 0u);
+  EXPECT_EQ(report.values, 36u);
+  EXPECT_EQ(report.nans, 0u);
+}
+
+TEST_F(Worst, ElementsHaveTheirCentreTypeMaterialAndSets)
+{
+  const Extreme row = Find("element-stress.xy").rows.front();
+  EXPECT_EQ(row.id, 102);
+  EXPECT_EQ(row.place, (Mesh::Point{1.5, 0.5, 0.5}));
+  EXPECT_EQ(row.type, "C3D8");
+  EXPECT_EQ(row.material, "ALU");
+  EXPECT_EQ(row.sets, std::vector<std::string>{"RIGHT"});
+  EXPECT_EQ(Find("displacement.x", {}, {.ids = "9"}).rows.front().sets, std::vector<std::string>{"MIX"});
+}
+
+TEST_F(Worst, LeastAndLargestMagnitudeAreAskedFor)
+{
+  ExtremeRequest least;
+  least.measure = ExtremeRequest::Least;
+  EXPECT_EQ(Rows(Find("displacement@lc=1", least)), "y 12 -12.000000\nz 1 0.000000\nx 1 0.500000\n");
+  ExtremeRequest magnitude;
+  magnitude.measure = ExtremeRequest::Magnitude;
+  EXPECT_EQ(Rows(Find("displacement.y,displacement.x", magnitude)), "x 12 24.000000\ny 12 -24.000000\n");
+}
+
+TEST_F(Worst, HeadIsOfEachComponent)
+{
+  ExtremeRequest request;
+  request.head = 2;
+  EXPECT_EQ(Rows(Find("displacement.x,element-stress.xy", request)),
+            "x 12 24.000000\nx 11 22.000000\nxy 102 4.000000\nxy 102 2.000000\n")
+      << "of equal ones the earlier block";
+}
+
+TEST_F(Worst, PartsHaveTheirOwnWorst)
+{
+  ExtremeRequest request;
+  request.per = ExtremeRequest::Step;
+  EXPECT_EQ(Rows(Find("stress.xx", request)),
+            "it=0,an=1,lc=2,sub=1 xx 12 24.000000\nit=0,an=1,lc=1,sub=2 xx 12 12.000000\n"
+            "it=0,an=1,lc=1,sub=1 xx 12 6.000000\n");
+  request.per = ExtremeRequest::Material;
+  EXPECT_EQ(Rows(Find("stress.xx", request)), "ALU xx 12 24.000000\nSTEEL xx 8 16.000000\n");
+  EXPECT_EQ(Rows(Find("element-stress.xy", request)), "ALU xy 102 4.000000\nSTEEL xy 101 2.000000\n");
+  request.per = ExtremeRequest::Set;
+  EXPECT_EQ(Rows(Find("stress.xx", request)),
+            "RIGHT xx 12 24.000000\nMIX xx 9 18.000000\nLEFT xx 8 16.000000\nFIX xx 4 8.000000\n");
+  EXPECT_EQ(Rows(Find("element-stress.xy", request)),
+            "RIGHT xy 102 4.000000\nLEFT xy 101 2.000000\nMIX xy 101 2.000000\n");
+}
+
+TEST_F(Worst, GroupsAreNamedByWhatTheyAreOver)
+{
+  ExtremeRequest request;
+  request.per = ExtremeRequest::Group;
+  EXPECT_EQ(
+      MessageOf("stress.xx", request),
+      "no block of 'stress.xx' has components and a group, expected scalars, vectors or tensors of nodes, elements "
+      "or histories");
+  for (const int group : {1, 2}) {
+    FED_DataDescriptor block = StepBlock(OnfKind::NodalStress, 1, 1);
+    block.SetInteger(OnfIndex::Group, group);
+    FED_IdDataBlock view(database_.GetOrCreateDataBlock(block, 0), database_.GetIdMapsPool(), true);
+    for (int node = group == 1 ? 1 : 5; node <= (group == 1 ? 8 : 12); ++node) {
+      const double tensor[6] = {100.0 * group + node, 0, 0, 0, 0, 0};
+      view.SetTensor(node, tensor);
+    }
+  }
+  EXPECT_EQ(Rows(Find("stress.xx", request)), "ALU xx 12 212.000000\nSTEEL xx 8 108.000000\n");
+}
+
+TEST_F(Worst, TiesAndNansAreTold)
+{
+  FED_DataDescriptor block = StepBlock(OnfKind::Temperature, 1, 1);
+  FED_IdDataBlock    view(database_.GetOrCreateDataBlock(block, 0), database_.GetIdMapsPool(), true);
+  const double       nan = std::numeric_limits<double>::quiet_NaN();
+  for (const auto& [id, value] : {std::pair(9, 5.0), std::pair(3, 5.0), std::pair(4, 5.0), std::pair(5, nan),
+                                  std::pair(1, 4.0), std::pair(2, nan)})
+    view.SetScalar(id, value);
+  ExtremeReport report = Find("temperature");
+  EXPECT_EQ(Rows(report), "value 3 5.000000\n");
+  EXPECT_EQ(report.rows.front().ties, 2u);
+  EXPECT_EQ(report.rows.front().nans, 2u);
+  EXPECT_EQ(report.nans, 2u);
+  EXPECT_EQ(report.values, 6u);
+  ExtremeRequest request;
+  request.head = 5;
+  report       = Find("temperature", request);
+  EXPECT_EQ(Rows(report), "value 3 5.000000\nvalue 4 5.000000\nvalue 9 5.000000\nvalue 1 4.000000\n");
+  EXPECT_EQ(report.rows[2].ties, 2u);
+  EXPECT_EQ(report.rows[3].ties, 0u);
+}
+
+TEST_F(Worst, PointsOfElementsAreCounted)
+{
+  FED_IdDataBlock   view(database_.GetOrCreateDataBlock(StepBlock(OnfKind::IntegrationPointStress, 1, 1), 0),
+                         database_.GetIdMapsPool(), true);
+  FED_IdDataRecord& record = view.CreateIdDataRecord();
+  record.SetInteger(1, 2);
+  record.SetDoubleList(2, std::vector<double>{1, 0, 0, 0, 0, 0, 7, 7, 0, 0, 0, 0});
+  view.SetRecord(101, record);
+  const Extreme row = Find("582.mises").rows.front();
+  EXPECT_EQ(row.value, 7);
+  EXPECT_EQ(row.id, 101);
+  EXPECT_EQ(row.point, 2);
+  EXPECT_EQ(row.place, (Mesh::Point{0.5, 0.5, 0.5}));
+}
+
+TEST_F(Worst, HistoriesHaveTheStepOfTheirPosition)
+{
+  const Extreme row = Find("time@lc=1").rows.front();
+  EXPECT_EQ(row.value, 1.0);
+  EXPECT_EQ(row.time, 1.0);
+  EXPECT_EQ(row.step.GetInteger(FED_DataDescriptor::Substep), 2);
+  EXPECT_FALSE(row.place);
+}
+
+TEST_F(Worst, RegionsKeepTheirRecords)
+{
+  EXPECT_EQ(Rows(Find("stress.xx", {}, {.materials = {"STEEL"}})), "xx 8 16.000000\n");
+  EXPECT_EQ(MessageOf("stress.xx", {}, {.ids = "20-30"}),
+            "db: no record of 'stress.xx' is in --ids 20-30, expected a region that holds one");
+  EXPECT_EQ(MessageOf("element-nodes"),
+            "no block of 'element-nodes' has components, expected scalars, vectors or tensors of nodes, elements or "
+            "histories");
+}
+
+TEST(WorstOfMany, IsThatOfAPlainSearch)
+{
+  FED_ResultDatabase                                database;
+  std::mt19937                                      random(7);
+  std::vector<std::tuple<double, std::size_t, int>> plain;  // -value, block, id
+  std::vector<FED_DataDescriptor>                   blocks;
+  // Ids come in any order, and few different values make many ties.
+  std::vector<int> ids(5000);
+  for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<int>(i) + 1;
+  for (const int substep : {1, 2, 3}) {
+    std::shuffle(ids.begin(), ids.end(), random);
+    blocks.push_back(StepBlock(OnfKind::Temperature, 1, substep));
+    FED_IdDataBlock view(database.GetOrCreateDataBlock(blocks.back(), 0), database.GetIdMapsPool(), true);
+    for (const int id : ids) {
+      const double value = static_cast<double>(random() % 900);
+      view.SetScalar(id, value);
+      plain.emplace_back(-value, blocks.size() - 1, id);
+    }
+  }
+  std::sort(plain.begin(), plain.end());
+  ExtremeRequest request;
+  request.selection = Selection("temperature", KindTable());
+  request.head      = 40;
+  Region              region(database, {}, "db");
+  const ExtremeReport report = FindExtremes(database, blocks, StepTimes(database), region, request, nullptr);
+  ASSERT_EQ(report.rows.size(), 40u);
+  for (std::size_t i = 0; i < 40; ++i) {
+    EXPECT_EQ(report.rows[i].value, -std::get<0>(plain[i])) << i;
+    EXPECT_EQ(report.rows[i].block, blocks[std::get<1>(plain[i])]) << i;
+    EXPECT_EQ(report.rows[i].id, std::get<2>(plain[i])) << i;
+    const auto same = std::count_if(plain.begin(), plain.end(),
+                                    [&](const auto& other) { return std::get<0>(other) == std::get<0>(plain[i]); });
+    EXPECT_EQ(report.rows[i].ties, static_cast<std::size_t>(same) - 1) << i;
+  }
+}
+
+}  // namespace

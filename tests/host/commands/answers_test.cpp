@@ -1,0 +1,150 @@
+#include <algorithm>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "program_support.h"
+#include "TempFolder.h"
+
+namespace {
+
+using namespace quilon_test;
+using Json = nlohmann::json;
+
+/// The commands max, history, info, sets and ls on the model of two bricks.
+class AnswerCommands : public testing::Test
+{
+protected:
+  void SetUp() override { WriteTwoBricks(onf_); }
+
+  TempFolder  folder_;
+  std::string onf_ = (folder_ / "bricks.onf").string();
+};
+
+TEST_F(AnswerCommands, MaxTellsValuePlaceAndTime)
+{
+  EXPECT_EQ(RunQuilon({"max", onf_, "stress.mises"}).out,
+            "kind\tcomponent\tvalue\tid\tx\ty\tz\ttype\tstep\ttime\tties\n"
+            "nodal-stress\tmises\t24\t12\t2\t0\t1\tnode\tit=0,an=1,lc=2,sub=1\t2\t0\n");
+  const Json rows = Json::parse(RunQuilon({"max", onf_, "element-stress.xy", "--head", "2", "--json"}).out);
+  ASSERT_EQ(rows.size(), 2u);
+  EXPECT_EQ(rows[0].at("block"), "561@it=0,an=1,lc=2,sub=1");
+  EXPECT_EQ(rows[0].at("component"), "xy");
+  EXPECT_EQ(rows[0].at("value"), 4.0);
+  EXPECT_EQ(rows[0].at("id"), 102);
+  EXPECT_EQ(rows[0].at("x"), 1.5);
+  EXPECT_EQ(rows[0].at("time"), 2.0);
+  EXPECT_EQ(rows[0].at("type"), "C3D8");
+  EXPECT_EQ(rows[0].at("material"), "ALU");
+  EXPECT_EQ(rows[1].at("value"), 2.0);
+}
+
+TEST_F(AnswerCommands, MaxOfPartsNamesThem)
+{
+  EXPECT_EQ(RunQuilon({"max", onf_, "displacement.y", "--min", "--per", "material", "--time", "1", "--csv"}).out,
+            "kind,component,value,id,x,y,z,type,material,step,time,ties\n"
+            "displacement,y,-12,12,2,0,1,node,ALU,\"it=0,an=1,lc=1,sub=2\",1,0\n"
+            "displacement,y,-8,8,1,0,1,node,STEEL,\"it=0,an=1,lc=1,sub=2\",1,0\n");
+}
+
+TEST_F(AnswerCommands, MaxRefusesWhatItCannotAnswer)
+{
+  EXPECT_EQ(RunQuilon({"max", onf_, "stress.xx", "--min", "--abs"}).err,
+            "quilon: error: --min and --abs exclude each other, expected one at most\n");
+  EXPECT_EQ(RunQuilon({"max", onf_, "stress.xx", "--per", "layer"}).err,
+            "quilon: error: --per is 'layer', expected step, material, set or group\n");
+  EXPECT_EQ(RunQuilon({"max", onf_, "stress.xx", "--head", "0"}).err,
+            "quilon: error: the number of worst values is 0, expected 1 or more\n");
+  const RunResult run = RunQuilon({"max", onf_, "stress.xx", "--ids", "99"});
+  EXPECT_EQ(run.err, "quilon: error: " + onf_ + ": no record 99 in the blocks of 'stress.xx'\n");
+  EXPECT_EQ(run.exitCode, 2);
+}
+
+TEST_F(AnswerCommands, MaxTellsOfNans)
+{
+  const std::string small = (folder_ / "small.onf").string();
+  WriteSmallOnf(small);
+  EXPECT_EQ(RunQuilon({"max", small, "stress.yy"}).err,
+            "quilon: note: 1 of 2 values is no number and counts for nothing\n");
+}
+
+TEST_F(AnswerCommands, HistoryHasTimesInRowsAndRecordsInColumns)
+{
+  EXPECT_EQ(RunQuilon({"history", onf_, "displacement.x", "--ids", "1,12"}).out,
+            "time\tstep\t1.x\t12.x\n"
+            "0.5\tit=0,an=1,lc=1,sub=1\t0.5\t6\n"
+            "1\tit=0,an=1,lc=1,sub=2\t1\t12\n"
+            "2\tit=0,an=1,lc=2,sub=1\t2\t24\n");
+  const Json rows = Json::parse(RunQuilon({"history", onf_, "stress.mises,stress.p3", "--ids", "3", "--json"}).out);
+  ASSERT_EQ(rows.size(), 3u);
+  EXPECT_EQ(rows[1].at("time"), 1.0);
+  EXPECT_EQ(rows[1].at("step"), "it=0,an=1,lc=1,sub=2");
+  EXPECT_EQ(rows[1].at("id"), 3);
+  EXPECT_EQ(rows[1].at("mises"), 3.0);
+  EXPECT_EQ(rows[1].at("p3"), 0.0);
+}
+
+TEST_F(AnswerCommands, HistoriesOfSeveralDatabasesShareTheirTimes)
+{
+  const std::string other = (folder_ / "other.onf").string();
+  WriteTwoBricks(other);
+  EXPECT_EQ(RunQuilon({"history", onf_, other, "displacement.x@lc=1", "--ids", "1", "--label", "a", "--label", "b",
+                       "--resample", "0.25:0.75:0.25"})
+                .out,
+            "time\ta:1.x\tb:1.x\n0.5\t0.5\t0.5\n0.75\t0.75\t0.75\n");
+  EXPECT_EQ(RunQuilon({"history", onf_, other, "displacement.x", "--ids", "1"}).out.substr(0, 29),
+            "time\tbricks:1.x\tother:1.x\n0.5");
+  EXPECT_EQ(RunQuilon({"history", onf_, other, "displacement.x", "--ids", "1", "--label", "a"}).err,
+            "quilon: error: found 1 label for 2 databases, expected as many --label\n");
+}
+
+TEST_F(AnswerCommands, InfoIsAGlance)
+{
+  const std::string text = RunQuilon({"info", onf_}).out;
+  EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 25);
+  EXPECT_NE(text.find("nodes      12\nelements   2: 2 C3D8\nbox        (0, 0, 0) to (2, 1, 1)\n"
+                      "materials  STEEL, ALU\nsets       4: FIX, MIX, LEFT, RIGHT\n"
+                      "steps      it=0,an=1,lc=1  2 steps, time 0.5 to 1\n"
+                      "           it=0,an=1,lc=2  1 step, time 2\n"),
+            std::string::npos)
+      << text;
+  const Json info = Json::parse(RunQuilon({"info", onf_, "--json"}).out);
+  EXPECT_EQ(info.at("nodes"), 12);
+  EXPECT_EQ(info.at("elements"), Json::parse("{\"C3D8\": 2}"));
+  EXPECT_EQ(info.at("bounding-box"), Json::parse("[[0.0, 0.0, 0.0], [2.0, 1.0, 1.0]]"));
+  EXPECT_EQ(info.at("materials"), Json::parse("[\"STEEL\", \"ALU\"]"));
+  EXPECT_EQ(info.at("sets"), Json::parse("[\"FIX\", \"MIX\", \"LEFT\", \"RIGHT\"]"));
+  EXPECT_EQ(info.at("steps").at(2).at("step"), "it=0,an=1,lc=2,sub=1");
+  EXPECT_EQ(info.at("steps").at(2).at("time"), 2.0);
+}
+
+TEST_F(AnswerCommands, InfoOfManyKindsAndStepsStaysAGlance)
+{
+  const std::string text = RunQuilon({"info", QUILON_FIXTURES "/calculix/mixed_linear/mixed_linear.frd"}).out;
+  EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 25) << text;
+}
+
+TEST_F(AnswerCommands, SetsAreListedWithMaterialsAndTypes)
+{
+  EXPECT_EQ(RunQuilon({"sets", onf_}).out,
+            "what\tnumber\tname\tcount\nnode-set\t1\tFIX\t4\nnode-set\t2\tMIX\t1\nelement-set\t1\tLEFT\t1\n"
+            "element-set\t2\tRIGHT\t1\nelement-set\t3\tMIX\t1\nmaterial\t1\tSTEEL\t1\nmaterial\t2\tALU\t1\n"
+            "element-type\t-\tC3D8\t2\n");
+}
+
+TEST_F(AnswerCommands, ListingHasTimesAndASummary)
+{
+  EXPECT_EQ(RunQuilon({"ls", onf_, "displacement", "--time", "1:"}).out,
+            "onf\tkind\tit\tan\tlc\tsub\ttime\trecords\tsize\tleast\tgreatest\tnan\n"
+            "510\tdisplacement\t0\t1\t1\t2\t1\t12\t288\t-12\t12\t0\n"
+            "510\tdisplacement\t0\t1\t2\t1\t2\t12\t288\t-24\t24\t0\n");
+  EXPECT_EQ(RunQuilon({"ls", onf_, "displacement,coordinates", "--summary"}).out,
+            "onf\tkind\tblocks\tsteps\tfrom-time\tto-time\trecords\tsize\tleast\tgreatest\tnan\n"
+            "510\tdisplacement\t3\t3\t0.5\t2\t36\t864\t-24\t24\t0\n"
+            "516\tcoordinates\t1\t0\t-\t-\t12\t288\t0\t2\t0\n");
+  const Json rows = Json::parse(RunQuilon({"ls", onf_, "displacement", "--json"}).out);
+  EXPECT_EQ(rows.at(2).at("time"), 2.0);
+}
+
+}  // namespace
