@@ -192,6 +192,15 @@ std::vector<int> Region::InSets(int iteration, Entity entity)
   return ids;
 }
 
+bool Region::IsOfNodesAlone(int iteration)
+{
+  const std::vector<NamedSet>& sets = GetSets(iteration);
+  return !options_.sets.empty() && std::none_of(sets.begin(), sets.end(), [&](const NamedSet& set) {
+    return set.ofElements && std::any_of(options_.sets.begin(), options_.sets.end(),
+                                         [&](const std::string& name) { return IsSame(set.name, name, false); });
+  });
+}
+
 std::vector<int> Region::InMaterials(int iteration, Entity entity)
 {
   const std::vector<NamedRecord> names = ReadNames(database_, OnfKind::Material);

@@ -71,6 +71,9 @@ public:
   /// @return whether the block can be asked: of nodes or elements where the mesh, sets or materials say what is in it
   bool AppliesTo(const FED_DataDescriptor& block) const;
 
+  /// @return whether the region is of nodes alone: none of its sets is of elements
+  bool IsOfNodesAlone(int iteration);
+
   /// @throws FED_Failure for a block that cannot be asked, a set or material that is not there, and where no node or
   ///         element is in the region
   RegionFilter FilterOf(const FED_DataBlock& block);

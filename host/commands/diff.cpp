@@ -8,12 +8,15 @@
 #include <system_error>
 #include <vector>
 
+#include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
+#include "answers/RegionCopy.h"
 #include "commands/Command.h"
 #include "commands/DiffPrinting.h"
 #include "commands/ExitCode.h"
 #include "commands/NumberOptions.h"
+#include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "database/Publication.h"
@@ -36,6 +39,7 @@ struct Options
 {
   std::vector<std::string>   databases;
   SelectionOptions           selection;
+  RegionOptions              region;
   std::optional<std::string> abs;
   std::optional<std::string> rel;
   std::optional<std::string> peak;
@@ -139,15 +143,25 @@ public:
   {
     for (const std::string& path : options.databases) {
       opened_.push_back(std::make_unique<OpenedDatabase>(path, console));
-      named_.push_back({opened_.back()->Get(), path});
+      if (options.region.IsEverything()) {
+        named_.push_back({opened_.back()->Get(), path});
+        continue;
+      }
+      // What is compared is in memory: a region is mostly small.
+      Region region(opened_.back()->Get(), options.region, path);
+      copies_.push_back(std::make_unique<FED_ResultDatabase>());
+      CopyRegion(opened_.back()->Get(), region, *copies_.back());
+      TellNotes(region, console);
+      named_.push_back({*copies_.back(), path});
     }
   }
 
   const std::vector<NamedDatabase>& Get() const noexcept { return named_; }
 
 private:
-  std::vector<std::unique_ptr<OpenedDatabase>> opened_;
-  std::vector<NamedDatabase>                   named_;
+  std::vector<std::unique_ptr<OpenedDatabase>>     opened_;
+  std::vector<std::unique_ptr<FED_ResultDatabase>> copies_;  // of what is in the region
+  std::vector<NamedDatabase>                       named_;
 };
 
 bool IsOneFile(const std::filesystem::path& a, const std::filesystem::path& b)
@@ -310,6 +324,7 @@ CommandFunction DefineDiff(CLI::App& app)
   app.add_option("--select", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)")
       ->type_name("SELECTION");
   AddStepsOption(app, options->selection);
+  AddRegionOptions(app, options->region);
   app.add_option("--steps-a", options->stepsA, "Steps of A by position; those of B by the same order stand for them")
       ->type_name("STEPS");
   app.add_option("--steps-b", options->stepsB, "Steps of B by position")->type_name("STEPS");

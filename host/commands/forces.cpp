@@ -15,6 +15,7 @@
 #include "commands/ExitCode.h"
 #include "commands/ForcePrinting.h"
 #include "commands/NumberOptions.h"
+#include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "commands/WaitOption.h"
@@ -46,12 +47,13 @@ struct Options
   int              head      = 10;
   std::string      elements;
   std::string      set;
+  RegionOptions    region;
   std::string      about;
   std::string      plane;
   double           wait = 0;
   TableForm        form;
 
-  bool HasPart() const { return !elements.empty() || !set.empty(); }
+  bool HasPart() const { return !elements.empty() || !set.empty() || region.HasPlace(); }
   /// Whether something is asked that is printed.
   bool IsAsked() const { return balance || HasPart() || !plane.empty(); }
 };
@@ -93,6 +95,25 @@ ForceRequest MakeRequest(const Options& options)
   if (!options.plane.empty()) request.plane = ParsePlane(options.plane);
   if (!options.nlgeom.empty()) request.nonlinearSteps = ParseNonlinearSteps(options.nlgeom);
   return request;
+}
+
+/// @return the elements of a region; those of --elements or --set are the ones that it is of
+ForcePart FindPart(const Options& options, const FED_Database& database, int iteration, Console& console)
+{
+  RegionOptions described = options.region;
+  described.ids           = options.elements;
+  if (!options.set.empty()) described.sets = {options.set};
+  Region    region(database, described, options.database);
+  ForcePart part;
+  part.text = described.ToString();
+  for (const int id : region.ElementsOf(iteration)) {
+    if (part.elements.empty() || part.elements.back().last != id - 1)
+      part.elements.push_back({NumberRange::Numbers, id, id, 1});
+    part.elements.back().last = id;
+  }
+  if (part.elements.empty()) region.FailEmpty("the elements");
+  TellNotes(region, console);
+  return part;
 }
 
 /// Leaves only the blocks that were added: a database that has the rest gets no more.
@@ -140,6 +161,9 @@ void Run(const Options& options, CommandContext& context)
   const std::vector<FED_DataDescriptor> results = ChooseForceResults(
       database.Get(), database.RequireBlocks(options.selection.ParseBlocks(kinds), options.selection.ToString()),
       options.database, options.selection.ToString());
+  if (options.region.HasPlace())
+    request.part =
+        FindPart(options, database.Get(), results.front().GetInteger(FED_DataDescriptor::Iteration), context.console);
   const bool        keepsAll = !options.output.empty();
   const auto        copy     = database.Copy(keepsAll ? database.Get().GetDataDescriptors(FED_DataDescriptorPattern())
                                                       : FindForceIngredients(database.Get(), results));
@@ -199,8 +223,9 @@ CommandFunction DefineForces(CLI::App& app)
       ->needs(balance);
   AddIntegerOption(app, "--head", options->head, "Nodes that --balance lists of each result, 0 for all (default: 10)")
       ->needs(balance);
-  AddTextOption(app, "--elements", options->elements, "Free body of these elements: 1,5-9")->type_name("IDS");
+  AddTextOption(app, "--elements,--ids", options->elements, "Free body of these elements: 1,5-9")->type_name("IDS");
   AddTextOption(app, "--set", options->set, "Free body of an element set")->type_name("NAME");
+  AddPlaceOptions(app, options->region);
   AddTextOption(app, "--about", options->about, "Point that moments of a free body are taken about (default: 0,0,0)")
       ->type_name("X,Y,Z");
   AddTextOption(app, "--plane", options->plane,

@@ -147,4 +147,36 @@ TEST_F(AnswerCommands, ListingHasTimesAndASummary)
   EXPECT_EQ(rows.at(2).at("time"), 2.0);
 }
 
+TEST_F(AnswerCommands, DifferencesAreOfARegion)
+{
+  const std::string changed = (folder_ / "changed.onf").string();
+  WriteChangedBricks(changed);
+  EXPECT_EQ(RunQuilon({"diff", onf_, changed, "--brief"}).exitCode, 1);
+  EXPECT_EQ(RunQuilon({"diff", onf_, changed, "--brief", "--set", "LEFT"}).exitCode, 0);
+  EXPECT_EQ(RunQuilon({"diff", onf_, changed, "--brief", "--set", "FIX"}).exitCode, 0);
+  EXPECT_EQ(RunQuilon({"diff", onf_, changed, "--brief", "--material", "ALU"}).exitCode, 1);
+  EXPECT_EQ(RunQuilon({"diff", onf_, changed, "--brief", "--ids", "1-11"}).exitCode, 0);
+  const RunResult nothing = RunQuilon({"diff", onf_, changed, "--box", "5,5,5,6,6,6"});
+  EXPECT_EQ(nothing.exitCode, 2);
+  EXPECT_EQ(nothing.err,
+            "quilon: error: " + onf_ + ": no node is in --box 5,5,5,6,6,6, the mesh is from 0,0,0 to 2,1,1\n");
+}
+
+TEST_F(AnswerCommands, FreeBodiesAreOfARegion)
+{
+  const std::string job      = QUILON_FIXTURES "/calculix/mixed_linear/mixed_linear";
+  const std::string database = (folder_ / "job.fed").string();
+  ASSERT_EQ(RunQuilon({"import", job + ".inp", job + ".frd", job + ".dat", "-o", database, "-q"}).exitCode, 0);
+  // Element 12 is the one brick at the fixed end; its centre is at (4.6, 4.5, 4).
+  const std::string one = RunQuilon({"forces", database, "--elements", "12", "--csv"}).out;
+  EXPECT_NE(one, "");
+  EXPECT_EQ(RunQuilon({"forces", database, "--box", "0,0,0,6,9,9", "--csv"}).out, one);
+  EXPECT_EQ(RunQuilon({"forces", database, "--ids", "12", "--csv"}).out, one);
+  EXPECT_EQ(RunQuilon({"forces", database, "--set", "ESTEEL", "--box", "0,0,0,6,9,9", "--csv"}).out, one);
+  EXPECT_EQ(RunQuilon({"forces", database, "--material", "STEEL", "--csv"}).out,
+            RunQuilon({"forces", database, "--set", "ESTEEL", "--csv"}).out);
+  EXPECT_EQ(RunQuilon({"forces", database, "--material", "GOLD"}).err,
+            "quilon: error: " + database + ": no material 'GOLD', expected one of STEEL, ALUMINIUM\n");
+}
+
 }  // namespace

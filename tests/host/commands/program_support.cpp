@@ -233,6 +233,16 @@ void WriteSmallOnf(const fs::path& folder) { WriteOnf(folder, FillSmall); }
 
 void WriteTwoBricks(const fs::path& folder) { WriteOnf(folder, FillTwoBricks); }
 
+void WriteChangedBricks(const fs::path& folder)
+{
+  WriteOnf(folder, [](FED_Database& database) {
+    FillTwoBricks(database);
+    const double    moved[3] = {7, 7, 7};
+    FED_IdDataBlock view(database.GetDataBlock(StepBlock(510, 2, 1)), database.GetIdMapsPool(), true);
+    view.SetVector(12, moved);
+  });
+}
+
 void WriteNamedUserKind(const fs::path& folder, const std::string& name)
 {
   WriteOnf(folder, [&](FED_Database& database) {

@@ -71,6 +71,8 @@ void WriteSmallOnf(const std::filesystem::path& folder);
 
 /// Writes the model of TwoBricks.h to an ONF folder.
 void WriteTwoBricks(const std::filesystem::path& folder);
+/// The same with another displacement of node 12, far from element 101, in load case 2.
+void WriteChangedBricks(const std::filesystem::path& folder);
 
 /// Adds a record to a block of ONF id 1000 under the given name to a folder.
 void WriteNamedUserKind(const std::filesystem::path& folder, const std::string& name);
