@@ -15,6 +15,7 @@
 #include "answers/History.h"
 #include "answers/Region.h"
 #include "answers/StepTimes.h"
+#include "commands/ChartArguments.h"
 #include "commands/Command.h"
 #include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
@@ -22,6 +23,7 @@
 #include "database/Listing.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
+#include "plot/AnswerCharts.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "terminal/Console.h"
 #include "terminal/Sheet.h"
@@ -40,6 +42,7 @@ struct Options
   RegionOptions            region;
   std::string              resample;
   TableForm                form;
+  ChartOptions             chart;
 
   std::size_t NumDatabases() const { return arguments.size() - 1; }
 };
@@ -201,8 +204,22 @@ Json MakeJson(const std::vector<Labelled>& all)
   return list;
 }
 
+Chart ChartOf(const std::vector<Labelled>& all)
+{
+  const bool                 hasKinds = HasSeveralKinds(all);
+  std::vector<HistorySeries> series;
+  std::vector<std::string>   names;
+  for (const Labelled& labelled : all)
+    for (const HistorySeries& one : labelled.series) {
+      series.push_back(one);
+      names.push_back(ColumnOf(labelled, one, hasKinds));
+    }
+  return MakeHistoryChart(series, names, all.front().timeName);
+}
+
 void Run(const Options& options, CommandContext& context)
 {
+  CheckChart(options.chart);
   if (options.arguments.size() < 2) Fail("there is one argument, expected one database or several and a selection");
   const std::vector<std::string> labels = LabelsOf(options);
   const std::vector<double> times  = options.resample.empty() ? std::vector<double>() : ParseTimes(options.resample);
@@ -212,7 +229,9 @@ void Run(const Options& options, CommandContext& context)
   for (std::size_t i = 0; i < options.NumDatabases(); ++i)
     all.push_back(ReadDatabase(chosen, options.arguments[i], labels[i], times, context.console));
   context.console.ClearProgress();
-  if (options.form.json)
+  if (options.chart.IsAsked())
+    WriteChart(ChartOf(all), options.chart, context);
+  else if (options.form.json)
     PrintJson(context.output, MakeJson(all));
   else
     MakeTable(all).PrintTable(context.output, options.form);
@@ -237,6 +256,7 @@ CommandFunction DefineHistory(CLI::App& app)
                  "Values at these times, on straight lines between steps: 0.1,0.5 or FIRST:LAST:STEP")
       ->type_name("TIMES");
   AddTableOptions(app, options->form);
+  AddChartOption(app, options->chart);
   app.footer(
       "Rows are times, columns are records and components. Scalar histories (total-force, eigenvalue) need no region.\n"
       "Of several databases, steps of one time stand in one row. Nothing is guessed before the first and behind the "
@@ -246,7 +266,8 @@ CommandFunction DefineHistory(CLI::App& app)
       "Examples:\n"
       "  quilon history bracket.onf displacement.z --ids 7,12\n"
       "  quilon history bracket.onf stress.mises --near 10,0,5 --csv\n"
-      "  quilon history old.fed new.fed stress.mises --ids 7 --label old --label new --resample 0:1:0.05");
+      "  quilon history old.fed new.fed stress.mises --ids 7 --label old --label new --resample 0:1:0.05\n"
+      "  quilon history bracket.fed displacement.z --ids 7,12 --plot z.svg");
   return [options](CommandContext& context) { Run(*options, context); };
 }
 

@@ -1,6 +1,7 @@
 #include "plot/AnswerCharts.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <limits>
 #include <optional>
@@ -33,6 +34,30 @@ std::string CommonName(const std::vector<std::string>& names)
 }
 
 }  // namespace
+
+Chart MakeHistoryChart(const std::vector<HistorySeries>& series, const std::vector<std::string>& names,
+                       const std::string& timeName)
+{
+  assert(names.size() == series.size());
+  const bool               haveTimes = std::all_of(series.begin(), series.end(), [](const HistorySeries& one) {
+    return std::all_of(one.points.begin(), one.points.end(), [](const HistoryPoint& point) { return point.time; });
+  });
+  Chart                    chart;
+  std::vector<std::string> components;
+  chart.x = {haveTimes ? timeName : "step", false, !haveTimes};
+  for (std::size_t i = 0; i < series.size(); ++i) {
+    Series line{Printable(names[i]), {}, {}};
+    for (const HistoryPoint& point : series[i].points) {
+      line.x.push_back(haveTimes ? *point.time : static_cast<double>(line.x.size() + 1));
+      line.y.push_back(point.value);
+    }
+    chart.series.push_back(std::move(line));
+    components.push_back(series[i].component);
+  }
+  chart.y.title = Printable(CommonName(components));
+  ChooseDots(chart);
+  return chart;
+}
 
 Chart MakePathChart(const PathReport& report, const StepTimes& times)
 {
