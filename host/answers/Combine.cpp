@@ -17,6 +17,7 @@
 
 #include "answers/ChosenComponents.h"
 #include "answers/ComponentAxes.h"
+#include "answers/IterationAxes.h"
 #include "calculix/deck/DeckModel.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
@@ -314,6 +315,12 @@ private:
       (tensor != 0 ? series.isPrincipalChosen : series.isChosen) = true;
       iterations_.insert(block.GetInteger(Descriptor::Iteration));
     }
+    CheckChosen(refused);
+  }
+
+  /// @param refused names of kinds that are not linear in the loads
+  void CheckChosen(const std::set<std::string>& refused) const
+  {
     if (request_.hasSelection && !refused.empty()) {
       std::string list;
       for (const std::string& name : refused) list += (list.empty() ? "" : ", ") + Printable(name);
@@ -458,6 +465,54 @@ void WritePrincipals(const CaseValues& sum, int onf, const Descriptor& key, FED_
   }
 }
 
+/// One envelope of a series: of its records, or of their principal values.
+struct EnvelopeTarget
+{
+  Descriptor     key;  ///< of the series' records
+  EnvelopeSeries series;
+  RecordTurner   turner;
+  bool           isPrincipal = false;
+};
+
+std::vector<EnvelopeTarget> MakeTargets(const CombinePlan::Series& series, const Selection& selection,
+                                        const IterationAxes& axes)
+{
+  std::vector<EnvelopeTarget> targets;
+  for (const bool isPrincipal : {false, true}) {
+    if (!(isPrincipal ? series.hasPrincipals : series.isWritten) || IsList(OnfOf(series.key))) continue;
+    Descriptor key = series.key;
+    if (isPrincipal) key.SetInteger(Descriptor::OnfId, OnfKind::PrincipalOf(OnfOf(series.key)));
+    targets.push_back({series.key,
+                       {key, {}, {}, EnvelopeField(ChosenComponents(selection, OnfOf(key)))},
+                       axes.TurnerOf(key),
+                       isPrincipal});
+  }
+  return targets;
+}
+
+/// Offers a combination as the next step.
+void Offer(const CaseValues& values, std::size_t numValues, const Combination& combination, EnvelopeTarget& target)
+{
+  EnvelopeSeries& series = target.series;
+  series.steps.push_back(GetResultStep(CombinedKey(target.key, combination.loadCase)));
+  series.names.push_back(combination.name);
+  series.field.BeginStep();
+  std::array<double, 6> record{};
+  for (std::size_t i = 0; i < values.ids.size(); ++i) {
+    const std::span<const double> stored = values.Record(i, numValues);
+    std::copy(stored.begin(), stored.end(), record.begin());
+    std::span<double> own = std::span(record).first(numValues);
+    if (target.isPrincipal) {
+      const auto principal = PrincipalValues(std::span<const double, 6>(record));
+      std::copy(principal.begin(), principal.end(), record.begin());
+      own = std::span(record).first(principal.size());
+    } else if (!target.turner.Turn(values.ids[i], own)) {
+      ++series.numWithoutAxes;
+    }
+    series.field.Offer(values.ids[i], own);
+  }
+}
+
 }  // namespace
 
 bool StepLinearity::IsNonlinear(const FED_DataDescriptor& step) const
@@ -537,46 +592,17 @@ EnvelopeReport EnvelopeOfCombinations(const FED_Database& database, const Combin
                                       const std::function<void(const EnvelopeSeries& series)>& take,
                                       CombineReport&                                           report)
 {
-  /// One envelope of a series: of its records, or of their principal values.
-  struct Target
-  {
-    EnvelopeSeries                series;
-    std::unique_ptr<RecordTurner> turner;
-    bool                          isPrincipal = false;
-  };
-  const KindTable              kinds(database);
-  EnvelopeReport               envelope;
-  std::map<int, ComponentAxes> axes;
-  std::map<int, Mesh>          meshes;
-  for (const int iteration : plan.iterations) {
-    const ComponentAxes& own =
-        axes.emplace(iteration,
-                     request.axes.empty() ? ComponentAxes() : ComponentAxes(request.axes, database, iteration))
-            .first->second;
-    if (own.NeedsPlaces()) meshes.emplace(iteration, ReadMesh(database, iteration, request.database));
-    envelope.axes = own.Describe();
-  }
-  const auto makeTargets = [&](const CombinePlan::Series& series) {
-    const int           iteration = series.key.GetInteger(Descriptor::Iteration);
-    const auto          mesh      = meshes.find(iteration);
-    std::vector<Target> targets;
-    for (const bool isPrincipal : {false, true}) {
-      if (!(isPrincipal ? series.hasPrincipals : series.isWritten) || IsList(OnfOf(series.key))) continue;
-      Descriptor key = series.key;
-      if (isPrincipal) key.SetInteger(Descriptor::OnfId, OnfKind::PrincipalOf(OnfOf(series.key)));
-      targets.push_back({{key, {}, {}, EnvelopeField(ChosenComponents(request.selection, OnfOf(key)))},
-                         std::make_unique<RecordTurner>(axes.at(iteration), OnfOf(key),
-                                                        mesh == meshes.end() ? nullptr : &mesh->second),
-                         isPrincipal});
-    }
-    return targets;
-  };
+  const KindTable kinds(database);
+  EnvelopeReport  envelope;
+  IterationAxes   axes(database, request.axes, request.database);
+  for (const int iteration : plan.iterations) axes.Add(iteration);
+  envelope.axes          = axes.Describe();
   std::size_t numTargets = 0;
   for (const CombinePlan::Series& series : plan.series) {
     if (IsList(OnfOf(series.key)))
       envelope.skippedKinds.push_back(kinds.GetName(OnfOf(series.key)));
-    else
-      numTargets += makeTargets(series).size();  // what is wrong with what was asked is told before the work begins
+    else  // what is wrong with what was asked is told before the work begins
+      numTargets += MakeTargets(series, request.selection, axes).size();
   }
   if (numTargets == 0)
     Fail(request.database + ": no kind of combined results has an envelope, expected scalars, vectors or tensors");
@@ -584,36 +610,17 @@ EnvelopeReport EnvelopeOfCombinations(const FED_Database& database, const Combin
   std::size_t       done  = 0;
   const std::size_t total = plan.series.size() * request.combinations.size();
   for (const CombinePlan::Series& series : plan.series) {
-    std::vector<Target> targets = makeTargets(series);
+    std::vector<EnvelopeTarget> targets = MakeTargets(series, request.selection, axes);
     if (targets.empty()) continue;
-    const std::size_t numValues = NumValuesOf(OnfOf(series.key));
-    CaseCache         cases(database, series);
-    Sum               sum(request.database, series);
+    CaseCache cases(database, series);
+    Sum       sum(request.database, series);
     for (const Combination& combination : request.combinations) {
       if (listener != nullptr) listener->Progress("combining", done, total, "blocks");
       ++done;
       const CaseValues& values = sum.Calculate(combination, cases, report);
-      for (Target& target : targets) {
-        target.series.steps.push_back(GetResultStep(CombinedKey(series.key, combination.loadCase)));
-        target.series.names.push_back(combination.name);
-        target.series.field.BeginStep();
-        std::array<double, 6> record{};
-        for (std::size_t i = 0; i < values.ids.size(); ++i) {
-          const std::span<const double> stored = values.Record(i, numValues);
-          std::copy(stored.begin(), stored.end(), record.begin());
-          std::span<double> own = std::span(record).first(numValues);
-          if (target.isPrincipal) {
-            const auto principal = PrincipalValues(std::span<const double, 6>(record));
-            std::copy(principal.begin(), principal.end(), record.begin());
-            own = std::span(record).first(principal.size());
-          } else if (!target.turner->Turn(values.ids[i], own)) {
-            ++target.series.numWithoutAxes;
-          }
-          target.series.field.Offer(values.ids[i], own);
-        }
-      }
+      for (EnvelopeTarget& target : targets) Offer(values, NumValuesOf(OnfOf(series.key)), combination, target);
     }
-    for (const Target& target : targets) take(target.series);
+    for (const EnvelopeTarget& target : targets) take(target.series);
   }
   return envelope;
 }

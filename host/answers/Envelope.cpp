@@ -14,6 +14,7 @@
 
 #include "answers/ChosenComponents.h"
 #include "answers/ComponentAxes.h"
+#include "answers/IterationAxes.h"
 #include "kinds/KindTable.h"
 #include "kinds/UserKindPool.h"
 #include "mesh/Mesh.h"
@@ -69,6 +70,28 @@ std::map<Descriptor, std::vector<Descriptor>> GroupBySeries(const std::vector<De
   for (const Descriptor& block : blocks) series[SeriesOf(block)].push_back(block);
   for (auto& [key, members] : series) std::sort(members.begin(), members.end(), ComesBefore);
   return series;
+}
+
+/// @param report receives the kinds that have no envelope
+/// @throws FED_Failure when no block has one
+std::vector<Descriptor> UsableBlocks(const FED_Database& database, const std::vector<Descriptor>& blocks,
+                                     const EnvelopeRequest& request, EnvelopeReport& report)
+{
+  const KindTable         kinds(database);
+  std::set<std::string>   skipped;
+  std::vector<Descriptor> usable;
+  for (const Descriptor& block : blocks) {
+    if (HasEnvelope(block))
+      usable.push_back(block);
+    else
+      skipped.insert(kinds.GetName(block));
+  }
+  report.skippedKinds.assign(skipped.begin(), skipped.end());
+  if (!usable.empty()) return usable;
+  std::string list;
+  for (const std::string& name : skipped) list += (list.empty() ? "" : ", ") + Printable(name);
+  Fail(request.database + ": no result steps to envelop in " + list +
+       ", expected scalars, vectors or tensors of nodes or elements");
 }
 
 /// One kind that an envelope is written to.
@@ -318,45 +341,21 @@ EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vecto
                                   const EnvelopeRequest& request, Listener* listener,
                                   const std::function<void(const EnvelopeSeries& series)>& take)
 {
-  const KindTable         kinds(database);
-  EnvelopeReport          report;
-  std::set<std::string>   skipped;
-  std::vector<Descriptor> usable;
-  for (const Descriptor& block : blocks) {
-    if (HasEnvelope(block))
-      usable.push_back(block);
-    else
-      skipped.insert(kinds.GetName(block));
-  }
-  report.skippedKinds.assign(skipped.begin(), skipped.end());
-  if (usable.empty()) {
-    std::string list;
-    for (const std::string& name : skipped) list += (list.empty() ? "" : ", ") + Printable(name);
-    Fail(request.database + ": no result steps to envelop in " + list +
-         ", expected scalars, vectors or tensors of nodes or elements");
-  }
-
-  const auto allSeries = GroupBySeries(usable);
+  EnvelopeReport                report;
+  const std::vector<Descriptor> usable    = UsableBlocks(database, blocks, request, report);
+  const auto                    allSeries = GroupBySeries(usable);
   // Whatever is wrong with what was asked is told before the work begins.
-  std::map<int, ComponentAxes> axes;
-  std::map<int, Mesh>          meshes;
+  IterationAxes axes(database, request.axes, request.database);
   for (const auto& [key, members] : allSeries) {
-    const int iteration = key.GetInteger(Descriptor::Iteration);
-    if (!axes.contains(iteration)) {
-      axes.emplace(iteration,
-                   request.axes.empty() ? ComponentAxes() : ComponentAxes(request.axes, database, iteration));
-      if (axes.at(iteration).NeedsPlaces()) meshes.emplace(iteration, ReadMesh(database, iteration, request.database));
-      report.axes = axes.at(iteration).Describe();
-    }
+    axes.Add(key.GetInteger(Descriptor::Iteration));
     ChosenComponents(request.selection, OnfOf(key));
-    RecordTurner(axes.at(iteration), OnfOf(key), nullptr);
+    axes.TurnerOf(key);
   }
+  report.axes = axes.Describe();
 
   std::size_t done = 0;
   for (const auto& [key, members] : allSeries) {
-    const int          iteration = key.GetInteger(Descriptor::Iteration);
-    const auto         mesh      = meshes.find(iteration);
-    const RecordTurner turner(axes.at(iteration), OnfOf(key), mesh == meshes.end() ? nullptr : &mesh->second);
+    const RecordTurner turner = axes.TurnerOf(key);
     EnvelopeSeries     series{key, {}, {}, EnvelopeField(ChosenComponents(request.selection, OnfOf(key)))};
     for (const Descriptor& block : members) {
       ThrowIfInterrupted();

@@ -249,6 +249,38 @@ private:
     return line;
   }
 
+  enum class Value
+  {
+    Found,
+    Missing,  ///< at a place outside, or of a node without a record
+    OnAxis    ///< where the axes are none
+  };
+
+  /// Adds what one source has at a point.
+  /// @param row     receives the components, and the directions of principal axes where they are told
+  /// @param tensors receives what was read, in the axes
+  Value AddValues(const Source& source, const BlockReader& reader, const RecordTurner& turner, const Line& line,
+                  std::size_t point, std::vector<std::optional<double>>& row, std::vector<double>& tensors) const
+  {
+    Values                  values{};
+    const std::span<double> own = std::span(values).first(source.numRead);
+    if (!line.places[point] || !ReadValues(source, reader, line.mesh, *line.places[point], own)) return Value::Missing;
+    const bool          tellsAxes  = TellsAxes(source);
+    const PrincipalAxes directions = tellsAxes ? PrincipalAxesOf(std::span<const double, 6>(values)) : PrincipalAxes();
+    if (!turner.TurnAt(line.points[point].place, own)) return Value::OnAxis;
+    tensors.insert(tensors.end(), own.begin(), own.end());
+    const bool            isPrincipal = OnfKind::TensorOf(source.onf) != 0;
+    std::array<double, 3> principal{};
+    if (isPrincipal) principal = PrincipalValues(std::span<const double, 6>(values));
+    const std::span<const double> told = isPrincipal ? std::span<const double>(principal) : own;
+    for (const Component& component : source.components) row.emplace_back(component.Evaluate(told));
+    if (tellsAxes)
+      for (const auto& direction : directions.directions) row.insert(row.end(), direction.begin(), direction.end());
+    return Value::Found;
+  }
+
+  bool TellsAxes(const Source& source) const { return IsTensor(source) && axes_.GetForm() == ComponentAxes::Principal; }
+
   PathStep WalkStep(const FED_DataDescriptor& key, const std::vector<Source>& sources, const Line& line)
   {
     PathStep step;
@@ -261,36 +293,16 @@ private:
       ThrowIfInterrupted();
       step.blocks.push_back(source.block);
       step.columns.insert(step.columns.end(), source.columns.begin(), source.columns.end());
-      const bool tellsAxes = IsTensor(source) && axes_.GetForm() == ComponentAxes::Principal;
-      if (tellsAxes) AddDirectionColumns(source, step.columns);
+      if (TellsAxes(source)) AddDirectionColumns(source, step.columns);
       const std::size_t   numColumns = step.columns.size();
       const BlockReader   reader(database_, source.block);
-      const bool          isPrincipal = OnfKind::TensorOf(source.onf) != 0;
       const RecordTurner  turner(axes_, OnfOf(source.block), &line.mesh);
       std::vector<double> tensors;
       for (std::size_t p = 0; p < line.points.size(); ++p) {
-        Values                  values{};
-        const std::span<double> own = std::span(values).first(source.numRead);
-        if (!line.places[p] || !ReadValues(source, reader, line.mesh, *line.places[p], own)) {
-          isMissing[p] = isMissing[p] || line.places[p].has_value();
-          step.rows[p].resize(numColumns);
-          continue;
-        }
-        const PrincipalAxes directions =
-            tellsAxes ? PrincipalAxesOf(std::span<const double, 6>(values)) : PrincipalAxes();
-        if (!turner.TurnAt(line.points[p].place, own)) {
-          isOnAxis[p] = true;
-          step.rows[p].resize(numColumns);
-          continue;
-        }
-        tensors.insert(tensors.end(), own.begin(), own.end());
-        std::array<double, 3> principal{};
-        if (isPrincipal) principal = PrincipalValues(std::span<const double, 6>(values));
-        const std::span<const double> told = isPrincipal ? std::span<const double>(principal) : own;
-        for (const Component& component : source.components) step.rows[p].emplace_back(component.Evaluate(told));
-        if (!tellsAxes) continue;
-        for (const auto& direction : directions.directions)
-          step.rows[p].insert(step.rows[p].end(), direction.begin(), direction.end());
+        const Value value = AddValues(source, reader, turner, line, p, step.rows[p], tensors);
+        isMissing[p]      = isMissing[p] || (value == Value::Missing && line.places[p].has_value());
+        isOnAxis[p]       = isOnAxis[p] || value == Value::OnAxis;
+        step.rows[p].resize(numColumns);
       }
       if (IsTensor(source)) stresses.emplace_back(&source, std::move(tensors));
     }

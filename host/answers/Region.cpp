@@ -159,25 +159,29 @@ bool Region::AppliesTo(const FED_DataDescriptor& block) const
   return !options_.HasPlace() || EntityOf(block) == kNodeEntity || EntityOf(block) == kElementEntity;
 }
 
-std::vector<int> Region::InSets(int iteration, Entity entity)
+/// Finds the sets of a name, exactly as it is written or else in letters of the other case.
+/// @throws FED_Failure when there is none
+Region::SetsOfName Region::FindSets(int iteration, const std::string& name)
 {
   const std::vector<NamedSet>& sets = GetSets(iteration);
-  std::vector<int>             ids;
+  SetsOfName                   result;
+  for (const bool isExact : {true, false}) {
+    for (const NamedSet& set : sets)
+      if (const NamedSet*& found = set.ofElements ? result.ofElements : result.ofNodes;
+          found == nullptr && IsSame(set.name, name, isExact))
+        found = &set;
+    if (result.ofNodes != nullptr || result.ofElements != nullptr) return result;
+  }
+  std::vector<std::string> known;
+  for (const NamedSet& set : sets) known.push_back(set.name);
+  FailUnknown(name_, "set", name, std::move(known));
+}
+
+std::vector<int> Region::InSets(int iteration, Entity entity)
+{
+  std::vector<int> ids;
   for (const std::string& name : options_.sets) {
-    const NamedSet* ofNodes    = nullptr;
-    const NamedSet* ofElements = nullptr;
-    for (const bool isExact : {true, false}) {
-      for (const NamedSet& set : sets)
-        if (const NamedSet*& found = set.ofElements ? ofElements : ofNodes;
-            found == nullptr && IsSame(set.name, name, isExact))
-          found = &set;
-      if (ofNodes != nullptr || ofElements != nullptr) break;
-    }
-    if (ofNodes == nullptr && ofElements == nullptr) {
-      std::vector<std::string> known;
-      for (const NamedSet& set : sets) known.push_back(set.name);
-      FailUnknown(name_, "set", name, std::move(known));
-    }
+    const auto [ofNodes, ofElements] = FindSets(iteration, name);
     if (entity == Elements && ofElements == nullptr)
       Fail(name_ + ": set '" + name + "' is of nodes, expected a set of elements for results at elements");
     if (entity == Nodes && ofNodes == nullptr) {
@@ -201,6 +205,29 @@ bool Region::IsOfNodesAlone(int iteration)
   });
 }
 
+/// @param there numbers of the materials that elements are made of
+/// @return the numbers of the materials of a name, exactly as it is written or else in letters of the other case; where
+///         there is none the name may be a number
+/// @throws FED_Failure when it is neither
+std::set<int> Region::FindMaterials(const std::string& name, const std::vector<NamedRecord>& names,
+                                    const std::set<int>& there) const
+{
+  for (const bool isExact : {true, false}) {
+    std::set<int> found;
+    for (const NamedRecord& record : names)
+      if (IsSame(record.name, name, isExact)) found.insert(record.number);
+    if (!found.empty()) return found;
+  }
+  int        number = 0;
+  const auto taken  = std::from_chars(name.data(), name.data() + name.size(), number);
+  if (taken.ec == std::errc() && taken.ptr == name.data() + name.size() && there.contains(number)) return {number};
+  std::vector<std::string> known;
+  for (const NamedRecord& record : names) known.push_back(record.name);
+  if (names.empty())
+    for (const int one : there) known.push_back(std::to_string(one));
+  FailUnknown(name_, "material", name, std::move(known));
+}
+
 std::vector<int> Region::InMaterials(int iteration, Entity entity)
 {
   const std::vector<NamedRecord> names = ReadNames(database_, OnfKind::Material);
@@ -208,26 +235,7 @@ std::vector<int> Region::InMaterials(int iteration, Entity entity)
   std::set<int>                  there;
   for (const Mesh::Element& element : mesh.Elements()) there.insert(element.material);
   std::set<int> numbers;
-  for (const std::string& name : options_.materials) {
-    std::set<int> found;
-    for (const bool isExact : {true, false}) {
-      for (const NamedRecord& record : names)
-        if (IsSame(record.name, name, isExact)) found.insert(record.number);
-      if (!found.empty()) break;
-    }
-    int        number = 0;
-    const auto taken  = std::from_chars(name.data(), name.data() + name.size(), number);
-    if (found.empty() && taken.ec == std::errc() && taken.ptr == name.data() + name.size() && there.contains(number))
-      found.insert(number);
-    if (found.empty()) {
-      std::vector<std::string> known;
-      for (const NamedRecord& record : names) known.push_back(record.name);
-      if (names.empty())
-        for (const int one : there) known.push_back(std::to_string(one));
-      FailUnknown(name_, "material", name, std::move(known));
-    }
-    numbers.merge(found);
-  }
+  for (const std::string& name : options_.materials) numbers.merge(FindMaterials(name, names, there));
   std::vector<int> elements;
   for (const Mesh::Element& element : mesh.Elements())
     if (numbers.contains(element.material)) elements.push_back(element.id);

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,8 @@ class FED_DataBlock;
 class FED_Database;
 
 namespace quilon {
+
+struct NamedRecord;
 
 /// A region as users describe it. What is in it is in all that is given here.
 struct RegionOptions
@@ -108,9 +111,17 @@ private:
     Elements
   };
   struct Iteration;
+  struct SetsOfName
+  {
+    const NamedSet* ofNodes    = nullptr;
+    const NamedSet* ofElements = nullptr;
+  };
 
   Iteration&         At(int iteration);
   const IdPositions& Members(int iteration, Entity entity);
+  SetsOfName         FindSets(int iteration, const std::string& name);
+  std::set<int>      FindMaterials(const std::string& name, const std::vector<NamedRecord>& names,
+                                   const std::set<int>& there) const;
   std::vector<int>   InSets(int iteration, Entity entity);
   std::vector<int>   InMaterials(int iteration, Entity entity);
   std::vector<int>   InBox(int iteration, Entity entity);

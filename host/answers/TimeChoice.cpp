@@ -58,6 +58,24 @@ struct TimedStep
   Descriptor step;
 };
 
+/// @param steps at least one
+double TimeNearest(const std::vector<TimedStep>& steps, double asked)
+{
+  return std::min_element(steps.begin(), steps.end(),
+                          [asked](const TimedStep& a, const TimedStep& b) {
+                            return std::fabs(a.time - asked) < std::fabs(b.time - asked);
+                          })
+      ->time;
+}
+
+/// @param steps at least one
+double LatestTime(const std::vector<TimedStep>& steps)
+{
+  return std::max_element(steps.begin(), steps.end(),
+                          [](const TimedStep& a, const TimedStep& b) { return a.time < b.time; })
+      ->time;
+}
+
 std::string SpanOf(const std::vector<TimedStep>& steps)
 {
   const auto [least, greatest] = std::minmax_element(
@@ -108,6 +126,14 @@ TimeChoice::TimeChoice(std::string_view text) : text_(text)
     Fail("--time is '" + text_ + "', a range that runs backwards, expected the earlier time first");
 }
 
+bool TimeChoice::Holds(double time, double target) const
+{
+  if (form_ == Range)
+    return (!from_ || time >= *from_ - kRounding * std::fabs(*from_)) &&
+           (!to_ || time <= *to_ + kRounding * std::fabs(*to_));
+  return time == target && (form_ == Last || IsNear(target, *from_, kTolerance));
+}
+
 Descriptors TimeChoice::KeptSteps(const Descriptors& blocks, const StepTimes& times, const std::string& database) const
 {
   std::map<Descriptor, std::vector<TimedStep>> scales;
@@ -122,21 +148,9 @@ Descriptors TimeChoice::KeptSteps(const Descriptors& blocks, const StepTimes& ti
 
   Descriptors kept;
   for (const auto& [scale, steps] : scales) {
-    double target = form_ == Nearest ? *from_ : 0.0;
-    if (form_ == Nearest)
-      target = std::min_element(steps.begin(), steps.end(), [&](const TimedStep& a, const TimedStep& b) {
-                 return std::fabs(a.time - target) < std::fabs(b.time - target);
-               })->time;
-    if (form_ == Last)
-      target = std::max_element(steps.begin(), steps.end(), [](const TimedStep& a, const TimedStep& b) {
-                 return a.time < b.time;
-               })->time;
-    for (const TimedStep& one : steps) {
-      const bool isIn = form_ == Range ? (!from_ || one.time >= *from_ - kRounding * std::fabs(*from_)) &&
-                                             (!to_ || one.time <= *to_ + kRounding * std::fabs(*to_))
-                                       : one.time == target && (form_ == Last || IsNear(target, *from_, kTolerance));
-      if (isIn) kept.push_back(one.step);
-    }
+    const double target = form_ == Nearest ? TimeNearest(steps, *from_) : LatestTime(steps);
+    for (const TimedStep& one : steps)
+      if (Holds(one.time, target)) kept.push_back(one.step);
   }
   if (kept.empty() && form_ == Nearest)
     Fail(database + ": no step at time " + text_ + " within a thousandth of it, " + NeighboursOf(all, *from_));

@@ -53,6 +53,8 @@ private:
     Last
   };
 
+  /// @param target of the scale of the time; of a range it plays no part
+  bool                            Holds(double time, double target) const;
   std::vector<FED_DataDescriptor> KeptSteps(const std::vector<FED_DataDescriptor>& blocks, const StepTimes& times,
                                             const std::string& database) const;
 

@@ -90,8 +90,7 @@ void EnvelopePrinter::PrintJson(const EnvelopeSeries& series)
 
 void EnvelopePrinter::PrintTable(const EnvelopeSeries& series)
 {
-  const bool        isForPeople = StyleOf(form_) == TableStyle::Aligned;
-  const std::string none        = form_.csv ? "" : "-";
+  const bool isForPeople = StyleOf(form_) == TableStyle::Aligned;
   if (isForPeople) {
     table_.reset();
     output_.Write((isFirst_ ? "" : "\n") + Printable(kinds_.GetName(series.key)) + "  " + ToSelectionText(series.key) +
@@ -108,6 +107,16 @@ void EnvelopePrinter::PrintTable(const EnvelopeSeries& series)
     }
     table_.emplace(MakeTable(output_, form_, std::move(columns)));
   }
+  WriteRows(series, isForPeople);
+  if (isForPeople) {
+    table_->Finish();
+    table_.reset();
+  }
+}
+
+void EnvelopePrinter::WriteRows(const EnvelopeSeries& series, bool isForPeople)
+{
+  const std::string none = form_.csv ? "" : "-";
   ForEachRow(series, [&](int id, const std::string& component, const Extreme& least, const Extreme& greatest,
                          const Extreme& largest) {
     std::vector<std::string> cells;
@@ -124,10 +133,6 @@ void EnvelopePrinter::PrintTable(const EnvelopeSeries& series)
     }
     table_->Row(std::move(cells));
   });
-  if (isForPeople) {
-    table_->Finish();
-    table_.reset();
-  }
 }
 
 void TellNotes(const EnvelopeSeries& series, const KindTable& kinds, Console& console)

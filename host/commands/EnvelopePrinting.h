@@ -37,6 +37,7 @@ public:
 private:
   void PrintJson(const EnvelopeSeries& series);
   void PrintTable(const EnvelopeSeries& series);
+  void WriteRows(const EnvelopeSeries& series, bool isForPeople);
 
   Output&                    output_;
   const TableForm&           form_;

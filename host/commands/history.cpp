@@ -122,85 +122,103 @@ bool HasSeveralKinds(const std::vector<Labelled>& all)
   return kinds.size() > 1;
 }
 
+/// Steps of several databases are the same where their times are; without times, where their keys are.
+using RowKey = std::tuple<int, int, std::optional<double>, std::string>;
+
+struct Row
+{
+  std::string                   step;
+  std::map<std::size_t, double> values;  ///< by column
+};
+
+/// @param byStep whether rows are told apart by their steps, too
+void AddPoints(const HistorySeries& series, std::size_t column, bool byStep, std::map<RowKey, Row>& rows)
+{
+  for (const HistoryPoint& point : series.points) {
+    const auto numberOf = [&point](FED_DataDescriptor::ResultIndex index) {
+      return point.step.IsSet(index) ? point.step.GetInteger(index) : 0;
+    };
+    const bool        tellsStep = byStep || !point.time;
+    const std::string step = point.step.mask == FED_DataDescriptor().mask || !tellsStep ? "" : StepText(point.step);
+    Row&              row =
+        rows[{numberOf(FED_DataDescriptor::Iteration), numberOf(FED_DataDescriptor::Analysis), point.time, step}];
+    row.values[column] = point.value;
+    row.step           = step;
+  }
+}
+
 /// A row for each time, a column for each series.
 Sheet MakeTable(const std::vector<Labelled>& all)
 {
-  // Steps of several databases are the same where their times are; without times, where their keys are.
-  using RowKey        = std::tuple<int, int, std::optional<double>, std::string>;
-  const bool isOne    = all.size() == 1;
-  const bool hasKinds = HasSeveralKinds(all);
-  const auto numberOf = [](const FED_DataDescriptor& step, FED_DataDescriptor::ResultIndex index) {
-    return step.IsSet(index) ? step.GetInteger(index) : 0;
-  };
-  std::map<RowKey, std::map<std::size_t, double>> rows;
-  std::map<RowKey, std::string>                   steps;
-  std::vector<SheetColumn>                        columns = {{all.front().timeName, SheetColumn::Everywhere, true},
-                                                             {"step", SheetColumn::Everywhere, true}};
-  std::size_t                                     column  = 0;
-  for (const Labelled& labelled : all) {
+  const bool               hasKinds = HasSeveralKinds(all);
+  std::map<RowKey, Row>    rows;
+  std::vector<SheetColumn> columns = {{all.front().timeName, SheetColumn::Everywhere, true},
+                                      {"step", SheetColumn::Everywhere, true}};
+  std::size_t              column  = 0;
+  for (const Labelled& labelled : all)
     for (const HistorySeries& series : labelled.series) {
       columns.push_back({ColumnOf(labelled, series, hasKinds)});
-      for (const HistoryPoint& point : series.points) {
-        const std::string step = point.step.mask == FED_DataDescriptor().mask ? "" : StepText(point.step);
-        const RowKey      key  = {numberOf(point.step, FED_DataDescriptor::Iteration),
-                                  numberOf(point.step, FED_DataDescriptor::Analysis), point.time,
-                            isOne || !point.time ? step : ""};
-        rows[key][column]      = point.value;
-        if (isOne || !point.time) steps[key] = step;
-      }
-      ++column;
+      AddPoints(series, column++, all.size() == 1, rows);
     }
-  }
   Sheet sheet(std::move(columns));
-  for (const auto& [key, values] : rows) {
+  for (const auto& [key, row] : rows) {
     const std::optional<double>& time = std::get<2>(key);
-    const std::string&           step = steps[key];
     std::vector<SheetValue>      cells;
     cells.push_back(time ? SheetValue(*time) : SheetValue());
-    cells.push_back(step.empty() ? SheetValue() : SheetValue(step));
+    cells.push_back(row.step.empty() ? SheetValue() : SheetValue(row.step));
     for (std::size_t i = 0; i < column; ++i) {
-      const auto value = values.find(i);
-      cells.push_back(value == values.end() ? SheetValue() : SheetValue(value->second));
+      const auto value = row.values.find(i);
+      cells.push_back(value == row.values.end() ? SheetValue() : SheetValue(value->second));
     }
     sheet.Row(std::move(cells));
   }
   return sheet;
 }
 
-/// An object for each time and record, its components beside one another.
+/// @return one past the last series that is a component of the same record as the first one
+std::size_t EndOfRecord(const std::vector<HistorySeries>& series, std::size_t first)
+{
+  const HistorySeries& one  = series[first];
+  std::size_t          last = first + 1;
+  while (last < series.size() && one.id && series[last].id == one.id && series[last].key == one.key &&
+         series[last].point == one.point)
+    ++last;
+  return last;
+}
+
+/// The components from first to before last of a record at one time.
+Json PointJson(const Labelled& labelled, std::size_t first, std::size_t last, std::size_t position)
+{
+  const HistorySeries& one   = labelled.series[first];
+  const HistoryPoint&  point = one.points[position];
+  Json                 row;
+  if (!labelled.label.empty()) row["label"] = labelled.label;
+  row["kind"] = one.kind;
+  for (const IndexKey& index : GetIndexKeys()) {
+    const bool isTold = index.index == FED_DataDescriptor::Iteration || index.index == OnfIndex::Quantity;
+    if (one.key.IsSet(index.index) && !isTold) row[index.key] = one.key.GetInteger(index.index);
+  }
+  row["time"] = point.time ? JsonNumber(*point.time) : Json();
+  row["step"] = point.step.mask == FED_DataDescriptor().mask ? Json() : Json(StepText(point.step));
+  if (one.id) row["id"] = *one.id;
+  if (one.point != 0) row["point"] = one.point;
+  for (std::size_t s = first; s < last; ++s)
+    row[labelled.series[s].component] = JsonNumber(labelled.series[s].points[position].value);
+  return row;
+}
+
+/// An object for each time and record, its components beside one another: they stand in the same blocks, so that their
+/// points go together.
 Json MakeJson(const std::vector<Labelled>& all)
 {
   Json list = Json::array();
-  for (const Labelled& labelled : all) {
+  for (const Labelled& labelled : all)
     for (std::size_t first = 0; first < labelled.series.size();) {
-      const HistorySeries& one   = labelled.series[first];
-      std::size_t          last  = first;
-      const auto           isOne = [&one](const HistorySeries& other) {
-        return other.key == one.key && other.id == one.id && other.point == one.point && one.id;
-      };
-      while (++last < labelled.series.size() && isOne(labelled.series[last])) {
-      }
-      // The components of a record stand in the same blocks, so that their points go together.
-      for (std::size_t p = 0; p < one.points.size(); ++p) {
-        const HistoryPoint& point = one.points[p];
-        Json                row;
-        if (!labelled.label.empty()) row["label"] = labelled.label;
-        row["kind"] = one.kind;
-        for (const IndexKey& index : GetIndexKeys())
-          if (one.key.IsSet(index.index) && index.index != FED_DataDescriptor::Iteration &&
-              index.index != OnfIndex::Quantity)
-            row[index.key] = one.key.GetInteger(index.index);
-        row["time"] = point.time ? JsonNumber(*point.time) : Json();
-        row["step"] = point.step.mask == FED_DataDescriptor().mask ? Json() : Json(StepText(point.step));
-        if (one.id) row["id"] = *one.id;
-        if (one.point != 0) row["point"] = one.point;
-        for (std::size_t s = first; s < last; ++s)
-          row[labelled.series[s].component] = JsonNumber(labelled.series[s].points[p].value);
-        list.push_back(std::move(row));
-      }
+      const std::size_t last = EndOfRecord(labelled.series, first);
+      for (std::size_t p = 0; p < labelled.series[first].points.size(); ++p)
+        list.push_back(PointJson(labelled, first, last, p));
       first = last;
     }
-  }
   return list;
 }
 
