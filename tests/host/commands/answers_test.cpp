@@ -99,6 +99,17 @@ TEST_F(AnswerCommands, HistoriesOfSeveralDatabasesShareTheirTimes)
             "quilon: error: found 1 label for 2 databases, expected as many --label\n");
 }
 
+TEST_F(AnswerCommands, HistoriesAreDrawnOverTime)
+{
+  const std::string picture = (folder_ / "a.svg").string();
+  const RunResult   run     = RunQuilon({"history", onf_, "displacement.x", "--ids", "1,12", "--plot", picture});
+  EXPECT_EQ(run.err + run.out, "");
+  EXPECT_EQ(ReadAll(picture).substr(0, 5), "<?xml");
+  const std::string chart = RunQuilon({"history", onf_, "displacement.x", "--ids", "1,12", "--plot", "-"}).out;
+  for (const char* part : {"time", "1.x  ends at 2", "12.x  ends at 24"})
+    EXPECT_NE(chart.find(part), std::string::npos) << part << '\n' << chart;
+}
+
 TEST_F(AnswerCommands, InfoIsAGlance)
 {
   const std::string text = RunQuilon({"info", onf_}).out;
