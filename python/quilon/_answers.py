@@ -44,6 +44,88 @@ def component(tensors: ArrayLike, name: str, kind: str | int | None = None) -> V
 
 
 @dataclasses.dataclass(frozen=True)
+class Extreme:
+    """A worst value and where it is."""
+
+    block: str  #: the selection of it
+    kind: str
+    component: str
+    value: float
+    id: int  #: of the node or element; position of a history
+    point: int | None  #: of a kind with several vectors or tensors a record, from 1
+    place: tuple[float, float, float] | None  #: of the node, or the mean of the element's nodes; undeformed
+    type: str  #: "node" or the name of the element's type
+    material: str  #: of an element
+    sets: tuple[str, ...]  #: those that the node or element is in
+    time: float | None
+    key: dict[str, int]  #: of the step
+    part: str  #: of `per`
+    ties: int  #: other values of the part that are as bad
+
+
+@dataclasses.dataclass(frozen=True)
+class MaxReport:
+    """The worst values, the worst first."""
+
+    rows: tuple[Extreme, ...]
+    values: int  #: that were looked at
+    nans: int  #: of these, those that are no numbers and count for nothing
+
+
+def max(
+    database: Source,
+    selection: str,
+    *,
+    measure: str = "greatest",
+    head: int = 1,
+    per: str = "whole",
+    steps: str | int | abc.Sequence[int] | None = None,
+    ids: str = "",
+    sets: abc.Sequence[str] = (),
+    materials: abc.Sequence[str] = (),
+    box: abc.Sequence[float] | None = None,
+    near: abc.Sequence[float] | None = None,
+    progress: Progress | None = None,
+) -> MaxReport:
+    """The worst values of results, as `quilon max`: how large, where and when.
+
+    selection: kinds, components and steps, "stress.mises,displacement.magnitude@lc=1"
+    measure: what is worst: "greatest", "least" or "magnitude"
+    head: how many of each kind, component and part
+    per: parts that are asked one by one: "whole", "step", "material", "set" or "group"
+    ids, sets, materials, box, near: a part of the model: "1,5-9"; names; names or numbers; x0, y0, z0, x1, y1, z1;
+        the nearest node of x, y, z
+    """
+    for what, value, choices in (
+        ("measure", measure, ("greatest", "least", "magnitude")),
+        ("per", per, ("whole", "step", "material", "set", "group")),
+    ):
+        if value not in choices:
+            raise ArgumentError(f"{what}: found {value!r}, expected {', '.join(choices[:-1])} or {choices[-1]}")
+    if isinstance(head, bool) or not isinstance(head, (int, np.integer)) or head < 1:
+        raise ArgumentError(f"head: found {head!r}, expected a number, 1 or more")
+    region = {
+        "ids": ids,
+        "sets": _names(sets, "sets"),
+        "materials": _names(materials, "materials"),
+        "box": None if box is None else as_values(box, 1, (6,), "box")[0].tolist(),
+        "near": None if near is None else as_values(near, 1, (3,), "near")[0].tolist(),
+    }
+    with opened(database, progress) as db:
+        rows, values, nans = _native.max(
+            db._native, selection, steps_text(steps), measure, int(head), per, region, progress
+        )
+    return MaxReport(tuple(Extreme(**row) for row in rows), values, nans)
+
+
+def _names(names: abc.Sequence[str], what: str) -> list[str]:
+    found = [names] if isinstance(names, str) else list(names)
+    if not all(isinstance(name, str) for name in found):
+        raise ArgumentError(f"{what}: found {found!r}, expected names")
+    return found
+
+
+@dataclasses.dataclass(frozen=True)
 class Envelope:
     """Least and greatest values over result steps, at each node or element."""
 

@@ -1,8 +1,10 @@
 #include "Answers.h"
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -12,7 +14,9 @@
 
 #include "answers/Combine.h"
 #include "answers/Envelope.h"
+#include "answers/Extremes.h"
 #include "answers/Path.h"
+#include "answers/Region.h"
 #include "answers/StepTimes.h"
 #include "Arrays.h"
 #include "Block.h"
@@ -209,6 +213,70 @@ py::dict Follow(const std::shared_ptr<Store>& store, const std::string& text, co
   return result;
 }
 
+ExtremeRequest::Measure MeasureOf(const std::string& name)
+{
+  if (name == "least") return ExtremeRequest::Least;
+  return name == "magnitude" ? ExtremeRequest::Magnitude : ExtremeRequest::Greatest;
+}
+
+ExtremeRequest::Per PartOf(const std::string& name)
+{
+  if (name == "step") return ExtremeRequest::Step;
+  if (name == "material") return ExtremeRequest::Material;
+  if (name == "set") return ExtremeRequest::Set;
+  return name == "group" ? ExtremeRequest::Group : ExtremeRequest::Whole;
+}
+
+/// @param region ids, sets, materials, box and near of RegionOptions
+py::tuple FindWorst(const std::shared_ptr<Store>& store, const std::string& text, const std::string& steps,
+                    const std::string& measure, std::size_t head, const std::string& per, const py::dict& region,
+                    py::object progress)
+{
+  CallListener  listener(std::move(progress));
+  RegionOptions options;
+  options.ids       = region["ids"].cast<std::string>();
+  options.sets      = region["sets"].cast<std::vector<std::string>>();
+  options.materials = region["materials"].cast<std::vector<std::string>>();
+  options.box       = region["box"].cast<std::optional<std::array<double, 6>>>();
+  options.near      = region["near"].cast<std::optional<std::array<double, 3>>>();
+  ExtremeReport report;
+  Work([&] {
+    store->Use([&] {
+      const Chosen   chosen = Choose(*store, text, steps);
+      ExtremeRequest request;
+      request.selection     = chosen.selection;
+      request.selectionText = text;
+      request.measure       = MeasureOf(measure);
+      request.head          = head;
+      request.per           = PartOf(per);
+      Region part(chosen.database, options, store->GetName());
+      part.RequireIds(chosen.blocks, text);
+      report =
+          FindExtremes(chosen.database, chosen.blocks, store->RequireReading().GetTimes(), part, request, &listener);
+    });
+  });
+  py::list rows;
+  for (const Extreme& extreme : report.rows) {
+    py::dict row;
+    row["block"]     = ToSelectionText(extreme.block);
+    row["kind"]      = TextOf(extreme.kind);
+    row["component"] = extreme.component;
+    row["value"]     = extreme.value;
+    row["id"]        = extreme.id;
+    row["point"]     = extreme.point == 0 ? py::object(py::none()) : py::object(py::int_(extreme.point));
+    row["place"]     = extreme.place ? py::object(py::tuple(py::cast(*extreme.place))) : py::object(py::none());
+    row["type"]      = extreme.type;
+    row["material"]  = TextOf(extreme.material);
+    row["sets"]      = py::tuple(py::cast(extreme.sets));
+    row["time"]      = extreme.time;
+    row["key"]       = KeyOf(extreme.step);
+    row["part"]      = TextOf(extreme.part);
+    row["ties"]      = extreme.ties;
+    rows.append(std::move(row));
+  }
+  return py::make_tuple(rows, report.values, report.nans);
+}
+
 /// @return places of equal distance, both ends included
 Doubles LineOf(const PathPlace& start, const PathPlace& end, std::size_t count)
 {
@@ -222,6 +290,7 @@ Doubles LineOf(const PathPlace& start, const PathPlace& end, std::size_t count)
 
 void DefineAnswers(py::module_& module)
 {
+  module.def("max", &FindWorst);
   module.def("envelope", &Envelopes);
   module.def("combine", &CombineToDatabase);
   module.def("path", &Follow);

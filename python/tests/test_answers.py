@@ -8,7 +8,7 @@ import numpy as np
 import pytest
 
 import quilon
-from conftest import FIXTURES
+from conftest import FIXTURES, json_of
 
 STEPS = FIXTURES / "compare" / "fine.frd"  # four steps of a load case
 
@@ -96,3 +96,38 @@ def test_path_meets_the_values_of_nodes(results: pathlib.Path) -> None:
         assert outside.elements.tolist() == [0] and np.isnan(outside.steps[0].values).all()
         with pytest.raises(quilon.Error, match="expected either both start and end or places"):
             quilon.path(db, "stress", low)
+
+
+@pytest.mark.parametrize(
+    ("options", "arguments"),
+    [
+        ({}, []),
+        ({"head": 3}, ["--head", "3"]),
+        ({"measure": "least", "per": "step"}, ["--min", "--per", "step"]),
+        ({"measure": "magnitude", "sets": ["NX0"]}, ["--abs", "--set", "NX0"]),
+        ({"box": [0, 0, 0, 1, 1, 1]}, ["--box", "0,0,0,1,1,1"]),
+    ],
+)
+def test_worst_values_are_those_of_the_program(
+    options: dict[str, object], arguments: list[str], results: pathlib.Path
+) -> None:
+    selection = "stress.mises,displacement.magnitude,element-stress"
+    report = quilon.max(results, selection, **options)  # type: ignore[arg-type]
+    told = json_of("max", results, selection, *arguments)
+    assert len(report.rows) == len(told) > 0
+    for mine, its in zip(report.rows, told):
+        assert (mine.block, mine.kind, mine.component, mine.value, mine.id, mine.time, mine.ties) == (
+            its["block"], its["kind"], its["component"], its["value"], its["id"], its["time"], its["ties"],
+        )  # fmt: skip
+        assert mine.place == (its["x"], its["y"], its["z"])
+
+
+def test_wrong_questions_for_worst_values(results: pathlib.Path) -> None:
+    with pytest.raises(quilon.Error, match="measure: found 'largest', expected greatest, least or magnitude"):
+        quilon.max(results, "stress", measure="largest")
+    with pytest.raises(quilon.Error, match="head: found 0, expected a number, 1 or more"):
+        quilon.max(results, "stress", head=0)
+    with pytest.raises(quilon.Error, match=r"box: found int64 of shape \(2,\)"):
+        quilon.max(results, "stress", box=[1, 2])
+    with pytest.raises(quilon.Error, match="no block matches 'velocity'"):
+        quilon.max(results, "velocity")
