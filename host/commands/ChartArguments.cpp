@@ -17,11 +17,12 @@ constexpr char kTerminal[] = "-";
 
 }  // namespace
 
-void AddChartOption(CLI::App& app, ChartOptions& options)
+void AddChartOption(CLI::App& app, ChartOptions& options, const std::array<CLI::Option*, 3>& tables)
 {
-  app.add_option("--plot", options.file, "Draw a chart instead: .png, .svg or .pdf, - in the terminal")
-      ->type_name("FILE|-");
-  for (const char* table : {"--json", "--csv", "--table"}) app.get_option("--plot")->excludes(table);
+  CLI::Option* const plot =
+      app.add_option("--plot", options.file, "Draw a chart instead: .png, .svg or .pdf, - in the terminal")
+          ->type_name("FILE|-");
+  for (CLI::Option* const table : tables) plot->excludes(table);
 }
 
 void CheckChart(const ChartOptions& options)

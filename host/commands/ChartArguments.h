@@ -3,13 +3,15 @@
 /// @file
 /// The options of every command that draws a chart of what it tells.
 
+#include <array>
 #include <string>
 
 #include "plot/Series.h"
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace quilon {
 
@@ -22,9 +24,9 @@ struct ChartOptions
   bool IsAsked() const noexcept { return !file.empty(); }
 };
 
-/// Adds --plot to a command that has the options of AddTableOptions(), which it excludes. The options outlive the
-/// parsing.
-void AddChartOption(CLI::App& app, ChartOptions& options);
+/// Adds --plot. The options outlive the parsing.
+/// @param tables what it excludes, see AddTableOptions()
+void AddChartOption(CLI::App& app, ChartOptions& options, const std::array<CLI::Option*, 3>& tables);
 
 /// To be called before long work.
 /// @throws FED_Failure for a file that is no picture or cannot be written

@@ -273,8 +273,7 @@ CommandFunction DefineHistory(CLI::App& app)
   app.add_option("--resample", options->resample,
                  "Values at these times, on straight lines between steps: 0.1,0.5 or FIRST:LAST:STEP")
       ->type_name("TIMES");
-  AddTableOptions(app, options->form);
-  AddChartOption(app, options->chart);
+  AddChartOption(app, options->chart, AddTableOptions(app, options->form));
   app.footer(
       "Rows are times, columns are records and components. Scalar histories (total-force, eigenvalue) need no region.\n"
       "Of several databases, steps of one time stand in one row. Nothing is guessed before the first and behind the "

@@ -168,8 +168,9 @@ CommandFunction DefineMatrixShow(CLI::App& app)
   app.add_option("DB", options->database, "Working database (.fed) or ONF folder")->required();
   AddMatrixSelection(app, options->selection);
   AddIntegerOption(app, "--width", options->width, "Most characters in a line of the picture (default: 64)");
-  app.add_option("--plot", options->plot, "Draw where values are instead: .png, .svg or .pdf")->type_name("FILE");
-  app.add_flag("--json", options->json, "Print JSON")->excludes("--plot");
+  CLI::Option* const plot =
+      app.add_option("--plot", options->plot, "Draw where values are instead: .png, .svg or .pdf")->type_name("FILE");
+  app.add_flag("--json", options->json, "Print JSON")->excludes(plot);
   app.footer(
       "Prints size, values, symmetry, bandwidth, the diagonal and a picture of where values other than zero are: a\n"
       "character stands for a part of the matrix, ' ' for none, '.', ':', '+' and '*' for less than 1/16, 1/4, 1/2 "

@@ -216,15 +216,15 @@ CommandFunction DefinePath(CLI::App& app)
   AddTimeOption(app, options->selection);
   app.add_option("--from", options->from, "Where the line begins")->type_name("X,Y,Z");
   app.add_option("--to", options->to, "Where it ends")->type_name("X,Y,Z");
-  AddCountOption(app, "--points", options->points, "Points on the line, both ends included (default: 51)");
+  CLI::Option* const points =
+      AddCountOption(app, "--points", options->points, "Points on the line, both ends included (default: 51)");
   app.add_option("--through", options->through, "Points of a line of any shape, three coordinates a line")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->excludes(points);
   AddAxesOption(app, options->axes);
   app.add_flag("--linearize", options->linearize,
                "Membrane, bending and peak of the stress, from --from through a wall to --to");
-  AddTableOptions(app, options->form);
-  AddChartOption(app, options->chart);
-  app.get_option("--points")->excludes("--through");
+  AddChartOption(app, options->chart, AddTableOptions(app, options->form));
   app.footer(
       "Interpolates by the shape functions of the solid that holds each point, in the undeformed mesh. Points outside\n"
       "have no values. Invariants are those of the interpolated tensor.\n"

@@ -172,8 +172,11 @@ CommandFunction DefinePlot(CLI::App& app)
       ->type_name("NAME");
   app.add_option("--view", options->view, "top, bottom, front, back, left, right, iso or degrees AZ,EL (default: iso)")
       ->type_name("VIEW");
-  app.add_option("--deform", options->deform, "Deform the model, displacements times FACTOR")->type_name("FACTOR|auto");
-  app.add_flag("--undeformed", options->undeformed, "With --deform, the outline of the undeformed model too");
+  CLI::Option* const deform =
+      app.add_option("--deform", options->deform, "Deform the model, displacements times FACTOR")
+          ->type_name("FACTOR|auto");
+  app.add_flag("--undeformed", options->undeformed, "With --deform, the outline of the undeformed model too")
+      ->needs(deform);
   app.add_option("--lines", options->lines, "auto, mesh, outline or none (default: auto)")->type_name("LINES");
   app.add_option("--set", options->part.sets, "Only the elements of this set; again: either")
       ->type_name("NAME")
@@ -198,7 +201,6 @@ CommandFunction DefinePlot(CLI::App& app)
   app.add_flag("--flat", options->flat, "No light: the colours are exactly those of the bar");
   app.add_option("--convergence", options->convergence, "A chart of the iterations that a .cvg or .sta logs; -o - too")
       ->type_name("LOG");
-  app.get_option("--undeformed")->needs("--deform");
   app.footer(
       "Without a selection the mesh is drawn. Of several steps the last is shown. Views are parallel projections:\n"
       "  top     looks against +z, x to the right        front  looks along +y, z up, x to the right\n"

@@ -395,9 +395,10 @@ CommandFunction DefineShow(CLI::App& app)
         const bool isCount = text.find_first_not_of("0123456789") == std::string::npos;
         return isCount ? std::string() : "'" + text + "', expected a count, 0 or more";
       });
-  AddTableOptions(app, options->form);
-  app.add_flag("--spark", options->spark, "A line of bars for each column, from its least value to its greatest")
-      ->excludes("--json", "--csv", "--table");
+  const std::array<CLI::Option*, 3> tables = AddTableOptions(app, options->form);
+  CLI::Option* const                spark =
+      app.add_flag("--spark", options->spark, "A line of bars for each column, from its least value to its greatest");
+  for (CLI::Option* const table : tables) spark->excludes(table);
   app.footer(
       "Numbers are printed in the shortest form that reads back to the same bits, in aligned tables with six digits.\n"
       "\n"

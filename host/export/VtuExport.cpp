@@ -81,8 +81,12 @@ public:
           "format=\"ascii\">" +
           FormatNumber(source_.Plan().times[step_]) + "</DataArray>\n    </FieldData>\n";
     text += "    <Piece NumberOfPoints=\"" + std::to_string(source_.NumPoints()) + "\" NumberOfCells=\"" +
-            std::to_string(source_.NumCells()) + "\">\n" + Mesh() + Arrays(false) + Arrays(true) +
-            "    </Piece>\n  </UnstructuredGrid>\n";
+            std::to_string(source_.NumCells()) + "\">\n";
+    // One after the other: each appends its arrays.
+    text += Mesh();
+    text += Arrays(false);
+    text += Arrays(true);
+    text += "    </Piece>\n  </UnstructuredGrid>\n";
 
     // The sizes before each array count as bytes of the file, too.
     bool isWide = false;
