@@ -15,6 +15,7 @@ scripts/install_dependencies.sh build test
 
 # Some tests put classes of their own in the place of a sibling's, under its name: that is what they test.
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_odr_violation=1}
+export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$PWD/tests/support/leaks.supp:print_suppressions=0}
 
 cmake --preset "$preset"
 cmake --build --preset "$preset"
