@@ -1,5 +1,7 @@
 #include "answers/ModelNames.h"
 
+#include <algorithm>
+
 #include <bundled/OnfKinds.h>
 
 #include "answers/Region.h"
@@ -23,6 +25,30 @@ std::string TypeOf(int code)
 {
   const ElementTopology* topology = FindTopology(code);
   return topology == nullptr ? std::to_string(code) : topology->name;
+}
+
+std::vector<int> ElementsOfMaterial(const Mesh& mesh, int material)
+{
+  std::vector<int> elements;
+  for (const Mesh::Element& element : mesh.Elements())
+    if (element.material == material) elements.push_back(element.id);
+  return elements;
+}
+
+/// Of several sets of one name the last one.
+std::vector<int> ElementsOfSet(const std::vector<NamedSet>& sets, const std::string& name)
+{
+  const auto set =
+      std::find_if(sets.rbegin(), sets.rend(), [&](const NamedSet& s) { return s.ofElements && s.name == name; });
+  return set == sets.rend() ? std::vector<int>{} : set->ids;
+}
+
+std::vector<int> NodesOf(const FED_Database& database, const FED_DataDescriptor& descriptor)
+{
+  std::vector<int> nodes;
+  for (const RecordKey& key : GetRecordKeys(database.GetConstDataBlock(descriptor), database.GetIdMapsPool()))
+    nodes.push_back(key.id);
+  return nodes;
 }
 
 }  // namespace
@@ -68,26 +94,20 @@ std::map<int, std::string> NameGroups(const FED_Database& database, Region& regi
   for (const int onf : {int{OnfKind::Material}, int{OnfKind::ElementSet}}) {
     std::map<int, std::string> known;
     for (NamedRecord& record : ReadNames(database, onf)) known.try_emplace(record.number, std::move(record.name));
+    const bool areThese = std::all_of(blocks.begin(), blocks.end(), [&](const auto& block) {
+      const auto& [group, descriptor] = block;
+      const auto name                 = known.find(group);
+      if (name == known.end()) return false;
+      const int              iteration = descriptor.GetInteger(FED_DataDescriptor::Iteration);
+      const std::vector<int> elements  = onf == OnfKind::Material
+                                             ? ElementsOfMaterial(region.GetMesh(iteration), group)
+                                             : ElementsOfSet(region.GetSets(iteration), name->second);
+      return NodesOfElements(region.GetMesh(iteration), elements) == NodesOf(database, descriptor);
+    });
+    if (!areThese) continue;
     std::map<int, std::string> names;
-    for (const auto& [group, descriptor] : blocks) {
-      const auto name = known.find(group);
-      if (name == known.end()) break;
-      const int        iteration = descriptor.GetInteger(FED_DataDescriptor::Iteration);
-      std::vector<int> nodes;
-      for (const RecordKey& key : GetRecordKeys(database.GetConstDataBlock(descriptor), database.GetIdMapsPool()))
-        nodes.push_back(key.id);
-      std::vector<int> elements;
-      if (onf == OnfKind::Material) {
-        for (const Mesh::Element& element : region.GetMesh(iteration).Elements())
-          if (element.material == group) elements.push_back(element.id);
-      } else {
-        for (const NamedSet& set : region.GetSets(iteration))
-          if (set.ofElements && set.name == name->second) elements = set.ids;
-      }
-      if (NodesOfElements(region.GetMesh(iteration), elements) != nodes) break;
-      names.emplace(group, name->second);
-    }
-    if (names.size() == blocks.size()) return names;
+    for (const auto& block : blocks) names.emplace(block.first, known[block.first]);
+    return names;
   }
   return {};
 }

@@ -61,25 +61,37 @@ std::vector<int> ReadGroups(const FED_Database& database)
   return {groups.begin(), groups.end()};
 }
 
+namespace {
+
+/// The materials and element sets of the name; with none, those of its letters in either case.
+/// @param known the names that there are, for a suggestion
+std::vector<Candidate> FindCandidates(const FED_Database& database, std::string_view name,
+                                      std::vector<std::string>& known)
+{
+  std::vector<Candidate> exact;
+  std::vector<Candidate> inEitherCase;
+  for (const int onf : {int{OnfKind::Material}, int{OnfKind::ElementSet}}) {
+    const char* const what = onf == OnfKind::Material ? "material " : "element set ";
+    for (const NamedRecord& record : ReadNames(database, onf)) {
+      known.push_back(record.name);
+      if (record.name == name) exact.push_back({what + std::to_string(record.number), record.number});
+      if (LowerCase(record.name) == LowerCase(name))
+        inEitherCase.push_back({what + std::to_string(record.number), record.number});
+    }
+  }
+  return exact.empty() ? inEitherCase : exact;
+}
+
+}  // namespace
+
 int ResolveGroupName(const FED_Database& database, std::string_view name)
 {
   const std::vector<int> groups = ReadGroups(database);
   if (groups.empty())
     Fail("group '" + std::string(name) + "': the database has no averages of groups, expected 'none' or 'all'");
 
-  std::vector<Candidate>   candidates;
-  std::vector<std::string> known;
-  for (const bool isExact : {true, false}) {
-    for (const int onf : {int{OnfKind::Material}, int{OnfKind::ElementSet}}) {
-      for (const NamedRecord& record : ReadNames(database, onf)) {
-        known.push_back(record.name);
-        if (isExact ? record.name != name : LowerCase(record.name) != LowerCase(name)) continue;
-        const char* const what = onf == OnfKind::Material ? "material " : "element set ";
-        candidates.push_back({what + std::to_string(record.number), record.number});
-      }
-    }
-    if (!candidates.empty()) break;
-  }
+  std::vector<std::string>     known;
+  const std::vector<Candidate> candidates = FindCandidates(database, name, known);
   if (candidates.empty()) {
     const std::string suggestion = DidYouMean(name, known);
     Fail("unknown group '" + std::string(name) + "'" +
