@@ -22,6 +22,7 @@ INDEX_NAMES = ["iteration", "onf", "index-2", "load-case", "substep", "analysis"
 FIELDS = {"I": "i", "i": "i", "F": "f", "D": "d", "d": "d", "V": "ddd", "T": "dddddd",
           "S": "s*", "Lb": "i*", "lb": "i*", "Db": "d*"}
 FORMAT_VERSIONS = (1, 2)
+MANIFEST_VERSIONS = (1, 2, 3)
 USER_BLOCK = 512
 HEADER_BYTES = {1: 80, 2: 144}
 COMMIT = 1
@@ -84,9 +85,9 @@ class Bytes:
 
 
 class Segment:
-    def __init__(self, folder, entry):
+    def __init__(self, folder, entry, path=None):
         number, self.first, self.last, self.bytes, index_offset, index_bytes, index_checksum = entry
-        self.path = os.path.join(folder, f"segment-{number:06d}.h5")
+        self.path = path or os.path.join(folder, f"segment-{number:06d}.h5")
         if os.path.getsize(self.path) != self.bytes:
             self.fail("has not the size that the manifest says")
         header = read_header(self.path)
@@ -178,6 +179,42 @@ class Segment:
             self.fail("its index has bytes behind its end")
 
 
+class LinkedSegment(Segment):
+    """Rows of another database's segment; a file beside it has the index, and record indices that are others there."""
+
+    def __init__(self, folder, entry):
+        number, self.first, self.last, size, index_offset, index_bytes, index_checksum, self.linked = entry
+        shared = os.path.join(folder, f"segment-{number:06d}.h5")
+        header = read_header(shared)
+        if header is None:
+            raise Damage(f"{shared}: its header is damaged")
+        self.path = os.path.join(folder, f"segment-{number:06d}.index")
+        self.base = Segment(folder, header["entry"], shared)
+        self.base.check_places()
+        own = read_header(self.path)
+        with open(self.path, "rb") as file:
+            self.own = file.read()
+        if own is None or own["entry"] != tuple(entry[:7]) or own["structure"][1] != self.linked:
+            self.fail("its header is damaged, or another than the manifest says")
+        if self.base.bytes != self.linked or len(self.own) != size - self.linked:
+            self.fail("it or the file that it is about has not the size that the manifest says")
+        self.version = 2
+        self.read_index(self.read((index_offset, index_bytes, index_checksum)))
+
+    def read(self, place):
+        offset, size, expected = place
+        if size == 0 or offset < self.linked:
+            return self.base.read(place)
+        found = self.own[offset - self.linked:offset - self.linked + size]
+        if checksum(found) != expected:
+            self.fail(f"the checksum of {size} bytes from {offset - self.linked} is wrong")
+        return found
+
+
+def open_segment(folder, entry):
+    return Segment(folder, entry) if len(entry) == 7 else LinkedSegment(folder, entry)
+
+
 def read_header(path):
     """What the first bytes of a segment say; nothing when they are not whole."""
     with open(path, "rb") as file:
@@ -239,7 +276,8 @@ def has_later_commit(folder, number, generation):
     """Each commit is on the disk before the next begins: behind one that did not happen there is none."""
     for name in os.listdir(folder):
         match = re.fullmatch(r"segment-(\d{6,})\.h5", name)
-        header = find_commit(folder, int(match[1])) if match and int(match[1]) > number else None
+        is_linked = os.path.exists(os.path.join(folder, name.replace(".h5", ".index")))
+        header = find_commit(folder, int(match[1])) if match and not is_linked and int(match[1]) > number else None
         if header is not None and header["commit"][0] > generation:
             return True
     return False
@@ -261,15 +299,16 @@ def read_manifest(folder):
     with open(path, "rb") as file:
         text = file.read()
     version = re.match(rb"quilon-database (\d+)\n", text)
-    if not version or int(version[1]) not in FORMAT_VERSIONS:
-        raise Damage(f"{path}: of none of the format versions {FORMAT_VERSIONS}")
+    if not version or int(version[1]) not in MANIFEST_VERSIONS:
+        raise Damage(f"{path}: of none of the format versions {MANIFEST_VERSIONS}")
     body, _, rest = text.partition(b"\nchecksum ")
     link = checksum(body + b"\n")
     if rest[:17] != b"%016x\n" % link:
         raise Damage(f"{path}: its checksum is wrong")
     words = [line.split(" ") for line in body.decode().split("\n")]
     said = {line[0]: int(line[1]) for line in words}
-    entries = [tuple(int(word) for word in line[1:7]) + (int(line[7], 16),) for line in words if line[0] == "segment"]
+    entries = [tuple(int(word) for word in line[1:7]) + (int(line[-1], 16),) + tuple(int(word) for word in line[7:-1])
+               for line in words if line[0] in ("segment", "linked")]
     if int(version[1]) == 1:
         return entries
     generation, number = said["generation"], said["next-segment"]
@@ -340,7 +379,7 @@ def read_rows(segment, extent, fields, columns):
 
 
 def read_database(folder, catalogue):
-    segments = [Segment(folder, entry) for entry in read_manifest(folder)]
+    segments = [open_segment(folder, entry) for entry in read_manifest(folder)]
     deleted = {uid for segment in segments for uid in segment.deleted}
     blocks, rows, ids, names = {}, {}, {}, []
     for segment in segments:

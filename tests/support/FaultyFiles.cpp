@@ -130,6 +130,14 @@ std::error_code FaultyFiles::Rename(const fs::path& from, const fs::path& to)
   });
 }
 
+std::error_code FaultyFiles::Link(const fs::path& from, const fs::path& to)
+{
+  return Change([&] {
+    NoteEntry(to, EntryChange::Creation);
+    return FED_FileLayer::Link(from, to);
+  });
+}
+
 std::error_code FaultyFiles::Remove(const fs::path& path)
 {
   return Change([&] {

@@ -62,6 +62,7 @@ public:
   std::error_code Flush(Handle handle) override;
   std::error_code FlushAll(const std::filesystem::path& folder) override;
   std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+  std::error_code Link(const std::filesystem::path& from, const std::filesystem::path& to) override;
   std::error_code Remove(const std::filesystem::path& path) override;
   std::error_code MakeFolder(const std::filesystem::path& folder, bool& made) override;
   std::error_code FlushFolder(const std::filesystem::path& folder) override;

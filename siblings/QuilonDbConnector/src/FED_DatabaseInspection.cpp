@@ -21,6 +21,7 @@
 #include "KeyTable.h"
 #include "Manifest.h"
 #include "SegmentCheck.h"
+#include "SegmentLink.h"
 #include "SegmentStore.h"
 #include "Statistics.h"
 #include "StoredState.h"
@@ -74,7 +75,7 @@ public:
         return false;
       }
       for (const SegmentEntry& entry : state_.manifest.segments)
-        if (!Attempt(found, [&] { Open(GetSegmentName(entry.number), &entry, found); })) isIncomplete_ = true;
+        if (!Attempt(found, [&] { OpenEntry(entry, found); })) isIncomplete_ = true;
       if (!found.empty() && ReadManifestText(files_, folder_) != text) continue;
       findings.insert(findings.end(), found.begin(), found.end());
       return true;
@@ -87,7 +88,7 @@ public:
     Clear();
     isIncomplete_ = true;
     for (const std::string& name : names_)
-      if (IsSegmentName(name)) Attempt(findings, [&] { Open(name, nullptr, findings); });
+      if (IsSegmentName(name)) Attempt(findings, [&] { OpenByName(name, findings); });
     const auto isPartOf = [](const SegmentEntry& part, const SegmentEntry& whole) {
       return part.number < whole.number && whole.first <= part.first && part.last <= whole.last;
     };
@@ -119,8 +120,8 @@ public:
     Texts leftovers;
     for (const std::string& name : names_) {
       const auto& segments = state_.manifest.segments;
-      const auto  isOurs   = [&](const SegmentEntry& entry) { return GetSegmentName(entry.number) == name; };
-      if (name == "manifest.new" || (IsSegmentName(name) && std::none_of(segments.begin(), segments.end(), isOurs)))
+      const auto  isOurs   = [&](const SegmentEntry& entry) { return IsFileOf(entry, name); };
+      if (name == "manifest.new" || (IsFileOfSegment(name) && std::none_of(segments.begin(), segments.end(), isOurs)))
         leftovers.push_back(name);
     }
     if (cutBytes_ > 0) leftovers.push_back("the last " + std::to_string(cutBytes_) + " bytes of manifest");
@@ -129,6 +130,8 @@ public:
 
   const Manifest&                  GetManifest() const noexcept { return state_.manifest; }
   const std::vector<FoundSegment>& GetSegments() const noexcept { return segments_; }
+  // Files of linked segments, as the segments of other databases that they are.
+  const std::vector<FoundSegment>& GetSharedFiles() const noexcept { return sharedFiles_; }
   // A segment is missing, or nobody knows whether one is.
   bool IsIncomplete() const noexcept { return isIncomplete_; }
 
@@ -136,8 +139,42 @@ private:
   void Clear()
   {
     segments_.clear();
+    sharedFiles_.clear();
     isIncomplete_ = false;
     cutBytes_     = 0;
+  }
+
+  void OpenEntry(const SegmentEntry& entry, Texts& findings)
+  {
+    if (entry.IsLinked())
+      OpenLinked(entry, findings);
+    else
+      Open(GetSegmentName(entry.number), &entry, findings);
+  }
+
+  // Where no manifest tells.
+  void OpenByName(const std::string& name, Texts& findings)
+  {
+    const std::string own = name.substr(0, name.rfind('.')) + ".index";
+    if (std::binary_search(names_.begin(), names_.end(), own))
+      OpenLinked(ReadLinkHeader(StoreFile(files_, folder_ / own, FED_FileLayer::Read)), findings);
+    else
+      Open(name, nullptr, findings);
+  }
+
+  void OpenLinked(const SegmentEntry& entry, Texts& findings)
+  {
+    StoreFile own(files_, folder_ / GetLinkIndexName(entry.number), FED_FileLayer::Read);
+    if (!HasLinkHeader(own, entry))
+      findings.push_back(own.GetPath().string() + ": its header is damaged; no value is concerned");
+    const auto   open = [&] { return StoreFile(files_, folder_ / GetSegmentName(entry.number), FED_FileLayer::Read); };
+    FoundSegment found;
+    found.segment = std::make_unique<Segment>(open(), std::move(own), entry);
+    segments_.push_back(std::move(found));
+    // The other file is a whole segment by itself.
+    sharedFiles_.push_back(FindSegment(open(), nullptr));
+    const Texts& told = sharedFiles_.back().findings;
+    findings.insert(findings.end(), told.begin(), told.end());
   }
 
   // @param entry null when no manifest tells
@@ -155,7 +192,8 @@ private:
   FED_FileLayer&            files_;
   Texts                     names_;
   ManifestState             state_;
-  std::vector<FoundSegment> segments_;          // all with a segment
+  std::vector<FoundSegment> segments_;  // all with a segment
+  std::vector<FoundSegment> sharedFiles_;
   std::size_t               cutBytes_     = 0;  // of the manifest, that are no whole commit
   bool                      isIncomplete_ = false;
 };
@@ -362,6 +400,17 @@ void CheckParts(const std::vector<FoundSegment>& segments, const StoredState& st
     });
 }
 
+// Checks all bytes of files that are shared with other databases.
+void CheckSharedFiles(const std::vector<FoundSegment>& files, FED_DatabaseReport& report)
+{
+  for (const FoundSegment& found : files)
+    Attempt(report.findings, [&] {
+      if (!found.header || found.segment == nullptr) return;
+      const Texts damage = FindDamage(*found.segment, *found.header, nullptr);
+      report.findings.insert(report.findings.end(), damage.begin(), damage.end());
+    });
+}
+
 void CheckDescriptors(const StoredState& state, FED_DatabaseReport& report)
 {
   std::map<FED_DataDescriptor, BlockUid> known;
@@ -552,6 +601,7 @@ FED_DatabaseReport FED_InspectDatabase(const std::filesystem::path& folder, FED_
   for (const FoundSegment& found : inspected.GetSegments())
     Attempt(report.findings, [&] { RequireBlocksBelow(*found.segment, inspected.GetManifest().nextBlock); });
   CheckParts(inspected.GetSegments(), state, report);
+  CheckSharedFiles(inspected.GetSharedFiles(), report);
   for (const StoredState::Block* block : SortBlocks(state)) CheckBlock(*block, report);
   CheckIds(state, report);
   return report;

@@ -248,6 +248,11 @@ std::error_code FED_FileLayer::Rename(const std::filesystem::path& from, const s
   return std::rename(from.c_str(), to.c_str()) != 0 ? LastError() : std::error_code();
 }
 
+std::error_code FED_FileLayer::Link(const std::filesystem::path& from, const std::filesystem::path& to)
+{
+  return ::link(from.c_str(), to.c_str()) != 0 ? LastError() : std::error_code();
+}
+
 std::error_code FED_FileLayer::Remove(const std::filesystem::path& path)
 {
   return std::remove(path.c_str()) != 0 && errno != ENOENT ? LastError() : std::error_code();

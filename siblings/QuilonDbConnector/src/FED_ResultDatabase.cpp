@@ -1,6 +1,7 @@
 #include "bundled/FED_ResultDatabase.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <set>
 #include <utility>
@@ -123,7 +124,31 @@ struct FED_ResultDatabase::Disk
   std::set<FED_DataDescriptor> undeclared;  // blocks that are new, or whose format is
   std::vector<BlockUid>        deleted;     // blocks that the store has
   bool                         namesChanged = false;
+  // By entity kind, how many ids there have to be for ever, since linked records stand at indices behind them; 0: any.
+  std::array<std::size_t, FED_ResultIdMapsPool::kNumKinds> fixedIds{};
 };
+
+namespace {
+
+using Translations = std::array<KeyTranslation, FED_ResultIdMapsPool::kNumKinds>;
+
+// Adds the ids of a kind.
+// @return the indices here by those there; empty when they are the same
+KeyTranslation TakeIds(const SegmentStore& from, int kind, FED_ResultIdMapsPool& pool)
+{
+  std::vector<std::int32_t> ids(from.GetIdCount(kind));
+  if (!ids.empty()) from.ReadIds(kind, ids.data());
+  KeyTranslation keys(ids.size() + 1);
+  bool           isSame = true;
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    keys[i + 1] = static_cast<std::uint32_t>(pool.FindOrAddIndex(kind, ids[i]));
+    isSame      = isSame && keys[i + 1] == i + 1;
+  }
+  if (isSame) keys.clear();
+  return keys;
+}
+
+}  // namespace
 
 FED_ResultDatabase::FED_ResultDatabase() = default;
 
@@ -150,6 +175,57 @@ bool FED_ResultDatabase::IsInitialized() const { return true; }
 void FED_ResultDatabase::Commit() { Publish(false); }
 
 void FED_ResultDatabase::Compact() { Publish(true); }
+
+FED_LinkReport FED_ResultDatabase::LinkBlocks(const std::filesystem::path&           source,
+                                              const std::vector<FED_DataDescriptor>& descriptors)
+{
+  if (disk_ == nullptr)
+    throw FED_Failure("FED_ResultDatabase: a database in memory takes no files, expected one on disk", kTag);
+  RequireWriter();
+  const SegmentStore                               from(source, SegmentStore::ReadOnly, disk_->store.GetFiles());
+  std::map<FED_DataDescriptor, const StoredBlock*> known;
+  for (const StoredBlock* block : from.GetBlocks()) known[block->descriptor] = block;
+  for (const FED_DataDescriptor& descriptor : descriptors) {
+    if (known.count(descriptor) == 0)
+      ThrowBlockFailure(descriptor, "the database " + source.string() + " has no such block", kTag);
+    if (HasDataBlock(descriptor)) ThrowBlockFailure(descriptor, "the database has it already", kTag);
+  }
+  Translations translations;
+  for (int kind = 0; kind < FED_ResultIdMapsPool::kNumKinds; ++kind) {
+    const auto at    = static_cast<std::size_t>(kind);
+    translations[at] = TakeIds(from, kind, idMaps_);
+    if (disk_->fixedIds[at] > 0 && idMaps_.GetCount(kind) != disk_->fixedIds[at])
+      ThrowFileFailure(source, "it has ids of entity kind " + std::to_string(kind) +
+                                   " that would become those of records that have none");
+  }
+  const KeyTranslation                same;
+  std::vector<LinkedBlock>            linked;
+  std::map<FED_DataDescriptor, Entry> made;
+  for (const FED_DataDescriptor& descriptor : descriptors) {
+    const StoredBlock& block = *known[descriptor];
+    if (block.rowCount == 0) {
+      CreateDataBlock(descriptor, 0, 0, block.format.ToString());
+      continue;
+    }
+    const auto onf  = static_cast<FED_OnfId>(descriptor.values[FED_DataDescriptor::OnfId]);
+    const int  kind = FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
+    const auto at   = static_cast<std::size_t>(kind);
+    linked.push_back({block.uid, disk_->store.TakeUid(), &same});
+    if (kind < FED_ResultIdMapsPool::kNumKinds) {
+      linked.back().keys = &translations[at];
+      if (block.maxKey > from.GetIdCount(kind)) {
+        if (!translations[at].empty() || idMaps_.GetCount(kind) != from.GetIdCount(kind))
+          ThrowBlockFailure(descriptor, "a record stands at an index that no id has; it has no place beside other ids",
+                            kTag);
+        disk_->fixedIds[at] = idMaps_.GetCount(kind);
+      }
+    }
+    made.emplace(descriptor, Entry{linked.back().here, nullptr});
+  }
+  const SegmentStore::Linked report = disk_->store.Link(from, linked);
+  blocks_.merge(made);
+  return {report.segments, report.copies, report.linkedBytes, report.copiedBytes};
+}
 
 FED_DataBlock* FED_ResultDatabase::CreateDataBlock(const FED_DataDescriptor& descriptor, std::size_t firstSize,
                                                    std::size_t, const std::string&                   recordFormat)

@@ -15,6 +15,8 @@ constexpr std::string_view kFirstWord     = "quilon-database";
 constexpr std::string_view kCommitWord    = "commit ";
 constexpr std::string_view kSegmentPrefix = "segment-";
 constexpr std::string_view kSegmentSuffix = ".h5";
+constexpr std::string_view kIndexSuffix   = ".index";
+constexpr std::string_view kLinkedWord    = "linked ";
 constexpr std::size_t      kSegmentDigits = 6;
 
 // Reads the text word by word. A word ends at a blank or at the end of its line.
@@ -96,11 +98,19 @@ bool TakeCommit(std::string_view line, ManifestState& state)
 SegmentEntry TakeSegment(ManifestText& text)
 {
   SegmentEntry segment;
-  text.TakeText("segment ");
+  const bool   isLinked = text.StartsWith(kLinkedWord);
+  text.TakeText(isLinked ? kLinkedWord : "segment ");
   for (std::uint64_t* number :
        {&segment.number, &segment.first, &segment.last, &segment.fileBytes, &segment.indexOffset, &segment.indexBytes})
   {
     *number = text.TakeNumber();
+    text.TakeText(" ");
+  }
+  if (isLinked) {
+    segment.linkedBytes = text.TakeNumber();
+    if (segment.linkedBytes == 0 || segment.linkedBytes >= segment.fileBytes ||
+        segment.indexOffset < segment.linkedBytes)
+      text.Fail("the bytes of a linked file, of which the index is no part");
     text.TakeText(" ");
   }
   segment.indexChecksum = text.TakeNumber(16);
@@ -108,20 +118,39 @@ SegmentEntry TakeSegment(ManifestText& text)
   return segment;
 }
 
+std::string GetFileName(std::uint64_t number, std::string_view suffix)
+{
+  std::string digits = std::to_string(number);
+  if (digits.size() < kSegmentDigits) digits.insert(0, kSegmentDigits - digits.size(), '0');
+  return std::string(kSegmentPrefix) + digits + std::string(suffix);
+}
+
+bool HasNumberAnd(std::string_view suffix, const std::string& name)
+{
+  if (name.size() < kSegmentPrefix.size() + kSegmentDigits + suffix.size()) return false;
+  const std::size_t digits = name.size() - kSegmentPrefix.size() - suffix.size();
+  return name.compare(0, kSegmentPrefix.size(), kSegmentPrefix) == 0 &&
+         name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0 &&
+         name.find_first_not_of("0123456789", kSegmentPrefix.size()) == kSegmentPrefix.size() + digits;
+}
+
 }  // namespace
 
 std::string EncodeManifest(const Manifest& manifest)
 {
+  const bool  isLinked = std::any_of(manifest.segments.begin(), manifest.segments.end(),
+                                     [](const SegmentEntry& segment) { return segment.IsLinked(); });
   std::string text(kFirstWord);
-  text += ' ' + std::to_string(kDatabaseFormatVersion) + '\n';
+  text += ' ' + std::to_string(isLinked ? kLinkedFormatVersion : kDatabaseFormatVersion) + '\n';
   text += "generation " + std::to_string(manifest.generation) + '\n';
   text += "next-segment " + std::to_string(manifest.nextSegment) + '\n';
   text += "next-block " + std::to_string(manifest.nextBlock) + '\n';
   for (const SegmentEntry& segment : manifest.segments) {
-    text += "segment";
+    text += segment.IsLinked() ? "linked" : "segment";
     for (const std::uint64_t number :
          {segment.number, segment.first, segment.last, segment.fileBytes, segment.indexOffset, segment.indexBytes})
       text += ' ' + std::to_string(number);
+    if (segment.IsLinked()) text += ' ' + std::to_string(segment.linkedBytes);
     text += ' ' + FormatChecksum(segment.indexChecksum) + '\n';
   }
   text += "checksum " + FormatChecksum(GetChecksum(text.data(), text.size())) + '\n';
@@ -158,7 +187,7 @@ ManifestState DecodeManifest(const std::string& text, const std::filesystem::pat
   ManifestState state;
   Manifest&     manifest = state.manifest;
   state.version          = in.TakeNumber();
-  RequireFormatVersion(state.version, path);
+  RequireFormatVersion(state.version, kLinkedFormatVersion, path);
   state.wholeBytes = RequireChecksum(text, path);
   in.TakeText("\n");
   in.TakeText("generation ");
@@ -170,7 +199,7 @@ ManifestState DecodeManifest(const std::string& text, const std::filesystem::pat
   in.TakeText("next-block ");
   manifest.nextBlock = in.TakeNumber();
   in.TakeText("\n");
-  while (in.StartsWith("segment ")) {
+  while (in.StartsWith("segment ") || (state.version >= kLinkedFormatVersion && in.StartsWith(kLinkedWord))) {
     const SegmentEntry  segment = TakeSegment(in);
     const std::uint64_t before  = manifest.segments.empty() ? 0 : manifest.segments.back().last;
     if (segment.first <= before || segment.last < segment.first || segment.number < segment.last ||
@@ -190,25 +219,22 @@ ManifestState DecodeManifest(const std::string& text, const std::filesystem::pat
   }
 }
 
-void RequireFormatVersion(std::uint64_t version, const std::filesystem::path& path)
+void RequireFormatVersion(std::uint64_t version, std::uint64_t newest, const std::filesystem::path& path)
 {
-  if (version >= 1 && version <= kDatabaseFormatVersion) return;
+  if (version >= 1 && version <= newest) return;
   ThrowFileFailure(path, "the database has format version " + std::to_string(version) +
-                             ", this program reads versions 1 to " + std::to_string(kDatabaseFormatVersion));
+                             ", this program reads versions 1 to " + std::to_string(newest));
 }
 
-std::string GetSegmentName(std::uint64_t number)
-{
-  std::string digits = std::to_string(number);
-  if (digits.size() < kSegmentDigits) digits.insert(0, kSegmentDigits - digits.size(), '0');
-  return std::string(kSegmentPrefix) + digits + std::string(kSegmentSuffix);
-}
+std::string GetSegmentName(std::uint64_t number) { return GetFileName(number, kSegmentSuffix); }
 
-bool IsSegmentName(const std::string& name)
+std::string GetLinkIndexName(std::uint64_t number) { return GetFileName(number, kIndexSuffix); }
+
+bool IsSegmentName(const std::string& name) { return HasNumberAnd(kSegmentSuffix, name); }
+
+bool IsLinkIndexName(const std::string& name) { return HasNumberAnd(kIndexSuffix, name); }
+
+bool IsFileOf(const SegmentEntry& segment, const std::string& name)
 {
-  if (name.size() < kSegmentPrefix.size() + kSegmentDigits + kSegmentSuffix.size()) return false;
-  const std::size_t digits = name.size() - kSegmentPrefix.size() - kSegmentSuffix.size();
-  return name.compare(0, kSegmentPrefix.size(), kSegmentPrefix) == 0 &&
-         name.compare(name.size() - kSegmentSuffix.size(), kSegmentSuffix.size(), kSegmentSuffix) == 0 &&
-         name.find_first_not_of("0123456789", kSegmentPrefix.size()) == kSegmentPrefix.size() + digits;
+  return name == GetSegmentName(segment.number) || (segment.IsLinked() && name == GetLinkIndexName(segment.number));
 }

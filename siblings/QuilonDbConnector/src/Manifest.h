@@ -12,6 +12,10 @@
 /// Version of the layout of manifests and segments that this code writes. It reads all up to it.
 inline constexpr std::uint32_t kDatabaseFormatVersion = 2;
 
+/// Version of the layout of manifests that name linked segments. Those that name none keep the version above, so that
+/// older programs read them.
+inline constexpr std::uint32_t kLinkedFormatVersion = 3;
+
 /// A segment as the manifest names it.
 struct SegmentEntry
 {
@@ -22,6 +26,11 @@ struct SegmentEntry
   std::uint64_t indexOffset   = 0;
   std::uint64_t indexBytes    = 0;
   std::uint64_t indexChecksum = 0;
+  /// Of a linked segment: bytes of the file that is another database's segment as well. Places from there on are in the
+  /// file of its own, which stands beside. 0 for a segment whose only file is its own.
+  std::uint64_t linkedBytes = 0;
+
+  bool IsLinked() const noexcept { return linkedBytes > 0; }
 
   bool operator==(const SegmentEntry& other) const = default;
 };
@@ -69,11 +78,24 @@ std::string AppendCommit(ManifestState& state, const SegmentEntry& segment, std:
 ///         known
 ManifestState DecodeManifest(const std::string& text, const std::filesystem::path& path);
 
+/// @param newest version that is known
 /// @throws FED_Failure that names the file and the versions unless it is known
-void RequireFormatVersion(std::uint64_t version, const std::filesystem::path& path);
+void RequireFormatVersion(std::uint64_t version, std::uint64_t newest, const std::filesystem::path& path);
 
 /// @return "segment-000012.h5"
 std::string GetSegmentName(std::uint64_t number);
 
+/// @return "segment-000012.index": the file of its own that a linked segment has beside the one that it shares
+std::string GetLinkIndexName(std::uint64_t number);
+
 /// @return whether a file name is that of a segment
 bool IsSegmentName(const std::string& name);
+
+/// @return whether a file name is that of a linked segment's own file
+bool IsLinkIndexName(const std::string& name);
+
+/// @return whether the file belongs to a segment, be it of any database
+inline bool IsFileOfSegment(const std::string& name) { return IsSegmentName(name) || IsLinkIndexName(name); }
+
+/// @return whether the file is one of those that a segment has
+bool IsFileOf(const SegmentEntry& segment, const std::string& name);

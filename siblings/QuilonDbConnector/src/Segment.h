@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "bundled/StoreFile.h"
 #include "ChunkStore.h"
@@ -14,6 +15,10 @@
 #include "SegmentIndex.h"
 
 /// A whole segment whose file is open. Its rows stay readable when the file is removed meanwhile.
+///
+/// A linked segment has two files, one behind the other as far as places are concerned: one that is a segment of
+/// another database as well, of which it shows some rows, and one of its own with the index, and with record indices
+/// where they are others than there.
 class Segment
 {
 public:
@@ -21,13 +26,26 @@ public:
   /// @param file open for reading
   /// @throws FED_Failure that names the file when it is not what the entry says
   Segment(StoreFile file, const SegmentEntry& entry);
+  /// A linked one.
+  /// @param own its own file, which has the index
+  Segment(StoreFile file, StoreFile own, const SegmentEntry& entry);
   /// One that was just written.
   Segment(StoreFile file, const SegmentEntry& entry, SegmentIndex index) noexcept;
+  Segment(StoreFile file, StoreFile own, const SegmentEntry& entry, SegmentIndex index) noexcept;
 
   const SegmentEntry&          GetEntry() const noexcept { return entry_; }
   const SegmentIndex&          GetIndex() const noexcept { return index_; }
   const StoreFile&             GetFile() const noexcept { return file_; }
   const std::filesystem::path& GetPath() const noexcept { return file_.GetPath(); }
+
+  /// Of a linked segment the file of its own.
+  const StoreFile& GetOwnFile() const noexcept { return own_; }
+
+  /// @return bytes of the file that has the values
+  std::uint64_t GetValueFileBytes() const noexcept { return entry_.IsLinked() ? entry_.linkedBytes : entry_.fileBytes; }
+
+  /// @return all files of the segment
+  std::vector<std::filesystem::path> GetPaths() const;
 
   /// @return bytes of data of an extent, keys and all
   std::uint64_t GetExtentBytes(std::size_t extent) const noexcept;
@@ -48,7 +66,11 @@ public:
              const std::function<std::string()>& what) const;
 
 private:
+  void              ReadAt(std::uint64_t offset, void* bytes, std::size_t count) const;
+  [[noreturn]] void ThrowDamage(const StoredBytes& stored, const std::string& what) const;
+
   StoreFile     file_;
+  StoreFile     own_;  // of a linked segment
   SegmentEntry  entry_;
   SegmentIndex  index_;
   std::uint64_t deadBytes_ = 0;

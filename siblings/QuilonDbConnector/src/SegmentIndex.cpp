@@ -297,7 +297,7 @@ SegmentIndex DecodeIndex(const std::uint8_t* bytes, std::size_t count, std::uint
   in.Require(std::memcmp(in.Take(sizeof(kIndexMagic)), kIndexMagic, sizeof(kIndexMagic)) == 0, "it is none");
   SegmentIndex index;
   index.version = in.Take32();
-  RequireFormatVersion(index.version, path);
+  RequireFormatVersion(index.version, kDatabaseFormatVersion, path);
   index.blocks.resize(in.TakeCount(kBlockBytes));
   std::string spelling;
   for (std::size_t i = 0; i < index.blocks.size(); ++i)
@@ -343,7 +343,7 @@ SegmentHeader DecodeHeader(const SegmentHeaderBytes& bytes, const std::filesyste
   if (std::memcmp(in.Take(sizeof(kHeaderMagic)), kHeaderMagic, sizeof(kHeaderMagic)) != 0)
     ThrowFileFailure(path, "not a segment of a database, or its header is damaged");
   header.version = in.Take32();
-  RequireFormatVersion(header.version, path);
+  RequireFormatVersion(header.version, kDatabaseFormatVersion, path);
   const std::size_t used = header.version == 1 ? kHeaderUsed1 : kSegmentTailBytes;
   ByteReader        checksum(bytes.data() + used - 8, 8, 0, path);
   if (checksum.Take64() != GetChecksum(bytes.data(), used - 8))

@@ -17,12 +17,15 @@ constexpr std::size_t   kSmallWidth     = 8;
 constexpr std::size_t   kLargeWidth     = 32;
 constexpr std::size_t   kMaxSegments    = 192;
 constexpr std::uint64_t kLeastDeadBytes = std::uint64_t{1} << 16;
+constexpr std::uint64_t kKeptLinkBytes  = std::uint64_t{1} << 22;
 
 std::size_t GetLevel(std::uint64_t bytes) noexcept
 {
   return static_cast<std::size_t>(std::upper_bound(std::begin(kLevelBytes), std::end(kLevelBytes), bytes) -
                                   std::begin(kLevelBytes));
 }
+
+bool IsKept(const SegmentSize& segment) noexcept { return segment.isLinked && segment.fileBytes > kKeptLinkBytes; }
 
 bool IsWorthIt(const std::vector<SegmentSize>& segments, const MergeWindow& window, std::size_t level)
 {
@@ -40,7 +43,7 @@ std::optional<MergeWindow> ChooseLevel(const std::vector<SegmentSize>& segments,
 {
   MergeWindow window{0, 0};
   for (std::size_t i = 0; i <= segments.size(); ++i) {
-    if (i < segments.size() && GetLevel(segments[i].fileBytes) <= level) {
+    if (i < segments.size() && !IsKept(segments[i]) && GetLevel(segments[i].fileBytes) <= level) {
       ++window.count;
       continue;
     }
@@ -53,7 +56,8 @@ std::optional<MergeWindow> ChooseLevel(const std::vector<SegmentSize>& segments,
 std::optional<MergeWindow> ChooseDead(const std::vector<SegmentSize>& segments)
 {
   for (std::size_t i = 0; i < segments.size(); ++i)
-    if (segments[i].deadBytes >= kLeastDeadBytes && segments[i].deadBytes > segments[i].fileBytes / 2)
+    if (!IsKept(segments[i]) && segments[i].deadBytes >= kLeastDeadBytes &&
+        segments[i].deadBytes > segments[i].fileBytes / 2)
       return MergeWindow{i, 1};
   return std::nullopt;
 }

@@ -17,6 +17,7 @@ struct SegmentSize
 {
   std::uint64_t fileBytes;
   std::uint64_t deadBytes;
+  bool          isLinked = false;  ///< its values are another database's as well
 };
 
 /// Neighbouring segments, in order.
@@ -32,6 +33,9 @@ struct MergeWindow
 /// (8 for small segments, 32 for large ones), unless one of them is larger than all others together: the bytes at least
 /// double, so each is moved a number of times that grows with the logarithm of what is stored. A segment whose bytes
 /// are mostly dead is written anew alone. More than 192 segments never stay.
+///
+/// Linked segments of more than 4 MiB stay as they are, so that values which databases share are not written anew,
+/// until there are too many segments.
 std::optional<MergeWindow> ChooseMerge(const std::vector<SegmentSize>& segments);
 
 /// Writes what is alive of neighbouring segments as one.

@@ -75,13 +75,16 @@ Unlisted TakeUnlistedCommit(FED_FileLayer& files, const std::filesystem::path& f
   return Unlisted::Taken;
 }
 
-// A commit that did not happen has no commits behind it: each is durable before the next begins.
+// A commit that did not happen has no commits behind it: each is durable before the next begins. What is linked may
+// have been a commit of another database.
 bool HasLaterCommit(FED_FileLayer& files, const std::filesystem::path& folder, const Manifest& manifest)
 {
   std::vector<std::string> names;
   RequireSuccess(files.List(folder, names), folder, "list");
   for (const std::string& name : names) {
     if (!IsSegmentName(name)) continue;
+    const std::string own = name.substr(0, name.rfind('.')) + ".index";
+    if (std::find(names.begin(), names.end(), own) != names.end()) continue;
     std::optional<SegmentHeader> header;
     ReadCommit(files, folder / name, header);  // one that a writer has removed meanwhile is none
     if (header && header->entry.number > manifest.nextSegment && header->commit->generation > manifest.generation + 1)
@@ -138,6 +141,18 @@ void RequireBlocksBelow(const Segment& segment, BlockUid next)
                                             ", the manifest says that all are below " + std::to_string(next));
 }
 
+namespace {
+
+// The paths of a segment that is closed and gone.
+std::vector<std::filesystem::path> TakePaths(std::unique_ptr<Segment>& segment)
+{
+  std::vector<std::filesystem::path> paths = segment->GetPaths();
+  segment.reset();
+  return paths;
+}
+
+}  // namespace
+
 // A merge that is written but not yet in force.
 struct SegmentStore::Merged
 {
@@ -177,9 +192,7 @@ void SegmentStore::Abandon() noexcept
   // Nobody can be told of what fails here; the next writer removes what is left.
   for (OpenSegment& open : segments_) {
     if (open.isPublished) continue;
-    const std::filesystem::path path = open.segment->GetPath();
-    open.segment.reset();
-    static_cast<void>(files_->Remove(path));
+    for (const std::filesystem::path& path : TakePaths(open.segment)) static_cast<void>(files_->Remove(path));
   }
   // One of them was a commit by itself: no loss of power brings it back.
   if (mark_) static_cast<void>(files_->FlushFolder(folder_));
@@ -273,6 +286,9 @@ const StoredBlock* SegmentStore::FindBlock(BlockUid uid) const noexcept
 void SegmentStore::RequireWriter() const
 {
   if (!isWriter_) ThrowFileFailure(folder_, "cannot write: the database is open for reading only");
+  if (isHalfLinked_)
+    ThrowFileFailure(folder_,
+                     "cannot write: taking blocks of another database in failed before; open the database again");
   if (isOutOfStep_) ThrowFileFailure(folder_, "cannot write: memory ran out before; open the database again");
 }
 
@@ -318,11 +334,57 @@ void SegmentStore::Write(const SegmentContents& contents, bool isLast)
   isOutOfStep_ = false;
 }
 
+SegmentStore::Linked SegmentStore::Link(const SegmentStore& source, const std::vector<LinkedBlock>& blocks)
+{
+  RequireWriter();
+  // Rows that count, by segment and in the order of its index.
+  std::map<const Segment*, std::map<std::size_t, const LinkedBlock*>> rowsOf;
+  for (const LinkedBlock& block : blocks)
+    for (const auto& [chunk, extents] : source.state_.FindBlock(block.there)->chunks)
+      for (const ExtentRef& extent : extents) rowsOf[extent.segment].emplace(extent.position, &block);
+  Linked             linked;
+  std::set<BlockUid> declared;  // uids here
+  mark_.reset();
+  isHalfLinked_ = true;
+  for (const OpenSegment& open : source.segments_) {
+    const auto found = rowsOf.find(open.segment.get());
+    if (found == rowsOf.end()) continue;
+    std::vector<LinkedRows> rows;
+    rows.reserve(found->second.size());
+    for (const auto& [extent, block] : found->second) rows.push_back({extent, block});
+    LinkRows(*open.segment, rows, source, declared, linked);
+  }
+  isHalfLinked_ = false;
+  return linked;
+}
+
+void SegmentStore::LinkRows(const Segment& from, const std::vector<LinkedRows>& rows, const SegmentStore& source,
+                            std::set<BlockUid>& declared, Linked& linked)
+{
+  MergeUnpublished();
+  std::vector<StoredBlock> blocks;
+  for (const LinkedRows& row : rows) {
+    if (!declared.insert(row.block->here).second) continue;
+    blocks.push_back(source.state_.FindBlock(row.block->there)->stored);
+    blocks.back().uid      = row.block->here;
+    blocks.back().rowCount = blocks.back().maxKey = 0;
+  }
+  SegmentEntry entry;
+  entry.number = entry.first = entry.last = nextSegment_++;
+  segments_.reserve(segments_.size() + 1);
+  LinkedSegment made = LinkSegment(*files_, folder_, entry, from, std::move(blocks), rows);
+  ++linked.segments;
+  linked.copies += made.isCopied ? 1 : 0;
+  (made.isCopied ? linked.copiedBytes : linked.linkedBytes) += from.GetValueFileBytes();
+  segments_.push_back({std::move(made.segment), false});
+  state_.Add(*segments_.back().segment);
+}
+
 // A small segment can be a commit by itself where nothing else is to be told, and no merge is due.
 std::optional<CommitMark> SegmentStore::ChooseCommitMark(std::uint64_t number, std::uint64_t fileBytes) const
 {
   const bool isPossible = isInManifest_ && !isUncertain_ && !isLogBroken_ &&
-                          published_.version == kDatabaseFormatVersion && published_.commits < kMaxAppended &&
+                          published_.version >= kDatabaseFormatVersion && published_.commits < kMaxAppended &&
                           number == published_.manifest.nextSegment && fileBytes <= kMaxCommitBytes &&
                           CountPublished() == segments_.size();
   if (!isPossible) return std::nullopt;
@@ -434,7 +496,7 @@ void SegmentStore::CreateEmpty()
   for (const std::string& name : names) {
     if (name == kManifestName) ThrowFileFailure(folder_, "cannot create a database: there is one already");
     // What a writer left that never published is no obstacle.
-    if (name != kLockName && name != kNewManifestName && !IsSegmentName(name))
+    if (name != kLockName && name != kNewManifestName && !IsFileOfSegment(name))
       ThrowFileFailure(folder_, "cannot create a database: the folder is not empty, it has \"" + name + "\"");
   }
   LockFolder();
@@ -466,9 +528,9 @@ void SegmentStore::RemoveLeftovers()
   RequireSuccess(files_->List(folder_, names), folder_, "list");
   for (const std::string& name : names) {
     const auto& segments = published_.manifest.segments;
-    const auto  isOurs   = [&](const SegmentEntry& entry) { return GetSegmentName(entry.number) == name; };
+    const auto  isOurs   = [&](const SegmentEntry& entry) { return IsFileOf(entry, name); };
     const bool  isLeft =
-        name == kNewManifestName || (IsSegmentName(name) && std::none_of(segments.begin(), segments.end(), isOurs));
+        name == kNewManifestName || (IsFileOfSegment(name) && std::none_of(segments.begin(), segments.end(), isOurs));
     if (isLeft) RequireSuccess(files_->Remove(folder_ / name), folder_ / name, "remove");
   }
 }
@@ -479,7 +541,12 @@ void SegmentStore::OpenSegments()
   state_ = {};
   for (const SegmentEntry& entry : published_.manifest.segments) {
     StoreFile file(*files_, folder_ / GetSegmentName(entry.number), FED_FileLayer::Read);
-    segments_.push_back({std::make_unique<Segment>(std::move(file), entry), true});
+    if (!entry.IsLinked()) {
+      segments_.push_back({std::make_unique<Segment>(std::move(file), entry), true});
+      continue;
+    }
+    StoreFile own(*files_, folder_ / GetLinkIndexName(entry.number), FED_FileLayer::Read);
+    segments_.push_back({std::make_unique<Segment>(std::move(file), std::move(own), entry), true});
   }
   for (const OpenSegment& open : segments_) {
     RequireBlocksBelow(*open.segment, nextBlock_);
@@ -496,6 +563,7 @@ bool SegmentStore::IsCompact() const
   if (segments_.size() > 1) return false;
   const Segment&      segment = *segments_.front().segment;
   const SegmentIndex& index   = segment.GetIndex();
+  if (segment.GetEntry().IsLinked()) return false;
   if (index.version < kDatabaseFormatVersion || segment.GetDeadBytes() > 0 || !index.deleted.empty()) return false;
   return std::all_of(index.extents.begin(), index.extents.end(), [&](const IndexExtent& extent) {
     return state_.FindBlock(extent.block)->chunks.at(extent.chunk).size() == 1;
@@ -516,7 +584,8 @@ std::vector<SegmentSize> SegmentStore::GetSizes(std::size_t first) const
 {
   std::vector<SegmentSize> sizes;
   for (std::size_t i = first; i < segments_.size(); ++i)
-    sizes.push_back({segments_[i].segment->GetEntry().fileBytes, segments_[i].segment->GetDeadBytes()});
+    sizes.push_back({segments_[i].segment->GetEntry().fileBytes, segments_[i].segment->GetDeadBytes(),
+                     segments_[i].segment->GetEntry().IsLinked()});
   return sizes;
 }
 
@@ -546,7 +615,7 @@ SegmentStore::Merged SegmentStore::PrepareMerge(const MergeWindow& window)
   merged.count = window.count;
   for (std::size_t i = window.first; i < window.first + window.count; ++i) {
     segments.push_back(segments_[i].segment.get());
-    merged.replaced.push_back(segments_[i].segment->GetPath());
+    for (std::filesystem::path& path : segments_[i].segment->GetPaths()) merged.replaced.push_back(std::move(path));
   }
   merged.segments.reserve(segments_.size() - window.count + 1);
   merged.segment     = MergeSegments(*files_, folder_, segments, window.first == 0, nextSegment_++, state_);

@@ -9,12 +9,14 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "ChunkStore.h"
 #include "Manifest.h"
 #include "Segment.h"
+#include "SegmentLink.h"
 #include "SegmentMerge.h"
 #include "SegmentWriter.h"
 #include "StoredState.h"
@@ -87,6 +89,8 @@ public:
   /// writing
   void RequireWriter() const;
 
+  FED_FileLayer& GetFiles() const noexcept { return *files_; }
+
   /// @return a uid for a new block
   BlockUid TakeUid() noexcept { return nextBlock_++; }
   /// @return whether a block has to be among the contents' blocks: it is new, or has its format since
@@ -96,6 +100,19 @@ public:
   /// @param isLast Publish() follows at once
   /// @throws FED_Failure that names the file; without effect when a reader asks
   void Write(const SegmentContents& contents, bool isLast = false);
+
+  /// Takes rows of blocks of another database as rows of blocks here, to be published. Values are not read. When it
+  /// throws, all that was not published is lost, and nothing can be written any more.
+  /// @param blocks new here; those without rows are not for this call
+  /// @throws FED_Failure that names a file; without effect when a reader asks
+  struct Linked
+  {
+    std::size_t   segments    = 0;
+    std::size_t   copies      = 0;  ///< of files that got no second name
+    std::uint64_t linkedBytes = 0;  ///< of files
+    std::uint64_t copiedBytes = 0;
+  };
+  Linked Link(const SegmentStore& source, const std::vector<LinkedBlock>& blocks);
 
   /// Makes everything that was written durable, and merges segments where they pile up.
   /// @param compacts merge all segments into one
@@ -112,17 +129,19 @@ private:
 
   struct Merged;
 
-  void                      OpenForReading();
-  void                      OpenForWriting();
-  void                      CreateEmpty();
-  std::string               ReadManifest() const { return ReadManifestText(*files_, folder_); }
-  void                      LockFolder();
-  void                      RemoveLeftovers();
-  void                      TakeState(ManifestState state);
-  void                      OpenSegments();
-  bool                      IsCompact() const;
-  Segment&                  FindSegment(const StoredExtent& extent) const;
-  const IndexExtent&        FindExtent(const StoredExtent& extent) const;
+  void               OpenForReading();
+  void               OpenForWriting();
+  void               CreateEmpty();
+  std::string        ReadManifest() const { return ReadManifestText(*files_, folder_); }
+  void               LockFolder();
+  void               RemoveLeftovers();
+  void               TakeState(ManifestState state);
+  void               OpenSegments();
+  void               LinkRows(const Segment& from, const std::vector<LinkedRows>& rows, const SegmentStore& source,
+                              std::set<BlockUid>& declared, Linked& linked);
+  bool               IsCompact() const;
+  Segment&           FindSegment(const StoredExtent& extent) const;
+  const IndexExtent& FindExtent(const StoredExtent& extent) const;
   std::vector<SegmentSize>  GetSizes(std::size_t first) const;
   std::size_t               CountPublished() const noexcept;
   void                      MergeUnpublished();
@@ -146,6 +165,7 @@ private:
   bool                      isInManifest_ = false;  // a manifest is there
   bool                      isFolderOurs_ = false;  // made, and no manifest yet
   bool                      isOutOfStep_  = false;  // memory ran out while the state grew
+  bool                      isHalfLinked_ = false;  // of another database's rows some were taken
   bool                      isUncertain_  = false;  // a publication failed when it may have been in force already
   bool                      isLogBroken_  = false;  // a commit in force has no line in the manifest
   ManifestState             published_;

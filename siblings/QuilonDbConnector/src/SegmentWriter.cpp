@@ -12,6 +12,7 @@
 #include "Checksum.h"
 #include "SegmentSkeleton.h"
 #include "Statistics.h"
+#include "UnfinishedFile.h"
 
 namespace {
 
@@ -315,28 +316,6 @@ private:
   std::optional<SegmentSkeleton> skeleton_;
   RunningChecksum                checksum_;    // of the column that is written
   ColumnStatistics               statistics_;  // of it
-};
-
-// Removes the file unless it was kept.
-class UnfinishedFile
-{
-public:
-  UnfinishedFile(FED_FileLayer& files, const std::filesystem::path& path) : files_(files), path_(path) {}
-  UnfinishedFile(const UnfinishedFile&)            = delete;
-  UnfinishedFile& operator=(const UnfinishedFile&) = delete;
-  ~UnfinishedFile()
-  {
-    if (isKept_) return;
-    // What cannot be removed now goes when the next writer opens the database.
-    static_cast<void>(files_.Remove(path_));
-  }
-
-  void Keep() noexcept { isKept_ = true; }
-
-private:
-  FED_FileLayer&               files_;
-  const std::filesystem::path& path_;
-  bool                         isKept_ = false;
 };
 
 std::string GetIndexLabel(int index, int value)

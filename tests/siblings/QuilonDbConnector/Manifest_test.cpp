@@ -70,8 +70,8 @@ TEST(Manifest, EveryOtherByteAndEveryShorterTextIsRefused)
 
 TEST(Manifest, OtherFormatVersionIsRefusedWithBothVersionsNamed)
 {
-  EXPECT_EQ(Decode("quilon-database 3\nwhatever comes then\n"),
-            "a.fed/manifest: the database has format version 3, this program reads versions 1 to 2");
+  EXPECT_EQ(Decode("quilon-database 4\nwhatever comes then\n"),
+            "a.fed/manifest: the database has format version 4, this program reads versions 1 to 3");
 }
 
 TEST(Manifest, SegmentsOutOfOrderAreRefused)

@@ -189,10 +189,10 @@ TEST_F(Damage, ANewerFormatVersionIsRefusedWithBothVersions)
   const fs::path manifest = database_ / "manifest";
   std::string    text     = ReadFile(manifest);
   ASSERT_EQ(text.rfind("quilon-database 2\n", 0), 0U);
-  text.replace(0, 17, "quilon-database 3");
+  text.replace(0, 17, "quilon-database 4");
   WriteFile(manifest, text);
   const std::string message =
-      manifest.string() + ": the database has format version 3, this program reads versions 1 to 2";
+      manifest.string() + ": the database has format version 4, this program reads versions 1 to 3";
   for (const auto access : {FED_ResultDatabase::ReadOnly, FED_ResultDatabase::ReadWrite})
     EXPECT_EQ(MessageOf([&] { FED_ResultDatabase(database_, access); }), message);
   EXPECT_EQ(ReadFile(manifest), text);

@@ -86,6 +86,9 @@ public:
 
   /// Replaces any file at the target, in one step.
   [[nodiscard]] virtual std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to);
+  /// Gives a file another name, in a folder of the same file system; nothing may have that name. Where there are no
+  /// such names, or the file must not have one, that is an error as well.
+  [[nodiscard]] virtual std::error_code Link(const std::filesystem::path& from, const std::filesystem::path& to);
   /// Removes a file or an empty folder; one that is not there is no error.
   [[nodiscard]] virtual std::error_code Remove(const std::filesystem::path& path);
 

@@ -36,6 +36,15 @@ struct FED_ResultDatabaseOptions
   FED_FileLayer* files = nullptr;
 };
 
+/// What became of the files of blocks that were linked.
+struct FED_LinkReport
+{
+  std::size_t   segments    = 0;  ///< files
+  std::size_t   copies      = 0;  ///< of them that were copied: the file system gave them no second name
+  std::uint64_t linkedBytes = 0;  ///< of files that both databases have now
+  std::uint64_t copiedBytes = 0;
+};
+
 /// A database in memory or on disk. Blocks are columns (see FED_ColumnDataBlock); a block object stays where it is
 /// until the block is deleted.
 ///
@@ -81,6 +90,17 @@ public:
   /// Commits, and rewrites what is alive into one segment: bytes of deleted and replaced rows are given back. Readers
   /// keep what they have opened.
   void Compact();
+
+  /// Takes blocks of another database on disk in without reading a value: the segments that hold them get a second name
+  /// in this database's folder, or are copied where the file system gives none, and an index beside each tells which of
+  /// its rows are here and by which record indices. Ids of the other database are added; records stay with their ids.
+  /// Names of user kinds are not taken. All of it becomes part of the database with Commit().
+  /// @param source      folder of a database of its own, as its last commit left it
+  /// @param descriptors that it has and this one has not
+  /// @throws FED_Failure that names the folder, a file or a block: for a descriptor that is missing there or present
+  ///         here, and for a record at an index that no id has where the other's indices are not those here. When a
+  ///         file fails, what was not committed is lost and this object writes no more.
+  FED_LinkReport LinkBlocks(const std::filesystem::path& source, const std::vector<FED_DataDescriptor>& descriptors);
 
   /// @param firstSize    expected records
   /// @param secondSize   without effect
