@@ -132,7 +132,9 @@ void Publication::CheckFolder(Form form) const
   const auto isLeftover = [&](const std::string& file) { return IsLeftover(file, isOnf_); };
   if (HasOnly(folder_, isLeftover)) return;
   // A first import that was killed looks like a database that lost its manifest. Who writes here would remove both.
-  const auto isSegment = [](const std::string& file) { return file.starts_with("segment-") && file.ends_with(".h5"); };
+  const auto isSegment = [](const std::string& file) {
+    return file.starts_with("segment-") && (file.ends_with(".h5") || file.ends_with(".index"));
+  };
   const bool hasSegments =
       !isOnf_ && HasOnly(folder_, [&](const std::string& file) { return isLeftover(file) || isSegment(file); });
   if (isDatabase()) return;  // another program has made it meanwhile
