@@ -31,23 +31,6 @@ namespace quilon {
 
 namespace {
 
-/// The log of the library goes to the console for as long as this object lives.
-class LogToConsole
-{
-public:
-  explicit LogToConsole(Console& console)
-      : former_(QuilonLog::SetSink([&console](const QuilonLog::Line& line) { console.Log(line.type, line.text); }))
-  {
-    QuilonLog::SetProgramName("quilon");
-  }
-  LogToConsole(const LogToConsole&)            = delete;
-  LogToConsole& operator=(const LogToConsole&) = delete;
-  ~LogToConsole() { QuilonLog::SetSink(std::move(former_)); }
-
-private:
-  QuilonLog::Sink former_;
-};
-
 /// ONF text is read and written through files that stop for an interrupt, for as long as this object lives.
 class InterruptibleOnfText
 {
@@ -188,10 +171,10 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
 /// Runs the command line and reports what goes wrong, once there is something to report with.
 int RunReporting(int argc, const char* const* argv)
 {
-  Console                    console;
-  Output                     output;
-  const LogToConsole         log(console);
-  const InterruptibleOnfText onfText;
+  Console                     console;
+  Output                      output;
+  const QuilonLog::ScopedSink log([&console](const QuilonLog::Line& line) { console.Log(line.type, line.text); });
+  const InterruptibleOnfText  onfText;
   output.BeforeText([&console] { console.ClearProgress(); });
   try {
     const std::vector<const char*> arguments = Unfold(argc, argv);

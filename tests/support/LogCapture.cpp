@@ -1,15 +1,6 @@
 #include "LogCapture.h"
 
-#include <utility>
-
 namespace quilon_test {
-
-LogCapture::LogCapture()
-{
-  former_ = QuilonLog::SetSink([this](const QuilonLog::Line& line) { lines_.push_back(line); });
-}
-
-LogCapture::~LogCapture() { QuilonLog::SetSink(std::move(former_)); }
 
 std::vector<std::string> LogCapture::GetTexts() const
 {

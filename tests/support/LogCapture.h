@@ -14,8 +14,7 @@ namespace quilon_test {
 class LogCapture
 {
 public:
-  LogCapture();
-  ~LogCapture();
+  LogCapture()                             = default;
   LogCapture(const LogCapture&)            = delete;
   LogCapture& operator=(const LogCapture&) = delete;
 
@@ -32,7 +31,7 @@ public:
 
 private:
   std::vector<QuilonLog::Line> lines_;
-  QuilonLog::Sink              former_;
+  QuilonLog::ScopedSink        sink_{[this](const QuilonLog::Line& line) { lines_.push_back(line); }};
 };
 
 }  // namespace quilon_test

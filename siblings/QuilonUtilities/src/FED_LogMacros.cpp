@@ -89,7 +89,23 @@ QuilonLog::Sink QuilonLog::SetSink(Sink sink)
   auto                                        next  = std::make_shared<const Sink>(std::move(sink));
   LogState&                                   state = State();
   const std::lock_guard<std::recursive_mutex> lock(state.mutex);
-  return *std::exchange(state.sink, std::move(next));
+  Sink                                        former = *state.sink;  // copied before anything changes
+  state.sink.swap(next);
+  return former;
+}
+
+QuilonLog::ScopedSink::ScopedSink(Sink sink) : former_(std::make_shared<const Sink>(std::move(sink)))
+{
+  LogState&                                   state = State();
+  const std::lock_guard<std::recursive_mutex> lock(state.mutex);
+  state.sink.swap(former_);
+}
+
+QuilonLog::ScopedSink::~ScopedSink()
+{
+  LogState&                                   state = State();
+  const std::lock_guard<std::recursive_mutex> lock(state.mutex);
+  state.sink.swap(former_);
 }
 
 void QuilonLog::SetProgramName(const std::string& name)

@@ -14,13 +14,7 @@ namespace conformance {
 /// Runs `action` and adds the text of every line that it logs to `texts`.
 inline void CatchBundledLog(const std::function<void()>& action, std::vector<std::string>& texts)
 {
-  // Set back on the way of an exception too: the sink refers to `texts`.
-  struct Restore
-  {
-    QuilonLog::Sink former;
-    ~Restore() { QuilonLog::SetSink(former); }
-  };
-  const Restore restore{QuilonLog::SetSink([&texts](const QuilonLog::Line& line) { texts.push_back(line.text); })};
+  const QuilonLog::ScopedSink sink([&texts](const QuilonLog::Line& line) { texts.push_back(line.text); });
   action();
 }
 

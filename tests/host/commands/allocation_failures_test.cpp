@@ -88,8 +88,8 @@ protected:
     return quilon_test::StateOf(FED_ResultDatabase(trial_, FED_ResultDatabase::ReadOnly));
   }
 
-  /// Lets allocations of the command fail, one in each run: the first ones, where the program starts, and others evenly
-  /// spread over all. QUILON_ALLOCATIONS says how many.
+  /// Lets allocations of the command fail, one in each run: the first ones, where the program starts, the last ones,
+  /// where it ends, and others evenly spread over all. QUILON_ALLOCATIONS says how many.
   void Sweep(const std::vector<std::string>& words, bool fromBase)
   {
     const char* const given    = std::getenv("QUILON_ALLOCATIONS");
@@ -108,7 +108,10 @@ protected:
     const quilon_test::State after  = StateOfTrial();
     const std::size_t        step   = std::max<std::size_t>(1, count / numTries);
     std::size_t              failed = 0;
-    for (std::size_t allocation = 1; allocation <= count; allocation += allocation < numTries / 2 ? 1 : step) {
+    std::size_t              next   = 0;
+    for (std::size_t allocation = 1; allocation <= count; allocation = next) {
+      const bool isAtEnds = allocation < numTries / 2 || allocation + numTries / 10 >= count;
+      next                = allocation + (isAtEnds ? 1 : std::min(step, count - numTries / 10 - allocation));
       SCOPED_TRACE(words.front() + ", allocation " + std::to_string(allocation) + " of " + std::to_string(count));
       Prepare(fromBase);
       int code = -1;

@@ -129,6 +129,41 @@ TEST_F(LogTest, SettingASinkGivesTheFormerOneBack)
   EXPECT_EQ(Text(), "to first");
 }
 
+TEST_F(LogTest, AScopedSinkEndsWithItsScope)
+{
+  std::vector<std::string> second;
+  {
+    const QuilonLog::ScopedSink sink([&second](const QuilonLog::Line& line) { second.push_back(line.text); });
+    log_msg(LogNotice, "f", 1, "t", "to second");
+  }
+  log_msg(LogNotice, "f", 1, "t", "to first");
+  EXPECT_EQ(second, std::vector<std::string>{"to second"});
+  EXPECT_EQ(Text(), "to first");
+}
+
+TEST_F(LogTest, ASinkThatCannotBeCopiedStaysInForce)
+{
+  // Only its first copies, those that put it in place, succeed.
+  struct Uncopyable
+  {
+    std::vector<std::string>* texts;
+    const bool*               isInPlace;
+    Uncopyable(std::vector<std::string>* t, const bool* i) : texts(t), isInPlace(i) {}
+    Uncopyable(const Uncopyable& other) : texts(other.texts), isInPlace(other.isInPlace)
+    {
+      if (*isInPlace) throw std::runtime_error("no room");
+    }
+    void operator()(const QuilonLog::Line& line) const { texts->push_back(line.text); }
+  };
+  std::vector<std::string>    texts;
+  bool                        isInPlace = false;
+  const QuilonLog::ScopedSink sink(Uncopyable(&texts, &isInPlace));
+  isInPlace = true;
+  EXPECT_THROW(QuilonLog::SetSink({}), std::runtime_error);
+  log_msg(LogNotice, "f", 1, "t", "still here");
+  EXPECT_EQ(texts, std::vector<std::string>{"still here"});
+}
+
 TEST_F(LogTest, WithoutASinkErrorsGoToStandardErrorAndNothingElseDoes)
 {
   const QuilonLog::Sink ours = QuilonLog::SetSink({});
