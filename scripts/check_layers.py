@@ -45,7 +45,8 @@ ROOMS = {
     "answers": WORK | {"mesh"},
     "plot": WORK | {"mesh", "matrix", "answers"},
     "export": WORK | {"mesh", "answers"},
-    "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers", "plot", "export"},
+    "report": WORK | {"mesh", "forces", "answers", "plot", "export"},
+    "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers", "plot", "export", "report"},
 }
 
 # What the library and the contract may take from outside: headers of the C++20 standard library.

@@ -2,7 +2,7 @@
 # Installs what the project needs on Debian 12. Packages that are there already are left alone, so that a machine that
 # has them all needs neither root nor a network.
 #
-# usage: scripts/install_dependencies.sh [build] [test] [export] [python] [ci]     (default: build)
+# usage: scripts/install_dependencies.sh [build] [test] [export] [python] [page] [node] [ci]     (default: build)
 set -euo pipefail
 
 if [[ ${1:-} == --help || ${1:-} == -h ]]; then
@@ -11,16 +11,18 @@ if [[ ${1:-} == --help || ${1:-} == -h ]]; then
 fi
 
 declare -A group=(
-  [build]="g++ cmake ninja-build libcli11-dev libnanoflann-dev nlohmann-json3-dev libxxhash-dev libhdf5-dev libcairo2-dev fonts-dejavu-core pkg-config"
+  [build]="g++ cmake ninja-build libcli11-dev libnanoflann-dev nlohmann-json3-dev libxxhash-dev libhdf5-dev libcairo2-dev zlib1g-dev fonts-dejavu-core pkg-config"
   [test]="libgtest-dev libgmock-dev libeigen3-dev libbenchmark-dev libabsl-dev python3 python3-h5py python3-numpy python3-xxhash binutils"
   [export]="python3 python3-h5py python3-vtk9"
   [python]="python3-dev python3-pybind11 pybind11-dev python3-numpy python3-pandas python3-xarray python3-matplotlib python3-pytest python3-setuptools python3-pip python3-wheel mypy"
+  [page]="chromium"
+  [node]="nodejs npm"
   [ci]="doxygen clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 calculix-ccx calculix-ccx-test"
 )
 
 missing=()
 for name in "${@:-build}"; do
-  [[ -n ${group[$name]:-} ]] || { echo "install_dependencies: unknown group '$name', expected build, test, export, python or ci" >&2; exit 2; }
+  [[ -n ${group[$name]:-} ]] || { echo "install_dependencies: unknown group '$name', expected build, test, export, python, page, node or ci" >&2; exit 2; }
   for package in ${group[$name]}; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
   done

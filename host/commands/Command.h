@@ -61,6 +61,7 @@ CommandFunction DefineMax(CLI::App& app);
 CommandFunction DefinePath(CLI::App& app);
 CommandFunction DefinePlot(CLI::App& app);
 CommandFunction DefinePrune(CLI::App& app);
+CommandFunction DefineReport(CLI::App& app);
 CommandFunction DefineSalvage(CLI::App& app);
 CommandFunction DefineSets(CLI::App& app);
 CommandFunction DefineShow(CLI::App& app);

@@ -1,0 +1,294 @@
+#include "report/PageSource.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <map>
+#include <optional>
+#include <set>
+#include <span>
+#include <utility>
+
+#include <bundled/OnfKinds.h>
+
+#include "answers/Overview.h"
+#include "answers/Region.h"
+#include "answers/StepTimes.h"
+#include "export/ExportGroups.h"
+#include "export/ExportPlan.h"
+#include "export/GridSource.h"
+#include "kinds/Component.h"
+#include "kinds/KindTable.h"
+#include "mesh/Mesh.h"
+#include "plot/ModelField.h"
+#include "progress/Interrupt.h"
+#include "progress/Listener.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "selection/Selection.h"
+#include "text/Failure.h"
+
+namespace quilon {
+
+namespace {
+
+using Descriptor = FED_DataDescriptor;
+
+int OnfOf(const Descriptor& block) { return block.GetInteger(Descriptor::OnfId); }
+
+/// @return the blocks of as many steps as are wanted, evenly spread, the first and the last among them
+std::vector<Descriptor> ThinOut(std::vector<Descriptor> blocks, std::size_t maxSteps)
+{
+  const std::vector<Descriptor> steps = ListResultSteps(blocks);
+  if (maxSteps == 0 || steps.size() <= maxSteps) return blocks;
+  std::set<Descriptor> kept;
+  for (std::size_t i = 0; i < maxSteps; ++i)
+    kept.insert(maxSteps == 1 ? steps.back() : steps[i * (steps.size() - 1) / (maxSteps - 1)]);
+  std::erase_if(blocks,
+                [&](const Descriptor& block) { return HasResultStep(block) && !kept.contains(GetResultStep(block)); });
+  return blocks;
+}
+
+/// @return "load case 1, substep 2"
+std::string LabelOf(const Descriptor& step)
+{
+  std::string label;
+  for (const IndexKey& key : GetIndexKeys()) {
+    if (!step.IsSet(key.index) || key.index == Descriptor::Iteration || key.index == Descriptor::Analysis) continue;
+    std::string name = key.name;
+    std::replace(name.begin(), name.end(), '-', ' ');
+    label += (label.empty() ? "" : ", ") + name + ' ' + std::to_string(step.GetInteger(key.index));
+  }
+  return label;
+}
+
+/// @return the block of the first step that has the array
+const Descriptor& AnyBlockOf(const ExportArray& array)
+{
+  const auto has = std::find_if(array.sources.begin(), array.sources.end(), [](const auto& of) { return !of.empty(); });
+  return has->front().block;
+}
+
+bool HasGroups(const std::vector<Descriptor>& blocks)
+{
+  return std::any_of(blocks.begin(), blocks.end(),
+                     [](const Descriptor& block) { return block.IsSet(OnfIndex::Group) && IsExported(OnfOf(block)); });
+}
+
+}  // namespace
+
+/// A database's mesh and values, in the order in which their parts need each other.
+class FieldSource
+{
+public:
+  explicit FieldSource(const PageRequest& request)
+      : database(*request.database),
+        blocks(ThinOut(request.blocks, request.maxSteps)),
+        iteration(IterationOf(blocks, request.name)),
+        mesh(ReadMesh(database, iteration, request.name)),
+        sets(ReadSets(database, iteration)),
+        groups(database, iteration, mesh, blocks),
+        plan(
+            MakeExportPlan(database, blocks, {}, groups,
+                           HasGroups(blocks) && groups.AreKnown() ? ExportGroupForm::Points : ExportGroupForm::Arrays)),
+        grid(database, mesh, sets, plan, groups)
+  {}
+
+  const FED_Database&           database;
+  const std::vector<Descriptor> blocks;
+  const int                     iteration;
+  const Mesh                    mesh;
+  const std::vector<NamedSet>   sets;
+  const ExportGroups            groups;
+  const ExportPlan              plan;
+  GridSource                    grid;
+};
+
+std::vector<FED_DataDescriptor> ChoosePageBlocks(std::vector<FED_DataDescriptor> selected, bool isAsked)
+{
+  std::set<Descriptor> there(selected.begin(), selected.end());
+  std::erase_if(selected, [&](const Descriptor& block) {
+    const int onf = OnfOf(block);
+    if (!IsExported(onf) || onf == OnfKind::Coordinates || onf == OnfKind::ElementType) return true;
+    const int tensor = OnfKind::TensorOf(onf);
+    if (isAsked || tensor == 0) return false;
+    Descriptor ofTensor = block;
+    ofTensor.SetInteger(Descriptor::OnfId, tensor);
+    return there.contains(ofTensor);
+  });
+  return selected;
+}
+
+PageSource::PageSource(const PageRequest& request, Listener& listener)
+    : fields_(std::make_unique<FieldSource>(request)), bits_(request.bits)
+{
+  listener.Progress("model", 0, 1, "meshes");
+  model_ = MakePageModel(fields_->mesh, fields_->sets, fields_->grid);
+  if (model_.points.empty())
+    Fail(request.name + ": nothing to draw, expected a mesh with solids, shells or beams (blocks 595 and 596)");
+  MakeModelHeader();
+  MakeStepHeader();
+  MakeFieldHeader();
+}
+
+PageSource::~PageSource() = default;
+
+void PageSource::MakeModelHeader()
+{
+  const Mesh& mesh = fields_->mesh;
+  const auto  box  = BoxOf(mesh);
+  Json        origin;
+  for (std::size_t k = 0; k < 3; ++k) origin.push_back(box->least[k] / 2.0 + box->greatest[k] / 2.0);
+  Json json;
+  json["origin"]       = std::move(origin);
+  json["blobs"]        = {{"points", 0}, {"ids", 1},   {"triangles", 2},    {"triangleElements", 3},
+                          {"edges", 4},  {"beams", 5}, {"beamElements", 6}, {"elementIds", 7}};
+  numModelBlobs_       = 8;
+  json["numPoints"]    = model_.points.size();
+  json["numTriangles"] = model_.triangleElements.size();
+  json["numEdges"]     = model_.edges.size() / 2;
+  json["numBeams"]     = model_.beamElements.size();
+  json["numElements"]  = model_.elements.size();
+
+  std::map<int, std::string> materials;
+  Region                     region(fields_->database, {}, "");
+  for (const ModelName& name : ListModelNames(fields_->database, region))
+    if (name.what == "material" && name.iteration == fields_->iteration) materials[name.number] = name.name;
+  Json                       names = Json::array();
+  std::map<int, std::size_t> numberOf;
+  for (const PagePart& part : model_.parts) {
+    if (!numberOf.try_emplace(part.material, numberOf.size()).second) continue;
+    const auto named = materials.find(part.material);
+    names.push_back(named != materials.end() && !named->second.empty() ? named->second
+                    : part.material == 0                               ? std::string("no material")
+                                                                       : "material " + std::to_string(part.material));
+  }
+  json["materials"] = std::move(names);
+  json["sets"]      = Json::array();
+  std::map<std::uint32_t, std::size_t> setOf;
+  for (const PagePart& part : model_.parts)
+    for (const std::uint32_t set : part.sets) setOf.try_emplace(set, 0);
+  for (auto& [set, number] : setOf) {
+    number = static_cast<std::size_t>(std::distance(setOf.begin(), setOf.find(set)));
+    json["sets"].push_back(fields_->sets[set].name);
+  }
+  json["parts"] = Json::array();
+  for (const PagePart& part : model_.parts) {
+    Json sets = Json::array();
+    for (const std::uint32_t set : part.sets) sets.push_back(setOf.at(set));
+    const auto rows = [](const PagePart::Rows& of) { return Json::array({of.first, of.count}); };
+    json["parts"].push_back({{"material", numberOf.at(part.material)},
+                             {"sets", sets},
+                             {"triangles", rows(part.triangles)},
+                             {"edges", rows(part.edges)},
+                             {"beams", rows(part.beams)}});
+  }
+  header_["model"] = std::move(json);
+}
+
+void PageSource::MakeStepHeader()
+{
+  const StepTimes times(fields_->database);
+  const KindTable kinds;
+  Json            steps = Json::array();
+  for (const Descriptor& step : fields_->plan.steps) {
+    Json                        one{{"label", LabelOf(step)}};
+    const std::optional<double> time = times.TimeOf(step);
+    one["time"]                      = time ? JsonNumber(*time) : Json();
+    if (const int quantity = times.QuantityOf(step)) one["quantity"] = kinds.GetName(quantity);
+    steps.push_back(std::move(one));
+  }
+  numSteps_        = fields_->grid.NumSteps();
+  header_["steps"] = std::move(steps);
+}
+
+void PageSource::MakeFieldHeader()
+{
+  const KindTable kinds(fields_->database);
+  header_["bits"]   = bits_ == BlobBits::Full ? 32 : 16;
+  header_["fields"] = Json::array();
+  for (std::size_t array = 0; array < fields_->grid.Arrays().size(); ++array) {
+    const ExportArray* field = fields_->grid.FieldOf(array);
+    if (field == nullptr) continue;
+    const Descriptor& block = AnyBlockOf(*field);
+    Json              blobs = Json::array();
+    for (std::size_t step = 0; step < numSteps_; ++step) {
+      if (!fields_->grid.HasValues(array, step)) {
+        blobs.push_back(Json());
+        continue;
+      }
+      if (!field->isStatic || step == 0) fieldBlobs_.push_back({array, step, !field->isStatic});
+      blobs.push_back(numModelBlobs_ + fieldBlobs_.size() - 1);
+    }
+    header_["fields"].push_back({{"name", field->name},
+                                 {"onf", OnfOf(block)},
+                                 {"kind", kinds.GetName(block)},
+                                 {"ofElements", field->ofElements},
+                                 {"components", field->components},
+                                 {"all", ComponentNamesOf(OnfOf(block))},
+                                 {"start", DefaultComponentOf(OnfOf(block))},
+                                 {"isStrain", IsStrain(OnfOf(block))},
+                                 {"blobs", std::move(blobs)}});
+  }
+}
+
+bool PageSource::IsOfStep(std::size_t blob) const
+{
+  return blob >= numModelBlobs_ && fieldBlobs_[blob - numModelBlobs_].isOfStep;
+}
+
+std::string PageSource::MakeBlob(std::size_t blob)
+{
+  ThrowIfInterrupted();
+  const Mesh& mesh = fields_->mesh;
+  GridSource& grid = fields_->grid;
+  switch (blob) {
+    case 0: {
+      const auto          box = BoxOf(mesh);
+      const auto          all = grid.Points();
+      std::vector<double> points;
+      for (const std::uint32_t point : model_.points)
+        for (std::size_t k = 0; k < 3; ++k)
+          points.push_back(all[3 * point + k] - (box->least[k] / 2.0 + box->greatest[k] / 2.0));
+      return EncodeValues(points, 3, BlobBits::Full);
+    }
+    case 1: {
+      const auto                 bytes = grid.Read(0, 0);
+      std::vector<std::uint32_t> ids(model_.points.size());
+      for (std::size_t i = 0; i < ids.size(); ++i)
+        std::memcpy(&ids[i], bytes.data() + sizeof(int) * model_.points[i], sizeof(int));
+      return EncodeIntegers(ids);
+    }
+    case 2:
+      return EncodeIntegers(model_.triangles);
+    case 3:
+      return EncodeIntegers(model_.triangleElements);
+    case 4:
+      return EncodeIntegers(model_.edges);
+    case 5:
+      return EncodeIntegers(model_.beams);
+    case 6:
+      return EncodeIntegers(model_.beamElements);
+    case 7: {
+      std::vector<std::uint32_t> ids;
+      for (const std::uint32_t element : model_.elements)
+        ids.push_back(static_cast<std::uint32_t>(mesh.Elements()[element].id));
+      return EncodeIntegers(ids);
+    }
+    default:
+      break;
+  }
+  const FieldBlob&                  of            = fieldBlobs_.at(blob - numModelBlobs_);
+  const bool                        ofElements    = grid.FieldOf(of.array)->ofElements;
+  const std::size_t                 numComponents = grid.FieldOf(of.array)->NumValues();
+  const std::vector<std::uint32_t>& kept          = ofElements ? model_.elements : model_.points;
+  const auto                        bytes         = grid.Read(of.array, of.step);
+  std::vector<double>               values(kept.size() * numComponents);
+  for (std::size_t i = 0; i < kept.size(); ++i)
+    std::memcpy(&values[i * numComponents], bytes.data() + sizeof(double) * numComponents * kept[i],
+                sizeof(double) * numComponents);
+  return EncodeValues(values, numComponents, bits_);
+}
+
+}  // namespace quilon

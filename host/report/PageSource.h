@@ -1,0 +1,88 @@
+#pragma once
+
+/// @file
+/// What a page shows, as its browser reads it: a header in JSON and numbered blobs of numbers.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "QuilonDbConnector/FED_DataDescriptor.h"
+#include "report/BlobCode.h"
+#include "report/PageModel.h"
+#include "text/JsonText.h"
+
+class FED_Database;
+
+namespace quilon {
+
+class FieldSource;
+class Listener;
+
+/// What of a database a page shows.
+struct PageRequest
+{
+  const FED_Database*             database = nullptr;  ///< borrowed
+  std::string                     name;                ///< of the database, for messages
+  std::vector<FED_DataDescriptor> blocks;              ///< of one iteration; see ChoosePageBlocks()
+  std::size_t                     maxSteps = 0;        ///< 0: all; else as many, the first and the last among them
+  BlobBits                        bits     = BlobBits::Full;
+  /// Of a page that is a file: no more than mail and chat let through.
+  std::size_t mostBytes = 25'000'000;
+};
+
+/// @param selected what the user selected
+/// @param isAsked  whether the user did; without it principal values are left out where their tensor is selected too,
+/// of
+///                 which the page calculates them
+/// @return the blocks that a page can show
+std::vector<FED_DataDescriptor> ChoosePageBlocks(std::vector<FED_DataDescriptor> selected, bool isAsked);
+
+/// A page's content. Blobs are made when they are asked for, so that memory grows with the mesh and not with steps.
+class PageSource
+{
+public:
+  /// @throws FED_Failure where there is no mesh with something to draw, and for what is selected of several iterations
+  PageSource(const PageRequest& request, Listener& listener);
+  PageSource(const PageSource&)            = delete;
+  PageSource& operator=(const PageSource&) = delete;
+  ~PageSource();
+
+  /// The header. Names are as the database has them: a page shows them as text.
+  const Json& GetHeader() const noexcept { return header_; }
+
+  std::size_t NumBlobs() const noexcept { return numModelBlobs_ + fieldBlobs_.size(); }
+  std::size_t NumSteps() const noexcept { return numSteps_; }
+  std::size_t NumPoints() const noexcept { return model_.points.size(); }
+  std::size_t NumTriangles() const noexcept { return model_.triangleElements.size(); }
+
+  /// @return whether the blob has values of one step
+  bool IsOfStep(std::size_t blob) const;
+  /// @param blob 0 <= blob < NumBlobs()
+  std::string MakeBlob(std::size_t blob);
+
+private:
+  /// A blob of values.
+  struct FieldBlob
+  {
+    std::size_t array    = 0;  ///< in the grid
+    std::size_t step     = 0;
+    bool        isOfStep = true;
+  };
+
+  void MakeModelHeader();
+  void MakeFieldHeader();
+  void MakeStepHeader();
+
+  std::unique_ptr<FieldSource> fields_;
+  PageModel                    model_;
+  BlobBits                     bits_;
+  std::size_t                  numModelBlobs_ = 0;
+  std::size_t                  numSteps_      = 0;
+  std::vector<FieldBlob>       fieldBlobs_;
+  Json                         header_;
+};
+
+}  // namespace quilon

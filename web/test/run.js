@@ -1,0 +1,331 @@
+// Pages in a real browser: what is shown is compared with the database, and every control is used.
+//
+// usage: node test/run.js QUILON FIXTURES OUT     screenshots and pages stay in OUT
+
+import assert from 'node:assert/strict';
+import {execFileSync} from 'node:child_process';
+import {existsSync, mkdirSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
+import {join, resolve} from 'node:path';
+import {after, before, test} from 'node:test';
+import {pathToFileURL} from 'node:url';
+import {launch, open} from './browser.js';
+
+const [quilon, fixtures, out] = process.argv.slice(2).map((path) => resolve(path));
+rmSync(out, {recursive: true, force: true});
+mkdirSync(out, {recursive: true});
+
+const run = (...args) => execFileSync(quilon, ['-q', ...args], {encoding: 'utf8'});
+
+/** @returns {Map<number, string>} by id the value that `quilon show` prints */
+function valuesOf(database, selection, ...more) {
+  const lines = run('show', database, selection, '--csv', ...more).trim().split('\n');
+  const columns = lines[0].split(',');
+  const id = columns.indexOf('id');
+  return new Map(lines.slice(1).map((line) => line.split(',')).map((row) => [Number(row[id]), Number(row.at(-1))]));
+}
+
+function importJob(folder, job) {
+  const base = join(fixtures, folder, job);
+  const database = join(out, `${job}.fed`);
+  if (!existsSync(database)) run('import', `${base}.inp`, `${base}.frd`, `${base}.dat`, '-o', database, '--average-by', 'material');
+  return database;
+}
+
+function report(database, name, ...more) {
+  const file = join(out, `${name}.html`);
+  run('report', database, '-o', file, ...more);
+  return pathToFileURL(file).href;
+}
+
+let browser;
+let hex20;
+let pageOfHex20;
+before(async () => {
+  browser = await launch();
+  hex20 = importJob('hex20', 'hex20');
+  pageOfHex20 = report(hex20, 'hex20');
+});
+after(() => browser.close());
+
+const settle = (page) => page.evaluate(() => new Promise((done) => setTimeout(done, 120)));
+const textOf = (page, selector) => page.$eval(selector, (element) => element.textContent);
+
+async function choose(page, label, text) {
+  await page.evaluate((labelText, optionText) => {
+    const of = [...document.querySelectorAll('label')].find((element) => element.textContent === labelText);
+    const select = document.getElementById(of.htmlFor);
+    select.value = [...select.options].find((option) => option.textContent === optionText).value;
+    select.dispatchEvent(new Event('change'));
+  }, label, text);
+  await settle(page);
+}
+
+async function press(page, name) {
+  const buttons = await page.$$('button');
+  for (const button of buttons) {
+    if ((await button.evaluate((element) => element.getAttribute('aria-label') ?? element.textContent)) !== name) continue;
+    await button.click();
+    return settle(page);
+  }
+  return assert.fail(`no button ${name}`);
+}
+
+const picture = (page) => page.$eval('.stage > canvas', (canvas) => canvas.toDataURL());
+
+/** Goes over the model with the pointer. @returns {{text: string}[]} what was told, where there was something */
+async function sweep(page, step) {
+  const box = await (await page.$('.stage > canvas')).boundingBox();
+  const told = [];
+  for (let x = box.x + 7; x < box.x + box.width; x += step)
+    for (let y = box.y + 60; y < box.y + box.height - 50; y += step) {
+      await page.mouse.move(x, y);
+      await page.evaluate(() => new Promise(requestAnimationFrame));
+      const text = await textOf(page, '#readout');
+      const match = text.match(/^(node|element) (\d+)(?:, element (\d+))?: (.*) at \(/);
+      if (match) told.push({entity: match[1], id: Number(match[2]), element: Number(match[3]), value: match[4]});
+    }
+  return told;
+}
+
+/** Six digits are shown of a value that has seven. */
+function assertShown(text, value, what) {
+  assert.ok(Math.abs(Number(text) - value) <= 5.1e-6 * Math.abs(value) + 1e-30, `${what}: ${text}, expected ${value}`);
+}
+
+test('values under the pointer are those of the database', async () => {
+  const page = await open(browser, pageOfHex20);
+  const last = ['--steps', '3'];
+  const cases = [
+    ['nodal-stress', 'mises', valuesOf(hex20, 'nodal-stress.mises@group=none', ...last)],
+    ['nodal-stress', 'xx', valuesOf(hex20, 'nodal-stress.xx@group=none', ...last)],
+    ['displacement', 'z', valuesOf(hex20, 'displacement.z', ...last)],
+    ['displacement', 'magnitude', valuesOf(hex20, 'displacement.magnitude', ...last)],
+    ['element-stress', 'p1', valuesOf(hex20, 'element-stress.p1', ...last)],
+  ];
+  let compared = 0;
+  for (const [field, component, expected] of cases) {
+    await choose(page, 'Field', field);
+    await choose(page, 'Component', component);
+    for (const {entity, id, value} of await sweep(page, 53)) {
+      assert.equal(entity, field.startsWith('element') ? 'element' : 'node');
+      assertShown(value, expected.get(id), `${field}.${component} of ${id}`);
+      ++compared;
+    }
+  }
+  assert.ok(compared >= 200, `compared ${compared}`);
+  assert.deepEqual(page.complaints, []);
+  await page.close();
+});
+
+test('averages of materials are those of the element under the pointer', async () => {
+  const page = await open(browser, pageOfHex20);
+  await choose(page, 'Field', 'nodal-stress-group');
+  await choose(page, 'Component', 'xx');
+  const groups = [1, 2].map((group) => valuesOf(hex20, `nodal-stress.xx@group=${group}`, '--steps', '3'));
+  const materials = new Map([[12, 1], [19, 1], [26, 2], [33, 2]]); // of the deck
+  const met = new Set();
+  for (const {id, element, value} of await sweep(page, 41)) {
+    const group = materials.get(element);
+    assertShown(value, groups[group - 1].get(id), `node ${id} in material ${group}`);
+    met.add(`${group} ${id}`);
+  }
+  const both = [...groups[0].keys()].filter((id) => met.has(`1 ${id}`) && met.has(`2 ${id}`));
+  assert.ok(both.length > 0, 'a node between materials was met from both sides');
+  await page.close();
+});
+
+test('every control does something', async () => {
+  const page = await open(browser, pageOfHex20);
+  let last = await picture(page);
+  const assertChanges = async (what) => {
+    await settle(page);
+    const now = await picture(page);
+    assert.notEqual(now, last, what);
+    last = now;
+  };
+  await choose(page, 'Field', 'displacement');
+  await assertChanges('field');
+  assert.match(await textOf(page, '.titles'), /^displacement magnitude$/);
+  await choose(page, 'Component', 'y');
+  await assertChanges('component');
+  await page.focus('#step');
+  await page.keyboard.press('ArrowLeft');
+  await assertChanges('step');
+  assert.match(await textOf(page, 'label[for=step]'), /^Step 2 of 3: load case 2, substep 1, time 1\.5$/);
+  await press(page, 'auto');
+  await assertChanges('deformation');
+  await choose(page, 'Cut', 'along x');
+  await assertChanges('cut');
+  await page.focus('[aria-label="Place of the cut"]');
+  for (let i = 0; i < 5; ++i) await page.keyboard.press('PageUp');
+  await assertChanges('place of the cut');
+  for (const view of ['front', 'back', 'right', 'left', 'top', 'bottom', 'iso']) {
+    await press(page, view);
+    await assertChanges(view);
+  }
+  for (const lines of ['none', 'outline', 'mesh']) {
+    await choose(page, 'Lines', lines);
+    await assertChanges(lines);
+  }
+  await choose(page, 'Cut', 'none');
+  await choose(page, 'Colours over the range', 'of all steps');
+  await assertChanges('range of all steps');
+  await choose(page, 'Colours over the range', 'given');
+  await page.$eval('[aria-label="Greatest colour"]', (input) => {
+    input.value = '5';
+    input.dispatchEvent(new Event('change'));
+  });
+  await assertChanges('given range');
+  await press(page, 'none');
+  await assertChanges('no deformation');
+  await page.evaluate(() => [...document.querySelectorAll('label')].find((of) => of.textContent === 'ALUMINIUM').click());
+  await assertChanges('a material off');
+  await press(page, 'Show all');
+  await assertChanges('all parts');
+  await press(page, 'only STEEL');
+  await assertChanges('one part');
+  await press(page, 'Show all');
+  await choose(page, 'Colours over the range', 'of this step');
+  for (const name of ['Error measure: nodal-stress-error', 'Spread at nodes: nodal-stress-spread', 'Ours beside the solver’s: nodal-stress']) {
+    await press(page, name);
+    await assertChanges(name);
+  }
+  assert.equal((await page.$$('.titles > div')).length, 3);
+  await page.screenshot({path: join(out, 'beside.png')});
+  assert.deepEqual(page.complaints, []);
+  await page.close();
+});
+
+test('nodes are found and followed', async () => {
+  const page = await open(browser, pageOfHex20);
+  const find = async (id) => {
+    await page.evaluate(() => document.getElementById([...document.querySelectorAll('label')].find((of) => of.textContent === 'Go to node').htmlFor).select());
+    await page.keyboard.type(id);
+    await page.keyboard.press('Enter');
+    await settle(page);
+  };
+  await find('5');
+  await find('8');
+  const expected = [1, 2, 3].map((step) => valuesOf(hex20, 'nodal-stress.mises@group=none', '--steps', String(step)));
+  const rows = await page.$$eval('#history .scroll tbody tr', (trs) => trs.map((tr) => [...tr.children].map((td) => td.textContent)));
+  assert.deepEqual(rows.map(([time]) => time), ['1', '1.5', '2']);
+  rows.forEach((row, step) => {
+    assertShown(row[1], expected[step].get(5), 'node 5');
+    assertShown(row[2], expected[step].get(8), 'node 8');
+  });
+  assert.ok(await page.$('#history .uplot canvas'));
+  await find('4711');
+  assert.equal(await textOf(page, '.hint[role=status]'), 'No node 4711 on the outside of the model');
+  await press(page, 'forget node 5');
+  assert.equal((await page.$$('.picked li')).length, 1);
+  await press(page, 'iso'); // which scrolls
+  const box = await (await page.$('.stage > canvas')).boundingBox();
+  await page.mouse.click(box.x + box.width / 2, box.y + box.height / 2);
+  await settle(page);
+  assert.equal((await page.$$('.picked li')).length, 2);
+  await page.screenshot({path: join(out, 'history.png'), fullPage: true});
+  assert.deepEqual(page.complaints, []);
+  await page.close();
+});
+
+test('the keyboard turns, moves and zooms', async () => {
+  const page = await open(browser, pageOfHex20);
+  await page.keyboard.press('Tab'); // to the model
+  await page.focus('.stage > canvas');
+  let last = await picture(page);
+  for (const keys of [['ArrowLeft'], ['ArrowUp'], ['+'], ['-', '-'], ['Shift', 'ArrowRight'], ['Home'], ['['], [']']]) {
+    const [first, second] = keys;
+    if (first === 'Shift') await page.keyboard.down('Shift');
+    await page.keyboard.press(second ?? first);
+    if (first === 'Shift') await page.keyboard.up('Shift');
+    await settle(page);
+    const now = await picture(page);
+    assert.notEqual(now, last, keys.join(' '));
+    last = now;
+  }
+  await page.close();
+});
+
+test('whatever can be used has a name', async () => {
+  const page = await open(browser, pageOfHex20);
+  const tree = await page.accessibility.snapshot({interestingOnly: false});
+  const nameless = [];
+  const visit = (node) => {
+    const isControl = ['button', 'combobox', 'textbox', 'searchbox', 'slider', 'checkbox', 'spinbutton', 'link', 'image', 'table'].includes(node.role);
+    if (isControl && !node.name) nameless.push(node.role);
+    (node.children ?? []).forEach(visit);
+  };
+  visit(tree);
+  assert.deepEqual(nameless, []);
+  assert.equal(await page.$eval('html', (element) => element.lang), 'en');
+  const ids = await page.$$eval('[id]', (elements) => elements.map((element) => element.id));
+  assert.equal(new Set(ids).size, ids.length, 'ids are unique');
+  await page.close();
+});
+
+test('tables tell what the program tells', async () => {
+  const page = await open(browser, pageOfHex20);
+  const listed = run('ls', hex20, '--csv').trim().split('\n').length - 1;
+  const status = await textOf(page, '#blocks [role=status]');
+  const provenance = JSON.parse(run('ls', hex20, '--json')).length ?? 0;
+  assert.match(status, /^\d+ of \d+ blocks$/);
+  assert.ok(Number(status.split(' ')[2]) <= listed && listed >= provenance);
+  await page.type('#block-filter', '510 lc=2');
+  assert.match(await textOf(page, '#blocks [role=status]'), /^2 of /);
+  assert.match(await textOf(page, '#origin'), /hex20\.frd/);
+  assert.match(await textOf(page, '#origin'), /[0-9a-f]{16}/);
+  assert.match(await textOf(page, '#quality'), /nodal-stress/);
+  await page.close();
+});
+
+test('a page asks for nothing', async () => {
+  const page = await open(browser, pageOfHex20);
+  assert.deepEqual(page.requests, [pageOfHex20]);
+  const blocked = await page.evaluate(() => fetch('https://example.invalid/').then(() => false, () => true));
+  assert.ok(blocked);
+  assert.ok(page.complaints.some((text) => text.includes('Content Security Policy')));
+  await page.close();
+});
+
+test('names are text', async () => {
+  const folder = join(out, 'evil');
+  run('to-onf', hex20, folder);
+  const evil = '</script><img src=x onerror=\\"window.hit=1\\"><script>window.hit=1</script>';
+  for (const [file, name] of [['element-set_it0.onf', 'ESTEEL'], ['material_it0.onf', 'STEEL']]) {
+    const path = join(folder, file);
+    writeFileSync(path, readFileSync(path, 'utf8').replace(`"${name}"`, `"${evil}"`));
+  }
+  const page = await open(browser, report(folder, 'evil<img src=x onerror=alert(1)>'));
+  assert.equal(await page.evaluate(() => window.hit), undefined);
+  assert.equal((await page.$$('img')).length, 0);
+  const labels = await page.$$eval('.check label', (elements) => elements.map((element) => element.textContent));
+  assert.ok(labels.filter((text) => text.startsWith('</script><img src=x onerror="window.hit=1">')).length >= 2, labels.join());
+  assert.deepEqual(page.complaints, []);
+  await page.close();
+});
+
+test('shells, beams and values of 16 bits', async () => {
+  for (const [folder, job] of [['c_shell', 'c_shell3d'], ['d_beam', 'd_beam3d'], ['a_tet', 'a_tet']]) {
+    if (!existsSync(join(fixtures, folder, `${job}.frd`))) continue;
+    const database = importJob(folder, job);
+    const page = await open(browser, report(database, job, '--bits', '16'));
+    assert.ok((await sweep(page, 67)).length > 0, job);
+    await page.screenshot({path: join(out, `${job}.png`)});
+    assert.deepEqual(page.complaints, []);
+    await page.close();
+  }
+});
+
+test('dark, and as wide as a phone', async () => {
+  for (const [name, options] of [['dark', {dark: true}], ['phone', {width: 390, height: 780}], ['narrow', {width: 320, height: 640, dark: true}]]) {
+    const page = await open(browser, pageOfHex20, options);
+    await settle(page);
+    const [width, inner] = await page.evaluate(() => [document.documentElement.scrollWidth, innerWidth]);
+    assert.ok(width <= inner, `${name}: ${width} of ${inner}`);
+    const paper = await page.evaluate(() => getComputedStyle(document.body).backgroundColor);
+    assert.equal(paper === 'rgb(255, 255, 255)', !options.dark);
+    await page.screenshot({path: join(out, `${name}.png`), fullPage: true});
+    assert.deepEqual(page.complaints, []);
+    await page.close();
+  }
+});
