@@ -26,7 +26,6 @@
 #include "progress/Listener.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Failure.h"
 #include "text/Format.h"
 
@@ -37,16 +36,12 @@ namespace {
 using Descriptor  = FED_DataDescriptor;
 using Descriptors = std::vector<Descriptor>;
 
-constexpr int         kNodeKind      = 0;
-constexpr int         kElementKind   = 1;
 constexpr int         kInTime        = 1;
 constexpr int         kModes         = 2;
 constexpr int         kOtherAnalysis = 3;
 constexpr std::size_t kMostKept      = std::size_t{512} << 20;
 
-int OnfOf(const Descriptor& descriptor) { return descriptor.GetInteger(Descriptor::OnfId); }
-
-int EntityKindOf(int onf) { return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind(); }
+using OnfKind::OnfOf;
 
 /// Kinds that are combined whenever they are there: those whose values change their sign with the load.
 bool IsLinear(int onf) { return OnfKind::SignChangeOf(onf) == OnfKind::SignChange::Negated; }
@@ -54,10 +49,8 @@ bool IsLinear(int onf) { return OnfKind::SignChangeOf(onf) == OnfKind::SignChang
 /// Kinds that are combined when a user names them.
 bool MayBeLinear(int onf)
 {
-  const int  entityKind = EntityKindOf(onf);
-  const bool isThermal  = onf == OnfKind::Temperature || onf == OnfKind::HeatFlux || onf == OnfKind::HeatGeneration;
-  const bool isOfUser   = OnfKind::IsUserKind(onf) && (entityKind == kNodeKind || entityKind == kElementKind) &&
-                        !StoredComponentsOf(onf).empty();
+  const bool isThermal = onf == OnfKind::Temperature || onf == OnfKind::HeatFlux || onf == OnfKind::HeatGeneration;
+  const bool isOfUser  = OnfKind::IsUserKind(onf) && OnfKind::IsOfMesh(onf) && !StoredComponentsOf(onf).empty();
   return IsLinear(onf) || isThermal || isOfUser;
 }
 
@@ -429,13 +422,13 @@ private:
 
 void WriteRecords(const CaseValues& sum, int onf, const Descriptor& key, FED_Database& target)
 {
-  FED_DataBlock&    block      = target.GetOrCreateDataBlock(key, sum.ids.size());
-  FED_IdMapsPool&   pool       = target.GetIdMapsPool();
-  const int         entityKind = EntityKindOf(onf);
-  const std::size_t numValues  = NumValuesOf(onf);
+  FED_DataBlock&    block     = target.GetOrCreateDataBlock(key, sum.ids.size());
+  FED_IdMapsPool&   pool      = target.GetIdMapsPool();
+  const int         entity    = OnfKind::EntityOf(onf);
+  const std::size_t numValues = NumValuesOf(onf);
   if (sum.ends.empty() && !IsList(onf)) {
     for (std::size_t i = 0; i < sum.ids.size(); ++i)
-      block.SetValuesAt(pool.FindOrAddIndex(entityKind, sum.ids[i]), &sum.values[i * numValues]);
+      block.SetValuesAt(pool.FindOrAddIndex(entity, sum.ids[i]), &sum.values[i * numValues]);
     return;
   }
   FED_IdDataBlock     view(block, pool, true);
@@ -456,12 +449,12 @@ void WritePrincipals(const CaseValues& sum, int onf, const Descriptor& key, FED_
 {
   Descriptor descriptor = key;
   descriptor.SetInteger(Descriptor::OnfId, OnfKind::PrincipalOf(onf));
-  FED_DataBlock&  block      = target.GetOrCreateDataBlock(descriptor, sum.ids.size());
-  FED_IdMapsPool& pool       = target.GetIdMapsPool();
-  const int       entityKind = EntityKindOf(onf);
+  FED_DataBlock&  block  = target.GetOrCreateDataBlock(descriptor, sum.ids.size());
+  FED_IdMapsPool& pool   = target.GetIdMapsPool();
+  const int       entity = OnfKind::EntityOf(onf);
   for (std::size_t i = 0; i < sum.ids.size(); ++i) {
     const auto values = PrincipalValues(std::span(sum.values).subspan(6 * i).first<6>());
-    block.SetValuesAt(pool.FindOrAddIndex(entityKind, sum.ids[i]), values.data());
+    block.SetValuesAt(pool.FindOrAddIndex(entity, sum.ids[i]), values.data());
   }
 }
 

@@ -23,8 +23,7 @@ namespace quilon {
 
 namespace {
 
-constexpr int    kElementKind = 1;
-constexpr double kNaN         = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 constexpr std::string_view kExpected =
     "expected global, principal, cylindrical:px,py,pz,dx,dy,dz, rectangular:ax,ay,az,bx,by,bz or the name of an "
@@ -184,7 +183,7 @@ std::optional<LocalAxes> ComponentAxes::At(const std::array<double, 3>& place) c
 RecordTurner::RecordTurner(const ComponentAxes& axes, int onf, const Mesh* mesh) : axes_(axes), mesh_(mesh)
 {
   const FED_OnfMetaData& kind = FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf));
-  isOfElements_               = kind.GetEntityKind() == kElementKind;
+  isOfElements_               = OnfKind::EntityOf(onf) == OnfKind::ElementEntity;
   if (!Turns()) return;
   const std::size_t numValues = ValueComponentsOf(onf).size();
   const std::string name      = "--axes: " + kind.GetName() + " (" + std::to_string(onf) + ") ";

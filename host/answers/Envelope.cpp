@@ -22,7 +22,6 @@
 #include "progress/Listener.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Failure.h"
 #include "text/Format.h"
 
@@ -32,16 +31,12 @@ namespace {
 
 using Descriptor = FED_DataDescriptor;
 
-constexpr int kNodeKind      = 0;
-constexpr int kElementKind   = 1;
 constexpr int kOtherAnalysis = 3;
 
 constexpr std::array<Descriptor::ResultIndex, 5> kStepOrder = {
     Descriptor::Iteration, Descriptor::Analysis, Descriptor::LoadCase, Descriptor::Substep, Descriptor::Increment};
 
-int OnfOf(const Descriptor& descriptor) { return descriptor.GetInteger(Descriptor::OnfId); }
-
-int EntityKindOf(int onf) { return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind(); }
+using OnfKind::OnfOf;
 
 /// Offers all records of a block as the next step.
 void OfferBlock(const FED_Database& database, const Descriptor& descriptor, const RecordTurner& turner,
@@ -102,7 +97,7 @@ public:
       : series_(series),
         target_(target),
         pool_(target),
-        isOfElements_(EntityKindOf(OnfOf(series.key)) == kElementKind),
+        isOfElements_(OnfKind::EntityOf(series.key) == OnfKind::ElementEntity),
         rows_(series.field.SortedRows())
   {}
 
@@ -143,7 +138,7 @@ private:
       descriptor.SetInteger(Descriptor::Substep, 1);
       FED_DataBlock&        block = target_.GetOrCreateDataBlock(descriptor, rows_.size());
       FED_IdMapsPool&       ids   = target_.GetIdMapsPool();
-      const int             kind  = isOfElements_ ? kElementKind : kNodeKind;
+      const int             kind  = isOfElements_ ? OnfKind::ElementEntity : OnfKind::NodeEntity;
       std::array<double, 6> values{};
       for (const std::size_t row : rows_) {
         for (std::size_t k = 0; k < count; ++k) {
@@ -309,9 +304,7 @@ std::size_t EnvelopeField::CountPartial() const
 
 bool HasEnvelope(const FED_DataDescriptor& block)
 {
-  const int entityKind = EntityKindOf(OnfOf(block));
-  return HasResultStep(block) && (entityKind == kNodeKind || entityKind == kElementKind) &&
-         !StoredComponentsOf(OnfOf(block)).empty();
+  return HasResultStep(block) && OnfKind::IsOfMesh(OnfOf(block)) && !StoredComponentsOf(OnfOf(block)).empty();
 }
 
 FED_DataDescriptor SeriesOf(const FED_DataDescriptor& block)

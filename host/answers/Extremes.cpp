@@ -22,21 +22,11 @@
 #include "progress/Interrupt.h"
 #include "progress/Listener.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Failure.h"
 
 namespace quilon {
 
 namespace {
-
-constexpr int kNodeEntity    = 0;
-constexpr int kElementEntity = 1;
-
-int EntityOf(const FED_DataDescriptor& block)
-{
-  const auto onf = static_cast<FED_OnfId>(block.GetInteger(FED_DataDescriptor::OnfId));
-  return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
-}
 
 int IterationOf(const FED_DataDescriptor& block) { return block.GetInteger(FED_DataDescriptor::Iteration); }
 
@@ -170,7 +160,7 @@ public:
 
   const Membership& MembersOf(const FED_DataDescriptor& block)
   {
-    const bool                   ofElements = EntityOf(block) == kElementEntity;
+    const bool                   ofElements = OnfKind::EntityOf(block) == OnfKind::ElementEntity;
     std::unique_ptr<Membership>& members    = members_[{IterationOf(block), ofElements}];
     if (members) return *members;
     members = std::make_unique<Membership>();
@@ -288,7 +278,7 @@ public:
       part = parts_.PartOf(descriptor);
       if (!part) return;
     } else {
-      if (EntityOf(descriptor) != kNodeEntity && EntityOf(descriptor) != kElementEntity) return;
+      if (!OnfKind::IsOfMesh(OnfKind::OnfOf(descriptor))) return;
       members = &parts_.MembersOf(descriptor);
     }
     hasComponents_                    = true;
@@ -446,9 +436,8 @@ private:
       extreme.step.SetInteger(FED_DataDescriptor::Substep, candidate.id);
       extreme.time = times_.TimeAt(block, candidate.id);
     }
-    const int entity = EntityOf(block);
-    if (entity == kNodeEntity || entity == kElementEntity)
-      Locate(entity == kElementEntity, IterationOf(block), extreme);
+    if (OnfKind::IsOfMesh(OnfKind::OnfOf(block)))
+      Locate(OnfKind::EntityOf(block) == OnfKind::ElementEntity, IterationOf(block), extreme);
     return extreme;
   }
 

@@ -19,7 +19,6 @@
 #include "mesh/Mesh.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/ColumnText.h"
 #include "text/Failure.h"
 #include "text/Format.h"
@@ -30,13 +29,11 @@ namespace quilon {
 
 namespace {
 
-constexpr int         kNodeKind      = 0;
-constexpr int         kElementKind   = 1;
 constexpr std::size_t kNumComponents = 6;  // of a tensor: no record has more
 
 using Values = std::array<double, kNumComponents>;
 
-int OnfOf(const FED_DataDescriptor& descriptor) { return descriptor.GetInteger(FED_DataDescriptor::OnfId); }
+using OnfKind::OnfOf;
 
 /// One kind of a step: where its values come from and which components are told.
 struct Source
@@ -73,13 +70,13 @@ public:
   BlockReader(const FED_Database& database, const FED_DataDescriptor& descriptor)
       : block_(database.GetConstDataBlock(descriptor)), pool_(database.GetIdMapsPool())
   {
-    entityKind_ = FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(OnfOf(descriptor))).GetEntityKind();
+    entity_ = OnfKind::EntityOf(descriptor);
   }
 
   /// @return whether there is a record
   bool Read(int id, double* values) const
   {
-    const std::size_t index = pool_.FindIndex(entityKind_, id);
+    const std::size_t index = pool_.FindIndex(entity_, id);
     if (index == FED_IdMapsPool::npos || !block_.HasRecord(index)) return false;
     block_.GetValuesAt(index, values);
     return true;
@@ -88,7 +85,7 @@ public:
 private:
   const FED_DataBlock&  block_;
   const FED_IdMapsPool& pool_;
-  int                   entityKind_ = 0;
+  int                   entity_ = 0;
 };
 
 /// What is known of the line before values are read.
@@ -177,14 +174,13 @@ private:
   std::optional<Source> FindSource(const FED_DataDescriptor& block) const
   {
     Source    source;
-    const int onf        = OnfOf(block);
-    const int entityKind = FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind();
-    if (entityKind != kNodeKind && entityKind != kElementKind) return std::nullopt;
+    const int onf = OnfOf(block);
+    if (!OnfKind::IsOfMesh(onf)) return std::nullopt;
     source.components = ChosenComponents(request_.selection, onf);
     if (source.components.empty()) return std::nullopt;
     source.block        = block;
     source.onf          = onf;
-    source.isOfElements = entityKind == kElementKind;
+    source.isOfElements = OnfKind::EntityOf(onf) == OnfKind::ElementEntity;
     source.numRead      = source.components.front().NumValues();
     const int tensor    = OnfKind::TensorOf(onf);
     if (tensor == 0) return source;

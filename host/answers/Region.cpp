@@ -16,7 +16,6 @@
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Case.h"
 #include "text/Failure.h"
 #include "text/Format.h"
@@ -25,15 +24,6 @@
 namespace quilon {
 
 namespace {
-
-constexpr int kNodeEntity    = 0;
-constexpr int kElementEntity = 1;
-
-int EntityOf(const FED_DataDescriptor& block)
-{
-  const auto onf = static_cast<FED_OnfId>(block.GetInteger(FED_DataDescriptor::OnfId));
-  return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
-}
 
 template <std::size_t N>
 std::string NumbersText(const std::array<double, N>& numbers)
@@ -156,7 +146,7 @@ const std::vector<NamedSet>& Region::GetSets(int iteration)
 
 bool Region::AppliesTo(const FED_DataDescriptor& block) const
 {
-  return !options_.HasPlace() || EntityOf(block) == kNodeEntity || EntityOf(block) == kElementEntity;
+  return !options_.HasPlace() || OnfKind::IsOfMesh(OnfKind::OnfOf(block));
 }
 
 /// Finds the sets of a name, exactly as it is written or else in letters of the other case.
@@ -338,7 +328,7 @@ RegionFilter Region::FilterOf(const FED_DataBlock& block)
   RegionFilter filter;
   if (options_.HasPlace())
     filter.ids_ = &Members(descriptor.GetInteger(FED_DataDescriptor::Iteration),
-                           EntityOf(descriptor) == kNodeEntity ? Nodes : Elements);
+                           OnfKind::EntityOf(descriptor) == OnfKind::NodeEntity ? Nodes : Elements);
   const bool             asksForAnEnd = std::any_of(ranges_.begin(), ranges_.end(), [](const NumberRange& range) {
     return range.form == NumberRange::First || range.form == NumberRange::Last;
   });

@@ -13,15 +13,10 @@
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 
 namespace quilon {
 
 namespace {
-
-constexpr int kNodeEntity    = 0;
-constexpr int kElementEntity = 1;
-constexpr int kHistoryEntity = 15;
 
 void CopyField(const FED_ConstDataRecord& from, std::size_t field, FED_FieldType::Class fieldClass, FED_DataRecord& to)
 {
@@ -88,11 +83,11 @@ void CopyRegion(const FED_Database& source, Region& region, FED_Database& target
   CopyUserKindNames(source, target);
   bool any = false;
   for (const FED_DataDescriptor& descriptor : source.GetDataDescriptors(FED_DataDescriptorPattern())) {
-    const auto onf    = static_cast<FED_OnfId>(descriptor.GetInteger(FED_DataDescriptor::OnfId));
-    const int  entity = FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
-    if (entity == kHistoryEntity && !OnfKind::IsProvenance(onf)) FED_CopyBlock(source, target, descriptor);
-    if (entity != kNodeEntity && entity != kElementEntity) continue;
-    if (entity == kElementEntity && region.IsOfNodesAlone(descriptor.GetInteger(FED_DataDescriptor::Iteration)))
+    const int onf    = OnfKind::OnfOf(descriptor);
+    const int entity = OnfKind::EntityOf(onf);
+    if (entity == OnfKind::HistoryEntity && !OnfKind::IsProvenance(onf)) FED_CopyBlock(source, target, descriptor);
+    if (!OnfKind::IsOfMesh(onf)) continue;
+    if (entity == OnfKind::ElementEntity && region.IsOfNodesAlone(descriptor.GetInteger(FED_DataDescriptor::Iteration)))
       continue;
     const FED_DataBlock& block = source.GetConstDataBlock(descriptor);
     any                        = CopyRecords(source, block, region.FilterOf(block), entity, target) || any;

@@ -6,12 +6,12 @@
 
 #include <bundled/FED_BlockCopy.h>
 #include <bundled/FED_ColumnDataBlock.h>
+#include <bundled/OnfKinds.h>
 
 #include "kinds/UserKinds.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdMapsPool.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "selection/Selection.h"
 
 namespace quilon::diff {
@@ -123,11 +123,9 @@ void DifferenceWriter::Write(const FED_DataBlock& first, const FED_DataBlock& se
 
 std::size_t DifferenceWriter::FindOrAddIndex(const FED_DataDescriptor& descriptor, std::size_t index)
 {
-  constexpr int kFirstKindWithoutId = 15;
-  const auto    onf                 = static_cast<FED_OnfId>(descriptor.GetInteger(FED_DataDescriptor::OnfId));
-  const int     kind                = FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
-  if (kind >= kFirstKindWithoutId) return index;
-  return target_.GetIdMapsPool().FindOrAddIndex(kind, first_.GetIdMapsPool().GetId(kind, index));
+  const int entity = OnfKind::EntityOf(descriptor);
+  if (entity >= OnfKind::HistoryEntity) return index;
+  return target_.GetIdMapsPool().FindOrAddIndex(entity, first_.GetIdMapsPool().GetId(entity, index));
 }
 
 }  // namespace quilon::diff

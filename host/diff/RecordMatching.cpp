@@ -3,28 +3,17 @@
 #include <algorithm>
 
 #include <bundled/FED_ColumnDataBlock.h>
+#include <bundled/OnfKinds.h>
 #include "progress/Interrupt.h"
 
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdMapsPool.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 
 namespace quilon::diff {
 
 namespace {
 
-constexpr int kNodeKind           = 0;
-constexpr int kElementKind        = 1;
-constexpr int kUnknownKind        = 14;  // an index that no id maps to reads as itself
-constexpr int kFirstKindWithoutId = 15;
-
 constexpr std::size_t kUnasked = FED_IdMapsPool::npos - 1;
-
-int GetEntityKind(const FED_DataBlock& block)
-{
-  const auto onf = static_cast<FED_OnfId>(block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId));
-  return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
-}
 
 /// @return the indices of the second block that no pair has, ascending
 std::vector<std::size_t> FindUnpaired(const RecordPairs& pairs, const FED_DataBlock& second)
@@ -51,10 +40,10 @@ std::vector<std::size_t> FindUnpaired(const RecordPairs& pairs, const FED_DataBl
 
 }  // namespace
 
-const IdMap* MeshMatch::Find(int entityKind) const noexcept
+const IdMap* MeshMatch::Find(int entity) const noexcept
 {
-  if (entityKind == kNodeKind) return &nodes;
-  return entityKind == kElementKind && hasElements ? &elements : nullptr;
+  if (entity == OnfKind::NodeEntity) return &nodes;
+  return entity == OnfKind::ElementEntity && hasElements ? &elements : nullptr;
 }
 
 void RecordPairs::Add(std::size_t first, std::size_t second)
@@ -73,20 +62,20 @@ RecordMatcher::RecordMatcher(Mode mode, const FED_IdMapsPool& first, const FED_I
 
 RecordPairs RecordMatcher::Pair(const FED_DataBlock& first, const FED_DataBlock& second)
 {
-  const int entityKind = GetEntityKind(first);
+  const int entity = OnfKind::EntityOf(first.GetDescriptor());
   KnownIds  none;
   // Looked up once a block, not once a record.
-  const bool byIndex = mode_ == ByIndex || entityKind >= kFirstKindWithoutId;
-  KnownIds&  known   = byIndex ? none : known_[entityKind];
+  const bool byIndex = mode_ == ByIndex || entity >= OnfKind::HistoryEntity;
+  KnownIds&  known   = byIndex ? none : known_[entity];
 
   RecordPairs result;
-  if (const std::optional<PairRun> all = FindOneRun(first, second, byIndex, entityKind, known)) {
+  if (const std::optional<PairRun> all = FindOneRun(first, second, byIndex, entity, known)) {
     result.runs.push_back(*all);
     return result;
   }
   for (auto index = first.Begin(); index != first.End(); ++index) {
     ThrowIfInterrupted();
-    const std::size_t other = byIndex ? *index : FindInSecond(entityKind, *index, known.inSecond);
+    const std::size_t other = byIndex ? *index : FindInSecond(entity, *index, known.inSecond);
     if (other != *index && (other != FED_IdMapsPool::npos || second.HasRecord(*index))) result.sameIndices = false;
     if (other == FED_IdMapsPool::npos || !second.HasRecord(other))
       result.firstOnly.push_back(*index);
@@ -100,7 +89,7 @@ RecordPairs RecordMatcher::Pair(const FED_DataBlock& first, const FED_DataBlock&
 /// @return the run of all records where both blocks have one at the same indices without a gap, and these stand for the
 ///         same ids; nothing for others, whose records are looked at one by one
 std::optional<PairRun> RecordMatcher::FindOneRun(const FED_DataBlock& first, const FED_DataBlock& second, bool byIndex,
-                                                 int entityKind, KnownIds& known) const
+                                                 int entity, KnownIds& known) const
 {
   const auto* const firstColumns  = dynamic_cast<const FED_ColumnDataBlock*>(&first);
   const auto* const secondColumns = dynamic_cast<const FED_ColumnDataBlock*>(&second);
@@ -114,35 +103,34 @@ std::optional<PairRun> RecordMatcher::FindOneRun(const FED_DataBlock& first, con
   if (byIndex) return all;
   if (known.sameBegin == known.sameEnd) known.sameBegin = known.sameEnd = begin;
   if (begin < known.sameBegin || begin > known.sameEnd) return std::nullopt;
-  while (known.sameEnd < end && FindInSecond(entityKind, known.sameEnd, known.inSecond) == known.sameEnd)
-    ++known.sameEnd;
+  while (known.sameEnd < end && FindInSecond(entity, known.sameEnd, known.inSecond) == known.sameEnd) ++known.sameEnd;
   return known.sameEnd >= end ? std::optional(all) : std::nullopt;
 }
 
-std::size_t RecordMatcher::FindInSecond(int entityKind, std::size_t index, std::vector<std::size_t>& known) const
+std::size_t RecordMatcher::FindInSecond(int entity, std::size_t index, std::vector<std::size_t>& known) const
 {
   // Indices of ids are dense. One that is far behind all others would make the table up to it mostly holes.
   constexpr std::size_t kLargestGap = std::size_t{1} << 20;
-  if (index >= 2 * known.size() + kLargestGap) return LookUp(entityKind, index);
+  if (index >= 2 * known.size() + kLargestGap) return LookUp(entity, index);
   if (index >= known.size()) known.resize(std::max(index + 1, 2 * known.size()), kUnasked);
-  if (known[index] == kUnasked) known[index] = LookUp(entityKind, index);
+  if (known[index] == kUnasked) known[index] = LookUp(entity, index);
   return known[index];
 }
 
-std::size_t RecordMatcher::LookUp(int entityKind, std::size_t index) const
+std::size_t RecordMatcher::LookUp(int entity, std::size_t index) const
 {
-  int                id  = first_.GetId(entityKind, index);
-  const IdMap* const map = mesh_ != nullptr ? mesh_->Find(entityKind) : nullptr;
+  int                id  = first_.GetId(entity, index);
+  const IdMap* const map = mesh_ != nullptr ? mesh_->Find(entity) : nullptr;
   if (map != nullptr) {
     const auto found = map->find(id);
     if (found == map->end()) return FED_IdMapsPool::npos;
     id = found->second;
   }
-  const std::size_t other = second_.FindIndex(entityKind, id);
-  if (other != FED_IdMapsPool::npos || entityKind != kUnknownKind || id < 0) return other;
+  const std::size_t other = second_.FindIndex(entity, id);
+  if (other != FED_IdMapsPool::npos || entity != OnfKind::UnknownEntity || id < 0) return other;
   // An index that no id maps to reads as itself; one that some id maps to stands for that id.
   const auto asIndex = static_cast<std::size_t>(id);
-  return second_.GetId(entityKind, asIndex) == id ? asIndex : FED_IdMapsPool::npos;
+  return second_.GetId(entity, asIndex) == id ? asIndex : FED_IdMapsPool::npos;
 }
 
 }  // namespace quilon::diff

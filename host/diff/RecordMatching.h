@@ -25,7 +25,7 @@ struct MeshMatch
   bool  hasElements = false;  ///< without, elements keep their ids
 
   /// @return the map of an entity kind, null for a kind whose ids mean the same in both databases
-  const IdMap* Find(int entityKind) const noexcept;
+  const IdMap* Find(int entity) const noexcept;
 };
 
 /// Records of two blocks that stand for each other.
@@ -90,10 +90,10 @@ private:
     std::size_t sameEnd   = 0;
   };
 
-  std::optional<PairRun> FindOneRun(const FED_DataBlock& first, const FED_DataBlock& second, bool byIndex,
-                                    int entityKind, KnownIds& known) const;
-  std::size_t            FindInSecond(int entityKind, std::size_t index, std::vector<std::size_t>& known) const;
-  std::size_t            LookUp(int entityKind, std::size_t index) const;
+  std::optional<PairRun> FindOneRun(const FED_DataBlock& first, const FED_DataBlock& second, bool byIndex, int entity,
+                                    KnownIds& known) const;
+  std::size_t            FindInSecond(int entity, std::size_t index, std::vector<std::size_t>& known) const;
+  std::size_t            LookUp(int entity, std::size_t index) const;
 
   Mode                    mode_;
   const FED_IdMapsPool&   first_;

@@ -8,7 +8,6 @@
 
 #include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
-#include <QuilonOnfSpecification/FED_OnfInfoPool.h>
 
 #include "answers/StepTimes.h"
 #include "export/ArrayNames.h"
@@ -24,12 +23,7 @@ namespace {
 
 using Descriptor = FED_DataDescriptor;
 
-constexpr int kNodes    = 0;  // entity kinds
-constexpr int kElements = 1;
-
-int OnfOf(const Descriptor& block) { return block.GetInteger(Descriptor::OnfId); }
-
-int EntityKindOf(int onf) { return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind(); }
+using OnfKind::OnfOf;
 
 void Clear(Descriptor& key, Descriptor::ResultIndex index)
 {
@@ -131,11 +125,7 @@ void AddArrays(ExportArray array, int onf, const ExportComponents& components, s
 
 }  // namespace
 
-bool IsExported(int onf)
-{
-  const int entity = EntityKindOf(onf);
-  return (entity == kNodes || entity == kElements) && !StoredComponentsOf(onf).empty();
-}
+bool IsExported(int onf) { return OnfKind::IsOfMesh(onf) && !StoredComponentsOf(onf).empty(); }
 
 int IterationOf(const std::vector<FED_DataDescriptor>& blocks, const std::string& name)
 {
@@ -202,7 +192,7 @@ ExportPlan MakeExportPlan(const FED_Database& database, const std::vector<FED_Da
   for (const auto& [key, ofArray] : sources) {
     ExportArray array;
     array.name       = NameOf(key.key, kindTable, groups, key.isJoined);
-    array.ofElements = EntityKindOf(OnfOf(key.key)) == kElements;
+    array.ofElements = OnfKind::EntityOf(key.key) == OnfKind::ElementEntity;
     array.isStatic   = key.isStatic;
     array.isJoined   = key.isJoined;
     array.sources    = ofArray;

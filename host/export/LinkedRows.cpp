@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 
 #include "progress/Interrupt.h"
@@ -11,9 +12,6 @@
 namespace quilon {
 
 namespace {
-
-constexpr int kNodes    = 0;  // entity kinds
-constexpr int kElements = 1;
 
 /// @return whether a row follows a part, here and there
 bool Continues(const Hdf5File::VirtualPart& part, const Hdf5File::VirtualPart& row)
@@ -86,7 +84,8 @@ void LinkedRows::AddPlace(const ExportArray& array, const FED_RowPlace& place, s
   files_.insert(place.file.filename().string());
   const std::uint64_t first = (place.offset - dataset.offset) / place.rowBytes;
   for (std::size_t i = 0; i < place.indices.size() && parts.size() <= kMostPieces; ++i) {
-    const int  id       = database_.GetIdMapsPool().GetId(array.ofElements ? kElements : kNodes, place.indices[i]);
+    const int id = database_.GetIdMapsPool().GetId(array.ofElements ? OnfKind::ElementEntity : OnfKind::NodeEntity,
+                                                   place.indices[i]);
     const auto position = array.ofElements ? mesh_.FindElement(id) : mesh_.FindNode(id);
     if (!position) continue;
     row.firstRow  = firstRow + *position;

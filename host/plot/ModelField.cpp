@@ -14,7 +14,6 @@
 #include "mesh/Mesh.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "selection/Selection.h"
 #include "text/Failure.h"
 
@@ -22,21 +21,15 @@ namespace quilon {
 
 namespace {
 
-constexpr int    kNodeKind    = 0;
-constexpr int    kElementKind = 1;
-constexpr double kNone        = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
-int OnfOf(const FED_DataDescriptor& descriptor) { return descriptor.GetInteger(FED_DataDescriptor::OnfId); }
-
-/// @return node, element or another entity kind
-int EntityOf(int onf) { return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind(); }
+using OnfKind::OnfOf;
 
 /// @return whether a record of the kind is one number, vector or tensor at a node or an element
 bool IsDrawn(int onf)
 {
-  const int entity = EntityOf(onf);
-  return (entity == kNodeKind || entity == kElementKind) && !StoredComponentsOf(onf).empty() &&
-         OnfKind::ListPeriodOf(onf) == 1 && onf != OnfKind::Coordinates && onf != OnfKind::ElementType;
+  return OnfKind::IsOfMesh(onf) && !StoredComponentsOf(onf).empty() && OnfKind::ListPeriodOf(onf) == 1 &&
+         onf != OnfKind::Coordinates && onf != OnfKind::ElementType;
 }
 
 /// Calls take(id, values) for each record of a block.
@@ -110,7 +103,7 @@ FieldChoice ChooseField(const std::vector<FED_DataDescriptor>& selected, const K
     if (!(WithoutGroup(descriptor) == WithoutGroup(drawn.front())) || (drawn.size() > 1 && isOfAll(descriptor)))
       Fail(name + ": '" + text + "' selects several blocks of a step, expected one of " + ListOf(drawn));
   choice.blocks    = std::move(drawn);
-  choice.isAtNodes = EntityOf(choice.GetOnf()) == kNodeKind;
+  choice.isAtNodes = OnfKind::EntityOf(choice.GetOnf()) == OnfKind::NodeEntity;
   return choice;
 }
 

@@ -15,7 +15,6 @@
 
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Failure.h"
 #include "text/Format.h"
 #include "text/Suggestion.h"
@@ -26,8 +25,6 @@ namespace {
 
 using Descriptor  = FED_DataDescriptor;
 using Descriptors = std::vector<FED_DataDescriptor>;
-
-constexpr int kHistoryKind = 15;  // entity kind of histories
 
 /// @return the parts without the blanks around them
 std::vector<std::string_view> Split(std::string_view text, char separator)
@@ -167,11 +164,7 @@ std::pair<int, int> KindOf(const Descriptor& descriptor)
   return {descriptor.GetInteger(Descriptor::OnfId), GetQuantity(descriptor)};
 }
 
-bool IsHistory(const Descriptor& descriptor)
-{
-  const auto onf = static_cast<FED_OnfId>(descriptor.GetInteger(Descriptor::OnfId));
-  return FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind() == kHistoryKind;
-}
+bool IsHistory(const Descriptor& descriptor) { return OnfKind::EntityOf(descriptor) == OnfKind::HistoryEntity; }
 
 /// A step's values: per index whether it is set, and to what.
 using Step = std::vector<std::pair<bool, int>>;

@@ -19,7 +19,6 @@
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "selection/Selection.h"
 
 namespace quilon::python {
@@ -57,9 +56,7 @@ std::size_t WidthOf(const std::vector<FED_FieldType::Class>& fields)
 /// Ids as the program orders them: ascending. The values are not read.
 IdTable MakeIds(const Store::Place& place)
 {
-  const int             onf    = place.block.GetDescriptor().GetInteger(FED_DataDescriptor::OnfId);
-  const bool            hasIds = OnfKind::HasIds(onf);
-  const int             kind   = FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind();
+  const int             entity = OnfKind::EntityOf(place.block.GetDescriptor());
   const FED_IdMapsPool& pool   = place.database.GetIdMapsPool();
   const auto*           column = dynamic_cast<const FED_ColumnDataBlock*>(&place.block);
 
@@ -71,9 +68,8 @@ IdTable MakeIds(const Store::Place& place)
 
   IdTable table;
   table.ids.reserve(indices.size());
-  constexpr int kFirstIndexKind = 15;  // of these the index is the id
   for (const std::size_t index : indices)
-    table.ids.push_back(hasIds && kind < kFirstIndexKind ? pool.GetId(kind, index) : static_cast<int>(index));
+    table.ids.push_back(entity < OnfKind::HistoryEntity ? pool.GetId(entity, index) : static_cast<int>(index));
   const bool idsAscend = std::is_sorted(table.ids.begin(), table.ids.end());
   if (idsAscend && FED_SpansAscend(place.block)) return table;
 

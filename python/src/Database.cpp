@@ -21,7 +21,6 @@
 #include "mesh/Mesh.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdMapsPool.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "QuilonUtilities/FED_DoubleArray.h"
 #include "QuilonUtilities/FED_IntArray.h"
 #include "selection/Selection.h"
@@ -181,18 +180,15 @@ std::size_t SetField(FED_DataRecord& record, std::size_t field, FED_FieldType::C
 template <typename Writer>
 void WriteBlock(Store& store, const FED_DataDescriptor& descriptor, std::span<const int> ids, Writer write)
 {
-  const int      onf    = descriptor.GetInteger(FED_DataDescriptor::OnfId);
-  const bool     hasIds = OnfKind::HasIds(onf);
-  const int      kind   = FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind();
+  const int      entity = OnfKind::EntityOf(descriptor);
   FED_DataBlock& block  = store.Replace(descriptor, ids.size());
   try {
-    FED_IdMapsPool& pool            = store.Target().GetIdMapsPool();
-    constexpr int   kFirstIndexKind = 15;
+    FED_IdMapsPool& pool = store.Target().GetIdMapsPool();
     write.Begin(block);
     for (std::size_t i = 0; i < ids.size(); ++i) {
       if (i % 4096 == 0) ThrowIfInterrupted();
-      if (hasIds && kind < kFirstIndexKind) {
-        write.Put(block, pool.FindOrAddIndex(kind, ids[i]), i);
+      if (entity < OnfKind::HistoryEntity) {
+        write.Put(block, pool.FindOrAddIndex(entity, ids[i]), i);
       } else {
         if (ids[i] < 0) Fail("index is " + std::to_string(ids[i]) + ", expected 0 or more");
         write.Put(block, static_cast<std::size_t>(ids[i]), i);

@@ -4,9 +4,10 @@
 #include <string>
 #include <variant>
 
+#include <bundled/OnfKinds.h>
+
 #include "QuilonDbConnector/FED_DataBlock.h"
 #include "QuilonDbConnector/FED_IdMapsPool.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 
 #include "DbFailure.h"
 #include "ResultDataBlock.h"
@@ -15,9 +16,6 @@
 namespace {
 
 constexpr const char* kTag = "|%P|QuilonDbConnector|FED_BlockSpans";
-
-// From this kind on the index is the id.
-constexpr int kFirstIndexKind = 15;
 
 // Records of other databases that are gathered.
 constexpr std::size_t kGathered = 1024;
@@ -28,8 +26,7 @@ class ChunkSpan final : public FED_BlockSpan
 public:
   ChunkSpan(const FED_DataBlock& block, const FED_IdMapsPool* pool) : block_(block), pool_(pool)
   {
-    const auto onf = static_cast<FED_OnfId>(block.GetDescriptor().values[FED_DataDescriptor::OnfId]);
-    kind_          = FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
+    kind_ = OnfKind::EntityOf(block.GetDescriptor());
   }
 
   std::vector<std::uint32_t>& GetIndexBuffer() noexcept { return indices_; }
@@ -43,7 +40,7 @@ public:
     if (pool_ == nullptr) return;
     ids_.resize(indices_.size());
     for (std::size_t i = 0; i < ids_.size(); ++i)
-      ids_[i] = kind_ >= kFirstIndexKind ? static_cast<int>(indices_[i]) : pool_->GetId(kind_, indices_[i]);
+      ids_[i] = kind_ >= OnfKind::HistoryEntity ? static_cast<int>(indices_[i]) : pool_->GetId(kind_, indices_[i]);
   }
 
   QuilonContainer::Span<const double> GetDoubles(std::size_t field) const override { return GetValues<double>(field); }

@@ -13,8 +13,9 @@
 #include <unordered_set>
 #include <utility>
 
+#include <bundled/OnfKinds.h>
+
 #include "QuilonDbConnector/FED_Database.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "bundled/FED_FileLayer.h"
@@ -31,7 +32,7 @@ namespace {
 using Texts = std::vector<std::string>;
 
 // The kind of ids that the catalogue does not know: there an index without an id is its own.
-constexpr std::size_t kUnknownKind = 14;
+constexpr std::size_t kUnknownKind = OnfKind::UnknownEntity;
 
 // Keeps what a call says of its failure.
 // @return whether it succeeded
@@ -501,8 +502,7 @@ private:
   void CopyRows(const StoredState::Block& block, const ExtentBytes& bytes, std::uint32_t firstRow,
                 const VisibleRows& visible, FED_DataBlock& to)
   {
-    const auto onf  = static_cast<FED_OnfId>(block.stored.descriptor.values[FED_DataDescriptor::OnfId]);
-    const auto kind = static_cast<std::size_t>(FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind());
+    const auto kind = static_cast<std::size_t>(OnfKind::EntityOf(block.stored.descriptor));
     // Where the elements of the next row's list begin, by column.
     std::vector<std::size_t> places(block.columns.size());
     FED_DataRecord*          record = to.CreateDataRecord();

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
+#include <bundled/OnfKinds.h>
 
 #include "bundled/FED_RecordFormat.h"
 #include "DbFailure.h"
@@ -13,18 +13,7 @@ namespace {
 
 constexpr const char* kTag = "|%P|QuilonDbConnector|FED_IdDataBlock";
 
-// From this kind on the index is the id.
-constexpr int kFirstIndexKind = 15;
-// The kind whose unmapped indices read as themselves.
-constexpr int kUnknownKind = 14;
-
 constexpr std::size_t kMaxId = 0x7fffffff;
-
-int GetEntityKind(const FED_DataBlock& block)
-{
-  const int onf = block.GetDescriptor().values[FED_DataDescriptor::OnfId];
-  return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind();
-}
 
 // The doubles of a record of the block; `unknown` while it has no format.
 std::size_t CountDoubles(const FED_DataBlock& block, std::size_t unknown)
@@ -44,7 +33,7 @@ std::size_t CountDoubles(const FED_DataBlock& block, std::size_t unknown)
 }  // namespace
 
 FED_ConstIdDataBlock::FED_ConstIdDataBlock(const FED_DataBlock& block, const FED_IdMapsPool& pool)
-    : block_(block), pool_(pool), entityKind_(GetEntityKind(block))
+    : block_(block), pool_(pool), entityKind_(OnfKind::EntityOf(block.GetDescriptor()))
 {}
 
 FED_ConstIdDataBlock::FED_ConstIdDataBlock(const FED_DataBlock& block, const FED_IdMapsPool& pool, bool)
@@ -85,7 +74,7 @@ void FED_ConstIdDataBlock::GetTensor(int id, double* out) const
 
 int FED_ConstIdDataBlock::GetId(std::size_t index) const
 {
-  if (entityKind_ < kFirstIndexKind) return pool_.GetId(entityKind_, index);
+  if (entityKind_ < OnfKind::HistoryEntity) return pool_.GetId(entityKind_, index);
   if (index > kMaxId)
     ThrowBlockFailure(GetDescriptor(), "index is " + std::to_string(index) + ", expected 0 to 2147483647", kTag);
   return static_cast<int>(index);
@@ -112,9 +101,9 @@ void FED_ConstIdDataBlock::DeleteIdDataRecord(FED_ConstIdDataRecord& record) con
 
 std::size_t FED_ConstIdDataBlock::FindIndex(int id) const
 {
-  if (entityKind_ >= kFirstIndexKind) return id < 0 ? FED_IdMapsPool::npos : static_cast<std::size_t>(id);
+  if (entityKind_ >= OnfKind::HistoryEntity) return id < 0 ? FED_IdMapsPool::npos : static_cast<std::size_t>(id);
   const std::size_t index = pool_.FindIndex(entityKind_, id);
-  if (index != FED_IdMapsPool::npos || entityKind_ != kUnknownKind || id < 0) return index;
+  if (index != FED_IdMapsPool::npos || entityKind_ != OnfKind::UnknownEntity || id < 0) return index;
   // An index that no id maps to reads as itself, so that what GetId() says of a record finds it again.
   const auto itself = static_cast<std::size_t>(id);
   return pool_.GetId(entityKind_, itself) == id ? itself : FED_IdMapsPool::npos;
@@ -190,7 +179,7 @@ void FED_IdDataBlock::SetTensor(int id, const double* values)
 
 std::size_t FED_IdDataBlock::FindOrAddIndex(int id)
 {
-  if (entityKind_ < kFirstIndexKind) return writablePool_.FindOrAddIndex(entityKind_, id);
+  if (entityKind_ < OnfKind::HistoryEntity) return writablePool_.FindOrAddIndex(entityKind_, id);
   if (id < 0) ThrowBlockFailure(GetDescriptor(), "index is " + std::to_string(id) + ", expected 0 to 2147483647", kTag);
   return static_cast<std::size_t>(id);
 }

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include <bundled/OnfKinds.h>
+
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "ChunkStore.h"
@@ -13,9 +15,6 @@
 namespace {
 
 constexpr const char* kTag = "|%P|QuilonDbConnector|FED_ResultIdMapsPool";
-
-// The kind of ids that the catalogue does not know.
-constexpr int kUnknownKind = 14;
 
 }  // namespace
 
@@ -134,7 +133,7 @@ int FED_ResultIdMapsPool::GetId(int kind, std::size_t index) const
   const IdMap&      map   = GetMap(kind);
   const std::size_t count = map.GetCount();
   if (index >= 1 && index <= count) return map.GetId(index);
-  if (kind == kUnknownKind && index <= KeyTable::kMaxKey) return static_cast<int>(index);
+  if (kind == OnfKind::UnknownEntity && index <= KeyTable::kMaxKey) return static_cast<int>(index);
   const std::string present = count == 0 ? "there are none" : "indices are 1 to " + std::to_string(count);
   throw FED_Failure("id map of entity kind " + std::to_string(kind) + ": no id has the index " + std::to_string(index) +
                         ", " + present,

@@ -6,7 +6,6 @@
 #include <bundled/OnfKinds.h>
 
 #include "QuilonDbConnector/FED_Database.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "bundled/FED_BlockCopy.h"
@@ -19,11 +18,6 @@
 namespace {
 
 constexpr const char* kTag = "|%P|QuilonDbConnector|QuilonDatabaseUtils";
-
-// From this kind on indices are no ids and stay as they are.
-constexpr int kFirstIndexKind = 15;
-// The kind whose unmapped indices read as themselves.
-constexpr int kUnknownKind = 14;
 
 std::vector<std::size_t> GetIndices(const FED_DataBlock& block)
 {
@@ -40,7 +34,7 @@ std::vector<std::size_t> GetIndices(const FED_DataBlock& block)
 std::vector<std::size_t> TranslateIndices(const FED_Database& source, FED_Database& target, int kind,
                                           const std::vector<std::size_t>& indices)
 {
-  if (kind >= kFirstIndexKind) return indices;
+  if (kind >= OnfKind::HistoryEntity) return indices;
   const FED_IdMapsPool& sourcePool = source.GetIdMapsPool();
   std::vector<int>      ids;
   ids.reserve(indices.size());
@@ -61,7 +55,7 @@ bool CopyRows(const FED_DataBlock& source, FED_DataBlock& target, int kind,
   auto*       to   = dynamic_cast<ResultDataBlock*>(&target);
   if (from == nullptr || to == nullptr || !from->RowsAscend()) return false;
   // An index of the unknown kind that no id has reads as an id, which another index may have.
-  if (kind == kUnknownKind) return false;
+  if (kind == OnfKind::UnknownEntity) return false;
   to->AppendRows(*from, targetIndices);
   return true;
 }
@@ -103,7 +97,7 @@ void CopyBlock(const FED_Database& source, FED_Database& target, const FED_DataB
     const ScratchGuard<FED_ConstDataRecord> record(block, block.CreateConstDataRecord());
     format = FED_RecordFormat::FromRecord(*record);
   }
-  const int                      kind          = FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind();
+  const int                      kind          = OnfKind::EntityOf(onf);
   const std::vector<std::size_t> targetIndices = TranslateIndices(source, target, kind, indices);
   if (target.HasDataBlock(descriptor)) target.DeleteDataBlock(descriptor);
   FED_DataBlock* copy = target.CreateDataBlock(descriptor, indices.size(), 0, format.ToString());

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include <bundled/OnfKinds.h>
+
 #include "bundled/FED_ColumnDataBlock.h"
 #include "bundled/FED_RecordFormat.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
@@ -39,18 +41,12 @@ static_assert(std::size(kIndexNames) == FED_DataDescriptor::kNumIndices);
 
 constexpr std::size_t kOnfIndex = FED_DataDescriptor::OnfId;
 
-/// Entity kinds from here on have no ids.
-constexpr int kFirstKindWithoutIds = 15;
-
 const FED_OnfMetaData& GetInfo(const FED_DataDescriptor& descriptor)
 {
   return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(descriptor.values[kOnfIndex]));
 }
 
-bool UsesIds(const FED_DataDescriptor& descriptor)
-{
-  return GetInfo(descriptor).GetEntityKind() < kFirstKindWithoutIds;
-}
+bool UsesIds(const FED_DataDescriptor& descriptor) { return OnfKind::HasIds(OnfKind::OnfOf(descriptor)); }
 
 bool IsBitSet(const FED_DataDescriptor& descriptor, std::size_t index) { return (descriptor.mask >> index & 1u) != 0; }
 

@@ -9,8 +9,6 @@ namespace OnfKind {
 
 namespace {
 
-constexpr int kFirstEntityWithoutIds = 15;
-
 struct Derived
 {
   int principal;
@@ -24,10 +22,15 @@ constexpr std::array<Derived, 4> kDerived = {{{NodalStressPrincipal, NodalStress
 
 }  // namespace
 
-bool HasIds(int onf)
+int EntityOf(int onf) { return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind(); }
+
+bool IsOfMesh(int onf)
 {
-  return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetEntityKind() < kFirstEntityWithoutIds;
+  const int entity = EntityOf(onf);
+  return entity == NodeEntity || entity == ElementEntity;
 }
+
+bool HasIds(int onf) { return EntityOf(onf) < HistoryEntity; }
 
 int TensorOf(int principal) noexcept
 {

@@ -127,6 +127,25 @@ TEST(OnfKinds, APrincipalKindAndItsTensorBelongToOneEntity)
   EXPECT_EQ(OnfKind::PrincipalOf(OnfKind::NodalStressSolver), 0);
 }
 
+TEST(OnfKinds, TellsWhatRecordsBelongTo)
+{
+  EXPECT_EQ(OnfKind::EntityOf(OnfKind::Displacement), OnfKind::NodeEntity);
+  EXPECT_EQ(OnfKind::EntityOf(OnfKind::UserNodeList), OnfKind::NodeEntity);
+  EXPECT_EQ(OnfKind::EntityOf(OnfKind::ElementStress), OnfKind::ElementEntity);
+  EXPECT_EQ(OnfKind::EntityOf(OnfKind::Time), OnfKind::HistoryEntity);
+  EXPECT_EQ(OnfKind::EntityOf(OnfKind::UserHistory), OnfKind::HistoryEntity);
+  EXPECT_EQ(OnfKind::EntityOf(9999), OnfKind::UnknownEntity);
+
+  for (const OnfCatalogue::Entry& entry : OnfCatalogue::Entries()) {
+    const int entity = entry.metaData.GetEntityKind();
+    EXPECT_EQ(OnfKind::EntityOf(entry.onf), entity) << entry.onf;
+    EXPECT_EQ(OnfKind::IsOfMesh(entry.onf), entity == OnfKind::NodeEntity || entity == OnfKind::ElementEntity)
+        << entry.onf;
+    EXPECT_EQ(OnfKind::HasIds(entry.onf), entity < OnfKind::HistoryEntity) << entry.onf;
+  }
+  EXPECT_FALSE(OnfKind::IsOfMesh(9999));
+}
+
 TEST(OnfKinds, NodesAndElementsHaveIdsHistoriesAndMatricesHaveNone)
 {
   EXPECT_TRUE(OnfKind::HasIds(OnfKind::Displacement));

@@ -110,6 +110,24 @@ enum UserHundred : int
 /// @return whether the kind tells where results come from: two databases with the same results may differ in it
 constexpr bool IsProvenance(int onf) noexcept { return onf == ImportFile || onf == ImportSetting; }
 
+/// @return the kind of a block's records
+inline int OnfOf(const FED_DataDescriptor& block) { return block.values[FED_DataDescriptor::OnfId]; }
+
+/// What the records of a kind belong to, as FED_OnfMetaData::GetEntityKind gives it: kinds of one entity share the ids
+/// and the indices of a database. Those below HistoryEntity have ids, the others are addressed by index.
+enum Entity : int
+{
+  NodeEntity    = 0,
+  ElementEntity = 1,
+  UnknownEntity = 14,  ///< of kinds that no table knows: an index that no id maps to is its own id
+  HistoryEntity = 15   ///< indices are substeps
+};
+QUILON_ONF_SPECIFICATION_API int EntityOf(int onf);
+inline int                       EntityOf(const FED_DataDescriptor& block) { return EntityOf(OnfOf(block)); }
+
+/// @return whether the records of the kind belong to nodes or to elements
+QUILON_ONF_SPECIFICATION_API bool IsOfMesh(int onf);
+
 /// @return whether ids, of nodes, elements or the like, number the records of the kind; by index otherwise
 QUILON_ONF_SPECIFICATION_API bool HasIds(int onf);
 
