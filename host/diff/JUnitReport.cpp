@@ -6,6 +6,7 @@
 
 #include "diff/Report.h"
 #include "text/Format.h"
+#include "text/XmlText.h"
 
 namespace quilon::diff {
 
@@ -54,29 +55,7 @@ std::string ToUtf8(std::string_view text)
 }
 
 /// Text for an attribute or an element. XML has no word for most control characters.
-std::string Escaped(std::string_view text)
-{
-  std::string escaped;
-  for (const char c : Printable(ToUtf8(text))) {
-    switch (c) {
-      case '&':
-        escaped += "&amp;";
-        break;
-      case '<':
-        escaped += "&lt;";
-        break;
-      case '>':
-        escaped += "&gt;";
-        break;
-      case '"':
-        escaped += "&quot;";
-        break;
-      default:
-        escaped += c;
-    }
-  }
-  return escaped;
-}
+std::string Escaped(std::string_view text) { return XmlText(Printable(ToUtf8(text))); }
 
 std::string Describe(const DifferenceRow& row)
 {

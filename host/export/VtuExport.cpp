@@ -7,34 +7,11 @@
 
 #include "export/GridSource.h"
 #include "text/Format.h"
+#include "text/XmlText.h"
 
 namespace quilon {
 
 namespace {
-
-std::string XmlText(const std::string& text)
-{
-  std::string escaped;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        escaped += "&amp;";
-        break;
-      case '<':
-        escaped += "&lt;";
-        break;
-      case '>':
-        escaped += "&gt;";
-        break;
-      case '"':
-        escaped += "&quot;";
-        break;
-      default:
-        escaped += c;
-    }
-  }
-  return escaped;
-}
 
 /// Numbers behind the XML.
 struct Appended
