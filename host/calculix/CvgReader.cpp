@@ -13,9 +13,7 @@ constexpr std::size_t kRowSize = 81;
 
 CvgRow ReadRow(const LineFile& file)
 {
-  const std::size_t size = WithoutTrailingBlanks(file.Text()).size();
-  if (size != kRowSize)
-    file.Fail("expected a row of " + std::to_string(kRowSize) + " columns, found " + std::to_string(size));
+  file.ExpectWidth(kRowSize);
   CvgRow row;
   row.line            = file.Line();
   row.step            = file.GetInteger(2, 5);
@@ -38,15 +36,10 @@ std::vector<CvgRow> ReadCvg(std::istream& in, const std::string& name)
   LineFile            file(in, name, noProgress);
   std::vector<CvgRow> rows;
   // The zero in the first title is the solver's.
-  for (const char* title : {"SUMMARY OF C0NVERGENCE INFORMATION",
-                            "  STEP   INC  ATT   ITER     CONT.   RESID.        CORR.      RESID.      CORR.",
-                            "                              EL.    FORCE         DISP       FLUX        TEMP.",
-                            "                              (#)     (%)           (%)        (%)         (%)"})
-  {
-    const std::string expected = "the title '" + std::string(title) + "'";
-    if (!file.NextLine()) file.FailAtEnd(expected);
-    if (WithoutTrailingBlanks(file.Text()) != title) file.FailExpected(expected);
-  }
+  file.ExpectTitles({"SUMMARY OF C0NVERGENCE INFORMATION",
+                     "  STEP   INC  ATT   ITER     CONT.   RESID.        CORR.      RESID.      CORR.",
+                     "                              EL.    FORCE         DISP       FLUX        TEMP.",
+                     "                              (#)     (%)           (%)        (%)         (%)"});
   while (file.NextLine())
     if (!WithoutTrailingBlanks(file.Text()).empty()) rows.push_back(ReadRow(file));
   return rows;

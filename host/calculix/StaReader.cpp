@@ -13,10 +13,7 @@ constexpr std::size_t kRowSize = 71;
 
 StaRow ReadRow(const LineFile& file)
 {
-  const std::size_t size = WithoutTrailingBlanks(file.Text()).size();
-  if (size != kRowSize) {
-    file.Fail("expected a row of " + std::to_string(kRowSize) + " columns, found " + std::to_string(size));
-  }
+  file.ExpectWidth(kRowSize);
   StaRow row;
   row.line      = file.Line();
   row.step      = file.GetInteger(2, 5);
@@ -38,13 +35,8 @@ std::vector<StaRow> ReadSta(std::istream& in, const std::string& name)
   const ReadProgress  noProgress;
   LineFile            file(in, name, noProgress);
   std::vector<StaRow> rows;
-  for (const char* title :
-       {"SUMMARY OF JOB INFORMATION", "  STEP      INC     ATT  ITRS     TOT TIME     STEP TIME      INC TIME"})
-  {
-    const std::string expected = "the title '" + std::string(title) + "'";
-    if (!file.NextLine()) file.FailAtEnd(expected);
-    if (WithoutTrailingBlanks(file.Text()) != title) file.FailExpected(expected);
-  }
+  file.ExpectTitles(
+      {"SUMMARY OF JOB INFORMATION", "  STEP      INC     ATT  ITRS     TOT TIME     STEP TIME      INC TIME"});
   while (file.NextLine())
     if (!WithoutTrailingBlanks(file.Text()).empty()) rows.push_back(ReadRow(file));
   return rows;

@@ -109,6 +109,21 @@ void LineFile::FailColumn(const char* what, std::size_t first, std::size_t width
                     std::to_string(first) + ", found '" + Shown(Columns(text_, first, width)) + "'");
 }
 
+void LineFile::ExpectTitles(std::initializer_list<std::string_view> titles)
+{
+  for (const std::string_view title : titles) {
+    const std::string expected = "the title '" + std::string(title) + "'";
+    if (!NextLine()) FailAtEnd(expected);
+    if (WithoutTrailingBlanks(text_) != title) FailExpected(expected);
+  }
+}
+
+void LineFile::ExpectWidth(std::size_t width) const
+{
+  const std::size_t found = WithoutTrailingBlanks(text_).size();
+  if (found != width) Fail("expected a row of " + std::to_string(width) + " columns, found " + std::to_string(found));
+}
+
 double LineFile::GetDouble(std::size_t first, std::size_t width) const
 {
   const std::string_view column = Columns(text_, first, width);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <istream>
 #include <string>
 #include <string_view>
@@ -64,6 +65,12 @@ public:
   /// Throws FED_Failure for a column of the current line that holds no number.
   /// @param first column from 1
   [[noreturn]] void FailColumn(const char* what, std::size_t first, std::size_t width) const;
+
+  /// Takes the next lines, which are these but for blanks behind them.
+  /// @throws FED_Failure naming the first that is another
+  void ExpectTitles(std::initializer_list<std::string_view> titles);
+  /// Throws FED_Failure unless the current line has so many columns, blanks behind them not counted.
+  void ExpectWidth(std::size_t width) const;
 
   /// Reads a number from columns of the current line.
   double GetDouble(std::size_t first, std::size_t width) const;
