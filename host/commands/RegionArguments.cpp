@@ -1,34 +1,13 @@
 #include "commands/RegionArguments.h"
 
-#include <charconv>
-#include <cmath>
 #include <string>
-#include <system_error>
 
 #include <CLI/CLI.hpp>
 
 #include "terminal/Console.h"
-#include "text/Failure.h"
+#include "text/NumberList.h"
 
 namespace quilon {
-
-void ParseNumbers(const std::string& option, const std::string& text, std::span<double> numbers,
-                  const std::string& expected)
-{
-  const char* at    = text.data();
-  const char* end   = text.data() + text.size();
-  bool        isBad = false;
-  for (double& number : numbers) {
-    const auto taken  = std::from_chars(at, end, number);
-    const bool isLast = &number == &numbers.back();
-    isBad =
-        isBad || taken.ec != std::errc() || !std::isfinite(number) || (isLast ? taken.ptr != end : taken.ptr == end);
-    if (isBad || isLast) break;
-    isBad = *taken.ptr != ',';
-    at    = taken.ptr + 1;
-  }
-  if (isBad) Fail(option + " is '" + text + "', expected " + expected);
-}
 
 void AddPlaceOptions(CLI::App& app, RegionOptions& options)
 {

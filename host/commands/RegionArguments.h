@@ -22,9 +22,4 @@ void AddPlaceOptions(CLI::App& app, RegionOptions& options);
 /// Tells what is to be known of a region, on standard error.
 void TellNotes(const Region& region, Console& console);
 
-/// Reads finite numbers between commas, as many as there are in `numbers`.
-/// @throws FED_Failure naming the option and what it expects: "three numbers X,Y,Z"
-void ParseNumbers(const std::string& option, const std::string& text, std::span<double> numbers,
-                  const std::string& expected);
-
 }  // namespace quilon

@@ -89,8 +89,7 @@ ForceRequest MakeRequest(const Options& options)
   if (!options.about.empty()) {
     if (!options.plane.empty()) Fail("--about is of a free body, expected the point of --plane for its moment");
     if (!options.HasPart()) Fail("--about is of a free body, expected --elements or --set with it");
-    if (!ParseNumbers(options.about, request.about))
-      Fail("--about is '" + options.about + "', expected three numbers X,Y,Z");
+    ParseNumbers("--about", options.about, request.about, "three numbers X,Y,Z");
   }
   if (!options.plane.empty()) request.plane = ParsePlane(options.plane);
   if (!options.nlgeom.empty()) request.nonlinearSteps = ParseNonlinearSteps(options.nlgeom);

@@ -53,7 +53,7 @@ constexpr const char* kTensorColumns[] = {"xx", "yy", "zz", "xy", "yz", "zx"};
 PathPlace ParsePlace(const std::string& option, const std::string& text)
 {
   PathPlace place{};
-  if (!ParseNumbers(text, place)) Fail(option + " is '" + text + "', expected three numbers X,Y,Z");
+  ParseNumbers(option, text, place, "three numbers X,Y,Z");
   return place;
 }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <system_error>
 
+#include "text/Failure.h"
 #include "text/Format.h"
 
 namespace quilon {
@@ -20,6 +21,12 @@ bool ParseNumbers(std::string_view text, std::span<double> numbers)
     at = taken.ptr + 1;
   }
   return true;
+}
+
+void ParseNumbers(const std::string& option, const std::string& text, std::span<double> numbers,
+                  const std::string& expected)
+{
+  if (!ParseNumbers(text, numbers)) Fail(option + " is '" + text + "', expected " + expected);
 }
 
 std::string FormatNumbers(std::span<const double> numbers)

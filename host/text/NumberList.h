@@ -13,6 +13,11 @@ namespace quilon {
 /// @return whether there are as many as are wanted and nothing else
 bool ParseNumbers(std::string_view text, std::span<double> numbers);
 
+/// The same of an option's text.
+/// @throws FED_Failure "OPTION is 'TEXT', expected <expected>": "three numbers X,Y,Z", for example
+void ParseNumbers(const std::string& option, const std::string& text, std::span<double> numbers,
+                  const std::string& expected);
+
 /// @return "1,2.5,-300", six digits each
 std::string FormatNumbers(std::span<const double> numbers);
 
