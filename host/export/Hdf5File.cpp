@@ -58,8 +58,6 @@ hid_t MemoryType(hid_t stored)
   return H5T_NATIVE_DOUBLE;
 }
 
-std::vector<hsize_t> ToSizes(const std::vector<std::uint64_t>& shape) { return {shape.begin(), shape.end()}; }
-
 }  // namespace
 
 /// The bytes of a file on their way to the disk. HDF5 is told that every write succeeds: after one that fails it can
@@ -258,46 +256,61 @@ std::vector<Hdf5File::PlacedDataset> Hdf5File::ListDatasets(const std::filesyste
   return datasets;
 }
 
+/// What a data set is made of: its space, the link to it, which makes groups on the way, and how it is kept, without
+/// times.
+struct Hdf5File::NewDataset
+{
+  const Hdf5File&            file;
+  const std::vector<hsize_t> sizes;
+  const Handle               space;
+  const Handle               links;
+  const Handle               creation;
+
+  NewDataset(const Hdf5File& ofFile, const std::vector<std::uint64_t>& shape)
+      : file(ofFile),
+        sizes(shape.begin(), shape.end()),
+        space(file.Require(H5Screate_simple(static_cast<int>(sizes.size()), sizes.data(), nullptr)), H5Sclose),
+        links(file.Require(H5Pcreate(H5P_LINK_CREATE)), H5Pclose),
+        creation(file.Require(H5Pcreate(H5P_DATASET_CREATE)), H5Pclose)
+  {
+    file.Require(H5Pset_create_intermediate_group(links, 1));
+    file.Require(H5Pset_char_encoding(links, H5T_CSET_UTF8));
+    file.Require(H5Pset_obj_track_times(creation, false));
+  }
+
+  void Create(const std::string& path, hid_t type) const
+  {
+    const Handle dataset(file.Require(H5Dcreate2(file.file_, path.c_str(), type, space, links, creation, H5P_DEFAULT)),
+                         H5Dclose);
+  }
+};
+
 void Hdf5File::CreateDataset(const std::string& path, Hdf5Type type, const std::vector<std::uint64_t>& shape)
 {
-  const std::vector<hsize_t> sizes = ToSizes(shape);
-  const Handle space(Require(H5Screate_simple(static_cast<int>(sizes.size()), sizes.data(), nullptr)), H5Sclose);
-  const Handle links(Require(H5Pcreate(H5P_LINK_CREATE)), H5Pclose);
-  Require(H5Pset_create_intermediate_group(links, 1));
-  Require(H5Pset_char_encoding(links, H5T_CSET_UTF8));
-  const Handle creation(Require(H5Pcreate(H5P_DATASET_CREATE)), H5Pclose);
-  Require(H5Pset_obj_track_times(creation, false));
-  Require(H5Pset_fill_time(creation, H5D_FILL_TIME_NEVER));
-  const Handle dataset(Require(H5Dcreate2(file_, path.c_str(), StoredType(type), space, links, creation, H5P_DEFAULT)),
-                       H5Dclose);
+  const NewDataset made(*this, shape);
+  Require(H5Pset_fill_time(made.creation, H5D_FILL_TIME_NEVER));
+  made.Create(path, StoredType(type));
 }
 
 void Hdf5File::CreateVirtualDataset(const std::string& path, const std::vector<std::uint64_t>& shape,
                                     const std::vector<VirtualPart>& parts)
 {
-  const std::vector<hsize_t> sizes = ToSizes(shape);
-  const Handle space(Require(H5Screate_simple(static_cast<int>(sizes.size()), sizes.data(), nullptr)), H5Sclose);
-  const Handle links(Require(H5Pcreate(H5P_LINK_CREATE)), H5Pclose);
-  Require(H5Pset_create_intermediate_group(links, 1));
-  Require(H5Pset_char_encoding(links, H5T_CSET_UTF8));
-  const Handle creation(Require(H5Pcreate(H5P_DATASET_CREATE)), H5Pclose);
-  Require(H5Pset_obj_track_times(creation, false));
+  const NewDataset made(*this, shape);
   constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
-  Require(H5Pset_fill_value(creation, H5T_NATIVE_DOUBLE, &kNoValue));
-  const hsize_t numColumns = sizes.size() == 2 ? sizes[1] : 1;
+  Require(H5Pset_fill_value(made.creation, H5T_NATIVE_DOUBLE, &kNoValue));
+  const hsize_t numColumns = made.sizes.size() == 2 ? made.sizes[1] : 1;
   for (const VirtualPart& part : parts) {
     const hsize_t first[] = {part.firstRow, 0};
     const hsize_t count[] = {part.numRows, numColumns};
-    Require(H5Sselect_hyperslab(space, H5S_SELECT_SET, first, nullptr, count, nullptr));
+    Require(H5Sselect_hyperslab(made.space, H5S_SELECT_SET, first, nullptr, count, nullptr));
     const hsize_t sourceSizes[] = {part.numSourceRows, part.numSourceColumns};
     const hsize_t sourceFirst[] = {part.sourceRow, part.firstColumn};
     const Handle  source(Require(H5Screate_simple(part.numSourceColumns == 0 ? 1 : 2, sourceSizes, nullptr)), H5Sclose);
     Require(H5Sselect_hyperslab(source, H5S_SELECT_SET, sourceFirst, nullptr, count, nullptr));
-    Require(H5Pset_virtual(creation, space, part.file.c_str(), part.dataset.c_str(), source));
+    Require(H5Pset_virtual(made.creation, made.space, part.file.c_str(), part.dataset.c_str(), source));
   }
-  Require(H5Sselect_all(space));
-  const Handle dataset(Require(H5Dcreate2(file_, path.c_str(), H5T_IEEE_F64LE, space, links, creation, H5P_DEFAULT)),
-                       H5Dclose);
+  Require(H5Sselect_all(made.space));
+  made.Create(path, H5T_IEEE_F64LE);
 }
 
 void Hdf5File::WriteRows(const std::string& path, std::uint64_t firstRow, std::span<const std::byte> bytes)

@@ -106,6 +106,7 @@ private:
 
   struct Sink;
   class Driver;
+  struct NewDataset;
 
   std::string           name_;
   std::unique_ptr<Sink> sink_;
