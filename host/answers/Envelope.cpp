@@ -38,6 +38,28 @@ constexpr std::array<Descriptor::ResultIndex, 5> kStepOrder = {
 
 using OnfKind::OnfOf;
 
+/// What governs one component of one record until now.
+struct Governing
+{
+  double&        least;
+  std::uint32_t& leastStep;
+  double&        greatest;
+  std::uint32_t& greatestStep;
+
+  /// @param value a number. The first one replaces the NaN that stands for none: no comparison with one holds.
+  void Take(double value, std::uint32_t step) const
+  {
+    if (!(value >= least)) {
+      least     = value;
+      leastStep = step;
+    }
+    if (!(value <= greatest)) {
+      greatest     = value;
+      greatestStep = step;
+    }
+  }
+};
+
 /// Offers all records of a block as the next step.
 void OfferBlock(const FED_Database& database, const Descriptor& descriptor, const RecordTurner& turner,
                 EnvelopeSeries& series)
@@ -203,15 +225,7 @@ void EnvelopeField::Offer(int id, std::span<const double> values)
       ++numNans_;
       continue;
     }
-    // The first number replaces the NaN that stands for none: no comparison with one holds.
-    if (!(value >= least_[at])) {
-      least_[at]     = value;
-      leastStep_[at] = step;
-    }
-    if (!(value <= greatest_[at])) {
-      greatest_[at]     = value;
-      greatestStep_[at] = step;
-    }
+    Governing{least_[at], leastStep_[at], greatest_[at], greatestStep_[at]}.Take(value, step);
   }
 }
 
@@ -249,14 +263,7 @@ void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* va
         ++numNans_;
         continue;
       }
-      if (!(value >= least[v])) {
-        least[v] = value;
-        first[v] = step;
-      }
-      if (!(value <= greatest[v])) {
-        greatest[v] = value;
-        last[v]     = step;
-      }
+      Governing{least[v], first[v], greatest[v], last[v]}.Take(value, step);
     }
     next_ += known;
     i += known;
