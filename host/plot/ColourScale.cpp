@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <span>
 
-#include "text/Case.h"
 #include "text/Failure.h"
 #include "text/Suggestion.h"
 
@@ -44,24 +43,12 @@ Colour Interpolate(std::span<const Rgb> colours, double place)
   return Blend(ColourOf(colours[index]), ColourOf(colours[index + 1]), place - static_cast<double>(index));
 }
 
-constexpr struct
-{
-  const char* name;
-  ColourMap   map;
-} kNames[] = {{"viridis", ColourMap::Viridis}, {"coolwarm", ColourMap::CoolWarm}, {"grey", ColourMap::Grey}};
-
 }  // namespace
 
 ColourMap ParseColourMap(const std::string& name)
 {
-  std::vector<std::string> names;
-  for (const auto& known : kNames) {
-    if (LowerCase(name) == known.name) return known.map;
-    names.emplace_back(known.name);
-  }
-  const std::string suggestion = DidYouMean(LowerCase(name), names);
-  Fail("'" + name + "' is no colour map" +
-       (suggestion.empty() ? ", expected viridis, coolwarm, grey or auto" : suggestion));
+  constexpr ColourMap kMaps[] = {ColourMap::Viridis, ColourMap::CoolWarm, ColourMap::Grey};
+  return kMaps[FindName(name, {"viridis", "coolwarm", "grey"}, "is no colour map", "viridis, coolwarm, grey or auto")];
 }
 
 Colour ColourAt(ColourMap map, double position)

@@ -20,7 +20,6 @@
 #include "plot/Ticks.h"
 #include "progress/Interrupt.h"
 #include "selection/Selection.h"
-#include "text/Case.h"
 #include "text/Failure.h"
 #include "text/Format.h"
 #include "text/Suggestion.h"
@@ -37,13 +36,6 @@ constexpr double kMeshWidth    = 0.9;
 constexpr double kBias         = 1.2;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-constexpr struct
-{
-  const char* name;
-  MeshLines   lines;
-} kLineNames[] = {
-    {"auto", MeshLines::Auto}, {"mesh", MeshLines::All}, {"outline", MeshLines::Outline}, {"none", MeshLines::None}};
 
 /// Least and greatest of what is added.
 struct Bounds
@@ -812,14 +804,9 @@ private:
 
 MeshLines ParseMeshLines(const std::string& name)
 {
-  std::vector<std::string> names;
-  for (const auto& known : kLineNames) {
-    if (LowerCase(name) == known.name) return known.lines;
-    names.emplace_back(known.name);
-  }
-  const std::string suggestion = DidYouMean(LowerCase(name), names);
-  Fail("'" + name + "' are no mesh lines" +
-       (suggestion.empty() ? ", expected auto, mesh, outline or none" : suggestion));
+  constexpr MeshLines kLines[] = {MeshLines::Auto, MeshLines::All, MeshLines::Outline, MeshLines::None};
+  return kLines[FindName(name, {"auto", "mesh", "outline", "none"}, "are no mesh lines",
+                         "auto, mesh, outline or none")];
 }
 
 ModelPicture DrawModel(const FED_Database& database, int iteration, const std::optional<FieldChoice>& choice,

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "text/Case.h"
+#include "text/Failure.h"
+
 namespace quilon {
 
 std::size_t EditDistance(std::string_view a, std::string_view b)
@@ -40,6 +43,16 @@ std::string DidYouMean(std::string_view word, const std::vector<std::string>& ca
     }
   }
   return nearest == nullptr ? std::string() : ", did you mean '" + *nearest + "'?";
+}
+
+std::size_t FindName(const std::string& name, const std::vector<std::string>& known, const std::string& wrong,
+                     const std::string& expected)
+{
+  const std::string word  = LowerCase(name);
+  const auto        found = std::find(known.begin(), known.end(), word);
+  if (found != known.end()) return static_cast<std::size_t>(found - known.begin());
+  const std::string suggestion = DidYouMean(word, known);
+  Fail("'" + name + "' " + wrong + (suggestion.empty() ? ", expected " + expected : suggestion));
 }
 
 }  // namespace quilon

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "QuilonUtilities/FED_Failure.h"
+
 namespace {
 
 using quilon::DidYouMean;
 using quilon::EditDistance;
+using quilon::FindName;
 
 TEST(Suggestion, DistanceCountsEdits)
 {
@@ -56,6 +59,24 @@ TEST(Suggestion, AllowsOneWrongLetterInAShortWord)
 {
   EXPECT_EQ(DidYouMean("sl", {"ls"}), ", did you mean 'ls'?");
   EXPECT_EQ(DidYouMean("x", {"an"}), "");
+}
+
+TEST(Suggestion, FindsANameInAnyCase)
+{
+  const std::vector<std::string> known = {"red", "yellow"};
+  EXPECT_EQ(FindName("red", known, "is no colour", "red or yellow"), 0u);
+  EXPECT_EQ(FindName("YelloW", known, "is no colour", "red or yellow"), 1u);
+  const auto failureOf = [&](const std::string& name) {
+    try {
+      FindName(name, known, "is no colour", "red or yellow");
+    } catch (const FED_Failure& failure) {
+      return std::string(failure.what());
+    }
+    return std::string("none");
+  };
+  EXPECT_EQ(failureOf("Yelow"), "'Yelow' is no colour, did you mean 'yellow'?");
+  EXPECT_EQ(failureOf("blue"), "'blue' is no colour, expected red or yellow");
+  EXPECT_EQ(failureOf(""), "'' is no colour, expected red or yellow");
 }
 
 TEST(Suggestion, NeverReplacesAllLettersOfACandidate) { EXPECT_EQ(DidYouMean("x", {"y"}), ""); }
