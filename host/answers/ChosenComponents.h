@@ -11,8 +11,7 @@
 namespace quilon {
 
 /// @return the components of a kind that the selection names, all stored ones where it names none; nothing for a kind
-/// of
-///         lists and for one whose fields are no components
+///         of lists and for one whose fields are no components
 /// @throws FED_Failure for a component that the kind has not
 std::vector<Component> ChosenComponents(const Selection& selection, int onf);
 

@@ -54,9 +54,8 @@ struct Combination
 /// @param name of the file, for messages
 /// @return in the order of the file
 /// @throws FED_Failure "NAME:LINE: what was expected" for anything else: a line that does not parse, a name or load
-/// case
-///         to write that is there twice, a name that nothing defines, names that lead back to themselves, a factor that
-///         is no finite number, a file without combinations
+///         case to write that is there twice, a name that nothing defines, names that lead back to themselves, a factor
+///         that is no finite number, a file without combinations
 std::vector<Combination> ReadCombinations(std::istream& in, const std::string& name);
 std::vector<Combination> ReadCombinations(const std::filesystem::path& path);
 

@@ -34,10 +34,9 @@ public:
   ComponentAxes() = default;
 
   /// @param text      "global", "principal", "rectangular:ax,ay,az,bx,by,bz" (two vectors: x' along a, y' in their
-  /// plane
-  ///                  on b's side), "cylindrical:px,py,pz,dx,dy,dz" (a point of the axis and its direction), or the
-  ///                  name of an orientation of the deck, also as "orientation:NAME". Letters of the words and names
-  ///                  count without their case where no name is exactly the same.
+  ///                  plane on b's side), "cylindrical:px,py,pz,dx,dy,dz" (a point of the axis and its direction), or
+  ///                  the name of an orientation of the deck, also as "orientation:NAME". Letters of the words and
+  ///                  names count without their case where no name is exactly the same.
   /// @param database  for the orientations (604) of the iteration
   /// @throws FED_Failure for what is none of these, for numbers that give no system, and for a name that is not there:
   ///         it lists those that are
@@ -51,8 +50,7 @@ public:
   std::string Describe() const;
 
   /// @return the axes at an undeformed place; nothing for one on the axis of a cylindrical system, where no direction
-  /// is
-  ///         radial. Principal axes are of a tensor and not of a place: those of global axes stand for them.
+  ///         is radial. Principal axes are of a tensor and not of a place: those of global axes stand for them.
   std::optional<LocalAxes> At(const std::array<double, 3>& place) const;
 
 private:
@@ -70,8 +68,7 @@ class RecordTurner
 public:
   /// @param mesh  borrowed; null where the axes need no places
   /// @param onf   the kind of the records: scalars, vectors and tensors
-  /// @throws FED_Failure for a kind of which no component is in axes: principal values, variances, coordinates;
-  /// and for
+  /// @throws FED_Failure for a kind of which no component is in axes: principal values, variances, coordinates; and for
   ///         principal axes of vectors
   RecordTurner(const ComponentAxes& axes, int onf, const Mesh* mesh);
 

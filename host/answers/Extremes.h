@@ -77,8 +77,7 @@ struct ExtremeReport
 ///                 stored ones are meant.
 /// @param listener may be null
 /// @throws FED_Failure when none of the blocks has components, when nothing is in the region, and for a part (a
-/// material,
-///         a set, a group) that the database has not
+///         material, a set, a group) that the database has not
 ExtremeReport FindExtremes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                            const StepTimes& times, Region& region, const ExtremeRequest& request, Listener* listener);
 

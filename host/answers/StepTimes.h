@@ -25,8 +25,7 @@ public:
   explicit StepTimes(const FED_Database& database);
 
   /// @return the time of a block's result step, else its frequency, else its buckling factor; nothing where none of
-  /// them
-  ///         is known or is no finite number, and for blocks that belong to all steps
+  ///         them is known or is no finite number, and for blocks that belong to all steps
   std::optional<double> TimeOf(const FED_DataDescriptor& block) const;
 
   /// @return the same for a position of a history

@@ -41,8 +41,7 @@ FED_DataDescriptor LargeDisplacementsOf(const FED_DataDescriptor& result)
 }
 
 /// @return 1 where an import has kept that the geometry is the deformed one, 0 where it has not, a NaN where its deck
-/// did
-///         not tell
+///         did not tell
 double FindLargeDisplacements(const FED_Database& database, const FED_DataDescriptor& result)
 {
   const FED_DataDescriptor history = LargeDisplacementsOf(result);

@@ -41,8 +41,7 @@ struct ImportJob
   ReadProgress MakeProgress(const std::filesystem::path& path) const;
 
   /// @return 1 where the deck says that the geometry of the result is the deformed one, a NaN where a deck does not
-  /// have
-  ///         the step, as when it goes on from a restart file; nothing where it is not, or without a deck
+  ///         have the step, as when it goes on from a restart file; nothing where it is not, or without a deck
   std::optional<double> FindLargeDisplacements(const StepKey& key) const;
 
   /// Completes the mesh from the deck, if there is one, and saves it. Notes the nodes that the deck has elsewhere.

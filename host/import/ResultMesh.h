@@ -68,8 +68,7 @@ public:
   /// Without a .frd the mesh is the deck's.
   /// @param deck its element types are borrowed for good: they are a constant table
   /// @return nodes that the deck has elsewhere by more than the digits of the .frd allow; they stay where the results
-  ///         have them
-  ///         Nodes of a pre-tension section may be others: the solver splits them
+  ///         have them. Nodes of a pre-tension section may be others: the solver splits them
   /// @throws FED_Failure for a solid that the .frd has with another type or other nodes, and without a .frd for one
   ///         with a node that the deck has not
   std::vector<MovedNode> AddDeck(const ImportedDeck& deck);

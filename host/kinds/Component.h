@@ -11,8 +11,7 @@
 ///     tresca            p1 - p3, twice the largest shear; H. Tresca, C. R. Acad. Sci. 59 (1864) 754-758
 ///     max-shear         (p1 - p3) / 2
 ///     octahedral-shear  sqrt((p1-p2)^2 + (p2-p3)^2 + (p3-p1)^2) / 3 = sqrt(2)/3 sqrt(3/2 s:s); A. Nadai, J. Appl.
-///     Phys. 8
-///                       (1937) 205-213
+///                       Phys. 8 (1937) 205-213
 ///     triaxiality       hydrostatic / mises; infinite where mises is zero, nan where both are
 ///     signed-mises      mises with the sign of the principal value of largest magnitude; positive where p1 and -p3 are
 ///                       that within 1e-12 of it (pure shear)
@@ -37,8 +36,7 @@ public:
   /// @param name "xx" to "zx", "x", "y", "z", "magnitude", "p1", "p2", "p3", "mises", ..., see ComponentNamesOf();
   ///             letters count without their case, and the beginning of exactly one name is enough
   /// @param onf  the kind. The tensors of user kinds are of an unknown quantity: they have the invariants of a stress,
-  /// and
-  ///             equivalent-strain.
+  ///             and equivalent-strain.
   /// @throws FED_Failure when the kind has no such component: what it has, and a near name
   Component(std::string_view name, int onf);
 
@@ -94,8 +92,7 @@ std::vector<std::string> StoredComponentsOf(int onf);
 std::vector<std::string> ComponentNamesOf(int onf);
 
 /// @return the names of the values that a kind's records hold, vector by vector or tensor by tensor in a kind of lists
-/// of
-///         these: StoredComponentsOf(), and those of one of them
+///         of these: StoredComponentsOf(), and those of one of them
 std::vector<std::string> ValueComponentsOf(int onf);
 
 /// @return whether the kind is known to hold a strain
