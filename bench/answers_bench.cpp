@@ -23,7 +23,7 @@
 
 #include "answers/Extremes.h"
 #include "answers/Region.h"
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "file_bench_options.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"

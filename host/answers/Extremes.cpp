@@ -14,9 +14,9 @@
 
 #include "answers/ModelNames.h"
 #include "answers/Region.h"
-#include "answers/StepTimes.h"
 #include "database/Listing.h"
 #include "database/RecordRows.h"
+#include "database/StepTimes.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
 #include "progress/Interrupt.h"

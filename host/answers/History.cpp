@@ -12,8 +12,8 @@
 #include <bundled/OnfKinds.h>
 
 #include "answers/Region.h"
-#include "answers/StepTimes.h"
 #include "database/RecordRows.h"
+#include "database/StepTimes.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
 #include "progress/Interrupt.h"

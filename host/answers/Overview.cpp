@@ -10,7 +10,7 @@
 #include <bundled/OnfKinds.h>
 
 #include "answers/ModelNames.h"
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "kinds/GroupNames.h"
 #include "kinds/KindTable.h"
 #include "progress/Interrupt.h"

@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "selection/Selection.h"
 #include "text/Failure.h"
 #include "text/Format.h"

@@ -8,7 +8,6 @@
 
 #include "answers/Combine.h"
 #include "answers/Envelope.h"
-#include "answers/StepTimes.h"
 #include "commands/AxesOption.h"
 #include "commands/Command.h"
 #include "commands/EnvelopePrinting.h"
@@ -17,6 +16,7 @@
 #include "commands/WaitOption.h"
 #include "commands/WriteReport.h"
 #include "database/Publication.h"
+#include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"

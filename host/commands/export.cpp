@@ -4,9 +4,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "answers/StepTimes.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
+#include "database/StepTimes.h"
 #include "export/Export.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"

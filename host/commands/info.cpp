@@ -10,10 +10,10 @@
 #include <CLI/CLI.hpp>
 
 #include "answers/Overview.h"
-#include "answers/StepTimes.h"
 #include "commands/Command.h"
 #include "database/DatabaseFolder.h"
 #include "database/FolderSize.h"
+#include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"

@@ -10,12 +10,12 @@
 #include <bundled/OnfKinds.h>
 
 #include "answers/Overview.h"
-#include "answers/StepTimes.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "database/Listing.h"
 #include "database/Provenance.h"
+#include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"

@@ -11,7 +11,6 @@
 #include <CLI/CLI.hpp>
 
 #include "answers/Path.h"
-#include "answers/StepTimes.h"
 #include "commands/AxesOption.h"
 #include "commands/ChartArguments.h"
 #include "commands/Command.h"
@@ -19,6 +18,7 @@
 #include "commands/NumberOptions.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
+#include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
 #include "plot/AnswerCharts.h"

@@ -9,10 +9,10 @@
 #include <CLI/CLI.hpp>
 
 #include "answers/Region.h"
-#include "answers/StepTimes.h"
 #include "commands/ChartArguments.h"
 #include "commands/Command.h"
 #include "commands/SelectionOptions.h"
+#include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
 #include "plot/ConvergenceChart.h"

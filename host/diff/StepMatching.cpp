@@ -9,7 +9,7 @@
 
 #include <bundled/OnfKinds.h>
 
-#include "kinds/KindTable.h"
+#include "database/StepTimes.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "selection/Selection.h"
 #include "text/Failure.h"
@@ -49,30 +49,15 @@ struct TimedStep
 /// By time scale, ascending in time; equal times in the order of the steps.
 using TimedSteps = std::map<Descriptor, std::vector<TimedStep>>;
 
-/// Finds the time of each step: it stands in the history of its load case, at the position of its substep.
-/// @param timeless gets the steps that have none
+/// @param timeless gets the steps that have no time; a frequency or a buckling factor is none
 TimedSteps FindTimes(const FED_Database& database, const std::vector<Descriptor>& steps,
                      std::vector<Descriptor>& timeless)
 {
-  TimedSteps                       timed;
-  std::map<Descriptor, Descriptor> histories;  // of times, by iteration, analysis and load case
-  const auto                       keyOf = [](const Descriptor& descriptor) {
-    Descriptor key = ScaleOf(descriptor);
-    CopyIndex(descriptor, key, Descriptor::LoadCase);
-    return key;
-  };
-  for (const Descriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
-    if (GetQuantity(descriptor) == OnfKind::Time) histories.emplace(keyOf(descriptor), descriptor);
+  TimedSteps      timed;
+  const StepTimes times(database);
   for (const Descriptor& step : steps) {
-    const auto history = histories.find(keyOf(step));
-    const auto substep = static_cast<std::size_t>(std::max(step.values[Descriptor::Substep], 0));
-    double     time    = std::nan("");
-    if (history != histories.end()) {
-      const FED_DataBlock& times = database.GetConstDataBlock(history->second);
-      if (times.HasRecord(substep)) time = times.GetScalarAt(substep);
-    }
-    if (std::isfinite(time))
-      timed[ScaleOf(step)].push_back({time, step});
+    if (times.QuantityOf(step) == OnfKind::Time)
+      timed[ScaleOf(step)].push_back({*times.TimeOf(step), step});
     else
       timeless.push_back(step);
   }

@@ -9,7 +9,7 @@
 #include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "export/ArrayNames.h"
 #include "export/ExportGroups.h"
 #include "kinds/KindTable.h"

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "selection/Selection.h"
 #include "text/Format.h"
 

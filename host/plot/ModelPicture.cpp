@@ -10,7 +10,7 @@
 
 #include <bundled/OnfKinds.h>
 
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "kinds/KindTable.h"
 #include "mesh/Mesh.h"
 #include "mesh/Surface.h"

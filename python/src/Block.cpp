@@ -12,10 +12,10 @@
 #include <pybind11/stl.h>
 
 #include "answers/ModelNames.h"
-#include "answers/StepTimes.h"
 #include "Database.h"
 #include "database/RecordRows.h"
 #include "database/ScratchRecord.h"
+#include "database/StepTimes.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"

@@ -14,8 +14,8 @@
 #include <bundled/OnfKinds.h>
 #include <pybind11/stl.h>
 
-#include "answers/StepTimes.h"
 #include "Block.h"
+#include "database/StepTimes.h"
 #include "kinds/KindTable.h"
 #include "kinds/UserKindPool.h"
 #include "mesh/Mesh.h"

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "answers/StepTimes.h"
 #include "database/DatabaseFolder.h"
 #include "database/Publication.h"
+#include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"

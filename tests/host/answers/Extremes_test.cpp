@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "answers/Region.h"
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonUtilities/FED_Failure.h"

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "answers/Region.h"
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "kinds/KindTable.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "TwoBricks.h"

@@ -9,7 +9,7 @@
 #include <bundled/OnfKinds.h>
 #include <gtest/gtest.h>
 
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "TwoBricks.h"
 

@@ -7,7 +7,7 @@
 #include <bundled/OnfKinds.h>
 #include <gtest/gtest.h>
 
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "kinds/KindTable.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "selection/Selection.h"

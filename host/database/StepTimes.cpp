@@ -1,4 +1,4 @@
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 
 #include <cmath>
 #include <cstddef>
