@@ -50,6 +50,20 @@ std::string SelectionOptions::DescribeNothing(const std::string& database) const
   return database + (selected.empty() ? ": holds no blocks" : ": no block matches '" + selected + "'");
 }
 
+CLI::Option* AddDatabaseArgument(CLI::App& app, std::string& database)
+{
+  return app.add_option("DB", database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
+      ->required();
+}
+
+void AddSelectionArguments(CLI::App& app, std::string& database, SelectionOptions& options)
+{
+  AddDatabaseArgument(app, database);
+  app.add_option("SELECTION", options.text, "Which blocks: KIND.COMPONENT,...@KEY=VALUES,...")->required();
+  AddStepsOption(app, options);
+  AddTimeOption(app, options);
+}
+
 void AddStepsOption(CLI::App& app, SelectionOptions& options)
 {
   app.add_option("--steps", options.steps, "Result steps by position: 1,4, 1:9:2 or last")->type_name("STEPS");

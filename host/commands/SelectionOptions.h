@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The arguments of every command that works on selected blocks.
+/// The arguments of every command that works on a database, or on selected blocks of it.
 
 #include <string>
 #include <vector>
@@ -10,7 +10,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 class FED_Database;
 
@@ -41,6 +42,12 @@ struct SelectionOptions
   /// @return what is told of a database in which nothing is selected
   std::string DescribeNothing(const std::string& database) const;
 };
+
+/// Adds the argument DB of commands that take whatever holds results; it is required.
+CLI::Option* AddDatabaseArgument(CLI::App& app, std::string& database);
+
+/// Adds DB, SELECTION, --steps and --time of commands that answer with components of selected blocks.
+void AddSelectionArguments(CLI::App& app, std::string& database, SelectionOptions& options);
 
 /// Adds --steps.
 void AddStepsOption(CLI::App& app, SelectionOptions& options);

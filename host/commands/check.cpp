@@ -7,6 +7,7 @@
 
 #include "commands/Command.h"
 #include "commands/ExitCode.h"
+#include "commands/SelectionOptions.h"
 #include "database/DatabaseFolder.h"
 #include "database/Maintenance.h"
 #include "import/OpenedDatabase.h"
@@ -65,8 +66,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineCheck(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Reads all of a database and says what is wrong, and where: structure, checksums, id maps, counts. Exit code 0\n"

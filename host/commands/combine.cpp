@@ -152,8 +152,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineCombine(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   app.add_option("SELECTION", options->selection.text,
                  "Which kinds: KIND,...@KEY=VALUES,... (default: all that are linear in the loads)");
   app.add_option("--cases", options->cases, "Combinations, one a line: NAME [LC] = 1.35*lc1 + 1.5*lc2/3")

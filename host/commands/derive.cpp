@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/SelectionOptions.h"
 #include "commands/WaitOption.h"
 #include "import/DatabaseDerivation.h"
 #include "terminal/Console.h"
@@ -54,8 +55,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineDerive(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   app.add_option("-o,--output", options->output,
                  "Working database (.fed) or ONF folder for everything (default: add to DB)")
       ->type_name("OUT");

@@ -76,11 +76,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineEnvelope(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
-  app.add_option("SELECTION", options->selection.text, "Which blocks: KIND.COMPONENT,...@KEY=VALUES,...")->required();
-  AddStepsOption(app, options->selection);
-  AddTimeOption(app, options->selection);
+  AddSelectionArguments(app, options->database, options->selection);
   app.add_option("-o,--output", options->output, "Working database (.fed) or ONF folder to write the envelope to")
       ->type_name("OUT");
   AddAxesOption(app, options->axes);

@@ -97,8 +97,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineExport(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   app.add_option("SELECTION", options->selection.text,
                  "Which blocks and components: KIND.COMPONENT,...@KEY=VALUES,... (default: all that have values of "
                  "nodes or elements)");

@@ -11,6 +11,7 @@
 
 #include "answers/Overview.h"
 #include "commands/Command.h"
+#include "commands/SelectionOptions.h"
 #include "database/DatabaseFolder.h"
 #include "database/FolderSize.h"
 #include "database/StepTimes.h"
@@ -222,8 +223,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineInfo(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Prints at most 25 lines: mesh, materials, sets, steps with their times, kinds with their range, averages and "

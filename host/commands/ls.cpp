@@ -149,8 +149,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineLs(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   app.add_option("SELECTION", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)");
   AddStepsOption(app, options->selection);
   AddTimeOption(app, options->selection);

@@ -128,11 +128,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineMax(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
-  app.add_option("SELECTION", options->selection.text, "Which results: KIND.COMPONENT,...@KEY=VALUES,...")->required();
-  AddStepsOption(app, options->selection);
-  AddTimeOption(app, options->selection);
+  AddSelectionArguments(app, options->database, options->selection);
   AddRegionOptions(app, options->region);
   app.add_flag("--min", options->least, "The least values instead of the greatest");
   app.add_flag("--abs", options->magnitude, "The values of largest magnitude");

@@ -209,11 +209,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefinePath(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
-  app.add_option("SELECTION", options->selection.text, "Which blocks: KIND.COMPONENT,...@KEY=VALUES,...")->required();
-  AddStepsOption(app, options->selection);
-  AddTimeOption(app, options->selection);
+  AddSelectionArguments(app, options->database, options->selection);
   app.add_option("--from", options->from, "Where the line begins")->type_name("X,Y,Z");
   app.add_option("--to", options->to, "Where it ends")->type_name("X,Y,Z");
   CLI::Option* const points =

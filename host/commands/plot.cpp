@@ -162,7 +162,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefinePlot(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)");
+  AddDatabaseArgument(app, options->database)->required(false);
   app.add_option("SELECTION", options->selection.text, "Which result: KIND@KEY=VALUES,... (default: the mesh alone)");
   app.add_option("-o,--output", options->output, "Picture to write: .png, .svg or .pdf")->type_name("FILE")->required();
   app.add_option("--step", options->selection.steps, "Result step by position, or last (default: the last selected)")

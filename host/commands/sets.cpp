@@ -8,6 +8,7 @@
 #include "answers/Overview.h"
 #include "answers/Region.h"
 #include "commands/Command.h"
+#include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "import/OpenedDatabase.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -50,8 +51,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineSets(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   AddTableOptions(app, options->form);
   app.footer(
       "Lists what --set, --material and group=NAME understand: sets of nodes and elements, materials, element types "

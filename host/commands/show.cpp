@@ -382,11 +382,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineShow(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
-  app.add_option("SELECTION", options->selection.text, "Which blocks: KIND.COMPONENT,...@KEY=VALUES,...")->required();
-  AddStepsOption(app, options->selection);
-  AddTimeOption(app, options->selection);
+  AddSelectionArguments(app, options->database, options->selection);
   AddRegionOptions(app, options->region);
   AddAxesOption(app, options->axes);
   app.add_option("--head", options->head, "Only the first N records of each block")

@@ -51,8 +51,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineToOnf(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   app.add_option("OUT", options->output, "ONF folder to write; blocks of equal keys are replaced")->required();
   app.add_option("--select", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,... (default: all)")
       ->type_name("SELECTION");
