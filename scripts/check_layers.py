@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks that includes point one way.
+"""Checks that includes point one way, and that a type of the host is defined once.
 
 usage: scripts/check_layers.py [ROOT]
 
@@ -11,8 +11,11 @@ usage: scripts/check_layers.py [ROOT]
 
 Inside a sibling no circle of files: a header and its source count as one.
 
+No type of host and python is defined in two files under one name, unless in unnamed namespaces: they are linked into one
+program, which may then use the one where the other is meant, and no compiler or linker tells.
+
 Nothing outside tests, bench and examples includes a test framework; the library includes the standard library alone.
-Prints each wrong include as FILE:LINE and exits with 1 when there is one.
+Prints each wrong place as FILE:LINE and exits with 1 when there is one.
 """
 
 import re
@@ -131,6 +134,41 @@ def find_circle(root, sibling):
     yield f"siblings/{sibling}: files include each other: " + " -> ".join(walk[walk.index(walk[-1]):])
 
 
+# What matters of C++ to find definitions of types: the first of these that matches stands.
+TOKEN = re.compile(r"""
+    //[^\n]* | /\*.*?\*/ | ^[ \t]*\#(?:\\\n|[^\n])*
+  | R"(?P<raw>[^(\s]*)\(.*?\)(?P=raw)" | "(?:\\.|[^"\\\n])*" | \b\d[\w.']* | '(?:\\.|[^'\\\n])+'
+  | \bnamespace\s*(?P<namespace>[\w:\s]*?)\s*(?P<open>\{)
+  | \b(?:class|struct|union|enum(?:\s+(?:class|struct))?)\s+(?:[A-Z][A-Z_]+\s+)?
+    (?P<type>\w+(?:::\w+)*(?:<[^;{}()]*>)?)(?:\s+final)?\s*(?::(?!:)[^;{}()]*)?\{
+  | (?P<brace>[{}])""", re.X | re.S | re.M)
+
+
+def types_of(text):
+    """Yields line and name, with its namespaces, of each type with external linkage that the text defines."""
+    scopes = []  # names of namespaces; None for everything else in braces, of which nothing is looked at
+    for match in TOKEN.finditer(text):
+        if match["open"]:
+            scopes.append(match["namespace"] or None)
+        elif match["type"]:
+            if None not in scopes:
+                yield text.count("\n", 0, match.start()) + 1, "::".join([*scopes, match["type"]])
+            scopes.append(None)
+        elif match["brace"] == "{":
+            scopes.append(None)
+        elif match["brace"] and scopes:
+            scopes.pop()
+
+
+def find_namesakes(root, files):
+    """Yields a line for each type that two of the files define."""
+    places = {}
+    for path in files:
+        for line, name in types_of(path.read_text(encoding="utf-8")):
+            if (first := places.setdefault(name, (path, line)))[0] != path:
+                yield f"{path.relative_to(root)}:{line}: {name} is defined in {first[0].relative_to(root)}:{first[1]} as well"
+
+
 def main():
     if len(sys.argv) > 1 and sys.argv[1] in ("-h", "--help"):
         print(__doc__)
@@ -145,6 +183,8 @@ def main():
                 files += 1
     for sibling in SIBLINGS:
         wrong += find_circle(root, sibling)
+    program = [path for layer in ("host", "python") for path in sorted((root / layer).rglob("*"))]
+    wrong += find_namesakes(root, [path for path in program if path.suffix in SOURCES and path.is_file()])
     print("\n".join(wrong) if wrong else f"{files} files keep their layer")
     return 1 if wrong or files == 0 else 0
 
