@@ -6,10 +6,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "answers/StepTimes.h"
 #include "commands/Command.h"
 #include "commands/NumberOptions.h"
 #include "commands/SelectionOptions.h"
+#include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
 #include "quilon_version.h"

@@ -9,9 +9,9 @@
 #include <bundled/OnfKinds.h>
 
 #include "answers/Overview.h"
-#include "answers/StepTimes.h"
 #include "database/Listing.h"
 #include "database/Provenance.h"
+#include "database/StepTimes.h"
 #include "forces/ForceCalculation.h"
 #include "kinds/KindTable.h"
 #include "progress/Listener.h"

@@ -15,7 +15,7 @@
 
 #include "answers/Overview.h"
 #include "answers/Region.h"
-#include "answers/StepTimes.h"
+#include "database/StepTimes.h"
 #include "export/ExportGroups.h"
 #include "export/ExportPlan.h"
 #include "export/GridSource.h"
