@@ -1,8 +1,9 @@
 # What goes into the install tree, and the package that finds it: find_package(Quilon), then Quilon::DbDataTools. Its
 # contract symbols are undefined, so a program links siblings beside it: Quilon::Siblings where ours are bundled.
 #
-# Components: Runtime (shared libraries), Development (headers, CMake package, examples), Program (quilon),
-# Documentation (licence, README, manual). Without --component all of them are installed.
+# Components: Runtime (shared libraries), Development (headers, CMake package, quilon.pc, examples), Program (quilon,
+# man pages, completions), Documentation (licence, README, manual), Python (where it is built). Without --component all of
+# them are installed.
 include(CMakePackageConfigHelpers)
 
 set(quilon_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Quilon)
@@ -31,6 +32,17 @@ if(QUILON_SIBLINGS STREQUAL bundled)
   if(TARGET quilon)
     set_target_properties(quilon PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
     install(TARGETS quilon RUNTIME COMPONENT Program)
+    install(DIRECTORY ${PROJECT_BINARY_DIR}/host/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Program OPTIONAL
+            FILES_MATCHING PATTERN *.1)
+    if(QUILON_PACKAGES)
+      install(CODE "file(GLOB pages \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/quilon*.1\")
+                    execute_process(COMMAND gzip -9nf \${pages} COMMAND_ERROR_IS_FATAL ANY)" COMPONENT Program)
+    endif()
+    install(FILES packaging/completions/quilon.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+            RENAME quilon COMPONENT Program)
+    install(FILES packaging/completions/_quilon DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT Program)
+    install(FILES packaging/completions/quilon.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
+            COMPONENT Program)
   endif()
 endif()
 
@@ -41,8 +53,25 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/QuilonConfigVersion.cmake
 install(FILES ${PROJECT_BINARY_DIR}/QuilonConfig.cmake ${PROJECT_BINARY_DIR}/QuilonConfigVersion.cmake
         DESTINATION ${quilon_package_dir} COMPONENT Development)
 
+# Packages of a system name its folders, which pkg-config then leaves out of the flags; other trees may be moved.
+file(RELATIVE_PATH quilon_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+set(QUILON_PC_PREFIX "\${pcfiledir}/${quilon_from_pc}")
+if(QUILON_PACKAGES)
+  set(QUILON_PC_PREFIX /usr)
+endif()
+if(QUILON_SIBLINGS STREQUAL bundled)
+  configure_file(cmake/quilon.pc.in quilon.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/quilon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+endif()
+
+set(quilon_examples_dir ${CMAKE_INSTALL_DOCDIR}/examples)
+if(QUILON_PACKAGES)
+  include(QuilonPackages)
+  set(quilon_examples_dir share/doc/libquilondbdatatools-dev/examples)
+endif()
+
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Documentation)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT Documentation
         FILES_MATCHING PATTERN *.md PATTERN *.json PATTERN *.png)
-install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT Development
+install(DIRECTORY examples/ DESTINATION ${quilon_examples_dir} COMPONENT Development
         FILES_MATCHING PATTERN *.cpp)

@@ -17,7 +17,7 @@ void AddIncludeArguments(CLI::App& app, DeckArguments& arguments)
   app.add_option("--include-rule", arguments.includeRule,
                  "Where paths of include statements begin: solver (the folder that it runs in) or including-file "
                  "(default: the one, then the other)")
-      ->type_name("RULE");
+      ->type_name("solver|including-file");
   app.add_option("--run-in", arguments.workingFolder, "Folder that the solver runs in (default: that of the deck)")
       ->type_name("FOLDER");
   app.add_flag("--allow-outside", arguments.allowOutside, "Includes may leave the folder of the deck");

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <map>
 #include <new>
 #include <string>
 #include <string_view>
@@ -15,11 +14,14 @@
 #include <bundled/OnfFileLayer.h>
 #include <CLI/CLI.hpp>
 
-#include "commands/Command.h"
+#include "commands/CommandLine.h"
+#include "commands/Completion.h"
 #include "commands/ExitCode.h"
+#include "commands/ManPage.h"
+#include "commands/OptionWords.h"
 #include "database/WatchedFiles.h"
 #include "progress/Interrupt.h"
-#include "quilon_version.h"
+#include "QuilonUtilities/FED_Failure.h"
 #include "terminal/Console.h"
 #include "terminal/HelpText.h"
 #include "terminal/Output.h"
@@ -44,13 +46,6 @@ private:
   WatchedFiles   files_;
   FED_FileLayer* former_;
 };
-
-/// @return the word of the command itself, with the words of those above it: "quilon deck check"
-std::string WordsOf(const CLI::App& command)
-{
-  const CLI::App* above = command.get_parent();
-  return (above == nullptr ? "" : WordsOf(*above) + ' ') + command.get_name();
-}
 
 /// @return the arguments; "help deck check" asks for the help of a command as "deck check --help" does
 std::vector<const char*> Unfold(int argc, const char* const* argv)
@@ -121,30 +116,32 @@ std::string Explain(const CLI::ParseError& error, const CLI::App& app)
   return "unknown option '" + extra + "'" + (suggestion.empty() ? see : suggestion);
 }
 
+/// Answers other programs: shells, which complete what is being written, and the build, which wants man pages.
+///   __complete WORD...   the words behind the program's name, the last one being written
+///   __man FOLDER         where the pages go
+/// @return whether the arguments are such a question
+bool AnswerOthers(const CLI::App& app, const std::vector<std::string>& arguments, Output& output)
+{
+  if (arguments.front() == "__complete") {
+    try {
+      output.Write(ToText(Complete(app, {arguments.begin() + 1, arguments.end()})));
+      output.Flush();
+    } catch (const FED_Failure&) {
+      // A database that cannot be read: there is nothing to offer, and the line being written is no place for errors.
+    }
+    return true;
+  }
+  if (arguments.front() != "__man" || arguments.size() != 2) return false;
+  WriteManPages(app, arguments[1]);
+  return true;
+}
+
 /// @return the command's verdict
 int Run(int argc, const char* const* argv, Output& output, Console& console)
 {
-  CLI::App app("Results of finite-element calculations: import, list, show, derive, move.", "quilon");
-  app.set_version_flag("--version", std::string("quilon ") + kQuilonVersion);
-  app.require_subcommand(1);
-  app.footer(
-      "Every command explains itself: quilon help ls, or quilon ls --help\n"
-      "-v, -q and --no-color go with every command.\n"
-      "Exit codes: 0 success, 1 different, 2 trouble, 130 interrupted.");
-  int louder  = 0;
-  int quieter = 0;
-  app.add_flag("-v,--verbose", louder, "Show the log of the library; twice or three times for more of it");
-  app.add_flag("-q,--quiet", quieter, "Show no notes and no progress");
-  bool colourless = false;
-  app.add_flag("--no-color", colourless, "Print no colours and no bold letters");
-
-  std::map<const CLI::App*, CommandFunction> works;
-  for (const Command& command : GetCommands()) {
-    CLI::App& subcommand = *app.add_subcommand(command.name, command.summary);
-    subcommand.fallthrough();
-    works[&subcommand] = command.define(subcommand);
-  }
-
+  CommandLine line;
+  CLI::App&   app = *line.app;
+  if (argc > 1 && AnswerOthers(app, {argv + 1, argv + argc}, output)) return ExitSuccess;
   RejectUnknownCommand(argc, argv, app);
   try {
     app.parse(argc, argv);
@@ -159,11 +156,11 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
   } catch (const CLI::ParseError& error) {
     Fail(Explain(error, app));
   }
-  console.SetVerbosity(Console::kNotes + louder - quieter);
-  output.SetColours(MayColour(StandardStream::Output) && !colourless);
-  if (colourless) console.SetColours(false);
+  console.SetVerbosity(Console::kNotes + line.louder - line.quieter);
+  output.SetColours(MayColour(StandardStream::Output) && !line.colourless);
+  if (line.colourless) console.SetColours(false);
   CommandContext context{output, console, ExitSuccess};
-  works.at(app.get_subcommands().front())(context);
+  line.works.at(app.get_subcommands().front())(context);
   output.Flush();
   return context.exitCode;
 }

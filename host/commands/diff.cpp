@@ -306,7 +306,7 @@ CommandFunction DefineDiff(CLI::App& app)
   app.add_flag("--any", options->any, "One of these rules suffices");
   app.add_flag("--all", options->all, "All of these rules have to hold (the default)");
   app.add_flag("--exact", options->exact, "Values have to be equal");
-  app.add_option("--nan", options->nan, "What a NaN equals: equal, different or forbid")->type_name("POLICY");
+  app.add_option("--nan", options->nan, "What a NaN equals")->type_name("equal|different|forbid");
   app.add_flag("--mode-sign", options->modeSign, "Modes may have the other sign");
   app.add_option("--rule", options->rules,
                  "A rule for kinds ('stress: peak=1e-6') or for all ('library'); may be repeated")

@@ -106,7 +106,7 @@ CommandFunction DefineMatrixExport(CLI::App& app)
   app.add_option("-o,--output", options->output, "File to write; .mtx is Matrix Market, anything else Yale text")
       ->required()
       ->type_name("FILE");
-  app.add_option("--to", options->format, "Format whatever the name: mtx or yale")->type_name("FORMAT");
+  app.add_option("--to", options->format, "Format whatever the name")->type_name("mtx|yale");
   app.add_flag("--general", options->general, "Matrix Market: write both triangles of a symmetric matrix");
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(

@@ -133,7 +133,7 @@ CommandFunction DefineMax(CLI::App& app)
   app.add_flag("--min", options->least, "The least values instead of the greatest");
   app.add_flag("--abs", options->magnitude, "The values of largest magnitude");
   AddCountOption(app, "--head", options->head, "How many of each component and part (1)");
-  app.add_option("--per", options->per, "The worst of each step, material, set or group")->type_name("PART");
+  app.add_option("--per", options->per, "The worst of each of these")->type_name("step|material|set|group");
   AddTableOptions(app, options->form);
   app.footer(
       "Prints the greatest value of each component that is selected, the worst first: where it is, when, and how many\n"

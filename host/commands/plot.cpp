@@ -170,14 +170,15 @@ CommandFunction DefinePlot(CLI::App& app)
   AddTimeOption(app, options->selection);
   app.add_option("--component", options->component, "What is shown (default: mises, magnitude or the value)")
       ->type_name("NAME");
-  app.add_option("--view", options->view, "top, bottom, front, back, left, right, iso or degrees AZ,EL (default: iso)")
-      ->type_name("VIEW");
+  app.add_option("--view", options->view, "Where it is looked from; AZ,EL are degrees (default: iso)")
+      ->type_name("top|bottom|front|back|left|right|iso|AZ,EL");
   CLI::Option* const deform =
       app.add_option("--deform", options->deform, "Deform the model, displacements times FACTOR")
           ->type_name("FACTOR|auto");
   app.add_flag("--undeformed", options->undeformed, "With --deform, the outline of the undeformed model too")
       ->needs(deform);
-  app.add_option("--lines", options->lines, "auto, mesh, outline or none (default: auto)")->type_name("LINES");
+  app.add_option("--lines", options->lines, "Which lines are drawn (default: auto)")
+      ->type_name("auto|mesh|outline|none");
   app.add_option("--set", options->part.sets, "Only the elements of this set; again: either")
       ->type_name("NAME")
       ->expected(1)
@@ -190,7 +191,7 @@ CommandFunction DefinePlot(CLI::App& app)
   app.add_option("--cut", options->cut, "Take away what the normal points to, show the cut")
       ->type_name("PX,PY,PZ,NX,NY,NZ");
   app.add_option("--range", options->range, "Values of the ends of the colours")->type_name("LEAST,GREATEST");
-  app.add_option("--map", options->map, "viridis, coolwarm, grey or auto (default: auto)")->type_name("MAP");
+  app.add_option("--map", options->map, "Colours (default: auto)")->type_name("viridis|coolwarm|grey|auto");
   app.add_option("--unit", options->unit, "Unit of the values, for the colour bar")->type_name("UNIT");
   app.add_option("--title", options->title, "Title (default: kind and component)")->type_name("TEXT");
   app.add_option("--size", options->size, "Pixels, or points of a PDF or SVG (default: 1200x900)")->type_name("WxH");
