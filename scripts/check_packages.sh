@@ -1,0 +1,123 @@
+#!/usr/bin/env bash
+# Makes the Debian packages of a build and the source archive, and checks them: lintian without errors, nothing of other
+# projects exported, installation and removal, consumers by find_package and by pkg-config, program, man pages,
+# completions and Python package as they are installed.
+#
+# usage: scripts/check_packages.sh [--bare] [PRESET]     (default: dev; its build folder is used)
+#
+#   --bare   also installs them by apt in a bare Debian 12, made by mmdebstrap (root, a network, 2 minutes), builds the
+#            consumers there and removes all
+#
+# About 60 s where the preset is built. The packages stay in build/PRESET/deb, the archive in build/PRESET/source.
+set -euo pipefail
+
+if [[ ${1:-} == --help || ${1:-} == -h ]]; then
+  sed -n '2,12s/^# \{0,1\}//p' "$0"
+  exit 0
+fi
+bare=
+[[ ${1:-} == --bare ]] && { bare=yes; shift; }
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+preset=${1:-dev}
+build=$PWD/build/$preset
+python=/usr/bin/python3
+step() { printf -- '-- %s (%ss)\n' "$1" "$SECONDS"; }
+fail() { echo "check_packages: $1" >&2; exit 1; }
+
+scripts/install_dependencies.sh build python packages
+
+step "packages"
+# The build is used as it is: what differs is where things are installed.
+trap 'cmake --preset "$preset" -D QUILON_PACKAGES=OFF >/dev/null' EXIT
+cmake --preset "$preset" -D QUILON_PACKAGES=ON -D QUILON_BUILD_PYTHON=ON -D Python_EXECUTABLE="$python" >/dev/null
+cmake --build --preset "$preset" --target quilon quilon_python >/dev/null
+rm -rf "$build/deb" "$build/source" "$build/root" "$build/packaged"
+(cd "$build" && cpack -G DEB -B "$build/deb" >"$build/cpack.log" 2>&1) || { cat "$build/cpack.log" >&2; fail "cpack failed"; }
+debs=("$build"/deb/*.deb)
+((${#debs[@]} == 5)) || fail "${#debs[@]} packages, expected 5"
+
+step "lintian"
+lintian --allow-root --fail-on error --tag-display-limit 0 "${debs[@]}"
+
+step "installation"
+root=$build/root
+libraries=usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)
+mkdir -p "$root/var/lib/dpkg/info" "$root/var/lib/dpkg/updates"
+touch "$root/var/lib/dpkg/status" "$root/var/lib/dpkg/available"
+# What ours depend on is this machine's.
+in_root=(dpkg --root="$root" --log=/dev/null --force-depends --force-not-root --force-script-chrootless)
+"${in_root[@]}" -i "${debs[@]}" >"$build/dpkg.log" 2>&1 || { cat "$build/dpkg.log" >&2; fail "dpkg installs nothing"; }
+for library in "$root/$libraries"/*.so.*.*.*; do
+  if nm -DC --defined-only "$library" | grep -E ' [A-Za-z] (nanoflann|nlohmann|CLI|pybind11|H5)::'; then
+    fail "$library exports symbols of other projects"
+  fi
+done
+export LD_LIBRARY_PATH=$root/$libraries
+[[ $("$root/usr/bin/quilon" --version) == "quilon "* ]]
+(cd / && PYTHONPATH=$root/usr/lib/python3/dist-packages "$python" -c '
+import quilon
+assert quilon.principal_values([[1, 2, 3, 0, 0, 0]]).tolist() == [[3, 2, 1]]')
+# What the packages have as completions, under the names that the check knows.
+mkdir -p "$build/packaged"
+cp "$root/usr/share/bash-completion/completions/quilon" "$build/packaged/quilon.bash"
+cp "$root/usr/share/zsh/vendor-completions/_quilon" "$root/usr/share/fish/vendor_completions.d/quilon.fish" "$build/packaged"
+scripts/check_completions.sh "$root/usr/bin/quilon" "$build/packaged" "$root/usr/share/man/man1"
+
+step "consumers"
+cmake -S tests/house/consumer -B "$build/packaged/consumer" -G Ninja -D CMAKE_PREFIX_PATH="$root/usr" >/dev/null
+cmake --build "$build/packaged/consumer" >/dev/null
+"$build/packaged/consumer/consumer"
+export PKG_CONFIG_LIBDIR=$root/$libraries/pkgconfig PKG_CONFIG_SYSROOT_DIR=$root
+read -ra flags <<<"$(pkg-config --cflags --libs quilon)"
+g++ -std=c++20 tests/house/consumer/main.cpp -I"$root/usr/include" -L"$root/$libraries" "${flags[@]}" -o "$build/packaged/by_pkg_config"
+"$build/packaged/by_pkg_config"
+
+step "removal"
+mapfile -t names < <(for deb in "${debs[@]}"; do dpkg-deb -f "$deb" Package; done)
+"${in_root[@]}" -P "${names[@]}" >"$build/dpkg.log" 2>&1 || { cat "$build/dpkg.log" >&2; fail "dpkg removes nothing"; }
+if [[ -d $root/usr ]] && find "$root/usr" ! -type d | grep .; then
+  fail "files are left behind the removal"
+fi
+unset LD_LIBRARY_PATH PKG_CONFIG_LIBDIR PKG_CONFIG_SYSROOT_DIR
+
+step "source archive"
+mkdir -p "$build/source"
+scripts/make_source_archive.sh "$build/source"
+tar -xzf "$build"/source/*.tar.gz -C "$build/source"
+cmake -S "$build"/source/quilon-*/ -B "$build/source/build" -G Ninja -D CMAKE_BUILD_TYPE=Debug >/dev/null
+[[ $bare ]] || exit 0
+
+step "bare Debian 12"
+system=$(mktemp -d)
+trap 'rm -rf "$system"; cmake --preset "$preset" -D QUILON_PACKAGES=OFF >/dev/null' EXIT
+chmod 755 "$system"
+mmdebstrap --quiet --variant=apt bookworm "$system" "${QUILON_MIRROR:-http://deb.debian.org/debian}"
+mkdir "$system/packages"
+cp "${debs[@]}" tests/house/consumer/* "$system/packages"
+cp tests/fixtures/calculix/b_hex/b_hex.{inp,frd,dat} "$system/packages"
+cat >"$system/packages/run" <<'EOF'
+set -eu
+cd /packages
+export DEBIAN_FRONTEND=noninteractive
+find / -xdev -path /proc -prune -o -path /packages -prune -o -path /var -prune -o -type f -print | sort >/var/before
+apt-get install -qq -y --no-install-recommends ./quilon_*.deb >/dev/null
+quilon --version
+quilon import b_hex.inp b_hex.frd b_hex.dat -o b.fed >/dev/null
+quilon check b.fed
+apt-get install -qq -y --no-install-recommends ./python3-quilon_*.deb >/dev/null
+python3 -c 'import quilon; print(quilon.open("b.fed").block("displacement").values.shape)'
+apt-get install -qq -y --no-install-recommends ./*.deb g++ cmake make pkg-config >/dev/null
+g++ -std=c++20 main.cpp $(pkg-config --cflags --libs quilon) -o by_pkg_config
+./by_pkg_config
+cmake -S . -B by_cmake >/dev/null
+cmake --build by_cmake >/dev/null
+./by_cmake/consumer
+apt-get purge -qq -y quilon python3-quilon 'libquilondbdatatools*' >/dev/null
+if find / -xdev -path /proc -prune -o -path /packages -prune -o -path /var/log -prune -o -iname '*quilon*' -print | grep -v -e '^/var/before'; then
+  echo "files are left behind the removal"
+  exit 1
+fi
+EOF
+chroot "$system" sh /packages/run 2>&1 | grep -v '^debconf:'
+echo "installed, used and removed in a bare Debian 12"

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Writes the source archive of the commit that is checked out: quilon-VERSION.tar.gz, with the same bytes every time. It
+# has all that a build needs; nothing is fetched.
+#
+# usage: scripts/make_source_archive.sh FOLDER
+set -euo pipefail
+
+if [[ ${1:-} == --help || ${1:-} == -h || $# -ne 1 ]]; then
+  sed -n '2,5s/^# \{0,1\}//p' "$0"
+  exit $(($# == 1 ? 0 : 2))
+fi
+
+folder=$(realpath "$1")
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+version=$(sed -n 's/^project(QuilonDbDataTools VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+git archive --format=tar --prefix="quilon-$version/" HEAD | gzip -9n >"$folder/quilon-$version.tar.gz"
