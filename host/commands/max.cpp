@@ -1,4 +1,5 @@
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -55,6 +56,12 @@ std::string Joined(const std::vector<std::string>& names)
   return text;
 }
 
+SheetValue NumberOrNothing(const std::optional<double>& number)
+{
+  if (number) return *number;
+  return {};
+}
+
 SheetValue TextOrNothing(const std::string& text) { return text.empty() ? SheetValue() : SheetValue(text); }
 
 Sheet MakeSheet(const ExtremeReport& report, const Options& options, const std::string& timeName)
@@ -80,12 +87,12 @@ Sheet MakeSheet(const ExtremeReport& report, const Options& options, const std::
                {"nan", SheetColumn::Everywhere, true}});
   for (const Extreme& row : report.rows) {
     const auto coordinate = [&row](std::size_t i) { return row.place ? SheetValue((*row.place)[i]) : SheetValue(); };
-    const SheetValue time = row.time ? SheetValue(*row.time) : SheetValue();
-    const auto       part = [&](const char* name) { return options.per == name ? SheetValue(row.part) : SheetValue(); };
+    const auto part       = [&](const char* name) { return options.per == name ? SheetValue(row.part) : SheetValue(); };
     sheet.Row({ToSelectionText(row.block), row.kind, row.component, row.value, row.id,
                row.point == 0 ? SheetValue() : SheetValue(row.point), coordinate(0), coordinate(1), coordinate(2),
                TextOrNothing(row.type), options.per == "material" ? part("material") : TextOrNothing(row.material),
-               part("set"), part("group"), TextOrNothing(Joined(row.sets)), StepText(row.step), time, time, row.ties,
+               part("set"), part("group"), TextOrNothing(Joined(row.sets)), StepText(row.step),
+               NumberOrNothing(row.time), NumberOrNothing(row.time), row.ties,
                row.nans == 0 ? SheetValue() : SheetValue(row.nans)});
   }
   return sheet;
