@@ -12,9 +12,9 @@
 
 #include "answers/Overview.h"
 #include "answers/Region.h"
-#include "answers/StepTimes.h"
 #include "commands/OptionWords.h"
 #include "database/Listing.h"
+#include "database/StepTimes.h"
 #include "database/StoredDatabase.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
