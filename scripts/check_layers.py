@@ -49,7 +49,8 @@ ROOMS = {
     "plot": WORK | {"mesh", "matrix", "answers"},
     "export": WORK | {"mesh", "answers"},
     "report": WORK | {"mesh", "forces", "answers", "plot", "export"},
-    "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers", "plot", "export", "report"},
+    "shards": WORK | {"mesh", "import"},
+    "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers", "plot", "export", "report", "shards"},
 }
 
 # What the library and the contract may take from outside: headers of the C++20 standard library.

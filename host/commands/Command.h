@@ -55,6 +55,7 @@ CommandFunction DefineFromOnf(CLI::App& app);
 CommandFunction DefineHistory(CLI::App& app);
 CommandFunction DefineImport(CLI::App& app);
 CommandFunction DefineInfo(CLI::App& app);
+CommandFunction DefineJoin(CLI::App& app);
 CommandFunction DefineLs(CLI::App& app);
 CommandFunction DefineMatrix(CLI::App& app);
 CommandFunction DefineMax(CLI::App& app);
@@ -66,6 +67,7 @@ CommandFunction DefineSalvage(CLI::App& app);
 CommandFunction DefineSets(CLI::App& app);
 CommandFunction DefineShow(CLI::App& app);
 CommandFunction DefineSize(CLI::App& app);
+CommandFunction DefineSplit(CLI::App& app);
 CommandFunction DefineToOnf(CLI::App& app);
 
 }  // namespace quilon

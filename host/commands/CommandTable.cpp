@@ -27,6 +27,8 @@ const std::vector<Command>& GetCommands()
       {"check", "Say whether a database is whole", DefineCheck},
       {"salvage", "Save what is whole of a damaged database", DefineSalvage},
       {"compact", "Give back the bytes of deleted records", DefineCompact},
+      {"join", "Make one database of those that many processes wrote", DefineJoin},
+      {"split", "Write a database as several", DefineSplit},
       {"to-onf", "Write a database as ONF text", DefineToOnf},
       {"from-onf", "Take ONF text into a database", DefineFromOnf},
       {"deck", "Check, list and expand decks of the solver", DefineDeck},

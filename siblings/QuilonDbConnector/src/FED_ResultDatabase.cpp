@@ -227,6 +227,15 @@ FED_LinkReport FED_ResultDatabase::LinkBlocks(const std::filesystem::path&      
   return {report.segments, report.copies, report.linkedBytes, report.copiedBytes};
 }
 
+std::uint64_t FED_ResultDatabase::GetBlockPrint(const FED_DataDescriptor& descriptor) const
+{
+  const auto found = blocks_.find(descriptor);
+  if (disk_ == nullptr || found == blocks_.end() || disk_->store.FindBlock(found->second.uid) == nullptr)
+    ThrowBlockFailure(descriptor, "no such block is on disk", kTag);
+  const auto onf = static_cast<FED_OnfId>(descriptor.values[FED_DataDescriptor::OnfId]);
+  return disk_->store.GetPrint(found->second.uid, FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind());
+}
+
 FED_DataBlock* FED_ResultDatabase::CreateDataBlock(const FED_DataDescriptor& descriptor, std::size_t firstSize,
                                                    std::size_t, const std::string&                   recordFormat)
 {

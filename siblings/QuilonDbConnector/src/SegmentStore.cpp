@@ -6,6 +6,7 @@
 
 #include "QuilonUtilities/FED_Failure.h"
 
+#include "Checksum.h"
 #include "SegmentCheck.h"
 #include "SegmentMerge.h"
 
@@ -281,6 +282,25 @@ const StoredBlock* SegmentStore::FindBlock(BlockUid uid) const noexcept
 {
   const StoredState::Block* block = state_.FindBlock(uid);
   return block == nullptr ? nullptr : &block->stored;
+}
+
+std::uint64_t SegmentStore::GetPrint(BlockUid block, int kind) const
+{
+  const StoredState::Block&  found = *state_.FindBlock(block);
+  std::vector<std::uint64_t> numbers{found.stored.rowCount, found.stored.chunkShift};
+  for (const int type : found.stored.format.GetTypes()) numbers.push_back(static_cast<std::uint64_t>(type));
+  for (const auto& [chunk, extents] : found.chunks)
+    for (const ExtentRef& extent : extents) {
+      const IndexExtent& rows = extent.Get();
+      numbers.insert(numbers.end(), {rows.firstRow, rows.rowCount, rows.keysAreRun ? rows.firstKey : rows.maxKey,
+                                     rows.keysAreRun ? 0 : rows.keys.checksum});
+      for (std::size_t i = 0; i < rows.columnCount; ++i)
+        numbers.push_back(extent.segment->GetIndex().columns[rows.firstColumn + i].bytes.checksum);
+    }
+  if (kind < static_cast<int>(StoredState::kNumKinds))
+    for (const StoredState::IdPiece& piece : state_.GetIds(static_cast<std::size_t>(kind)))
+      numbers.insert(numbers.end(), {piece.Get().firstIndex, piece.Get().ids.bytes, piece.Get().ids.checksum});
+  return GetChecksum(numbers.data(), numbers.size() * sizeof(std::uint64_t));
 }
 
 void SegmentStore::RequireWriter() const

@@ -89,6 +89,10 @@ public:
   /// writing
   void RequireWriter() const;
 
+  /// @param kind of the ids of the block's records
+  /// @return a checksum of all checksums of a block
+  std::uint64_t GetPrint(BlockUid block, int kind) const;
+
   FED_FileLayer& GetFiles() const noexcept { return *files_; }
 
   /// @return a uid for a new block

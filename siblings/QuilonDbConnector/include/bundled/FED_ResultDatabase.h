@@ -102,6 +102,12 @@ public:
   ///         file fails, what was not committed is lost and this object writes no more.
   FED_LinkReport LinkBlocks(const std::filesystem::path& source, const std::vector<FED_DataDescriptor>& descriptors);
 
+  /// Tells blocks of databases on disk that have the same values, in the same order, under the same ids, from others,
+  /// by checksums of what was committed. It costs a look at the indices. Blocks whose values lie apart in another way,
+  /// or whose id maps differ elsewhere, have other prints though their records may be equal.
+  /// @throws FED_Failure where there is no such block on disk
+  std::uint64_t GetBlockPrint(const FED_DataDescriptor& descriptor) const;
+
   /// @param firstSize    expected records
   /// @param secondSize   without effect
   /// @param recordFormat empty: the block has no format until its first record, or keeps the one it has. A block that
