@@ -352,7 +352,9 @@ ResultJob MakeJob(JobPaths paths)
   if (paths.sta.empty() && isThere) paths.sta = beside;
 
   ResultJob job;
-  job.stem = paths.stem;
+  job.stem        = paths.stem;
+  job.resultsName = paths.stem.filename().string() + ".frd";
+  job.statusName  = paths.stem.filename().string() + ".sta";
   if (!paths.frd.empty()) job.results = MakeFrdReader(paths.frd);
   if (!paths.dat.empty()) job.prints = MakeDatReader(paths.dat);
   if (!paths.sta.empty()) job.status = MakeStaReader(paths.sta);

@@ -59,7 +59,7 @@ void EndCheck::Finish()
     // A run that diverged: the other file lists the increment that did not converge, too.
     firstMissing_ = steps_.FirstBehind(*current_);
     Fail("expected results of step " + std::to_string(last->loadCase) + " up to substep " +
-         std::to_string(last->substep) + " as in the .frd, the file ends after substep " +
+         std::to_string(last->substep) + " as in " + other_ + ", the file ends after substep " +
          std::to_string(current_->substep));
   }
 }

@@ -23,8 +23,11 @@ class EndCheck
 {
 public:
   /// @param path  for messages
+  /// @param other name of the file that lists the results, for messages
   /// @param steps borrowed
-  EndCheck(std::filesystem::path path, const StepMatcher& steps) : path_(std::move(path)), steps_(steps) {}
+  EndCheck(std::filesystem::path path, std::string other, const StepMatcher& steps)
+      : path_(std::move(path)), other_(std::move(other)), steps_(steps)
+  {}
 
   /// @param key the result of the field that begins, nothing where it has none
   void BeginField(const std::optional<StepKey>& key);
@@ -44,6 +47,7 @@ private:
   [[noreturn]] void Fail(const std::string& message) const;
 
   std::filesystem::path  path_;
+  std::string            other_;
   const StepMatcher&     steps_;
   std::optional<StepKey> current_;
   std::optional<StepKey> firstMissing_;

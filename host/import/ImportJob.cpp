@@ -35,13 +35,14 @@ void NoteMoved(const std::vector<ResultMesh::MovedNode>& moved, ImportRecord& re
 }  // namespace
 
 ImportJob::ImportJob(FED_Database& database, const ImportOptions& options_, const ImportContext& context,
-                     UserKindPool& kinds_, ImportRecord& record_, const std::filesystem::path& meshPath)
-    : options(options_),
+                     UserKindPool& kinds_, ImportRecord& record_, const ResultJob& files_)
+    : files(files_),
+      options(options_),
       deck(context.deck),
       groups(context.groups),
       kinds(kinds_),
       record(record_),
-      mesh(meshPath),
+      mesh(files.results ? files.results->Path() : std::filesystem::path()),
       blocks(database, options_.iteration)
 {}
 

@@ -15,6 +15,7 @@
 #include "import/StepMatcher.h"
 #include "kinds/UserKindPool.h"
 #include "progress/ReadProgress.h"
+#include "results/ResultReader.h"
 
 class FED_Database;
 
@@ -32,10 +33,9 @@ struct ImportContext
 /// The mesh, the results and the blocks of one job, and what its files share with those of other jobs.
 struct ImportJob
 {
-  /// @param database, options, context, kinds, record borrowed
-  /// @param meshPath the file with the job's mesh, for messages; may be empty
+  /// @param database, options, context, kinds, record, files borrowed; the job may have no file at all
   ImportJob(FED_Database& database, const ImportOptions& options, const ImportContext& context, UserKindPool& kinds,
-            ImportRecord& record, const std::filesystem::path& meshPath);
+            ImportRecord& record, const ResultJob& files);
 
   /// @return what a reader calls while it reads the file
   ReadProgress MakeProgress(const std::filesystem::path& path) const;
@@ -47,6 +47,7 @@ struct ImportJob
   /// Completes the mesh from the deck, if there is one, and saves it. Notes the nodes that the deck has elsewhere.
   void SaveMesh();
 
+  const ResultJob&     files;
   const ImportOptions& options;
   const ImportedDeck*  deck;  ///< null without a deck
   const ElementGroups& groups;

@@ -40,7 +40,7 @@ void ImportRecord::AddDeviation(const std::string& elementType, const std::strin
 }
 
 void ImportRecord::AddDisagreement(const std::string& quantity, const StepKey& key, const std::vector<int>& nodes,
-                                   double largest)
+                                   double largest, const std::string& kept)
 {
   constexpr std::size_t kNamed = 5;
   const auto            known  = std::find_if(report_.disagreements.begin(), report_.disagreements.end(),
@@ -55,6 +55,7 @@ void ImportRecord::AddDisagreement(const std::string& quantity, const StepKey& k
   }
   if (!isNew && largest <= told.largest) return;
   told.largest = largest;
+  told.kept    = kept;
   told.step    = "step " + std::to_string(key.loadCase) + (key.analysis == AnalysisModes ? ", mode " : ", increment ") +
               std::to_string(key.substep);
 }

@@ -24,7 +24,9 @@ public:
 
   /// @param nodes in the order of the file, at least one
   /// @param largest see ValueDisagreement
-  void AddDisagreement(const std::string& quantity, const StepKey& key, const std::vector<int>& nodes, double largest);
+  /// @param kept    name of the file whose values are kept
+  void AddDisagreement(const std::string& quantity, const StepKey& key, const std::vector<int>& nodes, double largest,
+                       const std::string& kept);
 
   const ImportReport&             Report() const noexcept { return report_; }
   const std::vector<SkippedRows>& Skipped() const noexcept { return report_.skipped; }

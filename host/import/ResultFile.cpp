@@ -69,7 +69,8 @@ ResultFile::ResultFile(const ResultReader& reader, Pass pass, ImportJob& job)
       job_(job),
       meshSaved_(pass == PassResults || pass == PassSteps),
       averages_(job.blocks, job.mesh, job.groups, job.record),
-      endCheck_(reader.HasEndMark() ? nullptr : std::make_unique<EndCheck>(reader.Path(), job.steps)),
+      endCheck_(reader.HasEndMark() ? nullptr
+                                    : std::make_unique<EndCheck>(reader.Path(), job.files.resultsName, job.steps)),
       points_(reader.Path(), {job.blocks, job.kinds, job.mesh, job.deck, averages_, job.record, endCheck_.get()})
 {}
 
@@ -85,7 +86,8 @@ void ResultFile::Read()
   SaveMesh();
   job_.logger.ForceOutput();
   if (endCheck_ && job_.steps.HasNumbered()) {
-    job_.record.Notice(name + ": neither a .frd nor a .sta tells steps and increments, result times are numbered");
+    job_.record.Notice(name + ": neither " + job_.files.resultsName + " nor " + job_.files.statusName +
+                       " tells steps and increments, result times are numbered");
   }
   if (averages_.NumPartial() > 0) {
     job_.record.Notice(name + ": " + std::to_string(averages_.NumPartial()) +
@@ -168,8 +170,8 @@ bool ResultFile::BeginPrintedField(const ResultField& field)
   if (!match) {
     if (endCheck_) endCheck_->BeginField(std::nullopt);
     if (job_.blocks.HasLimit()) return true;  // of a result that the listing file did not get to tell
-    Fail(reader_.Path().string() + ":" + std::to_string(field.line) +
-         ": expected a total time or a mode that the .frd or the .sta lists, found time " +
+    Fail(reader_.Path().string() + ":" + std::to_string(field.line) + ": expected a total time or a mode that " +
+         job_.files.resultsName + " or " + job_.files.statusName + " lists, found time " +
          std::to_string(field.step.value) + ", mode " +
          std::to_string(field.step.analysis == AnalysisModes ? field.step.substep : 0));
   }
@@ -267,7 +269,7 @@ void ResultFile::OpenView(int onf, bool isList)
   isRead_ = onf != 0;
   if (!isRead_) return;
   if (isListed_ && job_.blocks.HasWritten(*current_, onf))
-    values_ = std::make_unique<ValueComparison>(KindTable(database_).GetName(onf), *current_);
+    values_ = std::make_unique<ValueComparison>(KindTable(database_).GetName(onf), *current_, job_.files.resultsName);
   view_   = std::make_unique<FED_IdDataBlock>(job_.blocks.Block(*current_, onf, 0), database_.GetIdMapsPool(), true);
   record_ = isList ? &view_->CreateIdDataRecord() : nullptr;
   for (const Quantity quantity : kQuantities) {

@@ -48,7 +48,7 @@ void ReadDeck(const std::filesystem::path& path, FED_Database& target, const Imp
 class JobReader
 {
 public:
-  JobReader(const ResultJob& files, ImportJob& job) : files_(files), job_(job) {}
+  explicit JobReader(ImportJob& job) : files_(job.files), job_(job) {}
 
   /// @throws FED_Failure for bad input. With keepWholeSteps the results before the bad one are complete by then.
   void Read()
@@ -63,8 +63,8 @@ public:
       }
       if (files_.status) ResultFile(*files_.status, ResultFile::PassSteps, job_).Read();
       if (job_.mesh.IsEmpty()) {
-        job_.record.Notice(files_.prints->Path().filename().string() +
-                           ": neither a .frd nor a deck with its mesh, nothing is averaged at nodes");
+        job_.record.Notice(files_.prints->Path().filename().string() + ": neither " + files_.resultsName +
+                           " nor a deck with its mesh, nothing is averaged at nodes");
       }
       ReadFile(*files_.prints, ResultFile::PassResults);
       // Last, because the program's averages go elsewhere where there are ours, and are compared with them.
@@ -129,7 +129,7 @@ void JudgeDeviations(const ImportOptions& options, ImportRecord& record)
   std::string apart;
   const auto  add = [&apart](const std::string& text) { apart += (apart.empty() ? "" : "; ") + text; };
   for (const ValueDisagreement& one : record.Report().disagreements) {
-    record.Notice("the files disagree on the " + Describe(one) + "; the value of the .frd is kept");
+    record.Notice("the files disagree on the " + Describe(one) + "; the value of " + one.kept + " is kept");
     if (!(one.largest <= options.maxDeviation)) add(Describe(one));
   }
   for (const AverageDeviation& one : record.Report().deviations)
@@ -188,12 +188,11 @@ ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_
     record.Notice(file.string() + ": no result file and no deck, passed over");
   if (!found.emptyDeck.empty()) record.Notice(found.emptyDeck.string() + ": empty, passed over");
   UserKindPool kinds(target);
-  if (found.jobs.empty()) ImportJob(target, options, context, kinds, record, {}).SaveMesh();
+  if (found.jobs.empty()) ImportJob(target, options, context, kinds, record, ResultJob()).SaveMesh();
   for (const ResultJob& jobFiles : found.jobs) {
-    ImportJob job(target, options, context, kinds, record,
-                  jobFiles.results ? jobFiles.results->Path() : std::filesystem::path());
+    ImportJob job(target, options, context, kinds, record, jobFiles);
     try {
-      JobReader(jobFiles, job).Read();
+      JobReader(job).Read();
     } catch (const FED_Failure&) {
       if (options.keepWholeSteps) Derive(target, options);
       throw;

@@ -78,6 +78,7 @@ struct ValueDisagreement
   std::size_t      nodes   = 0;    ///< node and time pairs that differ
   double           largest = 0.0;  ///< difference, as a fraction of the field's largest magnitude at that time
   std::string      step;           ///< where the largest is: "step 1, increment 2"
+  std::string      kept;           ///< name of the file whose values are kept there
   std::vector<int> firstNodes;     ///< of the first result with a difference, some of the nodes that differ
 };
 

@@ -80,7 +80,7 @@ void ResultMesh::AddElements(std::span<const MeshElement> elements)
 std::vector<ResultMesh::MovedNode> ResultMesh::AddDeck(const ImportedDeck& deck)
 {
   std::vector<MovedNode> moved = AddDeckNodes(deck);
-  // Beside a .frd, what it leaves out has no part in the solver's averages: springs, masses, networks.
+  // Beside results, what their mesh leaves out has no part in the solver's averages: springs, masses, networks.
   const bool          isAlone = elements_.Entries().empty();
   const std::set<int> split   = FindSplitNodes(deck.model);
   const auto          isNode  = [&](int theirs, int ours) {
@@ -132,7 +132,7 @@ void ResultMesh::AddDeckElement(const ImportedDeck& deck, int id, bool isCounted
       // A deck that goes on from a restart file need not have its nodes.
       if (known == nullptr)
         Fail(deck.model.Describe(element.place) + ": element " + std::to_string(id) + " has node " +
-             std::to_string(node) + ", which is not in the deck; expected the .frd with it");
+             std::to_string(node) + ", which is not in the deck; expected results with the mesh beside it");
       ++known->numElements;
     }
   }

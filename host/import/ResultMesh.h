@@ -23,8 +23,8 @@ namespace quilon {
 
 struct ImportedDeck;
 
-/// Nodes and elements of one .frd, of a deck, or of both. Kept while the job is read; coordinates only until they are
-/// saved.
+/// Nodes and elements of one result file, of a deck, or of both. Kept while the job is read; coordinates only until
+/// they are saved.
 class ResultMesh
 {
 public:
@@ -37,7 +37,7 @@ public:
 
   struct Element
   {
-    int                              type     = 0;        ///< type code of the .frd
+    int                              type     = 0;        ///< type code, see MeshElement
     int                              material = 0;        ///< material number, 0 none
     const calculix::DeckElementType* deckType = nullptr;  ///< null for an element that no deck has
     std::size_t                      first    = 0;        ///< of its nodes in the pool
@@ -63,13 +63,14 @@ public:
     double distance = 0.0;
   };
 
-  /// Completes the mesh of a .frd with what a deck says: all digits of the coordinates, element types and materials,
-  /// and the nodes and elements that the .frd leaves out. Elements that the solver has expanded keep the .frd's nodes.
-  /// Without a .frd the mesh is the deck's.
+  /// Completes the mesh of results with what a deck says: all digits of the coordinates, element types and materials,
+  /// and the nodes and elements that they leave out. Elements that the solver has expanded keep their nodes.
+  /// Without results the mesh is the deck's.
   /// @param deck its element types are borrowed for good: they are a constant table
-  /// @return nodes that the deck has elsewhere by more than the digits of the .frd allow; they stay where the results
+  /// @return nodes that the deck has elsewhere by more than the digits of the results allow; they stay where the
+  /// results
   ///         have them. Nodes of a pre-tension section may be others: the solver splits them
-  /// @throws FED_Failure for a solid that the .frd has with another type or other nodes, and without a .frd for one
+  /// @throws FED_Failure for a solid that the results have with another type or other nodes, and without them for one
   ///         with a node that the deck has not
   std::vector<MovedNode> AddDeck(const ImportedDeck& deck);
 

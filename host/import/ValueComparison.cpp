@@ -10,7 +10,7 @@ namespace quilon {
 bool RoundsTo(double value, double rounded)
 {
   // Half a unit of the sixth digit is at most 5e-6 of a value; that it went through single precision, and the last of
-  // the seven digits of a .dat, fit into the rest. The smallest numbers of single precision have fewer digits.
+  // the seven digits of the other, fit into the rest. The smallest numbers of single precision have fewer digits.
   constexpr double kLargestRounding = 6e-6;
   constexpr double kSmallest        = 1e-37;
   return std::abs(value - rounded) <= kLargestRounding * std::abs(rounded) + kSmallest;
@@ -37,7 +37,7 @@ void ValueComparison::Report(ImportRecord& record) const
 {
   if (nodes_.empty()) return;
   const double deviation = largestMagnitude_ > 0.0 ? largestDifference_ / largestMagnitude_ : largestDifference_;
-  record.AddDisagreement(quantity_, key_, nodes_, deviation);
+  record.AddDisagreement(quantity_, key_, nodes_, deviation, kept_);
 }
 
 }  // namespace quilon

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "import/StepMatcher.h"
@@ -23,7 +24,10 @@ class ValueComparison
 {
 public:
   /// @param quantity name of the field's kind, for people
-  ValueComparison(std::string quantity, const StepKey& key) : quantity_(std::move(quantity)), key_(key) {}
+  /// @param kept     name of the file of six digits, whose values are kept
+  ValueComparison(std::string quantity, const StepKey& key, std::string kept)
+      : quantity_(std::move(quantity)), key_(key), kept_(std::move(kept))
+  {}
 
   /// A value of the file of six digits, whether the other has one or not: the largest of them is what differences are
   /// measured by.
@@ -38,6 +42,7 @@ public:
 private:
   std::string      quantity_;
   StepKey          key_;
+  std::string      kept_;
   double           largestMagnitude_  = 0.0;
   double           largestDifference_ = 0.0;
   std::vector<int> nodes_;  // at which the two differ, in the order of the file

@@ -167,6 +167,10 @@ struct ResultJob
   std::unique_ptr<ResultReader> results;  ///< the mesh, and fields that name their steps
   std::unique_ptr<ResultReader> prints;   ///< fields that know their time or their mode alone; values have more digits
   std::unique_ptr<ResultReader> status;   ///< steps and their times, without fields
+
+  // Names of files for messages, whether the job has them or lacks them.
+  std::string resultsName;  ///< "job.frd", for instance
+  std::string statusName;
 };
 
 }  // namespace quilon

@@ -238,9 +238,9 @@ TEST(DeckImport, ADeckThatGoesOnFromARestartFileNeedsTheFrdForItsNodes)
 {
   const TempFolder folder;
   WriteText(folder / "job.inp", "*RESTART, READ\n*NODE\n1,0,0,0\n*ELEMENT, TYPE=C3D4\n5,1,2,3,4\n");
-  EXPECT_EQ(
-      MessageOf({folder / "job.inp"}),
-      (folder / "job.inp").string() + ":5: element 5 has node 2, which is not in the deck; expected the .frd with it");
+  EXPECT_EQ(MessageOf({folder / "job.inp"}),
+            (folder / "job.inp").string() +
+                ":5: element 5 has node 2, which is not in the deck; expected results with the mesh beside it");
 
   // With it, what the deck does not tell stays unturned.
   std::string       deck  = "*RESTART, READ\n" + ReadText(Fixture("oriented/oriented.inp"));

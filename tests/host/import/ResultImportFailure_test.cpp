@@ -165,7 +165,7 @@ TEST_F(SpoiltImport, ADatThatEndsBetweenTheResultsOfAStepFails)
 {
   CutAfterLine(dat_, 610);
   EXPECT_THAT(Import(),
-              testing::EndsWith(": expected results of step 2 up to substep 4 as in the .frd, the file ends after "
+              testing::EndsWith(": expected results of step 2 up to substep 4 as in job.frd, the file ends after "
                                 "substep 2"));
 }
 
@@ -190,7 +190,7 @@ TEST_F(SpoiltImport, ADatWhoseTimeNoResultHasFails)
     dat_.replace(at, 13, "0.3000000E+01");
   }
   EXPECT_EQ(Import(), Path("job.dat") +
-                          ":612: expected a total time or a mode that the .frd or the .sta lists, found time 3.000000, "
+                          ":612: expected a total time or a mode that job.frd or job.sta lists, found time 3.000000, "
                           "mode 0");
 }
 
@@ -292,7 +292,7 @@ TEST_F(SpoiltImport, KeepWholeStepsKeepsTheLastWholeResultOfADatThatEndsBeforeTh
   dat_.resize(dat_.rfind("\n\n", third) + 1);
   ImportOptions options;
   options.keepWholeSteps = true;
-  EXPECT_THAT(Import(options), testing::HasSubstr("expected results of step 2 up to substep 4 as in the .frd"));
+  EXPECT_THAT(Import(options), testing::HasSubstr("expected results of step 2 up to substep 4 as in job.frd"));
   const std::set<StepKey> whole = {{1, AnalysisTime, 1}, {2, AnalysisTime, 2}};
   for (const int onf : {510, 521, 522, 582}) EXPECT_EQ(StepsOf(database_, onf), whole) << onf;
 }

@@ -540,7 +540,7 @@ TEST(ResultImport, ADatAloneIsNumberedAndNotAveraged)
   EXPECT_EQ(StepsOf(a.database, 582),
             (std::set<StepKey>{{1, AnalysisTime, 1}, {2, AnalysisTime, 1}, {2, AnalysisTime, 2}}));
   EXPECT_THAT(a.report.notices,
-              ElementsAre("hex8r.dat: neither a .frd nor a deck with its mesh, nothing is averaged at nodes"));
+              ElementsAre("hex8r.dat: neither hex8r.frd nor a deck with its mesh, nothing is averaged at nodes"));
 
   TempFolder folder;
   std::filesystem::copy(Fixture("hex8r/hex8r.dat"), folder / "alone.dat");
@@ -551,8 +551,8 @@ TEST(ResultImport, ADatAloneIsNumberedAndNotAveraged)
   EXPECT_EQ(StepsOf(alone.database, 561).size(), 3u) << "element means need no mesh";
   EXPECT_THAT(
       alone.report.notices,
-      ElementsAre("alone.dat: neither a .frd nor a deck with its mesh, nothing is averaged at nodes",
-                  "alone.dat: neither a .frd nor a .sta tells steps and increments, result times are numbered"));
+      ElementsAre("alone.dat: neither alone.frd nor a deck with its mesh, nothing is averaged at nodes",
+                  "alone.dat: neither alone.frd nor alone.sta tells steps and increments, result times are numbered"));
   EXPECT_THAT(Lines(alone.report.skipped), ElementsAre("18 points of elements that no mesh holds"));
 }
 
