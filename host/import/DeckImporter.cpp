@@ -1,25 +1,22 @@
 #include "import/DeckImporter.h"
 
 #include <algorithm>
-#include <limits>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include <QuilonDbConnector/FED_Database.h>
-#include <QuilonDbConnector/FED_IdDataBlock.h>
 #include <QuilonOnfEngine/OnfGroupsFile.h>
 
 #include <bundled/OnfKinds.h>
 
+#include "import/ModelBlocks.h"
 #include "text/Failure.h"
 
 namespace quilon {
 
 namespace {
-
-constexpr double kNotStated = std::numeric_limits<double>::quiet_NaN();
 
 /// @return the places of items from 1 by their names; of items of one name that of the first
 template <typename Item>
@@ -30,32 +27,6 @@ std::unordered_map<std::string_view, int> NumbersOf(const std::vector<Item>& ite
   for (const Item& item : items) numbers.try_emplace(item.name, ++number);
   return numbers;
 }
-
-/// @return the value at a place of a card's numbers, NaN when the material has no such card
-double ValueOf(const calculix::DeckMaterial& material, std::string_view keyword, std::size_t place)
-{
-  const calculix::DeckProperty* property = material.Find(keyword);
-  return property == nullptr || property->values.size() <= place ? kNotStated : property->values[place];
-}
-
-/// A block's view and its one scratch record.
-class RecordWriter
-{
-public:
-  RecordWriter(FED_Database& database, int iteration, int onf, std::size_t expectedRecords)
-      : view_(
-            database.GetOrCreateDataBlock(FED_DataDescriptor(iteration, static_cast<FED_OnfId>(onf)), expectedRecords),
-            database.GetIdMapsPool(), true),
-        record_(view_.CreateIdDataRecord())
-  {}
-
-  FED_DataRecord& Fields() { return record_.GetDataRecord(); }
-  void            Write(int id) { view_.SetRecord(id, record_); }
-
-private:
-  FED_IdDataBlock   view_;
-  FED_IdDataRecord& record_;
-};
 
 /// Calls a function with every id of the range that the map has, in the range's order.
 template <typename Value, typename Function>
@@ -111,9 +82,10 @@ ElementSection ImportedDeck::SectionOf(int element) const noexcept
 }
 
 DeckImporter::DeckImporter(const std::filesystem::path& path, const calculix::DeckOptions& options, ImportedDeck& deck,
-                           FED_Database& database, int iteration)
+                           ModelBlocks& blocks, FED_Database& database, int iteration)
     : calculix::DeckModelReader(path, options, deck.model, nullptr),
       deck_(deck),
+      blocks_(blocks),
       database_(database),
       iteration_(iteration)
 {}
@@ -133,9 +105,9 @@ void DeckImporter::ConvertModel()
 {
   calculix::DeckModelReader::ConvertModel();
   FindSections();
-  SaveSets(OnfKind::NodeSet, deck_.model.nodeSets);
-  SaveSets(OnfKind::ElementSet, deck_.model.elementSets);
-  SaveMaterials();
+  blocks_.AddNodeSets(calculix::DescribeSets(deck_.model.nodeSets));
+  blocks_.AddElementSets(calculix::DescribeSets(deck_.model.elementSets));
+  blocks_.AddMaterials(calculix::DescribeMaterials(deck_.model.materials));
   SaveSections();
   SaveOrientations();
 }
@@ -159,35 +131,6 @@ void DeckImporter::FindSections()
                                     numberIn(orientations, section.orientation)};
     for (const int id : model.elementSets[static_cast<std::size_t>(set) - 1].ids)
       deck_.sections.At(deck_.sections.FindOrInsert(id)) = numbers;
-  }
-}
-
-void DeckImporter::SaveSets(int onf, const std::vector<calculix::DeckSet>& sets)
-{
-  if (sets.empty()) return;
-  RecordWriter writer(database_, iteration_, onf, sets.size());
-  int          number = 0;
-  for (const calculix::DeckSet& set : sets) {
-    writer.Fields().SetString(1, set.name);
-    writer.Fields().SetIntList(2, set.ids);
-    writer.Write(++number);
-  }
-}
-
-void DeckImporter::SaveMaterials()
-{
-  const std::vector<calculix::DeckMaterial>& materials = deck_.model.materials;
-  if (materials.empty()) return;
-  RecordWriter writer(database_, iteration_, OnfKind::Material, materials.size());
-  int          number = 0;
-  for (const calculix::DeckMaterial& material : materials) {
-    const calculix::DeckProperty* elastic = material.Find("ELASTIC");
-    const bool isIsotropic = elastic != nullptr && (elastic->type.empty() || elastic->type.starts_with("ISO"));
-    writer.Fields().SetString(1, material.name);
-    writer.Fields().SetDouble(2, ValueOf(material, "DENSITY", 0));
-    writer.Fields().SetDouble(3, isIsotropic ? ValueOf(material, "ELASTIC", 0) : kNotStated);
-    writer.Fields().SetDouble(4, isIsotropic ? ValueOf(material, "ELASTIC", 1) : kNotStated);
-    writer.Write(++number);
   }
 }
 

@@ -11,6 +11,8 @@ class FED_Database;
 
 namespace quilon {
 
+class ModelBlocks;
+
 /// What elements are made of, by the numbers that materials, sections and orientations have in the database: their
 /// places in the deck from 1; 0 none.
 struct ElementSection
@@ -37,9 +39,9 @@ struct ImportedDeck
 class DeckImporter : public calculix::DeckModelReader
 {
 public:
-  /// @param deck, database borrowed; the deck receives what was read in ConvertModel()
+  /// @param deck, blocks, database borrowed; the deck receives what was read in ConvertModel()
   DeckImporter(const std::filesystem::path& path, const calculix::DeckOptions& options, ImportedDeck& deck,
-               FED_Database& database, int iteration);
+               ModelBlocks& blocks, FED_Database& database, int iteration);
 
   void ConvertModel() override;
   /// Makes a set of every group; to be called between CheckModel() and ConvertModel(). Of a range it takes the ids that
@@ -49,12 +51,11 @@ public:
 
 private:
   void FindSections();
-  void SaveSets(int onf, const std::vector<calculix::DeckSet>& sets);
-  void SaveMaterials();
   void SaveSections();
   void SaveOrientations();
 
   ImportedDeck& deck_;
+  ModelBlocks&  blocks_;
   FED_Database& database_;
   int           iteration_;
 };

@@ -40,6 +40,7 @@ ImportJob::ImportJob(FED_Database& database, const ImportOptions& options_, cons
       options(options_),
       deck(context.deck),
       groups(context.groups),
+      model(context.model),
       kinds(kinds_),
       record(record_),
       mesh(files.results ? files.results->Path() : std::filesystem::path()),

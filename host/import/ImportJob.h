@@ -21,6 +21,7 @@ class FED_Database;
 
 namespace quilon {
 
+class ModelBlocks;
 struct ImportedDeck;
 
 /// What a deck and the options say of all jobs of an import.
@@ -28,6 +29,7 @@ struct ImportContext
 {
   const ImportedDeck* deck = nullptr;  ///< null without a deck
   ElementGroups       groups;
+  ModelBlocks&        model;  ///< sets and materials, whoever tells them
 };
 
 /// The mesh, the results and the blocks of one job, and what its files share with those of other jobs.
@@ -51,6 +53,7 @@ struct ImportJob
   const ImportOptions& options;
   const ImportedDeck*  deck;  ///< null without a deck
   const ElementGroups& groups;
+  ModelBlocks&         model;
   UserKindPool&        kinds;
   ImportRecord&        record;
   ResultMesh           mesh;

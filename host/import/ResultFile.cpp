@@ -7,6 +7,7 @@
 #include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 
+#include "import/ModelBlocks.h"
 #include "kinds/KindTable.h"
 #include "text/Failure.h"
 
@@ -110,6 +111,21 @@ void ResultFile::OnNodes(std::span<const int> ids, std::span<const double> coord
 void ResultFile::OnElements(std::span<const MeshElement> elements)
 {
   if (secondNumber_ != PassResults) job_.mesh.AddElements(elements);
+}
+
+void ResultFile::OnNodeSets(std::span<const ModelSet> sets)
+{
+  if (secondNumber_ != PassResults) job_.model.AddNodeSets(sets);
+}
+
+void ResultFile::OnElementSets(std::span<const ModelSet> sets)
+{
+  if (secondNumber_ != PassResults) job_.model.AddElementSets(sets);
+}
+
+void ResultFile::OnMaterials(std::span<const ModelMaterial> materials)
+{
+  if (secondNumber_ != PassResults) job_.model.AddMaterials(materials);
 }
 
 void ResultFile::OnSteps(std::span<const ResultStep> steps)

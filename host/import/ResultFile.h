@@ -58,6 +58,9 @@ public:
 private:
   void OnNodes(std::span<const int> ids, std::span<const double> coordinates) override;
   void OnElements(std::span<const MeshElement> elements) override;
+  void OnNodeSets(std::span<const ModelSet> sets) override;
+  void OnElementSets(std::span<const ModelSet> sets) override;
+  void OnMaterials(std::span<const ModelMaterial> materials) override;
   void OnSteps(std::span<const ResultStep> steps) override;
   void OnModes(std::span<const ResultMode> modes) override;
   bool OnFieldBegin(const ResultField& field) override;

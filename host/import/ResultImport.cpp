@@ -15,6 +15,7 @@
 #include "import/DeckImporter.h"
 #include "import/Derivation.h"
 #include "import/ImportJob.h"
+#include "import/ModelBlocks.h"
 #include "import/ResultFile.h"
 #include "text/Failure.h"
 #include "text/Format.h"
@@ -32,10 +33,10 @@ public:
 };
 
 /// Reads the deck, makes sets of the groups and writes what the deck says beside its mesh.
-void ReadDeck(const std::filesystem::path& path, FED_Database& target, const ImportOptions& options, ImportedDeck& deck,
-              ImportRecord& record)
+void ReadDeck(const std::filesystem::path& path, FED_Database& target, const ImportOptions& options,
+              ModelBlocks& blocks, ImportedDeck& deck, ImportRecord& record)
 {
-  DeckImporter importer(path, options.deck, deck, target, options.iteration);
+  DeckImporter importer(path, options.deck, deck, blocks, target, options.iteration);
   importer.ReadModel();
   importer.CheckModel();
   if (!options.groups.empty()) importer.CreateFEMSets(OnfGroupsFile(WidePath(options.groups)));
@@ -177,9 +178,10 @@ ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_
     Fail("groups become sets of a deck: expected the deck among the files");
   ImportRecord  record;
   ImportedDeck  deck;
-  ImportContext context;
+  ModelBlocks   model(target, options.iteration, record);
+  ImportContext context{nullptr, {}, model};
   if (!found.deck.empty()) {
-    ReadDeck(found.deck, target, options, deck, record);
+    ReadDeck(found.deck, target, options, model, deck, record);
     context.deck = &deck;
   }
   context.groups = ElementGroups(options.averageBy, context.deck);

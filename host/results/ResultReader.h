@@ -6,9 +6,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "progress/ReadProgress.h"
@@ -111,8 +113,24 @@ struct MeshElement
 {
   int                  id       = 0;
   int                  type     = 0;  ///< 1 hex8, 2 wedge6, 3 tet4, 4 hex20, 5 wedge15, 6 tet10, ... 12 line3
-  int                  material = 0;  ///< number, 0 none
+  int                  material = 0;  ///< number, 0 none; see ResultSink::OnMaterials()
   std::span<const int> nodes;         ///< in the order of elements/ElementShape.h
+};
+
+/// A set of nodes or of elements.
+struct ModelSet
+{
+  std::string_view     name;
+  std::span<const int> ids;  ///< in its program's order
+};
+
+/// What is known of a material, in the units of the job; NaN where nothing is.
+struct ModelMaterial
+{
+  std::string_view name;
+  double           density       = std::numeric_limits<double>::quiet_NaN();
+  double           youngsModulus = std::numeric_limits<double>::quiet_NaN();
+  double           poissonRatio  = std::numeric_limits<double>::quiet_NaN();
 };
 
 /// Receives what a file holds, in the file's order. Whatever it is given is valid during the call only.
@@ -129,6 +147,11 @@ public:
   virtual void OnNodes(std::span<const int> ids, std::span<const double> coordinates) = 0;
   /// @param elements their nodes have been handed out
   virtual void OnElements(std::span<const MeshElement> elements) = 0;
+  // Sets and materials come with the mesh, all of a kind at once. They have their places among them, from 1, as
+  // numbers.
+  virtual void OnNodeSets(std::span<const ModelSet> sets)            = 0;
+  virtual void OnElementSets(std::span<const ModelSet> sets)         = 0;
+  virtual void OnMaterials(std::span<const ModelMaterial> materials) = 0;
   /// Results that the file lists without having their fields.
   virtual void OnSteps(std::span<const ResultStep> steps) = 0;
   virtual void OnModes(std::span<const ResultMode> modes) = 0;

@@ -1,11 +1,13 @@
 #include "calculix/deck/DeckModel.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 #include "calculix/deck/DeckModelReader.h"
 #include "calculix/deck/DeckReader.h"
 #include "elements/ElementShape.h"
+#include "results/ResultReader.h"
 
 namespace quilon::calculix {
 namespace {
@@ -76,6 +78,14 @@ DeckModel Read(const std::filesystem::path& deck, const DeckOptions& options, st
   reader.CheckModel();
   reader.ConvertModel();
   return model;
+}
+
+/// @return the value at a place of a card's numbers, NaN when the material has no such card
+double ValueOf(const DeckMaterial& material, std::string_view keyword, std::size_t place)
+{
+  const DeckProperty* property = material.Find(keyword);
+  return property == nullptr || property->values.size() <= place ? std::numeric_limits<double>::quiet_NaN()
+                                                                 : property->values[place];
 }
 
 }  // namespace
@@ -195,6 +205,31 @@ DeckModel ReadDeckModel(const std::filesystem::path& deck, const DeckOptions& op
                         std::vector<DeckMessage>& messages)
 {
   return Read(deck, options, &messages);
+}
+
+std::vector<ModelSet> DescribeSets(const std::vector<DeckSet>& sets)
+{
+  std::vector<ModelSet> described;
+  described.reserve(sets.size());
+  for (const DeckSet& set : sets) described.push_back({set.name, set.ids});
+  return described;
+}
+
+std::vector<ModelMaterial> DescribeMaterials(const std::vector<DeckMaterial>& materials)
+{
+  std::vector<ModelMaterial> described;
+  described.reserve(materials.size());
+  for (const DeckMaterial& material : materials) {
+    ModelMaterial& one      = described.emplace_back();
+    one.name                = material.name;
+    one.density             = ValueOf(material, "DENSITY", 0);
+    const auto* elastic     = material.Find("ELASTIC");
+    const bool  isIsotropic = elastic != nullptr && (elastic->type.empty() || elastic->type.starts_with("ISO"));
+    if (!isIsotropic) continue;
+    one.youngsModulus = ValueOf(material, "ELASTIC", 0);
+    one.poissonRatio  = ValueOf(material, "ELASTIC", 1);
+  }
+  return described;
 }
 
 }  // namespace quilon::calculix

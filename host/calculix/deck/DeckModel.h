@@ -18,6 +18,11 @@
 #include "IdRadixMap.h"
 #include "progress/ReadProgress.h"
 
+namespace quilon {
+struct ModelMaterial;
+struct ModelSet;
+}  // namespace quilon
+
 namespace quilon::calculix {
 
 /// A line of the deck's files.
@@ -225,6 +230,12 @@ struct DeckModel
   /// @return "PATH:LINE", the path as it was opened
   std::string Describe(const DeckPlace& place) const;
 };
+
+/// @return the sets, their names and ids borrowed
+std::vector<ModelSet> DescribeSets(const std::vector<DeckSet>& sets);
+/// @return what densities and isotropic elasticities the materials have, their names borrowed; of a card of several
+///         temperatures the first row
+std::vector<ModelMaterial> DescribeMaterials(const std::vector<DeckMaterial>& materials);
 
 struct DeckOptions
 {
