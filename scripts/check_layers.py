@@ -14,6 +14,8 @@ Inside a sibling no circle of files: a header and its source count as one.
 No type of host and python is defined in two files under one name, unless in unnamed namespaces: they are linked into one
 program, which may then use the one where the other is meant, and no compiler or linker tells.
 
+A name with a folder between quotes is that of a file of ours.
+
 Nothing outside tests, bench and examples includes a test framework; the library includes the standard library alone.
 Prints each wrong place as FILE:LINE and exits with 1 when there is one.
 """
@@ -104,6 +106,8 @@ def check_file(root, path, layer, sibling):
         ours = [p for top in ("contract", "include", "src", "siblings", "host", "tests") for p in (root / top).rglob(name.split("/")[-1])]
         if any(str(p).endswith("/" + name) and p.is_file() for p in ours):
             yield f"{where}: {layer_name(layer, sibling)} may not include {name}"
+        elif "/" in name and match.group(1) == '"':
+            yield f"{where}: there is no {name}"
         elif re.match(r"(gtest|gmock|benchmark)/", name):
             yield f"{where}: {layer} includes a test framework, {name}"
         elif layer in ("contract", "include", "src") and (not STANDARD.match(name) or name in FORBIDDEN_STANDARD):

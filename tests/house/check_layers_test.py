@@ -41,6 +41,10 @@ class CheckLayers(unittest.TestCase):
         self.assert_wrong({"host/text/A.cpp": '\n#include "diff/B.h"\n', "host/diff/B.h": ""},
                           "host/text/A.cpp:2: host/text may not include diff/B.h")
 
+    def test_a_file_of_ours_is_there(self):
+        self.assert_wrong({"host/diff/B.cpp": '#include "text/A.h"\n#include <sys/stat.h>\n#include "generated.h"\n'},
+                          "host/diff/B.cpp:1: there is no text/A.h")
+
     def test_the_library_is_of_the_standard_library_alone(self):
         self.assert_wrong({"src/a.cpp": "#include <vector>\n#include <thread>\n"},
                           "src/a.cpp:2: the library depends on the standard library alone and starts no threads; "
