@@ -63,8 +63,7 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineReport(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   app.add_option("SELECTION", options->selection.text,
                  "What the page shows: KIND,...@KEY=VALUES,... (default: all that has values of nodes or elements)");
   app.add_option("-o,--output", options->output, "Page to write: .html")->required()->type_name("FILE");
