@@ -5,6 +5,8 @@
 
 #include <map>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "commands/Command.h"
 
@@ -21,9 +23,10 @@ struct CommandLine
   std::unique_ptr<CLI::App>                  app;    ///< never null
   std::map<const CLI::App*, CommandFunction> works;  ///< of each command directly below the program
 
-  int  louder     = 0;
-  int  quieter    = 0;
-  bool colourless = false;
+  int                        louder     = 0;
+  int                        quieter    = 0;
+  bool                       colourless = false;
+  std::optional<std::string> memory     = {};  ///< as it was given, see MemoryLimit::Parse()
 };
 
 }  // namespace quilon

@@ -177,7 +177,9 @@ std::string ManPage(const CLI::App& command)
   page += Entries("OPTIONS", OptionsOf(command));
   if (command.get_parent() != nullptr)
     page +=
-        ".PP\n\\fB\\-v\\fR, \\fB\\-q\\fR and \\fB\\-\\-no\\-color\\fR go with every command, see\n.BR quilon (1).\n";
+        ".PP\n\\fB\\-v\\fR, \\fB\\-q\\fR, \\fB\\-\\-no\\-color\\fR and \\fB\\-\\-memory\\fR go with every command, "
+        "see\n"
+        ".BR quilon (1).\n";
   page += Section("EXIT STATUS") +
           "0 success, 1 different: what was compared differs, or what was checked does not hold, 2 trouble, 130\n"
           "interrupted.\n";

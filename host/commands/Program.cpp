@@ -5,6 +5,7 @@
 #include <exception>
 #include <filesystem>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,6 +20,7 @@
 #include "commands/ExitCode.h"
 #include "commands/ManPage.h"
 #include "commands/OptionWords.h"
+#include "database/MemoryLimit.h"
 #include "database/WatchedFiles.h"
 #include "progress/Interrupt.h"
 #include "QuilonUtilities/FED_Failure.h"
@@ -159,6 +161,8 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
   console.SetVerbosity(Console::kNotes + line.louder - line.quieter);
   output.SetColours(MayColour(StandardStream::Output) && !line.colourless);
   if (line.colourless) console.SetColours(false);
+  std::optional<MemoryLimit> limit;
+  if (line.memory) limit.emplace(MemoryLimit::Parse(*line.memory));
   CommandContext context{output, console, ExitSuccess};
   line.works.at(app.get_subcommands().front())(context);
   output.Flush();

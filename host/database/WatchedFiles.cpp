@@ -4,6 +4,7 @@
 #include <thread>
 #include <utility>
 
+#include "database/MemoryLimit.h"
 #include "progress/Interrupt.h"
 
 namespace quilon {
@@ -17,7 +18,8 @@ WatchedFiles::~WatchedFiles() = default;
 FED_ResultDatabaseOptions WatchedFiles::GetOptions() noexcept
 {
   FED_ResultDatabaseOptions options;
-  options.files = this;
+  options.memoryLimit = MemoryLimit::Get();
+  options.files       = this;
   return options;
 }
 

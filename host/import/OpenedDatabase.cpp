@@ -11,6 +11,8 @@
 #include <bundled/NativePath.h>
 
 #include "database/DatabaseFolder.h"
+#include "database/MemoryLimit.h"
+#include "database/ScratchDatabase.h"
 #include "database/StoredDatabase.h"
 #include "import/ResultImport.h"
 #include "progress/Interrupt.h"
@@ -36,8 +38,17 @@ bool IsResultFile(const fs::path& path)
   return extension == ".frd" || extension == ".dat";
 }
 
-std::unique_ptr<FED_ResultDatabase> ImportFile(const fs::path& path, Listener& listener,
-                                               OpenedDatabase::Derivation derivation, const CompanionDeck& deck)
+/// @return whether what is imported from a file may not stay in memory. Text takes more bytes than what it says, and
+///         what is derived from it about as many again.
+bool IsLarge(std::uint64_t bytes)
+{
+  constexpr std::size_t kUsual = std::size_t{64} << 20;
+  const std::size_t     limit  = MemoryLimit::Get();
+  return bytes > (limit == FED_ResultDatabaseOptions::kUsualLimit ? kUsual : limit);
+}
+
+void ImportFile(const fs::path& path, FED_ResultDatabase& database, Listener& listener,
+                OpenedDatabase::Derivation derivation, const CompanionDeck& deck)
 {
   KindRequests  nothing = KindRequests::Nothing();
   ImportOptions options;
@@ -46,16 +57,14 @@ std::unique_ptr<FED_ResultDatabase> ImportFile(const fs::path& path, Listener& l
     ThrowIfInterrupted();
     listener.Progress(phase, done, total);
   };
-  auto database             = std::make_unique<FED_ResultDatabase>();
   options.deck.allowOutside = deck.allowOutside;
   std::vector<fs::path> files{path};
   if (!deck.path.empty()) files.push_back(deck.path);
-  const ImportReport report = ImportResults(files, *database, options);
+  const ImportReport report = ImportResults(files, database, options);
   for (const std::string& notice : report.notices) listener.Note(notice);
   for (const SkippedRows& skipped : report.skipped)
     listener.Note("skipped " + Counted(skipped.rows, "row") + ": " + skipped.reason);
   if (report.blocks == 0) listener.Note(path.string() + ": holds no results");
-  return database;
 }
 
 }  // namespace
@@ -64,8 +73,9 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivat
                                const CompanionDeck& deck)
     : path_(path)
 {
-  const std::string          name = path.string();
-  const FED_FileStatus::Kind kind = StatusOf(path).kind;
+  const std::string    name   = path.string();
+  const FED_FileStatus status = StatusOf(path);
+  const auto           kind   = status.kind;
   if (kind == FED_FileStatus::Nothing) Fail(name + ": no such file or folder, " + kAccepted);
   stored_ = StoredDatabase::OpenIfThere(path);
   if (stored_) {
@@ -74,8 +84,16 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivat
   }
   if (kind == FED_FileStatus::Folder) Fail(name + ": a folder without a file 'manifest' or 'index', " + kAccepted);
   if (!IsResultFile(path)) Fail(name + ": not a database, " + kAccepted);
-  imported_ = ImportFile(path, listener, derivation, deck);
-  database_ = imported_.get();
+  FED_ResultDatabase* database = nullptr;
+  if (IsLarge(status.size)) {
+    scratch_ = std::make_unique<ScratchDatabase>();
+    database = &scratch_->Get();
+  } else {
+    imported_ = std::make_unique<FED_ResultDatabase>();
+    database  = imported_.get();
+  }
+  ImportFile(path, *database, listener, derivation, deck);
+  database_ = database;
 }
 
 OpenedDatabase::~OpenedDatabase() = default;

@@ -15,6 +15,7 @@ class FED_ResultDatabase;
 namespace quilon {
 
 class Listener;
+class ScratchDatabase;
 class Selection;
 class StoredDatabase;
 
@@ -26,7 +27,8 @@ struct CompanionDeck
 };
 
 /// A database behind a path: a working database on disk (`NAME.fed`), as its last commit left it, a folder of ONF text
-/// or a solver's result file (`.frd`, `.dat`), which is imported into memory. Reading it stops for an interrupt.
+/// or a solver's result file (`.frd`, `.dat`), which is imported into memory and, where it is larger than 64 MiB or
+/// what MemoryLimit says, into a scratch database. Reading it stops for an interrupt.
 class OpenedDatabase
 {
 public:
@@ -60,6 +62,7 @@ private:
   std::filesystem::path               path_;
   std::unique_ptr<StoredDatabase>     stored_;    // of a database on disk
   std::unique_ptr<FED_ResultDatabase> imported_;  // of a result file
+  std::unique_ptr<ScratchDatabase>    scratch_;   // of a large one
   FED_Database*                       database_ = nullptr;
 };
 

@@ -61,12 +61,13 @@ SegmentStore::Access GetStoreAccess(FED_ResultDatabase::Access access) noexcept
 }
 
 constexpr std::size_t kUsualReaderLimit = std::size_t{32} << 20;
+constexpr std::size_t kUsualWriterLimit = std::size_t{64} << 20;
 constexpr std::size_t kUsualMost        = std::size_t{1} << 30;
 
 std::size_t GetMemoryLimit(FED_ResultDatabase::Access access, const FED_ResultDatabaseOptions& options) noexcept
 {
   if (options.memoryLimit != FED_ResultDatabaseOptions::kUsualLimit) return options.memoryLimit;
-  return access == FED_ResultDatabase::ReadOnly ? kUsualReaderLimit : kUsualMost;
+  return access == FED_ResultDatabase::ReadOnly ? kUsualReaderLimit : kUsualWriterLimit;
 }
 
 std::size_t GetMostMemory(const FED_ResultDatabaseOptions& options) noexcept

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <sstream>
@@ -268,6 +269,40 @@ TEST_F(Program, VerbosityRisesAndFalls)
             "quilon: Principal values: 520@it=0,an=1,lc=1,sub=2\n"
             "quilon: Calculating additional results.\n");
   EXPECT_EQ(Errors({"-vv", "-q"}), "");
+}
+
+TEST_F(Program, LittleMemoryChangesNoAnswer)
+{
+  const std::string bar     = QUILON_FIXTURES "/calculix/mixed_linear/mixed_linear.frd";
+  const RunOptions  options = {.environment = {"TMPDIR=" + folder_.GetPath().string()}};
+  const RunResult   usual   = RunQuilon({"show", bar, "stress@sub=last", "--csv"}, options);
+  const RunResult   little  = RunQuilon({"show", bar, "stress@sub=last", "--csv", "--memory", "1K"}, options);
+  EXPECT_EQ(usual.exitCode, 0) << usual.err;
+  EXPECT_EQ(little.exitCode, 0);
+  EXPECT_EQ(little.err, usual.err);
+  EXPECT_EQ(little.out, usual.out);
+  const auto isLeft = [](const auto& entry) { return entry.path().filename().string().starts_with("quilon-"); };
+  EXPECT_EQ(std::count_if(std::filesystem::directory_iterator(folder_.GetPath()), {}, isLeft), 0);
+}
+
+TEST_F(Program, ResultFileBeyondTheMemoryGoesToTheTemporaryFolder)
+{
+  const std::string bar     = QUILON_FIXTURES "/calculix/mixed_linear/mixed_linear.frd";
+  const RunOptions  options = {.environment = {"TMPDIR=" + (folder_ / "gone").string()}};
+  const RunResult   run     = RunQuilon({"ls", bar, "--memory", "0"}, options);
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err.find("quilon: error: the temporary folder: "), 0U) << run.err;
+  EXPECT_EQ(RunQuilon({"ls", bar, "--memory", "1M"}, options).exitCode, 0);
+}
+
+TEST_F(Program, SizeOfTheMemoryIsChecked)
+{
+  for (const std::string text : {"", "64Q", "-1"}) {
+    const RunResult run = RunQuilon({"ls", onf_, "--memory=" + text});
+    EXPECT_EQ(run.exitCode, 2);
+    if (!text.empty())
+      EXPECT_EQ(run.err, "quilon: error: size is '" + text + "', expected a number of bytes such as 64M or 1G\n");
+  }
 }
 
 /// Checks the help of a command and of those below it.

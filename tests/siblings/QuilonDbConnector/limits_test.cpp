@@ -130,6 +130,44 @@ TEST(ManyBlocks, AreOpenedAndListedWithoutTheirData)
   EXPECT_LT(files.bytes, dataBytes / 2);
 }
 
+// Bytes that go to the disk before anything is committed are those that memory does not keep, and bytes that a second
+// walk reads again those that it did not keep.
+TEST(UsualMemory, IsBoundedForWritersAndForReadersWhateverTheDatabaseIs)
+{
+  constexpr std::uint64_t   kMiB     = std::uint64_t{1} << 20;
+  constexpr std::size_t     kRecords = 120;        // of a MiB each
+  constexpr std::uint64_t   kChunks  = 20 * kMiB;  // that stay whatever the limit is, and one on its way in
+  const FED_DataDescriptor  key(0, static_cast<FED_OnfId>(582));
+  const TempFolder          folder;
+  CountingFiles             files;
+  FED_ResultDatabaseOptions options;
+  options.files = &files;
+  {
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create, options);
+    FED_DataBlock&     block  = *database.CreateDataBlock(key, 0, 0, "b");
+    FED_DataRecord&    record = *block.CreateDataRecord();
+    FED_DoubleArray    list;
+    list.Resize(kMiB / sizeof(double));
+    record.SetDoubleList(1, list);
+    for (std::size_t index = 1; index <= kRecords; ++index) block.SetRecord(index, record);
+    EXPECT_GT(files.bytes, kRecords * kMiB - 64 * kMiB - kChunks);
+    EXPECT_LT(files.bytes, 2 * kRecords * kMiB);
+    database.Commit();
+  }
+  const FED_ResultDatabase reader(folder / "a.fed", FED_ResultDatabase::ReadOnly, options);
+  const FED_DataBlock&     block  = reader.GetConstDataBlock(key);
+  FED_ConstDataRecord&     record = *block.CreateConstDataRecord();
+  const auto               walk   = [&] {
+    files.bytes = 0;
+    for (std::size_t index = 1; index <= kRecords; ++index) block.GetRecord(index, record);
+    return files.bytes;
+  };
+  EXPECT_GT(walk(), kRecords * kMiB);
+  const std::uint64_t again = walk();
+  EXPECT_GT(again, kRecords * kMiB - 32 * kMiB - kChunks);
+  EXPECT_LT(again, 2 * kRecords * kMiB);
+}
+
 /// Blocks of one format, filled one after the other or record by record in turn, in little memory.
 struct Filling
 {

@@ -22,9 +22,8 @@ class ResultDataBlock;
 /// How a database on disk is kept.
 struct FED_ResultDatabaseOptions
 {
-  /// Stands for 1 GiB where the database may be written and for 32 MiB where it is only read: a writer comes back to
-  /// what it wrote, a reader goes through what it looks at. Where a reader comes back too, out of order, its limit
-  /// grows with it, up to 1 GiB.
+  /// Stands for 64 MiB where the database may be written and for 32 MiB where it is only read. Where rows are come back
+  /// to out of order the limit grows, up to 1 GiB.
   static constexpr std::size_t kUsualLimit = static_cast<std::size_t>(-1);
 
   /// Bytes of rows that stay in memory; beyond it rows go to disk and come back when they are asked for. A few chunks
