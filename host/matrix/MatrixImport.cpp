@@ -65,10 +65,10 @@ int OnfOf(MatrixFile::Role role)
 }
 
 /// @return 0 to 2
-int PairOf(const MatrixImportOptions& options, const MatrixFile& file, const std::string& name)
+int PairOf(const MatrixImportOptions& options, MatrixFile::Role role, const std::string& name)
 {
   if (options.pair != 0) return options.pair - 1;
-  switch (file.role) {
+  switch (role) {
     case MatrixFile::Stiffness:
       return 0;
     case MatrixFile::Mass:
@@ -86,17 +86,21 @@ public:
       : options_(options), listener_(listener), target_(options.output, publication), kinds_(target_.Get())
   {}
 
+  /// Names what the options do not say of a file, before time goes into reading.
+  void RequireTarget(const std::string& name)
+  {
+    TargetOf(RoleOf(name), name);
+    if (options_.element) PairOf(options_, RoleOf(name), name);
+  }
+
   void Store(const std::string& name)
   {
-    const MatrixFile file    = ReadMatrixFile(name, options_.dofs, [&](std::uint64_t done, std::uint64_t total) {
+    const MatrixFile   file       = ReadMatrixFile(name, options_.dofs, [&](std::uint64_t done, std::uint64_t total) {
       ThrowIfInterrupted();
       listener_.Progress("reading " + name, done, total);
     });
-    const bool       isWhole = !options_.element;
-    const int        onf =
-        isWhole ? OnfOf(file.role) : OnfKind::StiffnessMatrix;  // of an element's matrix only the keys are used
-    FED_DataDescriptor descriptor = TargetOf(onf, name);
-    if (isWhole)
+    FED_DataDescriptor descriptor = TargetOf(file.role, name);
+    if (!options_.element)
       StoreWhole(file, descriptor, name);
     else
       descriptor = StoreOfElement(file, descriptor, name);
@@ -107,8 +111,10 @@ public:
   const std::vector<StoredMatrix>& GetStored() const noexcept { return stored_; }
 
 private:
-  FED_DataDescriptor TargetOf(int onf, const std::string& name)
+  FED_DataDescriptor TargetOf(MatrixFile::Role role, const std::string& name)
   {
+    // Of an element's matrix only the keys are used.
+    const int onf = options_.element ? OnfKind::StiffnessMatrix : OnfOf(role);
     if (options_.target.empty() && onf == 0)
       Fail(name +
            ": nothing says what the matrix is, expected --as KIND, such as stiffness, mass or a name of your own");
@@ -130,7 +136,7 @@ private:
   FED_DataDescriptor StoreOfElement(const MatrixFile& file, const FED_DataDescriptor& descriptor,
                                     const std::string& name)
   {
-    const int                            pair = PairOf(options_, file, name);
+    const int                            pair = PairOf(options_, file.role, name);
     const FEM_ResultUtil::MatricesOnfLoc six(descriptor);
     const auto& [first, second] = six.pairs[static_cast<std::size_t>(pair)];
     CheckTwice(first, name);
@@ -173,6 +179,7 @@ MatrixImportReport ImportMatrices(const MatrixImportOptions& options, Listener& 
 
   Publication publication(options.output, Publication::AnyDatabase, options.patience);
   Import      import(options, publication, listener);
+  for (const std::string& file : options.files) import.RequireTarget(file);
   for (const std::string& file : options.files) import.Store(file);
   MatrixImportReport report;
   report.blocks   = publication.Publish();

@@ -290,6 +290,17 @@ TEST_F(MatrixCommand, WhatIsMissingOrContradictoryIsRefused)
                 "--pair is 4, expected 1, 2 or 3");
 }
 
+TEST_F(MatrixCommand, AMissingKindIsToldBeforeAnyFileIsRead)
+{
+  const std::string cut = Write("cut.sti", "1 1\n");  // which reading would refuse
+  ExpectTrouble({"matrix", "import", cut, small_, "-o", onf_},
+                small_ +
+                    ": nothing says what the matrix is, expected --as KIND, such as stiffness, mass or a name of "
+                    "your own");
+  ExpectTrouble({"matrix", "import", cut, small_, "--element", "1", "-o", onf_},
+                small_ + ": nothing says which matrix of the element it is, expected --pair 1, 2 or 3");
+}
+
 TEST_F(MatrixCommand, BadInputNamesFileAndLineAndLeavesTheDatabase)
 {
   const std::string cut      = Write("cut.mtx", "%%MatrixMarket matrix coordinate real general\n2 2 3\n1 1 2\n");
