@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <utility>
@@ -7,6 +8,7 @@
 
 #include "commands/Command.h"
 #include "commands/ExitCode.h"
+#include "commands/JobsOption.h"
 #include "commands/SelectionOptions.h"
 #include "database/DatabaseFolder.h"
 #include "database/Maintenance.h"
@@ -23,6 +25,7 @@ namespace {
 struct Options
 {
   std::string database;
+  std::size_t jobs = 1;
   bool        json = false;
 };
 
@@ -52,7 +55,7 @@ void Run(const Options& options, CommandContext& context)
 {
   const FED_DatabaseReport report =
       IsWorkingDatabaseName(options.database) || IsWorkingDatabase(options.database)
-          ? CheckWorkingDatabase(options.database, context.console)
+          ? CheckWorkingDatabase(options.database, context.console, options.jobs)
           : CheckByReading(OpenedDatabase(options.database, context.console, OpenedDatabase::DeriveNothing).Get());
   if (options.json)
     PrintJson(context.output, ToJson(options, report));
@@ -67,6 +70,7 @@ CommandFunction DefineCheck(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
   AddDatabaseArgument(app, options->database);
+  AddJobsOption(app, options->jobs);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Reads all of a database and says what is wrong, and where: structure, checksums, id maps, counts. Exit code 0\n"

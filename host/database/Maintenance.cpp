@@ -1,5 +1,8 @@
 #include "database/Maintenance.h"
 
+#include <algorithm>
+#include <atomic>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -10,6 +13,7 @@
 #include "database/FolderSize.h"
 #include "database/Publication.h"
 #include "kinds/KindTable.h"
+#include "progress/Jobs.h"
 #include "progress/Listener.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonUtilities/FED_Failure.h"
@@ -32,10 +36,36 @@ WatchedFiles WatchedFilesOf(const fs::path& folder, const char* phase, Listener&
 
 }  // namespace
 
-FED_DatabaseReport CheckWorkingDatabase(const fs::path& path, Listener& listener)
+FED_DatabaseReport CheckWorkingDatabase(const fs::path& path, Listener& listener, std::size_t jobs)
 {
-  WatchedFiles files = WatchedFilesOf(path, "checking", listener);
-  return FED_InspectDatabase(path, &files);
+  struct Inspection
+  {
+    WatchedFiles          files;
+    FED_DatabaseInspector inspector;
+
+    explicit Inspection(const fs::path& folder) : inspector(folder, &files) {}
+  };
+  // All of one generation: when a writer comes between, those that are open by then do the work.
+  std::vector<std::unique_ptr<Inspection>> open;
+  open.push_back(std::make_unique<Inspection>(path));
+  const FED_DatabaseReport& frame = open.front()->inspector.GetFrame();
+  const std::size_t         parts = open.front()->inspector.CountParts();
+  while (open.size() < std::min(jobs, parts)) {
+    auto        next   = std::make_unique<Inspection>(path);
+    const auto& other  = next->inspector;
+    const bool  isSame = other.GetFrame().generation == frame.generation && other.CountParts() == parts;
+    if (!isSame) break;
+    open.push_back(std::move(next));
+  }
+  std::vector<FED_DatabaseReport> reports(parts);
+  std::atomic<std::size_t>        taken = 0;
+  const auto                      make  = [&]() -> Worker {
+    return [&reports, &own = open[taken++]->inspector](std::size_t part) { reports[part] = own.CheckPart(part); };
+  };
+  ShareWork(open.size(), parts, make, [&](std::size_t done) { listener.Progress("checking", done, parts, "parts"); });
+  FED_DatabaseReport report = frame;
+  for (const FED_DatabaseReport& part : reports) FED_AddPart(part, report);
+  return report;
 }
 
 FED_DatabaseReport CheckByReading(const FED_Database& database)

@@ -21,8 +21,9 @@ class Listener;
 class Selection;
 
 /// Reads and checks every byte of a working database (`.fed`).
+/// @param jobs threads; the report is the same for any number
 /// @throws FED_Failure when the folder cannot be listed, Interrupted
-FED_DatabaseReport CheckWorkingDatabase(const std::filesystem::path& path, Listener& listener);
+FED_DatabaseReport CheckWorkingDatabase(const std::filesystem::path& path, Listener& listener, std::size_t jobs = 1);
 
 /// Reads all values of a database of any sort. What cannot be read is a finding.
 FED_DatabaseReport CheckByReading(const FED_Database& database);

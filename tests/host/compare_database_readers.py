@@ -57,7 +57,7 @@ run(quilon, "to-onf", path("job.fed"), path("job.onf"))
 expect_equal("results of a job", read_database(path("job.fed")), read_text(path("job.onf")))
 
 # Databases of each format version as they were written when the version was made, and what was in them.
-for version in ("version-1", "version-2"):
+for version in ("version-1", "version-2", "version-3"):
     golden = os.path.join(fixtures, "databases", version + ".fed")
     with gzip.open(os.path.join(fixtures, "databases", version + ".txt.gz"), "rt", encoding="utf-8") as file:
         listing = blocks(file.read())

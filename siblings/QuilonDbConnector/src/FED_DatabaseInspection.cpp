@@ -385,31 +385,36 @@ void CheckIds(const StoredState& state, FED_DatabaseReport& report)
   }
 }
 
-// Checks the bytes of segments that belong to no value.
-void CheckParts(const std::vector<FoundSegment>& segments, const StoredState& state, FED_DatabaseReport& report)
+using AliveExtents = std::set<std::pair<const Segment*, std::size_t>>;
+
+AliveExtents FindAlive(const StoredState& state)
 {
-  std::set<std::pair<const Segment*, std::size_t>> alive;  // extents
+  AliveExtents alive;
   for (const auto& [uid, block] : state.GetBlocks())
     for (const auto& [chunk, extents] : block.chunks)
       for (const ExtentRef& extent : extents) alive.emplace(extent.segment, extent.position);
-  for (const FoundSegment& found : segments)
-    Attempt(report.findings, [&] {
-      if (!found.header) return;
-      const auto  isChecked = [&](std::size_t extent) { return alive.count({found.segment.get(), extent}) > 0; };
-      const Texts damage    = FindDamage(*found.segment, *found.header, isChecked);
-      report.findings.insert(report.findings.end(), damage.begin(), damage.end());
-    });
+  return alive;
 }
 
-// Checks all bytes of files that are shared with other databases.
-void CheckSharedFiles(const std::vector<FoundSegment>& files, FED_DatabaseReport& report)
+// Checks the bytes of a segment that belong to no value.
+void CheckUnused(const FoundSegment& found, const AliveExtents& alive, FED_DatabaseReport& report)
 {
-  for (const FoundSegment& found : files)
-    Attempt(report.findings, [&] {
-      if (!found.header || found.segment == nullptr) return;
-      const Texts damage = FindDamage(*found.segment, *found.header, nullptr);
-      report.findings.insert(report.findings.end(), damage.begin(), damage.end());
-    });
+  Attempt(report.findings, [&] {
+    if (!found.header) return;
+    const auto  isChecked = [&](std::size_t extent) { return alive.count({found.segment.get(), extent}) > 0; };
+    const Texts damage    = FindDamage(*found.segment, *found.header, isChecked);
+    report.findings.insert(report.findings.end(), damage.begin(), damage.end());
+  });
+}
+
+// Checks all bytes of a file that is shared with another database.
+void CheckSharedFile(const FoundSegment& found, FED_DatabaseReport& report)
+{
+  Attempt(report.findings, [&] {
+    if (!found.header || found.segment == nullptr) return;
+    const Texts damage = FindDamage(*found.segment, *found.header, nullptr);
+    report.findings.insert(report.findings.end(), damage.begin(), damage.end());
+  });
 }
 
 void CheckDescriptors(const StoredState& state, FED_DatabaseReport& report)
@@ -585,25 +590,83 @@ private:
 
 }  // namespace
 
+struct FED_DatabaseInspector::State
+{
+  State(const std::filesystem::path& folder, FED_FileLayer* files)
+      : inspected(folder, files != nullptr ? *files : ownFiles)
+  {
+    if (!inspected.OpenListed(frame.findings)) return;
+    frame.leftovers  = inspected.FindLeftovers();
+    frame.generation = inspected.GetManifest().generation;
+    frame.segments   = inspected.GetManifest().segments.size();
+    state            = inspected.MakeState(frame.findings);
+    for (const SegmentEntry& entry : inspected.GetManifest().segments) frame.fileBytes += entry.fileBytes;
+    for (const FoundSegment& found : inspected.GetSegments()) frame.deadBytes += found.segment->GetDeadBytes();
+    CheckDescriptors(*state, frame);
+    for (const FoundSegment& found : inspected.GetSegments())
+      Attempt(frame.findings, [&] { RequireBlocksBelow(*found.segment, inspected.GetManifest().nextBlock); });
+    alive  = FindAlive(*state);
+    blocks = SortBlocks(*state);
+  }
+
+  FED_FileLayer                          ownFiles;
+  InspectedFolder                        inspected;
+  FED_DatabaseReport                     frame;
+  std::optional<StoredState>             state;
+  AliveExtents                           alive;
+  std::vector<const StoredState::Block*> blocks;
+};
+
+FED_DatabaseInspector::FED_DatabaseInspector(const std::filesystem::path& folder, FED_FileLayer* files)
+    : state_(std::make_unique<State>(folder, files))
+{}
+
+FED_DatabaseInspector::~FED_DatabaseInspector() = default;
+
+const FED_DatabaseReport& FED_DatabaseInspector::GetFrame() const noexcept { return state_->frame; }
+
+// Segments, shared files, blocks, then the id maps.
+std::size_t FED_DatabaseInspector::CountParts() const noexcept
+{
+  if (!state_->state) return 0;
+  return state_->inspected.GetSegments().size() + state_->inspected.GetSharedFiles().size() + state_->blocks.size() + 1;
+}
+
+FED_DatabaseReport FED_DatabaseInspector::CheckPart(std::size_t part) const
+{
+  FED_DatabaseReport report;
+  const auto&        segments = state_->inspected.GetSegments();
+  const auto&        shared   = state_->inspected.GetSharedFiles();
+  if (part < segments.size()) {
+    CheckUnused(segments[part], state_->alive, report);
+    return report;
+  }
+  part -= segments.size();
+  if (part < shared.size()) {
+    CheckSharedFile(shared[part], report);
+    return report;
+  }
+  part -= shared.size();
+  if (part < state_->blocks.size())
+    CheckBlock(*state_->blocks[part], report);
+  else
+    CheckIds(*state_->state, report);
+  return report;
+}
+
+void FED_AddPart(const FED_DatabaseReport& part, FED_DatabaseReport& report)
+{
+  report.blocks += part.blocks;
+  report.records += part.records;
+  report.extents += part.extents;
+  report.findings.insert(report.findings.end(), part.findings.begin(), part.findings.end());
+}
+
 FED_DatabaseReport FED_InspectDatabase(const std::filesystem::path& folder, FED_FileLayer* files)
 {
-  FED_FileLayer      ownFiles;
-  FED_DatabaseReport report;
-  InspectedFolder    inspected(folder, files != nullptr ? *files : ownFiles);
-  if (!inspected.OpenListed(report.findings)) return report;
-  report.leftovers        = inspected.FindLeftovers();
-  report.generation       = inspected.GetManifest().generation;
-  report.segments         = inspected.GetManifest().segments.size();
-  const StoredState state = inspected.MakeState(report.findings);
-  for (const SegmentEntry& entry : inspected.GetManifest().segments) report.fileBytes += entry.fileBytes;
-  for (const FoundSegment& found : inspected.GetSegments()) report.deadBytes += found.segment->GetDeadBytes();
-  CheckDescriptors(state, report);
-  for (const FoundSegment& found : inspected.GetSegments())
-    Attempt(report.findings, [&] { RequireBlocksBelow(*found.segment, inspected.GetManifest().nextBlock); });
-  CheckParts(inspected.GetSegments(), state, report);
-  CheckSharedFiles(inspected.GetSharedFiles(), report);
-  for (const StoredState::Block* block : SortBlocks(state)) CheckBlock(*block, report);
-  CheckIds(state, report);
+  const FED_DatabaseInspector inspector(folder, files);
+  FED_DatabaseReport          report = inspector.GetFrame();
+  for (std::size_t part = 0; part < inspector.CountParts(); ++part) FED_AddPart(inspector.CheckPart(part), report);
   return report;
 }
 

@@ -28,6 +28,17 @@ protected:
     ASSERT_EQ(RunQuilon({"import", fixture + ".frd", fixture + ".dat", "-o", fed_}).exitCode, 0);
   }
 
+  /// The report of a whole database or a damaged one is the same to the byte for any number of threads.
+  void ExpectOneReport() const
+  {
+    const RunResult one = RunQuilon({"check", fed_, "--jobs", "1"});
+    for (const char* jobs : {"2", "3", "8"}) {
+      const RunResult many = RunQuilon({"check", fed_, "--jobs", jobs});
+      EXPECT_EQ(many.out, one.out) << jobs;
+      EXPECT_EQ(many.exitCode, one.exitCode) << jobs;
+    }
+  }
+
   static std::string List(const std::string& database) { return RunQuilon({"ls", database, "--csv"}).out; }
 
   /// The one segment.
@@ -259,6 +270,17 @@ TEST_F(HealthCommands, AnInterruptLeavesEverythingAsItWas)
   EXPECT_EQ(RunQuilon({"salvage", fed_, "-o", new_}, {.interrupted = true}).exitCode, 130);
   EXPECT_EQ(List(fed_), before);
   EXPECT_FALSE(fs::exists(new_));
+}
+
+TEST_F(HealthCommands, CheckingInManyThreadsTellsTheSame)
+{
+  ExpectOneReport();
+  DamageDisplacements();
+  EXPECT_EQ(RunQuilon({"check", fed_}).exitCode, 1);
+  ExpectOneReport();
+  std::ofstream(fs::path(fed_) / "manifest") << "nothing";
+  ExpectOneReport();
+  EXPECT_EQ(RunQuilon({"check", fed_, "--jobs", "0"}).exitCode, 2);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,39 @@ struct FED_DatabaseReport
   std::vector<std::string> leftovers;       ///< files of commits that did not happen; the next writer removes them
   std::vector<std::string> findings;        ///< what is wrong; empty for a whole database
 };
+
+/// An inspection in parts, so that several may share the work: each has an inspector of its own, of one generation.
+/// Changes nothing; a writer may be at work.
+///
+/// Threads: one at a time per inspector.
+class QUILON_DB_CONNECTOR_API FED_DatabaseInspector
+{
+public:
+  /// Reads manifest and indices.
+  /// @param files null: the operating system's files; borrowed
+  /// @throws FED_Failure when the folder cannot be listed
+  explicit FED_DatabaseInspector(const std::filesystem::path& folder, FED_FileLayer* files = nullptr);
+  FED_DatabaseInspector(const FED_DatabaseInspector&)            = delete;
+  FED_DatabaseInspector& operator=(const FED_DatabaseInspector&) = delete;
+  ~FED_DatabaseInspector();
+
+  /// @return what manifest and indices tell
+  const FED_DatabaseReport& GetFrame() const noexcept;
+  /// @return how many parts the rest has; 0 without a whole manifest
+  std::size_t CountParts() const noexcept;
+  /// Reads and checks a part.
+  /// @param part 0 <= part < CountParts()
+  /// @return its findings and counts alone
+  FED_DatabaseReport CheckPart(std::size_t part) const;
+
+private:
+  struct State;
+
+  std::unique_ptr<State> state_;
+};
+
+/// Adds what was found in a part; parts go in their order.
+QUILON_DB_CONNECTOR_API void FED_AddPart(const FED_DatabaseReport& part, FED_DatabaseReport& report);
 
 /// Reads and checks all of a database: manifest, every byte of every segment, lengths of lists against their elements,
 /// statistics against values, and that no id, no record index and no block is there twice. What is damaged but concerns
