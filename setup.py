@@ -11,14 +11,17 @@ from setuptools.command.build_ext import build_ext
 
 class CMakeBuild(build_ext):
     def run(self):
-        build, out = pathlib.Path(self.build_temp).resolve(), pathlib.Path(self.build_lib).resolve()
+        # A build folder that is there is used as it is configured, but for where things go.
+        given = os.environ.get("QUILON_BUILD_DIR")
+        build, out = pathlib.Path(given or self.build_temp).resolve(), pathlib.Path(self.build_lib).resolve()
         if self.inplace:
             out = pathlib.Path("python").resolve()
         parts = ["HOST", "TESTS", "BENCH", "EXAMPLES"]
         subprocess.run(
-            ["cmake", "-S", ".", "-B", build, "-D", "CMAKE_BUILD_TYPE=Release", "-D", "QUILON_BUILD_PYTHON=ON",
-             "-D", f"Python_EXECUTABLE={sys.executable}", "-D", "QUILON_PYTHON_DIR=.", "-D", "CMAKE_INSTALL_LIBDIR=quilon",
-             *(word for part in parts for word in ("-D", f"QUILON_BUILD_{part}=OFF")),
+            ["cmake", "-S", ".", "-B", build, "-D", "QUILON_BUILD_PYTHON=ON", "-D", f"Python_EXECUTABLE={sys.executable}",
+             "-D", "QUILON_PYTHON_DIR=.", "-D", "CMAKE_INSTALL_LIBDIR=quilon",
+             *([] if given else ["-D", "CMAKE_BUILD_TYPE=Release"]),
+             *(word for part in parts if not given for word in ("-D", f"QUILON_BUILD_{part}=OFF")),
              *os.environ.get("CMAKE_ARGS", "").split()],
             check=True,
         )  # fmt: skip

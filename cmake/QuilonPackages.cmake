@@ -23,6 +23,7 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXE
                                                 WORLD_EXECUTE)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
     ${PROJECT_BINARY_DIR}/src ${PROJECT_BINARY_DIR}/siblings/QuilonUtilities
     ${PROJECT_BINARY_DIR}/siblings/QuilonOnfSpecification ${PROJECT_BINARY_DIR}/siblings/QuilonDbConnector
@@ -38,7 +39,7 @@ macro(quilon_package component name section summary description)
   set(CPACK_COMPONENT_${upper}_DESCRIPTION "${summary}\n${description}")
   set(CPACK_DEBIAN_${upper}_PACKAGE_DEPENDS "${ARGN}")
   install(FILES ${PROJECT_BINARY_DIR}/debian/changelog.gz DESTINATION share/doc/${name} COMPONENT ${component})
-  install(FILES LICENSE RENAME copyright DESTINATION share/doc/${name} COMPONENT ${component})
+  install(FILES packaging/debian/copyright DESTINATION share/doc/${name} COMPONENT ${component})
 endmacro()
 
 set(library libquilondbdatatools${QUILON_SOVERSION})
@@ -46,7 +47,6 @@ quilon_package(
   Runtime ${library} libs "data tools for finite-element results"
   "Averages element values at nodes, gathers internal forces, derives principal\nvalues, measures and compares result databases. With the database on disk."
   )
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/triggers)
 quilon_package(
   Development libquilondbdatatools-dev libdevel "data tools for finite-element results, development files"
@@ -65,6 +65,7 @@ set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
 if(TARGET quilon_python)
   # The module is one of this minor version of Python.
+  find_package(Python REQUIRED COMPONENTS Interpreter)
   math(EXPR quilon_next_python "${Python_VERSION_MINOR} + 1")
   quilon_package(
     Python python3-quilon python "data tools for finite-element results, Python package"

@@ -144,7 +144,7 @@ def main():
                            PKG_CONFIG_PATH=f"{prefix}/lib/pkgconfig", LD_LIBRARY_PATH=f"{prefix}/lib", NO_COLOR="1",
                            QUILON_TREE=str(ROOT))  # fmt: skip
         for path in chosen:
-            folder = Path(scratch, path.stem)
+            folder = Path(scratch, str(path.relative_to(ROOT)).replace("/", "-"))
             folder.mkdir()
             prepare(folder, ("bracket",) if path.name != "README.md" else ("bracket", "job"))
             if path.name == "README.md":

@@ -29,7 +29,8 @@ scripts/install_dependencies.sh build python packages
 
 step "packages"
 # The build is used as it is: what differs is where things are installed.
-trap 'cmake --preset "$preset" -D QUILON_PACKAGES=OFF >/dev/null' EXIT
+as_it_was=(cmake --preset "$preset" -D QUILON_PACKAGES=OFF -D QUILON_PYTHON_DIR=lib/python3/dist-packages -U CMAKE_INSTALL_LIBDIR)
+trap '"${as_it_was[@]}" >/dev/null' EXIT
 cmake --preset "$preset" -D QUILON_PACKAGES=ON -D QUILON_BUILD_PYTHON=ON -D Python_EXECUTABLE="$python" >/dev/null
 cmake --build --preset "$preset" --target quilon quilon_python >/dev/null
 rm -rf "$build/deb" "$build/source" "$build/root" "$build/packaged"
@@ -80,6 +81,20 @@ if [[ -d $root/usr ]] && find "$root/usr" ! -type d | grep .; then
   fail "files are left behind the removal"
 fi
 unset LD_LIBRARY_PATH PKG_CONFIG_LIBDIR PKG_CONFIG_SYSROOT_DIR
+"${as_it_was[@]}" >/dev/null
+
+step "pip"
+# A wheel by Debian's packages alone, in an environment that sees them; the build is taken as it is.
+"$python" -m venv --system-site-packages "$build/packaged/venv"
+QUILON_BUILD_DIR=$build "$build/packaged/venv/bin/pip" install --quiet --no-index --no-build-isolation . \
+  >"$build/pip.log" 2>&1 || { cat "$build/pip.log" >&2; fail "pip installs nothing"; }
+(cd / && "$build/packaged/venv/bin/python" -c '
+import pathlib, quilon
+folder = pathlib.Path(quilon.__file__).parent
+assert "packaged/venv" in str(folder), folder
+used = {line.split()[-1] for line in open("/proc/self/maps") if "libQuilon" in line}
+assert len(used) == 5 and all(pathlib.Path(name).parent == folder for name in used), used
+print("a wheel with", len(list(folder.iterdir())), "files")')
 
 step "source archive"
 mkdir -p "$build/source"
@@ -90,7 +105,7 @@ cmake -S "$build"/source/quilon-*/ -B "$build/source/build" -G Ninja -D CMAKE_BU
 
 step "bare Debian 12"
 system=$(mktemp -d)
-trap 'rm -rf "$system"; cmake --preset "$preset" -D QUILON_PACKAGES=OFF >/dev/null' EXIT
+trap 'rm -rf "$system"; "${as_it_was[@]}" >/dev/null' EXIT
 chmod 755 "$system"
 mmdebstrap --quiet --variant=apt bookworm "$system" "${QUILON_MIRROR:-http://deb.debian.org/debian}"
 mkdir "$system/packages"
@@ -100,8 +115,8 @@ cat >"$system/packages/run" <<'EOF'
 set -eu
 cd /packages
 export DEBIAN_FRONTEND=noninteractive
-find / -xdev -path /proc -prune -o -path /packages -prune -o -path /var -prune -o -type f -print | sort >/var/before
-apt-get install -qq -y --no-install-recommends ./quilon_*.deb >/dev/null
+apt-get update -qq
+apt-get install -qq -y --no-install-recommends ./quilon_*.deb ./libquilondbdatatools0.1_*.deb >/dev/null
 quilon --version
 quilon import b_hex.inp b_hex.frd b_hex.dat -o b.fed >/dev/null
 quilon check b.fed
@@ -114,7 +129,7 @@ cmake -S . -B by_cmake >/dev/null
 cmake --build by_cmake >/dev/null
 ./by_cmake/consumer
 apt-get purge -qq -y quilon python3-quilon 'libquilondbdatatools*' >/dev/null
-if find / -xdev -path /proc -prune -o -path /packages -prune -o -path /var/log -prune -o -iname '*quilon*' -print | grep -v -e '^/var/before'; then
+if find / -xdev -path /proc -prune -o -path /packages -prune -o -path /var/log -prune -o -iname '*quilon*' -print | grep .; then
   echo "files are left behind the removal"
   exit 1
 fi

@@ -12,7 +12,7 @@ fi
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build=build/subproject
 cmake -S tests/house/subproject -B "$build" -G Ninja -D QUILON_TREE="$PWD" -D CMAKE_BUILD_TYPE=Debug \
-  -D CMAKE_CXX_FLAGS_DEBUG=-g0 >/dev/null
+  -D CMAKE_CXX_FLAGS_DEBUG=-g >/dev/null
 cmake --build "$build" --target consumer >/dev/null
 "$build/consumer"
 if cmake --build "$build" --target help | grep -qE '^(quilon|.*_test|.*_bench)(:|$)'; then
