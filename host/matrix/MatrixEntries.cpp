@@ -4,6 +4,8 @@
 #include <bit>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
+#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -27,6 +29,25 @@ void CheckDuplicates(const std::vector<Entry>& sorted, const std::string& name)
        std::to_string(twin->line) + ")");
 }
 
+// Sorts by rows first, which keeps the order in each of them. Files list row by row, as they are wanted, or column by
+// column: then every row is in order already.
+void Sort(std::vector<Entry>& entries, int numRows)
+{
+  if (std::is_sorted(entries.begin(), entries.end())) return;
+  std::vector<std::size_t> place(static_cast<std::size_t>(numRows) + 1);  // where the next entry of a row goes
+  for (const Entry& entry : entries) ++place[static_cast<std::size_t>(entry.row) + 1];
+  std::partial_sum(place.begin(), place.end(), place.begin());
+  std::vector<Entry> sorted(entries.size());
+  for (const Entry& entry : entries) sorted[place[static_cast<std::size_t>(entry.row)]++] = entry;
+  auto first = sorted.begin();
+  for (int row = 0; row < numRows; ++row) {
+    const auto end = sorted.begin() + static_cast<std::ptrdiff_t>(place[static_cast<std::size_t>(row)]);
+    if (!std::is_sorted(first, end)) std::sort(first, end);
+    first = end;
+  }
+  entries = std::move(sorted);
+}
+
 }  // namespace
 
 bool Entry::operator<(const Entry& other) const noexcept
@@ -44,7 +65,7 @@ FED_YaleMatrix Assemble(Entries&& given, const std::string& name)
     Fail(name + ": " + std::to_string(given.numRows) + " rows for " + std::to_string(numEntries) +
          " values, expected at most " + std::to_string(kMaxEmptyRows) + " more rows than values");
 
-  std::sort(entries.begin(), entries.end());
+  Sort(entries, given.numRows);
   CheckDuplicates(entries, name);
 
   FED_DoubleArray values;

@@ -74,6 +74,15 @@ std::size_t Normalise(std::string_view text, char* out) noexcept
   return length;
 }
 
+// Most numbers are as std::from_chars reads them. What it does not take to the end may still be one.
+bool ReadUsual(std::string_view text, double& magnitude) noexcept
+{
+  if (text.empty() || !IsDigit(text.front())) return false;
+  const char* const textEnd = text.data() + text.size();
+  const auto [end, error]   = std::from_chars(text.data(), textEnd, magnitude);
+  return error == std::errc() && end == textEnd;
+}
+
 }  // namespace
 
 bool ReadDouble(std::string_view column, double& value) noexcept
@@ -85,6 +94,10 @@ bool ReadDouble(std::string_view column, double& value) noexcept
   if (negative || text.front() == '+') text.remove_prefix(1);
 
   double magnitude = 0.0;
+  if (ReadUsual(text, magnitude)) {
+    value = negative ? -magnitude : magnitude;
+    return true;
+  }
   if (EqualsUpper(text, "INF") || EqualsUpper(text, "INFINITY")) {
     magnitude = std::numeric_limits<double>::infinity();
   } else if (EqualsUpper(text, "NAN")) {

@@ -1,7 +1,5 @@
 #include "text/WordFile.h"
 
-#include <algorithm>
-
 #include "text/ColumnText.h"
 
 namespace quilon {
@@ -49,13 +47,16 @@ void WordFile::RequireWholeLine() const
 
 void WordFile::SplitLine()
 {
-  constexpr std::string_view kBlanks = " \t";
-  const std::string_view     text    = file_.Text();
-  numWords_                          = 0;
-  for (std::size_t at = text.find_first_not_of(kBlanks); at != std::string_view::npos && numWords_ < words_.size();) {
-    const std::size_t end = std::min(text.find_first_of(kBlanks, at), text.size());
-    words_[numWords_++]   = text.substr(at, end - at);
-    at                    = text.find_first_not_of(kBlanks, end);
+  // Character by character: searching for one of several costs a call each.
+  const auto             isBlank = [](char c) { return c == ' ' || c == '\t'; };
+  const std::string_view text    = file_.Text();
+  numWords_                      = 0;
+  for (std::size_t at = 0; numWords_ < words_.size();) {
+    while (at < text.size() && isBlank(text[at])) ++at;
+    if (at == text.size()) return;
+    const std::size_t first = at;
+    while (at < text.size() && !isBlank(text[at])) ++at;
+    words_[numWords_++] = text.substr(first, at - first);
   }
 }
 

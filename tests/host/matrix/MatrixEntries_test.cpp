@@ -1,8 +1,13 @@
 #include "matrix/MatrixEntries.h"
 
+#include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -47,6 +52,59 @@ FED_YaleMatrix Identity(int n)
   }
   const auto size = static_cast<std::size_t>(n);
   return MakeMatrix(size, size, std::vector<double>(size, 1.0), pointers, columns);
+}
+
+/// Some entries of a matrix of 40 rows, a third of them without any, row by row. Lines count from 1.
+std::vector<Entry> SomeEntries()
+{
+  std::mt19937       random(5);
+  std::vector<Entry> entries;
+  for (int row = 0; row < 40; row += 1 + row % 3 / 2)
+    for (int column = 0; column < 50; ++column)
+      if (random() % 3 == 0) entries.push_back({row, column, 0.5 * static_cast<double>(random()), 0});
+  return entries;
+}
+
+/// The same by sorting all at once.
+void ExpectAssembled(std::vector<Entry> entries)
+{
+  std::int64_t line = 0;
+  for (Entry& entry : entries) entry.line = ++line;
+  const FED_YaleMatrix matrix = Assemble({40, 50, entries}, "a");
+  std::sort(entries.begin(), entries.end());
+  const std::vector<Entry> assembled = RowView(matrix, "a").List();
+  ASSERT_EQ(assembled.size(), entries.size());
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    EXPECT_EQ(assembled[i].row, entries[i].row);
+    EXPECT_EQ(assembled[i].column, entries[i].column);
+    EXPECT_EQ(assembled[i].value, entries[i].value);
+  }
+}
+
+TEST(Assemble, TakesEntriesInAnyOrder)
+{
+  std::vector<Entry> entries = SomeEntries();
+  ExpectAssembled(entries);
+  const auto byColumn = [](const Entry& a, const Entry& b) {
+    return std::tie(a.column, a.row) < std::tie(b.column, b.row);
+  };
+  std::sort(entries.begin(), entries.end(), byColumn);
+  ExpectAssembled(entries);
+  std::reverse(entries.begin(), entries.end());
+  ExpectAssembled(entries);
+  std::shuffle(entries.begin(), entries.end(), std::mt19937(7));
+  ExpectAssembled(entries);
+  ExpectAssembled({});
+}
+
+TEST(Assemble, NamesBothLinesOfATwinInAnyOrder)
+{
+  const std::string expected = "a:3: row 2, column 1 is given again, expected each entry once (first in line 2)";
+  EXPECT_EQ(FailureOf([] { Assemble({2, 2, {{0, 0, 1.0, 1}, {1, 0, 2.0, 2}, {1, 0, 3.0, 3}}}, "a"); }), expected);
+  EXPECT_EQ(FailureOf([] {
+              Assemble({2, 2, {{1, 1, 1.0, 1}, {1, 0, 2.0, 2}, {1, 0, 3.0, 3}, {0, 0, 1.0, 4}}}, "a");
+            }),
+            expected);
 }
 
 }  // namespace

@@ -1,12 +1,16 @@
 #include "text/ColumnText.h"
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <random>
+#include <regex>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -220,6 +224,36 @@ TEST(ColumnText, QuickNumbersAcceptWhatTheGeneralFormAccepts)
   ReplaceEachByte<5>(" 1.000000000");
   ReplaceEachByte<6>("-1.234567E+07");
   ReplaceEachByte<6>("-7.419576-120");
+}
+
+// By a grammar, and by the C library's reading of what the grammar takes.
+TEST(ReadDouble, TakesWhatIsANumberAndNothingElse)
+{
+  const std::regex number("[+-]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eEdD][+-]?[0-9]+|[+-][0-9]+)?");
+  constexpr char   kLetters[] = "0123456789.eED+-";
+  std::mt19937     random(11);
+  int              numNumbers = 0;
+  for (int i = 0; i < 3000; ++i) {
+    std::string text;
+    for (std::size_t length = 1 + random() % 7; length > 0; --length)
+      text += kLetters[random() % (sizeof kLetters - 1)];
+    double      value    = -1.0;
+    const bool  isNumber = std::regex_match(text, number);
+    std::string usual;  // with the letter that may be missing
+    for (const char c : text) {
+      const bool isLetter = c == 'e' || c == 'E' || c == 'D';
+      if ((c == '+' || c == '-') && !usual.empty() && usual.back() != 'e') usual += 'e';
+      usual += isLetter ? 'e' : c;
+    }
+    const double read = isNumber ? std::strtod(usual.c_str(), nullptr) : 0.0;
+    // What is beyond doubles is not read: it has become infinite, or zero with a digit that is not.
+    const bool isZero = text.find_first_of("123456789") >= std::min(text.size(), text.find_first_of("eED+-", 1));
+    if (!std::isfinite(read) || (isNumber && read == 0.0 && !isZero)) continue;
+    EXPECT_EQ(ReadDouble(text, value), isNumber) << text;
+    if (isNumber) EXPECT_EQ(value, read) << text;
+    numNumbers += isNumber ? 1 : 0;
+  }
+  EXPECT_GT(numNumbers, 500);
 }
 
 }  // namespace
