@@ -31,6 +31,12 @@ function(quilon_configure target)
                                              CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
+# The same for the library and the siblings, with QUILON_LIBRARY_OPTIONS.
+function(quilon_configure_library target)
+  quilon_configure(${target})
+  target_compile_options(${target} PRIVATE ${QUILON_LIBRARY_OPTIONS})
+endfunction()
+
 # quilon_precompile(<target> <header>...)
 # Compiles headers of other projects once for the whole target, when QUILON_PRECOMPILE asks for it. Every source still
 # includes what it uses: a build without precompiled headers is part of the checks.
@@ -49,7 +55,7 @@ function(quilon_add_sibling name)
   add_library(${name} SHARED ${arg_SOURCES})
   string(REPLACE Quilon Quilon:: alias ${name})
   add_library(${alias} ALIAS ${name})
-  quilon_configure(${name})
+  quilon_configure_library(${name})
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
                              PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC quilon_contract ${arg_LOWER} PRIVATE ${arg_DEPENDS})
