@@ -72,5 +72,7 @@ if(TARGET quilon_python)
     "Result databases as NumPy arrays: read, write, average, compare."
     "${library} (= ${version}), python3 (>= ${Python_VERSION_MAJOR}.${Python_VERSION_MINOR}), python3 (<< ${Python_VERSION_MAJOR}.${quilon_next_python}), python3-numpy")
   set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS python3-pandas)
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debian/python/postinst
+                                                ${PROJECT_SOURCE_DIR}/packaging/debian/python/prerm)
 endif()
 include(CPack)

@@ -16,6 +16,9 @@ of them, changed.frd. Its blocks are taken in order:
   ```LANGUAGE FILE    is written to the file.
   ```                 in README.md: lines that begin with "quilon " are run, with job.* and before.frd and after.fed.
 
+In docs/quilon.md lines that begin with four blanks and "$ quilon " are run too, where the names are those of the job: as
+bracket.fed, bracket.onf, before.frd, after.fed, old.onf and new.frd it is there as well. Exit codes 0 and 1 are fine.
+
 quilon, a C++ compiler as c++, and quilon.pc for pkg-config are there.
 """
 
@@ -100,6 +103,21 @@ class Page:
             shown += written + expected
         return "\n".join(shown) + "\n"
 
+    def check_lines(self, folder):
+        shutil.copy(FIXTURE / "b_hex.frd", folder / "before.frd")
+        shutil.copy(FIXTURE / "b_hex.frd", folder / "new.frd")
+        for name in ("after.fed", "bracket.fed", "bracket.onf", "old.onf"):
+            run(f"quilon import bracket.inp bracket.frd bracket.dat --average-by material -o {name}", folder, self.environment)
+        text = self.path.read_text(encoding="utf-8")
+        for line in re.finditer(r"^    \$ (quilon .*)$", text, re.MULTILINE):
+            command = line[1]
+            if "cases.txt" in command or not re.search(r"\b(bracket|before|old)\.", command):
+                continue  # of another job
+            code, printed = run(command, folder, self.environment)
+            self.commands += 1
+            if code not in (0, 1) or "quilon: error" in printed:
+                self.fail(text.count("\n", 0, line.start()) + 1, f"exit code {code} of: {command}\n{printed}")
+
     def check(self, folder):
         text = self.path.read_text(encoding="utf-8")
         changed, last = [], 0
@@ -152,6 +170,8 @@ def main():
                 run("quilon import bracket -o after.fed", folder, environment)
             page = Page(path, "--update" in sys.argv, environment)
             page.check(folder)
+            if path.name == "quilon.md":
+                page.check_lines(folder)
             failures += page.failures
             commands += page.commands
     print(f"{commands} commands of {len(chosen)} pages, {failures} wrong")

@@ -8,7 +8,7 @@
 #   --bare   also installs them by apt in a bare Debian 12, made by mmdebstrap (root, a network, 2 minutes), builds the
 #            consumers there and removes all
 #
-# About 60 s where the preset is built. The packages stay in build/PRESET/deb, the archive in build/PRESET/source.
+# About 90 s where the preset is built. The packages stay in build/PRESET/deb, the archive in build/PRESET/source.
 set -euo pipefail
 
 if [[ ${1:-} == --help || ${1:-} == -h ]]; then
@@ -56,7 +56,7 @@ for library in "$root/$libraries"/*.so.*.*.*; do
 done
 export LD_LIBRARY_PATH=$root/$libraries
 [[ $("$root/usr/bin/quilon" --version) == "quilon "* ]]
-(cd / && PYTHONPATH=$root/usr/lib/python3/dist-packages "$python" -c '
+(cd / && PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$root/usr/lib/python3/dist-packages "$python" -c '
 import quilon
 assert quilon.principal_values([[1, 2, 3, 0, 0, 0]]).tolist() == [[3, 2, 1]]')
 # What the packages have as completions, under the names that the check knows.
@@ -104,6 +104,7 @@ cmake -S "$build"/source/quilon-*/ -B "$build/source/build" -G Ninja -D CMAKE_BU
 [[ $bare ]] || exit 0
 
 step "bare Debian 12"
+command -v mmdebstrap >/dev/null || fail "--bare needs mmdebstrap"
 system=$(mktemp -d)
 trap 'rm -rf "$system"; "${as_it_was[@]}" >/dev/null' EXIT
 chmod 755 "$system"
@@ -134,5 +135,5 @@ if find / -xdev -path /proc -prune -o -path /packages -prune -o -path /var/log -
   exit 1
 fi
 EOF
-chroot "$system" sh /packages/run 2>&1 | grep -v '^debconf:'
+chroot "$system" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin sh /packages/run 2>&1 | grep -v '^debconf:'
 echo "installed, used and removed in a bare Debian 12"
