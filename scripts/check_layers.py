@@ -50,7 +50,7 @@ ROOMS = {
     "answers": WORK | {"mesh"},
     "plot": WORK | {"mesh", "matrix", "answers"},
     "export": WORK | {"mesh", "answers"},
-    "report": WORK | {"mesh", "forces", "answers", "plot", "export"},
+    "report": WORK | {"mesh", "forces", "diff", "answers", "plot", "export"},
     "shards": WORK | {"mesh", "import"},
     "commands": WORK | {"terminal", "mesh", "import", "forces", "matrix", "diff", "answers", "plot", "export", "report", "shards"},
 }

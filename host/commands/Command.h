@@ -64,6 +64,7 @@ CommandFunction DefinePlot(CLI::App& app);
 CommandFunction DefinePrune(CLI::App& app);
 CommandFunction DefineReport(CLI::App& app);
 CommandFunction DefineSalvage(CLI::App& app);
+CommandFunction DefineServe(CLI::App& app);
 CommandFunction DefineSets(CLI::App& app);
 CommandFunction DefineShow(CLI::App& app);
 CommandFunction DefineSize(CLI::App& app);

@@ -14,6 +14,7 @@ const std::vector<Command>& GetCommands()
       {"sets", "List sets, materials and groups by name", DefineSets},
       {"plot", "Draw a picture of the model with a result", DefinePlot},
       {"report", "Write results as a page for a browser", DefineReport},
+      {"serve", "Serve that page to a browser on this machine", DefineServe},
       {"size", "Tell what a database holds, in bytes", DefineSize},
       {"prune", "Take blocks out of a database", DefinePrune},
       {"diff", "Compare two databases", DefineDiff},

@@ -23,6 +23,8 @@
 #include "diff/Compare.h"
 #include "diff/Report.h"
 #include "import/OpenedDatabase.h"
+#include "quilon_version.h"
+#include "report/Report.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
 #include "text/Failure.h"
@@ -63,6 +65,7 @@ struct Options
   bool                       brief       = false;
   std::string                ignoreMissing;  ///< a, b, both or empty
   std::string                junit;
+  std::string                html;
   bool                       learn = false;
   std::string                output;
   std::optional<std::string> factor;
@@ -112,6 +115,7 @@ void CheckOptions(const Options& options)
   const std::string terms = TermsOf(options);
   if ((!terms.empty() && terms != "mode-sign") || !options.rules.empty() || !options.ruleFile.empty())
     Fail("--learn writes rules and takes none, expected --mode-sign at most");
+  if (!options.html.empty()) Fail("--learn writes no page, expected it without --html");
   if (!options.junit.empty() || options.brief || options.norms || !options.ignoreMissing.empty() || options.form.json ||
       options.form.csv || options.form.table)
     Fail(
@@ -190,6 +194,23 @@ void CheckFile(const std::string& file, const Options& options, const std::strin
     Fail(file + ": has the rules, expected another place for the " + what);
 }
 
+/// Writes the page of a comparison: of the first database what was compared.
+void WritePage(const Options& options, const Databases& databases, const Report& report, const FED_Database& difference,
+               Console& console)
+{
+  const NamedDatabase& first = databases.Get().front();
+  const PageComparison comparison{&databases.Get().back().database, &difference, &report, databases.Get().back().name};
+  PageRequest          request;
+  request.database                       = &first.database;
+  request.name                           = first.name;
+  request.comparison                     = &comparison;
+  std::vector<FED_DataDescriptor> blocks = difference.GetDataDescriptors(FED_DataDescriptorPattern());
+  std::erase_if(blocks, [&](const FED_DataDescriptor& block) { return !first.database.HasDataBlock(block); });
+  request.blocks = ChoosePageBlocks(std::move(blocks), !options.selection.text.empty());
+  WriteReport(request, options.html, std::string("quilon ") + kQuilonVersion, console);
+  console.ClearProgress();
+}
+
 void RunComparison(const Options& options, CommandContext& context)
 {
   CompareOptions    compare;
@@ -211,8 +232,15 @@ void RunComparison(const Options& options, CommandContext& context)
     for (const std::string& path : options.databases) RequireAnother(options.output, path);
     compare.difference = &publication.emplace(options.output).Target();
   }
+  // A page shows the difference, whether it is kept or not.
+  FED_ResultDatabase forPage;
+  if (!options.html.empty()) {
+    CheckFile(options.html, options, "page");
+    if (compare.difference == nullptr) compare.difference = &forPage;
+  }
   const Databases databases(options, context.console);
   const Report    report = Compare(databases.Get()[0], databases.Get()[1], compare);
+  if (!options.html.empty()) WritePage(options, databases, report, *compare.difference, context.console);
   if (publication) context.console.Note(options.output + ": " + Counted(publication->Publish(), "block") + " written");
   if (!options.junit.empty()) WriteFile(options.junit, ToJUnit(report));
   if (options.form.json)
@@ -288,6 +316,7 @@ constexpr const char* kFooter =
     "  quilon diff old.frd new.frd --peak 1e-6 --abs 1e-12 --any\n"
     "  quilon diff a.onf b.onf --rule 'stress: peak=1e-5' --rule 'time: ignore' --junit diff.xml\n"
     "  quilon diff coarse.fed fine.fed --match-time 1e-6 --interpolate -o difference.fed\n"
+    "  quilon diff before.fed after.fed --html difference.html\n"
     "  quilon diff --learn run1.onf run2.onf run3.onf -o accepted.rules";
 
 }  // namespace
@@ -337,6 +366,7 @@ CommandFunction DefineDiff(CLI::App& app)
   app.add_flag("--brief", options->brief, "Print the summary alone");
   AddTableOptions(app, options->form);
   app.add_option("--junit", options->junit, "Write a JUnit report, a test case for each block")->type_name("FILE");
+  app.add_option("--html", options->html, "Write both and their difference as a page for a browser")->type_name("FILE");
   app.add_flag("--learn", options->learn, "Write rules from two accepted runs or more");
   app.add_option("-o,--output", options->output, "A database for the difference B - A, with --learn the rules file")
       ->type_name("OUT");

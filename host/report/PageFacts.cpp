@@ -61,27 +61,6 @@ Json DescribeBlocks(const FED_Database& database, Listener& listener)
   return blocks;
 }
 
-Json DescribeImports(const FED_Database& database)
-{
-  Json imports = Json::array();
-  for (const IterationProvenance& iteration : ReadProvenance(database)) {
-    for (const ImportProvenance& import : iteration.imports) {
-      Json files = Json::array();
-      for (const ImportedFile& file : import.files)
-        files.push_back({{"role", file.role},
-                         {"name", file.name},
-                         {"bytes", file.size},
-                         {"checksum", file.checksum},
-                         {"changed", file.changed}});
-      Json settings = Json::array();
-      for (const ImportSetting& setting : import.settings)
-        settings.push_back({{"name", setting.name}, {"value", setting.value}});
-      imports.push_back({{"iteration", iteration.iteration}, {"files", files}, {"settings", settings}});
-    }
-  }
-  return imports;
-}
-
 /// @return a block of another kind at the same result
 Descriptor Beside(Descriptor result, int onf)
 {
@@ -120,6 +99,27 @@ Json DescribeDatabase(const FED_Database& database, const std::string& name, Lis
   json["blocks"]  = DescribeBlocks(database, listener);
   json["imports"] = DescribeImports(database);
   return json;
+}
+
+Json DescribeImports(const FED_Database& database)
+{
+  Json imports = Json::array();
+  for (const IterationProvenance& iteration : ReadProvenance(database)) {
+    for (const ImportProvenance& import : iteration.imports) {
+      Json files = Json::array();
+      for (const ImportedFile& file : import.files)
+        files.push_back({{"role", file.role},
+                         {"name", file.name},
+                         {"bytes", file.size},
+                         {"checksum", file.checksum},
+                         {"changed", file.changed}});
+      Json settings = Json::array();
+      for (const ImportSetting& setting : import.settings)
+        settings.push_back({{"name", setting.name}, {"value", setting.value}});
+      imports.push_back({{"iteration", iteration.iteration}, {"files", files}, {"settings", settings}});
+    }
+  }
+  return imports;
 }
 
 Json JudgeBalance(const FED_Database& database, int iteration, const std::string& name, Listener& listener)

@@ -19,6 +19,9 @@ class Listener;
 /// @param name of the database, for messages
 Json DescribeDatabase(const FED_Database& database, const std::string& name, Listener& listener);
 
+/// @return the files that each iteration was imported from, and by which settings
+Json DescribeImports(const FED_Database& database);
+
 /// Judges the balance of the nodal forces of each result that has what it takes, one result after the other.
 /// @return verdict, and for each result what was judged; the reason where nothing was
 Json JudgeBalance(const FED_Database& database, int iteration, const std::string& name, Listener& listener);

@@ -70,6 +70,22 @@ const Descriptor& AnyBlockOf(const ExportArray& array)
   return has->front().block;
 }
 
+/// @return the middle of the mesh's box: floats keep the digits of what is near it
+Mesh::Point MiddleOf(const Mesh& mesh)
+{
+  const std::optional<MeshBox> box = BoxOf(mesh);
+  Mesh::Point                  middle{};
+  for (std::size_t k = 0; k < 3; ++k) middle[k] = box->least[k] / 2.0 + box->greatest[k] / 2.0;
+  return middle;
+}
+
+std::string NameOf(int material, const std::map<int, std::string>& names)
+{
+  const auto named = names.find(material);
+  if (named != names.end() && !named->second.empty()) return named->second;
+  return material == 0 ? "no material" : "material " + std::to_string(material);
+}
+
 bool HasGroups(const std::vector<Descriptor>& blocks)
 {
   return std::any_of(blocks.begin(), blocks.end(),
@@ -93,7 +109,25 @@ public:
             MakeExportPlan(database, blocks, {}, groups,
                            HasGroups(blocks) && groups.AreKnown() ? ExportGroupForm::Points : ExportGroupForm::Arrays)),
         grid(database, mesh, sets, plan, groups)
-  {}
+  {
+    if (request.comparison == nullptr) return;
+    difference.emplace(plan, *request.comparison->difference);
+    changes.emplace(difference->database, mesh, sets, difference->plan, groups);
+  }
+
+  /// The same arrays and steps of what a comparison has written.
+  struct Difference
+  {
+    Difference(const ExportPlan& ofFirst, const FED_Database& ofDifference) : database(ofDifference), plan(ofFirst)
+    {
+      for (ExportArray& array : plan.arrays)
+        for (auto& sources : array.sources)
+          std::erase_if(sources,
+                        [&](const ExportArray::Source& source) { return !database.HasDataBlock(source.block); });
+    }
+    const FED_Database& database;
+    ExportPlan          plan;
+  };
 
   const FED_Database&           database;
   const std::vector<Descriptor> blocks;
@@ -103,6 +137,8 @@ public:
   const ExportGroups            groups;
   const ExportPlan              plan;
   GridSource                    grid;
+  std::optional<Difference>     difference;
+  std::optional<GridSource>     changes;
 };
 
 std::vector<FED_DataDescriptor> ChoosePageBlocks(std::vector<FED_DataDescriptor> selected, bool isAsked)
@@ -155,31 +191,26 @@ void PageSource::MakeModelHeader()
   Region                     region(fields_->database, {}, "");
   for (const ModelName& name : ListModelNames(fields_->database, region))
     if (name.what == "material" && name.iteration == fields_->iteration) materials[name.number] = name.name;
-  Json                       names = Json::array();
-  std::map<int, std::size_t> numberOf;
+  json["materials"] = Json::array();
+  std::map<int, std::size_t>           numbers;  // of those that parts are of
+  std::map<std::uint32_t, std::size_t> setNumbers;
   for (const PagePart& part : model_.parts) {
-    if (!numberOf.try_emplace(part.material, numberOf.size()).second) continue;
-    const auto named = materials.find(part.material);
-    names.push_back(named != materials.end() && !named->second.empty() ? named->second
-                    : part.material == 0                               ? std::string("no material")
-                                                                       : "material " + std::to_string(part.material));
+    for (const std::uint32_t set : part.sets) setNumbers.try_emplace(set, 0);
+    if (numbers.try_emplace(part.material, numbers.size()).second)
+      json["materials"].push_back(NameOf(part.material, materials));
   }
-  json["materials"] = std::move(names);
-  json["sets"]      = Json::array();
-  std::map<std::uint32_t, std::size_t> setOf;
-  for (const PagePart& part : model_.parts)
-    for (const std::uint32_t set : part.sets) setOf.try_emplace(set, 0);
-  for (auto& [set, number] : setOf) {
-    number = static_cast<std::size_t>(std::distance(setOf.begin(), setOf.find(set)));
+  json["sets"] = Json::array();
+  for (auto& [set, number] : setNumbers) {
+    number = std::get<Json::Array>(json["sets"].Get()).size();
     json["sets"].push_back(fields_->sets[set].name);
   }
   json["parts"] = Json::array();
   for (const PagePart& part : model_.parts) {
-    Json sets = Json::array();
-    for (const std::uint32_t set : part.sets) sets.push_back(setOf.at(set));
+    Json ofSets = Json::array();
+    for (const std::uint32_t set : part.sets) ofSets.push_back(setNumbers.at(set));
     const auto rows = [](const PagePart::Rows& of) { return Json::array({of.first, of.count}); };
-    json["parts"].push_back({{"material", numberOf.at(part.material)},
-                             {"sets", sets},
+    json["parts"].push_back({{"material", numbers.at(part.material)},
+                             {"sets", std::move(ofSets)},
                              {"triangles", rows(part.triangles)},
                              {"edges", rows(part.edges)},
                              {"beams", rows(part.beams)}});
@@ -212,25 +243,44 @@ void PageSource::MakeFieldHeader()
     const ExportArray* field = fields_->grid.FieldOf(array);
     if (field == nullptr) continue;
     const Descriptor& block = AnyBlockOf(*field);
-    Json              blobs = Json::array();
-    for (std::size_t step = 0; step < numSteps_; ++step) {
-      if (!fields_->grid.HasValues(array, step)) {
-        blobs.push_back(Json());
-        continue;
-      }
-      if (!field->isStatic || step == 0) fieldBlobs_.push_back({array, step, !field->isStatic});
-      blobs.push_back(numModelBlobs_ + fieldBlobs_.size() - 1);
-    }
-    header_["fields"].push_back({{"name", field->name},
-                                 {"onf", OnfOf(block)},
-                                 {"kind", kinds.GetName(block)},
-                                 {"ofElements", field->ofElements},
-                                 {"components", field->components},
-                                 {"all", ComponentNamesOf(OnfOf(block))},
-                                 {"start", DefaultComponentOf(OnfOf(block))},
-                                 {"isStrain", IsStrain(OnfOf(block))},
-                                 {"blobs", std::move(blobs)}});
+    Json              one   = {{"name", field->name},
+                               {"onf", OnfOf(block)},
+                               {"kind", kinds.GetName(block)},
+                               {"ofElements", field->ofElements},
+                               {"components", field->components},
+                               {"all", ComponentNamesOf(OnfOf(block))},
+                               {"start", DefaultComponentOf(OnfOf(block))},
+                               {"isStrain", IsStrain(OnfOf(block))},
+                               {"blobs", ListBlobs(array, false)}};
+    if (fields_->changes) one["differences"] = ListBlobs(array, true);
+    header_["fields"].push_back(std::move(one));
   }
+}
+
+Json PageSource::ListBlobs(std::size_t array, bool ofDifference)
+{
+  const GridSource& grid     = ofDifference ? *fields_->changes : fields_->grid;
+  const bool        isStatic = grid.FieldOf(array)->isStatic;
+  Json              blobs    = Json::array();
+  for (std::size_t step = 0; step < numSteps_; ++step) {
+    if (!grid.HasValues(array, step)) {
+      blobs.push_back(Json());
+      continue;
+    }
+    if (!isStatic || step == 0) fieldBlobs_.push_back({array, step, !isStatic, ofDifference});
+    blobs.push_back(numModelBlobs_ + fieldBlobs_.size() - 1);
+  }
+  return blobs;
+}
+
+std::optional<PageSource::Place> PageSource::FindBlock(const std::string& block) const
+{
+  const auto isIt = [&](const ExportArray::Source& source) { return ToSelectionText(source.block) == block; };
+  for (const ExportArray& array : fields_->plan.arrays)
+    for (std::size_t step = 0; step < array.sources.size(); ++step)
+      if (std::any_of(array.sources[step].begin(), array.sources[step].end(), isIt))
+        return Place{array.name, array.ofElements, step};
+  return std::nullopt;
 }
 
 bool PageSource::IsOfStep(std::size_t blob) const
@@ -241,25 +291,12 @@ bool PageSource::IsOfStep(std::size_t blob) const
 std::string PageSource::MakeBlob(std::size_t blob)
 {
   ThrowIfInterrupted();
-  const Mesh& mesh = fields_->mesh;
-  GridSource& grid = fields_->grid;
+  if (blob >= numModelBlobs_) return MakeFieldBlob(fieldBlobs_.at(blob - numModelBlobs_));
   switch (blob) {
-    case 0: {
-      const auto          box = BoxOf(mesh);
-      const auto          all = grid.Points();
-      std::vector<double> points;
-      for (const std::uint32_t point : model_.points)
-        for (std::size_t k = 0; k < 3; ++k)
-          points.push_back(all[3 * point + k] - (box->least[k] / 2.0 + box->greatest[k] / 2.0));
-      return EncodeValues(points, 3, BlobBits::Full);
-    }
-    case 1: {
-      const auto                 bytes = grid.Read(0, 0);
-      std::vector<std::uint32_t> ids(model_.points.size());
-      for (std::size_t i = 0; i < ids.size(); ++i)
-        std::memcpy(&ids[i], bytes.data() + sizeof(int) * model_.points[i], sizeof(int));
-      return EncodeIntegers(ids);
-    }
+    case 0:
+      return MakePoints();
+    case 1:
+      return MakeIds();
     case 2:
       return EncodeIntegers(model_.triangles);
     case 3:
@@ -270,16 +307,38 @@ std::string PageSource::MakeBlob(std::size_t blob)
       return EncodeIntegers(model_.beams);
     case 6:
       return EncodeIntegers(model_.beamElements);
-    case 7: {
-      std::vector<std::uint32_t> ids;
-      for (const std::uint32_t element : model_.elements)
-        ids.push_back(static_cast<std::uint32_t>(mesh.Elements()[element].id));
-      return EncodeIntegers(ids);
-    }
     default:
       break;
   }
-  const FieldBlob&                  of            = fieldBlobs_.at(blob - numModelBlobs_);
+  std::vector<std::uint32_t> ids;
+  for (const std::uint32_t element : model_.elements)
+    ids.push_back(static_cast<std::uint32_t>(fields_->mesh.Elements()[element].id));
+  return EncodeIntegers(ids);
+}
+
+std::string PageSource::MakePoints() const
+{
+  const auto          middle = MiddleOf(fields_->mesh);
+  const auto          all    = fields_->grid.Points();
+  std::vector<double> points;
+  points.reserve(3 * model_.points.size());
+  for (const std::uint32_t point : model_.points)
+    for (std::size_t k = 0; k < 3; ++k) points.push_back(all[3 * point + k] - middle[k]);
+  return EncodeValues(points, 3, BlobBits::Full);
+}
+
+std::string PageSource::MakeIds()
+{
+  const auto                 bytes = fields_->grid.Read(0, 0);
+  std::vector<std::uint32_t> ids(model_.points.size());
+  for (std::size_t i = 0; i < ids.size(); ++i)
+    std::memcpy(&ids[i], bytes.data() + sizeof(int) * model_.points[i], sizeof(int));
+  return EncodeIntegers(ids);
+}
+
+std::string PageSource::MakeFieldBlob(const FieldBlob& of)
+{
+  GridSource&                       grid          = of.isDifference ? *fields_->changes : fields_->grid;
   const bool                        ofElements    = grid.FieldOf(of.array)->ofElements;
   const std::size_t                 numComponents = grid.FieldOf(of.array)->NumValues();
   const std::vector<std::uint32_t>& kept          = ofElements ? model_.elements : model_.points;

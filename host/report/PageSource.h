@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,10 +17,23 @@
 
 class FED_Database;
 
+namespace quilon::diff {
+struct Report;
+}
+
 namespace quilon {
 
 class FieldSource;
 class Listener;
+
+/// What a database is compared with.
+struct PageComparison
+{
+  const FED_Database* second     = nullptr;  ///< borrowed, as is the rest
+  const FED_Database* difference = nullptr;  ///< the second less the first, see diff::CompareOptions::difference
+  const diff::Report* report     = nullptr;
+  std::string         secondName;
+};
 
 /// What of a database a page shows.
 struct PageRequest
@@ -30,7 +44,8 @@ struct PageRequest
   std::size_t                     maxSteps = 0;        ///< 0: all; else as many, the first and the last among them
   BlobBits                        bits     = BlobBits::Full;
   /// Of a page that is a file: no more than mail and chat let through.
-  std::size_t mostBytes = 25'000'000;
+  std::size_t           mostBytes  = 25'000'000;
+  const PageComparison* comparison = nullptr;  ///< borrowed; null: the database alone
 };
 
 /// @param selected what the user selected
@@ -60,6 +75,17 @@ public:
 
   /// @return whether the blob has values of one step
   bool IsOfStep(std::size_t blob) const;
+  /// Where the values of a block are in the page.
+  struct Place
+  {
+    std::string field;
+    bool        ofElements = false;
+    std::size_t step       = 0;
+  };
+  /// @param block as ToSelectionText() writes it
+  /// @return nothing for a block that is not in the page
+  std::optional<Place> FindBlock(const std::string& block) const;
+
   /// @param blob 0 <= blob < NumBlobs()
   std::string MakeBlob(std::size_t blob);
 
@@ -67,10 +93,16 @@ private:
   /// A blob of values.
   struct FieldBlob
   {
-    std::size_t array    = 0;  ///< in the grid
-    std::size_t step     = 0;
-    bool        isOfStep = true;
+    std::size_t array        = 0;  ///< in the grid
+    std::size_t step         = 0;
+    bool        isOfStep     = true;
+    bool        isDifference = false;  ///< from what the database is compared with
   };
+
+  Json        ListBlobs(std::size_t array, bool ofDifference);
+  std::string MakePoints() const;
+  std::string MakeIds();
+  std::string MakeFieldBlob(const FieldBlob& of);
 
   void MakeModelHeader();
   void MakeFieldHeader();

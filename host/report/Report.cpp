@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "diff/Report.h"
 #include "progress/Listener.h"
 #include "report/PageBundle.h"
 #include "report/PageFacts.h"
@@ -49,6 +50,41 @@ std::string ScriptJson(const Json& json)
   return escaped;
 }
 
+/// @return what a comparison found, for a page that has both
+Json DescribeComparison(const PageRequest& request, const PageSource& source)
+{
+  const diff::Report& report = *request.comparison->report;
+  std::string         first  = FileNameOf(request.name);
+  std::string         second = FileNameOf(request.comparison->secondName);
+  if (first == second) {
+    first += " (A)";
+    second += " (B)";
+  }
+  Json worst = Json::array();
+  for (const diff::DifferenceRow& row : report.worst) {
+    const auto place = source.FindBlock(row.name.block);
+    Json       one{{"kind", row.name.kind},
+             {"component", row.component},
+             {"step", row.name.step},
+             {"first", diff::ToText(row.a)},
+             {"second", diff::ToText(row.b)},
+             {"distance", JsonNumber(row.distance)},
+             {"excess", JsonNumber(row.excess)},
+             {"field", place && row.id ? Json(place->field) : Json()}};
+    one["place"] =
+        row.id ? (place ? (place->ofElements ? "element " : "node ") : "id ") + std::to_string(*row.id) : "-";
+    if (place && row.id) {
+      one["position"] = place->step;
+      one["id"]       = *row.id;
+    }
+    worst.push_back(std::move(one));
+  }
+  return {{"titles", Json::array({first, second})},
+          {"summary", report.Summarize()},
+          {"worst", std::move(worst)},
+          {"imports", DescribeImports(*request.comparison->second)}};
+}
+
 std::string MegaBytes(std::size_t bytes)
 {
   char text[32];
@@ -67,41 +103,63 @@ std::string MegaBytes(std::size_t bytes)
     add("--max-steps " + std::to_string(room / perStep));
   if (request.bits == BlobBits::Full && ofSteps / 2 <= room) add("--bits 16");
   add("a selection of fewer kinds");
+  if (request.comparison == nullptr) add("or see it all with 'quilon serve'");
   Fail(request.name + ": the page would have " + MegaBytes(fixed + ofSteps) + ", expected " +
        MegaBytes(request.mostBytes) + " at most: " + advice);
 }
 
 }  // namespace
 
-ReportResult WriteReport(const PageRequest& request, const std::filesystem::path& output, const std::string& program,
-                         Listener& listener)
-{
-  CheckOutputFile(output);
-  PageSource        source(request, listener);
-  Json              header = source.GetHeader();
-  const std::string title  = std::filesystem::path(request.name).filename().string();
-  header["format"]         = 1;
-  header["program"]        = program;
-  header["title"]          = title;
-  header["facts"]          = DescribeDatabase(*request.database, request.name, listener);
-  header["balance"] = JudgeBalance(*request.database, request.blocks.front().GetInteger(FED_DataDescriptor::Iteration),
-                                   request.name, listener);
+std::string FileNameOf(const std::string& name) { return std::filesystem::path(name).filename().string(); }
 
+Json MakePageHeader(const PageRequest& request, const PageSource& source, const std::string& program,
+                    Listener& listener)
+{
+  Json header       = source.GetHeader();
+  header["format"]  = 1;
+  header["program"] = program;
+  header["title"]   = FileNameOf(request.name);
+  header["facts"]   = DescribeDatabase(*request.database, request.name, listener);
+  if (request.comparison == nullptr) {
+    const int iteration = request.blocks.front().GetInteger(FED_DataDescriptor::Iteration);
+    header["balance"]   = JudgeBalance(*request.database, iteration, request.name, listener);
+  } else {
+    header["compared"] = DescribeComparison(request, source);
+    header["title"]    = FileNameOf(request.name) + " and " + FileNameOf(request.comparison->secondName);
+  }
+  return header;
+}
+
+PageFrame MakePageFrame(const std::string& title, const std::string& program, const Json& header,
+                        const std::string& requests)
+{
   const PageBundle bundle = LoadPageBundle();
-  std::string      page =
+  PageFrame        frame;
+  frame.begin =
       "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
       "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; script-src " +
-      bundle.scriptHash + "; style-src " + bundle.styleHash +
-      "; img-src data:; base-uri 'none'; form-action 'none'\">\n"
+      bundle.scriptHash + "; style-src " + bundle.styleHash + "; img-src data:; " + requests +
+      "base-uri 'none'; form-action 'none'\">\n"
       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
       "<meta name=\"generator\" content=\"" +
       EscapeHtml(program) + "\">\n<title>" + EscapeHtml(title) + "</title>\n<style>" + bundle.style +
       "</style>\n</head>\n<body>\n<noscript>This page needs JavaScript.</noscript>\n"
       "<script type=\"application/json\" id=\"header\">" +
       ScriptJson(header) + "</script>\n";
-  const std::string end   = "<script>" + bundle.script + "</script>\n</body>\n</html>\n";
-  std::size_t       fixed = page.size() + end.size();
-  std::size_t       steps = 0;
+  frame.end = "<script>" + bundle.script + "</script>\n</body>\n</html>\n";
+  return frame;
+}
+
+ReportResult WriteReport(const PageRequest& request, const std::filesystem::path& output, const std::string& program,
+                         Listener& listener)
+{
+  CheckOutputFile(output);
+  PageSource      source(request, listener);
+  const Json      header = MakePageHeader(request, source, program, listener);
+  const PageFrame frame  = MakePageFrame(FileNameOf(request.name), program, header, "");
+  std::string     page   = frame.begin;
+  std::size_t     fixed  = frame.begin.size() + frame.end.size();
+  std::size_t     steps  = 0;
   for (std::size_t blob = 0; blob < source.NumBlobs(); ++blob) {
     listener.Progress("page", blob, source.NumBlobs(), "arrays");
     const std::string text = "<script type=\"text/plain\" id=\"blob" + std::to_string(blob) + "\">" +
@@ -111,7 +169,7 @@ ReportResult WriteReport(const PageRequest& request, const std::filesystem::path
     if (fixed + steps <= request.mostBytes) page += text;
   }
   if (fixed + steps > request.mostBytes) FailTooLarge(request, source, fixed, steps);
-  page += end;
+  page += frame.end;
   WriteFile(output, page);
   return {page.size(), source.NumSteps(), source.NumPoints(), source.NumTriangles()};
 }

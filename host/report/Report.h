@@ -21,6 +21,26 @@ struct ReportResult
   std::size_t numTriangles = 0;
 };
 
+/// @return the name without its folders
+std::string FileNameOf(const std::string& name);
+
+/// What stands before and behind the blobs of a page.
+struct PageFrame
+{
+  std::string begin;
+  std::string end;
+};
+
+/// @param program name and version of what writes the page
+/// @return what the page's script is told
+Json MakePageHeader(const PageRequest& request, const PageSource& source, const std::string& program,
+                    Listener& listener);
+
+/// @param requests what the content security policy lets out beside nothing, with a semicolon and a blank behind it;
+///                 may be empty
+PageFrame MakePageFrame(const std::string& title, const std::string& program, const Json& header,
+                        const std::string& requests);
+
 /// Writes a page that needs nothing but itself: its content security policy lets no request out. The same input gives
 /// the same bytes.
 /// @param program name and version of what writes it

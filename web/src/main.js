@@ -12,7 +12,7 @@ function makeTop(header) {
   const link = (id, text) => make('a', {href: `#${id}`}, text);
   return make('header', {},
     make('h1', {}, header.title),
-    make('p', {}, header.compared ? header.compared.summary : panels.describeModel(header.facts)),
+    make('p', {}, header.compared ? `Compared: ${header.compared.titles.join(', ')}` : panels.describeModel(header.facts)),
     make('nav', {'aria-label': 'Sections'}, link('model', 'Model'), link('history', 'History'),
       ...(header.compared ? [link('worst', 'Worst places')] : []),
       link('quality', 'Quality'), link('blocks', 'Blocks'), link('origin', 'Origin')));
@@ -23,7 +23,8 @@ function makeQuality(header, stage) {
   return panels.section('quality', 'Quality',
     make('p', {}, ...stage.qualityButtons()),
     make('h3', {}, 'Averages beside the solver’s own'), panels.exactness(facts.deviations),
-    make('h3', {}, 'Balance of forces'), panels.balance(header.balance, (node) => stage.goToNode(node)));
+    ...(header.balance
+      ? [make('h3', {}, 'Balance of forces'), panels.balance(header.balance, (node) => stage.goToNode(node))] : []));
 }
 
 async function start() {
@@ -41,6 +42,8 @@ async function start() {
       makeQuality(header, stage),
       panels.section('blocks', 'Blocks', panels.blocks(header.facts.blocks)),
       panels.section('origin', 'Origin', panels.imports(header.facts.imports),
+        ...(header.compared
+          ? [make('h3', {}, header.compared.titles[1]), panels.imports(header.compared.imports)] : []),
         make('p', {}, `Written by ${header.program}. Values have ${header.bits === 32 ? 'seven digits' : '16 bits'}.`)));
     await stage.start();
     document.body.dataset.state = 'ready';

@@ -460,15 +460,19 @@ export class Stage {
     const {point, element, pane} = met;
     const {ofElements} = this.shown[pane];
     const row = ofElements ? element : point;
-    const numbers = this.shown.map(({values}, i) =>
-      `${this.sides[i].title ? `${this.sides[i].title} ` : ''}${values ? formatNumber(values[row]) : 'no value'}`);
     const at = [0, 1, 2].map((k) => formatNumber(this.model.points[3 * point + k] + this.model.origin[k]));
     const of = ofElements ? this.nameOf(element, true)
       : [this.nameOf(point, false), ...(element === undefined ? [] : [this.nameOf(element, true)])].join(', ');
-    this.readout.textContent = `${of}: ${numbers.join(' · ')} at (${at.join(', ')})`;
+    this.readout.textContent = `${of}: ${this.tellValues(row)} at (${at.join(', ')})`;
     const {x, y} = this.view.project(this.placeOf(row, ofElements, pane), pane);
     this.ring.hidden = false;
     this.ring.style.transform = `translate(${x}px, ${y}px)`;
+  }
+
+  /** @returns {string} the values of a point or element in each pane */
+  tellValues(row) {
+    return this.shown.map(({values}, i) =>
+      `${this.sides[i].title ? `${this.sides[i].title} ` : ''}${values ? formatNumber(values[row]) : 'no value'}`).join(' · ');
   }
 
   key(event) {
@@ -513,8 +517,7 @@ export class Stage {
   goToPoint(point) {
     this.view.flyTo(this.placeOf(point, false, 0));
     if (!this.field.ofElements) this.follow({point});
-    this.readout.textContent = `node ${this.model.ids[point]}` + (this.field.ofElements ? '' : ': ' +
-      this.shown.map(({values}) => (values ? formatNumber(values[point]) : 'no value')).join(' · '));
+    this.readout.textContent = `node ${this.model.ids[point]}` + (this.field.ofElements ? '' : `: ${this.tellValues(point)}`);
   }
 
   async showWorst(worst) {

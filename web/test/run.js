@@ -3,8 +3,9 @@
 // usage: node test/run.js QUILON FIXTURES OUT     screenshots and pages stay in OUT
 
 import assert from 'node:assert/strict';
-import {execFileSync} from 'node:child_process';
+import {execFileSync, spawn} from 'node:child_process';
 import {existsSync, mkdirSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
+import {get} from 'node:http';
 import {join, resolve} from 'node:path';
 import {after, before, test} from 'node:test';
 import {pathToFileURL} from 'node:url';
@@ -302,6 +303,70 @@ test('names are text', async () => {
   assert.ok(labels.filter((text) => text.startsWith('</script><img src=x onerror="window.hit=1">')).length >= 2, labels.join());
   assert.deepEqual(page.complaints, []);
   await page.close();
+});
+
+test('a difference is shown beside its two sides', async () => {
+  const folder = join(out, 'changed');
+  run('to-onf', hex20, folder);
+  const path = join(folder, 'nodal-stress_it0_lc2_sub2_an1.onf');
+  writeFileSync(path, readFileSync(path, 'utf8').replace(/^38 (\S+)/m, (_, xx) => `38 ${Number(xx) - 1e-5}`)
+    .replace(/^29 (\S+)/m, (_, xx) => `29 ${Number(xx) + 3}`));
+  const file = join(out, 'difference.html');
+  assert.throws(() => run('diff', hex20, folder, '--html', file), {status: 1});
+  const page = await open(browser, pathToFileURL(file).href, {width: 1400});
+  assert.equal((await page.$$('.titles > div')).length, 3);
+  const before = await picture(page);
+  await press(page, 'node 29');
+  assert.notEqual(await picture(page), before);
+  const [first, second] = [hex20, folder].map((of) => valuesOf(of, 'nodal-stress.xx@group=none', '--steps', '3'));
+  const shown = (text) => text.match(/: .* (\S+) · .* (\S+) · difference (\S+) at/).slice(1);
+  const told = shown(await textOf(page, '#readout'));
+  assertShown(told[0], first.get(29), 'A');
+  assertShown(told[1], second.get(29), 'B');
+  assertShown(told[2], 3, 'difference');
+  assert.ok((await textOf(page, '#worst')).startsWith('Worst places'));
+  // A small difference keeps its digits: it is no difference of rounded values.
+  await page.evaluate(() => document.getElementById([...document.querySelectorAll('label')].find((of) => of.textContent === 'Go to node').htmlFor).select());
+  await page.keyboard.type('38');
+  await page.keyboard.press('Enter');
+  await settle(page);
+  const small = (await textOf(page, '#readout')).split(' ').at(-1);
+  assert.ok(Math.abs(Number(small) - (second.get(38) - first.get(38))) <= 1e-10, small);
+  await page.screenshot({path: join(out, 'difference.png')});
+  assert.deepEqual(page.complaints, []);
+  await page.close();
+});
+
+test('a served page is the same, for those who know its address', async () => {
+  const server = spawn(quilon, ['-q', 'serve', hex20]);
+  const address = await new Promise((done) => server.stdout.once('data', (text) => done(String(text).trim())));
+  assert.match(address, /^http:\/\/127\.0\.0\.1:\d+\/[0-9a-f]{32}\/$/);
+  const {port, origin} = new URL(address);
+  const statusOf = (path, headers = {}) => new Promise((done, fail) => {
+    get({host: '127.0.0.1', port, path, headers, agent: false}, (response) => done(response.resume().statusCode)).on('error', fail);
+  });
+  const path = new URL(address).pathname;
+  assert.equal(await statusOf(path), 200);
+  assert.equal(await statusOf(`${path}blob/0`), 200);
+  assert.equal(await statusOf(`${path}blob/99999999999`), 404);
+  assert.equal(await statusOf('/'), 403);
+  assert.equal(await statusOf(path.replace(/.\/$/, 'x/')), 403);
+  assert.equal(await statusOf(`${path.slice(0, -1)}0/`), 403);
+  assert.equal(await statusOf(path, {Host: 'example.invalid'}), 421);
+  assert.equal(await statusOf(path, {Host: `127.0.0.1.example.invalid:${port}`}), 421);
+
+  const page = await open(browser, address);
+  const expected = valuesOf(hex20, 'nodal-stress.mises@group=none', '--steps', '3');
+  const told = await sweep(page, 90);
+  assert.ok(told.length > 5);
+  for (const {id, value} of told) assertShown(value, expected.get(id), `node ${id}`);
+  assert.ok(page.requests.length > 9 && page.requests.every((url) => url.startsWith(origin)));
+  assert.deepEqual(page.complaints.filter((text) => !text.includes('favicon')), []);
+  await page.close();
+
+  const ended = new Promise((done) => server.once('exit', (code) => done(code)));
+  server.kill('SIGINT');
+  assert.equal(await ended, 130);
 });
 
 test('shells, beams and values of 16 bits', async () => {

@@ -76,6 +76,44 @@ TEST_F(ReportCommand, SaysWhatIsWrongAndWritesNothing)
   EXPECT_TRUE(std::filesystem::is_empty(folder_.GetPath()));
 }
 
+TEST_F(ReportCommand, ShowsADifferenceAndStillTellsIt)
+{
+  TempFolder databases;
+  WriteTwoBricks(databases / "a");
+  WriteChangedBricks(databases / "b");
+  const std::string a   = (databases / "a").string();
+  const std::string b   = (databases / "b").string();
+  const RunResult   run = RunQuilon({"diff", a, b, "--brief", "--html", page_});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_THAT(run.out, StartsWith("different: "));
+  const std::string page = ReadAll(page_);
+  EXPECT_THAT(page, HasSubstr(R"("titles":["a","b"])"));
+  EXPECT_THAT(page, HasSubstr(R"("place":"node 12")"));
+  // The same page beside a difference that is kept.
+  EXPECT_EQ(RunQuilon({"diff", a, b, "--html", page_, "-o", (databases / "d.fed").string()}).exitCode, 1);
+  EXPECT_EQ(ReadAll(page_), page);
+  EXPECT_EQ(RunQuilon({"diff", a, a, "--html", page_}).exitCode, 0);
+
+  std::filesystem::remove(page_);
+  EXPECT_EQ(RunQuilon({"diff", a, b, "--html", (databases / "a" / "x.html").string()}).exitCode, 2);
+  EXPECT_EQ(RunQuilon({"diff", a, b, "--html", (folder_ / "no" / "x.html").string()}).exitCode, 2);
+  EXPECT_EQ(RunQuilon({"diff", "--learn", a, b, "--html", page_, "-o", (databases / "r").string()}).exitCode, 2);
+  EXPECT_TRUE(std::filesystem::is_empty(folder_.GetPath()));
+}
+
+// What browsers get: web/test/run.js.
+TEST_F(ReportCommand, ServesUntilItIsInterrupted)
+{
+  const RunResult trouble = RunQuilon({"-q", "serve", job_, "--port", "70000"});
+  EXPECT_EQ(trouble.exitCode, 2);
+  if (trouble.err.find("without cpp-httplib") != std::string::npos) return;
+  EXPECT_EQ(trouble.err, "quilon: error: --port is 70000, expected 1 to 65535, or 0 for any\n");
+  RunningQuilon server({"serve", job_});
+  EXPECT_THAT(server.ReadErrorsTo("Ctrl-C ends"), HasSubstr("quilon: note: Ctrl-C ends"));
+  server.Interrupt();
+  EXPECT_EQ(server.Wait().exitCode, 130);
+}
+
 TEST_F(ReportCommand, LeavesNothingOnAFullDisk)
 {
   EXPECT_EQ(RunQuilon({"report", job_, "-o", page_}, {.fileLimit = 10000}).exitCode, 2);

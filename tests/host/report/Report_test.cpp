@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "../export/ExportSupport.h"
+#include "BlobDecoding.h"
+#include "diff/Compare.h"
 #include "report/PageBundle.h"
 #include "TempFolder.h"
 #include "TwoBricks.h"
@@ -101,11 +103,44 @@ TEST_F(ReportTest, SaysWhatWouldMakeAPageSmallEnough)
   std::filesystem::remove(folder_ / "a.html");
   const std::string failure = FailureOf([&] { Write("job.fed", "a.html", size - 1); });
   EXPECT_THAT(failure, StartsWith("job.fed: the page would have 0."));
-  EXPECT_THAT(failure, HasSubstr(" at most: --max-steps 2, --bits 16, a selection of fewer kinds"));
-  EXPECT_THAT(FailureOf([&] { Write("job.fed", "a.html", 1000); }),
-              testing::EndsWith("expected 0.0 MB at most: a selection of fewer kinds"));
+  EXPECT_THAT(
+      failure,
+      HasSubstr(" at most: --max-steps 2, --bits 16, a selection of fewer kinds, or see it all with 'quilon serve'"));
+  EXPECT_THAT(
+      FailureOf([&] { Write("job.fed", "a.html", 1000); }),
+      testing::EndsWith("expected 0.0 MB at most: a selection of fewer kinds, or see it all with 'quilon serve'"));
   EXPECT_TRUE(std::filesystem::is_empty(folder_.GetPath()));
   EXPECT_EQ(Write("job.fed", "a.html", size).bytes, size);
+}
+
+TEST_F(ReportTest, ShowsWhatAComparisonFound)
+{
+  FED_ResultDatabase second;
+  FillTwoBricks(second);
+  SetValues(second, StepBlock(510, 2, 1), 12, {25, -24, 0});
+  FED_ResultDatabase   difference;
+  diff::CompareOptions options;
+  options.difference         = &difference;
+  const diff::Report   found = diff::Compare({database_, "x/job.fed"}, {second, "y/job.fed"}, options);
+  const PageComparison comparison{&second, &difference, &found, "y/job.fed"};
+  PageRequest          request;
+  request.database   = &database_;
+  request.name       = "x/job.fed";
+  request.comparison = &comparison;
+  request.blocks     = ChoosePageBlocks(BlocksOf(difference), false);
+  PageSource        source(request, listener_);
+  const std::string header = JsonText(MakePageHeader(request, source, "quilon 9", listener_));
+  EXPECT_THAT(header, HasSubstr(R"x("titles":["job.fed (A)","job.fed (B)"])x"));
+  EXPECT_THAT(header, HasSubstr(R"x("first":"24","second":"25","distance":1.0,)x"));
+  EXPECT_THAT(header, HasSubstr(R"x("field":"displacement","place":"node 12","position":2,"id":12})x"));
+  EXPECT_THAT(header, Not(HasSubstr("balance")));
+  // Eight blobs of the mesh, then three steps of A and of the difference: the last is that of step 3.
+  const std::string               displacement = R"x("blobs":[8,9,10],"differences":[11,12,13])x";
+  EXPECT_THAT(header, HasSubstr(displacement));
+  std::vector<float> expected(36, 0.0F);
+  EXPECT_EQ(DecodeFloats(source.MakeBlob(11)), expected);
+  expected[11] = 1.0F;
+  EXPECT_EQ(DecodeFloats(source.MakeBlob(13)), expected);
 }
 
 TEST_F(ReportTest, WritesNothingIntoAFolderThatIsNotThere)
