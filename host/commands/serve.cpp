@@ -3,10 +3,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "answers/StepTimes.h"
 #include "commands/Command.h"
 #include "commands/NumberOptions.h"
 #include "commands/SelectionOptions.h"
+#include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
 #include "progress/Interrupt.h"
@@ -67,8 +67,7 @@ void Run(const Options&, CommandContext&)
 CommandFunction DefineServe(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  app.add_option("DB", options->database, "Working database (.fed), ONF folder or solver result file (.frd, .dat)")
-      ->required();
+  AddDatabaseArgument(app, options->database);
   app.add_option("SELECTION", options->selection.text,
                  "What the page shows: KIND,...@KEY=VALUES,... (default: all that has values of nodes or elements)");
   AddStepsOption(app, options->selection);

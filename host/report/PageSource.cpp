@@ -322,7 +322,7 @@ std::string PageSource::MakePoints() const
   const auto          all    = fields_->grid.Points();
   std::vector<double> points;
   points.reserve(3 * model_.points.size());
-  for (const std::uint32_t point : model_.points)
+  for (const std::size_t point : model_.points)
     for (std::size_t k = 0; k < 3; ++k) points.push_back(all[3 * point + k] - middle[k]);
   return EncodeValues(points, 3, BlobBits::Full);
 }

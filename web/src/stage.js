@@ -385,7 +385,7 @@ export class Stage {
     const [least, greatest] = this.extremeRows[0];
     this.extremes.textContent = !values ? 'This step has no values of the field.'
       : least < 0 ? 'Nothing that is shown has a value.'
-      : `Least ${formatNumber(values[least])} at ${this.nameOf(least, ofElements)}, ` +
+      : `On the outside, least ${formatNumber(values[least])} at ${this.nameOf(least, ofElements)}, ` +
         `greatest ${formatNumber(values[greatest])} at ${this.nameOf(greatest, ofElements)}.`;
     fill(this.marks, ...this.extremeRows.flatMap(([low, high], pane) => [[low, 'least'], [high, 'greatest']]
       .filter(([row]) => row >= 0)

@@ -243,7 +243,9 @@ export class View {
     const {clientWidth, clientHeight} = this.canvas;
     const count = this.panes.length;
     const isTall = clientHeight > clientWidth;
-    const [width, height] = isTall ? [clientWidth, clientHeight / count] : [clientWidth / count, clientHeight];
+    // Whole pixels: between parts of pixels the picture before would stand.
+    const [width, height] = isTall ? [clientWidth, Math.floor(clientHeight / count)]
+      : [Math.floor(clientWidth / count), clientHeight];
     return this.panes.map((_, i) => ({left: isTall ? 0 : i * width, top: isTall ? i * height : 0, width, height}));
   }
 
@@ -267,13 +269,14 @@ export class View {
     }
     const areas = this.areas();
     this.setFrustum(areas[0]);
+    this.renderer.setScissorTest(false);
+    this.renderer.clear();
     this.renderer.setScissorTest(true);
     this.panes.forEach((pane, i) => {
       const {left, top, width, height} = areas[i];
       const box = [left, clientHeight - top - height, width, height];
       this.renderer.setViewport(...box);
       this.renderer.setScissor(...box);
-      this.renderer.clear();
       this.renderer.render(pane.scene, this.camera);
     });
     this.ondraw();
