@@ -17,7 +17,7 @@ declare -A group=(
   [python]="python3-dev python3-pybind11 pybind11-dev python3-numpy python3-pandas python3-xarray python3-matplotlib python3-pytest python3-setuptools python3-pip python3-wheel mypy"
   [page]="chromium"
   [node]="nodejs npm"
-  [packages]="lintian dpkg-dev file abigail-tools xz-utils bash zsh fish man-db groff-base"
+  [packages]="python3-venv lintian dpkg-dev file abigail-tools xz-utils bash zsh fish man-db groff-base"
   [ci]="doxygen clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 calculix-ccx calculix-ccx-test"
 )
 
