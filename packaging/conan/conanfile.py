@@ -32,6 +32,7 @@ class QuilonDbDataTools(ConanFile):
             self.requires("nanoflann/[>=1.4 <2]")
             self.requires("nlohmann_json/[>=3.11 <4]")
             self.requires("cairo/[>=1.16 <2]")
+            self.requires("zlib/[>=1.2 <2]")
 
     def layout(self):
         cmake_layout(self)

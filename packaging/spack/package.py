@@ -17,7 +17,7 @@ class Quilondbdatatools(CMakePackage):
     depends_on("cmake@3.25:", type="build")
     depends_on("xxhash@0.8:", type="build")
     depends_on("pkgconfig", type="build")
-    for program_library in ("cli11@2.1:", "hdf5@1.10:~mpi", "nanoflann@1.4:", "nlohmann-json@3.11:", "cairo@1.16:+pdf+svg"):
+    for program_library in ("cli11@2.1:", "hdf5@1.10:~mpi", "nanoflann@1.4:", "nlohmann-json@3.11:", "cairo@1.16:+pdf+svg", "zlib-api"):
         depends_on(program_library, when="+program")
     depends_on("python@3.9:", when="+python", type=("build", "run"))
     depends_on("py-pybind11@2.10:", when="+python", type="build")

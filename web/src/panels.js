@@ -44,7 +44,7 @@ export function balance({results, reason}, onNode) {
 export function imports(list) {
   if (!list.length) return make('p', {}, 'The database does not keep what it was imported from.');
   return make('div', {}, ...list.flatMap(({iteration, files, settings}) => [
-    table(`Files of iteration ${iteration}`, ['role', 'file', 'bytes', 'xxh64 checksum', 'changed'],
+    table(`Files of iteration ${iteration}`, ['role', 'file', 'bytes', 'checksum (XXH3)', 'changed'],
       files.map((file) => [file.role, file.name, file.bytes, make('code', {}, file.checksum), file.changed])),
     make('p', {}, settings.map(({name, value}) => `${name}: ${value}`).join(' · ')),
   ]));
