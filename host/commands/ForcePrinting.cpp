@@ -40,6 +40,7 @@ Json JsonBalance(const ForceBalance& balance)
           {"largest-force", JsonNumber(balance.largestForce)},
           {"limit", JsonNumber(balance.limit)},
           {"total", JsonVector(balance.total)},
+          {"nodes-above-limit", balance.numAbove},
           {"nodes-without-all-forces", balance.numIncomplete},
           {"nodes-without-reaction", balance.numUnknown},
           {"tied", std::move(tied)},
@@ -54,6 +55,7 @@ Json JsonVerdict(const ForceRequest& request, const ForceReport& report)
           {"node", worst.balance->nodes.front().node},
           {"residual", JsonNumber(worst.balance->largestResidual)},
           {"limit", JsonNumber(worst.balance->limit)},
+          {"ties-known", report.areTiesKnown},
           {"text", DescribeVerdict(request, report)}};
 }
 

@@ -146,6 +146,14 @@ std::vector<ImportProvenance> ReadProvenance(const FED_Database& database, int i
   return imports;
 }
 
+bool WasImportedWithDeck(const FED_Database& database, int iteration)
+{
+  const std::vector<ImportProvenance> imports = ReadProvenance(database, iteration);
+  return !imports.empty() && std::all_of(imports.begin(), imports.end(), [](const ImportProvenance& import) {
+    return import.HasRole(ImportRole::Deck);
+  });
+}
+
 void WriteProvenance(FED_Database& database, const IterationProvenance& provenance)
 {
   RecordList files(database, FilesOf(provenance.iteration));

@@ -85,6 +85,9 @@ std::vector<IterationProvenance> ReadProvenance(const FED_Database& database);
 /// @return the imports of one iteration; none where the database does not keep them
 std::vector<ImportProvenance> ReadProvenance(const FED_Database& database, int iteration);
 
+/// @return whether a deck was among the files of each import of the iteration, and there was one
+bool WasImportedWithDeck(const FED_Database& database, int iteration);
+
 /// Writes what made an iteration, in place of what stood there.
 void WriteProvenance(FED_Database& database, const IterationProvenance& provenance);
 

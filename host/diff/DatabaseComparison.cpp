@@ -312,9 +312,10 @@ private:
     Transformation transformation;
     const int      onf = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId);
     if (terms_.mesh != nullptr) {
-      if (onf == FED_OnfId_ElementNodes || onf == OnfKind::NodeSet) transformation.listIds = terms_.mesh->Find(0);
+      if (onf == FED_OnfId_ElementNodes || onf == OnfKind::NodeSet || onf == OnfKind::TiedNodes)
+        transformation.listIds = terms_.mesh->Find(0);
       if (onf == OnfKind::ElementSet) transformation.listIds = terms_.mesh->Find(1);
-      transformation.sortsLists = onf == OnfKind::NodeSet || onf == OnfKind::ElementSet;
+      transformation.sortsLists = onf == OnfKind::NodeSet || onf == OnfKind::ElementSet || onf == OnfKind::TiedNodes;
     }
     const Transformation::Sign whenNegated = GetSignWhenNegated(onf, GetUserKindName(onf));
     if (rule.modeSign && whenNegated != Transformation::AsIs && IsMode(outcome.descriptor) &&

@@ -49,9 +49,9 @@ void Raise(double& largest, const Vector& force)
   if (std::isfinite(component)) largest = std::max(largest, component);
 }
 
-void AddTied(const char* how, const NodeBalance& node, std::vector<TiedNodes>& all)
+void AddTied(const std::string& how, const NodeBalance& node, std::vector<TiedNodes>& all)
 {
-  auto tied = std::find_if(all.begin(), all.end(), [how](const TiedNodes& one) { return one.how == how; });
+  auto tied = std::find_if(all.begin(), all.end(), [&how](const TiedNodes& one) { return one.how == how; });
   if (tied == all.end()) tied = all.insert(all.end(), TiedNodes{how, 0, node.node, node.largest});
   ++tied->numNodes;
   if (!(node.largest > tied->largestResidual)) return;
@@ -100,8 +100,8 @@ ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mes
     for (std::size_t k = 0; k < 3; ++k) node.residual[k] = node.elements[k] - node.external[k];
     node.largest = LargestComponent(node.residual);
     Raise(balance.largestForce, node.external);
-    if (const std::size_t tie = mesh.ties.Find(node.node); tie != IdRadixMap<const char*>::npos) {
-      AddTied(mesh.ties.At(tie), node, balance.tied);
+    if (const std::string* how = mesh.HowTied(node.node); how != nullptr) {
+      AddTied(*how, node, balance.tied);
       continue;
     }
     balance.largestResidual = std::max(balance.largestResidual, node.largest);
@@ -109,6 +109,9 @@ ForceBalance CalculateBalance(const FED_Database& database, const ForceMesh& mes
   }
   balance.numJudged = balance.nodes.size();
   balance.limit     = tolerance * balance.largestForce + step.errorBound;
+  balance.numAbove  = static_cast<std::size_t>(
+      std::count_if(balance.nodes.begin(), balance.nodes.end(),
+                     [&balance](const NodeBalance& node) { return node.largest > balance.limit; }));
   std::sort(balance.nodes.begin(), balance.nodes.end(), [](const NodeBalance& a, const NodeBalance& b) {
     return a.largest != b.largest ? a.largest > b.largest : a.node < b.node;
   });

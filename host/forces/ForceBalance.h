@@ -43,6 +43,7 @@ struct ForceBalance
   double                   largestForce    = 0.0;  ///< largest component that acts on a node or stands in a sum
   double                   largestResidual = 0.0;
   double                   limit           = 0.0;  ///< largest residual that is accepted
+  std::size_t              numAbove        = 0;    ///< nodes with a larger one
   /// Nodes that cannot be judged: an element of theirs has no forces; nothing is known of what acts on them.
   std::size_t numIncomplete = 0;
   std::size_t numUnknown    = 0;

@@ -58,12 +58,7 @@ bool IsNonlinearityKept(const FED_Database& database, const std::vector<FED_Data
   return std::all_of(results.begin(), results.end(), [&](const FED_DataDescriptor& result) {
     const int iteration    = result.GetInteger(FED_DataDescriptor::Iteration);
     const auto [at, isNew] = hadDeck.try_emplace(iteration, false);
-    if (isNew) {
-      const std::vector<ImportProvenance> imports = ReadProvenance(database, iteration);
-      at->second = !imports.empty() && std::all_of(imports.begin(), imports.end(), [](const ImportProvenance& import) {
-        return import.HasRole(ImportRole::Deck);
-      });
-    }
+    if (isNew) at->second = WasImportedWithDeck(database, iteration);
     return at->second && !std::isnan(FindLargeDisplacements(database, result));
   });
 }
@@ -211,7 +206,8 @@ void CalculateIteration(FED_Database& database, const std::vector<FED_DataDescri
     (told.step.numElements > 0 ? report.added : report.outdated).push_back(told.step.forces);
     report.steps.push_back(std::move(told));
   }
-  report.isRounded = report.isRounded || mesh.isRounded;
+  report.isRounded    = report.isRounded || mesh.isRounded;
+  report.areTiesKnown = report.areTiesKnown && mesh.areTiesKnown;
   if (forces.AddsNodeLists()) report.added.emplace_back(iteration, OnfKind::ElementNodes);
 }
 
@@ -305,7 +301,7 @@ std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&        
   for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern())) {
     const int  kind   = KindOf(descriptor);
     const bool isMesh = kind == OnfKind::Coordinates || kind == OnfKind::ElementNodes || kind == OnfKind::ElementType ||
-                        kind == OnfKind::ElementSet;
+                        kind == OnfKind::ElementSet || kind == OnfKind::TiedNodes;
     // What tells of all results of an iteration or a step.
     const bool tells    = OnfKind::IsProvenance(kind) || GetQuantity(descriptor) == OnfKind::LargeDisplacements;
     const bool isResult = kind == OnfKind::IntegrationPointStress || kind == OnfKind::Displacement ||
@@ -351,6 +347,12 @@ std::string DescribeVerdict(const ForceRequest& request, const ForceReport& repo
                      "; limit " + FormatRounded(request.tolerance);
   if (worst.step.errorBound > 0.0 && balance.largestForce > 0.0)
     text += " and " + FormatRounded(worst.step.errorBound / balance.largestForce) + " for the digits of coordinates";
+  if (report.Holds()) return text;
+  text += "; " + std::to_string(balance.numAbove) + " of " + Counted(balance.numJudged, "node") + " above it";
+  if (!report.areTiesKnown)
+    text +=
+        "; which nodes are in contact, ties, equations, couplings and the like is not known without the deck, and what "
+        "these exert counts as residual: --deck judges them apart";
   return text;
 }
 

@@ -70,6 +70,7 @@ struct ForceReport
   SkippedElements                 skipped;
   bool                            isRounded           = false;  ///< coordinates have six digits
   bool                            isNonlinearityKnown = false;
+  bool                            areTiesKnown        = true;  ///< see ForceMesh
   std::vector<FED_DataDescriptor> added;  ///< blocks that were written: forces, and node lists where there were none
   /// Blocks that an earlier run may have left of results in which no element has forces now.
   std::vector<FED_DataDescriptor> outdated;

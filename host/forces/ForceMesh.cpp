@@ -9,6 +9,8 @@
 #include <QuilonDbConnector/FED_Database.h>
 
 #include "calculix/deck/DeckModel.h"
+#include "database/Provenance.h"
+#include "database/ScratchRecord.h"
 #include "mesh/MeshBlocks.h"
 #include "text/Failure.h"
 
@@ -28,6 +30,22 @@ const FED_DataBlock& RequireBlock(const FED_Database& database, int iteration, i
   return database.GetConstDataBlock(descriptor);
 }
 
+/// @return whether the database keeps nodes that a deck ties
+bool ReadTies(const FED_Database& database, int iteration, ForceMesh& mesh)
+{
+  const FED_DataDescriptor descriptor(iteration, OnfKind::TiedNodes);
+  if (!database.HasDataBlock(descriptor)) return false;
+  const FED_DataBlock& block = database.GetConstDataBlock(descriptor);
+  const ScratchRecord  record(block);
+  for (auto index = block.Begin(); index != block.End(); ++index) {
+    block.GetRecord(*index, *record);
+    FED_IntArray ids;
+    record->GetIntList(2, ids);
+    mesh.Tie(record->GetString(1), std::span(ids.GetData(), ids.GetSize()));
+  }
+  return true;
+}
+
 bool HasSixDigits(double coordinate)
 {
   char text[32];
@@ -35,27 +53,25 @@ bool HasSixDigits(double coordinate)
   return std::strtod(text, nullptr) == coordinate;
 }
 
-const char* NameOf(calculix::DeckConstraint::Kind kind)
+}  // namespace
+
+void ForceMesh::Tie(const std::string& how, std::span<const int> ids)
 {
-  using calculix::DeckConstraint;
-  switch (kind) {
-    case DeckConstraint::Contact:
-      return "contact";
-    case DeckConstraint::Tie:
-      return "ties";
-    case DeckConstraint::Equation:
-      return "equations";
-    case DeckConstraint::Coupling:
-      return "couplings";
-    case DeckConstraint::RigidBody:
-      return "rigid bodies";
-    case DeckConstraint::PreTension:
-      return "pre-tension sections";
+  const auto known = std::find(waysOfTies.begin(), waysOfTies.end(), how);
+  const auto way   = static_cast<std::size_t>(known - waysOfTies.begin());
+  if (known == waysOfTies.end()) waysOfTies.push_back(how);
+  for (const int node : ids) {
+    const std::size_t before = ties.Entries().size();
+    const std::size_t place  = ties.FindOrInsert(node);
+    if (ties.Entries().size() > before) ties.At(place) = way;
   }
-  return "constraints";
 }
 
-}  // namespace
+const std::string* ForceMesh::HowTied(int node) const noexcept
+{
+  const std::size_t place = ties.Find(node);
+  return place == IdRadixMap<std::size_t>::npos ? nullptr : &waysOfTies[ties.At(place)];
+}
 
 double RoundingOf(double coordinate) noexcept
 {
@@ -74,12 +90,8 @@ ForceMesh MakeForceMesh(const calculix::DeckModel& deck)
     mesh.elements.At(mesh.elements.FindOrInsert(id)) = {element.type->name, element.type->frdType, element.first,
                                                         element.count};
   }
-  for (const calculix::DeckConstraint& constraint : deck.constraints) {
-    for (const int node : deck.NodesOf(constraint)) {
-      const char*& name = mesh.ties.At(mesh.ties.FindOrInsert(node));
-      if (name == nullptr) name = NameOf(constraint.kind);
-    }
-  }
+  for (const calculix::DeckTiedNodes& tied : deck.TiedNodes()) mesh.Tie(tied.how, tied.nodes);
+  mesh.areTiesKnown = true;
   return mesh;
 }
 
@@ -103,6 +115,7 @@ ForceMesh ReadForceMesh(const FED_Database& database, int iteration, const std::
                                                                 element.nodes.size()};
     mesh.elementNodes.insert(mesh.elementNodes.end(), element.nodes.begin(), element.nodes.end());
   });
+  mesh.areTiesKnown = ReadTies(database, iteration, mesh) || WasImportedWithDeck(database, iteration);
   return mesh;
 }
 

@@ -33,9 +33,11 @@ struct ForceMesh
   IdRadixMap<std::array<double, 3>> nodes;  ///< undeformed positions
   IdRadixMap<Element>               elements;
   std::vector<int>                  elementNodes;
-  /// Nodes that a deck ties to others, and how: "contact", "a tie", "an equation", ... Forces act on them that no
-  /// element of theirs has.
-  IdRadixMap<const char*> ties;
+  /// Nodes that a deck ties to others, and how: a place in waysOfTies. Forces act on them that no element of theirs
+  /// has.
+  IdRadixMap<std::size_t>  ties;
+  std::vector<std::string> waysOfTies;            ///< "contact", "ties", "equations", ...
+  bool                     areTiesKnown = false;  ///< whether a deck told of all ties, then or now
   /// Whether no coordinate has more than the six digits of a .frd: what stood behind them in the deck is lost.
   bool isRounded = false;
 
@@ -43,12 +45,17 @@ struct ForceMesh
   {
     return std::span(elementNodes).subspan(element.first, element.count);
   }
+
+  /// Nodes that are tied in another way already stay so.
+  void Tie(const std::string& how, std::span<const int> ids);
+  /// @return null for a node that is not tied
+  const std::string* HowTied(int node) const noexcept;
 };
 
 /// @param deck outlives the mesh: names of element types that it defines are its own
 ForceMesh MakeForceMesh(const calculix::DeckModel& deck);
 
-/// Reads coordinates (516), node lists (595) and types (596) of an iteration.
+/// Reads coordinates (516), node lists (595) and types (596) of an iteration, and tied nodes (608) where it has some.
 /// @param name of the database, for messages
 /// @throws FED_Failure when one of the three blocks is missing
 ForceMesh ReadForceMesh(const FED_Database& database, int iteration, const std::string& name);

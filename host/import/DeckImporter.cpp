@@ -110,6 +110,7 @@ void DeckImporter::ConvertModel()
   blocks_.AddMaterials(calculix::DescribeMaterials(deck_.model.materials));
   SaveSections();
   SaveOrientations();
+  SaveTiedNodes();
 }
 
 void DeckImporter::FindSections()
@@ -143,6 +144,19 @@ void DeckImporter::SaveSections()
     writer.Fields().SetInteger(2, section.material);
     writer.Fields().SetInteger(3, section.orientation);
     writer.Write(id);
+  }
+}
+
+void DeckImporter::SaveTiedNodes()
+{
+  const std::vector<calculix::DeckTiedNodes> tied = deck_.model.TiedNodes();
+  if (tied.empty()) return;
+  RecordWriter writer(database_, iteration_, OnfKind::TiedNodes, tied.size());
+  int          number = 0;
+  for (const calculix::DeckTiedNodes& one : tied) {
+    writer.Fields().SetString(1, one.how);
+    writer.Fields().SetIntList(2, one.nodes);
+    writer.Write(++number);
   }
 }
 

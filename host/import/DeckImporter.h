@@ -53,6 +53,7 @@ private:
   void FindSections();
   void SaveSections();
   void SaveOrientations();
+  void SaveTiedNodes();
 
   ImportedDeck& deck_;
   ModelBlocks&  blocks_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
+#include <unordered_set>
 
 #include "calculix/deck/DeckModelReader.h"
 #include "calculix/deck/DeckReader.h"
@@ -88,6 +89,25 @@ double ValueOf(const DeckMaterial& material, std::string_view keyword, std::size
                                                                  : property->values[place];
 }
 
+const char* NameOf(DeckConstraint::Kind kind)
+{
+  switch (kind) {
+    case DeckConstraint::Contact:
+      return "contact";
+    case DeckConstraint::Tie:
+      return "ties";
+    case DeckConstraint::Equation:
+      return "equations";
+    case DeckConstraint::Coupling:
+      return "couplings";
+    case DeckConstraint::RigidBody:
+      return "rigid bodies";
+    case DeckConstraint::PreTension:
+      return "pre-tension sections";
+  }
+  return "constraints";
+}
+
 }  // namespace
 
 const DeckProperty* DeckMaterial::Find(std::string_view keyword) const noexcept
@@ -151,6 +171,22 @@ std::vector<int> DeckModel::NodesOf(const DeckSurface& surface) const
   }
   SortUnique(found);
   return found;
+}
+
+std::vector<DeckTiedNodes> DeckModel::TiedNodes() const
+{
+  std::vector<DeckTiedNodes> tied;
+  std::unordered_set<int>    taken;
+  for (const DeckConstraint& constraint : constraints) {
+    const char* const how  = NameOf(constraint.kind);
+    auto              ways = std::find_if(tied.begin(), tied.end(), [how](const auto& one) { return one.how == how; });
+    if (ways == tied.end()) ways = tied.insert(tied.end(), DeckTiedNodes{how, {}});
+    for (const int node : NodesOf(constraint))
+      if (taken.insert(node).second) ways->nodes.push_back(node);
+  }
+  std::erase_if(tied, [](const DeckTiedNodes& one) { return one.nodes.empty(); });
+  for (DeckTiedNodes& one : tied) std::sort(one.nodes.begin(), one.nodes.end());
+  return tied;
 }
 
 std::vector<int> DeckModel::NodesOf(const DeckConstraint& constraint) const

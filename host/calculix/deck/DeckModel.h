@@ -152,6 +152,13 @@ struct DeckConstraint
   DeckPlace                place;
 };
 
+/// Nodes that a deck ties to others in one way.
+struct DeckTiedNodes
+{
+  std::string      how;    ///< "contact", "ties", "equations", "couplings", "rigid bodies", "pre-tension sections"
+  std::vector<int> nodes;  ///< ascending
+};
+
 /// Elements that a step adds or takes away.
 struct DeckModelChange
 {
@@ -226,6 +233,9 @@ struct DeckModel
   std::vector<int> NodesOf(const DeckSurface& surface) const;
   std::vector<int> NodesOf(const DeckConstraint& constraint) const;
   std::vector<int> ElementsOf(const DeckModelChange& change) const;
+
+  /// @return all nodes that constraints name, each once and under the first card that does, in the order of the cards
+  std::vector<DeckTiedNodes> TiedNodes() const;
 
   /// @return "PATH:LINE", the path as it was opened
   std::string Describe(const DeckPlace& place) const;

@@ -116,6 +116,7 @@ const std::vector<std::string>& FieldNamesOf(int onf)
       {Orientation, {"name", "system", "numbers"}},
       {ImportFile, {"import", "role", "name", "size", "checksum", "changed"}},
       {ImportSetting, {"import", "name", "value"}},
+      {TiedNodes, {"how", "nodes"}},
       {StiffnessMatrix, {"rows", "columns", "values", "row-pointers", "column-indices"}},
       {MassMatrix, {"rows", "columns", "values", "row-pointers", "column-indices"}},
   };

@@ -286,6 +286,50 @@ TEST_F(ForcesCommand, ADatabaseKnowsWhichStepsAreNonlinear)
   EXPECT_NE(RunQuilon({"forces", onf_, "--balance"}).err.find("geometrically linear"), std::string::npos);
 }
 
+// What a contact exerts is in elements and not in the solver's RF: the deck tells which nodes these are, then or now.
+TEST_F(ForcesCommand, NodesInContactAreJudgedApartWithTheDeckOrADatabaseThatKeepsThem)
+{
+  const std::string stem = Fixture("forces/contact");
+  const std::string text = (folder_ / "copy.onf").string();
+  ASSERT_EQ(RunQuilon({"import", stem + ".inp", stem + ".frd", stem + ".dat", "-o", onf_}).exitCode, 0);
+  ASSERT_EQ(RunQuilon({"to-onf", onf_, text}).exitCode, 0);
+  for (const std::vector<std::string>& model :
+       {std::vector<std::string>{stem + ".dat", "--deck", stem + ".inp"}, {onf_}, {text}})
+  {
+    std::vector<std::string> arguments = {"forces", "--balance", "--json"};
+    arguments.insert(arguments.begin() + 1, model.begin(), model.end());
+    const RunResult run = RunQuilon(arguments);
+    EXPECT_EQ(run.exitCode, 0) << run.out;
+    EXPECT_NE(run.err.find("8 nodes in contact judged apart"), std::string::npos) << run.err;
+    const json report = json::parse(run.out);
+    EXPECT_EQ(report.at("verdict").at("ties-known"), true);
+    const json tied = report.at("steps").at(0).at("balance").at("tied");
+    ASSERT_EQ(tied.size(), 1U);
+    EXPECT_EQ(tied.at(0).at("how"), "contact");
+    EXPECT_GT(tied.at(0).at("largest-residual"), 10.0);
+  }
+}
+
+TEST_F(ForcesCommand, WithoutADeckTheVerdictSaysThatTiesMayBeTheCause)
+{
+  Import("forces/contact");
+  const RunResult run = RunQuilon({"forces", onf_, "--balance", "--json"});
+  EXPECT_EQ(run.exitCode, 1);
+  const json verdict = json::parse(run.out).at("verdict");
+  EXPECT_EQ(verdict.at("passed"), false);
+  EXPECT_EQ(verdict.at("ties-known"), false);
+  const auto text = verdict.at("text").get<std::string>();
+  EXPECT_NE(
+      text.find("; 8 of 16 nodes above it; which nodes are in contact, ties, equations, couplings and the like is "
+                "not known without the deck, and what these exert counts as residual: --deck judges them apart"),
+      std::string::npos)
+      << text;
+  // One that passes needs no such word.
+  std::filesystem::remove_all(onf_);
+  Import("forces/bar");
+  EXPECT_EQ(RunQuilon({"forces", onf_, "--balance", "--table"}).out.find("not known"), std::string::npos);
+}
+
 TEST_F(ForcesCommand, FreeBodyOfASetHasTheCutThatTheDeckHasByHand)
 {
   for (const std::vector<std::string>& part :

@@ -57,11 +57,10 @@ TEST_F(ForceBalanceTest, JudgesTiedNodesApart)
   WriteVector(database_, 511, 5, {0.5, 0, 0});
   WriteVector(database_, 511, 6, {0, -7, 0});
   EXPECT_FALSE(Balance(TwoCubes(), 1e-6).Holds());
-  ForceMesh mesh                          = TwoCubes();
-  mesh.ties.At(mesh.ties.FindOrInsert(5)) = "ties";
-  mesh.ties.At(mesh.ties.FindOrInsert(6)) = "ties";
-  mesh.ties.At(mesh.ties.FindOrInsert(9)) = "contact";
-  const ForceBalance balance              = Balance(mesh, 1e-6);
+  ForceMesh mesh = TwoCubes();
+  mesh.Tie("ties", std::vector<int>{5, 6});
+  mesh.Tie("contact", std::vector<int>{6, 9});  // 6 is tied already
+  const ForceBalance balance = Balance(mesh, 1e-6);
   EXPECT_TRUE(balance.Holds());
   EXPECT_EQ(balance.numJudged, 9u);
   ASSERT_EQ(balance.tied.size(), 2u);
@@ -85,7 +84,7 @@ TEST(ForceMesh, KnowsTheNodesThatADeckTies)
   const DeckModel            deck = ReadDeckModel(folder / "a.inp");
   const ForceMesh            mesh = MakeForceMesh(deck);
   std::map<int, std::string> ties;
-  for (const auto& [node, how] : mesh.ties.Entries()) ties[node] = how;
+  for (const auto& [node, way] : mesh.ties.Entries()) ties[node] = *mesh.HowTied(node);
   // Face S1 of a tetrahedron is that of its nodes 1, 2 and 3; the first card that names a node counts.
   EXPECT_EQ(ties, (std::map<int, std::string>{{1, "ties"}, {2, "ties"}, {3, "ties"}, {4, "equations"}, {5, "ties"}}));
 }

@@ -39,6 +39,7 @@ TEST(OnfInfoPool, KnowsTheFixedIds)
   ExpectInfo(605, 15, "import-file", "ISSDSS");
   ExpectInfo(606, 15, "import-setting", "ISS");
   ExpectInfo(607, 15, "large-displacements", "D");
+  ExpectInfo(608, 15, "tied-nodes", "Slb");
   ExpectInfo(FED_OnfId_ScalarHistory, 15, "scalar-history", "D");
   ExpectInfo(FED_OnfId_ElementNodes, 1, "element-nodes", "lb");
   ExpectInfo(510, 0, "displacement", "V");

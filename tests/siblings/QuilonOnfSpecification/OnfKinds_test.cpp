@@ -73,6 +73,7 @@ const std::map<int, std::string> kNamed = {
     {OnfKind::ImportFile, "import-file"},
     {OnfKind::ImportSetting, "import-setting"},
     {OnfKind::LargeDisplacements, "large-displacements"},
+    {OnfKind::TiedNodes, "tied-nodes"},
     {OnfKind::ElementEnergyContribution, "element-energy-contribution"},
     {OnfKind::NodeEnergyContribution, "node-energy-contribution"},
 };
