@@ -1,5 +1,6 @@
 #include "diff/RuleSet.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <fstream>
 #include <iterator>
@@ -84,10 +85,12 @@ ComparisonRule RuleSet::Find(int kind) const
 
 void ReadRuleFile(const std::filesystem::path& file, const KindResolver& resolve, RuleSet& rules)
 {
+  errno = 0;
   std::ifstream in(file, std::ios::binary);
-  if (!in || std::filesystem::is_directory(file)) Fail(file.string() + ": cannot be read, expected a file of rules");
+  if (!in || std::filesystem::is_directory(file))
+    Fail(file.string() + ": cannot be read, expected a file of rules" + SystemReason(in ? EISDIR : errno));
   const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  if (in.bad()) Fail(file.string() + ": cannot be read to its end");
+  if (in.bad()) Fail(file.string() + ": cannot be read to its end" + SystemReason(errno));
   rules.AddText(text, resolve, file.string());
 }
 

@@ -1,6 +1,7 @@
 #include "terminal/Table.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "terminal/Output.h"
@@ -18,10 +19,26 @@ std::size_t Width(const std::string& text)
       std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
 
+constexpr std::size_t kIndent = 4;  // of lines that go on
+
+/// @return a text of at most so many characters, its end as "..." where it has more
+std::string Cut(const std::string& text, std::size_t most)
+{
+  if (Width(text) <= most) return text;
+  std::size_t end   = 0;
+  std::size_t count = 0;
+  for (; end < text.size(); ++end) {
+    const bool begins = (static_cast<unsigned char>(text[end]) & 0xC0U) != 0x80U;
+    if (begins && count++ == most - 3) break;
+  }
+  return text.substr(0, end) + "...";
+}
+
 }  // namespace
 
-TableWriter::TableWriter(Output& output, TableStyle style, bool bold, std::vector<TableColumn> columns)
-    : output_(output), style_(style), bold_(bold), columns_(std::move(columns))
+TableWriter::TableWriter(Output& output, TableStyle style, bool bold, std::vector<TableColumn> columns,
+                         std::size_t width)
+    : output_(output), style_(style), bold_(bold), columns_(std::move(columns)), width_(width)
 {
   if (style_ == TableStyle::Aligned) return;
   std::vector<std::string> names;
@@ -53,27 +70,68 @@ void TableWriter::WriteHeld()
   }
   for (std::vector<std::string>& row : held_)
     for (std::size_t i = 0; i < row.size(); ++i) widths_[i] = std::max(widths_[i], Width(Printable(row[i])));
+  FitWidths();
   WriteRow(names, bold_);
   for (const std::vector<std::string>& row : held_) WriteRow(row, false);
   held_.clear();
 }
 
+void TableWriter::FitWidths()
+{
+  begins_.assign(columns_.size(), false);
+  const auto total = [this] {
+    return std::accumulate(widths_.begin(), widths_.end(), std::size_t{0}) + gap_ * (widths_.size() - 1);
+  };
+  if (widths_.empty() || total() <= width_) return;
+  gap_                                 = 1;
+  const std::vector<std::size_t> whole = widths_;
+  while (total() > width_) {
+    std::size_t widest = 0;
+    for (std::size_t i = 1; i < widths_.size(); ++i)
+      if (columns_[i].isText && (!columns_[widest].isText || widths_[i] > widths_[widest])) widest = i;
+    if (!columns_[widest].isText || widths_[widest] <= kLeastText) break;
+    --widths_[widest];
+    cutsTexts_ = true;
+  }
+  if (total() <= width_) return;
+
+  widths_          = whole;
+  cutsTexts_       = false;
+  gap_             = 2;
+  std::size_t used = widths_.front();
+  for (std::size_t i = 1; i < widths_.size(); ++i) {
+    begins_[i] = used + gap_ + widths_[i] > width_;
+    used       = begins_[i] ? kIndent + widths_[i] : used + gap_ + widths_[i];
+  }
+}
+
 void TableWriter::WriteRow(const std::vector<std::string>& cells, bool bold)
+{
+  if (style_ == TableStyle::Aligned) return WriteAligned(cells, bold);
+  std::string line;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    if (style_ == TableStyle::Csv)
+      line += (i == 0 ? "" : ",") + CsvCell(cells[i], columns_[i].isText);
+    else
+      line += (i == 0 ? "" : "\t") + Printable(cells[i]);
+  }
+  output_.Write(line + '\n');
+}
+
+void TableWriter::WriteAligned(const std::vector<std::string>& cells, bool bold)
 {
   std::string line;
   for (std::size_t i = 0; i < cells.size(); ++i) {
-    if (style_ == TableStyle::Csv) {
-      line += (i == 0 ? "" : ",") + CsvCell(cells[i], columns_[i].isText);
-    } else if (style_ == TableStyle::Plain) {
-      line += (i == 0 ? "" : "\t") + Printable(cells[i]);
-    } else {
-      const std::string cell  = Printable(cells[i]);
-      const std::size_t width = Width(cell);
-      const std::string padding(widths_[i] > width ? widths_[i] - width : 0, ' ');
-      const bool        isLast = i + 1 == cells.size();
-      line += i == 0 ? "" : "  ";
-      line += columns_[i].isText ? cell + (isLast ? "" : padding) : padding + cell;
-    }
+    std::string cell = Printable(cells[i]);
+    if (cutsTexts_ && columns_[i].isText) cell = Cut(cell, widths_[i]);
+    const std::size_t width = Width(cell);
+    const std::string padding(widths_[i] > width ? widths_[i] - width : 0, ' ');
+    const bool        isLast = i + 1 == cells.size() || begins_[i + 1];
+    if (begins_[i])
+      line += '\n' + std::string(kIndent, ' ');
+    else if (i != 0)
+      line += std::string(gap_, ' ');
+    line += columns_[i].isText ? cell + (isLast ? "" : padding) : padding + cell;
   }
   output_.Write(bold ? "\x1b[1m" + line + "\x1b[0m\n" : line + '\n');
 }

@@ -1,5 +1,6 @@
 #include "terminal/TableForm.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "terminal/Output.h"
@@ -15,7 +16,9 @@ TableStyle StyleOf(const TableForm& form)
 
 TableWriter MakeTable(Output& output, const TableForm& form, std::vector<TableColumn> columns)
 {
-  return TableWriter(output, StyleOf(form), output.HasColours(), std::move(columns));
+  const std::size_t width =
+      IsTerminal(StandardStream::Output) ? static_cast<std::size_t>(GetTerminalWidth()) : TableWriter::kUsualWidth;
+  return TableWriter(output, StyleOf(form), output.HasColours(), std::move(columns), width);
 }
 
 }  // namespace quilon

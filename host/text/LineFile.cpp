@@ -1,6 +1,8 @@
 #include "text/LineFile.h"
 
+#include <cerrno>
 #include <cstring>
+#include <system_error>
 #include <utility>
 
 #include <bundled/FED_FileLayer.h>
@@ -13,18 +15,40 @@ namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{1} << 20;
 
-[[noreturn]] void FailToRead(const std::string& name) { quilon::Fail(name + ": expected a file that can be read"); }
+/// @param reason see SystemReason()
+[[noreturn]] void FailToRead(const std::string& name, const std::string& reason)
+{
+  quilon::Fail(name + ": expected a file that can be read" + reason);
+}
+
+/// @return why what stands at a path cannot be read as a file; empty for a file
+std::string ReasonAgainst(const std::filesystem::path& path)
+{
+  FED_FileLayer  files;
+  FED_FileStatus status;
+  if (const std::error_code error = files.GetStatus(path, status)) return ": " + error.message();
+  switch (status.kind) {
+    case FED_FileStatus::Nothing:
+      return SystemReason(ENOENT);
+    case FED_FileStatus::Folder:
+      return SystemReason(EISDIR);
+    case FED_FileStatus::Other:
+      return ": it is a pipe or a device";
+    case FED_FileStatus::File:
+      break;
+  }
+  return "";
+}
 
 }  // namespace
 
 std::ifstream OpenLineFile(const std::filesystem::path& path)
 {
   // A pipe has no end to seek, and one that nobody writes to keeps who opens it waiting.
-  FED_FileLayer  files;
-  FED_FileStatus status;
-  if (files.GetStatus(path, status) || status.kind != FED_FileStatus::File) FailToRead(path.string());
+  if (const std::string reason = ReasonAgainst(path); !reason.empty()) FailToRead(path.string(), reason);
+  errno = 0;
   std::ifstream in(path, std::ios::binary);
-  if (!in) FailToRead(path.string());
+  if (!in) FailToRead(path.string(), SystemReason(errno));
   return in;
 }
 
@@ -34,7 +58,7 @@ LineFile::LineFile(std::istream& in, std::string name, const ReadProgress& progr
   in_.seekg(0, std::ios::end);
   const std::streamoff size = in_.tellg();
   in_.seekg(0, std::ios::beg);
-  if (!in_ || size < 0) FailToRead(name_);
+  if (!in_ || size < 0) FailToRead(name_, "");
   total_  = static_cast<std::uint64_t>(size);
   unread_ = total_;
   buffer_.resize(total_ < kBufferSize ? static_cast<std::size_t>(total_) + 1 : kBufferSize);
@@ -44,10 +68,11 @@ void LineFile::Fill()
 {
   std::memmove(buffer_.data(), buffer_.data() + at_, end_ - at_);
   end_ -= at_;
-  at_ = 0;
+  at_   = 0;
+  errno = 0;
   in_.read(buffer_.data() + end_, static_cast<std::streamsize>(buffer_.size() - end_));
   const auto count = static_cast<std::size_t>(in_.gcount());
-  if (in_.bad() || (in_.fail() && !in_.eof())) FailToRead(name_);
+  if (in_.bad() || (in_.fail() && !in_.eof())) FailToRead(name_, SystemReason(errno));
   end_ += count;
   // A file that shrinks or grows under the reader ends where the stream ends.
   unread_ = in_.eof() || count > unread_ ? 0 : unread_ - count;

@@ -1,7 +1,9 @@
 #include "text/OutputFile.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdint>
+#include <fstream>
 #include <random>
 #include <streambuf>
 #include <string>
@@ -67,6 +69,9 @@ public:
   Buffer& operator=(const Buffer&) = delete;
   ~Buffer() override { static_cast<void>(Close()); }
 
+  /// @return why the system refused the text, nothing where it has not
+  const std::error_code& GetError() const noexcept { return error_; }
+
   std::error_code Close() noexcept { return files_.Close(std::exchange(handle_, FED_FileLayer::kNoHandle)); }
 
 protected:
@@ -79,7 +84,8 @@ protected:
   int sync() override
   {
     const auto count = static_cast<std::size_t>(pptr() - pbase());
-    if (count != 0 && files_.WriteAt(handle_, size_, pbase(), count)) return -1;
+    if (count != 0 && !error_) error_ = files_.WriteAt(handle_, size_, pbase(), count);
+    if (error_) return -1;
     size_ += count;
     setp(bytes_.data(), bytes_.data() + bytes_.size());
     return 0;
@@ -89,7 +95,47 @@ private:
   FED_FileLayer&                          files_;
   FED_FileLayer::Handle                   handle_;
   std::uint64_t                           size_ = 0;
+  std::error_code                         error_;
   std::array<char, std::size_t{1} << 16U> bytes_{};
+};
+
+/// Text on its way to what is no plain file.
+class OutputFile::InPlaceBuffer : public std::filebuf
+{
+public:
+  /// @return what the system left of the call that failed first, 0 before
+  int GetError() const noexcept { return error_; }
+
+  void Keep(bool holds)
+  {
+    if (!holds && error_ == 0) error_ = errno;
+  }
+
+protected:
+  int_type overflow(int_type c) override
+  {
+    errno                 = 0;
+    const int_type result = std::filebuf::overflow(c);
+    Keep(!traits_type::eq_int_type(result, traits_type::eof()));
+    return result;
+  }
+  std::streamsize xsputn(const char* text, std::streamsize count) override
+  {
+    errno                         = 0;
+    const std::streamsize written = std::filebuf::xsputn(text, count);
+    Keep(written == count);
+    return written;
+  }
+  int sync() override
+  {
+    errno            = 0;
+    const int result = std::filebuf::sync();
+    Keep(result == 0);
+    return result;
+  }
+
+private:
+  int error_ = 0;
 };
 
 OutputFile::OutputFile(std::filesystem::path path) : path_(std::move(path))
@@ -97,8 +143,12 @@ OutputFile::OutputFile(std::filesystem::path path) : path_(std::move(path))
   const FED_FileStatus status = StatusOf(path_);
   place_                      = PlaceOf(path_, status);
   if (status.kind == FED_FileStatus::Other) {
-    inPlace_ = std::make_unique<std::filebuf>();
-    if (inPlace_->open(place_, std::ios::out | std::ios::binary) != nullptr) out_.rdbuf(inPlace_.get());
+    inPlace_ = std::make_unique<InPlaceBuffer>();
+    errno    = 0;
+    if (inPlace_->open(place_, std::ios::out | std::ios::binary) != nullptr)
+      out_.rdbuf(inPlace_.get());
+    else
+      inPlace_->Keep(false);
     Check();
     return;
   }
@@ -106,10 +156,12 @@ OutputFile::OutputFile(std::filesystem::path path) : path_(std::move(path))
   const std::filesystem::path beside  = place_.string() + RandomSuffix();
   FED_FileLayer::Handle       handle  = FED_FileLayer::kNoHandle;
   const auto                  mode    = isThere ? FED_FileLayer::CreatePrivate : FED_FileLayer::Create;
-  if (!files_.Open(beside, mode, handle)) {
+  openError_                          = files_.Open(beside, mode, handle);
+  if (!openError_) {
     beside_ = beside;
     buffer_ = std::make_unique<Buffer>(files_, handle);
-    if (!isThere || !files_.SetPermissions(handle, status.permissions)) out_.rdbuf(buffer_.get());
+    if (isThere) openError_ = files_.SetPermissions(handle, status.permissions);
+    if (!openError_) out_.rdbuf(buffer_.get());
   }
   try {
     Check();
@@ -143,7 +195,9 @@ void OutputFile::Finish()
   if (isFinished_) return;
   out_.flush();
   Check();
+  errno               = 0;
   const bool isClosed = inPlace_ == nullptr || inPlace_->close() != nullptr;
+  if (!isClosed) inPlace_->Keep(false);
   out_.rdbuf(nullptr);
   if (!isClosed) Check();
   // Network file systems tell only now that bytes were lost.
@@ -164,7 +218,15 @@ void OutputFile::Publish()
 
 void OutputFile::Check() const
 {
-  if (!out_) Fail(path_.string() + ": expected a file that can be written");
+  if (out_) return;
+  std::string reason;
+  if (openError_)
+    reason = ": " + openError_.message();
+  else if (buffer_ != nullptr && buffer_->GetError())
+    reason = ": " + buffer_->GetError().message();
+  else if (inPlace_ != nullptr)
+    reason = SystemReason(inPlace_->GetError());
+  Fail(path_.string() + ": expected a file that can be written" + reason);
 }
 
 void CheckOutputFile(const std::filesystem::path& path) { static_cast<void>(PlaceOf(path, StatusOf(path))); }

@@ -4,10 +4,10 @@
 /// Files that are there whole or not at all.
 
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <ostream>
 #include <string_view>
+#include <system_error>
 
 #include <bundled/FED_FileLayer.h>
 
@@ -50,15 +50,17 @@ private:
 
   /// Text on its way to a file of the layer.
   class Buffer;
+  class InPlaceBuffer;
 
-  std::filesystem::path         path_;
-  std::filesystem::path         place_;   // links followed
-  std::filesystem::path         beside_;  // empty: written in place
-  bool                          isFinished_ = false;
-  FED_FileLayer                 files_;
-  std::unique_ptr<std::filebuf> inPlace_;
-  std::unique_ptr<Buffer>       buffer_;  // of the file beside
-  std::ostream                  out_{static_cast<std::streambuf*>(nullptr)};
+  std::filesystem::path          path_;
+  std::filesystem::path          place_;   // links followed
+  std::filesystem::path          beside_;  // empty: written in place
+  bool                           isFinished_ = false;
+  std::error_code                openError_;
+  FED_FileLayer                  files_;
+  std::unique_ptr<InPlaceBuffer> inPlace_;
+  std::unique_ptr<Buffer>        buffer_;  // of the file beside
+  std::ostream                   out_{static_cast<std::streambuf*>(nullptr)};
 };
 
 /// For a file that is written at the end of long work, to be called before it.

@@ -1,6 +1,7 @@
 #include "calculix/deck/DeckReader.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -29,11 +30,17 @@ bool IsFile(const fs::path& path, std::error_code& error)
   return status.kind == FED_FileStatus::File || status.kind == FED_FileStatus::Other;
 }
 
-bool CanBeRead(const fs::path& path)
+/// @return why a path is not that of a deck that can be read, see SystemReason(); empty where it is
+std::string ReasonAgainst(const fs::path& path)
 {
-  // A pipe is opened once: its writer would not wait for a second time.
   std::error_code error;
-  return fs::is_fifo(path, error) || std::ifstream(path).good();
+  if (!IsFile(path, error))
+    return error ? ": " + error.message() : SystemReason(fs::is_directory(path, error) ? EISDIR : ENOENT);
+  // A pipe is opened once: its writer would not wait for a second time.
+  if (fs::is_fifo(path, error)) return "";
+  errno = 0;
+  if (std::ifstream(path).good()) return "";
+  return errno == 0 ? SystemReason(EIO) : SystemReason(errno);
 }
 
 /// The base takes wide paths, which have no place for other bytes.
@@ -119,8 +126,8 @@ void DeckReader::FailAt(const DeckPlace& place, const std::string& text) const
 
 void DeckReader::Walk()
 {
-  std::error_code error;
-  if (!IsFile(deck_, error) || !CanBeRead(deck_)) Fail(deck_.string() + ": expected a deck that can be read");
+  if (const std::string reason = ReasonAgainst(deck_); !reason.empty())
+    Fail(deck_.string() + ": expected a deck that can be read" + reason);
   {
     const PipeOpening opening(deck_);
     Initialize();
@@ -260,7 +267,8 @@ std::string DeckReader::TroubleWith(const Target& target, const DeckLine& line) 
   if (files_.size() >= options_.mostFiles)
     return "the deck has more than " + std::to_string(options_.mostFiles) + " files";
   if (!IsUtf8(target.path)) return "include file " + target.path.string() + " has a name that is no UTF-8";
-  if (!CanBeRead(target.path)) return "include file " + target.path.string() + " cannot be read";
+  if (const std::string reason = ReasonAgainst(target.path); !reason.empty())
+    return "include file " + target.path.string() + " cannot be read" + reason;
   return {};
 }
 

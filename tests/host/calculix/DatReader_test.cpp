@@ -700,7 +700,8 @@ TEST(DatReader, ReadsFilesByTheirPath)
   const quilon_test::TempFolder folder;
   const auto                    path = folder / "small.dat";
   LogSink                       sink;
-  EXPECT_EQ(FailureOf([&] { ReadDat(path, sink); }), path.string() + ": expected a file that can be read");
+  EXPECT_EQ(FailureOf([&] { ReadDat(path, sink); }),
+            path.string() + ": expected a file that can be read: No such file or directory");
   std::ofstream(path, std::ios::binary) << kSmall;
   ReadDat(path, sink);
   EXPECT_EQ(sink.log, kSmallLog);

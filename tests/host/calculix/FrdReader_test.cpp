@@ -695,9 +695,10 @@ TEST(FrdReader, NamesAFileThatCannotBeRead)
   const quilon_test::TempFolder folder;
   LogSink                       sink;
   const auto                    missing = folder / "missing.frd";
-  EXPECT_EQ(FailureOf([&] { ReadFrd(missing, sink); }), missing.string() + ": expected a file that can be read");
+  EXPECT_EQ(FailureOf([&] { ReadFrd(missing, sink); }),
+            missing.string() + ": expected a file that can be read: No such file or directory");
   EXPECT_EQ(FailureOf([&] { ReadFrd(folder.GetPath(), sink); }),
-            folder.GetPath().string() + ": expected a file that can be read");
+            folder.GetPath().string() + ": expected a file that can be read: Is a directory");
 }
 
 TEST(FrdReader, ReadsFilesByTheirPath)

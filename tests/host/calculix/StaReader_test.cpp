@@ -82,7 +82,8 @@ TEST(StaReader, NamesFileLineAndWhatWasExpected)
             "a.sta:1: expected the title 'SUMMARY OF JOB INFORMATION', found the end of the file");
   const quilon_test::TempFolder folder;
   const auto                    missing = folder / "missing.sta";
-  EXPECT_EQ(FailureOf([&] { ReadSta(missing); }), missing.string() + ": expected a file that can be read");
+  EXPECT_EQ(FailureOf([&] { ReadSta(missing); }),
+            missing.string() + ": expected a file that can be read: No such file or directory");
 }
 
 TEST(StaReader, ReadsAPrefixOfTheRowsOrFailsForEveryLengthThatTheFileIsCutTo)

@@ -60,8 +60,9 @@ TEST_F(PlotCommand, SaysWhatIsWrongBeforeItReads)
 {
   ExpectTrouble({job_, "stress", "-o", (folder_ / "a.jpg").string()},
                 (folder_ / "a.jpg").string() + ": expected a name that ends in .png, .svg or .pdf");
-  ExpectTrouble({job_, "stress", "-o", (folder_ / "no" / "a.png").string()},
-                (folder_ / "no" / "a.png").string() + ": expected a file that can be written");
+  ExpectTrouble(
+      {job_, "stress", "-o", (folder_ / "no" / "a.png").string()},
+      (folder_ / "no" / "a.png").string() + ": expected a file that can be written: No such file or directory");
   ExpectTrouble({job_, "stress", "-o", picture_, "--view", "topp"}, "'topp' is no view, did you mean 'top'?");
   ExpectTrouble({job_, "stress", "-o", picture_, "--size", "12"},
                 "'12' is no size of a picture, expected WxH such as 1200x900, 100 to 10000 each");

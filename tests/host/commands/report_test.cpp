@@ -61,8 +61,9 @@ TEST_F(ReportCommand, SaysWhatIsWrongAndWritesNothing)
 {
   ExpectTrouble({job_, "-o", (folder_ / "a.pdf").string()},
                 (folder_ / "a.pdf").string() + ": expected a name that ends in .html");
-  ExpectTrouble({job_, "-o", (folder_ / "no" / "a.html").string()},
-                (folder_ / "no" / "a.html").string() + ": expected a file that can be written");
+  ExpectTrouble(
+      {job_, "-o", (folder_ / "no" / "a.html").string()},
+      (folder_ / "no" / "a.html").string() + ": expected a file that can be written: No such file or directory");
   ExpectTrouble({job_, "time", "-o", page_},
                 job_ +
                     ": the selection has no values of nodes or elements, expected kinds such as displacement, "

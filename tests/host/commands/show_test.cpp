@@ -247,8 +247,8 @@ TEST_F(ShowModel, PrincipalAxesAreShownWithTheirDirections)
   EXPECT_EQ(
       RunQuilon({"show", onf_, "element-stress", "--time", "2", "--ids", "101", "--axes", "principal", "--table"}).out,
       "element-stress  561@it=0,an=1,lc=2,sub=1  time 2  1 record\n"
-      " id  xx  yy  zz  xy  yz  zx        x1        y1  z1  x2  y2  z2        x3         y3  z3\n"
-      "101   2   0  -2   0   0   0  0.707107  0.707107   0   0   0   1  0.707107  -0.707107   0\n");
+      " id xx yy zz xy yz zx       x1       y1 z1 x2 y2 z2       x3        y3 z3\n"
+      "101  2  0 -2  0  0  0 0.707107 0.707107  0  0  0  1 0.707107 -0.707107  0\n");
   const RunResult vectors = RunQuilon({"show", onf_, "displacement", "--axes", "principal"});
   EXPECT_EQ(vectors.exitCode, 2);
   EXPECT_EQ(

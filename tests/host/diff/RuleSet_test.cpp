@@ -98,7 +98,8 @@ TEST(RuleSet, AFileThatIsNotThereIsAFailure)
         "/quilon-nowhere/rules", [](std::string_view) { return 0; }, rules);
     ADD_FAILURE() << "nothing was thrown";
   } catch (const FED_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(), "/quilon-nowhere/rules: cannot be read, expected a file of rules");
+    EXPECT_EQ(failure.GetMessage(),
+              "/quilon-nowhere/rules: cannot be read, expected a file of rules: No such file or directory");
   }
 }
 
@@ -111,7 +112,8 @@ TEST(RuleSet, AFolderIsNoFileOfRules)
         folder / "", [](std::string_view) { return 0; }, rules);
     ADD_FAILURE() << "nothing was thrown";
   } catch (const FED_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(), (folder / "").string() + ": cannot be read, expected a file of rules");
+    EXPECT_EQ(failure.GetMessage(),
+              (folder / "").string() + ": cannot be read, expected a file of rules: Is a directory");
   }
 }
 

@@ -93,9 +93,10 @@ TEST_F(MatrixFileTest, WhatCannotBeReadIsNamed)
 {
   const std::string folder = folder_.GetPath().string();
   EXPECT_EQ(FailureOf([&] { Read(folder); }), folder + ": a folder, expected a file with a matrix");
-  EXPECT_EQ(FailureOf([&] { Read(folder + "/none.sti"); }), folder + "/none.sti: expected a file that can be read");
+  EXPECT_EQ(FailureOf([&] { Read(folder + "/none.sti"); }),
+            folder + "/none.sti: expected a file that can be read: No such file or directory");
   EXPECT_EQ(FailureOf([&] { Read(Write("a.sti", kSolver), folder + "/none.dof"); }),
-            folder + "/none.dof: expected a file that can be read");
+            folder + "/none.dof: expected a file that can be read: No such file or directory");
 }
 
 TEST_F(MatrixFileTest, AFileTakesItsPlaceWhenItIsWhole)
@@ -120,7 +121,7 @@ TEST_F(MatrixFileTest, AFileThatCannotBeWrittenIsNamed)
   const auto        write  = [](std::ostream& out) { out << "text"; };
   EXPECT_EQ(FailureOf([&] { ReplaceFile(folder, write); }), folder + ": expected a file to write, found a folder");
   EXPECT_EQ(FailureOf([&] { ReplaceFile(folder + "/none/out.txt", write); }),
-            folder + "/none/out.txt: expected a file that can be written");
+            folder + "/none/out.txt: expected a file that can be written: No such file or directory");
 }
 
 TEST_F(YaleText, WritesCountsAndArraysInTheOrderOfTheFormat)

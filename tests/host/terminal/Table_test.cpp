@@ -105,6 +105,54 @@ TEST(Table, HeaderIsBoldWhereAskedFor)
   EXPECT_EQ(Written(TableStyle::Aligned, {}, true), "\x1b[1mid  name  value\x1b[0m\n");
 }
 
+std::string WrittenWithin(std::size_t width, const std::vector<std::string>& row)
+{
+  Sheet       sheet;
+  TableWriter table(sheet.output, TableStyle::Aligned, false,
+                    {{"id", false}, {"name", true}, {"value", false}, {"other", true}}, width);
+  table.Row(row);
+  table.Finish();
+  return sheet.Read();
+}
+
+// 24 characters with gaps of two, 21 with gaps of one.
+TEST(Table, TooWideByItsGapsHasNarrowOnes)
+{
+  const std::vector<std::string> row = {"1", "abcde", "12345", "a text"};
+  EXPECT_EQ(WrittenWithin(24, row), "id  name   value  other\n 1  abcde  12345  a text\n");
+  EXPECT_EQ(WrittenWithin(23, row), "id name  value other\n 1 abcde 12345 a text\n");
+}
+
+TEST(Table, TooWideByItsTextsCutsTheWidest)
+{
+  // With gaps of one it has 2 + 20 + 5 + 24 + 3 = 54 characters.
+  const std::vector<std::string> row = {"1", "twenty characters---", "12345", "twenty-four characters--"};
+  EXPECT_EQ(WrittenWithin(54, row),
+            "id name                 value other\n 1 twenty characters--- 12345 twenty-four characters--\n");
+  EXPECT_EQ(WrittenWithin(51, row),
+            "id name                 value other\n 1 twenty characters--- 12345 twenty-four charac...\n");
+  EXPECT_EQ(WrittenWithin(42, row), "id name             value other\n 1 twenty charac... 12345 twenty-four c...\n");
+}
+
+TEST(Table, TooWideByItsColumnsGoesOnInFurtherLinesAndCutsNothing)
+{
+  const std::vector<std::string> row = {"1", "twenty characters---", "12345", "twenty-four characters--"};
+  EXPECT_EQ(
+      WrittenWithin(41, row),
+      "id  name                  value\n    other\n 1  twenty characters---  12345\n    twenty-four characters--\n");
+  EXPECT_EQ(WrittenWithin(1, {"1", "a", "2", "b"}), "id\n    name\n    value\n    other\n 1\n    a\n        2\n    b\n")
+      << "a column is never broken";
+}
+
+TEST(Table, CutsBetweenCharactersAndNotBytes)
+{
+  std::string name;
+  for (int i = 0; i < 20; ++i) name += "\xc3\xa4";
+  std::string cut;
+  for (int i = 0; i < 14; ++i) cut += "\xc3\xa4";
+  EXPECT_EQ(WrittenWithin(32, {"1", name, "1", "b"}), "id name              value other\n 1 " + cut + "...     1 b\n");
+}
+
 TEST(Table, KeepsItsWidthsBeyondTheRowsItHolds)
 {
   Sheet       sheet;

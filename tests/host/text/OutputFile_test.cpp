@@ -206,9 +206,9 @@ TEST_F(OutputFileTest, WhatCannotBeWrittenIsNamed)
 {
   const std::string expected = ": expected a file that can be written";
   fs::create_symlink("/dev/full", path_);
-  EXPECT_EQ(FailureOf(path_, "text"), path_.string() + expected);
+  EXPECT_EQ(FailureOf(path_, "text"), path_.string() + expected + ": No space left on device");
   const fs::path lost = folder_ / "none" / "out.txt";
-  EXPECT_EQ(FailureOf(lost, "text"), lost.string() + expected);
+  EXPECT_EQ(FailureOf(lost, "text"), lost.string() + expected + ": No such file or directory");
   EXPECT_EQ(FailureOf(folder_.GetPath(), "text"),
             folder_.GetPath().string() + ": expected a file to write, found a folder");
 }

@@ -320,9 +320,9 @@ TEST_F(DeckReaderTest, PathUpAndBackIntoTheFolderIsInside)
 
 TEST_F(DeckReaderTest, DeckThatCannotBeReadIsNamed)
 {
-  EXPECT_EQ(Failure("none.inp"), "none.inp: expected a deck that can be read");
+  EXPECT_EQ(Failure("none.inp"), "none.inp: expected a deck that can be read: No such file or directory");
   std::filesystem::create_directory(folder_ / "folder");
-  EXPECT_EQ(Failure("folder"), "folder: expected a deck that can be read");
+  EXPECT_EQ(Failure("folder"), "folder: expected a deck that can be read: Is a directory");
 }
 
 TEST_F(DeckReaderTest, NamesMayHaveAnyCharacters)
