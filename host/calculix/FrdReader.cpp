@@ -195,6 +195,7 @@ private:
   std::vector<int>        elementNodes_;  // of elements_, one after the other; never grows past its first capacity
   RowBatch                batch_;
   FrdDataset              dataset_;
+  bool                    isBehindField_ = false;  // the line before this one was the last of a field
 };
 
 void Reader::NextLine(const char* expected)
@@ -220,10 +221,14 @@ void Reader::Read()
   NextLine(kFirstLine);
   if (!StartsWith("    1C")) file_.FailExpected(kFirstLine);
   for (;;) {
-    if (!file_.NextLine()) file_.FailAtEnd(kNextBlock + std::string(" of a run that came to its end"));
+    if (!file_.NextLine()) {
+      if (isBehindField_) sink_.OnCutBehindDataset();
+      file_.FailAtEnd(kNextBlock + std::string(" of a run that came to its end"));
+    }
     if (StartsWith("    1U")) continue;  // user text
     if (StartsWith("    1C"))
       file_.Fail("expected one heading '    1C', found a second one: results of fluids and networks are not read");
+    isBehindField_ = StartsWith("  100C");
     if (StartsWith("    1P")) {
       ReadParameter();
     } else if (StartsWith("    2C")) {

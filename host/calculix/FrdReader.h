@@ -55,6 +55,8 @@ public:
   virtual void OnRows(const FrdDataset& dataset, std::span<const int> ids, std::span<const double> values,
                       std::int64_t line)               = 0;
   virtual void OnDatasetEnd(const FrdDataset& dataset) = 0;
+  /// The file ends before its last line, right behind a dataset. The failure follows.
+  virtual void OnCutBehindDataset() {}
   /// @return whether a node is known that the file's mesh has not. The mesh is that of the first results: elements that
   ///         come into the model later (*MODEL CHANGE) may bring nodes of their own
   virtual bool IsKnown(int /*node*/) const { return false; }

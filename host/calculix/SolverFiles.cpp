@@ -110,6 +110,7 @@ private:
   }
 
   void OnDatasetEnd(const FrdDataset&) override { sink_.OnFieldEnd(field_); }
+  void OnCutBehindDataset() override { sink_.OnCutBehindField(); }
 
   std::size_t LinesOfRow() const noexcept
   {

@@ -164,6 +164,7 @@ bool ResultFile::BeginListedField(const ResultField& field)
 {
   const StepKey key = job_.steps.AddListed(field.step, true);
   BeginResult(key);
+  const bool isNew = names_.insert(field.identity).second;
   if (endCheck_) endCheck_->BeginField(key);
   if (secondNumber_ == PassMesh) return false;
   if (!job_.blocks.IsWithin(key)) {
@@ -173,7 +174,7 @@ bool ResultFile::BeginListedField(const ResultField& field)
 
   job_.logger.SetReadSubstep(key.analysis, key.loadCase, key.substep);
   SetResultScalars(key, field.step);
-  if (!names_.insert(field.identity).second)
+  if (!isNew)
     Skip("data sets that a result has had already: " + field.name);
   else
     OpenField(field);
@@ -239,6 +240,10 @@ void ResultFile::BeginResult(const StepKey& key)
 {
   if (current_ == key) return;
   if (current_) averages_.Save(*current_);
+  if (current_ && current_->loadCase == key.loadCase && current_->analysis == key.analysis)
+    former_ = std::move(names_);
+  else
+    former_.clear();
   names_.clear();
   prints_.clear();
   current_ = key;
@@ -427,6 +432,15 @@ bool ResultFile::IsInPrints(const ResultRow& rounded)
   else
     view_->GetVector(rounded.id, values);
   return values_->Compare(rounded.id, {values, numComponents}, rounded.values);
+}
+
+/// A step asks for the same in all its results: the last one is whole where it has what the one before it has. Of the
+/// first one of a step nothing tells that more was to come.
+void ResultFile::OnCutBehindField()
+{
+  if (!current_ || !std::includes(names_.begin(), names_.end(), former_.begin(), former_.end())) return;
+  behindLast_ = current_;
+  ++behindLast_->substep;
 }
 
 void ResultFile::OnFieldEnd(const ResultField& field)

@@ -52,6 +52,7 @@ public:
   /// @return the result from which on nothing is whole when Read() failed, nothing when none had begun
   const std::optional<StepKey>& FirstBroken() const noexcept
   {
+    if (behindLast_) return behindLast_;
     return endCheck_ && endCheck_->FirstMissing() ? endCheck_->FirstMissing() : current_;
   }
 
@@ -66,6 +67,7 @@ private:
   bool OnFieldBegin(const ResultField& field) override;
   void OnRows(const ResultField& field, std::span<const ResultRow> rows) override;
   void OnFieldEnd(const ResultField& field) override;
+  void OnCutBehindField() override;
   void OnSkipped(const std::string& reason, std::size_t rows) override;
   bool HasNode(int id) const override { return job_.mesh.FindNode(id) != nullptr; }
 
@@ -97,6 +99,8 @@ private:
   std::optional<StepKey>                            current_;
   std::map<std::string, std::vector<std::uint64_t>> prints_;  // of rows by identity and batch, of the current result
   std::set<std::string>                             names_;   // fields of the current result that name their step
+  std::set<std::string>                             former_;  // those of the result before it in the same step
+  std::optional<StepKey> behindLast_;                         // of a file that was cut behind a result that is whole
 
   // The field being read.
   bool                               isListed_ = false;  // it names its step

@@ -160,6 +160,8 @@ public:
   virtual bool OnFieldBegin(const ResultField& field)                            = 0;
   virtual void OnRows(const ResultField& field, std::span<const ResultRow> rows) = 0;
   virtual void OnFieldEnd(const ResultField& field)                              = 0;
+  /// A file with an end mark ends before it, right behind a field. The reader's failure follows.
+  virtual void OnCutBehindField() {}
   /// @return whether a node is known though no mesh that was handed out has it: a deck has it, for instance. Rows of
   ///         other nodes may be refused by the reader
   virtual bool HasNode(int /*id*/) const { return false; }

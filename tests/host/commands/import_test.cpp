@@ -133,6 +133,26 @@ TEST_F(ImportCommand, BadInputWritesNothing)
   EXPECT_FALSE(fs::exists(out_));
 }
 
+// Cut right behind the only result that it has: the message names the cut and the way to the result.
+TEST_F(ImportCommand, AResultThatTheFileWasCutBehindIsKeptWhereAskedFor)
+{
+  const std::string cut  = CutShort("a_tet/a_tet.frd", 1);
+  std::string       text = ReadAll(cut);
+  std::size_t       at   = text.find("    1PSTEP                         7");
+  ASSERT_NE(at, std::string::npos);
+  std::ofstream(cut, std::ios::binary) << text.substr(0, at);
+  RunResult run = RunQuilon({"import", cut, "-o", out_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_TRUE(
+      run.err.ends_with("found the end of the file; --keep-whole-steps writes the results before it that are "
+                        "whole\n"))
+      << run.err;
+  EXPECT_FALSE(fs::exists(out_));
+  run = RunQuilon({"import", cut, "-o", out_, "--keep-whole-steps"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(nlohmann::json::parse(RunQuilon({"ls", out_, "stress", "--json"}).out).size(), 1U);
+}
+
 TEST_F(ImportCommand, WholeStepsAreKeptWhereAskedForAndTheImportStillFails)
 {
   const RunResult run = RunQuilon({"import", CutShort("a_tet/a_tet.frd", 0.95), "-o", out_, "--keep-whole-steps"});

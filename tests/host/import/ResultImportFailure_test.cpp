@@ -31,14 +31,16 @@ protected:
   }
 
   /// @return the message, empty when nothing was thrown
-  std::string Import(ImportOptions options = {})
+  std::string Import(const ImportOptions& options = {}) { return Import(options, database_); }
+
+  std::string Import(const ImportOptions& options, FED_ResultDatabase& database)
   {
     WriteText(folder_ / "job.frd", frd_);
     if (!dat_.empty()) WriteText(folder_ / "job.dat", dat_);
     std::vector<std::filesystem::path> files = {folder_ / "job.frd"};
     if (!dat_.empty()) files.push_back(folder_ / "job.dat");
     try {
-      ImportResults(files, database_, options);
+      ImportResults(files, database, options);
     } catch (const FED_Failure& failure) {
       return failure.what();
     }
@@ -270,6 +272,38 @@ TEST_F(SpoiltImport, KeepWholeStepsKeepsTheResultsBeforeABrokenFrdWithoutADat)
   const std::set<StepKey> whole = {{1, AnalysisTime, 1}, {2, AnalysisTime, 2}};
   for (const int onf : {510, 521, 531, 511}) EXPECT_EQ(StepsOf(database_, onf), whole) << onf;
   EXPECT_FALSE(database_.GetConstDataBlock(ScalarKey(2, AnalysisTime, 501)).HasRecord(4));
+}
+
+// Right behind a result of a step's own, with what its step asks for: it is whole, and its end mark alone is missing.
+TEST_F(SpoiltImport, KeepWholeStepsKeepsTheResultThatAFrdWasCutBehind)
+{
+  const std::string       frd = frd_;
+  const std::string       dat = dat_;
+  const std::set<StepKey> two = {{1, AnalysisTime, 1}, {2, AnalysisTime, 2}};
+  const std::set<StepKey> all = {{1, AnalysisTime, 1}, {2, AnalysisTime, 2}, {2, AnalysisTime, 4}};
+  struct Cut
+  {
+    std::size_t              lines;
+    const std::set<StepKey>& whole;
+  };
+  const std::size_t last = static_cast<std::size_t>(std::count(frd.begin(), frd.end(), '\n')) - 1;
+  for (const auto& [lines, whole] : {Cut{791, kFirst}, Cut{1147, two}, Cut{1435, two},  // the last before ERROR
+                                     Cut{1436, two},                                    // behind a head
+                                     Cut{last, all}})
+  {
+    for (const std::string& prints : {std::string(), dat}) {
+      FED_ResultDatabase database;
+      frd_ = frd;
+      dat_ = prints;
+      CutAfterLine(frd_, lines);
+      ImportOptions options;
+      options.keepWholeSteps = true;
+      EXPECT_THAT(Import(options, database),
+                  testing::HasSubstr("of a run that came to its end, found the end of the file"));
+      for (const int onf : {510, 521, 511}) EXPECT_EQ(StepsOf(database, onf), whole) << lines << ' ' << onf;
+      if (!prints.empty()) EXPECT_EQ(StepsOf(database, 582), whole) << lines;
+    }
+  }
 }
 
 TEST_F(SpoiltImport, KeepWholeStepsKeepsTheResultsBeforeABrokenDat)
