@@ -53,7 +53,7 @@ void RequireDatabaseName(const fs::path& path)
   const std::string     last      = (name.has_filename() ? name : name.parent_path()).filename().string();
   const std::string     extension = LowerExtension(name);
   constexpr const char* kExpected = "expected the name of a working database (.fed) or of an ONF folder (.onf)";
-  if (last == "." || last == "..") Fail(path.string() + ": " + kExpected);
+  if (last == "." || last == ".." || path == "-") Fail(path.string() + ": " + kExpected);
   const bool isOurs = extension.empty() || extension == ".fed" || extension == ".onf";
   if (!isOurs && name.has_filename() && StatusOf(name).kind == FED_FileStatus::Nothing)
     Fail(path.string() + ": " + kExpected + ", found the extension " + extension);

@@ -37,10 +37,15 @@ bool HasOnly(const fs::path& folder, const IsMeant& isMeant)
   return std::all_of(names.begin(), names.end(), isMeant);
 }
 
+/// An empty file in a new working database until its first commit. Segments beside it have never been part of a
+/// database: whoever put it there was killed, or is still at work, which the lock tells.
+constexpr char kUnpublished[] = "unpublished";
+
 /// Of files that a first publication leaves when it is killed, those that hold nothing anybody could want back.
 bool IsLeftover(const std::string& name, bool isOnf)
 {
-  return isOnf ? name == "index.new" || name.ends_with(".onf.new") : name == "lock" || name == "manifest.new";
+  return isOnf ? name == "index.new" || name.ends_with(".onf.new")
+               : name == "lock" || name == "manifest.new" || name == kUnpublished;
 }
 
 }  // namespace
@@ -61,12 +66,31 @@ Publication::Publication(const fs::path& folder, Form form, LockPatience patienc
   } else {
     const auto access = IsWorkingDatabase(folder_) ? FED_ResultDatabase::ReadWrite : FED_ResultDatabase::Create;
     database_         = std::make_unique<FED_ResultDatabase>(folder_, access, files_.GetOptions());
+    MarkUnpublished();
     CopyUserKindNames(*database_, *names_);
     fresh_ = std::make_unique<FreshDatabase>(*database_);
   }
 }
 
-Publication::~Publication() = default;
+// The mark goes before the database, which takes a folder that it made and that has nothing else with it.
+Publication::~Publication()
+{
+  if (isMarked_) static_cast<void>(files_.Remove(folder_ / kUnpublished));
+}
+
+void Publication::MarkUnpublished()
+{
+  const fs::path mark = folder_ / kUnpublished;
+  if (IsWorkingDatabase(folder_)) {
+    // Who was killed right behind the first commit left it.
+    if (StatusOf(mark).kind == FED_FileStatus::File) RequireSuccess(files_.Remove(mark), mark, "remove");
+    return;
+  }
+  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
+  RequireSuccess(files_.Open(mark, FED_FileLayer::Create, handle), mark, "create");
+  isMarked_ = true;
+  RequireSuccess(files_.Close(handle), mark, "close");
+}
 
 FED_Database& Publication::Target() noexcept
 {
@@ -120,6 +144,7 @@ void Publication::CheckFolder(Form form) const
   if (isOnf_) WidePath(folder_);  // a name that no text database could be opened by is told of
   const fs::path parent = fs::absolute(folder_).lexically_normal().parent_path();
   if (IsWorkingDatabaseName(parent)) Fail(name + ": inside a working database, expected a place outside");
+  RequireDatabaseName(folder_);
   const FED_FileStatus::Kind kind = StatusOf(folder_).kind;
   if (kind == FED_FileStatus::Nothing) {
     if (StatusOf(parent).kind != FED_FileStatus::Folder)
@@ -131,17 +156,18 @@ void Publication::CheckFolder(Form form) const
   if (isDatabase()) return;
   const auto isLeftover = [&](const std::string& file) { return IsLeftover(file, isOnf_); };
   if (HasOnly(folder_, isLeftover)) return;
-  // A first import that was killed looks like a database that lost its manifest. Who writes here would remove both.
+  // A database that lost its manifest: who writes here would remove what can be saved of it.
   const auto isSegment = [](const std::string& file) {
     return file.starts_with("segment-") && (file.ends_with(".h5") || file.ends_with(".index"));
   };
   const bool hasSegments =
       !isOnf_ && HasOnly(folder_, [&](const std::string& file) { return isLeftover(file) || isSegment(file); });
   if (isDatabase()) return;  // another program has made it meanwhile
+  // The lock tells whether it is still at work; if not, the database removes what it left.
+  if (hasSegments && StatusOf(folder_ / kUnpublished).kind == FED_FileStatus::File) return;
   if (hasSegments)
-    Fail(name +
-         ": segments without a manifest, of a first import that is at work or was killed, or of a damaged database, " +
-         expected + "; 'quilon salvage' saves what is whole of them");
+    Fail(name + ": segments without a manifest, of a damaged database, " + expected +
+         "; 'quilon salvage' saves what is whole of them");
   Fail(name + ": a folder with other files, " + expected);
 }
 
@@ -182,6 +208,8 @@ std::size_t Publication::CommitTarget(const std::vector<FED_DataDescriptor>& gon
       fresh_->DeleteDataBlock(descriptor);
   }
   database_->Commit();
+  // What is committed is, whether or not the mark goes: the next writer removes it.
+  if (std::exchange(isMarked_, false)) static_cast<void>(files_.Remove(folder_ / kUnpublished));
   return count;
 }
 

@@ -64,6 +64,7 @@ public:
 
 private:
   void        CheckFolder(Form form) const;
+  void        MarkUnpublished();
   void        CheckUserKindName(const FED_Database& database, FED_OnfId onf) const;
   std::size_t PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                          const std::vector<FED_DataDescriptor>& gone,
@@ -77,6 +78,7 @@ private:
   std::unique_ptr<OnfTextExport::Writer> onf_;       // of an ONF folder
   std::unique_ptr<FED_ResultDatabase>    database_;  // the target, or what it is a view of
   std::unique_ptr<FreshDatabase>         fresh_;     // of a working database on disk
+  bool                                   isMarked_ = false;
 };
 
 }  // namespace quilon

@@ -23,6 +23,7 @@ constexpr const char* kMayBeInForce = "; the commit may be in force all the same
 constexpr const char* kLockName        = "lock";
 constexpr const char* kManifestName    = "manifest";
 constexpr const char* kNewManifestName = "manifest.new";
+constexpr const char* kUnpublishedName = "unpublished";  // a mark of programs that make a database, until they commit
 
 // "NAME.fed/" is "NAME.fed", and has a folder above it.
 std::filesystem::path Normalize(const std::filesystem::path& folder)
@@ -516,7 +517,7 @@ void SegmentStore::CreateEmpty()
   for (const std::string& name : names) {
     if (name == kManifestName) ThrowFileFailure(folder_, "cannot create a database: there is one already");
     // What a writer left that never published is no obstacle.
-    if (name != kLockName && name != kNewManifestName && !IsFileOfSegment(name))
+    if (name != kLockName && name != kNewManifestName && name != kUnpublishedName && !IsFileOfSegment(name))
       ThrowFileFailure(folder_, "cannot create a database: the folder is not empty, it has \"" + name + "\"");
   }
   LockFolder();

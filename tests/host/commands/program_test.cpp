@@ -93,7 +93,9 @@ TEST_F(Program, PathsMayHaveBlanksAndLettersBeyondAscii)
   EXPECT_EQ(ReadTree(odd), ReadTree(onf_));
   const RunResult shown = RunQuilon({"show", odd, "eigenvalue"}, {.environment = {"LC_ALL=C"}});
   EXPECT_EQ(shown.out, "index\teigenvalue\n1\t4\n2\t9\n");
-  EXPECT_EQ(RunQuilon({"from-onf", odd, "-o", odd + "2"}, {.environment = {"LC_ALL=C"}}).err, "");
+  EXPECT_EQ(
+      RunQuilon({"from-onf", odd, "-o", (folder_ / "b\xC3\xBCro 2.onf").string()}, {.environment = {"LC_ALL=C"}}).err,
+      "");
 }
 
 TEST_F(Program, PathThatIsNoUtf8IsAnError)

@@ -194,12 +194,29 @@ TEST_F(WorkingDatabase, SegmentsWithoutAManifestAreLeftAlone)
   FromOnf();
   fs::remove(fs::path(fed_) / "manifest");
   const std::string before = ReadTree(fed_);
-  EXPECT_EQ(FromOnf().err,
-            "quilon: error: " + fed_ +
-                ": segments without a manifest, of a first import that is at work or was killed, or of a damaged "
-                "database, expected a "
-                "working database or the name of a new one; 'quilon salvage' saves what is whole of them\n");
+  EXPECT_EQ(FromOnf().err, "quilon: error: " + fed_ +
+                               ": segments without a manifest, of a damaged database, expected a working database or "
+                               "the name of a new one; 'quilon salvage' saves what is whole of them\n");
   EXPECT_EQ(ReadTree(fed_), before);
+}
+
+// A writer that was killed before its first commit, with segments already: its mark tells them from a database's.
+TEST_F(WorkingDatabase, SegmentsOfAKilledFirstWriterAreNoObstacle)
+{
+  FromOnf();
+  const fs::path mark = fs::path(fed_) / "unpublished";
+  EXPECT_FALSE(fs::exists(mark)) << "it goes with the first commit";
+  fs::rename(fs::path(fed_) / "segment-000001.h5", fs::path(fed_) / "segment-000007.h5");
+  fs::remove(fs::path(fed_) / "manifest");
+  std::ofstream(mark) << "";
+  EXPECT_EQ(FromOnf().err, "");
+  EXPECT_EQ(List(fed_), List(onf_));
+  EXPECT_FALSE(fs::exists(mark));
+  EXPECT_FALSE(fs::exists(fs::path(fed_) / "segment-000007.h5"));
+  // Killed right behind the first commit.
+  std::ofstream(mark) << "";
+  EXPECT_EQ(FromOnf().err, "");
+  EXPECT_FALSE(fs::exists(mark));
 }
 
 TEST_F(WorkingDatabase, NothingElseIsWrittenIntoIt)
