@@ -33,6 +33,7 @@ void Run(const Options& options, CommandContext& context)
 {
   // A script's empty variable; without the folder the copies would lie among the sources.
   if (options.hasOutFolder && options.outFolder.empty()) Fail("--out-dir is empty, expected a folder");
+  if (options.output == "-") Fail("-o is '-', expected a file: a deck is written with its includes beside it");
   calculix::DeckConversion conversion;
   conversion.suffix       = options.suffix;
   conversion.output       = options.output;

@@ -53,7 +53,8 @@ std::string RuleText(const std::string& target, const std::vector<std::string>& 
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (!options.output.empty()) CheckOutputFile(options.output);
+  const bool isPrinted = options.output.empty() || options.output == kStandardOutput;
+  if (!isPrinted) CheckOutputFile(options.output);
   std::vector<std::string> paths;
   std::set<std::string>    known;
   const auto files = ReadDeckFiles(options.arguments.deck, ToDeckOptions(options.arguments, context.console));
@@ -65,7 +66,7 @@ void Run(const Options& options, CommandContext& context)
                                  : options.target;
   const std::string text =
       options.json ? JsonText(Json{{"target", target}, {"files", paths}}, 2) + '\n' : RuleText(target, paths);
-  if (options.output.empty()) return context.output.Write(text);
+  if (isPrinted) return context.output.Write(text);
   CheckNoSource(options.output, files);
   WriteFile(options.output, text);
 }

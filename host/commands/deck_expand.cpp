@@ -41,12 +41,14 @@ bool IsOneFile(const std::filesystem::path& a, const std::filesystem::path& b)
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (!options.output.empty() && !options.map.empty() && IsOneFile(options.output, options.map))
+  const auto isPrinted = [](const std::string& file) { return file.empty() || file == kStandardOutput; };
+  if (isPrinted(options.output) ? options.map == kStandardOutput
+                                : !options.map.empty() && IsOneFile(options.output, options.map))
     Fail(options.map + ": expected another file for the map than for the deck");
   std::optional<OutputFile> out;
   std::optional<OutputFile> map;
-  if (!options.output.empty()) out.emplace(options.output);
-  if (!options.map.empty()) map.emplace(options.map);
+  if (!isPrinted(options.output)) out.emplace(options.output);
+  if (!isPrinted(options.map)) map.emplace(options.map);
   const calculix::DeckExpansion expansion =
       ExpandDeck(options.arguments.deck, ToDeckOptions(options.arguments, context.console),
                  [&](std::string_view line) { out ? out->Write(line) : context.output.Write(line); });
@@ -59,6 +61,7 @@ void Run(const Options& options, CommandContext& context)
     out->Publish();
   }
   if (map) map->Publish();
+  if (options.map == kStandardOutput) context.output.Write(MapText(expansion));
 }
 
 }  // namespace

@@ -226,7 +226,9 @@ void RunComparison(const Options& options, CommandContext& context)
   compare.allNorms          = options.norms || (options.form.json && !options.brief);
   compare.listener          = &context.console;
 
-  if (!options.junit.empty()) CheckFile(options.junit, options, "report");
+  const bool isPrinted = options.junit == kStandardOutput;
+  if (isPrinted && options.form.json) Fail("--junit - and --json exclude each other, expected a file for one of them");
+  if (!options.junit.empty() && !isPrinted) CheckFile(options.junit, options, "report");
   std::optional<Publication> publication;
   if (!options.output.empty()) {
     for (const std::string& path : options.databases) RequireAnother(options.output, path);
@@ -242,8 +244,10 @@ void RunComparison(const Options& options, CommandContext& context)
   const Report    report = Compare(databases.Get()[0], databases.Get()[1], compare);
   if (!options.html.empty()) WritePage(options, databases, report, *compare.difference, context.console);
   if (publication) context.console.Note(options.output + ": " + Counted(publication->Publish(), "block") + " written");
-  if (!options.junit.empty()) WriteFile(options.junit, ToJUnit(report));
-  if (options.form.json)
+  if (!options.junit.empty() && !isPrinted) WriteFile(options.junit, ToJUnit(report));
+  if (isPrinted)
+    context.output.Write(ToJUnit(report));
+  else if (options.form.json)
     PrintReportAsJson(context.output, report, options.brief);
   else if (options.brief)
     context.output.Write(report.Summarize() + '\n');
@@ -260,8 +264,10 @@ void RunLearning(const Options& options, CommandContext& context)
   learn.modeSign = options.modeSign;
   learn.listener = &context.console;
 
-  CheckFile(options.output, options, "rules");
+  const bool isPrinted = options.output == kStandardOutput;
+  if (!isPrinted) CheckFile(options.output, options, "rules");
   const Databases databases(options, context.console);
+  if (isPrinted) return context.output.Write(LearnRules(databases.Get(), learn));
   WriteFile(options.output, LearnRules(databases.Get(), learn));
   context.output.Write(options.output + ": rules learnt from " + Counted(databases.Get().size(), "run") + '\n');
 }

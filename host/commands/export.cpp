@@ -14,6 +14,7 @@
 #include "terminal/Console.h"
 #include "terminal/Output.h"
 #include "terminal/Sheet.h"
+#include "text/Failure.h"
 #include "text/Format.h"
 #include "text/JsonText.h"
 
@@ -63,7 +64,10 @@ void PrintAsJson(Output& output, const ExportReport& report)
 
 void Run(const Options& options, CommandContext& context)
 {
-  CheckExportOutput(options.output);
+  const bool isPrinted = options.output == kStandardOutput;
+  if (isPrinted && options.json) Fail("-o - prints the table, expected a file with --json");
+  if (isPrinted && options.link) Fail("--link is of a .vtkhdf, expected a file in place of -o -");
+  if (!isPrinted) CheckExportOutput(options.output);
   if (options.link) CheckLink(options.database, options.output);
   OpenedDatabase  database(options.database, context.console);
   const KindTable kinds(database.Get());
@@ -80,12 +84,15 @@ void Run(const Options& options, CommandContext& context)
     request.components.ofKind[onf] = selection.ComponentsOf(onf);
   }
 
+  OutputStream table(context.output);
+  if (isPrinted) request.table = &table.Get();
   const ExportReport report = Export(database.Get(), request, context.console);
   // Without a selection all is exported that can be.
   if (!options.selection.text.empty()) {
     for (const std::string& kind : report.leftOut)
       context.console.Note("left out " + kind + ": expected a scalar, vector or tensor of each node or element");
   }
+  if (isPrinted) return;
   if (options.json)
     PrintAsJson(context.output, report);
   else
@@ -102,7 +109,8 @@ CommandFunction DefineExport(CLI::App& app)
                  "Which blocks and components: KIND.COMPONENT,...@KEY=VALUES,... (default: all that have values of "
                  "nodes or elements)");
   app.add_option("-o,--output", options->output,
-                 "File to write: .vtkhdf (all steps in one), .pvd (and a .vtu a step), .vtu (one step) or .csv")
+                 "File to write: .vtkhdf (all steps in one), .pvd (and a .vtu a step), .vtu (one step) or .csv; - "
+                 "prints a .csv")
       ->required()
       ->type_name("FILE");
   AddStepsOption(app, options->selection);

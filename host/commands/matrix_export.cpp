@@ -67,7 +67,9 @@ matrix::Symmetry SymmetryToWrite(const Options& options, const matrix::RowView& 
 void Run(const Options& options, CommandContext& context)
 {
   const bool isMatrixMarket = IsMatrixMarket(options);
-  CheckOutputFile(options.output);
+  const bool isPrinted      = options.output == kStandardOutput;
+  if (isPrinted && options.json) Fail("-o - prints the matrix, expected a file with --json");
+  if (!isPrinted) CheckOutputFile(options.output);
   OpenedDatabase                    database(options.database, context.console, OpenedDatabase::DeriveNothing);
   const std::vector<SelectedMatrix> selected = options.selection.Select(database, options.database);
   RequireOne(selected, options);
@@ -75,12 +77,14 @@ void Run(const Options& options, CommandContext& context)
   const std::string     name   = selected[0].Name(options.database);
   const FED_YaleMatrix  matrix = LoadMatrix(database.Get(), selected[0], name);
   const matrix::RowView rows(matrix, name);
-  matrix::ReplaceFile(options.output, [&](std::ostream& out) {
+  const auto            write = [&](std::ostream& out) {
     if (isMatrixMarket)
       matrix::WriteMatrixMarket(out, matrix, SymmetryToWrite(options, rows), name);
     else
       matrix::WriteYaleText(out, matrix);
-  });
+  };
+  if (isPrinted) return write(OutputStream(context.output).Get());
+  matrix::ReplaceFile(options.output, write);
 
   if (options.json) {
     const Json report{{"output", options.output},
@@ -103,7 +107,8 @@ CommandFunction DefineMatrixExport(CLI::App& app)
   const auto options = std::make_shared<Options>();
   app.add_option("DB", options->database, "Working database (.fed) or ONF folder")->required();
   AddMatrixSelection(app, options->selection);
-  app.add_option("-o,--output", options->output, "File to write; .mtx is Matrix Market, anything else Yale text")
+  app.add_option("-o,--output", options->output,
+                 "File to write; .mtx is Matrix Market, anything else Yale text; - prints it")
       ->required()
       ->type_name("FILE");
   app.add_option("--to", options->format, "Format whatever the name")->type_name("mtx|yale");

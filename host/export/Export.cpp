@@ -125,7 +125,7 @@ void CheckLink(const std::filesystem::path& database, const std::filesystem::pat
 
 ExportReport Export(const FED_Database& database, const ExportRequest& request, Listener& listener)
 {
-  const Format format    = FormatOf(request.output);
+  const Format format    = request.table != nullptr ? Format::Csv : FormatOf(request.output);
   const bool   isTable   = format == Format::Csv;
   const int    iteration = IterationOf(request.blocks, request.name);
   const auto   blocks    = isTable ? request.blocks : WithoutCoordinates(request.blocks);
@@ -148,6 +148,10 @@ ExportReport Export(const FED_Database& database, const ExportRequest& request, 
   report.files.push_back(request.output);
   NoteTimes(listener, plan);
 
+  if (request.table != nullptr) {
+    WriteCsv(database, plan, *request.table, listener);
+    return report;
+  }
   if (isTable) {
     OutputFile file(request.output);
     WriteCsv(database, plan, file.Stream(), listener);

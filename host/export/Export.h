@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,8 @@ struct ExportRequest
   /// A working database on disk, opened as the database: the file points at its values in place of having them, which
   /// a .vtkhdf alone can. Empty: they are written.
   std::filesystem::path linkedFolder = {};
+  /// Borrowed: a table goes here, and `output` is its name alone. Null: everything goes into files.
+  std::ostream* table = nullptr;
 };
 
 struct ExportReport

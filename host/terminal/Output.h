@@ -3,9 +3,12 @@
 /// @file
 /// Standard output, with its failures.
 
+#include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <functional>
+#include <ostream>
+#include <streambuf>
 #include <string_view>
 #include <utility>
 
@@ -43,6 +46,45 @@ private:
   std::FILE*            file_;
   bool                  colours_ = false;
   std::function<void()> prepare_;
+};
+
+/// What a user writes in place of a file: standard output.
+inline constexpr char kStandardOutput[] = "-";
+
+/// Standard output for what writes to streams. Its failures come through as Output::Write() throws them.
+class OutputStream
+{
+public:
+  /// @param output borrowed
+  explicit OutputStream(Output& output) : buffer_(output), stream_(&buffer_) { stream_.exceptions(std::ios::badbit); }
+
+  std::ostream& Get() noexcept { return stream_; }
+
+private:
+  class Buffer : public std::streambuf
+  {
+  public:
+    explicit Buffer(Output& output) : output_(output) {}
+
+  protected:
+    int_type overflow(int_type c) override
+    {
+      const char text = traits_type::to_char_type(c);
+      if (!traits_type::eq_int_type(c, traits_type::eof())) output_.Write({&text, 1});
+      return traits_type::not_eof(c);
+    }
+    std::streamsize xsputn(const char* text, std::streamsize count) override
+    {
+      output_.Write({text, static_cast<std::size_t>(count)});
+      return count;
+    }
+
+  private:
+    Output& output_;
+  };
+
+  Buffer       buffer_;
+  std::ostream stream_;
 };
 
 }  // namespace quilon

@@ -171,7 +171,8 @@ TEST_F(DeckCommands, DeckThatCannotBeReadIsTrouble)
 {
   for (const char* command : {"check", "tree", "deps", "expand"}) {
     const RunResult run = RunQuilon({"deck", command, (folder_ / "none.inp").string()});
-    EXPECT_EQ(Local(run.err), "quilon: error: none.inp: expected a deck that can be read\n") << command;
+    EXPECT_EQ(Local(run.err), "quilon: error: none.inp: expected a deck that can be read: No such file or directory\n")
+        << command;
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.exitCode, 2);
   }
@@ -312,6 +313,22 @@ TEST_F(DeckCommands, MapTellsWhereLinesCameFrom)
             "9\t9\t6\tjob.inp\n");
 }
 
+TEST_F(DeckCommands, StandardOutputStandsForOneFile)
+{
+  const std::string deck = WriteTree();
+  const std::string out  = (folder_ / "whole.inp").string();
+  const std::string map  = (folder_ / "whole.map").string();
+  ASSERT_EQ(RunQuilon({"deck", "expand", deck, "-o", out, "--map", map}).exitCode, 0);
+  EXPECT_EQ(RunQuilon({"deck", "expand", deck, "-o", "-"}).out, ReadAll(out));
+  EXPECT_EQ(RunQuilon({"deck", "expand", deck, "-o", out, "--map", "-"}).out, ReadAll(map));
+  EXPECT_EQ(RunQuilon({"deck", "expand", deck, "--map", "-"}).err,
+            "quilon: error: -: expected another file for the map than for the deck\n");
+  EXPECT_EQ(RunQuilon({"deck", "deps", deck, "-o", "-"}).out, RunQuilon({"deck", "deps", deck}).out);
+  EXPECT_EQ(RunQuilon({"deck", "convert", deck, "--suffix", "m", "-o", "-"}).err,
+            "quilon: error: -o is '-', expected a file: a deck is written with its includes beside it\n");
+  EXPECT_FALSE(std::filesystem::exists("-"));
+}
+
 TEST_F(DeckCommands, ExpandWritesNothingWhenItFails)
 {
   const std::string deck   = Write("a.inp", "*NODE\n*INCLUDE, INPUT=none\n");
@@ -357,7 +374,7 @@ TEST_F(DeckCommands, ExpandWritesThroughLinksAndIntoPipes)
 
   std::filesystem::create_symlink("/dev/full", folder_ / "full.inp");
   const RunResult run = RunQuilon({"deck", "expand", deck, "-o", (folder_ / "full.inp").string()});
-  EXPECT_EQ(Local(run.err), "quilon: error: full.inp: expected a file that can be written\n");
+  EXPECT_EQ(Local(run.err), "quilon: error: full.inp: expected a file that can be written: No space left on device\n");
   EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "full.inp")) << "a device is not replaced by a file";
 }
 
@@ -365,7 +382,8 @@ TEST_F(DeckCommands, ExpandNamesAFileThatCannotBeWritten)
 {
   const std::string deck = Write("a.inp", "*NODE\n");
   RunResult         run  = RunQuilon({"deck", "expand", deck, "-o", (folder_ / "no" / "b.inp").string()});
-  EXPECT_EQ(Local(run.err), "quilon: error: no/b.inp: expected a file that can be written\n");
+  EXPECT_EQ(Local(run.err),
+            "quilon: error: no/b.inp: expected a file that can be written: No such file or directory\n");
   std::filesystem::create_directory(folder_ / "folder");
   run = RunQuilon({"deck", "expand", deck, "-o", (folder_ / "folder").string()});
   EXPECT_EQ(Local(run.err), "quilon: error: folder: expected a file to write, found a folder\n");

@@ -427,6 +427,8 @@ TEST_F(DiffCommand, JUnitHasACaseForEachBlock)
             "  <system-out>different: 1 of 2 blocks, 1 of 3 records; worst: temperature it=0,lc=2 id 2 value, "
             "peak 0.5 &gt; 2e-05</system-out>\n"
             "</testsuite>\n");
+  EXPECT_EQ(Diff({"--junit", "-"}).out, ReadAll(file)) << "in place of the report";
+  EXPECT_EQ(Diff({"--junit", "-", "--json"}).exitCode, 2);
 }
 
 TEST_F(DiffCommand, SelectedBlocksAloneAreCompared)
@@ -613,7 +615,7 @@ TEST_F(DiffCommand, AReportThatCannotBeWrittenIsTroubleAndLeavesNothing)
   const RunResult   run  = Diff({"--junit", file});
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "quilon: error: " + file + ": expected a file that can be written\n");
+  EXPECT_EQ(run.err, "quilon: error: " + file + ": expected a file that can be written: No such file or directory\n");
 }
 
 // An index, a result file, rules or a manifest that a report replaces would be lost.
@@ -667,6 +669,7 @@ TEST_F(DiffCommand, LearntRulesAcceptTheirRunsAndNothingMuchWorse)
   // 2^-6 of a peak of 100, times 10, is 0.0015625: three digits, rounded up.
   EXPECT_EQ(ReadAll(rules), "# Differences among accepted runs, times 10:\n#   " + a_ + "\n#   " + b_ + "\n#   " + c +
                                 "\ntemperature: peak=0.00157\n");
+  EXPECT_EQ(RunQuilon({"diff", "--learn", a_, b_, c, "-o", "-"}).out, ReadAll(rules));
   EXPECT_EQ(RunQuilon({"diff", a_, b_, "--rules", rules}).exitCode, 0);
   EXPECT_EQ(RunQuilon({"diff", b_, c, "--rules", rules}).exitCode, 0);
   EXPECT_EQ(RunQuilon({"diff", a_, d, "--rules", rules}).exitCode, 1);

@@ -52,6 +52,18 @@ protected:
   std::string fed_ = (folder_ / "job.fed").string();
 };
 
+TEST_F(ExportCommand, ATableGoesToStandardOutput)
+{
+  ASSERT_EQ(RunQuilon({"export", fed_, "stress.mises@lc=1", "-o", Out("t.csv")}).exitCode, 0);
+  const RunResult run = RunQuilon({"export", fed_, "stress.mises@lc=1", "-o", "-"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(run.out, ReadAll(Out("t.csv")));
+  EXPECT_FALSE(std::filesystem::exists("-"));
+  ExpectRefusal({"export", fed_, "stress", "-o", "-", "--json"}, "-o - prints the table, expected a file with --json");
+  ExpectRefusal({"export", fed_, "-o", "-", "--link"}, "--link is of a .vtkhdf");
+  ExpectRefusal({"to-onf", fed_, "-"}, "-: expected the name of a working database (.fed) or of an ONF folder (.onf)");
+}
+
 TEST_F(ExportCommand, TellsWhatItWrote)
 {
   EXPECT_EQ(RunQuilon({"export", fed_, "displacement,stress", "-o", Out("job.vtkhdf")}).out,

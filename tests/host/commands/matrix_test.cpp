@@ -90,6 +90,8 @@ TEST_F(MatrixCommand, ImportingAtAnIndexAgainReplacesItsMatrixOnly)
   EXPECT_EQ(ReadAll(out), "%%MatrixMarket matrix coordinate real symmetric\n1 1 1\n1 1 8\n");
   EXPECT_EQ(RunQuilon({"matrix", "export", onf_, "mine", "--index", "2", "-o", out}).exitCode, 0);
   EXPECT_EQ(ReadAll(out), ReadAll(small_));
+  EXPECT_EQ(RunQuilon({"matrix", "export", onf_, "mine", "--index", "2", "--to", "mtx", "-o", "-"}).out, ReadAll(out));
+  EXPECT_EQ(RunQuilon({"matrix", "export", onf_, "mine", "--index", "2", "-o", "-", "--json"}).exitCode, 2);
 }
 
 TEST_F(MatrixCommand, ExportWritesWhatImportReadsBitForBit)
