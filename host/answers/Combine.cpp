@@ -7,6 +7,7 @@
 #include <iterator>
 #include <list>
 #include <memory>
+#include <optional>
 #include <span>
 #include <unordered_map>
 #include <utility>
@@ -18,6 +19,7 @@
 #include "answers/ChosenComponents.h"
 #include "answers/ComponentAxes.h"
 #include "answers/IterationAxes.h"
+#include "answers/Region.h"
 #include "calculix/deck/DeckModel.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
@@ -77,15 +79,40 @@ struct CaseValues
   }
 };
 
-CaseValues ReadCase(const FED_Database& database, const Descriptor& descriptor)
+/// @param listField the field of the lists, 0 where records are no lists
+void AddFiltered(const FED_BlockSpan& span, const RegionFilter& filter, std::size_t listField, CaseValues& read)
+{
+  const int* ids = span.GetIds().GetData();
+  for (std::size_t r = 0; r < span.GetCount(); ++r) {
+    if (!filter.Holds(ids[r])) continue;
+    read.ids.push_back(ids[r]);
+    if (listField != 0) {
+      const auto list = span.GetDoubleList(listField, r);
+      read.values.insert(read.values.end(), list.GetData(), list.GetData() + list.GetSize());
+      read.ends.push_back(read.values.size());
+      continue;
+    }
+    const auto        values = span.GetDoubles(1);
+    const std::size_t count  = values.GetSize() / span.GetCount();
+    read.values.insert(read.values.end(), values.GetData() + r * count, values.GetData() + (r + 1) * count);
+  }
+}
+
+/// @param region null: all
+CaseValues ReadCase(const FED_Database& database, const Descriptor& descriptor, Region* region)
 {
   // Integration points have their number before their list.
   const bool        isList = IsList(OnfOf(descriptor));
   const std::size_t field  = OnfKind::ListPeriodOf(OnfOf(descriptor)) == 6 ? 2 : 1;
   CaseValues        read;
-  FED_ForEachSpan(database.GetConstDataBlock(descriptor), database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+
+  const FED_DataBlock&        block = database.GetConstDataBlock(descriptor);
+  std::optional<RegionFilter> filter;
+  if (region != nullptr && !region->IsEverything()) filter = region->FilterOf(block);
+  FED_ForEachSpan(block, database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
     ThrowIfInterrupted();
     const auto ids = span.GetIds();
+    if (filter) return AddFiltered(span, *filter, isList ? field : 0, read);
     read.ids.insert(read.ids.end(), ids.GetData(), ids.GetData() + ids.GetSize());
     if (!isList) {
       const auto values = span.GetDoubles(1);
@@ -105,7 +132,10 @@ CaseValues ReadCase(const FED_Database& database, const Descriptor& descriptor)
 class CaseCache
 {
 public:
-  CaseCache(const FED_Database& database, const CombinePlan::Series& series) : database_(database), series_(series) {}
+  /// @param region null: all
+  CaseCache(const FED_Database& database, const CombinePlan::Series& series, Region* region)
+      : database_(database), series_(series), region_(region)
+  {}
 
   /// @return valid until the next call
   const CaseValues& Get(const CaseName& name)
@@ -115,7 +145,7 @@ public:
       kept_.splice(kept_.begin(), kept_, found);
       return kept_.front().second;
     }
-    CaseValues values = ReadCase(database_, series_.blocks.at(name));
+    CaseValues values = ReadCase(database_, series_.blocks.at(name), region_);
     bytes_ += values.Bytes();
     kept_.emplace_front(name, std::move(values));
     while (bytes_ > kMostKept && kept_.size() > 1) {
@@ -128,6 +158,7 @@ public:
 private:
   const FED_Database&                        database_;
   const CombinePlan::Series&                 series_;
+  Region*                                    region_;
   std::list<std::pair<CaseName, CaseValues>> kept_;  // the last one used first
   std::size_t                                bytes_ = 0;
 };
@@ -272,6 +303,7 @@ public:
     CheckLinearity();
     for (const auto& [key, asked] : series_) PlanSeries(key);
     if (plan_.series.empty()) FailWithoutSeries();
+    KeepRegion();
     AddPrincipals();
     plan_.iterations.assign(iterations_.begin(), iterations_.end());
     for (const auto& [kind, cases] : incomplete_)
@@ -381,6 +413,20 @@ private:
       Fail(request_.database + ": no " + Printable(what) + " in " + missing + ", expected it in every load case that " +
            request_.caseFile + " names");
     incomplete_.emplace(what, missing);
+  }
+
+  /// Leaves out what has nothing in the region in some load case: a sum has what all of them have.
+  void KeepRegion()
+  {
+    if (request_.region == nullptr || request_.region->IsEverything()) return;
+    std::erase_if(plan_.series, [this](const CombinePlan::Series& series) {
+      const bool isHeld = std::all_of(series.blocks.begin(), series.blocks.end(), [this](const auto& one) {
+        return HoldsRecords(*request_.region, database_, {one.second});
+      });
+      if (!isHeld) plan_.notes.push_back(Printable(kinds_.GetName(series.key)) + " left out: none of it in the region");
+      return !isHeld;
+    });
+    if (plan_.series.empty()) request_.region->FailEmpty(request_.selectionText);
   }
 
   void AddPrincipals()
@@ -564,7 +610,7 @@ CombineReport CombineInto(const FED_Database& database, const CombinePlan& plan,
   std::size_t       done  = 0;
   const std::size_t total = plan.series.size() * request.combinations.size();
   for (const CombinePlan::Series& series : plan.series) {
-    CaseCache cases(database, series);
+    CaseCache cases(database, series, request.region);
     Sum       sum(request.database, series);
     const int onf = OnfOf(series.key);
     for (const Combination& combination : request.combinations) {
@@ -605,7 +651,7 @@ EnvelopeReport EnvelopeOfCombinations(const FED_Database& database, const Combin
   for (const CombinePlan::Series& series : plan.series) {
     std::vector<EnvelopeTarget> targets = MakeTargets(series, request.selection, axes);
     if (targets.empty()) continue;
-    CaseCache cases(database, series);
+    CaseCache cases(database, series, request.region);
     Sum       sum(request.database, series);
     for (const Combination& combination : request.combinations) {
       if (listener != nullptr) listener->Progress("combining", done, total, "blocks");
@@ -622,8 +668,9 @@ std::size_t CopyModel(const FED_Database& database, const std::vector<int>& iter
 {
   std::size_t count = 0;
   for (const int iteration : iterations) {
-    for (const FED_OnfId onf : {OnfKind::Coordinates, OnfKind::ElementNodes, OnfKind::ElementType, OnfKind::NodeSet,
-                                OnfKind::ElementSet, OnfKind::Material, OnfKind::ElementSection, OnfKind::Orientation})
+    for (const FED_OnfId onf :
+         {OnfKind::Coordinates, OnfKind::ElementNodes, OnfKind::ElementType, OnfKind::NodeSet, OnfKind::ElementSet,
+          OnfKind::Material, OnfKind::ElementSection, OnfKind::Orientation, OnfKind::TiedNodes})
     {
       const Descriptor descriptor(iteration, onf);
       if (!database.HasDataBlock(descriptor)) continue;

@@ -25,6 +25,7 @@ struct DeckModel;
 namespace quilon {
 
 class Listener;
+class Region;
 
 /// Which steps are nonlinear: sums of their results are results of no load.
 struct StepLinearity
@@ -51,7 +52,9 @@ struct CombineRequest
   std::vector<Combination> combinations;
   StepLinearity            linearity;
   bool                     allowNonlinear = false;
-  std::string              axes;  ///< of an envelope, see ComponentAxes; empty: global
+  std::string              axes;                     ///< of an envelope, see ComponentAxes; empty: global
+  Region*                  region        = nullptr;  ///< whose records are combined; null: all. Borrowed
+  std::string              selectionText = {};       ///< what the user wrote, for messages
 };
 
 /// All that is to be computed, checked.
@@ -83,7 +86,7 @@ struct CombinePlan
 /// @param blocks the selected descriptors; without a selection all of the database
 /// @throws FED_Failure for a load case or substep that is not there, for a step that is nonlinear unless that is
 ///         allowed, for a kind that the selection names and that is not linear or that a load case lacks, and when no
-///         kind is left
+///         kind is left, or none has a record in the region
 CombinePlan PlanCombinations(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                              const CombineRequest& request);
 
@@ -111,7 +114,7 @@ EnvelopeReport EnvelopeOfCombinations(const FED_Database& database, const Combin
                                       const std::function<void(const EnvelopeSeries& series)>& take,
                                       CombineReport&                                           report);
 
-/// Copies what an iteration has for all steps: coordinates, elements, sets, materials, sections, orientations.
+/// Copies what an iteration has for all steps: coordinates, elements, sets, materials, sections, orientations, ties.
 /// @return the number of blocks
 std::size_t CopyModel(const FED_Database& database, const std::vector<int>& iterations, FED_Database& target);
 

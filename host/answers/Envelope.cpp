@@ -15,6 +15,7 @@
 #include "answers/ChosenComponents.h"
 #include "answers/ComponentAxes.h"
 #include "answers/IterationAxes.h"
+#include "answers/Region.h"
 #include "kinds/KindTable.h"
 #include "kinds/UserKindPool.h"
 #include "mesh/Mesh.h"
@@ -61,18 +62,23 @@ struct Governing
 };
 
 /// Offers all records of a block as the next step.
-void OfferBlock(const FED_Database& database, const Descriptor& descriptor, const RecordTurner& turner,
+/// @param region null: all
+void OfferBlock(const FED_Database& database, const Descriptor& descriptor, const RecordTurner& turner, Region* region,
                 EnvelopeSeries& series)
 {
   const std::size_t numValues = series.field.GetComponents().front().NumValues();
   series.field.BeginStep();
-  FED_ForEachSpan(database.GetConstDataBlock(descriptor), database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+  const FED_DataBlock&        block = database.GetConstDataBlock(descriptor);
+  std::optional<RegionFilter> filter;
+  if (region != nullptr && !region->IsEverything()) filter = region->FilterOf(block);
+  FED_ForEachSpan(block, database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
     ThrowIfInterrupted();
     const int* const    ids    = span.GetIds().GetData();
     const double* const values = span.GetDoubles(1).GetData();
-    if (!turner.Turns()) return series.field.OfferAll(span.GetCount(), ids, values, numValues);
+    if (!turner.Turns() && !filter) return series.field.OfferAll(span.GetCount(), ids, values, numValues);
     std::array<double, 6> turned{};
     for (std::size_t r = 0; r < span.GetCount(); ++r) {
+      if (filter && !filter->Holds(ids[r])) continue;
       std::copy_n(&values[r * numValues], numValues, turned.begin());
       const std::span<double> own = std::span(turned).first(numValues);
       if (!turner.Turn(ids[r], own)) ++series.numWithoutAxes;
@@ -240,33 +246,54 @@ std::vector<std::size_t> EnvelopeField::SortedRows() const
 
 void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues)
 {
-  bool areColumns = components_.size() == numValues;
-  for (std::size_t k = 0; k < positions_.size(); ++k) areColumns = areColumns && positions_[k] == static_cast<int>(k);
-  const std::uint32_t step = numSteps_ - 1;
+  constexpr std::size_t kMostAtOnce = 1024;  // values that stay near the processor
   for (std::size_t i = 0; i < count;) {
-    const std::size_t known = areColumns ? CountKnown(count - i, ids + i) : 0;
+    const std::size_t known = CountKnown(std::min(count - i, kMostAtOnce), ids + i);
     if (known == 0) {
       Offer(ids[i], std::span(values + i * numValues, numValues));
       ++i;
       continue;
     }
     for (std::size_t r = 0; r < known; ++r) ++rows_.At(next_ + r);
-    const double*  offered  = values + i * numValues;
-    double*        least    = &least_[next_ * numValues];
-    double*        greatest = &greatest_[next_ * numValues];
-    std::uint32_t* first    = &leastStep_[next_ * numValues];
-    std::uint32_t* last     = &greatestStep_[next_ * numValues];
-    for (std::size_t v = 0; v < known * numValues; ++v) {
-      const double value = offered[v];
-      if (value > least[v] && value < greatest[v]) continue;  // most values govern nothing
-      if (std::isnan(value)) {
-        ++numNans_;
-        continue;
-      }
-      Governing{least[v], first[v], greatest[v], last[v]}.Take(value, step);
-    }
+    OfferKnown(known, ComponentsOf(known, values + i * numValues, numValues));
     next_ += known;
     i += known;
+  }
+}
+
+/// @return the components of records, shape [count, components]: the values themselves where all are components
+const double* EnvelopeField::ComponentsOf(std::size_t count, const double* values, std::size_t numValues)
+{
+  bool areValues = components_.size() == numValues;
+  for (std::size_t k = 0; k < positions_.size(); ++k) areValues = areValues && positions_[k] == static_cast<int>(k);
+  if (areValues) return values;
+  evaluated_.resize(count * components_.size());
+  column_.resize(count);
+  for (std::size_t k = 0; k < components_.size(); ++k) {
+    components_[k].EvaluateAll(std::span(values, count * numValues), column_);
+    for (std::size_t r = 0; r < count; ++r) evaluated_[r * components_.size() + k] = column_[r];
+  }
+  return evaluated_.data();
+}
+
+/// Offers records of the rows that come next.
+/// @param offered shape [count, components]
+void EnvelopeField::OfferKnown(std::size_t count, const double* offered)
+{
+  const std::uint32_t step     = numSteps_ - 1;
+  const std::size_t   size     = components_.size();
+  double*             least    = &least_[next_ * size];
+  double*             greatest = &greatest_[next_ * size];
+  std::uint32_t*      first    = &leastStep_[next_ * size];
+  std::uint32_t*      last     = &greatestStep_[next_ * size];
+  for (std::size_t v = 0; v < count * size; ++v) {
+    const double value = offered[v];
+    if (value > least[v] && value < greatest[v]) continue;  // most values govern nothing
+    if (std::isnan(value)) {
+      ++numNans_;
+      continue;
+    }
+    Governing{least[v], first[v], greatest[v], last[v]}.Take(value, step);
   }
 }
 
@@ -354,6 +381,7 @@ EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vecto
   report.axes = axes.Describe();
 
   std::size_t done = 0;
+  bool        any  = false;
   for (const auto& [key, members] : allSeries) {
     const RecordTurner turner = axes.TurnerOf(key);
     EnvelopeSeries     series{key, {}, {}, EnvelopeField(ChosenComponents(request.selection, OnfOf(key)))};
@@ -361,11 +389,14 @@ EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vecto
       ThrowIfInterrupted();
       if (listener != nullptr) listener->Progress("envelope", done, usable.size(), "blocks");
       ++done;
-      OfferBlock(database, block, turner, series);
+      OfferBlock(database, block, turner, request.region, series);
       series.steps.push_back(GetResultStep(block));
     }
+    if (request.region != nullptr && series.field.NumIds() == 0) continue;
+    any = true;
     take(series);
   }
+  if (!any && request.region != nullptr) request.region->FailEmpty(request.selectionText);
   return report;
 }
 

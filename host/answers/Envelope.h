@@ -25,6 +25,7 @@ namespace quilon {
 class KindTable;
 class Listener;
 class RecordTurner;
+class Region;
 
 /// Extremes of components at each id over steps that are offered one after the other.
 ///
@@ -52,8 +53,7 @@ public:
   }
   /// @param values of one record, in stored order
   void Offer(int id, std::span<const double> values);
-  /// Offers many records. Those whose ids come in the order of the steps before, and all of whose values are
-  /// components, go by the column.
+  /// Offers many records. Those whose ids come in the order of the steps before go by the column.
   /// @param ids    shape [count]
   /// @param values shape [count, numValues], in stored order
   void OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues);
@@ -76,8 +76,10 @@ public:
   std::size_t CountPartial() const;
 
 private:
-  std::size_t FindRow(int id);
-  std::size_t CountKnown(std::size_t count, const int* ids) const;
+  std::size_t   FindRow(int id);
+  void          OfferKnown(std::size_t count, const double* offered);
+  const double* ComponentsOf(std::size_t count, const double* values, std::size_t numValues);
+  std::size_t   CountKnown(std::size_t count, const int* ids) const;
 
   std::vector<Component>     components_;
   std::vector<int>           positions_;  // of stored components; -1 of invariants
@@ -89,6 +91,8 @@ private:
   std::vector<std::uint32_t> greatestStep_;
   std::uint32_t              numSteps_ = 0;
   std::size_t                numNans_  = 0;
+  std::vector<double>        column_;     // of one component, for ComponentsOf()
+  std::vector<double>        evaluated_;  // shape [records, components]
 };
 
 /// Results of one kind that differ in their step alone, and their envelope.
@@ -106,6 +110,9 @@ struct EnvelopeRequest
   std::string database;   ///< name of the database, for messages
   Selection   selection;  ///< components of the kinds
   std::string axes;       ///< see ComponentAxes; empty: global
+  /// Whose records count; null: all. Borrowed. A kind of which nothing is in it has no envelope.
+  Region*     region        = nullptr;
+  std::string selectionText = {};  ///< what the user wrote, for messages
 };
 
 struct EnvelopeReport
@@ -127,7 +134,7 @@ bool ComesBefore(const FED_DataDescriptor& step, const FED_DataDescriptor& other
 /// memory at a time.
 /// @param blocks   the selected descriptors
 /// @param listener borrowed, may be null
-/// @throws FED_Failure when none of the blocks has an envelope
+/// @throws FED_Failure when none of the blocks has an envelope, and when nothing is in the region
 EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                                   const EnvelopeRequest& request, Listener* listener,
                                   const std::function<void(const EnvelopeSeries& series)>& take);

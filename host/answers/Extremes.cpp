@@ -1,6 +1,7 @@
 #include "answers/Extremes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 #include <memory>
@@ -12,6 +13,8 @@
 #include <bundled/FED_BlockSpans.h>
 #include <bundled/OnfKinds.h>
 
+#include "answers/ComponentAxes.h"
+#include "answers/IterationAxes.h"
 #include "answers/ModelNames.h"
 #include "answers/Region.h"
 #include "database/Listing.h"
@@ -264,8 +267,13 @@ public:
         region_(region),
         request_(request),
         kinds_(database),
-        parts_(database, region, request.per)
-  {}
+        parts_(database, region, request.per),
+        axes_(database, request.axes, request.database)
+  {
+    // What is wrong with the axes is told before the work begins.
+    for (const FED_DataDescriptor& block : blocks)
+      if (region.AppliesTo(block) && !ChosenOf(block).empty()) static_cast<void>(TurnerOf(block));
+  }
 
   void ReadBlock(std::size_t number)
   {
@@ -281,8 +289,9 @@ public:
       if (!OnfKind::IsOfMesh(OnfKind::OnfOf(descriptor))) return;
       members = &parts_.MembersOf(descriptor);
     }
-    hasComponents_                    = true;
-    const FED_DataBlock&        block = database_.GetConstDataBlock(descriptor);
+    hasComponents_                     = true;
+    const RecordTurner          turner = TurnerOf(descriptor);
+    const FED_DataBlock&        block  = database_.GetConstDataBlock(descriptor);
     std::optional<RegionFilter> filter;
     if (!region_.IsEverything()) filter = region_.FilterOf(block);
 
@@ -298,7 +307,9 @@ public:
                         filter ? &*filter : nullptr,
                         members,
                         part ? &RankingOf(descriptor, component, *part) : nullptr,
-                        rankings};
+                        rankings,
+                        turner,
+                        &component == &components.front()};
         if (form->isList)
           ScanLists(span, *form, scan);
         else
@@ -314,7 +325,9 @@ public:
            (request_.per == ExtremeRequest::Group ? " and a group" : "") +
            ", expected scalars, vectors or tensors of nodes, elements or histories");
     ExtremeReport report;
-    report.values = values_;
+    report.values         = values_;
+    report.axes           = axes_.Describe();
+    report.numWithoutAxes = numWithoutAxes_;
     std::vector<std::pair<Candidate, Extreme>> rows;
     for (const auto& [key, ranking] : rankings_) {
       report.nans += ranking.NumNans();
@@ -345,6 +358,8 @@ private:
     const Membership*      members;   // null: one part
     Ranking*               ranking;   // of the one part
     std::vector<Ranking*>& rankings;  // by part, null where nothing has come yet
+    const RecordTurner&    turner;
+    bool                   isFirst;  // of the components: places without axes count once
   };
 
   std::vector<Component> ChosenOf(const FED_DataDescriptor& descriptor) const
@@ -354,6 +369,13 @@ private:
     const int onf = descriptor.GetInteger(FED_DataDescriptor::OnfId);
     for (const std::string& name : ValueComponentsOf(onf)) chosen.emplace_back(name, onf);
     return chosen;
+  }
+
+  /// @return what turns a block; one of a kind without a place, such as a history, stays as it is
+  RecordTurner TurnerOf(const FED_DataDescriptor& block)
+  {
+    axes_.Add(IterationOf(block));
+    return axes_.TurnerOf(block);
   }
 
   /// Rankings stand in the order of kinds, as the components come, by part.
@@ -396,16 +418,44 @@ private:
 
   void ScanColumns(const FED_BlockSpan& span, const BlockForm& form, const Scan& scan)
   {
-    const double*     values   = span.GetDoubles(form.field).GetData();
-    const int*        ids      = span.GetIds().GetData();
-    const std::size_t count    = span.GetCount();
-    const std::size_t size     = form.numValues;
-    const int         position = scan.component.GetPosition();
-    for (std::size_t i = 0; i < count; ++i) {
+    if (scan.turner.Turns()) return ScanTurned(span, form, scan);
+    if (scan.filter != nullptr) return ScanFiltered(span, form, scan);
+    constexpr std::size_t kMostAtOnce = 1024;  // values that stay near the processor
+    const double*         values      = span.GetDoubles(form.field).GetData();
+    const int*            ids         = span.GetIds().GetData();
+    for (std::size_t first = 0; first < span.GetCount(); first += kMostAtOnce) {
+      evaluated_.resize(std::min(span.GetCount() - first, kMostAtOnce));
+      scan.component.EvaluateAll(std::span(values + first * form.numValues, evaluated_.size() * form.numValues),
+                                 evaluated_);
+      if (scan.ranking == nullptr) {
+        for (std::size_t i = 0; i < evaluated_.size(); ++i) Take(evaluated_[i], ids[first + i], 0, scan);
+      } else {
+        for (std::size_t i = 0; i < evaluated_.size(); ++i)
+          Offer(evaluated_[i], ids[first + i], 0, scan, *scan.ranking);
+      }
+    }
+  }
+
+  void ScanFiltered(const FED_BlockSpan& span, const BlockForm& form, const Scan& scan)
+  {
+    const double* values = span.GetDoubles(form.field).GetData();
+    const int*    ids    = span.GetIds().GetData();
+    for (std::size_t i = 0; i < span.GetCount(); ++i) {
+      if (!scan.filter->Holds(ids[i])) continue;
+      Take(scan.component.Evaluate(std::span(values + i * form.numValues, form.numValues)), ids[i], 0, scan);
+    }
+  }
+
+  void ScanTurned(const FED_BlockSpan& span, const BlockForm& form, const Scan& scan)
+  {
+    const double* values = span.GetDoubles(form.field).GetData();
+    const int*    ids    = span.GetIds().GetData();
+    for (std::size_t i = 0; i < span.GetCount(); ++i) {
       if (scan.filter != nullptr && !scan.filter->Holds(ids[i])) continue;
-      const double value = position >= 0 ? values[i * size + static_cast<std::size_t>(position)]
-                                         : scan.component.Evaluate(std::span(values + i * size, size));
-      Take(value, ids[i], 0, scan);
+      std::array<double, 6>   turned{};
+      const std::span<double> own = std::span(turned).first(form.numValues);
+      std::copy_n(values + i * form.numValues, form.numValues, own.begin());
+      TakeTurned(scan.turner.Turn(ids[i], own), own, ids[i], 0, scan);
     }
   }
 
@@ -414,11 +464,28 @@ private:
     const int* ids = span.GetIds().GetData();
     for (std::size_t i = 0; i < span.GetCount(); ++i) {
       if (scan.filter != nullptr && !scan.filter->Holds(ids[i])) continue;
-      const auto list  = span.GetDoubleList(form.field, i);
-      int        point = 0;
-      for (std::size_t first = 0; first + form.numValues <= list.GetSize(); first += form.numValues)
-        Take(scan.component.Evaluate(std::span(list.GetData() + first, form.numValues)), ids[i], ++point, scan);
+      const auto        list     = span.GetDoubleList(form.field, i);
+      const std::size_t numParts = list.GetSize() / form.numValues;
+      for (std::size_t part = 0; part < numParts; ++part) {
+        const double* first = list.GetData() + part * form.numValues;
+        const int     point = static_cast<int>(part) + 1;
+        if (!scan.turner.Turns()) {
+          Take(scan.component.Evaluate(std::span(first, form.numValues)), ids[i], point, scan);
+          continue;
+        }
+        std::array<double, 6>   turned{};
+        const std::span<double> own = std::span(turned).first(form.numValues);
+        std::copy_n(first, form.numValues, own.begin());
+        TakeTurned(scan.turner.TurnPart(ids[i], part, numParts, own), own, ids[i], point, scan);
+      }
     }
+  }
+
+  /// @param hasAxes whether there are axes at the place of the values
+  void TakeTurned(bool hasAxes, std::span<const double> values, int id, int point, const Scan& scan)
+  {
+    if (hasAxes) return Take(scan.component.Evaluate(values), id, point, scan);
+    if (scan.isFirst) ++numWithoutAxes_;
   }
 
   Extreme Describe(const Candidate& candidate)
@@ -471,6 +538,9 @@ private:
   Parts                                                                parts_;
   std::map<std::tuple<std::string, std::string, std::size_t>, Ranking> rankings_;  // by kind, component and part
   std::optional<ModelNames>                                            names_;
+  IterationAxes                                                        axes_;
+  std::size_t                                                          numWithoutAxes_ = 0;
+  std::vector<double>                                                  evaluated_;  // of a component
   std::size_t                                                          values_        = 0;
   bool                                                                 hasComponents_ = false;
 };

@@ -37,11 +37,13 @@ struct ExtremeRequest
     Group
   };
 
-  Selection   selection;           ///< its components
-  std::string selectionText;       ///< what the user wrote, for messages
-  Measure     measure = Greatest;  ///< what is worst
-  std::size_t head    = 1;         ///< how many of each kind, component and part, at least 1
-  Per         per     = Whole;
+  Selection   selection;            ///< its components
+  std::string selectionText;        ///< what the user wrote, for messages
+  Measure     measure  = Greatest;  ///< what is worst
+  std::size_t head     = 1;         ///< how many of each kind, component and part, at least 1
+  Per         per      = Whole;
+  std::string axes     = {};  ///< see ComponentAxes; empty: global
+  std::string database = {};  ///< name of the database, for messages
 };
 
 /// A value and where it is.
@@ -68,8 +70,11 @@ struct ExtremeReport
 {
   /// The worst first; of equal ones that of the earlier block, then the lesser id, then the earlier point.
   std::vector<Extreme> rows;
-  std::size_t          values = 0;  ///< that were looked at
-  std::size_t          nans   = 0;  ///< of these, those that are no numbers and count for nothing
+  std::size_t          values = 0;   ///< that were looked at
+  std::size_t          nans   = 0;   ///< of these, those that are no numbers and count for nothing
+  std::string          axes   = {};  ///< what the axes are, for people; empty for global ones
+  /// Vectors and tensors at places where the axes are none; their values count for nothing and are not among the NaNs.
+  std::size_t numWithoutAxes = 0;
 };
 
 /// Goes through the blocks one after the other, each once, with memory for a chunk of one.

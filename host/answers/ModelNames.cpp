@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <bundled/FED_BlockSpans.h>
 #include <bundled/OnfKinds.h>
 
 #include "answers/Region.h"
@@ -41,6 +42,18 @@ std::vector<int> ElementsOfSet(const std::vector<NamedSet>& sets, const std::str
   const auto set =
       std::find_if(sets.rbegin(), sets.rend(), [&](const NamedSet& s) { return s.ofElements && s.name == name; });
   return set == sets.rend() ? std::vector<int>{} : set->ids;
+}
+
+std::vector<int> ElementsOfSection(const FED_Database& database, int iteration, int section)
+{
+  std::vector<int>         elements;
+  const FED_DataDescriptor descriptor(iteration, OnfKind::ElementSection);
+  if (!database.HasDataBlock(descriptor)) return elements;
+  FED_ForEachSpan(database.GetConstDataBlock(descriptor), database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+    for (std::size_t i = 0; i < span.GetCount(); ++i)
+      if (span.GetIntegers(1).GetData()[i] == section) elements.push_back(span.GetIds().GetData()[i]);
+  });
+  return elements;
 }
 
 std::vector<int> NodesOf(const FED_Database& database, const FED_DataDescriptor& descriptor)
@@ -91,17 +104,19 @@ std::map<int, std::string> NameGroups(const FED_Database& database, Region& regi
   for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
     if (descriptor.IsSet(OnfIndex::Group)) blocks.try_emplace(descriptor.GetInteger(OnfIndex::Group), descriptor);
 
-  for (const int onf : {int{OnfKind::Material}, int{OnfKind::ElementSet}}) {
+  for (const int onf : ReadKindsOfGroups(database)) {
     std::map<int, std::string> known;
-    for (NamedRecord& record : ReadNames(database, onf)) known.try_emplace(record.number, std::move(record.name));
+    for (NamedRecord& record : onf == OnfKind::ElementSection ? ReadSectionNames(database) : ReadNames(database, onf))
+      known.try_emplace(record.number, std::move(record.name));
     const bool areThese = std::all_of(blocks.begin(), blocks.end(), [&](const auto& block) {
       const auto& [group, descriptor] = block;
       const auto name                 = known.find(group);
       if (name == known.end()) return false;
       const int              iteration = descriptor.GetInteger(FED_DataDescriptor::Iteration);
-      const std::vector<int> elements  = onf == OnfKind::Material
-                                             ? ElementsOfMaterial(region.GetMesh(iteration), group)
-                                             : ElementsOfSet(region.GetSets(iteration), name->second);
+      const std::vector<int> elements  = onf == OnfKind::Material ? ElementsOfMaterial(region.GetMesh(iteration), group)
+                                         : onf == OnfKind::ElementSet
+                                             ? ElementsOfSet(region.GetSets(iteration), name->second)
+                                             : ElementsOfSection(database, iteration, group);
       return NodesOfElements(region.GetMesh(iteration), elements) == NodesOf(database, descriptor);
     });
     if (!areThese) continue;

@@ -34,8 +34,8 @@ private:
 };
 
 /// Names the groups that nodal averages are over (OnfIndex::Group). A database keeps their numbers alone: a group is a
-/// material, or else a set, where that holds for the nodes of every group. Section numbers have no names.
-/// @return names by number; nothing where the groups are neither
+/// material, or else a set or a section (ReadSectionNames()), where that holds for the nodes of every group.
+/// @return names by number; nothing where the groups are none of these
 std::map<int, std::string> NameGroups(const FED_Database& database, Region& region);
 
 }  // namespace quilon

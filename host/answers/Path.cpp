@@ -14,6 +14,7 @@
 #include "answers/ChosenComponents.h"
 #include "answers/ComponentAxes.h"
 #include "answers/PointLocator.h"
+#include "answers/Region.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
 #include "mesh/Mesh.h"
@@ -133,7 +134,7 @@ public:
       if (!iteration || *iteration != current) {
         iteration = current;
         mesh      = ReadMesh(database_, current, request_.database);
-        line.emplace(FindPlaces(*mesh));
+        line.emplace(FindPlaces(*mesh, current));
         if (!report_.points.empty() && !HaveSameElements(report_.points, line->points))
           Fail(request_.database + ": iterations with other meshes, expected one: '@it=" + std::to_string(current) +
                "'");
@@ -224,9 +225,15 @@ private:
   /// Principal values count as their tensor.
   static bool IsTensor(const Source& source) { return source.numRead == kNumComponents; }
 
-  Line FindPlaces(const Mesh& mesh) const
+  Line FindPlaces(const Mesh& mesh, int iteration) const
   {
-    const PointLocator locator(mesh);
+    std::optional<std::vector<int>> elements;
+    if (request_.region != nullptr && !request_.region->IsEverything())
+      elements = request_.region->ElementsOf(iteration);
+    const PointLocator locator(mesh, elements ? &*elements : nullptr);
+    if (!locator.HasSolids() && elements)
+      Fail(request_.database + ": no solid element is in " + request_.region->GetOptions().ToString() +
+           ", expected a region that holds one");
     if (!locator.HasSolids())
       Fail(request_.database + ": no solid elements, expected the mesh of a .frd or a deck (blocks 595 and 596)");
     Line   line{mesh, {}, {}};

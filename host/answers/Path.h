@@ -19,6 +19,8 @@ class FED_Database;
 
 namespace quilon {
 
+class Region;
+
 using PathPlace = std::array<double, 3>;
 
 /// @return places of equal distance from the first to the last, both included
@@ -39,6 +41,8 @@ struct PathRequest
   std::vector<PathPlace> places;
   std::string            axes;               ///< see ComponentAxes; empty: global
   bool                   linearize = false;  ///< the places are of equal distance on a straight line
+  /// Whose elements hold places; null: all. Borrowed. Where the line is in a border, this tells which side is meant.
+  Region* region = nullptr;
 };
 
 struct PathPoint

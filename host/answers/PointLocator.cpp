@@ -38,11 +38,13 @@ double ReachOf(const Mesh& mesh)
          std::hypot(box.greatest[0] - box.least[0], box.greatest[1] - box.least[1], box.greatest[2] - box.least[2]);
 }
 
-std::vector<std::size_t> SolidsOf(const Mesh& mesh)
+/// @param ids ascending; null: all
+std::vector<std::size_t> SolidsOf(const Mesh& mesh, const std::vector<int>* ids)
 {
+  const auto isMeant = [ids](int id) { return ids == nullptr || std::binary_search(ids->begin(), ids->end(), id); };
   std::vector<std::size_t> solids;
   for (std::size_t i = 0; i < mesh.NumElements(); ++i)
-    if (FindShape(mesh.Elements()[i].frdType)) solids.push_back(i);
+    if (FindShape(mesh.Elements()[i].frdType) && isMeant(mesh.Elements()[i].id)) solids.push_back(i);
   return solids;
 }
 
@@ -75,8 +77,8 @@ void PointLocator::Place::Interpolate(std::span<const double> values, std::span<
   }
 }
 
-PointLocator::PointLocator(const Mesh& mesh)
-    : mesh_(mesh), reach_(ReachOf(mesh)), solids_(SolidsOf(mesh)), boxes_(BoxesOf(mesh, solids_, reach_))
+PointLocator::PointLocator(const Mesh& mesh, const std::vector<int>* elements)
+    : mesh_(mesh), reach_(ReachOf(mesh)), solids_(SolidsOf(mesh, elements)), boxes_(BoxesOf(mesh, solids_, reach_))
 {}
 
 std::optional<PointLocator::Place> PointLocator::Find(const std::array<double, 3>& point) const

@@ -34,8 +34,9 @@ public:
     void Interpolate(std::span<const double> values, std::span<double> result) const;
   };
 
-  /// @param mesh borrowed
-  explicit PointLocator(const Mesh& mesh);
+  /// @param mesh     borrowed
+  /// @param elements ids, ascending, of those that hold points; null: all
+  explicit PointLocator(const Mesh& mesh, const std::vector<int>* elements = nullptr);
 
   /// @return nothing for a point outside of all solids
   std::optional<Place> Find(const std::array<double, 3>& point) const;

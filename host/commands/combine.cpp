@@ -10,10 +10,12 @@
 #include "answers/CombinationFile.h"
 #include "answers/Combine.h"
 #include "answers/Envelope.h"
+#include "answers/Region.h"
 #include "calculix/deck/DeckModel.h"
 #include "commands/AxesOption.h"
 #include "commands/Command.h"
 #include "commands/EnvelopePrinting.h"
+#include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "commands/WaitOption.h"
@@ -35,6 +37,7 @@ struct Options
 {
   std::string      database;
   SelectionOptions selection;
+  RegionOptions    region;
   std::string      cases;
   std::string      output;
   std::string      deck;
@@ -113,12 +116,17 @@ void Run(const Options& options, CommandContext& context)
   std::optional<Publication> publication;
   if (!options.output.empty())
     publication.emplace(options.output, Publication::AnyDatabase, PatienceOf(options.wait, context.console));
-  OpenedDatabase       database(options.database, context.console);
-  const KindTable      kinds(database.Get());
-  const CombineRequest request = MakeRequest(options, kinds, database.Get());
-  const auto           blocks  = database.RequireBlocks(request.selection, options.selection.ToString());
-  const CombinePlan    plan    = PlanCombinations(database.Get(), blocks, request);
+  OpenedDatabase  database(options.database, context.console);
+  const KindTable kinds(database.Get());
+  CombineRequest  request = MakeRequest(options, kinds, database.Get());
+  const auto      blocks  = database.RequireBlocks(request.selection, options.selection.ToString());
+  Region          region(database.Get(), options.region, options.database);
+  region.RequireIds(blocks, options.selection.ToString());
+  request.region         = &region;
+  request.selectionText  = options.selection.text.empty() ? "the database" : options.selection.ToString();
+  const CombinePlan plan = PlanCombinations(database.Get(), blocks, request);
   for (const std::string& note : plan.notes) context.console.Note(note);
+  TellNotes(region, context.console);
 
   if (publication) CopyModel(database.Get(), plan.iterations, publication->Target());
   if (!options.envelope) {
@@ -155,6 +163,7 @@ CommandFunction DefineCombine(CLI::App& app)
   AddDatabaseArgument(app, options->database);
   app.add_option("SELECTION", options->selection.text,
                  "Which kinds: KIND,...@KEY=VALUES,... (default: all that are linear in the loads)");
+  AddRegionOptions(app, options->region);
   app.add_option("--cases", options->cases, "Combinations, one a line: NAME [LC] = 1.35*lc1 + 1.5*lc2/3")
       ->type_name("FILE")
       ->required();

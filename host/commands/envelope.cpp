@@ -8,9 +8,11 @@
 
 #include "answers/Combine.h"
 #include "answers/Envelope.h"
+#include "answers/Region.h"
 #include "commands/AxesOption.h"
 #include "commands/Command.h"
 #include "commands/EnvelopePrinting.h"
+#include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "commands/WaitOption.h"
@@ -30,6 +32,7 @@ struct Options
 {
   std::string      database;
   SelectionOptions selection;
+  RegionOptions    region;
   std::string      output;
   std::string      axes;
   double           wait = 0;
@@ -49,6 +52,10 @@ void Run(const Options& options, CommandContext& context)
   request.axes      = options.axes;
   const auto blocks =
       options.selection.Choose(database.Get(), request.selection, StepTimes(database.Get()), options.database);
+  Region region(database.Get(), options.region, options.database);
+  region.RequireIds(blocks, options.selection.ToString());
+  request.region        = &region;
+  request.selectionText = options.selection.ToString();
 
   const bool      prints = !publication || options.form.json || options.form.csv || options.form.table;
   EnvelopePrinter printer(context.output, options.form, kinds);
@@ -62,6 +69,7 @@ void Run(const Options& options, CommandContext& context)
       });
   if (prints) printer.Finish();
   TellNotes(report, context.console);
+  TellNotes(region, context.console);
   if (!publication) return;
   CopyModel(database.Get(), {iterations.begin(), iterations.end()}, publication->Target());
   const std::size_t written = publication->Publish();
@@ -77,6 +85,7 @@ CommandFunction DefineEnvelope(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
   AddSelectionArguments(app, options->database, options->selection);
+  AddRegionOptions(app, options->region);
   app.add_option("-o,--output", options->output, "Working database (.fed) or ONF folder to write the envelope to")
       ->type_name("OUT");
   AddAxesOption(app, options->axes);
@@ -90,6 +99,7 @@ CommandFunction DefineEnvelope(CLI::App& app)
       "Examples:\n"
       "  quilon envelope bracket.fed stress.mises,displacement.magnitude\n"
       "  quilon envelope bracket.fed stress@lc=1-4,sub=last -o envelope.fed\n"
+      "  quilon envelope bracket.fed stress.mises --material STEEL --csv\n"
       "  quilon envelope bracket.fed stress.xx --axes cylindrical:0,0,0,0,0,1 --csv");
   return [options](CommandContext& context) { Run(*options, context); };
 }

@@ -8,6 +8,7 @@
 
 #include "answers/Extremes.h"
 #include "answers/Region.h"
+#include "commands/AxesOption.h"
 #include "commands/Command.h"
 #include "commands/NumberOptions.h"
 #include "commands/RegionArguments.h"
@@ -36,6 +37,7 @@ struct Options
   bool             magnitude = false;
   std::size_t      head      = 1;
   std::string      per;
+  std::string      axes;
   TableForm        form;
 };
 
@@ -102,11 +104,13 @@ void Run(const Options& options, CommandContext& context)
 {
   if (options.least && options.magnitude) Fail("--min and --abs exclude each other, expected one at most");
   ExtremeRequest request;
-  request.per     = ParsePer(options.per);
-  request.head    = options.head;
-  request.measure = options.least       ? ExtremeRequest::Least
-                    : options.magnitude ? ExtremeRequest::Magnitude
-                                        : ExtremeRequest::Greatest;
+  request.per      = ParsePer(options.per);
+  request.head     = options.head;
+  request.axes     = options.axes;
+  request.measure  = options.least       ? ExtremeRequest::Least
+                     : options.magnitude ? ExtremeRequest::Magnitude
+                                         : ExtremeRequest::Greatest;
+  request.database = options.database;
   OpenedDatabase  database(options.database, context.console);
   const KindTable kinds(database.Get());
   request.selection     = options.selection.Parse(kinds);
@@ -124,6 +128,10 @@ void Run(const Options& options, CommandContext& context)
   else
     sheet.PrintTable(context.output, options.form);
   TellNotes(region, context.console);
+  if (!report.axes.empty()) context.console.Note(report.axes);
+  if (report.numWithoutAxes != 0)
+    context.console.Note(Counted(report.numWithoutAxes, "value") +
+                         " at places where the axes are none, which count for nothing");
   if (report.nans != 0)
     context.console.Note(
         std::to_string(report.nans) + " of " + Counted(report.values, "value") +
@@ -141,6 +149,7 @@ CommandFunction DefineMax(CLI::App& app)
   app.add_flag("--abs", options->magnitude, "The values of largest magnitude");
   AddCountOption(app, "--head", options->head, "How many of each component and part (1)");
   app.add_option("--per", options->per, "The worst of each of these")->type_name("step|material|set|group");
+  AddAxesOption(app, options->axes);
   AddTableOptions(app, options->form);
   app.footer(
       "Prints the greatest value of each component that is selected, the worst first: where it is, when, and how many\n"
@@ -149,7 +158,8 @@ CommandFunction DefineMax(CLI::App& app)
       "Examples:\n"
       "  quilon max bracket.onf stress.mises\n"
       "  quilon max bracket.onf displacement.magnitude --per step --head 3\n"
-      "  quilon max bracket.onf element-stress.p3 --min --material STEEL --json");
+      "  quilon max bracket.onf element-stress.p3 --min --material STEEL --json\n"
+      "  quilon max vessel.fed stress.yy --axes cylindrical:0,0,0,0,0,1");
   return [options](CommandContext& context) { Run(*options, context); };
 }
 

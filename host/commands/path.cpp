@@ -11,11 +11,13 @@
 #include <CLI/CLI.hpp>
 
 #include "answers/Path.h"
+#include "answers/Region.h"
 #include "commands/AxesOption.h"
 #include "commands/ChartArguments.h"
 #include "commands/Command.h"
 #include "commands/EnvelopePrinting.h"
 #include "commands/NumberOptions.h"
+#include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "database/StepTimes.h"
@@ -38,6 +40,7 @@ struct Options
 {
   std::string      database;
   SelectionOptions selection;
+  RegionOptions    region;
   std::string      from;
   std::string      to;
   std::size_t      points = 51;
@@ -157,7 +160,7 @@ void PrintTables(Output& output, const TableForm& form, const PathReport& report
   }
 }
 
-void TellNotes(const PathReport& report, Console& console)
+void TellNotes(const PathReport& report, Console& console, bool isRegion)
 {
   if (!report.axes.empty()) console.Note(report.axes);
   std::string list;
@@ -169,7 +172,8 @@ void TellNotes(const PathReport& report, Console& console)
     const auto first =
         std::find_if(report.points.begin(), report.points.end(), [](const PathPoint& point) { return !point.element; });
     console.Note(Counted(static_cast<std::size_t>(outside), "point") + " of " + std::to_string(report.points.size()) +
-                 " outside of all solid elements, without values; the first at " + FormatNumbers(first->place));
+                 " outside of all solid elements" + (isRegion ? " of the region" : "") +
+                 ", without values; the first at " + FormatNumbers(first->place));
   }
   for (const PathStep& step : report.steps) {
     if (step.numWithoutAxes > 0)
@@ -192,8 +196,10 @@ void Run(const Options& options, CommandContext& context)
   OpenedDatabase  database(options.database, context.console);
   const KindTable kinds(database.Get());
   const StepTimes times(database.Get());
-  request.selection       = options.selection.Parse(kinds);
-  const auto       blocks = options.selection.Choose(database.Get(), request.selection, times, options.database);
+  request.selection = options.selection.Parse(kinds);
+  const auto blocks = options.selection.Choose(database.Get(), request.selection, times, options.database);
+  Region     region(database.Get(), options.region, options.database);
+  request.region          = &region;
   const PathReport report = FollowPath(database.Get(), blocks, request);
   if (options.chart.IsAsked())
     WriteChart(MakePathChart(report, times), options.chart, context);
@@ -201,7 +207,8 @@ void Run(const Options& options, CommandContext& context)
     PrintJson(context.output, report, times);
   else
     PrintTables(context.output, options.form, report, times);
-  TellNotes(report, context.console);
+  TellNotes(region, context.console);
+  TellNotes(report, context.console, !region.IsEverything());
 }
 
 }  // namespace
@@ -210,6 +217,7 @@ CommandFunction DefinePath(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
   AddSelectionArguments(app, options->database, options->selection);
+  AddRegionOptions(app, options->region);
   app.add_option("--from", options->from, "Where the line begins")->type_name("X,Y,Z");
   app.add_option("--to", options->to, "Where it ends")->type_name("X,Y,Z");
   CLI::Option* const points =

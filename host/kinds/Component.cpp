@@ -93,6 +93,15 @@ double DeviatorSize(const std::array<double, 6>& t)
   return std::ldexp(std::sqrt(normal + shear), -exponent);
 }
 
+/// The square of DeviatorSize(), as it comes without scaling.
+double DeviatorSquare(const double* t)
+{
+  const double a = t[0] - t[1];
+  const double b = t[1] - t[2];
+  const double c = t[2] - t[0];
+  return (a * a + b * b + c * c) / 2.0 + 3.0 * (t[3] * t[3] + t[4] * t[4] + t[5] * t[5]);
+}
+
 double MeanOf(const std::array<double, 6>& t) { return (t[0] + t[1] + t[2]) / 3.0; }
 
 /// One rotation of Jacobi's method makes a[p][q] zero. @param v collects the rotations, a column a direction
@@ -335,6 +344,46 @@ double Component::Evaluate(std::span<const double> values) const
   if (values.size() == 6) return EvaluateTensor(values.first<6>());
   // Principal values are a tensor in its own axes.
   return EvaluateTensor(std::array<double, 6>{values[0], values[1], values[2], 0.0, 0.0, 0.0});
+}
+
+/// @return what DeviatorSize() is multiplied by to give the invariant; 0 for one that is something else
+double Component::DeviatorFactor() const noexcept
+{
+  switch (invariant_) {
+    case Invariant::Mises:
+      return factor_;
+    case Invariant::EquivalentStrain:
+      return kStrainFactor;
+    case Invariant::OctahedralShear:
+      return std::sqrt(2.0) / 3.0;
+    default:
+      return 0.0;
+  }
+}
+
+void Component::EvaluateAll(std::span<const double> values, std::span<double> results) const
+{
+  if (values.size() != results.size() * numValues_)
+    Fail("component " + name_ + " is taken of " + std::to_string(numValues_) + " values a record, found " +
+         std::to_string(values.size()) + " of " + std::to_string(results.size()));
+  if (position_ >= 0) {
+    const double* value = values.data() + position_;
+    for (std::size_t i = 0; i < results.size(); ++i) results[i] = value[i * numValues_];
+    return;
+  }
+  const double factor = numValues_ == 6 ? DeviatorFactor() : 0.0;
+  if (factor == 0.0) {
+    for (std::size_t i = 0; i < results.size(); ++i) results[i] = Evaluate(values.subspan(i * numValues_, numValues_));
+    return;
+  }
+  // Between these nothing needs scaling, which is exact, so that the result is the same with it; a nan is not between.
+  constexpr double kLeast    = kLeastSquared * kLeastSquared * 0x1p+10;
+  constexpr double kGreatest = kGreatestSquared * kGreatestSquared * 0x1p-10;
+  for (std::size_t i = 0; i < results.size(); ++i) {
+    const double square = DeviatorSquare(&values[i * 6]);
+    results[i] =
+        square > kLeast && square < kGreatest ? factor * std::sqrt(square) : Evaluate(values.subspan(i * 6, 6));
+  }
 }
 
 double Component::EvaluateTensor(std::span<const double, 6> tensor) const

@@ -1,7 +1,9 @@
 #include "kinds/GroupNames.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
+#include <utility>
 
 #include <bundled/FED_BlockSpans.h>
 #include <bundled/OnfKinds.h>
@@ -53,6 +55,47 @@ std::vector<NamedRecord> ReadNames(const FED_Database& database, int onf)
   return names;
 }
 
+std::vector<NamedRecord> ReadSectionNames(const FED_Database& database)
+{
+  const auto sorted = [](std::vector<int> ids) {
+    std::sort(ids.begin(), ids.end());
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+    return ids;
+  };
+  std::map<int, std::string> names;
+  FED_DataDescriptorPattern  pattern;
+  pattern.SetEqual(FED_DataDescriptor::OnfId, int{OnfKind::ElementSection});
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(pattern)) {
+    std::map<int, std::vector<int>> elements;  // by section
+    FED_ForEachSpan(database.GetConstDataBlock(descriptor), database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+      for (std::size_t i = 0; i < span.GetCount(); ++i)
+        elements[span.GetIntegers(1).GetData()[i]].push_back(span.GetIds().GetData()[i]);
+    });
+    for (const auto& [section, ids] : elements) names.try_emplace(section, "section-" + std::to_string(section));
+    FED_DataDescriptor sets = descriptor;
+    sets.SetInteger(FED_DataDescriptor::OnfId, OnfKind::ElementSet);
+    if (!database.HasDataBlock(sets)) continue;
+    std::map<int, std::pair<std::string, std::vector<int>>> known;  // by number
+    FED_ForEachSpan(database.GetConstDataBlock(sets), database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+      for (std::size_t i = 0; i < span.GetCount(); ++i) {
+        const auto ids                    = span.GetIntegerList(2, i);
+        known[span.GetIds().GetData()[i]] = {std::string(span.GetText(1, i)),
+                                             sorted({ids.GetData(), ids.GetData() + ids.GetSize()})};
+      }
+    });
+    for (const auto& [section, ids] : elements) {
+      if (names[section] != "section-" + std::to_string(section)) continue;
+      const std::vector<int> own = sorted(ids);
+      const auto             same =
+          std::find_if(known.begin(), known.end(), [&own](const auto& set) { return set.second.second == own; });
+      if (same != known.end()) names[section] = same->second.first;
+    }
+  }
+  std::vector<NamedRecord> records;
+  for (auto& [number, name] : names) records.push_back({number, std::move(name)});
+  return records;
+}
+
 std::vector<int> ReadGroups(const FED_Database& database)
 {
   std::set<int> groups;
@@ -63,16 +106,35 @@ std::vector<int> ReadGroups(const FED_Database& database)
 
 namespace {
 
-/// The materials and element sets of the name; with none, those of its letters in either case.
+/// @return what imports say that their averages are over: "material", "section" or names of sets; empty where none says
+///         it, or not all the same
+std::string ReadAverageBy(const FED_Database& database)
+{
+  std::set<std::string>     values;
+  FED_DataDescriptorPattern pattern;
+  pattern.SetEqual(FED_DataDescriptor::OnfId, int{OnfKind::ImportSetting});
+  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(pattern)) {
+    FED_ForEachSpan(database.GetConstDataBlock(descriptor), [&](const FED_BlockSpan& span) {
+      for (std::size_t i = 0; i < span.GetCount(); ++i)
+        if (span.GetText(2, i) == "average-by") values.emplace(span.GetText(3, i));
+    });
+  }
+  return values.size() == 1 ? *values.begin() : std::string();
+}
+
+/// The materials, element sets and sections of the name; with none, those of its letters in either case.
 /// @param known the names that there are, for a suggestion
 std::vector<Candidate> FindCandidates(const FED_Database& database, std::string_view name,
                                       std::vector<std::string>& known)
 {
   std::vector<Candidate> exact;
   std::vector<Candidate> inEitherCase;
-  for (const int onf : {int{OnfKind::Material}, int{OnfKind::ElementSet}}) {
-    const char* const what = onf == OnfKind::Material ? "material " : "element set ";
-    for (const NamedRecord& record : ReadNames(database, onf)) {
+  for (const int onf : ReadKindsOfGroups(database)) {
+    const char* const what = onf == OnfKind::Material     ? "material "
+                             : onf == OnfKind::ElementSet ? "element set "
+                                                          : "section ";
+    for (const NamedRecord& record :
+         onf == OnfKind::ElementSection ? ReadSectionNames(database) : ReadNames(database, onf)) {
       known.push_back(record.name);
       if (record.name == name) exact.push_back({what + std::to_string(record.number), record.number});
       if (LowerCase(record.name) == LowerCase(name))
@@ -83,6 +145,15 @@ std::vector<Candidate> FindCandidates(const FED_Database& database, std::string_
 }
 
 }  // namespace
+
+std::vector<int> ReadKindsOfGroups(const FED_Database& database)
+{
+  const std::string by = ReadAverageBy(database);
+  if (by == "section") return {OnfKind::ElementSection};
+  if (by == "material") return {OnfKind::Material};
+  if (!by.empty()) return {OnfKind::ElementSet};
+  return {OnfKind::Material, OnfKind::ElementSet, OnfKind::ElementSection};
+}
 
 int ResolveGroupName(const FED_Database& database, std::string_view name)
 {

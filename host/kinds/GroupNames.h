@@ -22,8 +22,16 @@ struct NamedRecord
 /// @return the records of all iterations by iteration, then number; what is the same in several iterations once
 std::vector<NamedRecord> ReadNames(const FED_Database& database, int onf);
 
+/// Names the sections that elements have (603): each by the first element set that has its elements and no others, else
+/// "section-2".
+/// @return by number; of several iterations the first one names a number
+std::vector<NamedRecord> ReadSectionNames(const FED_Database& database);
+
 /// @return the numbers of the groups (OnfIndex::Group) that the database has nodal averages of, ascending
 std::vector<int> ReadGroups(const FED_Database& database);
+
+/// @return what groups may be: kinds of materials, element sets and sections; the one that the import says, else all
+std::vector<int> ReadKindsOfGroups(const FED_Database& database);
 
 /// See KindTable::ResolveGroup().
 int ResolveGroupName(const FED_Database& database, std::string_view name);

@@ -1,4 +1,5 @@
 #include "answers/Combine.h"
+#include "answers/Region.h"
 
 #include <cmath>
 #include <sstream>
@@ -128,6 +129,29 @@ TEST_F(Combining, ListsOfPointsAddUpPointByPoint)
   ASSERT_EQ(values.GetSize(), 6u);
   EXPECT_EQ(values.GetData()[0], 0.0);
   EXPECT_EQ(values.GetData()[5], 1.0);
+}
+
+TEST_F(Combining, OfARegionHasItsRecordsAlone)
+{
+  CombineRequest request = MakeRequest("A = 2*lc1/1 + lc2\n");
+  Region         region(database_, {"20"}, "small");
+  request.region = &region;
+  EXPECT_EQ(Plan(request).notes.front(), "integration-point-stress left out: none of it in the region");
+  Combine(request);
+  EXPECT_EQ(ListTarget(), (std::vector<std::string>{"510@it=0,an=3,lc=10001,sub=1", "520@it=0,an=3,lc=10001,sub=1",
+                                                    "521@it=0,an=3,lc=10001,sub=1"}));
+  EXPECT_EQ(target_.GetConstDataBlock(ResultKey(OnfKind::NodalStress, 10001, 1, 3)).GetSize(), 1u);
+  EXPECT_EQ(Get<6>(OnfKind::NodalStress, 10001, 20), (Tensor{80, -80, 0, 160, 0, 0}));
+
+  Region element(database_, {"7"}, "small");
+  request.region = &element;
+  FED_ResultDatabase points;
+  EXPECT_EQ(CombineInto(database_, Plan(request), request, points, nullptr).blocks, 1u);
+
+  Region nothing(database_, {"8"}, "small");
+  request.region        = &nothing;
+  request.selectionText = "the database";
+  EXPECT_NE(FailureOf([&] { Plan(request); }).find("--ids 8"), std::string::npos);
 }
 
 TEST_F(Combining, ALoadCaseAloneIsItsLastSubstep)

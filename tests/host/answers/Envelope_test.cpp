@@ -1,4 +1,5 @@
 #include "answers/Envelope.h"
+#include "answers/Region.h"
 
 #include <cmath>
 #include <limits>
@@ -169,7 +170,7 @@ protected:
 
   std::vector<EnvelopeSeries> Calculate(const std::string& selection, const std::string& axes = "")
   {
-    EnvelopeRequest request{"small", Selection(selection, KindTable(database_)), axes};
+    EnvelopeRequest request{"small", Selection(selection, KindTable(database_)), axes, region_, selection};
     const auto      blocks = request.selection.Apply(database_.GetDataDescriptors(FED_DataDescriptorPattern()));
     std::vector<EnvelopeSeries> all;
     report_ = CalculateEnvelopes(database_, blocks, request, nullptr,
@@ -179,6 +180,7 @@ protected:
 
   FED_ResultDatabase database_;
   EnvelopeReport     report_;
+  Region*            region_ = nullptr;
 };
 
 TEST_F(Envelopes, AreOfEachKindOverItsStepsInTheirOrder)
@@ -223,6 +225,25 @@ TEST_F(Envelopes, AreInTheAxesThatAreAskedFor)
   EXPECT_EQ(all[0].numWithoutAxes, 1u) << "node 3 is on the axis";
   EXPECT_TRUE(std::isnan(all[0].field.GetLeast(rows[0], 0).value));
   EXPECT_EQ(report_.axes, "axes: x radial, y tangential, z along the axis through 0,0,0 along 0,0,1");
+}
+
+TEST_F(Envelopes, AreOfARegion)
+{
+  RegionOptions near;
+  near.near = {0.0, 0.0, 1.0};  // node 3
+  Region region(database_, near, "small");
+  region_        = &region;
+  const auto all = Calculate("stress,displacement");
+  ASSERT_EQ(all.size(), 1u) << "no displacement at node 3";
+  EXPECT_EQ(ToSelectionText(all[0].key), "521@it=0");
+  ASSERT_EQ(all[0].field.NumIds(), 1u);
+  EXPECT_EQ(all[0].field.GetId(0), 3);
+  EXPECT_EQ(all[0].field.NumSteps(), 3u);
+
+  Region nothing(database_, {"7"}, "small");
+  region_ = &nothing;
+  EXPECT_EQ(FailureOf([&] { Calculate("stress"); }).find("no record of 'stress' "), 7u)
+      << FailureOf([&] { Calculate("stress"); });
 }
 
 TEST_F(Envelopes, KindsWithoutStepsOrComponentsAreAFailureWhenThereAreNoOthers)

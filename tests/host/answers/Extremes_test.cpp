@@ -38,6 +38,17 @@ protected:
     return FindExtremes(database_, blocks, StepTimes(database_), region, request, nullptr);
   }
 
+  /// Stresses at integration points of element 101.
+  void WritePoints(const std::vector<double>& values)
+  {
+    FED_IdDataBlock   view(database_.GetOrCreateDataBlock(StepBlock(OnfKind::IntegrationPointStress, 1, 1), 0),
+                           database_.GetIdMapsPool(), true);
+    FED_IdDataRecord& record = view.CreateIdDataRecord();
+    record.SetInteger(1, static_cast<int>(values.size() / 6));
+    record.SetDoubleList(2, values);
+    view.SetRecord(101, record);
+  }
+
   std::string Rows(const ExtremeReport& report) const
   {
     std::string text;
@@ -169,12 +180,7 @@ TEST_F(Worst, TiesAndNansAreTold)
 
 TEST_F(Worst, PointsOfElementsAreCounted)
 {
-  FED_IdDataBlock   view(database_.GetOrCreateDataBlock(StepBlock(OnfKind::IntegrationPointStress, 1, 1), 0),
-                         database_.GetIdMapsPool(), true);
-  FED_IdDataRecord& record = view.CreateIdDataRecord();
-  record.SetInteger(1, 2);
-  record.SetDoubleList(2, std::vector<double>{1, 0, 0, 0, 0, 0, 7, 7, 0, 0, 0, 0});
-  view.SetRecord(101, record);
+  WritePoints({1, 0, 0, 0, 0, 0, 7, 7, 0, 0, 0, 0});
   const Extreme row = Find("582.mises").rows.front();
   EXPECT_EQ(row.value, 7);
   EXPECT_EQ(row.id, 101);
@@ -199,6 +205,43 @@ TEST_F(Worst, RegionsKeepTheirRecords)
   EXPECT_EQ(MessageOf("element-nodes"),
             "no block of 'element-nodes' has components, expected scalars, vectors or tensors of nodes, elements or "
             "histories");
+}
+
+TEST_F(Worst, ComponentsAreInTheAxesThatAreAskedFor)
+{
+  WritePoints({1, 2, 0, 0, 0, 0, 7, 5, 0, 0, 0, 0});
+  ExtremeRequest request;
+  request.axes          = "rectangular:0,1,0,-1,0,0";  // x is the global y, y the global -x
+  request.head          = 100;
+  ExtremeRequest global = request;
+  global.axes.clear();
+  for (const auto& [turned, stored] : {std::pair{"displacement.x", "displacement.y"},
+                                       std::pair{"stress.yy", "stress.xx"}, std::pair{"582.yy", "582.xx"}})
+  {
+    const ExtremeReport inAxes   = Find(turned, request);
+    const ExtremeReport asStored = Find(stored, global);
+    ASSERT_EQ(inAxes.rows.size(), asStored.rows.size()) << turned;
+    for (std::size_t i = 0; i < inAxes.rows.size(); ++i) {
+      EXPECT_EQ(inAxes.rows[i].id, asStored.rows[i].id) << turned;
+      EXPECT_EQ(inAxes.rows[i].point, asStored.rows[i].point) << turned;
+      EXPECT_NEAR(inAxes.rows[i].value, asStored.rows[i].value, 1e-13) << turned;
+    }
+    EXPECT_NE(inAxes.axes, "");
+    EXPECT_EQ(asStored.axes, "");
+  }
+}
+
+TEST_F(Worst, PlacesWithoutAxesCountForNothingAndAreTold)
+{
+  // Nodes (0, 0, z) of the bricks are on the axis.
+  ExtremeRequest request;
+  request.axes               = "cylindrical:0,0,0,0,0,1";
+  request.head               = 100;
+  const ExtremeReport report = Find("displacement.x", request);
+  EXPECT_GT(report.numWithoutAxes, 0u);
+  EXPECT_EQ(report.nans, 0u);
+  for (const Extreme& row : report.rows) EXPECT_NE(std::hypot((*row.place)[0], (*row.place)[1]), 0.0) << row.id;
+  EXPECT_EQ(MessageOf("coordinates.x", request).find("--axes: coordinates (516) holds places"), 0u);
 }
 
 TEST(WorstOfMany, IsThatOfAPlainSearch)

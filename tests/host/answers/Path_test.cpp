@@ -1,4 +1,5 @@
 #include "answers/Path.h"
+#include "answers/Region.h"
 
 #include <cmath>
 #include <limits>
@@ -85,6 +86,23 @@ TEST_F(Path, RecordsOfElementsAreTheSameAllOverTheirElement)
   EXPECT_EQ(report.steps[0].rows[0][5], 6.0);
   EXPECT_EQ(report.steps[0].rows[1][5], 6.0) << "the face belongs to the least id";
   EXPECT_EQ(report.steps[0].rows[2][5], 60.0);
+}
+
+// A place in the face between two elements is in that of the region.
+TEST_F(Path, IsWithinTheElementsOfARegion)
+{
+  Region      region(database_, {"20"}, "cubes");
+  PathRequest request;
+  request.places          = {{1, 1, 1}, {2, 1, 1}, {3, 1, 1}};
+  request.region          = &region;
+  const PathReport report = Follow("element-stress", request);
+  EXPECT_FALSE(report.points[0].element.has_value());
+  EXPECT_EQ(report.points[1].element, 20);
+  EXPECT_EQ(report.steps[0].rows[1][5], 60.0);
+  Region other(database_, {"30"}, "cubes");
+  request.region = &other;
+  EXPECT_EQ(FailureOf([&] { Follow("stress", request); }),
+            "cubes: no solid element is in --ids 30, expected a region that holds one");
 }
 
 TEST_F(Path, APlaceOutsideHasNoElementAndNoValue)

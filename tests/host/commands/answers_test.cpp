@@ -48,6 +48,18 @@ TEST_F(AnswerCommands, MaxOfPartsNamesThem)
             "displacement,y,-8,8,1,0,1,node,STEEL,\"it=0,an=1,lc=1,sub=2\",1,0\n");
 }
 
+// Displacements are (n, -n, 0) times the time; nodes 1 and 4 are on the axis.
+TEST_F(AnswerCommands, MaxIsInTheAxesThatAreAskedFor)
+{
+  RunResult run = RunQuilon({"max", onf_, "displacement.x", "--axes", "rectangular:0,1,0,-1,0,0"});
+  EXPECT_NE(run.out.find("displacement\tx\t-0.5\t1\t"), std::string::npos) << run.out;
+  EXPECT_EQ(run.err.rfind("quilon: note: axes: ", 0), 0U) << run.err;
+  run = RunQuilon({"max", onf_, "displacement.x", "--axes", "cylindrical:0,0,0,0,0,1"});
+  EXPECT_NE(run.err.find("6 values at places where the axes are none, which count for nothing"), std::string::npos)
+      << run.err;
+  EXPECT_EQ(RunQuilon({"max", onf_, "displacement", "--axes", "principal"}).exitCode, 2);
+}
+
 TEST_F(AnswerCommands, MaxRefusesWhatItCannotAnswer)
 {
   EXPECT_EQ(RunQuilon({"max", onf_, "stress.xx", "--min", "--abs"}).err,

@@ -1,9 +1,13 @@
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "program_support.h"
 #include "TempFolder.h"
@@ -128,6 +132,52 @@ TEST_F(CombineCommand, TheDeckTellsWhichStepsAreNonlinear)
       RunQuilon({"combine", job + ".frd", "--cases", cases_, "--deck", job + ".inp", "--allow-nonlinear", "-o", out_})
           .exitCode,
       0);
+}
+
+TEST_F(CombineCommand, IsOfTheRegionThatIsAskedFor)
+{
+  const RunResult run = Combine({"--material", "STEEL", "-o", out_});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  const auto ids = nlohmann::json::parse(RunQuilon({"show", out_, "stress@an=3,lc=7", "--json"}).out).at(0).at("rows");
+  EXPECT_EQ(ids.size(), 8U);
+  EXPECT_NE(RunQuilon({"ls", out_, "coordinates"}).out.find("\t12\t"), std::string::npos) << "the model is whole";
+  const RunResult nothing = Combine({"--ids", "99", "-o", out_});
+  EXPECT_EQ(nothing.exitCode, 2);
+}
+
+// The solver's own answer to 1.35 of one load and 1.5 of the other is load case 3: as many digits as it prints.
+TEST_F(CombineCommand, ASumIsWhatTheSolverFindsUnderTheSumOfTheLoads)
+{
+  const std::string stem  = std::string(QUILON_FIXTURES) + "/calculix/forces/combination";
+  const std::string job   = (folder_ / "job.onf").string();
+  const std::string out   = (folder_ / "sum.onf").string();
+  const std::string cases = (folder_ / "sum.txt").string();
+  std::ofstream(cases) << "ULS [3] = 1.35*lc1 + 1.5*lc2\n";
+  ASSERT_EQ(RunQuilon({"import", stem + ".inp", stem + ".frd", stem + ".dat", "-o", job}).exitCode, 0);
+  const RunResult run = RunQuilon({"combine", job, "--cases", cases, "-o", out});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  // The sum as load case 3 in time, to be compared with the solver's by the keys.
+  const std::vector<std::pair<std::string, double>> kinds = {
+      {"displacement", 2e-6}, {"reaction", 2e-6}, {"582", 2e-6}, {"stress", 2e-6}, {"stress-principal", 2e-6}};
+  for (const auto& [kind, tolerance] : kinds) {
+    const auto  sums   = nlohmann::json::parse(RunQuilon({"show", out, kind + "@an=3,lc=3", "--json"}).out);
+    const auto  solver = nlohmann::json::parse(RunQuilon({"show", job, kind + "@an=1,lc=3", "--json"}).out);
+    const auto& a      = sums.at(0).at("rows");
+    const auto& b      = solver.at(0).at("rows");
+    ASSERT_EQ(a.size(), b.size()) << kind;
+    double peak = 0.0;
+    double most = 0.0;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+      ASSERT_EQ(a[i].at("id"), b[i].at("id")) << kind;
+      for (const auto& [name, value] : a[i].items()) {
+        if (!value.is_number_float() && !b[i].at(name).is_number_float()) continue;
+        peak = std::max(peak, std::abs(b[i].at(name).get<double>()));
+        most = std::max(most, std::abs(value.get<double>() - b[i].at(name).get<double>()));
+      }
+    }
+    EXPECT_GT(peak, 0.0) << kind;
+    EXPECT_LE(most, tolerance * peak) << kind;
+  }
 }
 
 TEST_F(CombineCommand, BadInputIsTroubleAndWritesNothing)

@@ -69,6 +69,18 @@ TEST_F(EnvelopeCommand, AsksTheStepsThatAreSelected)
             std::string::npos);
 }
 
+TEST_F(EnvelopeCommand, IsOfTheRegionThatIsAskedFor)
+{
+  const std::string out = RunQuilon({"envelope", onf_, "stress.xx", "--material", "STEEL"}).out;
+  EXPECT_NE(out.find("521@it=0\t8\txx\t"), std::string::npos) << out;
+  EXPECT_EQ(out.find("521@it=0\t9\txx\t"), std::string::npos) << out;
+  const RunResult nothing = RunQuilon({"envelope", onf_, "stress.xx", "--set", "NOWHERE", "-o", out_});
+  EXPECT_EQ(nothing.exitCode, 2);
+  EXPECT_NE(nothing.err.find("NOWHERE"), std::string::npos) << nothing.err;
+  EXPECT_EQ(RunQuilon({"envelope", onf_, "stress.xx", "--ids", "99"}).err,
+            "quilon: error: " + onf_ + ": no record 99 in the blocks of 'stress.xx'\n");
+}
+
 TEST_F(EnvelopeCommand, TellsTheAxesAndWhereTheyAreNone)
 {
   const RunResult run = RunQuilon({"envelope", onf_, "stress.xx@lc=2", "--axes", "cylindrical:0,0,0,0,0,1", "--csv"});

@@ -53,6 +53,16 @@ TEST_F(PathCommand, APointOutsideIsToldAndHasNoValue)
             "quilon: note: 1 point of 3 outside of all solid elements, without values; the first at 2.5,0.5,0.5\n");
 }
 
+TEST_F(PathCommand, IsWithinTheRegionThatIsAskedFor)
+{
+  const RunResult run = Follow({"element-stress.xy", "--time", "1", "--from", "0.5,0.5,0.5", "--to", "1.5,0.5,0.5",
+                                "--points", "3", "--material", "ALU", "--csv"});
+  EXPECT_EQ(run.out, "s,x,y,z,element,xy\n0,0.5,0.5,0.5,,\n0.5,1,0.5,0.5,102,2\n1,1.5,0.5,0.5,102,2\n");
+  EXPECT_EQ(run.err,
+            "quilon: note: 1 point of 3 outside of all solid elements of the region, without values; the "
+            "first at 0.5,0.5,0.5\n");
+}
+
 TEST_F(PathCommand, JsonHasRowsAndTheLinearizedStressOfEachStep)
 {
   const RunResult run =

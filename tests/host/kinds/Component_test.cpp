@@ -3,6 +3,8 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <random>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -148,6 +150,39 @@ TEST(Component, InvariantsOfWhatIsNoNumberAreNoNumber)
   }
   EXPECT_TRUE(
       std::isnan(Component("magnitude", OnfKind::Displacement).Evaluate(std::array<double, 3>{1, HUGE_VAL, 0})));
+}
+
+// Of any size, nearly hydrostatic, with what is no number: bit by bit.
+TEST(Component, ManyRecordsAreEvaluatedAsOneByOne)
+{
+  std::vector<double> values;
+  std::mt19937        random(7);
+  for (const double size : {0.0, 4e-324, 1e-320, 1e-200, 1e-121, 1e-100, 1.0, 1e100, 1e121, 1e200, 1e307}) {
+    for (int i = 0; i < 12; ++i) values.push_back(size * std::uniform_real_distribution<>(-1, 1)(random));
+    for (const double off : {0.0, 1e-15}) values.insert(values.end(), {size, size, size * (1 + off), 0, size * off, 0});
+  }
+  for (const double odd : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()})
+    for (std::size_t k = 0; k < 6; ++k) {
+      std::vector<double> tensor(6, 1.0);
+      tensor[k] = odd;
+      values.insert(values.end(), tensor.begin(), tensor.end());
+    }
+  for (const int onf : {521, 531, 510, 520, 551}) {
+    for (const std::string& name : ComponentNamesOf(onf)) {
+      const Component     component(name, onf);
+      const std::size_t   size = component.NumValues();
+      std::vector<double> results(values.size() / size);
+      component.EvaluateAll(values, results);
+      for (std::size_t i = 0; i < results.size(); ++i) {
+        const double expected = component.Evaluate(std::span(values).subspan(i * size, size));
+        EXPECT_TRUE(results[i] == expected || (std::isnan(results[i]) && std::isnan(expected)))
+            << name << ' ' << i << ": " << results[i] << ", expected " << expected;
+      }
+    }
+  }
+  const Component     mises("mises", 521);
+  std::vector<double> results(2);
+  EXPECT_THROW(mises.EvaluateAll(std::span(values).first(11), results), FED_Failure);
 }
 
 TEST(Component, MagnitudeOfAnySizeIsWhole)

@@ -199,6 +199,41 @@ TEST_F(NamedGroups, AreThoseOfTheirMaterialOrSet)
   EXPECT_EQ(Select("stress@i11=2"), "521@it=0,lc=1,sub=1,group=2");
 }
 
+// Section 2 has the elements of set BODY, section 1 those of no set. The import says what groups are.
+TEST_F(NamedGroups, OfSectionsAreCalledAsTheSetOfTheirElements)
+{
+  FED_IdMapsPool& pool = database_.GetIdMapsPool();
+  {
+    FED_IdDataBlock   view(database_.GetOrCreateDataBlock(Mesh(603), 0), pool, true);
+    FED_IdDataRecord& record = view.CreateIdDataRecord();
+    for (const auto& [element, section] : {std::pair(7, 2), std::pair(8, 1), std::pair(9, 1)}) {
+      record.SetInteger(1, section);
+      record.SetInteger(2, 1);
+      record.SetInteger(3, 0);
+      view.SetRecord(element, record);
+    }
+    view.DeleteIdDataRecord(record);
+  }
+  EXPECT_EQ(Select("stress@group=BODY"),
+            "group 'BODY' is element set 1 and section 2, and there are averages of both numbers, expected a number");
+  FED_DataBlock&  settings = database_.GetOrCreateDataBlock(Mesh(606), 0);
+  FED_DataRecord* setting  = settings.CreateDataRecord();
+  setting->SetInteger(1, 1);
+  setting->SetString(2, "average-by");
+  setting->SetString(3, "section");
+  settings.SetRecord(1, *setting);
+  EXPECT_EQ(Select("stress@group=BODY"), "521@it=0,lc=1,sub=1,group=2");
+  EXPECT_EQ(Select("stress@group=section-1"), "521@it=0,lc=1,sub=1,group=1");
+  EXPECT_EQ(Select("stress@group=STEEL").rfind("unknown group 'STEEL'", 0), 0U);
+  setting->SetString(3, "material");
+  settings.SetRecord(1, *setting);
+  EXPECT_EQ(Select("stress@group=STEEL"), "521@it=0,lc=1,sub=1,group=1");
+  setting->SetString(3, "BODY,alu");
+  settings.SetRecord(1, *setting);
+  settings.DeleteDataRecord(setting);
+  EXPECT_EQ(Select("stress@group=BODY"), "521@it=0,lc=1,sub=1,group=1");
+}
+
 TEST_F(NamedGroups, WhatIsNoGroupIsToldWithWhatThereIs)
 {
   EXPECT_EQ(Select("stress@group=PIN"), "group 'PIN' is element set 3, and the averages are of groups 1, 2");
