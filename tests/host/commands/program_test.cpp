@@ -302,8 +302,9 @@ TEST_F(Program, SizeOfTheMemoryIsChecked)
   for (const std::string text : {"", "64Q", "-1"}) {
     const RunResult run = RunQuilon({"ls", onf_, "--memory=" + text});
     EXPECT_EQ(run.exitCode, 2);
-    if (!text.empty())
+    if (!text.empty()) {
       EXPECT_EQ(run.err, "quilon: error: size is '" + text + "', expected a number of bytes such as 64M or 1G\n");
+    }
   }
 }
 

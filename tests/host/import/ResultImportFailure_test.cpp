@@ -301,7 +301,9 @@ TEST_F(SpoiltImport, KeepWholeStepsKeepsTheResultThatAFrdWasCutBehind)
       EXPECT_THAT(Import(options, database),
                   testing::HasSubstr("of a run that came to its end, found the end of the file"));
       for (const int onf : {510, 521, 511}) EXPECT_EQ(StepsOf(database, onf), whole) << lines << ' ' << onf;
-      if (!prints.empty()) EXPECT_EQ(StepsOf(database, 582), whole) << lines;
+      if (!prints.empty()) {
+        EXPECT_EQ(StepsOf(database, 582), whole) << lines;
+      }
     }
   }
 }

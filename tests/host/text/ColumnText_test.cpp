@@ -250,7 +250,9 @@ TEST(ReadDouble, TakesWhatIsANumberAndNothingElse)
     const bool isZero = text.find_first_of("123456789") >= std::min(text.size(), text.find_first_of("eED+-", 1));
     if (!std::isfinite(read) || (isNumber && read == 0.0 && !isZero)) continue;
     EXPECT_EQ(ReadDouble(text, value), isNumber) << text;
-    if (isNumber) EXPECT_EQ(value, read) << text;
+    if (isNumber) {
+      EXPECT_EQ(value, read) << text;
+    }
     numNumbers += isNumber ? 1 : 0;
   }
   EXPECT_GT(numNumbers, 500);
