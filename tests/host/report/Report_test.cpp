@@ -135,7 +135,7 @@ TEST_F(ReportTest, ShowsWhatAComparisonFound)
   EXPECT_THAT(header, HasSubstr(R"x("field":"displacement","place":"node 12","position":2,"id":12})x"));
   EXPECT_THAT(header, Not(HasSubstr("balance")));
   // Eight blobs of the mesh, then three steps of A and of the difference: the last is that of step 3.
-  const std::string               displacement = R"x("blobs":[8,9,10],"differences":[11,12,13])x";
+  const std::string displacement = R"x("blobs":[8,9,10],"differences":[11,12,13])x";
   EXPECT_THAT(header, HasSubstr(displacement));
   std::vector<float> expected(36, 0.0F);
   EXPECT_EQ(DecodeFloats(source.MakeBlob(11)), expected);
