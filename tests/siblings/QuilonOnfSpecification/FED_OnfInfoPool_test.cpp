@@ -85,7 +85,7 @@ TEST(OnfInfoPool, TellsUserKindsByTheHundred)
 
 TEST(OnfInfoPool, GivesAnyOtherIdKind14AndAName)
 {
-  for (const int id : {-1, 0, 1, 499, 523, 608, 904, 999, 2000, INT_MAX, INT_MIN})
+  for (const int id : {-1, 0, 1, 499, 523, 609, 904, 999, 2000, INT_MAX, INT_MIN})
     ExpectInfo(id, 14, "onf-" + std::to_string(id), "");
 }
 
