@@ -17,7 +17,7 @@ scripts/install_dependencies.sh page
 command -v npm >/dev/null || scripts/install_dependencies.sh node
 cmake --build --preset "$preset" --target quilon
 mkdir -p "$out"
-(cd web && npm ci --ignore-scripts --no-audit --no-fund --loglevel=error >/dev/null)
+(cd web && npm ci --prefer-offline --ignore-scripts --no-audit --no-fund --loglevel=error >/dev/null)
 node web/build.js "$out/dist"
 diff -r web/dist "$out/dist" >/dev/null || {
   echo "check_page: web/dist is not what web/src builds; run 'npm run build' in web/" >&2
