@@ -145,17 +145,19 @@ std::vector<std::string> StepLines(const Overview& overview)
   return lines;
 }
 
+/// Fields of the mesh first, which are what is looked for; histories may be many.
 std::vector<std::string> KindLines(const Overview& overview, std::size_t most)
 {
+  std::vector<KindSummary> kinds = overview.kinds;
+  std::stable_partition(kinds.begin(), kinds.end(),
+                        [](const KindSummary& kind) { return OnfKind::IsOfMesh(kind.onf); });
+  const std::size_t left = most > 0 && kinds.size() > most ? kinds.size() - (most - 1) : 0;
+  kinds.resize(kinds.size() - left);
+
   std::size_t width = 0;
-  for (const KindSummary& kind : overview.kinds) width = std::max(width, Printable(kind.kind).size());
+  for (const KindSummary& kind : kinds) width = std::max(width, Printable(kind.kind).size());
   std::vector<std::string> lines;
-  for (const KindSummary& kind : overview.kinds) {
-    if (lines.size() + 1 == most && overview.kinds.size() > most) {
-      lines.push_back("and " + Counted(overview.kinds.size() - lines.size(), "kind") +
-                      " more, see quilon ls --summary");
-      break;
-    }
+  for (const KindSummary& kind : kinds) {
     std::string line = Printable(kind.kind);
     line.resize(width, ' ');
     line += "  " + Counted(kind.blocks, "block");
@@ -163,6 +165,7 @@ std::vector<std::string> KindLines(const Overview& overview, std::size_t most)
     if (kind.nans != 0) line += ", " + std::to_string(kind.nans) + " nan";
     lines.push_back(std::move(line));
   }
+  if (left > 0) lines.push_back("and " + Counted(left, "kind") + " more, see quilon ls --summary");
   return lines;
 }
 

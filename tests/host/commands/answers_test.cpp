@@ -148,6 +148,19 @@ TEST_F(AnswerCommands, InfoOfManyKindsAndStepsStaysAGlance)
   EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 25) << text;
 }
 
+TEST_F(AnswerCommands, InfoTellsOfFieldsBeforeHistories)
+{
+  const std::string db = (folder_ / "a_tet.fed").string();
+  ASSERT_EQ(RunQuilon({"import", QUILON_FIXTURES "/calculix/a_tet/a_tet.frd",
+                       QUILON_FIXTURES "/calculix/a_tet/a_tet.dat", "-o", db})
+                .exitCode,
+            0);
+  const std::string text = RunQuilon({"info", db}).out;
+  EXPECT_LT(text.find("kinds      displacement"), text.find(" nodal-stress ")) << text;
+  EXPECT_EQ(text.find("total force x FIX"), std::string::npos) << text;
+  EXPECT_NE(text.find(" kinds more, see quilon ls --summary\n"), std::string::npos) << text;
+}
+
 TEST_F(AnswerCommands, SetsAreListedWithMaterialsAndTypes)
 {
   EXPECT_EQ(RunQuilon({"sets", onf_}).out,
