@@ -55,12 +55,6 @@ BlockKey MakeKey(const FED_Database& database, const FED_DataDescriptor& descrip
   return key;
 }
 
-int KindOf(const FED_DataDescriptor& descriptor)
-{
-  const int quantity = GetQuantity(descriptor);
-  return quantity != 0 ? quantity : descriptor.GetInteger(FED_DataDescriptor::OnfId);
-}
-
 /// How the values of a mode's result change with the sign of the mode.
 /// @param userKindName empty for all but user kinds with a name
 Transformation::Sign GetSignWhenNegated(int onf, const std::string& userKindName)
@@ -159,7 +153,7 @@ private:
       if (!HasRecords(block)) continue;
       BlockOutcome& outcome   = outcome_.blocks.emplace_back();
       outcome.descriptor      = descriptor;
-      outcome.kind            = KindOf(descriptor);
+      outcome.kind            = GetNamedKind(descriptor);
       outcome.block           = &block;
       const Counterpart other = FindInSecond(descriptor, unmatched);
       if (other.block == unmatched.end()) {
@@ -260,7 +254,7 @@ private:
   /// @return the ONF id that rules know the kind of a block of the second database by, see KindTable::AddForeign()
   int KindInFirst(const FED_DataDescriptor& descriptor) const
   {
-    const int kind = KindOf(descriptor);
+    const int kind = GetNamedKind(descriptor);
     if (!OnfKind::IsUserKind(kind)) return kind;
     const std::string name = second_.database.GetUserKindName(static_cast<FED_OnfId>(kind));
     if (name.empty()) return kind;

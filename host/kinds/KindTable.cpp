@@ -44,6 +44,12 @@ int GetQuantity(const FED_DataDescriptor& descriptor)
   return isHistory && descriptor.IsSet(index) ? descriptor.GetInteger(index) : 0;
 }
 
+int GetNamedKind(const FED_DataDescriptor& descriptor)
+{
+  const int quantity = GetQuantity(descriptor);
+  return quantity != 0 ? quantity : descriptor.GetInteger(FED_DataDescriptor::OnfId);
+}
+
 KindTable::KindTable()
 {
   for (const OnfCatalogue::Entry& entry : OnfCatalogue::Entries()) Add(entry.metaData.GetName(), entry.onf);
@@ -137,10 +143,6 @@ std::string KindTable::GetName(int onf) const
   return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(onf)).GetName();
 }
 
-std::string KindTable::GetName(const FED_DataDescriptor& descriptor) const
-{
-  const int quantity = GetQuantity(descriptor);
-  return GetName(quantity != 0 ? quantity : descriptor.GetInteger(FED_DataDescriptor::OnfId));
-}
+std::string KindTable::GetName(const FED_DataDescriptor& descriptor) const { return GetName(GetNamedKind(descriptor)); }
 
 }  // namespace quilon

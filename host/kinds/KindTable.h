@@ -16,6 +16,9 @@ namespace quilon {
 /// @return the quantity of a block of scalar histories that says which it holds, 0 for any other block
 int GetQuantity(const FED_DataDescriptor& descriptor);
 
+/// @return the kind that a block is called by: the quantity of scalar histories that say which they hold, else its own
+int GetNamedKind(const FED_DataDescriptor& descriptor);
+
 /// The names of the catalogue and those that a database gives to its user kinds.
 class KindTable
 {

@@ -1,6 +1,7 @@
 #include "report/PageModel.h"
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <span>
 #include <utility>
@@ -65,14 +66,8 @@ class Builder
 public:
   Builder(const Mesh& mesh, GridSource& grid) : mesh_(mesh), grid_(grid)
   {
-    const std::span<const std::byte> ids = grid.Read(0, 0);
-    nodeOfPoint_.resize(grid.NumPoints());
-    for (std::size_t point = 0; point < nodeOfPoint_.size(); ++point) {
-      int id = 0;
-      std::copy_n(ids.begin() + static_cast<std::ptrdiff_t>(point * sizeof id), sizeof id,
-                  reinterpret_cast<std::byte*>(&id));
-      nodeOfPoint_[point] = mesh.FindNode(id).value();
-    }
+    nodeOfPoint_.reserve(grid.NumPoints());
+    for (const int id : ReadPointIds(grid)) nodeOfPoint_.push_back(mesh.FindNode(id).value());
   }
 
   void Add(const PartKey& key, const Surface& surface)
@@ -140,6 +135,14 @@ private:
 };
 
 }  // namespace
+
+std::vector<int> ReadPointIds(GridSource& grid)
+{
+  const std::span<const std::byte> bytes = grid.Read(0, 0);  // the first array of a grid has them
+  std::vector<int>                 ids(grid.NumPoints());
+  std::memcpy(ids.data(), bytes.data(), ids.size() * sizeof(int));
+  return ids;
+}
 
 PageModel MakePageModel(const Mesh& mesh, const std::vector<NamedSet>& sets, GridSource& grid)
 {

@@ -47,9 +47,11 @@ struct PageModel
   std::vector<PagePart> parts;  ///< by material, then sets
 };
 
+/// @return the nodes' ids of all points of a grid
+std::vector<int> ReadPointIds(GridSource& grid);
+
 /// @param sets of the mesh. Those that hold every element tell nothing apart. Where they cut the mesh into more parts
-/// than
-///             anybody looks at, parts are materials alone.
+///             than anybody looks at, parts are materials alone.
 PageModel MakePageModel(const Mesh& mesh, const std::vector<NamedSet>& sets, GridSource& grid);
 
 }  // namespace quilon

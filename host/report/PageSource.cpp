@@ -35,7 +35,7 @@ namespace {
 
 using Descriptor = FED_DataDescriptor;
 
-int OnfOf(const Descriptor& block) { return block.GetInteger(Descriptor::OnfId); }
+using OnfKind::OnfOf;
 
 /// @return the blocks of as many steps as are wanted, evenly spread, the first and the last among them
 std::vector<Descriptor> ThinOut(std::vector<Descriptor> blocks, std::size_t maxSteps)
@@ -172,12 +172,8 @@ PageSource::~PageSource() = default;
 
 void PageSource::MakeModelHeader()
 {
-  const Mesh& mesh = fields_->mesh;
-  const auto  box  = BoxOf(mesh);
-  Json        origin;
-  for (std::size_t k = 0; k < 3; ++k) origin.push_back(box->least[k] / 2.0 + box->greatest[k] / 2.0);
   Json json;
-  json["origin"]       = std::move(origin);
+  json["origin"]       = Json(MiddleOf(fields_->mesh));
   json["blobs"]        = {{"points", 0}, {"ids", 1},   {"triangles", 2},    {"triangleElements", 3},
                           {"edges", 4},  {"beams", 5}, {"beamElements", 6}, {"elementIds", 7}};
   numModelBlobs_       = 8;
@@ -329,10 +325,10 @@ std::string PageSource::MakePoints() const
 
 std::string PageSource::MakeIds()
 {
-  const auto                 bytes = fields_->grid.Read(0, 0);
-  std::vector<std::uint32_t> ids(model_.points.size());
-  for (std::size_t i = 0; i < ids.size(); ++i)
-    std::memcpy(&ids[i], bytes.data() + sizeof(int) * model_.points[i], sizeof(int));
+  const std::vector<int>     all = ReadPointIds(fields_->grid);
+  std::vector<std::uint32_t> ids;
+  ids.reserve(model_.points.size());
+  for (const std::size_t point : model_.points) ids.push_back(static_cast<std::uint32_t>(all[point]));
   return EncodeIntegers(ids);
 }
 

@@ -11,31 +11,11 @@
 #include "report/PageFacts.h"
 #include "text/Failure.h"
 #include "text/OutputFile.h"
+#include "text/XmlText.h"
 
 namespace quilon {
 
 namespace {
-
-std::string EscapeHtml(std::string_view text)
-{
-  std::string escaped;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        escaped += "&amp;";
-        break;
-      case '<':
-        escaped += "&lt;";
-        break;
-      case '>':
-        escaped += "&gt;";
-        break;
-      default:
-        escaped += c;
-    }
-  }
-  return escaped;
-}
 
 /// @return JSON that no name can end early: a script element ends at the first "</script"
 std::string ScriptJson(const Json& json)
@@ -142,7 +122,7 @@ PageFrame MakePageFrame(const std::string& title, const std::string& program, co
       "base-uri 'none'; form-action 'none'\">\n"
       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
       "<meta name=\"generator\" content=\"" +
-      EscapeHtml(program) + "\">\n<title>" + EscapeHtml(title) + "</title>\n<style>" + bundle.style +
+      XmlText(program) + "\">\n<title>" + XmlText(title) + "</title>\n<style>" + bundle.style +
       "</style>\n</head>\n<body>\n<noscript>This page needs JavaScript.</noscript>\n"
       "<script type=\"application/json\" id=\"header\">" +
       ScriptJson(header) + "</script>\n";

@@ -171,13 +171,12 @@ MergedRecords MergeAverages(const ShardBlock& block, FED_Database& target)
   RequireCompanions(from, to, block);
   AverageMerger   merger(from, to);
   MergedRecords   result;
-  constexpr int   kNode = 0;
-  FED_IdMapsPool& pool  = target.GetIdMapsPool();
+  FED_IdMapsPool& pool = target.GetIdMapsPool();
   FED_ForEachSpan(*from.mean, block.shard.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
     ThrowIfInterrupted();
     for (std::size_t i = 0; i < span.GetCount(); ++i) {
       const std::size_t source = span.GetIndices().GetData()[i];
-      const std::size_t index  = pool.FindOrAddIndex(kNode, span.GetIds().GetData()[i]);
+      const std::size_t index  = pool.FindOrAddIndex(OnfKind::NodeEntity, span.GetIds().GetData()[i]);
       ++result.records;
       if (to.mean->HasRecord(index)) {
         ++result.shared;

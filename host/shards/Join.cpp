@@ -40,12 +40,6 @@ struct JoinedBlock
   std::uint64_t            bytes    = 0;
 };
 
-int KindOf(const FED_DataDescriptor& descriptor)
-{
-  const int quantity = GetQuantity(descriptor);
-  return quantity != 0 ? quantity : descriptor.GetInteger(FED_DataDescriptor::OnfId);
-}
-
 class Joiner
 {
 public:
@@ -150,7 +144,7 @@ private:
 
   std::optional<BorderRule> RuleOf(const FED_DataDescriptor& descriptor) const
   {
-    return rules_.Find(KindOf(descriptor));
+    return rules_.Find(GetNamedKind(descriptor));
   }
 
   /// Decides which blocks are linked.

@@ -24,7 +24,6 @@
 #include "progress/Interrupt.h"
 #include "progress/Listener.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
-#include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "selection/Selection.h"
 #include "shards/BorderRule.h"
 #include "text/Failure.h"
@@ -35,9 +34,6 @@ namespace quilon {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr int kNode    = 0;  // entity kinds
-constexpr int kElement = 1;
 
 /// Shards that are written side by side; the database is read once for them.
 constexpr std::size_t kOpenShards = 64;
@@ -52,9 +48,9 @@ struct Parts
   std::unordered_map<int, std::size_t> ofNode;
   std::unordered_map<int, std::size_t> ofElement;
 
-  const std::unordered_map<int, std::size_t>* Find(int kind) const noexcept
+  const std::unordered_map<int, std::size_t>* Find(int entity) const noexcept
   {
-    return kind == kNode ? &ofNode : kind == kElement ? &ofElement : nullptr;
+    return entity == OnfKind::NodeEntity ? &ofNode : entity == OnfKind::ElementEntity ? &ofElement : nullptr;
   }
 };
 
@@ -172,11 +168,9 @@ private:
     }
     std::vector<Descriptors> blocks(steps.size());
     for (const FED_DataDescriptor& block : blocks_) {
-      const int quantity = GetQuantity(block);
-      const int kind     = quantity != 0 ? quantity : block.GetInteger(FED_DataDescriptor::OnfId);
       if (HasResultStep(block))
         blocks[shardOf.at(GetResultStep(block))].push_back(block);
-      else if (FindModelRule(kind))
+      else if (FindModelRule(GetNamedKind(block)))
         for (Descriptors& all : blocks) all.push_back(block);
       else
         blocks.front().push_back(block);
@@ -194,11 +188,11 @@ private:
   }
 
   /// The ids that records have, ascending.
-  std::vector<int> FindIds(int kind) const
+  std::vector<int> FindIds(int entity) const
   {
     std::set<int> ids;
     for (const FED_DataDescriptor& block : blocks_) {
-      if (KindOf(block) != kind) continue;
+      if (OnfKind::EntityOf(block) != entity) continue;
       FED_ForEachSpan(database_->GetConstDataBlock(block), database_->GetIdMapsPool(), [&](const FED_BlockSpan& span) {
         ThrowIfInterrupted();
         const int* const found = span.GetIds().GetData();
@@ -206,12 +200,6 @@ private:
       });
     }
     return {ids.begin(), ids.end()};
-  }
-
-  static int KindOf(const FED_DataDescriptor& block)
-  {
-    return FED_OnfInfoPool::GetOnfInfo(static_cast<FED_OnfId>(block.GetInteger(FED_DataDescriptor::OnfId)))
-        .GetEntityKind();
   }
 
   Parts DealOutByIds(std::size_t count) const
@@ -222,9 +210,9 @@ private:
            std::to_string(kMostShards));
     for (std::size_t i = 1; i <= count; ++i)
       parts.names.push_back("part " + std::to_string(i) + " of " + std::to_string(count));
-    for (const int kind : {kNode, kElement}) {
-      const std::vector<int> ids = FindIds(kind);
-      auto&                  of  = kind == kNode ? parts.ofNode : parts.ofElement;
+    for (const int entity : {OnfKind::NodeEntity, OnfKind::ElementEntity}) {
+      const std::vector<int> ids = FindIds(entity);
+      auto&                  of  = entity == OnfKind::NodeEntity ? parts.ofNode : parts.ofElement;
       for (std::size_t i = 0; i < ids.size(); ++i) of.emplace(ids[i], i * count / ids.size());
     }
     return parts;
@@ -296,7 +284,7 @@ private:
     std::size_t done = 0;
     for (const FED_DataDescriptor& block : blocks_) {
       listener_.Progress("splitting", done++, blocks_.size(), "blocks");
-      if (const auto* of = parts.Find(KindOf(block)))
+      if (const auto* of = parts.Find(OnfKind::EntityOf(block)))
         DealOut(block, *of, parts.names.size() - 1, first, targets);
       else
         whole.push_back(block);
