@@ -9,6 +9,8 @@
 ///
 /// CMake defines `<target>_EXPORTS` while it builds the shared library of that name.
 
+#include "quilon_language.h"
+
 #if defined(_WIN32)
 #  define QUILON_CONTRACT_EXPORT_SYMBOL __declspec(dllexport)
 #  define QUILON_CONTRACT_IMPORT_SYMBOL __declspec(dllimport)

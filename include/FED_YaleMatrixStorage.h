@@ -3,6 +3,8 @@
 /// @file
 /// Sparse matrices in a result database.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 
 #include "quilon_export.h"

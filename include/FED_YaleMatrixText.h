@@ -3,6 +3,8 @@
 /// @file
 /// Sparse matrices from text files.
 
+#include "quilon_language.h"
+
 #include <string>
 
 #include <QuilonUtilities/FED_YaleMatrix.h>

@@ -3,6 +3,8 @@
 /// @file
 /// Lines of an input deck and of the files that it includes.
 
+#include "quilon_language.h"
+
 #include <iosfwd>
 #include <string>
 #include <vector>

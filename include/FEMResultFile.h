@@ -3,6 +3,8 @@
 /// @file
 /// Base of result-file readers.
 
+#include "quilon_language.h"
+
 #include <string>
 
 #include "quilon_export.h"

@@ -3,6 +3,8 @@
 /// @file
 /// Averaging of element-based values at nodes.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <set>

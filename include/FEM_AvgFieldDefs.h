@@ -3,6 +3,8 @@
 /// @file
 /// How an averaging field is saved.
 
+#include "quilon_language.h"
+
 namespace FEM_AvgFieldDefs {
 
 /// Which block a layer is written to. Any other number acts as LayerAsGiven.

@@ -3,6 +3,8 @@
 /// @file
 /// What an averaging field keeps per id and layer.
 
+#include "quilon_language.h"
+
 #include <cstdint>
 
 #include "quilon_export.h"

@@ -3,6 +3,8 @@
 /// @file
 /// Internal forces and moments of elements, gathered while results are read.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <map>

@@ -3,6 +3,8 @@
 /// @file
 /// Principal values of symmetric tensors.
 
+#include "quilon_language.h"
+
 #include "quilon_export.h"
 
 namespace FEM_PrincipalValue {

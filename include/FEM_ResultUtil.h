@@ -3,6 +3,8 @@
 /// @file
 /// Single results into a database, and results derived from others.
 
+#include "quilon_language.h"
+
 #include <array>
 #include <set>
 #include <utility>

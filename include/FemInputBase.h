@@ -3,6 +3,8 @@
 /// @file
 /// Root of the input-deck converters.
 
+#include "quilon_language.h"
+
 #include <string>
 
 #include "quilon_export.h"

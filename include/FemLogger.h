@@ -3,6 +3,8 @@
 /// @file
 /// Which substeps a result reader reads and skips, in few log lines.
 
+#include "quilon_language.h"
+
 #include <set>
 #include <string>
 

@@ -3,6 +3,8 @@
 /// @file
 /// The order of one fill, as a guess at that of the next.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <vector>
 

@@ -3,6 +3,8 @@
 /// @file
 /// The store in which values are kept by 32-bit entity id.
 
+#include "quilon_language.h"
+
 #include <algorithm>
 #include <array>
 #include <cassert>

@@ -3,6 +3,8 @@
 /// @file
 /// Comparison of two blocks.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>

@@ -3,6 +3,8 @@
 /// @file
 /// How much data a database, a block or a record holds.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <utility>
 #include <vector>

@@ -3,6 +3,8 @@
 /// @file
 /// Comparison of two records and of two values.
 
+#include "quilon_language.h"
+
 #include <cmath>
 
 #include "quilon_export.h"

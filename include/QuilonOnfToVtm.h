@@ -3,6 +3,8 @@
 /// @file
 /// Result blocks between ONF text results and the working (VTM) database.
 
+#include "quilon_language.h"
+
 #include <map>
 #include <string>
 

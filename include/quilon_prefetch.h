@@ -3,6 +3,8 @@
 /// @file
 /// Memory asked for ahead of its use.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 
 namespace quilon {

@@ -73,6 +73,8 @@ export PKG_CONFIG_LIBDIR=$root/$libraries/pkgconfig PKG_CONFIG_SYSROOT_DIR=$root
 read -ra flags <<<"$(pkg-config --cflags --libs quilon)"
 g++ -std=c++20 tests/house/consumer/main.cpp -I"$root/usr/include" -L"$root/$libraries" "${flags[@]}" -o "$build/packaged/by_pkg_config"
 "$build/packaged/by_pkg_config"
+old=$(! g++ -std=c++17 -fsyntax-only tests/house/consumer/main.cpp -I"$root/usr/include" "${flags[@]}" 2>&1) || fail "a consumer compiles as C++17"
+[[ $(grep -m 1 'error' <<<"$old") == *"#error QuilonDbDataTools needs C++20"* ]] || fail "a consumer in C++17 is not told so: $old"
 
 step "removal"
 mapfile -t names < <(for deb in "${debs[@]}"; do dpkg-deb -f "$deb" Package; done)

@@ -3,6 +3,8 @@
 /// @file
 /// A block of records.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 
 #include "quilon_contract_export.h"

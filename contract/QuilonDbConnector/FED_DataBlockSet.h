@@ -3,6 +3,8 @@
 /// @file
 /// The blocks of a database as a set.
 
+#include "quilon_language.h"
+
 #include "quilon_contract_export.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 

@@ -3,6 +3,8 @@
 /// @file
 /// The key of a data block.
 
+#include "quilon_language.h"
+
 #include <string>
 #include <type_traits>
 

@@ -3,6 +3,8 @@
 /// @file
 /// A selection of data blocks.
 
+#include "quilon_language.h"
+
 #include <string>
 
 #include "quilon_contract_export.h"

@@ -3,6 +3,8 @@
 /// @file
 /// Scratch records: one record of a block, field by field.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <string>
 

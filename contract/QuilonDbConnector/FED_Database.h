@@ -3,6 +3,8 @@
 /// @file
 /// A database of result blocks.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>

@@ -3,6 +3,8 @@
 /// @file
 /// Constants of databases.
 
+#include "quilon_language.h"
+
 namespace FED_DatabaseDefs {
 
 enum AccessMode : int

@@ -3,6 +3,8 @@
 /// @file
 /// Blocks addressed by entity id.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <memory>
 #include <vector>

@@ -3,6 +3,8 @@
 /// @file
 /// Scratch records of id views.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <vector>
 

@@ -3,6 +3,8 @@
 /// @file
 /// The id maps of a database.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 
 #include "quilon_contract_export.h"

@@ -3,6 +3,8 @@
 /// @file
 /// Which kind of result a block holds.
 
+#include "quilon_language.h"
+
 /// An open enumeration: any number may be cast to it.
 enum FED_OnfId : int
 {

@@ -3,6 +3,8 @@
 /// @file
 /// Operations on whole databases.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 
 #include "quilon_contract_export.h"

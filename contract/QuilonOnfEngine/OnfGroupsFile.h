@@ -3,6 +3,8 @@
 /// @file
 /// Groups of nodes and elements that a user names in a file.
 
+#include "quilon_language.h"
+
 #include <string>
 #include <vector>
 

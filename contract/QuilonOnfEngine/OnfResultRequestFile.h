@@ -3,6 +3,8 @@
 /// @file
 /// Which result kinds the user asked for.
 
+#include "quilon_language.h"
+
 #include <set>
 #include <string>
 

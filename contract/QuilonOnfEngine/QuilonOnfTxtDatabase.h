@@ -3,6 +3,8 @@
 /// @file
 /// A database over a folder of ONF text files.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <memory>
 #include <string>

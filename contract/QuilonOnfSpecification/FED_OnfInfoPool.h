@@ -3,6 +3,8 @@
 /// @file
 /// Metadata of all ONF ids.
 
+#include "quilon_language.h"
+
 #include "quilon_contract_export.h"
 #include "QuilonDbConnector/FED_OnfId.h"
 #include "QuilonOnfSpecification/FED_OnfMetaData.h"

@@ -3,6 +3,8 @@
 /// @file
 /// What is known of one ONF id.
 
+#include "quilon_language.h"
+
 #include <string>
 
 #include "quilon_contract_export.h"

@@ -3,6 +3,8 @@
 /// @file
 /// Back traces for exceptions.
 
+#include "quilon_language.h"
+
 #include <string>
 #include <vector>
 

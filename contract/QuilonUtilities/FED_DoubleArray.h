@@ -3,6 +3,8 @@
 /// @file
 /// The database's list of doubles.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <vector>
 

@@ -3,6 +3,8 @@
 /// @file
 /// Root of the suite's exceptions.
 
+#include "quilon_language.h"
+
 #include <exception>
 #include <memory>
 #include <string>

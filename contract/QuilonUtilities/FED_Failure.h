@@ -3,6 +3,8 @@
 /// @file
 /// The exception of a failed check.
 
+#include "quilon_language.h"
+
 #include <string>
 
 #include "quilon_contract_export.h"

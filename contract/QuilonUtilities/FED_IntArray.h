@@ -3,6 +3,8 @@
 /// @file
 /// The database's list of 32-bit integers.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <vector>
 

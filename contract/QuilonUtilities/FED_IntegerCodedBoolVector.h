@@ -3,6 +3,8 @@
 /// @file
 /// Flags packed into an integer.
 
+#include "quilon_language.h"
+
 #include <vector>
 
 #include "quilon_contract_export.h"

@@ -3,6 +3,8 @@
 /// @file
 /// Logging.
 
+#include "quilon_language.h"
+
 #include "quilon_contract_export.h"
 
 namespace FED_LogMacros {

@@ -3,6 +3,8 @@
 /// @file
 /// The suite's sparse matrix in compressed-row (Yale) form.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 
 #include "quilon_contract_export.h"

@@ -3,6 +3,8 @@
 /// @file
 /// Status of utility functions.
 
+#include "quilon_language.h"
+
 /// 0 is success. A value that is not listed passes through.
 enum FedStatusCode : int
 {

@@ -3,6 +3,8 @@
 /// @file
 /// Whole text files.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>

@@ -3,6 +3,8 @@
 /// @file
 /// Views of callers' arrays.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 
 namespace QuilonContainer {

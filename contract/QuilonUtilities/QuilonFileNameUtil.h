@@ -3,6 +3,8 @@
 /// @file
 /// Parts of file names.
 
+#include "quilon_language.h"
+
 #include "quilon_contract_export.h"
 
 namespace QuilonFileNameUtil {

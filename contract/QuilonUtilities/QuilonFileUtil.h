@@ -3,6 +3,8 @@
 /// @file
 /// What a path names.
 
+#include "quilon_language.h"
+
 #include <string>
 
 #include "quilon_contract_export.h"

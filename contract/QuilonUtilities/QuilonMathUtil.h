@@ -3,6 +3,8 @@
 /// @file
 /// Mathematical functions.
 
+#include "quilon_language.h"
+
 #include "quilon_contract_export.h"
 
 namespace QuilonMathUtil {

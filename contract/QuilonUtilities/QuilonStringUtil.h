@@ -3,6 +3,8 @@
 /// @file
 /// Strings: numbers, trimming, encodings.
 
+#include "quilon_language.h"
+
 #include <string>
 #include <vector>
 

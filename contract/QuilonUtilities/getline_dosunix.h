@@ -3,6 +3,8 @@
 /// @file
 /// Lines of either convention.
 
+#include "quilon_language.h"
+
 #include <istream>
 #include <string>
 

@@ -3,6 +3,8 @@
 /// @file
 /// Copies of single blocks.
 
+#include "quilon_language.h"
+
 #include "quilon_contract_export.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 

@@ -3,6 +3,8 @@
 /// @file
 /// Whole blocks at the speed of their columns: many records at once, of any database.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>

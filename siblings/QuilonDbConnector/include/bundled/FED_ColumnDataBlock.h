@@ -3,6 +3,8 @@
 /// @file
 /// Whole columns of a block.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>

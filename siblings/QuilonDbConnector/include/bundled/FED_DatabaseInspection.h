@@ -3,6 +3,8 @@
 /// @file
 /// The health of a database on disk, and what can be had from a damaged one.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>

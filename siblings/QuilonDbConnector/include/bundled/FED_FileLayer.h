@@ -3,6 +3,8 @@
 /// @file
 /// How databases on disk reach their files.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>

@@ -3,6 +3,8 @@
 /// @file
 /// Record formats: field types and the strings that spell them.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>

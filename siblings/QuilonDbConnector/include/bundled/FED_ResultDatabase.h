@@ -3,6 +3,8 @@
 /// @file
 /// The bundled result database.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>

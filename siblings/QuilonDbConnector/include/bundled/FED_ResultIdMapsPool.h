@@ -3,6 +3,8 @@
 /// @file
 /// The id maps of the bundled database.
 
+#include "quilon_language.h"
+
 #include <array>
 #include <cstddef>
 #include <memory>

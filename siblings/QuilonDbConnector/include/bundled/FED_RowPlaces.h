@@ -3,6 +3,8 @@
 /// @file
 /// Where the values of a database on disk lie, for who reads its files without it.
 
+#include "quilon_language.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <vector>

@@ -3,6 +3,8 @@
 /// @file
 /// Files of databases on disk, with failures that name them.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>

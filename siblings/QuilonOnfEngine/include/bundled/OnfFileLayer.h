@@ -3,6 +3,8 @@
 /// @file
 /// How ONF text reaches its files.
 
+#include "quilon_language.h"
+
 #include "quilon_contract_export.h"
 
 class FED_FileLayer;

@@ -3,6 +3,8 @@
 /// @file
 /// ONF text straight from other databases.
 
+#include "quilon_language.h"
+
 #include <cstddef>
 #include <filesystem>
 #include <functional>

@@ -3,6 +3,8 @@
 /// @file
 /// The catalogue of ONF ids as a table to walk and to search by name.
 
+#include "quilon_language.h"
+
 #include <optional>
 #include <string>
 #include <vector>

@@ -3,6 +3,8 @@
 /// @file
 /// The kinds of the catalogue by name, and questions about kinds.
 
+#include "quilon_language.h"
+
 #include <string>
 #include <vector>
 

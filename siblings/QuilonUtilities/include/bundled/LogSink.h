@@ -3,6 +3,8 @@
 /// @file
 /// Where log lines go.
 
+#include "quilon_language.h"
+
 #include <functional>
 #include <memory>
 #include <string>

@@ -3,6 +3,8 @@
 /// @file
 /// Wide paths as the file system takes them, and back.
 
+#include "quilon_language.h"
+
 #include <filesystem>
 #include <string>
 
