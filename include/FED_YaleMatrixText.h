@@ -23,9 +23,9 @@ namespace FED_YaleMatrixText {
 /// judged either: they are widened from 32 bits with their sign, so that -1 row makes a matrix of 2^64 - 1 rows, and a
 /// list of a negative number of entries is empty.
 /// Failures carry the tag "|%P|QuilonDbDataTools|FED_YaleMatrixText".
-/// @throws FED_Failure that names the file, the line and what was expected: when the file cannot be read, when the file
-///         has fewer entries than its counts ask for (memory for them is not asked for), and when an entry does not
-///         begin with a number that its type can hold
+/// @throws FED_Failure that names the file, the line and what was expected: when the file cannot be read (with the
+///         system's reason where there is one), when the file has fewer entries than its counts ask for (memory for
+///         them is not asked for), and when an entry does not begin with a number that its type can hold
 QUILON_EXPORT FED_YaleMatrix ReadYaleMatrix(const std::wstring& path);
 
 }  // namespace FED_YaleMatrixText

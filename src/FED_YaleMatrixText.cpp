@@ -1,8 +1,10 @@
 #include "FED_YaleMatrixText.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -31,8 +33,12 @@ class Entries
 public:
   explicit Entries(const std::wstring& path) : path_(QuilonStringUtil::wide_to_utf8(path.c_str()))
   {
-    if (!LoadTextFileFast(path.c_str(), entries_, numLines_))
-      ThrowFailure(kTag, "%s: cannot be read, expected a text file with a sparse matrix", path_.c_str());
+    errno = 0;
+    if (!LoadTextFileFast(path.c_str(), entries_, numLines_)) {
+      const std::string reason = errno == 0 ? "" : ": " + std::generic_category().message(errno);
+      ThrowFailure(kTag, "%s: cannot be read, expected a text file with a sparse matrix%s", path_.c_str(),
+                   reason.c_str());
+    }
     QuilonStringUtil::Trim(entries_);
     numLines_ = entries_.size();
     DropOtherLines();

@@ -15,6 +15,7 @@
 #include <QuilonUtilities/FED_Failure.h>
 
 #include "AllocationFailure.h"
+#include "Permissions.h"
 #include "TempFolder.h"
 
 namespace {
@@ -124,14 +125,14 @@ TEST_F(YaleMatrixText, APathBeyondAsciiIsRead)
     EXPECT_EQ(failure.what(),
               folder_.GetPath().string() +
                   "/M\xc3\xa4trix \xcf\x83.txt\xe2\x88\x9e: cannot be read, expected a text file with a "
-                  "sparse matrix");
+                  "sparse matrix: No such file or directory");
   }
 }
 
 TEST_F(YaleMatrixText, AMissingFileIsNamed)
 {
   path_ = folder_ / "none" / "matrix.txt";
-  ExpectFailure("", ": cannot be read, expected a text file with a sparse matrix");
+  ExpectFailure("", ": cannot be read, expected a text file with a sparse matrix: No such file or directory");
 }
 
 TEST_F(YaleMatrixText, AFileThatEndsBeforeItsCountsIsRefused)
@@ -208,8 +209,18 @@ TEST_F(YaleMatrixText, ALongEntryIsCutInTheMessage)
                 ":1: number of values is \"" + std::string(40, 'x') + "\", expected a 32-bit integer");
 }
 
+#ifdef __linux__
+TEST_F(YaleMatrixText, AFileThatMayNotBeReadIsNamedWithTheReason)
+{
+  Read("0\n0\n0\n0\n");
+  std::filesystem::permissions(path_, std::filesystem::perms::none);
+  const quilon_test::HoldPermissions held;
+  ExpectFailure("", ": cannot be read, expected a text file with a sparse matrix: Permission denied");
+}
+#endif
+
 TEST_F(YaleMatrixText, AFolderIsNoTextFile)
 {
   path_ = folder_.GetPath();
-  ExpectFailure("", ": cannot be read, expected a text file with a sparse matrix");
+  ExpectFailure("", ": cannot be read, expected a text file with a sparse matrix: Is a directory");
 }

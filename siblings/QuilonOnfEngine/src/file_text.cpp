@@ -18,7 +18,8 @@ std::optional<StoreFile> FindFile(FED_FileLayer& files, const std::filesystem::p
   FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
   const std::error_code error  = files.Open(path, FED_FileLayer::Read, handle);
   if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory) return std::nullopt;
-  if (error == std::errc::is_a_directory || error == FED_FileLayer::NotAFile()) ThrowFileFailure(path, "no plain file");
+  if (error == std::errc::is_a_directory) ThrowFileFailure(path, "no plain file: " + error.message());
+  if (error == FED_FileLayer::NotAFile()) ThrowFileFailure(path, "no plain file");
   RequireSuccess(error, path, "open");
   return StoreFile(files, path, handle);
 }

@@ -115,5 +115,6 @@ TEST(OnfGroupsFile, AFileThatCannotBeReadIsNamed)
 {
   const quilon_test::TempFolder test;
   EXPECT_EQ(MessageOf([&] { OnfGroupsFile((test / "none").wstring()); }), (test / "none").string() + ": no such file");
-  EXPECT_EQ(MessageOf([&] { OnfGroupsFile(test.GetPath().wstring()); }), test.GetPath().string() + ": no plain file");
+  EXPECT_EQ(MessageOf([&] { OnfGroupsFile(test.GetPath().wstring()); }),
+            test.GetPath().string() + ": no plain file: Is a directory");
 }

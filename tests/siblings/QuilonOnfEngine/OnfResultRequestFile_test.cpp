@@ -81,5 +81,5 @@ TEST(OnfResultRequestFile, AFileThatCannotBeReadIsNamed)
   EXPECT_EQ(MessageOf([&] { OnfResultRequestFile request((test / "none").wstring()); }),
             (test / "none").string() + ": no such file");
   EXPECT_EQ(MessageOf([&] { OnfResultRequestFile request(test.GetPath().wstring()); }),
-            test.GetPath().string() + ": no plain file");
+            test.GetPath().string() + ": no plain file: Is a directory");
 }

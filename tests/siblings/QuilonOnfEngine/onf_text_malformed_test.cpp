@@ -238,11 +238,11 @@ TEST(OnfTextMalformed, AFolderInPlaceOfAFileIsNamed)
 {
   const quilon_test::TempFolder test;
   std::filesystem::create_directory(test / "index");
-  EXPECT_EQ(MessageOfReading(test.GetPath()), (test / "index").string() + ": no plain file");
+  EXPECT_EQ(MessageOfReading(test.GetPath()), (test / "index").string() + ": no plain file: Is a directory");
   std::filesystem::remove(test / "index");
   WriteBytes(test / "index", "onf-text-index: 1\nnames: 0\nblocks: 1\nblock: a.onf\n");
   std::filesystem::create_directory(test / "a.onf");
-  EXPECT_EQ(MessageOfReading(test.GetPath()), (test / "a.onf").string() + ": no plain file");
+  EXPECT_EQ(MessageOfReading(test.GetPath()), (test / "a.onf").string() + ": no plain file: Is a directory");
 }
 
 TEST(OnfTextMalformed, AFileCutShortAnywhereFailsAndIsNamed)
