@@ -1,7 +1,7 @@
 # What goes into the install tree, and the package that finds it: find_package(Quilon), then Quilon::DbDataTools. Its
 # contract symbols are undefined, so a program links siblings beside it: Quilon::Siblings where ours are bundled.
 #
-# Components: Runtime (shared libraries), Development (headers, CMake package, quilon.pc, examples), Program (quilon,
+# Components: Runtime (shared libraries), Development (headers, CMake package, files of pkg-config, examples), Program (quilon,
 # man pages, completions), Documentation (licence, README, manual), Python (where it is built). Without --component all of
 # them are installed.
 include(CMakePackageConfigHelpers)
@@ -59,10 +59,14 @@ set(QUILON_PC_PREFIX "\${pcfiledir}/${quilon_from_pc}")
 if(QUILON_PACKAGES)
   set(QUILON_PC_PREFIX /usr)
 endif()
+set(quilon_pc_names QuilonDbDataTools)
 if(QUILON_SIBLINGS STREQUAL bundled)
-  configure_file(cmake/quilon.pc.in quilon.pc @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/quilon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+  list(APPEND quilon_pc_names quilon)
 endif()
+foreach(name IN LISTS quilon_pc_names)
+  configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+endforeach()
 
 set(quilon_examples_dir ${CMAKE_INSTALL_DOCDIR}/examples)
 if(QUILON_PACKAGES)

@@ -50,7 +50,7 @@ quilon_package(
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/triggers)
 quilon_package(
   Development libquilondbdatatools-dev libdevel "data tools for finite-element results, development files"
-  "Headers, the CMake package Quilon, quilon.pc and examples."
+  "Headers, the CMake package Quilon, files of pkg-config and examples."
   "${library} (= ${version})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 quilon_package(

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Makes the Debian packages of a build and the source archive, and checks them: lintian without errors, nothing of other
-# projects exported, installation and removal, consumers by find_package and by pkg-config, program, man pages,
-# completions and Python package as they are installed.
+# projects exported, installation and removal, consumers by find_package and by pkg-config, with our siblings and with
+# somebody else's, program, man pages, completions and Python package as they are installed.
 #
 # usage: scripts/check_packages.sh [--bare] [PRESET]     (default: dev; its build folder is used)
 #
@@ -12,7 +12,7 @@
 set -euo pipefail
 
 if [[ ${1:-} == --help || ${1:-} == -h ]]; then
-  sed -n '2,12s/^# \{0,1\}//p' "$0"
+  sed -n '2,13s/^# \{0,1\}//p' "$0"
   exit 0
 fi
 bare=
@@ -75,6 +75,25 @@ g++ -std=c++20 tests/house/consumer/main.cpp -I"$root/usr/include" -L"$root/$lib
 "$build/packaged/by_pkg_config"
 old=$(! g++ -std=c++17 -fsyntax-only tests/house/consumer/main.cpp -I"$root/usr/include" "${flags[@]}" 2>&1) || fail "a consumer compiles as C++17"
 [[ $(grep -m 1 'error' <<<"$old") == *"#error QuilonDbDataTools needs C++20"* ]] || fail "a consumer in C++17 is not told so: $old"
+
+step "consumers with siblings of somebody else"
+# Ours stand in for them, in one library under a name of its own, so that it shows which ones are loaded.
+theirs=$build/packaged/libTheirs.so
+headers=
+for sibling in OnfEngine DbConnector OnfSpecification Utilities; do headers+="$PWD/siblings/Quilon$sibling/include;"; done
+g++ -shared -Wl,-soname,libTheirs.so "$build"/siblings/Quilon*/CMakeFiles/Quilon*.dir/src/*.o -o "$theirs"
+cmake -S tests/house/consumer -B "$build/packaged/consumer_of_theirs" -G Ninja -D CMAKE_PREFIX_PATH="$root/usr" \
+  -D SIBLINGS="$theirs" -D SIBLING_INCLUDES="$headers" >/dev/null
+cmake --build "$build/packaged/consumer_of_theirs" >/dev/null
+read -ra flags <<<"$(pkg-config --cflags --libs QuilonDbDataTools)"
+IFS=';' read -ra folders <<<"$headers"
+g++ -std=c++20 tests/house/consumer/main.cpp -I"$root/usr/include" "${folders[@]/#/-I}" -L"$root/$libraries" "${flags[@]}" "$theirs" \
+  -Wl,-rpath,"$build/packaged" -o "$build/packaged/theirs_by_pkg_config"
+for program in "$build/packaged/consumer_of_theirs/consumer" "$build/packaged/theirs_by_pkg_config"; do
+  "$program"
+  loaded=$(ldd "$program" | grep -oE 'lib(Quilon|Theirs)[A-Za-z]*' | sort -u | tr '\n' ' ')
+  [[ $loaded == "libQuilonDbDataTools libTheirs " ]] || fail "$program loads $loaded, expected the library and libTheirs alone"
+done
 
 step "removal"
 mapfile -t names < <(for deb in "${debs[@]}"; do dpkg-deb -f "$deb" Package; done)

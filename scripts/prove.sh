@@ -35,7 +35,7 @@ while (($#)); do
   shift
 done
 
-parts=(faults memory models long soak fuzz mutants coverage)
+parts=(faults memory models long soak source fuzz mutants coverage)
 state=build/prove
 commit=$(git rev-parse HEAD)$(git diff HEAD | sha256sum | cut -c1-8)
 if $again; then rm -rf "$state"; fi
@@ -82,6 +82,23 @@ prove_long() {
   done < <(ctest --preset long -N | sed -n 's/^ *Test *#[0-9]*: //p')
 }
 prove_soak() { build release; soak release "$(seconds 10)"; }
+# The source archive of the commit, built whole, installed and used; without a network where the machine allows that.
+prove_source() {
+  local folder=$PWD/build/source offline=()
+  unshare --net true 2>/dev/null && offline=(unshare --net)
+  rm -rf "$folder"
+  mkdir -p "$folder"
+  scripts/make_source_archive.sh "$folder"
+  tar -xzf "$folder"/quilon-*.tar.gz -C "$folder"
+  "${offline[@]}" cmake -S "$folder"/quilon-*/ -B "$folder/build" -G Ninja -D CMAKE_BUILD_TYPE=Release -D QUILON_BUILD_TESTS=OFF \
+    -D QUILON_BUILD_BENCH=OFF >/dev/null
+  "${offline[@]}" cmake --build "$folder/build" --target all >/dev/null
+  cmake --install "$folder/build" --prefix "$folder/prefix" >/dev/null
+  (cd "$folder" && prefix/bin/quilon import quilon-*/tests/fixtures/calculix/b_hex/b_hex.{inp,frd,dat} -o b.fed -q && prefix/bin/quilon check b.fed)
+  cmake -S tests/house/consumer -B "$folder/consumer" -G Ninja -D CMAKE_PREFIX_PATH="$folder/prefix" >/dev/null
+  cmake --build "$folder/consumer" >/dev/null
+  "$folder/consumer/consumer"
+}
 prove_fuzz() {
   local count
   count=$(tr '\n' ' ' < tests/fuzz/CMakeLists.txt | grep -o 'quilon_add_fuzz(' | wc -l)
