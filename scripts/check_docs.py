@@ -14,10 +14,21 @@ of them, changed.frd. Its blocks are taken in order:
                       "..." stands for any lines. "> " goes on with a command. An exit code other than 0 is a failure
                       unless the command tells it ("; echo $?").
   ```LANGUAGE FILE    is written to the file.
+  ```cpp              is compiled: its includes, then what "compiled within" declares, then the rest in a function; <iostream>
+                      and <vector> are there.
+  ```python           runs in python/tests/test_docs.py.
+  ```text             is no example: a drawing, a format, what an example prints.
   ```                 in README.md: lines that begin with "quilon " are run, with job.* and before.frd and after.fed.
 
-In docs/quilon.md lines that begin with four blanks and "$ quilon " are run too, where the names are those of the job: as
-bracket.fed, bracket.onf, before.frd, after.fed, old.onf and new.frd it is there as well. Exit codes 0 and 1 are fine.
+Comments before a block say more:
+
+  <!-- files: FIXTURE as NAME -->        tests/fixtures/FIXTURE.inp, .frd and .dat, those there are, or the folder
+                                         FIXTURE, are there as NAME from here on
+  <!-- printed by: COMMAND -->           the block is what the command prints
+  <!-- compiled within: DECLARATIONS --> what a block of C++ finds declared
+  <!-- not run: REASON -->               the block is not run; it is listed at the end
+
+Any other block is an error, and so are commands in blocks that are told by four blanks.
 
 quilon, a C++ compiler as c++, and quilon.pc for pkg-config are there.
 """
@@ -31,20 +42,35 @@ import tempfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-FIXTURE = ROOT / "tests/fixtures/calculix/b_hex"
-BLOCK = re.compile(r"^```(?P<info>[^\n]*)\n(?P<text>.*?)^```$", re.MULTILINE | re.DOTALL)
+FIXTURES = ROOT / "tests/fixtures"
+FIXTURE = FIXTURES / "calculix/b_hex/b_hex"
+BLOCK = re.compile(r"^(?P<indent> {0,3})```(?P<info>[^\n]*)\n(?P<text>.*?)^(?P=indent)```$"
+                   r"|(?<=\n\n)(?P<plain>(?:    [^\n]*\n+)+)", re.MULTILINE | re.DOTALL)  # fmt: skip
+COMMENT = re.compile(r"<!-- (?P<rule>files|printed by|compiled within|not run): (?P<what>.*?) -->", re.DOTALL)
+COMMAND = re.compile(r"^\s*(?:\$ |(?:quilon|cmake|ctest|cpack|pip|python3|source|make)\s|\.?/?scripts/)", re.MULTILINE)
+WRITTEN_BY_OTHERS = {"docs/performance.md": "scripts/bench.sh writes the page and what its commands print"}
 
 
 def pages():
     return [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md")), *sorted((ROOT / "docs/guide").glob("*.md"))]
 
 
+def copy_fixture(source, target):
+    if source.is_dir():
+        shutil.copytree(source, target)
+        return
+    files = [source.with_name(f"{source.name}.{extension}") for extension in ("inp", "frd", "dat")]
+    if not any(file.exists() for file in files):
+        raise ValueError(f"there is no {source}")
+    for file in filter(Path.exists, files):
+        shutil.copy(file, target.with_name(target.name + file.suffix))
+
+
 def prepare(folder, names):
     for name in names:
-        for extension in ("inp", "frd", "dat"):
-            shutil.copy(FIXTURE / f"b_hex.{extension}", folder / f"{name}.{extension}")
+        copy_fixture(FIXTURE, folder / name)
     # One displacement of node 1 is another, in the fourth digit.
-    text = (FIXTURE / "b_hex.frd").read_text()
+    text = FIXTURE.with_suffix(".frd").read_text()
     place = text.index(" -1", text.index(" -4  DISP"))
     line = text[place : text.index("\n", place)]
     number = re.findall(r"[ -]\d\.\d{5}E[+-]\d\d", line)[-1]
@@ -82,63 +108,92 @@ def matches(expected, printed):
 class Page:
     def __init__(self, path, update, environment):
         self.path, self.update, self.environment = path, update, environment
-        self.commands = self.failures = 0
-        self.lines = []
+        self.name = str(path.relative_to(ROOT))
+        self.commands = self.failures = self.run = 0
+        self.left = []  # places and reasons of what is not run
 
     def fail(self, line, message):
         self.failures += 1
-        print(f"{self.path.relative_to(ROOT)}:{line}: {message}", file=sys.stderr)
+        print(f"{self.name}:{line}: {message}", file=sys.stderr)
+
+    def compare(self, command, expected, line, folder):
+        """Runs a command and returns the lines that stand behind it, or are to."""
+        code, printed = run(command, folder, self.environment)
+        self.commands += 1
+        if code != 0:
+            self.fail(line, f"exit code {code} of: {command}\n{printed}")
+        if self.update and not matches(expected, printed):
+            expected = printed.splitlines()
+        if not matches(expected, printed if printed.endswith("\n") or not printed else printed + "\n"):
+            self.fail(line, f"{command}\nprints\n{printed}expected\n" + "\n".join(expected))
+        return expected
 
     def console(self, text, line, folder):
         shown = []
         for command, written, expected in commands_of(text):
-            code, printed = run(command, folder, self.environment)
-            self.commands += 1
-            if code != 0:
-                self.fail(line, f"exit code {code} of: {command}\n{printed}")
-            if self.update and not matches(expected, printed):
-                expected = printed.splitlines()
-            if not matches(expected, printed if printed.endswith("\n") or not printed else printed + "\n"):
-                self.fail(line, f"{command}\nprints\n{printed}expected\n" + "\n".join(expected))
-            shown += written + expected
+            shown += written + self.compare(command, expected, line, folder)
         return "\n".join(shown) + "\n"
 
-    def check_lines(self, folder):
-        shutil.copy(FIXTURE / "b_hex.frd", folder / "before.frd")
-        shutil.copy(FIXTURE / "b_hex.frd", folder / "new.frd")
-        for name in ("after.fed", "bracket.fed", "bracket.onf", "old.onf"):
-            run(f"quilon import bracket.inp bracket.frd bracket.dat --average-by material -o {name}", folder, self.environment)
-        text = self.path.read_text(encoding="utf-8")
-        for line in re.finditer(r"^    \$ (quilon .*)$", text, re.MULTILINE):
-            command = line[1]
-            if "cases.txt" in command or not re.search(r"\b(bracket|before|old)\.", command):
-                continue  # of another job
-            code, printed = run(command, folder, self.environment)
-            self.commands += 1
-            if code not in (0, 1) or "quilon: error" in printed:
-                self.fail(text.count("\n", 0, line.start()) + 1, f"exit code {code} of: {command}\n{printed}")
+    def compile(self, text, line, folder, within):
+        includes = "".join(re.findall(r"^#include.*\n", text, re.MULTILINE))
+        rest = re.sub(r"^#include.*\n", "", text, flags=re.MULTILINE)
+        (folder / "fragment.cpp").write_text(f"#include <iostream>\n#include <vector>\n{includes}{within}\nvoid Example()\n{{\n{rest}}}\n", encoding="utf-8")
+        code, printed = run("c++ -std=c++20 -fsyntax-only fragment.cpp $(pkg-config --cflags quilon)", folder, self.environment)
+        if code != 0:
+            self.fail(line, f"the fragment does not compile\n{printed}")
+
+    def block(self, block, line, folder, rules):
+        """Takes one block, and returns its text, or what it is to be."""
+        text, words = block["text"], block["info"].split()
+        self.run += 1
+        if "not run" in rules:
+            self.run -= 1
+            self.left.append(f"{self.name}:{line}: {' '.join(rules['not run'].split())}")
+        elif "printed by" in rules:
+            text = "\n".join(self.compare(rules["printed by"], text.splitlines(), line, folder)) + "\n"
+        elif words == ["console"]:
+            text = self.console(text, line, folder)
+        elif len(words) == 2:
+            file = folder / words[1]
+            file.parent.mkdir(parents=True, exist_ok=True)
+            file.write_text(text, encoding="utf-8")
+        elif words == ["cpp"]:
+            self.compile(text, line, folder, rules.get("compiled within", ""))
+        elif not words and self.name == "README.md":
+            listed = re.findall(r"^quilon .*$", text, re.MULTILINE)
+            if not listed:
+                self.fail(line, "no command of this list is run, expected lines that begin with 'quilon '")
+            for command in listed:
+                code, printed = run(command, folder, self.environment)
+                self.commands += 1
+                if code != 0:
+                    self.fail(line, f"exit code {code} of: {command}\n{printed}")
+        elif words == ["text"] and not COMMAND.search(text):
+            self.run -= 1  # no example
+        elif words != ["python"]:
+            self.fail(line, "this block is neither run nor marked 'not run', see --help")
+        return text
 
     def check(self, folder):
         text = self.path.read_text(encoding="utf-8")
         changed, last = [], 0
         for block in BLOCK.finditer(text):
-            words = block["info"].split()
             line = text.count("\n", 0, block.start()) + 1
-            content = block["text"]
-            if words[:1] == ["console"]:
-                content = self.console(content, line, folder)
-            elif len(words) == 2:
-                file = folder / words[1]
-                file.parent.mkdir(parents=True, exist_ok=True)
-                file.write_text(content, encoding="utf-8")
-            elif not words and self.path.name == "README.md":
-                for command in re.findall(r"^quilon .*$", content, re.MULTILINE):
-                    code, printed = run(command, folder, self.environment)
-                    self.commands += 1
-                    if code != 0:
-                        self.fail(line, f"exit code {code} of: {command}\n{printed}")
-            changed += [text[last : block.start("text")], content]
-            last = block.end("text")
+            before = text[last : block.start()]
+            rules = {comment["rule"]: comment["what"] for comment in COMMENT.finditer(before)}
+            for comment in COMMENT.finditer(before):
+                if comment["rule"] == "files":
+                    source, target = comment["what"].split(" as ")
+                    copy_fixture(FIXTURES / source, folder / target)
+            if block["plain"] is None:
+                changed += [text[last : block.start("text")], self.block(block, line, folder, rules)]
+                last = block.end("text")
+            elif "not run" in rules:
+                self.left.append(f"{self.name}:{line}: {' '.join(rules['not run'].split())}")
+                changed.append(text[last : block.end()])
+                last = block.end()
+            elif COMMAND.search(block["plain"]):
+                self.fail(line, "commands that are not run; expected a block of ```console, see --help")
         changed = "".join(changed) + text[last:]
         if self.update and changed != text:
             self.path.write_text(changed, encoding="utf-8")
@@ -151,7 +206,8 @@ def main():
         return 0 if arguments else 2
     build = Path(arguments[0]).resolve()
     chosen = [Path(page).resolve() for page in arguments[1:]] or pages()
-    failures = commands = 0
+    failures = commands = examples = 0
+    left = []
     with tempfile.TemporaryDirectory() as scratch:
         prefix = Path(scratch, "prefix")
         for component in ("Runtime", "Development", "Program"):
@@ -159,22 +215,26 @@ def main():
                            check=True, stdout=subprocess.DEVNULL)  # fmt: skip
         (prefix / "bin").mkdir(exist_ok=True)
         environment = dict(os.environ, PATH=f"{prefix}/bin:{os.environ['PATH']}", LC_ALL="C.UTF-8", HOME=scratch,
-                           PKG_CONFIG_PATH=f"{prefix}/lib/pkgconfig", LD_LIBRARY_PATH=f"{prefix}/lib", NO_COLOR="1",
-                           QUILON_TREE=str(ROOT))  # fmt: skip
+                           PKG_CONFIG_PATH=f"{prefix}/lib/pkgconfig", LD_LIBRARY_PATH=f"{prefix}/lib", NO_COLOR="1")  # fmt: skip
         for path in chosen:
             folder = Path(scratch, str(path.relative_to(ROOT)).replace("/", "-"))
             folder.mkdir()
             prepare(folder, ("bracket",) if path.name != "README.md" else ("bracket", "job"))
             if path.name == "README.md":
-                shutil.copy(FIXTURE / "b_hex.frd", folder / "before.frd")
+                shutil.copy(FIXTURE.with_suffix(".frd"), folder / "before.frd")
                 run("quilon import bracket -o after.fed", folder, environment)
             page = Page(path, "--update" in sys.argv, environment)
+            if page.name in WRITTEN_BY_OTHERS:
+                left.append(f"{page.name}: {WRITTEN_BY_OTHERS[page.name]}")
+                continue
             page.check(folder)
-            if path.name == "quilon.md":
-                page.check_lines(folder)
             failures += page.failures
             commands += page.commands
-    print(f"{commands} commands of {len(chosen)} pages, {failures} wrong")
+            examples += page.run
+            left += page.left
+    for place in left:
+        print("not run:", place)
+    print(f"{examples} of {examples + len(left)} examples run, {commands} commands of {len(chosen)} pages, {failures} wrong")
     return 1 if failures or not commands else 0
 
 
