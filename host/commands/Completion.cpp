@@ -100,6 +100,8 @@ public:
   explicit Collector(std::string written) : written_(std::move(written)) {}
 
   const std::string& GetWritten() const noexcept { return written_; }
+  /// @return what is written up to the last of these marks, which every candidate begins with
+  std::string GetFront(std::string_view marks) const { return written_.substr(0, BehindLast(written_, marks)); }
 
   void Add(const std::string& word, const std::string& meaning)
   {
@@ -167,7 +169,7 @@ public:
   void AddSteps(Collector& collector) const
   {
     if (stored_ == nullptr) return;
-    const std::string front = collector.GetWritten().substr(0, BehindLast(collector.GetWritten(), ",:"));
+    const std::string front = collector.GetFront(",:");
     const StepTimes   times(stored_->Get());
     int               position = 0;
     for (const FED_DataDescriptor& step : ListResultSteps(all_)) {
@@ -181,7 +183,7 @@ public:
   void AddTimes(Collector& collector) const
   {
     if (stored_ == nullptr) return;
-    const std::string front = collector.GetWritten().substr(0, BehindLast(collector.GetWritten(), ",:"));
+    const std::string front = collector.GetFront(",:");
     const StepTimes   times(stored_->Get());
     for (const FED_DataDescriptor& step : ListResultSteps(all_))
       if (const auto time = times.TimeOf(step)) collector.Add(front + FormatNumber(*time), StepText(step));
@@ -201,7 +203,7 @@ public:
   void AddComponentNames(const std::vector<std::string>& arguments, Collector& collector) const
   {
     if (stored_ == nullptr) return;
-    const std::string front = collector.GetWritten().substr(0, BehindLast(collector.GetWritten(), ","));
+    const std::string front = collector.GetFront(",");
     for (const std::string& argument : arguments)
       if (const auto onf = KindOf(argument.substr(0, argument.find_first_of("@,"))))
         for (const std::string& component : ComponentNamesOf(*onf)) collector.Add(front + component, "component");
@@ -302,28 +304,32 @@ void AddValues(const CLI::Option& option, const std::vector<std::string>& argume
   static const std::set<std::string> kPaths = {"DECK", "FILE", "FOLDER", "GROUPS", "LOG", "NEW", "OUT", "PATH"};
   const std::string                  value  = ValueOf(option);
   const std::string                  name   = NamesOf(option).back();
-  const DatabaseWords                database(arguments);
+  std::optional<DatabaseWords>       opened;  // only where words of the database are asked for
+  const auto                         database = [&]() -> const DatabaseWords& {
+    if (!opened) opened.emplace(arguments);
+    return *opened;
+  };
   for (const std::string& piece : Alternatives(value)) {
     if (kPaths.contains(piece))
       collector.AddFiles();
     else if (IsWord(piece))
       collector.Add(piece, option.get_description());
     else if (piece == "SELECTION")
-      database.AddSelections(collector);
+      database().AddSelections(collector);
     else if (piece == "KIND,...")
-      database.AddKinds(collector.GetWritten(), collector);
+      database().AddKinds(collector.GetWritten(), collector);
     else if (piece == "STEP" || piece == "STEPS")
-      database.AddSteps(collector);
+      database().AddSteps(collector);
     else if (piece == "TIME" || piece == "TIMES")
-      database.AddTimes(collector);
+      database().AddTimes(collector);
     else if (piece == "AXES")
       for (const char* axes : {"global", "principal", "rectangular:", "cylindrical:"}) collector.Add(axes, "axes");
     else if (name == "--set" || piece == "SET,...")
-      database.AddNames("-set", collector);
+      database().AddNames("-set", collector);
     else if (name == "--material")
-      database.AddNames("material", collector);
+      database().AddNames("material", collector);
     else if (name == "--component")
-      database.AddComponentNames(arguments, collector);
+      database().AddComponentNames(arguments, collector);
   }
 }
 

@@ -28,7 +28,7 @@ struct Options
   SelectionOptions         selection;
   std::string              output;
   std::vector<std::string> components;
-  ExportGroupForm          groups = ExportGroupForm::Arrays;
+  std::string              groups = "arrays";
   bool                     link   = false;
   bool                     json   = false;
 };
@@ -65,6 +65,8 @@ void PrintAsJson(Output& output, const ExportReport& report)
 void Run(const Options& options, CommandContext& context)
 {
   const bool isPrinted = options.output == kStandardOutput;
+  if (options.groups != "arrays" && options.groups != "points")
+    Fail("--groups is '" + options.groups + "', expected arrays or points");
   if (isPrinted && options.json) Fail("-o - prints the table, expected a file with --json");
   if (isPrinted && options.link) Fail("--link is of a .vtkhdf, expected a file in place of -o -");
   if (!isPrinted) CheckExportOutput(options.output);
@@ -74,7 +76,7 @@ void Run(const Options& options, CommandContext& context)
   ExportRequest   request;
   request.name   = options.database;
   request.output = options.output;
-  request.groups = options.groups;
+  request.groups = options.groups == "points" ? ExportGroupForm::Points : ExportGroupForm::Arrays;
   if (options.link) request.linkedFolder = options.database;
   request.components.forAll = options.components;
   const Selection selection = options.selection.Parse(kinds);
@@ -121,9 +123,7 @@ CommandFunction DefineExport(CLI::App& app)
       ->delimiter(',');
   app.add_option("--groups", options->groups,
                  "Averages of groups: an array each, or points of their own where groups meet (arrays)")
-      ->type_name("arrays|points")
-      ->transform(CLI::CheckedTransformer(std::map<std::string, ExportGroupForm>{{"arrays", ExportGroupForm::Arrays},
-                                                                                 {"points", ExportGroupForm::Points}}));
+      ->type_name("arrays|points");
   app.add_flag("--link", options->link,
                "Point at the values in a working database, in place of writing them (.vtkhdf)");
   app.add_flag("--json", options->json, "Print JSON");

@@ -204,9 +204,11 @@ CommandFunction DefinePlot(CLI::App& app)
       ->type_name("LOG");
   app.footer(
       "Without a selection the mesh is drawn. Of several steps the last is shown. Views are parallel projections:\n"
-      "  top     looks against +z, x to the right        front  looks along +y, z up, x to the right\n"
-      "  right   looks along -x, z up, y to the right     bottom, back, left  from the other side\n"
-      "  AZ,EL   0,0 is front, 90,0 right, 0,90 top       iso   45,35.26\n"
+      "  front   along +y: x to the right, z up (as 0,0)\n"
+      "  right   along -x: y to the right, z up (as 90,0)\n"
+      "  top     against +z: x to the right, y up (as 0,90)\n"
+      "  back, left, bottom: from the other side\n"
+      "  iso     all axes equally long (as 45,35.26)\n"
       "The plane of --cut goes through the undeformed model. Colours are viridis, or coolwarm about zero where both\n"
       "signs matter. The same input gives the same file.\n"
       "\n"

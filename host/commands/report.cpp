@@ -1,5 +1,4 @@
 #include <cstddef>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,12 +7,9 @@
 
 #include "commands/Command.h"
 #include "commands/NumberOptions.h"
-#include "commands/SelectionOptions.h"
-#include "database/StepTimes.h"
+#include "commands/PageArguments.h"
 #include "import/OpenedDatabase.h"
-#include "kinds/KindTable.h"
 #include "quilon_version.h"
-#include "QuilonDbConnector/FED_Database.h"
 #include "report/Report.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
@@ -28,28 +24,23 @@ namespace {
 
 struct Options
 {
-  std::string      database;
-  SelectionOptions selection;
-  std::string      output;
-  std::size_t      maxSteps = 0;
-  BlobBits         bits     = BlobBits::Full;
+  PageArguments page;
+  std::string   output;
+  std::size_t   maxSteps = 0;
+  int           bits     = 32;
 };
 
 void Run(const Options& options, CommandContext& context)
 {
   const std::string extension = LowerExtension(options.output);
   if (extension != ".html" && extension != ".htm") Fail(options.output + ": expected a name that ends in .html");
+  if (options.bits != 16 && options.bits != 32)
+    Fail("--bits is " + std::to_string(options.bits) + ", expected 16 or 32");
   CheckOutputFile(options.output);
-  OpenedDatabase  database(options.database, context.console);
-  const KindTable kinds(database.Get());
-  PageRequest     request;
-  request.database = &database.Get();
-  request.name     = options.database;
-  request.blocks   = ChoosePageBlocks(options.selection.Choose(database.Get(), options.selection.ParseBlocks(kinds),
-                                                               StepTimes(database.Get()), options.database),
-                                      !options.selection.text.empty());
-  request.maxSteps = options.maxSteps;
-  request.bits     = options.bits;
+  OpenedDatabase database(options.page.database, context.console);
+  PageRequest    request = MakePageRequest(options.page, database.Get());
+  request.maxSteps       = options.maxSteps;
+  request.bits           = options.bits == 16 ? BlobBits::Half : BlobBits::Full;
   const ReportResult result =
       WriteReport(request, options.output, std::string("quilon ") + kQuilonVersion, context.console);
   context.console.ClearProgress();
@@ -63,18 +54,12 @@ void Run(const Options& options, CommandContext& context)
 CommandFunction DefineReport(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  AddDatabaseArgument(app, options->database);
-  app.add_option("SELECTION", options->selection.text,
-                 "What the page shows: KIND,...@KEY=VALUES,... (default: all that has values of nodes or elements)");
+  AddPageArguments(app, options->page);
   app.add_option("-o,--output", options->output, "Page to write: .html")->required()->type_name("FILE");
-  AddStepsOption(app, options->selection);
-  AddTimeOption(app, options->selection);
   AddCountOption(app, "--max-steps", options->maxSteps,
                  "As many steps at most, evenly chosen, the first and the last among them (default: all)");
-  app.add_option("--bits", options->bits, "Of a value: 32, or 16 for half the bytes (default: 32)")
-      ->type_name("16|32")
-      ->transform(
-          CLI::CheckedTransformer(std::map<std::string, BlobBits>{{"32", BlobBits::Full}, {"16", BlobBits::Half}}));
+  AddIntegerOption(app, "--bits", options->bits, "Of a value: 32, or 16 for half the bytes (default: 32)")
+      ->type_name("16|32");
   app.footer(
       "The page is one file that needs nothing else and asks for nothing: it opens by\n"
       "a double-click, without a network. It has at most 25 MB. The same input gives\n"

@@ -5,13 +5,10 @@
 
 #include "commands/Command.h"
 #include "commands/NumberOptions.h"
-#include "commands/SelectionOptions.h"
-#include "database/StepTimes.h"
+#include "commands/PageArguments.h"
 #include "import/OpenedDatabase.h"
-#include "kinds/KindTable.h"
 #include "progress/Interrupt.h"
 #include "quilon_version.h"
-#include "QuilonDbConnector/FED_Database.h"
 #include "report/PageServer.h"
 #include "report/Report.h"
 #include "terminal/Console.h"
@@ -24,9 +21,8 @@ namespace {
 
 struct Options
 {
-  std::string      database;
-  SelectionOptions selection;
-  int              port = 0;
+  PageArguments page;
+  int           port = 0;
 };
 
 #ifdef QUILON_HAS_SERVER
@@ -34,19 +30,13 @@ void Run(const Options& options, CommandContext& context)
 {
   if (options.port < 0 || options.port > 65535)
     Fail("--port is " + std::to_string(options.port) + ", expected 1 to 65535, or 0 for any");
-  OpenedDatabase  database(options.database, context.console);
-  const KindTable kinds(database.Get());
-  PageRequest     request;
-  request.database = &database.Get();
-  request.name     = options.database;
-  request.blocks   = ChoosePageBlocks(options.selection.Choose(database.Get(), options.selection.ParseBlocks(kinds),
-                                                               StepTimes(database.Get()), options.database),
-                                      !options.selection.text.empty());
+  OpenedDatabase    database(options.page.database, context.console);
+  const PageRequest request = MakePageRequest(options.page, database.Get());
   const std::string program = std::string("quilon ") + kQuilonVersion;
   PageSource        source(request, context.console);
   Json              header = MakePageHeader(request, source, program, context.console);
   header["base"]           = "blob/";
-  const PageFrame frame    = MakePageFrame(FileNameOf(options.database), program, header, "connect-src 'self'; ");
+  const PageFrame frame    = MakePageFrame(FileNameOf(options.page.database), program, header, "connect-src 'self'; ");
   PageServer      server(source, frame.begin + frame.end, options.port);
   context.console.ClearProgress();
   context.output.Write(server.GetAddress() + '\n');
@@ -67,11 +57,7 @@ void Run(const Options&, CommandContext&)
 CommandFunction DefineServe(CLI::App& app)
 {
   const auto options = std::make_shared<Options>();
-  AddDatabaseArgument(app, options->database);
-  app.add_option("SELECTION", options->selection.text,
-                 "What the page shows: KIND,...@KEY=VALUES,... (default: all that has values of nodes or elements)");
-  AddStepsOption(app, options->selection);
-  AddTimeOption(app, options->selection);
+  AddPageArguments(app, options->page);
   AddIntegerOption(app, "--port", options->port, "Port of this machine (default: any that is free)");
   app.footer(
       "Prints an address for a browser on this machine and serves the page of 'quilon\n"

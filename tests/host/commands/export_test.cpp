@@ -120,7 +120,8 @@ TEST_F(ExportCommand, RefusesWhatGivesNothing)
   ExpectRefusal({"export", fed_, "displacement", "-o", Out("job.vtu")}, "expected one step for a .vtu, found 3");
   ExpectRefusal({"export", fed_, "displacement", "-o", Out("job.xyz")}, ".vtkhdf, .vtu, .pvd or .csv");
   ExpectRefusal({"export", fed_, "displacement,540", "-o", Out("job.csv")}, "values of nodes or of elements");
-  ExpectRefusal({"export", fed_, "displacement", "--groups", "lines", "-o", Out("job.vtkhdf")}, "lines");
+  ExpectRefusal({"export", fed_, "displacement", "--groups", "lines", "-o", Out("job.vtkhdf")},
+                "--groups is 'lines', expected arrays or points");
 }
 
 TEST_F(ExportCommand, LinksPointAtAWorkingDatabase)

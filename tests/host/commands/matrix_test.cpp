@@ -26,10 +26,7 @@ protected:
   {
     const bool        isThere = std::filesystem::exists(onf_);
     const std::string before  = isThere ? ReadTree(onf_) : "";
-    const RunResult   run     = RunQuilon(arguments);
-    EXPECT_EQ(run.err, "quilon: error: " + message + "\n");
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.exitCode, 2);
+    quilon_test::ExpectTrouble(arguments, message);
     EXPECT_EQ(std::filesystem::exists(onf_), isThere);
     if (isThere) {
       EXPECT_EQ(ReadTree(onf_), before);

@@ -20,10 +20,7 @@ protected:
   void ExpectTrouble(std::vector<std::string> arguments, const std::string& message)
   {
     arguments.insert(arguments.begin(), {"-q", "plot"});
-    const RunResult run = RunQuilon(arguments);
-    EXPECT_EQ(run.err, "quilon: error: " + message + "\n");
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.exitCode, 2);
+    quilon_test::ExpectTrouble(arguments, message);
     EXPECT_TRUE(std::filesystem::is_empty(folder_.GetPath()));
   }
 
@@ -46,6 +43,16 @@ TEST_F(PlotCommand, DrawsAResultFileInEveryFormatTheSameEachTime)
     RunQuilon({"plot", job_, "displacement.z", "-o", file, "--deform", "auto", "--size", "300x200", "--view", "30,20"});
     EXPECT_EQ(ReadAll(file), first) << name;
   }
+}
+
+TEST_F(PlotCommand, HelpHasALineForEachView)
+{
+  EXPECT_THAT(RunQuilon({"plot", "--help"}).out, HasSubstr("parallel projections:\n"
+                                                           "  front   along +y: x to the right, z up (as 0,0)\n"
+                                                           "  right   along -x: y to the right, z up (as 90,0)\n"
+                                                           "  top     against +z: x to the right, y up (as 0,90)\n"
+                                                           "  back, left, bottom: from the other side\n"
+                                                           "  iso     all axes equally long (as 45,35.26)\n"));
 }
 
 TEST_F(PlotCommand, ShowsOneStepWithoutANote)

@@ -17,6 +17,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <gtest/gtest.h>
+
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "TempFolder.h"
@@ -165,6 +167,14 @@ RunResult RunQuilon(const std::vector<std::string>& arguments, const RunOptions&
   result.out      = options.output.empty() ? ReadAll(out) : std::string();
   result.err      = ReadAll(folder / "err");
   return result;
+}
+
+void ExpectTrouble(const std::vector<std::string>& arguments, const std::string& message)
+{
+  const RunResult run = RunQuilon(arguments);
+  EXPECT_EQ(run.err, "quilon: error: " + message + "\n");
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.exitCode, 2);
 }
 
 RunResult RunQuilonOnTerminal(const std::vector<std::string>& arguments, const RunOptions& options)

@@ -35,6 +35,9 @@ struct RunOptions
 /// Runs `quilon` with the arguments and waits for its end. Standard output and error are files.
 RunResult RunQuilon(const std::vector<std::string>& arguments, const RunOptions& options = {});
 
+/// Runs `quilon` and expects trouble: this message alone on standard error, nothing on standard output, exit code 2.
+void ExpectTrouble(const std::vector<std::string>& arguments, const std::string& message);
+
 /// Runs `quilon` on a terminal of its own, with standard output and standard error on it.
 /// @return what the terminal saw, with its carriage returns removed, in RunResult::out
 RunResult RunQuilonOnTerminal(const std::vector<std::string>& arguments, const RunOptions& options = {});

@@ -317,6 +317,7 @@ void CheckHelpFits(std::vector<std::string> command)
   bool               areCommands = false;
   for (std::string line; std::getline(help, line);) {
     EXPECT_LE(line.size(), 80U) << line;
+    EXPECT_EQ(line.find(" in {"), std::string::npos) << "values of a type of ours: " << line;
     areCommands = line == "Subcommands:" || (areCommands && !line.empty());
     if (!areCommands || line.size() < 3 || line[2] == ' ') continue;
     std::vector<std::string> below = command;
