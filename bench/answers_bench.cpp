@@ -4,8 +4,8 @@
 // Flags: --megabytes N  of tensors, in steps of 8 MB (default 16; 1000 says more)
 //        --repeats N    passes of each case (default 3)
 //        --folder PATH  where the database is written (default: the temporary folder); it is deleted at the end
-// Prints best and median of each case, and its speed as a part of that of the read, best with best. Reads come from the
-// page cache.
+// Cases are measured in turns. Prints best and median of each, and its speed as a part of that of the read, best with
+// best. Reads come from the page cache.
 
 #include <algorithm>
 #include <chrono>
@@ -13,7 +13,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -90,20 +89,6 @@ double Max(const fs::path& folder, const std::string& component)
   return seconds;
 }
 
-struct Times
-{
-  double best;
-  double median;
-};
-
-Times Measure(int repeats, const std::function<double()>& run)
-{
-  std::vector<double> seconds;
-  for (int i = 0; i < repeats; ++i) seconds.push_back(run());
-  std::sort(seconds.begin(), seconds.end());
-  return {seconds.front(), seconds[seconds.size() / 2]};
-}
-
 }  // namespace
 
 int main(int argc, char** argv)
@@ -114,14 +99,22 @@ int main(int argc, char** argv)
   const fs::path database = quilon_bench::ScratchPath(options.folder, ".fed");
   const int      steps    = static_cast<int>(std::max<std::uint64_t>(megabytes / 8, 1));
   Fill(database, steps);
-  const double bytes = static_cast<double>(steps) * kTensors * static_cast<double>(kTensorBytes);
-  const Times  read  = Measure(options.repeats, [&] { return Read(database); });
-  const auto   print = [&](const std::string& name, const Times& times) {
-    std::printf("%-22s best %9.3f ms, median %9.3f ms, %8.1f MB/s, %5.2f of the read's speed\n", name.c_str(),
-                  1e3 * times.best, 1e3 * times.median, 1e-6 * bytes / times.best, read.best / times.best);
-  };
-  print("read", read);
-  for (const char* component : {"xx", "mises", "p1", "tresca"})
-    print(std::string("max ") + component, Measure(options.repeats, [&] { return Max(database, component); }));
+  const double                     bytes = static_cast<double>(steps) * kTensors * static_cast<double>(kTensorBytes);
+  std::vector<std::string>         components = {"xx", "mises",  "signed-mises", "p1",         "p2",
+                                                 "p3", "tresca", "hydrostatic",  "triaxiality"};
+  std::vector<std::vector<double>> seconds(components.size() + 1);
+  for (int repeat = 0; repeat < options.repeats; ++repeat) {
+    seconds[0].push_back(Read(database));
+    for (std::size_t c = 0; c < components.size(); ++c) seconds[c + 1].push_back(Max(database, components[c]));
+  }
+  double reading = 0.0;
+  for (std::size_t c = 0; c < seconds.size(); ++c) {
+    std::sort(seconds[c].begin(), seconds[c].end());
+    const double best = seconds[c].front();
+    if (c == 0) reading = best;
+    std::printf("%-22s best %9.3f ms, median %9.3f ms, %8.1f MB/s, %5.2f of the read's speed\n",
+                (c == 0 ? "read" : "max " + components[c - 1]).c_str(), 1e3 * best,
+                1e3 * seconds[c][seconds[c].size() / 2], 1e-6 * bytes / best, reading / best);
+  }
   fs::remove_all(database);
 }

@@ -1,7 +1,7 @@
 // What an envelope costs beside reading the same bytes, in one run, on a database of tensors at nodes.
 //   read      the database opened and every record handed out with its id, which checks every byte
 //   xx .. zx  the envelope of all stored components
-//   mises     the envelope of one invariant
+//   mises, p1, tresca  the envelope of one invariant
 // Flags: --tensors N  of a step (default 20000)
 //        --steps N    (default 10; 1000000 tensors and 20 steps are 1 GB)
 //        --repeats N  passes of each case (default 3)
@@ -124,7 +124,9 @@ int main(int argc, char** argv)
   const std::pair<const char*, std::function<double()>> cases[] = {
       {"read", [&] { return Read(folder); }},
       {"xx .. zx", [&] { return Envelop(folder, "stress"); }},
-      {"mises", [&] { return Envelop(folder, "stress.mises"); }}};
+      {"mises", [&] { return Envelop(folder, "stress.mises"); }},
+      {"p1", [&] { return Envelop(folder, "stress.p1"); }},
+      {"tresca", [&] { return Envelop(folder, "stress.tresca"); }}};
   std::vector<std::vector<double>> times(std::size(cases));
   double                           checksum = 0.0;
   for (int repeat = 0; repeat < options.repeats; ++repeat) {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <map>
 #include <memory>
+#include <numeric>
 #include <optional>
 #include <set>
 #include <utility>
@@ -38,28 +39,6 @@ constexpr std::array<Descriptor::ResultIndex, 5> kStepOrder = {
     Descriptor::Iteration, Descriptor::Analysis, Descriptor::LoadCase, Descriptor::Substep, Descriptor::Increment};
 
 using OnfKind::OnfOf;
-
-/// What governs one component of one record until now.
-struct Governing
-{
-  double&        least;
-  std::uint32_t& leastStep;
-  double&        greatest;
-  std::uint32_t& greatestStep;
-
-  /// @param value a number. The first one replaces the NaN that stands for none: no comparison with one holds.
-  void Take(double value, std::uint32_t step) const
-  {
-    if (!(value >= least)) {
-      least     = value;
-      leastStep = step;
-    }
-    if (!(value <= greatest)) {
-      greatest     = value;
-      greatestStep = step;
-    }
-  }
-};
 
 /// Offers all records of a block as the next step.
 /// @param region null: all
@@ -220,18 +199,12 @@ std::size_t EnvelopeField::FindRow(int id)
 
 void EnvelopeField::Offer(int id, std::span<const double> values)
 {
-  const std::uint32_t step = numSteps_ - 1;
-  const std::size_t   row  = FindRow(id);
+  const std::size_t row = FindRow(id);
   ++rows_.At(row);
   std::size_t at = row * components_.size();
   for (std::size_t k = 0; k < components_.size(); ++k, ++at) {
-    const int    position = positions_[k];
-    const double value = position >= 0 ? values[static_cast<std::size_t>(position)] : components_[k].Evaluate(values);
-    if (std::isnan(value)) {
-      ++numNans_;
-      continue;
-    }
-    Governing{least_[at], leastStep_[at], greatest_[at], greatestStep_[at]}.Take(value, step);
+    const int position = positions_[k];
+    TakeValue(position >= 0 ? values[static_cast<std::size_t>(position)] : components_[k].Evaluate(values), at);
   }
 }
 
@@ -255,45 +228,59 @@ void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* va
       continue;
     }
     for (std::size_t r = 0; r < known; ++r) ++rows_.At(next_ + r);
-    OfferKnown(known, ComponentsOf(known, values + i * numValues, numValues));
+    OfferKnown(known, values + i * numValues, numValues);
     next_ += known;
     i += known;
   }
 }
 
-/// @return the components of records, shape [count, components]: the values themselves where all are components
-const double* EnvelopeField::ComponentsOf(std::size_t count, const double* values, std::size_t numValues)
+/// Offers records of the rows that come next.
+void EnvelopeField::OfferKnown(std::size_t count, const double* values, std::size_t numValues)
 {
-  bool areValues = components_.size() == numValues;
-  for (std::size_t k = 0; k < positions_.size(); ++k) areValues = areValues && positions_[k] == static_cast<int>(k);
-  if (areValues) return values;
-  evaluated_.resize(count * components_.size());
-  column_.resize(count);
-  for (std::size_t k = 0; k < components_.size(); ++k) {
-    components_[k].EvaluateAll(std::span(values, count * numValues), column_);
-    for (std::size_t r = 0; r < count; ++r) evaluated_[r * components_.size() + k] = column_[r];
+  bool areComponents = components_.size() == numValues;
+  for (std::size_t k = 0; k < positions_.size(); ++k)
+    areComponents = areComponents && positions_[k] == static_cast<int>(k);
+  if (areComponents) {
+    for (std::size_t v = 0; v < count * numValues; ++v) TakeValue(values[v], next_ * numValues + v);
+    return;
   }
-  return evaluated_.data();
+  for (std::size_t k = 0; k < components_.size(); ++k) OfferComponent(k, count, values, numValues);
 }
 
-/// Offers records of the rows that come next.
-/// @param offered shape [count, components]
-void EnvelopeField::OfferKnown(std::size_t count, const double* offered)
+/// Offers one component of records of the rows that come next. Most values govern nothing, and are not evaluated.
+void EnvelopeField::OfferComponent(std::size_t component, std::size_t count, const double* values,
+                                   std::size_t numValues)
 {
-  const std::uint32_t step     = numSteps_ - 1;
-  const std::size_t   size     = components_.size();
-  double*             least    = &least_[next_ * size];
-  double*             greatest = &greatest_[next_ * size];
-  std::uint32_t*      first    = &leastStep_[next_ * size];
-  std::uint32_t*      last     = &greatestStep_[next_ * size];
-  for (std::size_t v = 0; v < count * size; ++v) {
-    const double value = offered[v];
-    if (value > least[v] && value < greatest[v]) continue;  // most values govern nothing
-    if (std::isnan(value)) {
-      ++numNans_;
-      continue;
-    }
-    Governing{least[v], first[v], greatest[v], last[v]}.Take(value, step);
+  const std::size_t size  = components_.size();
+  const std::size_t first = next_ * size + component;
+  beyond_.resize(count);
+  std::iota(beyond_.begin(), beyond_.end(), 0U);
+  components_[component].KeepBeyond(std::span(values, count * numValues), {&least_[first], &greatest_[first], size},
+                                    beyond_);
+  gathered_.clear();
+  for (const std::uint32_t r : beyond_)
+    gathered_.insert(gathered_.end(), values + r * numValues, values + (r + 1) * numValues);
+  evaluated_.resize(beyond_.size());
+  components_[component].EvaluateAll(gathered_, evaluated_);
+  for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], first + beyond_[i] * size);
+}
+
+/// @param at position of the component of a row
+void EnvelopeField::TakeValue(double value, std::size_t at)
+{
+  if (value > least_[at] && value < greatest_[at]) return;  // most values govern nothing
+  if (std::isnan(value)) {
+    ++numNans_;
+    return;
+  }
+  // The first number replaces the NaN that stands for none: no comparison with one holds.
+  if (!(value >= least_[at])) {
+    least_[at]     = value;
+    leastStep_[at] = numSteps_ - 1;
+  }
+  if (!(value <= greatest_[at])) {
+    greatest_[at]     = value;
+    greatestStep_[at] = numSteps_ - 1;
   }
 }
 

@@ -76,10 +76,11 @@ public:
   std::size_t CountPartial() const;
 
 private:
-  std::size_t   FindRow(int id);
-  void          OfferKnown(std::size_t count, const double* offered);
-  const double* ComponentsOf(std::size_t count, const double* values, std::size_t numValues);
-  std::size_t   CountKnown(std::size_t count, const int* ids) const;
+  std::size_t FindRow(int id);
+  void        OfferKnown(std::size_t count, const double* values, std::size_t numValues);
+  void        OfferComponent(std::size_t component, std::size_t count, const double* values, std::size_t numValues);
+  void        TakeValue(double value, std::size_t at);
+  std::size_t CountKnown(std::size_t count, const int* ids) const;
 
   std::vector<Component>     components_;
   std::vector<int>           positions_;  // of stored components; -1 of invariants
@@ -91,8 +92,10 @@ private:
   std::vector<std::uint32_t> greatestStep_;
   std::uint32_t              numSteps_ = 0;
   std::size_t                numNans_  = 0;
-  std::vector<double>        column_;     // of one component, for ComponentsOf()
-  std::vector<double>        evaluated_;  // shape [records, components]
+  // Of one component of records that OfferAll() was given.
+  std::vector<std::uint32_t> beyond_;  // those that may govern
+  std::vector<double>        gathered_;
+  std::vector<double>        evaluated_;
 };
 
 /// Results of one kind that differ in their step alone, and their envelope.

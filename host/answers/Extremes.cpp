@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <map>
 #include <memory>
+#include <numeric>
 #include <span>
 #include <string>
 #include <tuple>
@@ -74,6 +77,12 @@ public:
     worst_.pop_back();
     // What was dropped before is no worse than this: it ties with the last one only if this does.
     tiesOfLast_ = dropped == worst_.back().badness ? tiesOfLast_ + 1 : 0;
+  }
+
+  /// @return the least badness that Concerns() the ranking; nan while any does
+  double GetLimit() const noexcept
+  {
+    return worst_.size() < head_ ? std::numeric_limits<double>::quiet_NaN() : worst_.back().badness;
   }
 
   const std::vector<Candidate>& GetWorst() const noexcept { return worst_; }
@@ -256,6 +265,17 @@ std::optional<BlockForm> FormOf(const FED_BlockSpan& span, std::size_t numValues
   return BlockForm{numValues, 1, false};
 }
 
+/// Vectors, tensors or scalars of one block, side by side.
+struct Batch
+{
+  std::size_t   count  = 0;
+  const double* values = nullptr;  // shape [count, numValues]
+  // One of the two, shape [count].
+  const int*           ids     = nullptr;
+  const std::uint32_t* indices = nullptr;
+  const int*           points  = nullptr;  // null: records have one each
+};
+
 class Search
 {
 public:
@@ -295,7 +315,7 @@ public:
     std::optional<RegionFilter> filter;
     if (!region_.IsEverything()) filter = region_.FilterOf(block);
 
-    FED_ForEachSpan(block, database_.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+    const auto read = [&](const FED_BlockSpan& span) {
       ThrowIfInterrupted();
       const std::optional<BlockForm> form =
           FormOf(span, components.front().NumValues(), descriptor.GetInteger(FED_DataDescriptor::OnfId));
@@ -315,7 +335,12 @@ public:
         else
           ScanColumns(span, *form, scan);
       }
-    });
+    };
+    // Looking up the ids of all records takes longer than looking for the worst.
+    if (filter || members != nullptr || turner.Turns())
+      FED_ForEachSpan(block, database_.GetIdMapsPool(), read);
+    else
+      FED_ForEachSpan(block, read);
   }
 
   ExtremeReport MakeReport()
@@ -350,6 +375,8 @@ public:
   }
 
 private:
+  static constexpr std::size_t kMostAtOnce = 1024;  // values that stay near the processor
+
   struct Scan
   {
     std::size_t            block;
@@ -397,95 +424,162 @@ private:
     return value;
   }
 
-  void Take(double value, int id, int point, const Scan& scan)
+  /// The ranking of a part of the block that is scanned.
+  Ranking& RankingOf(std::size_t part, const Scan& scan)
   {
-    if (scan.ranking != nullptr) return Offer(value, id, point, scan, *scan.ranking);
-    for (const std::size_t part : scan.members->PartsOf(id)) {
-      if (scan.rankings.size() <= part) scan.rankings.resize(part + 1);
-      Ranking*& ranking = scan.rankings[part];
-      if (ranking == nullptr) ranking = &RankingOf(blocks_[scan.block], scan.component, part);
-      Offer(value, id, point, scan, *ranking);
-    }
+    if (scan.rankings.size() <= part) scan.rankings.resize(part + 1);
+    Ranking*& ranking = scan.rankings[part];
+    if (ranking == nullptr) ranking = &RankingOf(blocks_[scan.block], scan.component, part);
+    return *ranking;
   }
 
   void Offer(double value, int id, int point, const Scan& scan, Ranking& ranking)
   {
-    ++values_;
     if (std::isnan(value)) return ranking.AddNan();
     const double badness = BadnessOf(value);
     if (ranking.Concerns(badness)) ranking.Offer({badness, value, scan.block, id, point});
   }
 
+  /// @param badness nan: nothing is certainly better
+  /// @return the limits between which values are certainly better
+  std::pair<double, double> LimitsOf(double badness) const noexcept
+  {
+    constexpr double kInfinite = std::numeric_limits<double>::infinity();
+    if (request_.measure == ExtremeRequest::Greatest) return {-kInfinite, badness};
+    return {-badness, request_.measure == ExtremeRequest::Least ? kInfinite : badness};
+  }
+
+  /// Drops those of left_ that certainly change no ranking.
+  void DropBetter(const Batch& batch, const Scan& scan)
+  {
+    const std::span<const double> values(batch.values, batch.count * scan.component.NumValues());
+    if (scan.ranking != nullptr) {
+      const auto [low, high] = LimitsOf(scan.ranking->GetLimit());
+      return scan.component.KeepBeyond(values, {&low, &high}, left_);
+    }
+    lows_.resize(batch.count);
+    highs_.resize(batch.count);
+    for (const std::uint32_t i : left_) {
+      double least = std::numeric_limits<double>::infinity();
+      for (const std::size_t part : scan.members->PartsOf(batch.ids[i])) {
+        const double limit = RankingOf(part, scan).GetLimit();
+        if (!(limit >= least)) least = limit;
+        if (std::isnan(limit)) break;
+      }
+      std::tie(lows_[i], highs_[i]) = LimitsOf(least);
+    }
+    scan.component.KeepBeyond(values, {lows_.data(), highs_.data(), 1}, left_);
+  }
+
+  /// Evaluates what may change a ranking. Some from all over the batch go first: their limits spare most of the others,
+  /// even where values only rise.
+  void TakeBatch(const Batch& batch, const Scan& scan)
+  {
+    left_.resize(batch.count);
+    std::iota(left_.begin(), left_.end(), 0U);
+    if (scan.ranking != nullptr) {
+      values_ += batch.count;
+    } else {
+      left_.erase(std::remove_if(left_.begin(), left_.end(),
+                                 [&](std::uint32_t i) {
+                                   const std::size_t numParts = scan.members->PartsOf(batch.ids[i]).size();
+                                   values_ += numParts;
+                                   return numParts == 0;
+                                 }),
+                  left_.end());
+    }
+    for (const std::size_t every : {32U, 8U, 2U, 1U}) {
+      DropBetter(batch, scan);
+      std::size_t kept = 0;
+      for (std::size_t k = 0; k < left_.size(); ++k) {
+        if (k % every != 0)
+          left_[kept++] = left_[k];
+        else
+          Take(batch, left_[k], scan);
+      }
+      left_.resize(kept);
+      if (left_.empty()) break;
+    }
+  }
+
+  void Take(const Batch& batch, std::uint32_t i, const Scan& scan)
+  {
+    const std::size_t numValues = scan.component.NumValues();
+    const double      value     = scan.component.Evaluate(std::span(batch.values + i * numValues, numValues));
+    const int         id        = batch.ids != nullptr ? batch.ids[i] : IdOf(batch.indices[i], scan);
+    const int         point     = batch.points == nullptr ? 0 : batch.points[i];
+    if (scan.ranking != nullptr) return Offer(value, id, point, scan, *scan.ranking);
+    for (const std::size_t part : scan.members->PartsOf(id)) Offer(value, id, point, scan, RankingOf(part, scan));
+  }
+
+  int IdOf(std::uint32_t index, const Scan& scan) const
+  {
+    const int entity = OnfKind::EntityOf(blocks_[scan.block]);
+    return entity >= OnfKind::HistoryEntity ? static_cast<int>(index) : database_.GetIdMapsPool().GetId(entity, index);
+  }
+
   void ScanColumns(const FED_BlockSpan& span, const BlockForm& form, const Scan& scan)
   {
-    if (scan.turner.Turns()) return ScanTurned(span, form, scan);
-    if (scan.filter != nullptr) return ScanFiltered(span, form, scan);
-    constexpr std::size_t kMostAtOnce = 1024;  // values that stay near the processor
-    const double*         values      = span.GetDoubles(form.field).GetData();
-    const int*            ids         = span.GetIds().GetData();
-    for (std::size_t first = 0; first < span.GetCount(); first += kMostAtOnce) {
-      evaluated_.resize(std::min(span.GetCount() - first, kMostAtOnce));
-      scan.component.EvaluateAll(std::span(values + first * form.numValues, evaluated_.size() * form.numValues),
-                                 evaluated_);
-      if (scan.ranking == nullptr) {
-        for (std::size_t i = 0; i < evaluated_.size(); ++i) Take(evaluated_[i], ids[first + i], 0, scan);
-      } else {
-        for (std::size_t i = 0; i < evaluated_.size(); ++i)
-          Offer(evaluated_[i], ids[first + i], 0, scan, *scan.ranking);
-      }
-    }
-  }
-
-  void ScanFiltered(const FED_BlockSpan& span, const BlockForm& form, const Scan& scan)
-  {
     const double* values = span.GetDoubles(form.field).GetData();
-    const int*    ids    = span.GetIds().GetData();
-    for (std::size_t i = 0; i < span.GetCount(); ++i) {
-      if (!scan.filter->Holds(ids[i])) continue;
-      Take(scan.component.Evaluate(std::span(values + i * form.numValues, form.numValues)), ids[i], 0, scan);
+    if (span.GetIds().GetSize() == 0) {
+      for (std::size_t first = 0; first < span.GetCount(); first += kMostAtOnce)
+        TakeBatch({std::min(span.GetCount() - first, kMostAtOnce), values + first * form.numValues, nullptr,
+                   span.GetIndices().GetData() + first, nullptr},
+                  scan);
+      return;
     }
-  }
-
-  void ScanTurned(const FED_BlockSpan& span, const BlockForm& form, const Scan& scan)
-  {
-    const double* values = span.GetDoubles(form.field).GetData();
-    const int*    ids    = span.GetIds().GetData();
+    const int* ids = span.GetIds().GetData();
     for (std::size_t i = 0; i < span.GetCount(); ++i) {
       if (scan.filter != nullptr && !scan.filter->Holds(ids[i])) continue;
-      std::array<double, 6>   turned{};
-      const std::span<double> own = std::span(turned).first(form.numValues);
-      std::copy_n(values + i * form.numValues, form.numValues, own.begin());
-      TakeTurned(scan.turner.Turn(ids[i], own), own, ids[i], 0, scan);
+      const std::span<double> own = Gather(values + i * form.numValues, form.numValues, ids[i], 0, scan);
+      if (!scan.turner.Turn(ids[i], own)) DropGathered(scan);
     }
+    TakeGathered(scan);
   }
 
   void ScanLists(const FED_BlockSpan& span, const BlockForm& form, const Scan& scan)
   {
-    const int* ids = span.GetIds().GetData();
+    const bool hasIds = span.GetIds().GetSize() != 0;
     for (std::size_t i = 0; i < span.GetCount(); ++i) {
-      if (scan.filter != nullptr && !scan.filter->Holds(ids[i])) continue;
+      const int id = hasIds ? span.GetIds().GetData()[i] : IdOf(span.GetIndices().GetData()[i], scan);
+      if (scan.filter != nullptr && !scan.filter->Holds(id)) continue;
       const auto        list     = span.GetDoubleList(form.field, i);
       const std::size_t numParts = list.GetSize() / form.numValues;
       for (std::size_t part = 0; part < numParts; ++part) {
-        const double* first = list.GetData() + part * form.numValues;
-        const int     point = static_cast<int>(part) + 1;
-        if (!scan.turner.Turns()) {
-          Take(scan.component.Evaluate(std::span(first, form.numValues)), ids[i], point, scan);
-          continue;
-        }
-        std::array<double, 6>   turned{};
-        const std::span<double> own = std::span(turned).first(form.numValues);
-        std::copy_n(first, form.numValues, own.begin());
-        TakeTurned(scan.turner.TurnPart(ids[i], part, numParts, own), own, ids[i], point, scan);
+        const double*           first = list.GetData() + part * form.numValues;
+        const std::span<double> own   = Gather(first, form.numValues, id, static_cast<int>(part) + 1, scan);
+        if (!scan.turner.TurnPart(id, part, numParts, own)) DropGathered(scan);
       }
     }
+    TakeGathered(scan);
   }
 
-  /// @param hasAxes whether there are axes at the place of the values
-  void TakeTurned(bool hasAxes, std::span<const double> values, int id, int point, const Scan& scan)
+  /// Copies values into the batch that is gathered, which is taken first where it is full.
+  /// @return the copy
+  std::span<double> Gather(const double* values, std::size_t numValues, int id, int point, const Scan& scan)
   {
-    if (hasAxes) return Take(scan.component.Evaluate(values), id, point, scan);
+    if (gatheredIds_.size() == kMostAtOnce) TakeGathered(scan);
+    gathered_.insert(gathered_.end(), values, values + numValues);
+    gatheredIds_.push_back(id);
+    gatheredPoints_.push_back(point);
+    return std::span(gathered_).last(numValues);
+  }
+
+  /// Takes back what was gathered last: there are no axes at its place.
+  void DropGathered(const Scan& scan)
+  {
+    gathered_.resize(gathered_.size() - scan.component.NumValues());
+    gatheredIds_.pop_back();
+    gatheredPoints_.pop_back();
     if (scan.isFirst) ++numWithoutAxes_;
+  }
+
+  void TakeGathered(const Scan& scan)
+  {
+    TakeBatch({gatheredIds_.size(), gathered_.data(), gatheredIds_.data(), nullptr, gatheredPoints_.data()}, scan);
+    gathered_.clear();
+    gatheredIds_.clear();
+    gatheredPoints_.clear();
   }
 
   Extreme Describe(const Candidate& candidate)
@@ -540,9 +634,16 @@ private:
   std::optional<ModelNames>                                            names_;
   IterationAxes                                                        axes_;
   std::size_t                                                          numWithoutAxes_ = 0;
-  std::vector<double>                                                  evaluated_;  // of a component
-  std::size_t                                                          values_        = 0;
-  bool                                                                 hasComponents_ = false;
+  // Of the batch that is taken: positions that may change a ranking, and their limits where these differ.
+  std::vector<std::uint32_t> left_;
+  std::vector<double>        lows_;
+  std::vector<double>        highs_;
+  // The batch that is gathered.
+  std::vector<double> gathered_;
+  std::vector<int>    gatheredIds_;
+  std::vector<int>    gatheredPoints_;
+  std::size_t         values_        = 0;
+  bool                hasComponents_ = false;
 };
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <bundled/FED_RecordFormat.h>
 #include <bundled/OnfKinds.h>
 
+#include "kinds/TensorBounds.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Case.h"
 #include "text/Failure.h"
@@ -93,16 +94,9 @@ double DeviatorSize(const std::array<double, 6>& t)
   return std::ldexp(std::sqrt(normal + shear), -exponent);
 }
 
-/// The square of DeviatorSize(), as it comes without scaling.
-double DeviatorSquare(const double* t)
-{
-  const double a = t[0] - t[1];
-  const double b = t[1] - t[2];
-  const double c = t[2] - t[0];
-  return (a * a + b * b + c * c) / 2.0 + 3.0 * (t[3] * t[3] + t[4] * t[4] + t[5] * t[5]);
-}
-
 double MeanOf(const std::array<double, 6>& t) { return (t[0] + t[1] + t[2]) / 3.0; }
+
+TensorBounds::Tensor TensorOf(const double* t) { return {t[0], t[1], t[2], t[3], t[4], t[5]}; }
 
 /// One rotation of Jacobi's method makes a[p][q] zero. @param v collects the rotations, a column a direction
 void Rotate(double (&a)[3][3], double (&v)[3][3], int p, int q)
@@ -226,6 +220,94 @@ Names OwnNamesOf(int onf, std::size_t numValues)
     default:
       return {};
   }
+}
+
+/// Drops the records that a test finds between their limits.
+/// @param isBetween of the first value of a record and its limits
+template <typename IsBetween>
+void DropBetween(const double* values, std::size_t numValues, const ValueLimits& limits,
+                 std::vector<std::uint32_t>& records, const IsBetween& isBetween)
+{
+  // Each is written, and overwritten by the next where it is dropped: which are is not foreseen.
+  std::size_t kept = 0;
+  for (const std::uint32_t record : records) {
+    const std::size_t limit = record * limits.stride;
+    records[kept]           = record;
+    kept += isBetween(values + record * numValues, limits.low[limit], limits.high[limit]) ? 0 : 1;
+  }
+  records.resize(kept);
+}
+
+/// The same for tensors, column by column, so that the compiler takes several at once.
+/// @param isBetween of a TensorBounds::Tensor and its limits; without branches
+template <typename IsBetween>
+void DropTensorsBetween(const double* tensors, const ValueLimits& limits, std::vector<std::uint32_t>& records,
+                        const IsBetween& isBetween)
+{
+  constexpr std::size_t kMany = 64;
+  double                t[6][kMany]{};
+  double                low[kMany]{};
+  double                high[kMany]{};
+  double                between[kMany]{};
+  std::size_t           kept = 0;
+  for (std::size_t first = 0; first < records.size(); first += kMany) {
+    const std::size_t count = std::min(kMany, records.size() - first);
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::uint32_t record = records[first + i];
+      const std::size_t   limit  = record * limits.stride;
+      const double*       tensor = tensors + std::size_t{6} * record;
+      for (std::size_t k = 0; k < 6; ++k) t[k][i] = tensor[k];
+      low[i]  = limits.low[limit];
+      high[i] = limits.high[limit];
+    }
+    for (std::size_t i = 0; i < kMany; ++i)
+      between[i] = isBetween({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]}, low[i], high[i]) ? 1.0 : 0.0;
+    for (std::size_t i = 0; i < count; ++i) {
+      records[kept] = records[first + i];
+      kept += between[i] == 0.0 ? 1 : 0;
+    }
+  }
+  records.resize(kept);
+}
+
+/// The same by one test a limit: a search for the greatest or the least has only one.
+/// @param isLess of a tensor and its greatest value; isMore of it and its least one
+template <typename IsLess, typename IsMore>
+void DropTensorsBySides(const double* tensors, const ValueLimits& limits, std::vector<std::uint32_t>& records,
+                        const IsLess& isLess, const IsMore& isMore)
+{
+  using TensorBounds::Tensor;
+  if (limits.stride == 0 && *limits.low == -TensorBounds::kInfinite)
+    return DropTensorsBetween(tensors, limits, records,
+                              [&](const Tensor& t, double, double high) { return isLess(t, high); });
+  if (limits.stride == 0 && *limits.high == TensorBounds::kInfinite)
+    return DropTensorsBetween(tensors, limits, records,
+                              [&](const Tensor& t, double low, double) { return isMore(t, low); });
+  DropTensorsBetween(tensors, limits, records, [&](const Tensor& t, double low, double high) {
+    const bool isLessThanHigh = isLess(t, high);
+    const bool isMoreThanLow  = isMore(t, low);
+    return isLessThanHigh & isMoreThanLow;
+  });
+}
+
+/// Drops by a test that settles most, then by one that settles almost all.
+template <int Number>
+void DropPrincipalsBetween(const double* tensors, const ValueLimits& limits, std::vector<std::uint32_t>& records)
+{
+  using TensorBounds::Tensor;
+  constexpr int kOpposite = 4 - Number;
+  DropTensorsBySides(
+      tensors, limits, records,
+      [](const Tensor& t, double high) { return TensorBounds::IsPrincipalFarBelow<Number>(t, high); },
+      [](const Tensor& t, double low) {
+        return TensorBounds::IsPrincipalFarBelow<kOpposite>(TensorBounds::Negate(t), -low);
+      });
+  DropTensorsBySides(
+      tensors, limits, records,
+      [](const Tensor& t, double high) { return TensorBounds::IsPrincipalBelow<Number>(t, high); },
+      [](const Tensor& t, double low) {
+        return TensorBounds::IsPrincipalBelow<kOpposite>(TensorBounds::Negate(t), -low);
+      });
 }
 
 bool IsVariance(int onf) { return onf == OnfKind::NodalStressVariance || onf == OnfKind::NodalStrainVariance; }
@@ -380,9 +462,80 @@ void Component::EvaluateAll(std::span<const double> values, std::span<double> re
   constexpr double kLeast    = kLeastSquared * kLeastSquared * 0x1p+10;
   constexpr double kGreatest = kGreatestSquared * kGreatestSquared * 0x1p-10;
   for (std::size_t i = 0; i < results.size(); ++i) {
-    const double square = DeviatorSquare(&values[i * 6]);
+    const double square = TensorBounds::DeviatorSquare(TensorOf(&values[i * 6]));
     results[i] =
         square > kLeast && square < kGreatest ? factor * std::sqrt(square) : Evaluate(values.subspan(i * 6, 6));
+  }
+}
+
+void Component::KeepBeyond(std::span<const double> values, const ValueLimits& limits,
+                           std::vector<std::uint32_t>& records) const
+{
+  const auto keep = [&](const auto& isBetween) { DropBetween(values.data(), numValues_, limits, records, isBetween); };
+  if (position_ >= 0) {
+    keep([position = position_](const double* record, double low, double high) {
+      return (record[position] > low) & (record[position] < high);
+    });
+  } else if (invariant_ == Invariant::Magnitude) {
+    keep([](const double* v, double low, double high) {
+      return TensorBounds::IsRootBetween(v[0] * v[0] + v[1] * v[1] + v[2] * v[2], 1.0, low, high);
+    });
+  } else if (numValues_ == 6) {
+    KeepTensorsBeyond(values.data(), limits, records);
+  } else {
+    keep([this](const double* record, double low, double high) {
+      const double value = Evaluate(std::span(record, numValues_));
+      return value > low && value < high;
+    });
+  }
+}
+
+void Component::KeepTensorsBeyond(const double* tensors, const ValueLimits& limits,
+                                  std::vector<std::uint32_t>& records) const
+{
+  using TensorBounds::Tensor;
+  const auto drop = [&](const auto& isBetween) { DropTensorsBetween(tensors, limits, records, isBetween); };
+  switch (invariant_) {
+    case Invariant::Principal1:
+      return DropPrincipalsBetween<1>(tensors, limits, records);
+    case Invariant::Principal2:
+      return DropPrincipalsBetween<2>(tensors, limits, records);
+    case Invariant::Principal3:
+      return DropPrincipalsBetween<3>(tensors, limits, records);
+    case Invariant::Mises:
+    case Invariant::EquivalentStrain:
+    case Invariant::OctahedralShear:
+      return drop([inverse = 1.0 / DeviatorFactor()](const Tensor& t, double low, double high) {
+        return TensorBounds::IsRootBetween(TensorBounds::DeviatorSquare(t), inverse, low, high);
+      });
+    case Invariant::SignedMises:
+      drop([inverse = 1.0 / factor_](const Tensor& t, double low, double high) {
+        const double square     = TensorBounds::DeviatorSquare(t);
+        const bool   asPositive = TensorBounds::IsRootBetween(square, inverse, low, high);
+        const bool   asNegative = TensorBounds::IsRootBetween(square, inverse, -high, -low);
+        return asPositive & asNegative;
+      });
+      return drop([inverse = 1.0 / factor_](const Tensor& t, double low, double high) {
+        return TensorBounds::IsSignedMisesBetween(t, inverse, low, high);
+      });
+    case Invariant::Tresca:
+    case Invariant::MaxShear: {
+      const double inverse = invariant_ == Invariant::Tresca ? 1.0 : 2.0;
+      drop([inverse](const Tensor& t, double low, double high) {
+        return TensorBounds::IsShearRangeNear(t, inverse, low, high);
+      });
+      return drop([inverse](const Tensor& t, double low, double high) {
+        return TensorBounds::IsShearRangeBetween(t, inverse, low, high);
+      });
+    }
+    case Invariant::Hydrostatic:
+      return drop([](const Tensor& t, double low, double high) { return TensorBounds::IsMeanBetween(t, low, high); });
+    case Invariant::Triaxiality:
+      return drop(
+          [](const Tensor& t, double low, double high) { return TensorBounds::IsTriaxialityBetween(t, low, high); });
+    case Invariant::Magnitude:
+    case Invariant::None:
+      break;
   }
 }
 

@@ -22,12 +22,21 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace quilon {
+
+/// A least and a greatest value for each record, or for all. Borrowed.
+struct ValueLimits
+{
+  const double* low;
+  const double* high;
+  std::size_t   stride = 0;  ///< from a record's limits to those of the next; 0: they are the same for all
+};
 
 /// One number taken from a record: a stored component or an invariant.
 class Component
@@ -60,6 +69,12 @@ public:
   /// @param results receives what Evaluate() returns of each, bit by bit
   void EvaluateAll(std::span<const double> values, std::span<double> results) const;
 
+  /// Drops records of which it is certain that low < Evaluate() < high, mostly without evaluating them: see
+  /// TensorBounds. A nan is not between limits, and nothing is between limits of which one is nan.
+  /// @param values  shape [any, NumValues()]
+  /// @param records positions in the values; those that are left keep their order
+  void KeepBeyond(std::span<const double> values, const ValueLimits& limits, std::vector<std::uint32_t>& records) const;
+
 private:
   enum class Invariant
   {
@@ -81,6 +96,7 @@ private:
 
   double EvaluateTensor(std::span<const double, 6> tensor) const;
   double DeviatorFactor() const noexcept;
+  void   KeepTensorsBeyond(const double* tensors, const ValueLimits& limits, std::vector<std::uint32_t>& records) const;
 
   std::string name_;
   int         position_  = -1;

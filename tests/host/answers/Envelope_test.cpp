@@ -3,10 +3,12 @@
 
 #include <cmath>
 #include <limits>
+#include <numeric>
 
 #include <gtest/gtest.h>
 
 #include "AnswerSupport.h"
+#include "HostileTensors.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_DataDescriptorPattern.h"
 
@@ -137,6 +139,45 @@ TEST(EnvelopeField, ManyRecordsAreTakenAsOneByOne)
         ExpectExtreme(many.GetGreatest(row, k), one.GetGreatest(row, k).value, one.GetGreatest(row, k).step);
       }
     }
+  }
+}
+
+TEST(EnvelopeField, InvariantsOfHostileTensorsAreThoseOfAPlainSearch)
+{
+  const std::size_t        numIds   = 200;
+  const std::size_t        numSteps = 5;
+  std::vector<int>         ids(numIds);
+  std::vector<std::string> names = ComponentNamesOf(OnfKind::NodalStress);
+  std::iota(ids.begin(), ids.end(), 1);
+  for (const bool withExtremes : {false, true}) {
+    const auto    tensors = HostileTensors(numIds * numSteps, 5, withExtremes);
+    EnvelopeField field(StressComponents(names));
+    for (std::size_t step = 0; step < numSteps; ++step) {
+      field.BeginStep();
+      field.OfferAll(numIds, ids.data(), tensors[step * numIds].data(), 6);
+    }
+    std::size_t numNans = 0;
+    for (std::size_t k = 0; k < names.size(); ++k) {
+      const Component component(names[k], OnfKind::NodalStress);
+      for (std::size_t row = 0; row < numIds; ++row) {
+        EnvelopeField::Extreme least;
+        EnvelopeField::Extreme greatest;
+        for (std::uint32_t step = 0; step < numSteps; ++step) {
+          const double value = component.Evaluate(tensors[step * numIds + row]);
+          numNans += std::isnan(value) ? 1 : 0;
+          if (value < least.value || (least.step == EnvelopeField::kNoStep && !std::isnan(value)))
+            least = {value, step};
+          if (value > greatest.value || (greatest.step == EnvelopeField::kNoStep && !std::isnan(value)))
+            greatest = {value, step};
+        }
+        const auto same = [](const EnvelopeField::Extreme& a, const EnvelopeField::Extreme& b) {
+          return a.step == b.step && (a.value == b.value || (std::isnan(a.value) && std::isnan(b.value)));
+        };
+        ASSERT_TRUE(same(field.GetLeast(row, k), least)) << names[k] << " of " << row;
+        ASSERT_TRUE(same(field.GetGreatest(row, k), greatest)) << names[k] << " of " << row;
+      }
+    }
+    EXPECT_EQ(field.NumNans(), numNans);
   }
 }
 

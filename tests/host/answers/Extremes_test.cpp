@@ -1,8 +1,12 @@
 #include "answers/Extremes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
+#include <functional>
 #include <limits>
+#include <map>
 #include <random>
 #include <string>
 #include <tuple>
@@ -14,6 +18,8 @@
 
 #include "answers/Region.h"
 #include "database/StepTimes.h"
+#include "HostileTensors.h"
+#include "kinds/Component.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonUtilities/FED_Failure.h"
@@ -243,6 +249,165 @@ TEST_F(Worst, PlacesWithoutAxesCountForNothingAndAreTold)
   for (const Extreme& row : report.rows) EXPECT_NE(std::hypot((*row.place)[0], (*row.place)[1]), 0.0) << row.id;
   EXPECT_EQ(MessageOf("coordinates.x", request).find("--axes: coordinates (516) holds places"), 0u);
 }
+
+/// Stresses of two steps, at nodes that are in one of two sets, in both or in none.
+class WorstOfHostile : public testing::TestWithParam<bool>
+{
+protected:
+  struct Value
+  {
+    std::array<double, 6> tensor;
+    std::size_t           block;
+    int                   id;
+  };
+  static constexpr int kNumNodes = 1500;
+
+  void SetUp() override
+  {
+    const auto tensors = HostileTensors(2 * kNumNodes, 3, GetParam());
+    for (const int substep : {1, 2}) {
+      const FED_DataDescriptor block = StepBlock(OnfKind::NodalStress, 1, substep);
+      FED_IdDataBlock          view(database_.GetOrCreateDataBlock(block, 0), database_.GetIdMapsPool(), true);
+      for (int id = 1; id <= kNumNodes; ++id) {
+        values_.push_back({tensors[values_.size()], blocks_.size(), id});
+        view.SetTensor(id, values_.back().tensor.data());
+      }
+      blocks_.push_back(block);
+    }
+    WriteSet(1, "THIRD", [](int id) { return id % 3 == 0; });
+    WriteSet(2, "FIFTH", [](int id) { return id % 5 == 0; });
+  }
+
+  void WriteSet(int number, const std::string& name, const std::function<bool(int)>& isIn);
+
+  /// The report as text, with every bit of a value, of a plain search over all.
+  /// @param evaluated shape [values_.size()]
+  std::string PlainRows(const ExtremeRequest& request, const std::vector<double>& evaluated,
+                        const std::function<bool(int)>& isIn, const std::string& part) const
+  {
+    std::vector<std::tuple<double, std::size_t, int, double>> sorted;
+    std::map<double, std::size_t>                             same;
+    std::size_t                                               numNans = 0;
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      if (!isIn(values_[i].id)) continue;
+      const double number = evaluated[i];
+      if (std::isnan(number)) {
+        ++numNans;
+        continue;
+      }
+      const double badness = request.measure == ExtremeRequest::Least       ? -number
+                             : request.measure == ExtremeRequest::Magnitude ? std::fabs(number)
+                                                                            : number;
+      sorted.emplace_back(-badness, values_[i].block, values_[i].id, number);
+      ++same[-badness];
+    }
+    std::sort(sorted.begin(), sorted.end());
+    std::string text;
+    for (std::size_t i = 0; i < std::min(request.head, sorted.size()); ++i)
+      text += Row(part, std::get<3>(sorted[i]), std::get<1>(sorted[i]), std::get<2>(sorted[i]),
+                  same[std::get<0>(sorted[i])] - 1, numNans);
+    return text;
+  }
+
+  std::vector<double> EvaluateAll(const std::string& component) const
+  {
+    const Component     one(component, OnfKind::NodalStress);
+    std::vector<double> evaluated;
+    for (const Value& value : values_) evaluated.push_back(one.Evaluate(value.tensor));
+    return evaluated;
+  }
+
+  static std::string Row(const std::string& part, double value, std::size_t block, int id, std::size_t ties,
+                         std::size_t nans)
+  {
+    char text[200];
+    std::snprintf(text, sizeof text, "%s %a of block %zu at %d, %zu ties, %zu nans\n", part.c_str(), value, block, id,
+                  ties, nans);
+    return text;
+  }
+
+  /// @param part only rows of this one
+  std::string Rows(const ExtremeReport& report, const std::string& part) const
+  {
+    std::string text;
+    for (const Extreme& row : report.rows) {
+      if (row.part != part) continue;
+      const auto block = std::find(blocks_.begin(), blocks_.end(), row.block);
+      text += Row(part, row.value, static_cast<std::size_t>(block - blocks_.begin()), row.id, row.ties, row.nans);
+    }
+    return text;
+  }
+
+  ExtremeReport Find(ExtremeRequest request, const std::string& component, const RegionOptions& options = {})
+  {
+    request.selection = Selection("stress." + component, KindTable());
+    Region region(database_, options, "db");
+    return FindExtremes(database_, blocks_, StepTimes(database_), region, request, nullptr);
+  }
+
+  FED_ResultDatabase              database_;
+  std::vector<FED_DataDescriptor> blocks_;
+  std::vector<Value>              values_;
+};
+
+void WorstOfHostile::WriteSet(int number, const std::string& name, const std::function<bool(int)>& isIn)
+{
+  FED_IdDataBlock   view(database_.GetOrCreateDataBlock(FED_DataDescriptor(0, OnfKind::NodeSet), 0),
+                         database_.GetIdMapsPool(), true);
+  FED_IdDataRecord& record = view.CreateIdDataRecord();
+  std::vector<int>  ids;
+  for (int id = 1; id <= kNumNodes; ++id)
+    if (isIn(id)) ids.push_back(id);
+  record.GetDataRecord().SetString(1, name);
+  record.SetIntList(2, ids);
+  view.SetRecord(number, record);
+}
+
+TEST_P(WorstOfHostile, InvariantsAreThoseOfAPlainSearch)
+{
+  for (const std::string& component : ComponentNamesOf(OnfKind::NodalStress)) {
+    const std::vector<double> evaluated = EvaluateAll(component);
+    for (const auto measure : {ExtremeRequest::Greatest, ExtremeRequest::Least, ExtremeRequest::Magnitude}) {
+      for (const std::size_t head : {1U, 40U}) {
+        ExtremeRequest request;
+        request.measure            = measure;
+        request.head               = head;
+        const ExtremeReport report = Find(request, component);
+        EXPECT_EQ(Rows(report, ""), PlainRows(
+                                        request, evaluated, [](int) { return true; }, ""))
+            << component << " by " << measure << ", " << head;
+        EXPECT_EQ(report.values, values_.size());
+      }
+    }
+  }
+}
+
+TEST_P(WorstOfHostile, PartsAndRegionsHaveThoseOfAPlainSearch)
+{
+  for (const char* component : {"zx", "p2", "tresca"}) {
+    const std::vector<double> evaluated = EvaluateAll(component);
+    for (const auto measure : {ExtremeRequest::Greatest, ExtremeRequest::Least, ExtremeRequest::Magnitude}) {
+      ExtremeRequest request;
+      request.measure = measure;
+      request.head    = 3;
+      EXPECT_EQ(Rows(Find(request, component, {.ids = "101-1300"}), ""),
+                PlainRows(
+                    request, evaluated, [](int id) { return id > 100 && id <= 1300; }, ""))
+          << component << " by " << measure;
+      request.per                = ExtremeRequest::Set;
+      const ExtremeReport report = Find(request, component);
+      EXPECT_EQ(Rows(report, "THIRD"), PlainRows(
+                                           request, evaluated, [](int id) { return id % 3 == 0; }, "THIRD"))
+          << component << " by " << measure;
+      EXPECT_EQ(Rows(report, "FIFTH"), PlainRows(
+                                           request, evaluated, [](int id) { return id % 5 == 0; }, "FIFTH"))
+          << component << " by " << measure;
+      EXPECT_EQ(report.values, 2u * (kNumNodes / 3 + kNumNodes / 5));
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, WorstOfHostile, testing::Bool());
 
 TEST(WorstOfMany, IsThatOfAPlainSearch)
 {

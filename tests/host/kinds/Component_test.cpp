@@ -1,8 +1,11 @@
 #include "kinds/Component.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <span>
 #include <string>
@@ -11,6 +14,7 @@
 #include <bundled/OnfKinds.h>
 #include <gtest/gtest.h>
 
+#include "HostileTensors.h"
 #include "QuilonUtilities/FED_Failure.h"
 
 namespace {
@@ -20,8 +24,9 @@ using quilon::ComponentNamesOf;
 using quilon::PrincipalAxesOf;
 using quilon::PrincipalValues;
 using quilon::StoredComponentsOf;
-using Names  = std::vector<std::string>;
-using Tensor = std::array<double, 6>;
+using Names                = std::vector<std::string>;
+using Tensor               = std::array<double, 6>;
+constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
 double Of(const char* name, const Tensor& tensor, int onf = OnfKind::NodalStress)
 {
@@ -183,6 +188,112 @@ TEST(Component, ManyRecordsAreEvaluatedAsOneByOne)
   const Component     mises("mises", 521);
   std::vector<double> results(2);
   EXPECT_THROW(mises.EvaluateAll(std::span(values).first(11), results), FED_Failure);
+}
+
+/// Values of records, and limits around them.
+class Limits : public testing::Test
+{
+protected:
+  /// Checks what is dropped between each two limits of the same, and between limits of each record around its value.
+  void ExpectDroppedAreBetween(const std::string& name, int onf)
+  {
+    const Component     component(name, onf);
+    const std::size_t   size = component.NumValues();
+    std::vector<double> evaluated(values_.size() / size);
+    component.EvaluateAll(std::span(values_).first(evaluated.size() * size), evaluated);
+    std::vector<double> candidates = {-kInfinite, kInfinite, 0.0, -0.0, 1e-200, -1e-200, 1.0, std::nan("")};
+    for (std::size_t i = 0; i < evaluated.size(); i += 41)
+      candidates.insert(candidates.end(), {evaluated[i], std::nextafter(evaluated[i], kInfinite),
+                                           std::nextafter(evaluated[i], -kInfinite), -evaluated[i]});
+    for (std::size_t c = 0; c < candidates.size(); ++c) {
+      const double value = candidates[c];
+      const double other = candidates[(c * 7 + 3) % candidates.size()];
+      Check(component, evaluated, {value}, {kInfinite});
+      Check(component, evaluated, {-kInfinite}, {value});
+      Check(component, evaluated, {-value}, {value});
+      Check(component, evaluated, {value}, {other});
+    }
+    for (const double off : {0.0, 1e-16, 1e-14, 1e-12, 1e-9, 1.0}) {
+      std::vector<double> lows;
+      std::vector<double> highs;
+      for (const double value : evaluated) {
+        lows.push_back(value - off * std::fabs(value));
+        highs.push_back(value + off * std::fabs(value));
+      }
+      Check(component, evaluated, lows, highs);
+      Check(component, evaluated, lows, std::vector<double>(lows.size(), kInfinite));
+      Check(component, evaluated, std::vector<double>(lows.size(), -kInfinite), highs);
+    }
+  }
+
+  void Check(const Component& component, const std::vector<double>& evaluated, const std::vector<double>& lows,
+             const std::vector<double>& highs)
+  {
+    const std::size_t          stride = lows.size() == 1 ? 0 : 1;
+    std::vector<std::uint32_t> left(evaluated.size());
+    std::iota(left.begin(), left.end(), 0U);
+    component.KeepBeyond(values_, {lows.data(), highs.data(), stride}, left);
+    ASSERT_TRUE(std::is_sorted(left.begin(), left.end()));
+    std::size_t next = 0;
+    for (std::size_t i = 0; i < evaluated.size(); ++i) {
+      if (next < left.size() && left[next] == i) {
+        ++next;
+        continue;
+      }
+      ++numDropped_;
+      ASSERT_TRUE(evaluated[i] > lows[i * stride] && evaluated[i] < highs[i * stride])
+          << component.GetName() << ' ' << i << ": " << evaluated[i] << " is not between " << lows[i * stride]
+          << " and " << highs[i * stride];
+    }
+    ASSERT_EQ(next, left.size());
+  }
+
+  void Fill(const std::vector<Tensor>& tensors)
+  {
+    values_.clear();
+    for (const Tensor& tensor : tensors) values_.insert(values_.end(), tensor.begin(), tensor.end());
+  }
+
+  std::vector<double> values_;
+  std::size_t         numDropped_ = 0;
+};
+
+TEST_F(Limits, WhatIsDroppedIsBetweenThem)
+{
+  for (const bool withExtremes : {false, true}) {
+    Fill(quilon_test::HostileTensors(300, 11, withExtremes));
+    for (const int onf : {521, 531, 510}) {
+      for (const std::string& name : ComponentNamesOf(onf)) {
+        if (onf == 531 && name != "equivalent-strain") continue;  // the others are those of a stress
+        numDropped_ = 0;
+        ExpectDroppedAreBetween(name, onf);
+        EXPECT_GT(numDropped_, 0u) << name;
+      }
+    }
+  }
+}
+
+TEST_F(Limits, WhatIsFarFromThemIsDropped)
+{
+  std::mt19937                     random(5);
+  std::uniform_real_distribution<> uniform(-1.0, 1.0);
+  values_.resize(6 * 1000);
+  for (double& value : values_) value = uniform(random);
+  for (const std::string& name : ComponentNamesOf(OnfKind::NodalStress)) {
+    const Component     component(name, OnfKind::NodalStress);
+    std::vector<double> evaluated(1000);
+    component.EvaluateAll(values_, evaluated);
+    std::sort(evaluated.begin(), evaluated.end());
+    // Between the tenth and the tenth to last value, each farther than a millionth from its neighbour.
+    for (const auto& [low, high] : {std::pair(-kInfinite, evaluated[989]), std::pair(evaluated[10], kInfinite),
+                                    std::pair(evaluated[10], evaluated[989])})
+    {
+      std::vector<std::uint32_t> left(1000);
+      std::iota(left.begin(), left.end(), 0U);
+      component.KeepBeyond(values_, {&low, &high}, left);
+      EXPECT_EQ(left.size(), std::isinf(low) || std::isinf(high) ? 11u : 22u) << name << ' ' << low << ' ' << high;
+    }
+  }
 }
 
 TEST(Component, MagnitudeOfAnySizeIsWhole)
