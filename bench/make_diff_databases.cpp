@@ -1,10 +1,10 @@
 // Writes two working databases of equal keys and ids, for measuring how long their comparison takes.
 //
-//   make_diff_databases A.fed B.fed [NODES [STEPS [equal|noise|different]]]
+//   make_diff_databases A.fed B.fed [NODES [STEPS [equal|noise|different|all]]]
 //
 // Each step has a stress tensor and a displacement vector for every node, 72 bytes together; 400000 nodes and 8 steps,
 // the defaults, are 230 MB a database. In B every value is off by one part in 1e12 (noise, the default), one of a
-// hundred by one part in a thousand (different), or none.
+// hundred (different) or every one (all) by one part in a thousand, or none.
 
 #include <cstddef>
 #include <cstdio>
@@ -31,13 +31,15 @@ enum class Change
 {
   Equal,
   Noise,
-  Different
+  Different,
+  All
 };
 
 double Changed(double value, std::size_t position, Change change)
 {
   if (change == Change::Noise) return value * (1.0 + 1e-12);
-  return change == Change::Different && position % 100 == 0 ? value * 1.001 : value;
+  const bool isOff = change == Change::All || (change == Change::Different && position % 100 == 0);
+  return isOff ? value * 1.001 : value;
 }
 
 void Write(const char* folder, int nodes, int steps, Change change)
@@ -68,14 +70,17 @@ void Write(const char* folder, int nodes, int steps, Change change)
 int main(int argc, char** argv)
 {
   const std::string mode = argc > 5 ? argv[5] : "noise";
-  if (argc < 3 || argc > 6 || (mode != "equal" && mode != "noise" && mode != "different")) {
-    std::fputs("usage: make_diff_databases A.fed B.fed [NODES [STEPS [equal|noise|different]]]\n", stderr);
+  if (argc < 3 || argc > 6 || (mode != "equal" && mode != "noise" && mode != "different" && mode != "all")) {
+    std::fputs("usage: make_diff_databases A.fed B.fed [NODES [STEPS [equal|noise|different|all]]]\n", stderr);
     return 2;
   }
   const int nodes = argc > 3 ? std::atoi(argv[3]) : 400000;
   const int steps = argc > 4 ? std::atoi(argv[4]) : 8;
   try {
-    const Change change = mode == "equal" ? Change::Equal : mode == "noise" ? Change::Noise : Change::Different;
+    const Change change = mode == "equal"   ? Change::Equal
+                          : mode == "noise" ? Change::Noise
+                          : mode == "all"   ? Change::All
+                                            : Change::Different;
     Write(argv[1], nodes, steps, Change::Equal);
     Write(argv[2], nodes, steps, change);
   } catch (const std::exception& error) {

@@ -12,7 +12,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include <bundled/FED_BlockCopy.h>
 #include <bundled/FED_BlockSpans.h>
 #include <bundled/OnfKinds.h>
 
@@ -662,24 +661,6 @@ EnvelopeReport EnvelopeOfCombinations(const FED_Database& database, const Combin
     for (const EnvelopeTarget& target : targets) take(target.series);
   }
   return envelope;
-}
-
-std::size_t CopyModel(const FED_Database& database, const std::vector<int>& iterations, FED_Database& target)
-{
-  std::size_t count = 0;
-  for (const int iteration : iterations) {
-    for (const FED_OnfId onf :
-         {OnfKind::Coordinates, OnfKind::ElementNodes, OnfKind::ElementType, OnfKind::NodeSet, OnfKind::ElementSet,
-          OnfKind::Material, OnfKind::ElementSection, OnfKind::Orientation, OnfKind::TiedNodes})
-    {
-      const Descriptor descriptor(iteration, onf);
-      if (!database.HasDataBlock(descriptor)) continue;
-      ThrowIfInterrupted();
-      FED_CopyBlock(database, target, descriptor);
-      ++count;
-    }
-  }
-  return count;
 }
 
 }  // namespace quilon

@@ -114,8 +114,4 @@ EnvelopeReport EnvelopeOfCombinations(const FED_Database& database, const Combin
                                       const std::function<void(const EnvelopeSeries& series)>& take,
                                       CombineReport&                                           report);
 
-/// Copies what an iteration has for all steps: coordinates, elements, sets, materials, sections, orientations, ties.
-/// @return the number of blocks
-std::size_t CopyModel(const FED_Database& database, const std::vector<int>& iterations, FED_Database& target);
-
 }  // namespace quilon

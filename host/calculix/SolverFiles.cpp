@@ -322,9 +322,9 @@ std::filesystem::path StemOf(const std::filesystem::path& file)
 }
 
 /// Adds the file, or, of a name that no file has, the solver's files of this stem.
-/// @param emptyDeck receives a deck of the stem that is empty: it is not added
+/// @param empty receives a deck of the stem that is empty: it is not added
 void AddFilesOf(const std::filesystem::path& name, std::vector<std::filesystem::path>& files,
-                std::filesystem::path& emptyDeck)
+                std::vector<std::filesystem::path>& empty)
 {
   bool isStem = false;
   if (!IsSolverFile(name) && !std::filesystem::is_regular_file(name)) {
@@ -333,7 +333,7 @@ void AddFilesOf(const std::filesystem::path& name, std::vector<std::filesystem::
       if (!std::filesystem::is_regular_file(file)) continue;
       isStem = true;
       if (file.extension() == ".inp" && std::filesystem::file_size(file) == 0)
-        emptyDeck = file;
+        empty.push_back(file);
       else
         files.push_back(file);
     }
@@ -341,11 +341,14 @@ void AddFilesOf(const std::filesystem::path& name, std::vector<std::filesystem::
   if (!isStem) files.push_back(name);
 }
 
-ResultJob MakeJob(JobPaths paths)
+/// @param empty receives a .sta that is empty: the job has none then
+ResultJob MakeJob(JobPaths paths, std::vector<std::filesystem::path>& empty)
 {
   if (paths.frd.empty() && paths.dat.empty()) {
     Fail(paths.sta.string() + ": expected a .frd or .dat of the same name with it");
   }
+  if (!paths.sta.empty() && std::filesystem::is_regular_file(paths.sta) && std::filesystem::is_empty(paths.sta))
+    empty.push_back(std::exchange(paths.sta, {}));
   std::filesystem::path beside = paths.frd.empty() ? paths.dat : paths.frd;  // named as the user names the job
   beside.replace_extension(".sta");
   std::error_code noSize;
@@ -432,7 +435,7 @@ SolverFiles GroupFiles(const std::vector<std::filesystem::path>& named)
 {
   std::vector<std::filesystem::path> files;
   SolverFiles                        found;
-  for (const std::filesystem::path& file : named) AddFilesOf(file, files, found.emptyDeck);
+  for (const std::filesystem::path& file : named) AddFilesOf(file, files, found.empty);
   std::vector<JobPaths> jobs;
   for (const std::filesystem::path& file : files) {
     const std::string extension = LowerExtension(file);
@@ -463,7 +466,7 @@ SolverFiles GroupFiles(const std::vector<std::filesystem::path>& named)
     const bool isOfJob = std::ranges::any_of(jobs, [&file](const JobPaths& job) { return job.stem == StemOf(file); });
     if (!isOfJob) Fail(file.string() + ": expected a result file .frd, .dat or .sta, or a deck .inp");
   }
-  for (JobPaths& job : jobs) found.jobs.push_back(MakeJob(std::move(job)));
+  for (JobPaths& job : jobs) found.jobs.push_back(MakeJob(std::move(job), found.empty));
   return found;
 }
 

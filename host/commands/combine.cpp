@@ -19,6 +19,7 @@
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
 #include "commands/WaitOption.h"
+#include "database/ModelCopy.h"
 #include "database/Publication.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"

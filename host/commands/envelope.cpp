@@ -17,6 +17,7 @@
 #include "commands/TableOptions.h"
 #include "commands/WaitOption.h"
 #include "commands/WriteReport.h"
+#include "database/ModelCopy.h"
 #include "database/Publication.h"
 #include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"

@@ -14,6 +14,7 @@
 #include "commands/SelectionOptions.h"
 #include "database/DatabaseFolder.h"
 #include "database/FolderSize.h"
+#include "database/Provenance.h"
 #include "database/StepTimes.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
@@ -33,10 +34,13 @@ struct Options
   bool        json = false;
 };
 
+using Imports = std::vector<IterationProvenance>;
+
 /// More lines are no glance.
-constexpr std::size_t kMostLines = 25;
-constexpr std::size_t kMostSteps = 6;
-constexpr std::size_t kMostNames = 10;
+constexpr std::size_t kMostLines   = 25;
+constexpr std::size_t kMostSteps   = 6;
+constexpr std::size_t kMostNames   = 10;
+constexpr std::size_t kMostImports = 3;
 
 std::uint64_t SizeOf(const std::filesystem::path& path)
 {
@@ -52,7 +56,23 @@ std::string FormOf(const std::filesystem::path& path)
 
 Json JsonPoint(const Mesh::Point& point) { return Json::array({point[0], point[1], point[2]}); }
 
-Json MakeJson(const Overview& overview, const Options& options, std::uint64_t bytes)
+Json JsonImport(int iteration, const ImportProvenance& import)
+{
+  Json json;
+  json["iteration"] = iteration;
+  json["settings"]  = Json::object();
+  for (const ImportSetting& setting : import.settings) json["settings"][setting.name] = setting.value;
+  json["files"] = Json::array();
+  for (const ImportedFile& file : import.files)
+    json["files"].push_back({{"role", file.role},
+                             {"name", file.name},
+                             {"size", file.size},
+                             {"checksum", file.checksum},
+                             {"changed", file.changed}});
+  return json;
+}
+
+Json MakeJson(const Overview& overview, const Options& options, std::uint64_t bytes, const Imports& imports)
 {
   Json json;
   json["name"]       = options.database;
@@ -91,6 +111,10 @@ Json MakeJson(const Overview& overview, const Options& options, std::uint64_t by
   for (const SolverDeviation& deviation : overview.deviations)
     json["deviations"].push_back(
         {{"kind", deviation.kind}, {"step", StepText(deviation.step)}, {"deviation", JsonNumber(deviation.deviation)}});
+  json["imports"] = Json::array();
+  for (const IterationProvenance& iteration : imports)
+    for (const ImportProvenance& import : iteration.imports)
+      json["imports"].push_back(JsonImport(iteration.iteration, import));
   return json;
 }
 
@@ -169,7 +193,26 @@ std::vector<std::string> KindLines(const Overview& overview, std::size_t most)
   return lines;
 }
 
-void Print(Output& output, const Overview& overview, const Options& options, std::uint64_t bytes)
+/// The files of each import in a line, with the program that read them.
+std::vector<std::string> ImportLines(const Imports& imports)
+{
+  std::vector<std::string> lines;
+  for (const IterationProvenance& iteration : imports)
+    for (const ImportProvenance& import : iteration.imports) {
+      const std::string* const program = import.FindSetting(ImportSettingName::Program);
+      lines.push_back("it=" + std::to_string(iteration.iteration) + ": " + Printable(import.ListFiles()) +
+                      (program == nullptr ? "" : " by " + Printable(*program)));
+    }
+  if (lines.size() > kMostImports) {
+    const std::size_t left = lines.size() - (kMostImports - 1);
+    lines.resize(kMostImports - 1);
+    lines.push_back("and " + Counted(left, "import") + " more, see quilon ls --verbose");
+  }
+  return lines;
+}
+
+void Print(Output& output, const Overview& overview, const Options& options, std::uint64_t bytes,
+           const Imports& imports)
 {
   std::vector<std::string> lines;
   const auto               add = [&lines](std::string label, const std::string& text) {
@@ -190,6 +233,7 @@ void Print(Output& output, const Overview& overview, const Options& options, std
                   (overview.iterations > 1 ? ", " + Counted(overview.iterations, "iteration") + ", mesh of iteration " +
                                                  std::to_string(overview.iteration)
                                            : ""));
+  addList("made of", ImportLines(imports));
   add("nodes", std::to_string(overview.nodes));
   add("elements", std::to_string(numElements) + types);
   if (overview.box) add("box", PointText(overview.box->least) + " to " + PointText(overview.box->greatest));
@@ -214,11 +258,12 @@ void Run(const Options& options, CommandContext& context)
   const StepTimes     times(database.Get());
   const Overview      overview = MakeOverview(database.Get(), options.database, times);
   const std::uint64_t bytes    = SizeOf(options.database);
+  const Imports       imports  = ReadProvenance(database.Get());
   context.console.ClearProgress();
   if (options.json)
-    PrintJson(context.output, MakeJson(overview, options, bytes));
+    PrintJson(context.output, MakeJson(overview, options, bytes, imports));
   else
-    Print(context.output, overview, options, bytes);
+    Print(context.output, overview, options, bytes, imports);
 }
 
 }  // namespace
@@ -229,9 +274,8 @@ CommandFunction DefineInfo(CLI::App& app)
   AddDatabaseArgument(app, options->database);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
-      "Prints at most 25 lines: mesh, materials, sets, steps with their times, kinds with their range, averages and "
-      "how\n"
-      "far they are from the solver's own.\n"
+      "Prints at most 25 lines: what was imported, mesh, materials, sets, steps with their times, kinds with their "
+      "range, averages and how far they are from the solver's own.\n"
       "\n"
       "Examples:\n"
       "  quilon info bracket.onf\n"

@@ -8,6 +8,7 @@
 #include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/OnfKinds.h>
 
+#include "database/ModelCopy.h"
 #include "kinds/UserKinds.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -101,6 +102,7 @@ void DifferenceWriter::Write(const FED_DataBlock& first, const FED_DataBlock& se
   const auto              isReal  = [](int type) { return IsReal(FED_FieldType::GetClass(type)); };
   if (std::none_of(types.begin(), types.end(), isReal)) return;
 
+  iterations_.insert(descriptor.GetInteger(FED_DataDescriptor::Iteration));
   FED_DataBlock&          block  = *target_.CreateDataBlock(descriptor, columns.GetRecordCount(), 0, format.ToString());
   FED_DataRecord* const   record = block.CreateDataRecord();
   const ScratchRecord     scratch(first);
@@ -119,6 +121,15 @@ void DifferenceWriter::Write(const FED_DataBlock& first, const FED_DataBlock& se
     block.SetRecord(FindOrAddIndex(descriptor, pair.first), *record);
   });
   block.DeleteDataRecord(record);
+}
+
+void DifferenceWriter::Finish()
+{
+  for (const int iteration : iterations_) {
+    const auto hasCompared = [&](FED_OnfId onf) { return target_.HasDataBlock(FED_DataDescriptor(iteration, onf)); };
+    if (!hasCompared(OnfKind::Coordinates) || !hasCompared(OnfKind::ElementNodes))
+      CopyModel(first_, {iteration}, target_);
+  }
 }
 
 std::size_t DifferenceWriter::FindOrAddIndex(const FED_DataDescriptor& descriptor, std::size_t index)

@@ -4,6 +4,7 @@
 /// The difference of two databases as a database.
 
 #include <cstddef>
+#include <set>
 
 #include "diff/RecordMatching.h"
 #include "diff/RecordWalk.h"
@@ -16,8 +17,8 @@ namespace quilon::diff {
 
 /// Writes B - A block by block, under the keys and ids of A.
 ///
-/// What stands still, such as coordinates, elements and sets, is copied from A: the difference is shown and drawn on
-/// its mesh. Of all other blocks with floating-point values each pair of records that differs in nothing but these
+/// What stands still, such as coordinates, elements and sets, is copied from A, whether it is compared or not: the
+/// difference is shown and drawn on its mesh. Of all other blocks with floating-point values each pair of records that differs in nothing but these
 /// gives a record: B - A for them, A's own for what else there is.
 class DifferenceWriter
 {
@@ -29,11 +30,15 @@ public:
   void Write(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs,
              const Transformation& transformation);
 
+  /// To be called behind all blocks: copies the model of what was written, where it was not compared.
+  void Finish();
+
 private:
   std::size_t FindOrAddIndex(const FED_DataDescriptor& descriptor, std::size_t index);
 
   const FED_Database& first_;
   FED_Database&       target_;
+  std::set<int>       iterations_;  // of blocks that were written
 };
 
 }  // namespace quilon::diff

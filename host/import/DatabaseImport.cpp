@@ -158,6 +158,8 @@ public:
       report_.results = ImportResults(files_, target, options);
     } catch (const RefusedImport&) {
       throw;
+    } catch (const BrokenBehindResults& failure) {
+      NameTheWay(failure);
     } catch (const FED_Failure& failure) {
       if (options.keepWholeSteps && HasBlocks(target)) {
         now_.settings.push_back({ImportSettingName::IsWhole, "no"});
@@ -165,7 +167,7 @@ public:
         listener_.Note(output_.string() + ": kept " + Counted(report_.blocks, "block") +
                        " of the steps that were whole");
       } else if (!options.keepWholeSteps && HasResults(target)) {
-        Fail(failure.GetMessage() + "; --keep-whole-steps writes the results before it that are whole");
+        NameTheWay(failure);
       }
       throw;
     }
@@ -175,6 +177,11 @@ public:
   }
 
 private:
+  [[noreturn]] static void NameTheWay(const FED_Failure& failure)
+  {
+    Fail(failure.GetMessage() + "; --keep-whole-steps writes the results before it that are whole");
+  }
+
   static bool HasBlocks(const FED_Database& database)
   {
     return !database.GetDataDescriptors(FED_DataDescriptorPattern()).empty();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <limits>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,17 +16,39 @@ namespace quilon {
 
 namespace {
 
+std::string FormatLength(double length)
+{
+  char text[32];
+  std::snprintf(text, sizeof text, "%.3g", length);
+  return text;
+}
+
+/// The solver moves nodes of contact and ties, no others: one that nothing ties and that is far off is of another run.
+/// @param size  of the model
+/// @param limit as a fraction of it
+void RefuseStrangers(const std::vector<ResultMesh::MovedNode>& moved, const calculix::DeckModel& deck, double size,
+                     double limit)
+{
+  std::set<int> tied;
+  for (const calculix::DeckTiedNodes& one : deck.TiedNodes()) tied.insert(one.nodes.begin(), one.nodes.end());
+  for (const ResultMesh::MovedNode& node : moved) {
+    if (node.distance <= limit * size || tied.contains(node.id)) continue;
+    throw RefusedImport("the files are not of one run, the deck has node " + std::to_string(node.id) +
+                            " elsewhere than the results, by " + FormatLength(node.distance) + " of a model of " +
+                            FormatLength(size) + ", and nothing that lets the solver move it; expected at most " +
+                            FormatLength(limit) + " of the model, which --max-deviation sets",
+                        "|%P|QuilonHost|ImportJob");
+  }
+}
+
 /// A deck of another run, or contact nodes that the solver has moved.
 void NoteMoved(const std::vector<ResultMesh::MovedNode>& moved, ImportRecord& record)
 {
   constexpr std::size_t kNamed = 5;
   if (moved.empty()) return;
   std::string names;
-  for (std::size_t i = 0; i < std::min(kNamed, moved.size()); ++i) {
-    char distance[32];
-    std::snprintf(distance, sizeof distance, "%.3g", moved[i].distance);
-    names += (i == 0 ? "node " : ", node ") + std::to_string(moved[i].id) + " by " + distance;
-  }
+  for (std::size_t i = 0; i < std::min(kNamed, moved.size()); ++i)
+    names += (i == 0 ? "node " : ", node ") + std::to_string(moved[i].id) + " by " + FormatLength(moved[i].distance);
   if (moved.size() > kNamed) names += ", ...";
   record.Notice("the deck has " + Counted(moved.size(), "node") + " elsewhere than the results: " + names +
                 "; the solver's coordinates are kept");
@@ -66,7 +89,11 @@ std::optional<double> ImportJob::FindLargeDisplacements(const StepKey& key) cons
 
 void ImportJob::SaveMesh()
 {
-  if (deck != nullptr) NoteMoved(mesh.AddDeck(*deck), record);
+  if (deck != nullptr) {
+    const std::vector<ResultMesh::MovedNode> moved = mesh.AddDeck(*deck);
+    RefuseStrangers(moved, deck->model, mesh.Size(), options.maxDeviation);
+    NoteMoved(moved, record);
+  }
   mesh.Save(blocks.GetDatabase(), options.iteration);
 }
 

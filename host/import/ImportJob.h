@@ -47,6 +47,7 @@ struct ImportJob
   std::optional<double> FindLargeDisplacements(const StepKey& key) const;
 
   /// Completes the mesh from the deck, if there is one, and saves it. Notes the nodes that the deck has elsewhere.
+  /// @throws RefusedImport for a node that is far off and that the deck does not let the solver move
   void SaveMesh();
 
   const ResultJob&     files;

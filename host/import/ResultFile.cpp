@@ -240,6 +240,7 @@ void ResultFile::BeginResult(const StepKey& key)
 {
   if (current_ == key) return;
   if (current_) averages_.Save(*current_);
+  hasWhole_ = current_.has_value();
   if (current_ && current_->loadCase == key.loadCase && current_->analysis == key.analysis)
     former_ = std::move(names_);
   else

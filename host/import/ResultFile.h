@@ -56,6 +56,9 @@ public:
     return endCheck_ && endCheck_->FirstMissing() ? endCheck_->FirstMissing() : current_;
   }
 
+  /// @return whether a result is whole before that one
+  bool HasWhole() const noexcept { return hasWhole_ || behindLast_; }
+
 private:
   void OnNodes(std::span<const int> ids, std::span<const double> coordinates) override;
   void OnElements(std::span<const MeshElement> elements) override;
@@ -97,6 +100,7 @@ private:
   std::unique_ptr<EndCheck>                         endCheck_;  // null for a file with an end mark
   PointCollector                                    points_;
   std::optional<StepKey>                            current_;
+  bool                                              hasWhole_ = false;  // another result came before the current one
   std::map<std::string, std::vector<std::uint64_t>> prints_;  // of rows by identity and batch, of the current result
   std::set<std::string>                             names_;   // fields of the current result that name their step
   std::set<std::string>                             former_;  // those of the result before it in the same step

@@ -105,6 +105,21 @@ std::vector<ResultMesh::MovedNode> ResultMesh::AddDeck(const ImportedDeck& deck)
   return moved;
 }
 
+double ResultMesh::Size() const
+{
+  double size = 0.0;
+  for (std::size_t k = 0; k < 3 && !coordinates_.empty(); ++k) {
+    double least    = coordinates_[k];
+    double greatest = least;
+    for (std::size_t i = k; i < coordinates_.size(); i += 3) {
+      least    = std::min(least, coordinates_[i]);
+      greatest = std::max(greatest, coordinates_[i]);
+    }
+    size = std::max(size, greatest - least);
+  }
+  return size;
+}
+
 std::vector<ResultMesh::MovedNode> ResultMesh::AddDeckNodes(const ImportedDeck& deck)
 {
   std::vector<MovedNode> moved;

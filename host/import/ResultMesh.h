@@ -79,6 +79,9 @@ public:
   /// @throws FED_Failure when an element that the database knows has other nodes there
   void Save(FED_Database& database, int iteration);
 
+  /// @return the longest side of the box around all nodes, until the coordinates are saved
+  double Size() const;
+
   bool IsEmpty() const noexcept { return nodes_.Entries().empty(); }
 
   /// @return null when the mesh has no such node

@@ -21,6 +21,7 @@
 #include "Block.h"
 #include "Database.h"
 #include "database/DatabaseFolder.h"
+#include "database/ModelCopy.h"
 #include "database/Publication.h"
 #include "database/StepTimes.h"
 #include "kinds/KindTable.h"

@@ -161,6 +161,32 @@ TEST_F(AnswerCommands, InfoTellsOfFieldsBeforeHistories)
   EXPECT_NE(text.find(" kinds more, see quilon ls --summary\n"), std::string::npos) << text;
 }
 
+TEST_F(AnswerCommands, InfoTellsWhatTheResultsAreOf)
+{
+  const std::string db  = (folder_ / "a_tet.fed").string();
+  const std::string job = QUILON_FIXTURES "/calculix/a_tet/a_tet";
+  ASSERT_EQ(RunQuilon({"import", job + ".frd", "-o", db}).exitCode, 0);
+  ASSERT_EQ(RunQuilon({"import", job + ".frd", job + ".dat", "-o", db, "--iteration", "3", "--max-deviation", "0.01"})
+                .exitCode,
+            0);
+  const std::string text = RunQuilon({"info", db}).out;
+  EXPECT_NE(text.find("made of    it=0: a_tet.frd by quilon " QUILON_VERSION "\n"
+                      "           it=3: a_tet.frd, a_tet.dat by quilon " QUILON_VERSION "\n"),
+            std::string::npos)
+      << text;
+  EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 25) << text;
+  const Json imports = Json::parse(RunQuilon({"info", db, "--json"}).out).at("imports");
+  ASSERT_EQ(imports.size(), 2U);
+  EXPECT_EQ(imports.at(1).at("iteration"), 3);
+  EXPECT_EQ(imports.at(1).at("settings").at("max-deviation"), "0.01");
+  const Json& file = imports.at(0).at("files").at(0);
+  EXPECT_EQ(file.at("role"), "results");
+  EXPECT_EQ(file.at("name"), "a_tet.frd");
+  EXPECT_EQ(file.at("size"), std::filesystem::file_size(job + ".frd"));
+  EXPECT_EQ(file.at("checksum").get<std::string>().size(), 16U);
+  EXPECT_TRUE(Json::parse(RunQuilon({"info", onf_, "--json"}).out).at("imports").empty());
+}
+
 TEST_F(AnswerCommands, SetsAreListedWithMaterialsAndTypes)
 {
   EXPECT_EQ(RunQuilon({"sets", onf_}).out,

@@ -1,3 +1,4 @@
+#include <array>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -6,6 +7,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <sys/resource.h>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -861,6 +864,71 @@ TEST(DiffOfResults, ADifferenceHasTheMeshAndItsOwnBlocks)
     EXPECT_EQ(block.at("greatest"), 0.0);
   }
 }
+
+// What cannot be drawn is no use where places are asked for.
+TEST(DiffOfResults, ADifferenceOfSelectedKindsHasTheMeshAllTheSame)
+{
+  const TempFolder  folder;
+  const std::string out = (folder / "out.fed").string();
+  ASSERT_EQ(RunQuilon({"diff", kCompare + "base.frd", kCompare + "again.frd", "--select", "displacement", "-o", out})
+                .exitCode,
+            0);
+  for (const char* kind : {"coordinates", "element-nodes", "element-type"})
+    EXPECT_EQ(RunQuilon({"diff", kCompare + "base.frd", out, "--select", kind, "--exact"}).exitCode, 0) << kind;
+  EXPECT_TRUE(json::parse(RunQuilon({"ls", out, "stress", "--json"}).out).empty());
+  EXPECT_EQ(RunQuilon({"plot", out, "displacement.magnitude", "-o", (folder / "out.svg").string()}).exitCode, 0);
+}
+
+#ifndef QUILON_SANITIZED  // sanitizers keep freed memory for a while
+
+// With a mebibyte of rows for each database, memory that grows with the results is more than all others.
+TEST(DiffMemory, DoesNotGrowWithTheSteps)
+{
+  constexpr int     kNodes = 1000;
+  constexpr int     kSteps = 100;
+  const TempFolder  folder;
+  const std::string a    = (folder / "a.fed").string();
+  const std::string b    = (folder / "b.fed").string();
+  const std::string out  = (folder / "out.fed").string();
+  const auto        fill = [](const std::string& name, double factor) {
+    FED_ResultDatabase database(name, FED_ResultDatabase::Create);
+    for (int step = 1; step <= kSteps; ++step) {
+      FED_DataDescriptor key(0, static_cast<FED_OnfId>(521));
+      key.SetInteger(FED_DataDescriptor::LoadCase, 1);
+      key.SetInteger(FED_DataDescriptor::Substep, step);
+      FED_IdDataBlock view(database.GetOrCreateDataBlock(key, kNodes), database.GetIdMapsPool(), true);
+      for (int node = 1; node <= kNodes; ++node) {
+        std::array<double, 6> values;
+        values.fill(factor * node);
+        view.SetTensor(node, values.data());
+      }
+    }
+    database.Commit();
+  };
+  fill(a, 1.0);
+  fill(b, 1.01);  // every value differs, by any rule
+  const auto peak = [] {
+    rusage usage = {};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return static_cast<double>(usage.ru_maxrss);
+  };
+  for (const std::vector<std::string>& more :
+       std::vector<std::vector<std::string>>{{}, {"--rule", "library"}, {"-o", out}})
+  {
+    std::vector<std::string> few = {"diff", a, b, "--memory", "1M"};
+    few.insert(few.end(), more.begin(), more.end());
+    std::vector<std::string> many = few;
+    few.insert(few.end(), {"--steps", "1-10"});
+    const RunResult first = RunQuilon(few);
+    ASSERT_EQ(first.exitCode, 1) << first.err;
+    std::filesystem::remove_all(out);
+    const double before = peak();
+    ASSERT_EQ(RunQuilon(many).exitCode, 1);
+    EXPECT_LE(peak(), 1.1 * before) << testing::PrintToString(more) << ", KiB";
+  }
+}
+
+#endif
 
 // The same deck with a text result (six digits) and a binary one (single precision).
 TEST(DiffOfResults, TextAndBinaryResultsAgreeToTheDigitsOfTheText)

@@ -153,6 +153,21 @@ TEST_F(ImportCommand, AResultThatTheFileWasCutBehindIsKeptWhereAskedFor)
   EXPECT_EQ(nlohmann::json::parse(RunQuilon({"ls", out_, "stress", "--json"}).out).size(), 1U);
 }
 
+// With a .dat the mesh of the .frd is read first, and the cut is met before any result is written.
+TEST_F(ImportCommand, TheWayToWholeStepsIsToldBesideADatToo)
+{
+  const std::string cut = CutShort("a_tet/a_tet.frd", 0.95);
+  fs::copy(dat_, folder_ / "a_tet.dat");
+  RunResult run = RunQuilon({"import", cut, (folder_ / "a_tet.dat").string(), "-o", out_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_TRUE(run.err.ends_with("; --keep-whole-steps writes the results before it that are whole\n")) << run.err;
+
+  // Nothing is whole before the first result.
+  run = RunQuilon({"import", CutShort("a_tet/a_tet.frd", 0.2), (folder_ / "a_tet.dat").string(), "-o", out_});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.err.find("--keep-whole-steps"), std::string::npos) << run.err;
+}
+
 TEST_F(ImportCommand, WholeStepsAreKeptWhereAskedForAndTheImportStillFails)
 {
   const RunResult run = RunQuilon({"import", CutShort("a_tet/a_tet.frd", 0.95), "-o", out_, "--keep-whole-steps"});
@@ -229,6 +244,28 @@ TEST_F(ImportCommand, AStemStandsForTheFilesOfTheJob)
   const RunResult stem = RunQuilon({"import", Fixture("a_tet/a_tet"), "-o", (folder_ / "stem.onf").string(), "--json"});
   ASSERT_EQ(stem.exitCode, 0) << stem.err;
   EXPECT_EQ(nlohmann::json::parse(stem.out).at("blocks"), nlohmann::json::parse(whole.out).at("blocks"));
+}
+
+// The solver leaves one where it dies.
+TEST_F(ImportCommand, AnEmptyStatusFileIsPassedOverHoweverItIsFound)
+{
+  for (const char* extension : {".frd", ".dat"})
+    fs::copy(Fixture("a_tet/a_tet") + extension, folder_ / ("job" + std::string(extension)));
+  const auto        path   = [this](const char* name) { return (folder_ / name).string(); };
+  const std::string status = path("job.sta");
+  std::ofstream{status};
+  for (const std::vector<std::string>& files : std::vector<std::vector<std::string>>{
+           {path("job")}, {path("job.dat"), path("job.frd"), status}, {path("job.frd"), status}})
+  {
+    std::vector<std::string> arguments = {"import", "-o", out_, "--replace"};
+    arguments.insert(arguments.end(), files.begin(), files.end());
+    const RunResult run = RunQuilon(arguments);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_NE(run.err.find("quilon: note: " + status + ": empty, passed over\n"), std::string::npos) << run.err;
+  }
+  const RunResult alone = RunQuilon({"import", status, "-o", out_});
+  EXPECT_EQ(alone.exitCode, 2);
+  EXPECT_EQ(alone.err, "quilon: error: " + status + ": expected a .frd or .dat of the same name with it\n");
 }
 
 TEST_F(ImportCommand, OtherFilesOfTheJobArePassedOver)
@@ -390,6 +427,28 @@ TEST_F(ImportCommand, StressesOfAnotherRunAreRefused)
   const RunResult run = RunQuilon({"import", frd, job, "-o", out_});
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_NE(run.err.find("they disagree on: averages of stress (C3D4), by up to "), std::string::npos) << run.err;
+}
+
+// One stress is another, by less than what makes files of two runs: told, and with --strict an error.
+TEST_F(ImportCommand, AveragesThatDisagreeALittleAreToldAndRefusedByStrict)
+{
+  const std::string frd  = (folder_ / "job.frd").string();
+  const std::string job  = (folder_ / "job.dat").string();
+  std::string       text = ReadAll(dat_);
+  const std::size_t at   = text.find("-4.858096E+00");
+  ASSERT_NE(at, std::string::npos);
+  text.replace(at, 13, "-4.863096E+00");  // the largest stress of the result is 7.75
+  fs::copy(frd_, frd);
+  std::ofstream(job, std::ios::binary) << text;
+  const RunResult run = RunQuilon({"import", frd, job, "-o", out_});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_NE(run.err.find("quilon: note: the files disagree on the averages of stress (C3D4), by up to "),
+            std::string::npos)
+      << run.err;
+  const RunResult strict = RunQuilon({"import", frd, job, "-o", (folder_ / "b.onf").string(), "--strict"});
+  EXPECT_EQ(strict.exitCode, 2);
+  EXPECT_NE(strict.err.find("averages that files disagree on (ours kept)"), std::string::npos) << strict.err;
+  EXPECT_FALSE(fs::exists(folder_ / "b.onf"));
 }
 
 // Materials 1 and 2 meet at 12 of 36 nodes, which have a value on either side.

@@ -151,6 +151,25 @@ TEST(DeckImport, WhereTheResultsContradictTheDeckTheSolversCoordinatesAreKept)
             "expected to read everything, left out: 1 x coordinates of the deck that the results contradict");
 }
 
+// The solver moves nodes of contact and ties by a little, and no other node.
+TEST(DeckImport, ADeckWhoseNodesLieFarFromTheResultsIsOfAnotherRun)
+{
+  const TempFolder  folder;
+  const std::string deck = Replaced(ReadText(Fixture("hex8i/hex8i.inp")), "8, 10.393,", "8, 10.693,");
+  WriteText(folder / "job.inp", deck);
+  const std::vector<std::filesystem::path> files = {folder / "job.inp", Fixture("hex8i/hex8i.frd")};
+  EXPECT_EQ(
+      MessageOf(files, {}),
+      "the files are not of one run, the deck has node 8 elsewhere than the results, by 0.3 of a model of 30, and "
+      "nothing that lets the solver move it; expected at most 0.001 of the model, which --max-deviation sets");
+  ImportOptions wide;
+  wide.maxDeviation = 0.02;
+  EXPECT_EQ(MessageOf(files, wide), "");
+
+  WriteText(folder / "job.inp", Replaced(deck, "*STEP", "*EQUATION\n2\n8, 1, 1., 11, 1, -1.\n*STEP"));
+  EXPECT_EQ(MessageOf(files, {}), "") << "a node that a constraint names";
+}
+
 TEST(DeckImport, ADeckAloneGivesItsMesh)
 {
   Imported deck({Fixture("mixed_linear/mixed_linear.inp")});
