@@ -13,6 +13,7 @@ from numpy.typing import ArrayLike
 
 from . import _native
 from ._arrays import Ids, Values, as_values
+from ._checks import checked
 from ._database import PathLike, Progress, Source, opened, path_text, steps_text
 from ._errors import ArgumentError
 
@@ -33,6 +34,7 @@ def principal_axes(tensors: ArrayLike) -> tuple[Values, Values]:
     return _native.principal_values(as_values(tensors, None, (6,), "tensors"), True)
 
 
+@checked
 def component(tensors: ArrayLike, name: str, kind: str | int | None = None) -> Values:
     """One component or invariant of vectors or tensors, shape (n,).
 
@@ -72,6 +74,7 @@ class MaxReport:
     nans: int  #: of these, those that are no numbers and count for nothing
 
 
+@checked
 def max(
     database: Source,
     selection: str,
@@ -81,8 +84,8 @@ def max(
     per: str = "whole",
     steps: str | int | abc.Sequence[int] | None = None,
     ids: str = "",
-    sets: abc.Sequence[str] = (),
-    materials: abc.Sequence[str] = (),
+    sets: str | abc.Sequence[str] = (),
+    materials: str | abc.Sequence[str] = (),
     box: abc.Sequence[float] | None = None,
     near: abc.Sequence[float] | None = None,
     progress: Progress | None = None,
@@ -102,12 +105,12 @@ def max(
     ):
         if value not in choices:
             raise ArgumentError(f"{what}: found {value!r}, expected {', '.join(choices[:-1])} or {choices[-1]}")
-    if isinstance(head, bool) or not isinstance(head, (int, np.integer)) or head < 1:
+    if head < 1:
         raise ArgumentError(f"head: found {head!r}, expected a number, 1 or more")
     region = {
         "ids": ids,
-        "sets": _names(sets, "sets"),
-        "materials": _names(materials, "materials"),
+        "sets": _names(sets),
+        "materials": _names(materials),
         "box": None if box is None else as_values(box, 1, (6,), "box")[0].tolist(),
         "near": None if near is None else as_values(near, 1, (3,), "near")[0].tolist(),
     }
@@ -118,11 +121,8 @@ def max(
     return MaxReport(tuple(Extreme(**row) for row in rows), values, nans)
 
 
-def _names(names: abc.Sequence[str], what: str) -> list[str]:
-    found = [names] if isinstance(names, str) else list(names)
-    if not all(isinstance(name, str) for name in found):
-        raise ArgumentError(f"{what}: found {found!r}, expected names")
-    return found
+def _names(names: str | abc.Sequence[str]) -> list[str]:
+    return [names] if isinstance(names, str) else list(names)
 
 
 @dataclasses.dataclass(frozen=True)
@@ -142,6 +142,7 @@ class Envelope:
     greatest_step: Ids
 
 
+@checked
 def envelope(
     database: Source,
     selection: str = "",
@@ -172,6 +173,7 @@ class CombineReport:
     notes: tuple[str, ...]
 
 
+@checked
 def combine(
     database: Source,
     combinations: PathLike | abc.Mapping[str, abc.Mapping[int | str, float]],
@@ -206,8 +208,12 @@ def combine(
 
 def _combination(name: str, factors: abc.Mapping[int | str, float]) -> str:
     """A line of a file of combinations."""
+    if not isinstance(factors, abc.Mapping):
+        raise ArgumentError(f"combinations: found {factors!r} for {name!r}, expected a dict of factors by load case")
     terms = []
     for case, factor in factors.items():
+        if isinstance(case, bool) or not isinstance(case, (str, int, np.integer)):
+            raise ArgumentError(f"combinations: found {case!r} in {name!r}, expected a load case or the name of a combination")
         if isinstance(factor, bool) or not isinstance(factor, (int, float, np.integer, np.floating)):
             raise ArgumentError(f"combinations: the factor of {case!r} in {name} is {factor!r}, expected a number")
         terms.append(f"{float(factor)!r}*{case if isinstance(case, str) else f'lc{int(case)}'}")
@@ -236,6 +242,7 @@ class Path:
     steps: tuple[PathStep, ...]
 
 
+@checked
 def path(
     database: Source,
     selection: str,
@@ -257,6 +264,8 @@ def path(
     """
     if (places is None) != (start is not None and end is not None):
         raise ArgumentError("path: expected either both start and end or places")
+    if points < 2:
+        raise ArgumentError(f"points: found {points}, expected 2 or more")
     if places is None:
         first, last = (as_values(value, 1, (3,), what) for value, what in ((start, "start"), (end, "end")))  # type: ignore[arg-type]
         where: Any = _native.line(first[0].tolist(), last[0].tolist(), points)

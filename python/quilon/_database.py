@@ -14,8 +14,9 @@ import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from . import _native
-from ._arrays import Ids, Values, as_array, as_ids, as_values
-from ._errors import ArgumentError, MissingPackageError
+from ._arrays import Ids, Values, as_array, as_ids, as_values, describe
+from ._checks import checked
+from ._errors import ArgumentError, Error, MissingPackageError
 
 PathLike = Union[str, "os.PathLike[str]"]
 Progress = abc.Callable[[str, int, int], object]
@@ -30,6 +31,8 @@ def path_text(path: object, what: str) -> str:
     text = os.fspath(path)
     if not isinstance(text, str):
         raise ArgumentError(f"{what}: found a path of bytes, expected text")
+    if not text:
+        raise ArgumentError(f"{what}: found '', expected a path")
     return text
 
 
@@ -140,13 +143,12 @@ class Block:
         """
         return self._native.values()
 
+    @checked
     def component(self, name: str) -> Values:
         """One component or invariant in the order of `ids`, shape (n,): "xx", "magnitude", "mises", "p1", ...
 
         A stored component is a view of `values`. See `all_components`.
         """
-        if not isinstance(name, str):
-            raise ArgumentError(f"component: found {type(name).__name__}, expected a name")
         return self._native.component(name)
 
     def points(self) -> tuple[Ids, Ids, Values]:
@@ -239,12 +241,15 @@ class Mesh:
     def indices(self, ids: ArrayLike) -> NDArray[np.intp]:
         """Rows of `points` for ids of nodes, of the same shape. Raises ArgumentError for an id that is no node."""
         array = as_array(ids, "ids")
-        rows = np.searchsorted(self.point_ids, array)
+        if array.dtype.kind not in "iu" and array.size != 0:
+            raise ArgumentError(f"ids: found {describe(array)}, expected integers")
+        flat = array.ravel()
+        rows = np.searchsorted(self.point_ids, flat)
         found = rows < len(self.point_ids)
-        found[found] = self.point_ids[rows[found]] == array[found]
+        found[found] = self.point_ids[rows[found]] == flat[found]
         if not found.all():
-            raise ArgumentError(f"ids: no node {array[~found].flat[0]} in the mesh")
-        return rows.astype(np.intp, copy=False)
+            raise ArgumentError(f"ids: found {flat[~found][0]}, expected ids of nodes of the mesh")
+        return rows.astype(np.intp, copy=False).reshape(array.shape)
 
     def to_meshio_cells(self) -> list[tuple[str, NDArray[np.intp]]]:
         """Cells as meshio.Mesh(points, cells) takes them: (type, rows of `points`, shape (m, nodes)).
@@ -315,6 +320,8 @@ class Database:
         return self._native.is_closed
 
     def __enter__(self) -> Database:
+        if self.closed:
+            raise Error(f"{self.path}: the database is closed, expected an open one", self.path)
         return self
 
     def __exit__(
@@ -337,6 +344,7 @@ class Database:
         """Makes what was written part of the database, in one step. Returns how many blocks it were."""
         return self._native.commit()
 
+    @checked
     def blocks(
         self,
         selection: str = "",
@@ -352,8 +360,6 @@ class Database:
         steps: result steps by position from 1, "1:9:2", "last", or a number or several
         key: further keys, `lc=1`, `sub="last"`, `layer=[1, 2]`; None chooses blocks without the key
         """
-        if not isinstance(selection, str):
-            raise ArgumentError(f"selection: found {type(selection).__name__}, expected text")
         text = selection
         if kind is not None:
             if selection and not selection.startswith("@"):
@@ -382,6 +388,7 @@ class Database:
         of the arrays that are kept, and no more."""
         return [Step(position, key, time, quantity or None, self) for position, key, time, quantity in self._native.steps()]
 
+    @checked
     def mesh(self, iteration: int = 0) -> Mesh:
         """Nodes, elements and sets of one iteration, as it was last committed. Raises Error without coordinates."""
         parts = self._native.mesh(iteration)
@@ -402,6 +409,7 @@ class Database:
                 sets[name] = ids
         return Mesh(parts["points"], parts["point_ids"], cells, materials, sets, element_sets)
 
+    @checked
     def write(self, kind: str | int, ids: ArrayLike, values: ArrayLike | abc.Sequence[ArrayLike], **key: int | None) -> None:
         """Writes a block, in place of one with the same key. It is stored by the next commit.
 
@@ -424,6 +432,7 @@ class Database:
         else:
             self._native.write(name, numbers, id_array, as_values(cast(ArrayLike, values), len(id_array), ()))
 
+    @checked
     def user_kind(self, name: str, components: int, on: str = "nodes") -> int:
         """The number of a kind of the database's own, which is made when it is new.
 
@@ -432,6 +441,8 @@ class Database:
         """
         if on not in ("nodes", "elements"):
             raise ArgumentError(f"on: found {on!r}, expected 'nodes' or 'elements'")
+        if components not in (1, 3, 6):
+            raise ArgumentError(f"components: found {components}, expected 1, 3 or 6")
         return self._native.user_kind(name, on == "elements", components)
 
 
@@ -451,6 +462,7 @@ def kind_text(kind: object) -> str:
     raise ArgumentError(f"kind: found {kind!r}, expected a name or number")
 
 
+@checked
 def open(
     path: PathLike, mode: str = "r", *, deck: PathLike | None = None, progress: Progress | None = None
 ) -> Database:

@@ -7,6 +7,7 @@ from numpy.typing import ArrayLike
 
 from . import _native
 from ._arrays import Ids, Values, as_ids, as_values
+from ._checks import checked
 from ._database import Database, key_numbers, kind_text
 from ._errors import ArgumentError
 
@@ -20,18 +21,17 @@ class AverageField:
     A tensor has the components xx, yy, zz, xy, yz, zx. Memory: 32 to 110 bytes an id and layer.
     """
 
+    @checked
     def __init__(self, components: int, statistics: bool = False, layers: int = 1) -> None:
         """
         components: of a value: 1, 3 or 6
         statistics: whether mean and variance are kept (Welford's formula) in place of sum and count
         layers: of shells; each is averaged by itself
         """
-        for what, number in (("components", components), ("layers", layers)):
-            if isinstance(number, bool) or not isinstance(number, (int, np.integer)):
-                raise ArgumentError(f"{what}: found {number!r}, expected a number")
         self._native = _native.AverageField(int(components), bool(statistics), int(layers))
         self._components = int(components)
 
+    @checked
     def add(self, ids: ArrayLike, values: ArrayLike, layer: int = 0) -> None:
         """Adds values, in their order: the sums are those of a loop over them, to the last bit.
 
@@ -42,15 +42,18 @@ class AverageField:
         id_array = as_ids(ids)
         self._native.add(id_array, as_values(values, len(id_array), (self._components,)), layer)
 
+    @checked
     def average(self, layer: int = 0) -> tuple[Ids, Values]:
         """(ids, averages): shapes (m,) and (m, components), by ascending id; 0 where nothing was added since reset()."""
         return self._native.average(layer)
 
+    @checked
     def variance(self, layer: int = 0) -> tuple[Ids, Values]:
         """(ids, variances): population variance, in the square of the values' unit; nan where nothing was added since
         reset(). Raises Error for a field without statistics."""
         return self._native.variance(layer)
 
+    @checked
     def count(self, layer: int = 0) -> tuple[Ids, Ids]:
         """(ids, counts): how many values each id got since reset(), shapes (m,) and (m,)."""
         ids, counts = self._native.count(layer)
@@ -60,6 +63,7 @@ class AverageField:
         """Sets all to zero for the next result step. Ids stay, with a count of 0."""
         self._native.reset()
 
+    @checked
     def save(self, database: Database, kind: str | int, what: str = "average", **key: int | None) -> None:
         """Writes the field as a block, in place of one with the same key. With layers a block for each, from layer=1.
 
@@ -100,6 +104,7 @@ class ElementForces:
         """Forgets all elements."""
         self._native.clear()
 
+    @checked
     def save(self, database: Database, what: str = "sum", **key: int | None) -> None:
         """Writes element-forces, element-moments where there are any, and element-nodes where the database has none.
 

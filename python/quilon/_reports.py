@@ -7,6 +7,7 @@ import dataclasses
 from typing import Any
 
 from . import _native
+from ._checks import checked
 from ._database import PathLike, Progress, Source, opened, path_text
 from ._errors import ArgumentError
 
@@ -35,6 +36,7 @@ class ImportReport:
     notices: tuple[str, ...]
 
 
+@checked
 def import_results(
     files: PathLike | abc.Sequence[PathLike],
     out: PathLike,
@@ -131,6 +133,7 @@ class DiffReport:
         raise ArgumentError("a comparison has no truth of its own, expected .same")
 
 
+@checked
 def diff(
     a: Source,
     b: Source,
@@ -160,6 +163,9 @@ def diff(
     """
     if ignore_missing not in (None, "a", "b", "both"):
         raise ArgumentError(f"ignore_missing: found {ignore_missing!r}, expected 'a', 'b' or 'both'")
+    for what, most in (("max_records", max_records), ("max_blocks", max_blocks)):
+        if most < 0:
+            raise ArgumentError(f"{what}: found {most}, expected 0 or more")
     options = {
         "rules": [] if rule is None else [rule] if isinstance(rule, str) else list(rule),
         "selection": selection,

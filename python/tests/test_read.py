@@ -173,7 +173,7 @@ def test_mesh_is_arrays(mixed: pathlib.Path) -> None:
         assert seen == len(lists)
         for row in db.block("element-set", i11=None).rows() if db.blocks("element-set", i11=None) else []:
             assert mesh.element_sets[row["name"]].tolist() == row["elements"]
-        with pytest.raises(quilon.Error, match="no node"):
+        with pytest.raises(quilon.Error, match="ids: found .*, expected ids of nodes of the mesh"):
             mesh.indices([10**6])
 
 
@@ -251,7 +251,7 @@ def test_bad_input_tells_what_was_expected(results: pathlib.Path, tmp_path: path
     assert bad.value.file == str(tmp_path / "bad.frd")
     with pytest.raises(quilon.Error, match="mode: found 'a', expected 'r' or 'w'"):
         quilon.open(results, "a")
-    with pytest.raises(quilon.Error, match="path: found int, expected a path"):
+    with pytest.raises(quilon.Error, match="path: found 3, expected a path"):
         quilon.open(3)  # type: ignore[arg-type]
     db = quilon.open(results)
     block = db.block("stress")

@@ -189,7 +189,7 @@ def test_average_of_nothing_and_wrong_arguments() -> None:
         field.add([1], np.ones((1, 6)), layer=1)
     with pytest.raises(quilon.Error, match="components is 2, expected 1, 3 or 6"):
         quilon.AverageField(2)
-    with pytest.raises(quilon.Error, match="components: found '6', expected a number"):
+    with pytest.raises(quilon.Error, match="components: found '6', expected an integer"):
         quilon.AverageField("6")  # type: ignore[arg-type]
 
 
