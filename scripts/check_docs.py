@@ -28,7 +28,8 @@ Comments before a block say more:
   <!-- compiled within: DECLARATIONS --> what a block of C++ finds declared
   <!-- not run: REASON -->               the block is not run; it is listed at the end
 
-Any other block is an error, and so are commands in blocks that are told by four blanks.
+Any other block is an error, and so are commands in blocks that are told by four blanks. The messages of
+docs/guide/errors.md have to be in the sources.
 
 quilon, a C++ compiler as c++, and quilon.pc for pkg-config are there.
 """
@@ -199,6 +200,15 @@ class Page:
             self.path.write_text(changed, encoding="utf-8")
 
 
+def lost_messages():
+    """Texts of docs/guide/errors.md that no source has."""
+    folders = ("contract", "include", "src", "siblings", "host", "python/quilon")
+    sources = "".join(path.read_text(encoding="utf-8") for folder in folders for path in sorted((ROOT / folder).rglob("*"))
+                      if path.suffix in (".cpp", ".h", ".py"))  # fmt: skip
+    rows = re.findall(r"^\| (`.*?`) \| ", (ROOT / "docs/guide/errors.md").read_text(encoding="utf-8"), re.MULTILINE)
+    return [text for row in rows for text in re.findall("`(.*?)`", row) if text not in sources]
+
+
 def main():
     arguments = [argument for argument in sys.argv[1:] if argument != "--update"]
     if not arguments or arguments[0] in ("-h", "--help"):
@@ -232,6 +242,9 @@ def main():
             commands += page.commands
             examples += page.run
             left += page.left
+    for text in lost_messages():
+        failures += 1
+        print(f"docs/guide/errors.md: no source says '{text}'", file=sys.stderr)
     for place in left:
         print("not run:", place)
     print(f"{examples} of {examples + len(left)} examples run, {commands} commands of {len(chosen)} pages, {failures} wrong")
