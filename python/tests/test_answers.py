@@ -8,7 +8,7 @@ import numpy as np
 import pytest
 
 import quilon
-from conftest import FIXTURES, json_of
+from conftest import FIXTURES, json_of, run
 
 STEPS = FIXTURES / "compare" / "fine.frd"  # four steps of a load case
 
@@ -96,6 +96,55 @@ def test_path_meets_the_values_of_nodes(results: pathlib.Path) -> None:
         assert outside.elements.tolist() == [0] and np.isnan(outside.steps[0].values).all()
         with pytest.raises(quilon.Error, match="expected either both start and end or places"):
             quilon.path(db, "stress", low)
+
+
+def key_text(key: dict[str, int]) -> str:
+    """A key of a step as the program shows it."""
+    return ",".join(f"{name}={value}" for name, value in key.items())
+
+
+def test_envelope_is_that_of_the_program() -> None:
+    selection = "stress.mises,displacement@an=1"
+    mine = quilon.envelope(STEPS, selection)
+    its = json_of("envelope", STEPS, selection)
+    assert [envelope.kind for envelope in mine] == [kind["kind"] for kind in its]
+    for envelope, kind in zip(mine, its):
+        steps = [key_text(step) for step in envelope.steps]
+        rows = [
+            {
+                "id": id_, "component": component, "least": envelope.least[i, c], "greatest": envelope.greatest[i, c],
+                "magnitude": envelope.largest[i, c], "least-step": steps[envelope.least_step[i, c]],
+                "greatest-step": steps[envelope.greatest_step[i, c]],
+            }
+            for i, id_ in enumerate(envelope.ids.tolist())
+            for c, component in enumerate(envelope.components)
+        ]  # fmt: skip
+        for row in kind["rows"]:
+            row.pop("magnitude-step")
+        assert rows == kind["rows"]
+
+
+def test_path_is_that_of_the_program(results: pathlib.Path) -> None:
+    mine = quilon.path(results, "stress", [1, 1, 1], [30, 10, 10], points=7, linearize=True, axes="cylindrical:0,0,0,0,0,1")
+    its = json_of(
+        "path", results, "stress", "--from", "1,1,1", "--to", "30,10,10", "--points", "7", "--linearize", "--axes", "cylindrical:0,0,0,0,0,1"
+    )
+    (step,), (told,) = mine.steps, its
+    for i, row in enumerate(told["rows"]):
+        assert [mine.s[i], *mine.places[i], mine.elements[i]] == [row[name] for name in ("s", "x", "y", "z", "element")]
+        assert step.values[i].tolist() == [row[name] for name in step.columns]
+    assert len(told["rows"]) == len(mine.places) == 7
+    assert step.linearization is not None and len(step.linearization) == 7
+    for name, (tensor, mises) in step.linearization.items():
+        assert [*tensor.tolist(), mises] == [told[name][n] for n in ("xx", "yy", "zz", "xy", "yz", "zx", "mises")]
+
+
+def test_combination_is_that_of_the_program(cases: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    (tmp_path / "cases.txt").write_text("DEAD = 1.1*lc1 + lc2\nULS = 1.35*DEAD - 1.5*lc3\n")
+    quilon.combine(cases, tmp_path / "cases.txt", tmp_path / "mine.fed")
+    assert run("combine", cases, "--cases", tmp_path / "cases.txt", "-o", tmp_path / "its.fed").returncode == 0
+    report = quilon.diff(tmp_path / "mine.fed", tmp_path / "its.fed", "exact")
+    assert report.same and report.values[0] > 50
 
 
 @pytest.mark.parametrize(
