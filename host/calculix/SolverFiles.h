@@ -26,7 +26,8 @@ struct SolverFiles
 
 /// Puts files of one stem together: .frd, .dat and .sta are one job, in the order in which their stems come. A .sta
 /// beside the others belongs to them unasked, unless it is empty: the solver leaves such a one where it dies, and it is
-/// passed over where it is named, too. A stem stands for the deck, unless it is empty, and the result files that have it; other files of a stem are passed over.
+/// passed over where it is named, too. A stem stands for the deck, unless it is empty, and the result files that have
+/// it; other files of a stem are passed over.
 /// @throws FED_Failure for two decks, for a file of another extension and stem and for a .sta without the others
 SolverFiles GroupFiles(const std::vector<std::filesystem::path>& files);
 

@@ -18,8 +18,8 @@ namespace quilon::diff {
 /// Writes B - A block by block, under the keys and ids of A.
 ///
 /// What stands still, such as coordinates, elements and sets, is copied from A, whether it is compared or not: the
-/// difference is shown and drawn on its mesh. Of all other blocks with floating-point values each pair of records that differs in nothing but these
-/// gives a record: B - A for them, A's own for what else there is.
+/// difference is shown and drawn on its mesh. Of all other blocks with floating-point values each pair of records that
+/// differs in nothing but these gives a record: B - A for them, A's own for what else there is.
 class DifferenceWriter
 {
 public:
