@@ -238,7 +238,7 @@ template <typename T>
 void ResultRecord::SetValue(std::size_t field, FED_FieldType::Class fieldClass, int type, const T& value)
 {
   if (!formatIsKnown_ && field == fields_.size() + 1) {
-    fields_.push_back({type, value});
+    fields_.emplace_back(type, std::in_place_type<T>, value);
     return;
   }
   GetValue(field, fieldClass);

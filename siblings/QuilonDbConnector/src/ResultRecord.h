@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -25,6 +26,12 @@ public:
 
   struct Field
   {
+    Field(int type_, Value value_) : type(type_), value(std::move(value_)) {}
+    /// Makes the value in its place.
+    template <typename T>
+    Field(int type_, std::in_place_type_t<T> held, const T& value_) : type(type_), value(held, value_)
+    {}
+
     int   type;
     Value value;
   };
