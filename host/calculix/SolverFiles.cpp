@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "calculix/DatReader.h"
+#include "calculix/deck/DeckInput.h"
 #include "calculix/FrdReader.h"
 #include "calculix/StaReader.h"
 #include "text/Case.h"
@@ -365,6 +366,18 @@ ResultJob MakeJob(JobPaths paths, std::vector<std::filesystem::path>& empty)
   return job;
 }
 
+/// A file of another sort belongs to a job by its name: "job.cvg" and "job.frd.gz", which job.* stands for as well.
+/// @throws FED_Failure for one that belongs to none
+void RequireOfJob(const std::filesystem::path& file, const std::vector<JobPaths>& jobs)
+{
+  const auto isOfJob = [&jobs](const std::filesystem::path& stem) {
+    return std::ranges::any_of(jobs, [&stem](const JobPaths& job) { return job.stem == stem; });
+  };
+  std::filesystem::path stem = StemOf(file);
+  while (stem.has_extension() && !isOfJob(stem)) stem.replace_extension();
+  if (!isOfJob(stem)) Fail(file.string() + ": expected a result file .frd, .dat or .sta, or a deck .inp");
+}
+
 }  // namespace
 
 ResultStep StepOf(const FrdDataset& dataset)
@@ -431,10 +444,11 @@ std::unique_ptr<ResultReader> MakeStaReader(std::filesystem::path path)
   return std::make_unique<FileReader<StaAdapter, false>>(std::move(path));
 }
 
-SolverFiles GroupFiles(const std::vector<std::filesystem::path>& named)
+JobFiles GroupFiles(const std::vector<std::filesystem::path>& named)
 {
   std::vector<std::filesystem::path> files;
-  SolverFiles                        found;
+  JobFiles                           found;
+  std::filesystem::path              deck;
   for (const std::filesystem::path& file : named) AddFilesOf(file, files, found.empty);
   std::vector<JobPaths> jobs;
   for (const std::filesystem::path& file : files) {
@@ -444,9 +458,8 @@ SolverFiles GroupFiles(const std::vector<std::filesystem::path>& named)
       continue;
     }
     if (extension == ".inp") {
-      if (!found.deck.empty() && found.deck != file)
-        Fail("expected one deck, found " + found.deck.string() + " and " + file.string());
-      found.deck = file;
+      if (!deck.empty() && deck != file) Fail("expected one deck, found " + deck.string() + " and " + file.string());
+      deck = file;
       continue;
     }
     // Absolute, so that "./job.frd" belongs to "job.dat" and a file that is named twice is read once.
@@ -462,10 +475,8 @@ SolverFiles GroupFiles(const std::vector<std::filesystem::path>& named)
       job->sta = file;
     }
   }
-  for (const std::filesystem::path& file : found.passedOver) {
-    const bool isOfJob = std::ranges::any_of(jobs, [&file](const JobPaths& job) { return job.stem == StemOf(file); });
-    if (!isOfJob) Fail(file.string() + ": expected a result file .frd, .dat or .sta, or a deck .inp");
-  }
+  for (const std::filesystem::path& file : found.passedOver) RequireOfJob(file, jobs);
+  if (!deck.empty()) found.deck = MakeDeckReader(std::move(deck));
   for (JobPaths& job : jobs) found.jobs.push_back(MakeJob(std::move(job), found.empty));
   return found;
 }

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "results/ResultReader.h"
+#include "results/InputDeck.h"
 
 namespace quilon::calculix {
 
@@ -15,21 +15,12 @@ struct DatBlock;
 struct FrdDataset;
 struct StaRow;
 
-/// The files of an import, by what they are.
-struct SolverFiles
-{
-  std::filesystem::path              deck;  ///< empty without a deck
-  std::vector<ResultJob>             jobs;
-  std::vector<std::filesystem::path> passedOver;  ///< other files of the jobs' stems
-  std::vector<std::filesystem::path> empty;       ///< passed over, too: a deck that a stem stood for, a .sta
-};
-
 /// Puts files of one stem together: .frd, .dat and .sta are one job, in the order in which their stems come. A .sta
 /// beside the others belongs to them unasked, unless it is empty: the solver leaves such a one where it dies, and it is
 /// passed over where it is named, too. A stem stands for the deck, unless it is empty, and the result files that have
 /// it; other files of a stem are passed over.
 /// @throws FED_Failure for two decks, for a file of another extension and stem and for a .sta without the others
-SolverFiles GroupFiles(const std::vector<std::filesystem::path>& files);
+JobFiles GroupFiles(const std::vector<std::filesystem::path>& files);
 
 /// A .frd: it names the steps of its data sets and ends with a mark.
 std::unique_ptr<ResultReader> MakeFrdReader(std::filesystem::path path);

@@ -80,7 +80,7 @@ void Run(const Options& options, CommandContext& context)
 {
   std::vector<DeckMessage> messages;
   const DeckModel          model =
-      ReadDeckModel(options.arguments.deck, ToDeckOptions(options.arguments, context.console), messages);
+      calculix::ReadDeckModel(options.arguments.deck, ToDeckOptions(options.arguments, context.console), messages);
   const auto errors =
       static_cast<std::size_t>(std::count_if(messages.begin(), messages.end(), [](const DeckMessage& message) {
         return message.severity == DeckMessage::Error;

@@ -44,7 +44,7 @@ void Run(const Options& options, CommandContext& context)
   conversion.stripComments = options.stripComments;
 
   const calculix::DeckConversionReport report =
-      ConvertDeck(options.arguments.deck, ToDeckOptions(options.arguments, context.console), conversion);
+      calculix::ConvertDeck(options.arguments.deck, ToDeckOptions(options.arguments, context.console), conversion);
   for (const std::filesystem::path& file : report.files) context.output.Write(Printable(file.string()) + '\n');
 }
 

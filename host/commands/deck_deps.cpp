@@ -57,7 +57,7 @@ void Run(const Options& options, CommandContext& context)
   if (!isPrinted) CheckOutputFile(options.output);
   std::vector<std::string> paths;
   std::set<std::string>    known;
-  const auto files = ReadDeckFiles(options.arguments.deck, ToDeckOptions(options.arguments, context.console));
+  const auto files = calculix::ReadDeckFiles(options.arguments.deck, ToDeckOptions(options.arguments, context.console));
   for (const calculix::DeckFile& file : files)
     if (known.insert(file.path.string()).second) paths.push_back(file.path.string());
 

@@ -50,8 +50,8 @@ void Run(const Options& options, CommandContext& context)
   if (!isPrinted(options.output)) out.emplace(options.output);
   if (!isPrinted(options.map)) map.emplace(options.map);
   const calculix::DeckExpansion expansion =
-      ExpandDeck(options.arguments.deck, ToDeckOptions(options.arguments, context.console),
-                 [&](std::string_view line) { out ? out->Write(line) : context.output.Write(line); });
+      calculix::ExpandDeck(options.arguments.deck, ToDeckOptions(options.arguments, context.console),
+                           [&](std::string_view line) { out ? out->Write(line) : context.output.Write(line); });
   if (map) {
     CheckNoSource(options.map, expansion.files);
     map->Write(MapText(expansion));

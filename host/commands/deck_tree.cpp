@@ -62,8 +62,9 @@ void PrintText(Output& output, const Files& files, const std::vector<std::vector
 
 void Run(const Options& options, CommandContext& context)
 {
-  const Files files    = ReadDeckFiles(options.arguments.deck, ToDeckOptions(options.arguments, context.console));
-  const auto  children = ChildrenOf(files);
+  const Files files =
+      calculix::ReadDeckFiles(options.arguments.deck, ToDeckOptions(options.arguments, context.console));
+  const auto children = ChildrenOf(files);
   if (options.json) return PrintJson(context.output, ToJson(files, children, 0));
 
   std::size_t lines = 0;

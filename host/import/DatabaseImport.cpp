@@ -12,7 +12,6 @@
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonUtilities/FED_Failure.h>
 
-#include "calculix/SolverFiles.h"
 #include "database/BlockSummary.h"
 #include "database/DatabaseFolder.h"
 #include "database/Provenance.h"
@@ -21,6 +20,7 @@
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
 #include "progress/Listener.h"
+#include "readers/Readers.h"
 #include "selection/KindRequests.h"
 #include "selection/Selection.h"
 #include "text/Failure.h"
@@ -61,9 +61,8 @@ std::vector<ImportSetting> SettingsOf(const DatabaseImportOptions& options)
   if (import.averageBy.border == AverageBy::Section) settings.push_back({"average-by", "section"});
   if (import.averageBy.border == AverageBy::Sets)
     settings.push_back({"average-by", JoinedNames(import.averageBy.sets)});
-  if (import.deck.includeRule == calculix::DeckOptions::SolverOnly) settings.push_back({"include-rule", "solver"});
-  if (import.deck.includeRule == calculix::DeckOptions::IncludingFile)
-    settings.push_back({"include-rule", "including-file"});
+  if (import.deck.includeRule == DeckOptions::SolverOnly) settings.push_back({"include-rule", "solver"});
+  if (import.deck.includeRule == DeckOptions::IncludingFile) settings.push_back({"include-rule", "including-file"});
   if (!import.deck.workingDirectory.empty()) settings.push_back({"run-in", import.deck.workingDirectory.string()});
   if (import.deck.allowOutside) settings.push_back({"allow-outside", "yes"});
   if (import.maxDeviation != kMaxDeviation) settings.push_back({"max-deviation", FormatNumber(import.maxDeviation)});
@@ -222,12 +221,14 @@ private:
 
   void DescribeFiles()
   {
-    const calculix::SolverFiles found = calculix::GroupFiles(files_);
-    const auto                  add   = [this](const fs::path& path, const char* role) {
+    const JobFiles found = FindReaders(files_);
+    const auto     add   = [this](const fs::path& path, const char* role) {
       if (!path.empty()) now_.files.push_back(Describe(path, role, path.filename().string()));
     };
-    deck_ = found.deck;
-    add(found.deck, ImportRole::Deck);
+    if (found.deck) {
+      deck_ = found.deck->Path();
+      add(deck_, ImportRole::Deck);
+    }
     for (const ResultJob& job : found.jobs) {
       if (job.results) add(job.results->Path(), ImportRole::Results);
       if (job.prints) add(job.prints->Path(), ImportRole::Prints);

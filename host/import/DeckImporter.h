@@ -3,9 +3,11 @@
 /// @file
 /// From a deck to a database.
 
-#include <filesystem>
+#include <memory>
+#include <vector>
 
-#include "calculix/deck/DeckModelReader.h"
+#include "IdRadixMap.h"
+#include "results/InputDeck.h"
 
 class FED_Database;
 
@@ -24,41 +26,30 @@ struct ElementSection
 
 /// A deck and what its sections say of its elements. Where several sections name an element the last one holds, as in
 /// the solver.
-struct ImportedDeck
+class ImportedDeck
 {
-  calculix::DeckModel        model;
-  IdRadixMap<ElementSection> sections;  ///< elements that a section names
+public:
+  explicit ImportedDeck(std::unique_ptr<const InputDeck> deck);
+
+  const InputDeck* operator->() const noexcept { return deck_.get(); }
+  const InputDeck& operator*() const noexcept { return *deck_; }
 
   /// @return zeros for an element without a section
   ElementSection SectionOf(int element) const noexcept;
-};
-
-/// Writes what a deck says beside its mesh: sets (600, 601), materials (602), sections of elements (603) and
-/// orientations (604), with the iteration and the ONF id alone. Their numbers are their places in the deck from 1;
-/// groups of a groups file come behind the deck's sets.
-class DeckImporter : public calculix::DeckModelReader
-{
-public:
-  /// @param deck, blocks, database borrowed; the deck receives what was read in ConvertModel()
-  DeckImporter(const std::filesystem::path& path, const calculix::DeckOptions& options, ImportedDeck& deck,
-               ModelBlocks& blocks, FED_Database& database, int iteration);
-
-  void ConvertModel() override;
-  /// Makes a set of every group; to be called between CheckModel() and ConvertModel(). Of a range it takes the ids that
-  /// the deck has.
-  /// @throws FED_Failure for a name that a set of the deck has, and for a single id that the deck has not
-  void CreateFEMSets(const OnfGroupsFile& groups) override;
+  /// Of the elements that a section names, by ascending ids.
+  const IdRadixMap<ElementSection>& Sections() const noexcept { return sections_; }
+  /// Their places are their numbers, from 1.
+  const std::vector<InputOrientation>& Orientations() const noexcept { return orientations_; }
 
 private:
-  void FindSections();
-  void SaveSections();
-  void SaveOrientations();
-  void SaveTiedNodes();
-
-  ImportedDeck& deck_;
-  ModelBlocks&  blocks_;
-  FED_Database& database_;
-  int           iteration_;
+  std::unique_ptr<const InputDeck> deck_;
+  std::vector<InputOrientation>    orientations_;
+  IdRadixMap<ElementSection>       sections_;
 };
+
+/// Writes what a deck says beside its mesh: sets (600, 601), materials (602), sections of elements (603), orientations
+/// (604) and tied nodes (608), with the iteration and the ONF id alone. Their numbers are their places in the deck from
+/// 1; groups of a groups file come behind the deck's sets.
+void SaveModel(const ImportedDeck& deck, ModelBlocks& blocks, FED_Database& database, int iteration);
 
 }  // namespace quilon

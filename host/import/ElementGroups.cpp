@@ -1,37 +1,27 @@
 #include "import/ElementGroups.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <optional>
 #include <string>
 
-#include "calculix/deck/DeckText.h"
 #include "import/DeckImporter.h"
 #include "text/Failure.h"
 
 namespace quilon {
 
-namespace {
-
-/// @param name as the set has it; names of a deck's sets are compact, however they are written
-const calculix::DeckSet& FindSet(const calculix::DeckModel& model, const std::string& name)
-{
-  const calculix::DeckSet* set = model.FindElementSet(name);
-  if (set == nullptr) set = model.FindElementSet(calculix::Compact(name));
-  if (set == nullptr)
-    Fail("averages by set: expected material, section or element sets of the deck, found '" + name + "'");
-  return *set;
-}
-
-}  // namespace
-
 ElementGroups::ElementGroups(const AverageBy& by, const ImportedDeck* deck) : border_(by.border), deck_(deck)
 {
   const bool needsDeck = border_ == AverageBy::Section || border_ == AverageBy::Sets;
   if (needsDeck && deck == nullptr) Fail("averages by section or set: expected the deck among the files");
+  if (by.sets.empty()) return;
+  const std::vector<ModelSet> sets = (*deck)->ElementSets();
   for (const std::string& name : by.sets) {
-    const calculix::DeckSet& set    = FindSet(deck->model, name);
-    const auto               number = static_cast<int>(&set - deck->model.elementSets.data()) + 1;
+    const std::optional<std::size_t> set = (*deck)->FindElementSet(name);
+    if (!set) Fail("averages by set: expected material, section or element sets of the deck, found '" + name + "'");
+    const auto number = static_cast<int>(*set) + 1;
     // A set may hold an element twice, and a set may be named twice.
-    for (const int id : set.ids) {
+    for (const int id : sets[*set].ids) {
       std::vector<int>& numbers = sets_.At(sets_.FindOrInsert(id));
       if (std::find(numbers.begin(), numbers.end(), number) == numbers.end()) numbers.push_back(number);
     }

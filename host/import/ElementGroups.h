@@ -11,7 +11,7 @@
 
 namespace quilon {
 
-struct ImportedDeck;
+class ImportedDeck;
 
 /// Which groups an element belongs to: one by its material or its section, any number by sets.
 class ElementGroups

@@ -26,11 +26,10 @@ std::string FormatLength(double length)
 /// The solver moves nodes of contact and ties, no others: one that nothing ties and that is far off is of another run.
 /// @param size  of the model
 /// @param limit as a fraction of it
-void RefuseStrangers(const std::vector<ResultMesh::MovedNode>& moved, const calculix::DeckModel& deck, double size,
-                     double limit)
+void RefuseStrangers(const std::vector<ResultMesh::MovedNode>& moved, const InputDeck& deck, double size, double limit)
 {
   std::set<int> tied;
-  for (const calculix::DeckTiedNodes& one : deck.TiedNodes()) tied.insert(one.nodes.begin(), one.nodes.end());
+  for (const InputTiedNodes& one : deck.TiedNodes()) tied.insert(one.nodes.begin(), one.nodes.end());
   for (const ResultMesh::MovedNode& node : moved) {
     if (node.distance <= limit * size || tied.contains(node.id)) continue;
     throw RefusedImport("the files are not of one run, the deck has node " + std::to_string(node.id) +
@@ -80,18 +79,16 @@ ReadProgress ImportJob::MakeProgress(const std::filesystem::path& path) const
 std::optional<double> ImportJob::FindLargeDisplacements(const StepKey& key) const
 {
   if (deck == nullptr || key.analysis != AnalysisTime) return std::nullopt;
-  const std::vector<calculix::DeckStep>& deckSteps = deck->model.steps;
-  if (key.loadCase < 1 || static_cast<std::size_t>(key.loadCase) > deckSteps.size())
-    return std::numeric_limits<double>::quiet_NaN();
-  const calculix::DeckStep& step = deckSteps[static_cast<std::size_t>(key.loadCase) - 1];
-  return step.nlgeom && !step.perturbation ? std::optional<double>(1.0) : std::nullopt;
+  const std::optional<bool> has = (*deck)->HasLargeDisplacements(key.loadCase);
+  if (!has) return std::numeric_limits<double>::quiet_NaN();
+  return *has ? std::optional<double>(1.0) : std::nullopt;
 }
 
 void ImportJob::SaveMesh()
 {
   if (deck != nullptr) {
     const std::vector<ResultMesh::MovedNode> moved = mesh.AddDeck(*deck);
-    RefuseStrangers(moved, deck->model, mesh.Size(), options.maxDeviation);
+    RefuseStrangers(moved, **deck, mesh.Size(), options.maxDeviation);
     NoteMoved(moved, record);
   }
   mesh.Save(blocks.GetDatabase(), options.iteration);

@@ -22,7 +22,7 @@ class FED_Database;
 namespace quilon {
 
 class ModelBlocks;
-struct ImportedDeck;
+class ImportedDeck;
 
 /// What a deck and the options say of all jobs of an import.
 struct ImportContext

@@ -50,7 +50,7 @@ void NodalAverages::Add(Quantity quantity, int id, std::span<const double> value
   AddTo(averages_[quantity][0], nodes);
   for (const int group : groups_.GroupsOf(id, *element)) AddTo(averages_[quantity][group], nodes);
 
-  const std::string_view type = element->deckType != nullptr ? element->deckType->name : rule->name;
+  const std::string_view type = element->deckType != nullptr ? element->deckType : rule->name;
   for (const int nodeId : nodes) {
     ResultMesh::Node& node = *mesh_.FindNode(nodeId);
     if (node.type.empty()) node.type = type;

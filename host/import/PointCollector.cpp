@@ -1,5 +1,7 @@
 #include "import/PointCollector.h"
 
+#include <array>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -138,22 +140,23 @@ void PointCollector::KeepMean()
 /// @return false, and nothing is changed, where no deck tells how
 bool PointCollector::TurnPoints()
 {
-  const ImportedDeck*          deck    = parts_.deck;
-  const calculix::DeckElement* element = deck == nullptr ? nullptr : deck->model.FindElement(element_.id);
-  const int                    number  = deck == nullptr ? 0 : deck->SectionOf(element_.id).orientation;
-  if (element == nullptr || element->type->dimension != 3 || number == 0) return false;
+  if (parts_.deck == nullptr) return false;
+  const ImportedDeck&               deck    = *parts_.deck;
+  const std::optional<InputElement> element = deck->FindElement(element_.id);
+  const int                         number  = deck.SectionOf(element_.id).orientation;
+  if (!element || element->dimension != 3 || number == 0) return false;
 
   std::vector<double> coordinates;
-  for (const int node : deck->model.NodesOf(*element)) {
-    const calculix::DeckNode* found = deck->model.FindNode(node);
+  for (const int node : element->nodes) {
+    const std::array<double, 3>* const found = deck->FindNode(node);
     if (found == nullptr) return false;  // of a deck that goes on from a restart file
-    coordinates.insert(coordinates.end(), found->position.begin(), found->position.end());
+    coordinates.insert(coordinates.end(), found->begin(), found->end());
   }
   std::vector<double> points(3 * element_.numPoints);
-  if (!LocatePoints(element->type->frdType, element_.numPoints, coordinates, points)) return false;
+  if (!LocatePoints(element->type, element_.numPoints, coordinates, points)) return false;
 
-  const calculix::DeckOrientation& orientation = deck->model.orientations[static_cast<std::size_t>(number) - 1];
-  std::vector<double>              turned      = element_.values;
+  const Orientation&  orientation = deck.Orientations()[static_cast<std::size_t>(number) - 1].system;
+  std::vector<double> turned      = element_.values;
   for (std::size_t p = 0; p < element_.numPoints; ++p) {
     const std::optional<LocalAxes> axes =
         FindLocalAxes(orientation, {points[3 * p], points[3 * p + 1], points[3 * p + 2]});

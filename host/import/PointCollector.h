@@ -24,7 +24,7 @@ class JobBlocks;
 class NodalAverages;
 class ResultMesh;
 class UserKindPool;
-struct ImportedDeck;
+class ImportedDeck;
 
 /// Keeps the points of each element as one record, and of tensors their mean over the element, and hands tensors on to
 /// be averaged at nodes. Points of oriented solids are turned into global axes where there is a deck; other points in a

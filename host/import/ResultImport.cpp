@@ -2,21 +2,20 @@
 
 #include <cstdio>
 #include <exception>
+#include <optional>
 #include <string>
 
-#include <bundled/NativePath.h>
 #include <QuilonDbConnector/FED_Database.h>
-#include <QuilonOnfEngine/OnfGroupsFile.h>
 #include <QuilonOnfEngine/OnfResultRequestFile.h>
 #include <QuilonUtilities/FED_Failure.h>
 #include <QuilonUtilities/FED_LogMacros.h>
 
-#include "calculix/SolverFiles.h"
 #include "import/DeckImporter.h"
 #include "import/Derivation.h"
 #include "import/ImportJob.h"
 #include "import/ModelBlocks.h"
 #include "import/ResultFile.h"
+#include "readers/Readers.h"
 #include "text/Failure.h"
 #include "text/Format.h"
 
@@ -33,16 +32,13 @@ public:
 };
 
 /// Reads the deck, makes sets of the groups and writes what the deck says beside its mesh.
-void ReadDeck(const std::filesystem::path& path, FED_Database& target, const ImportOptions& options,
-              ModelBlocks& blocks, ImportedDeck& deck, ImportRecord& record)
+ImportedDeck ReadDeck(const InputDeckReader& reader, FED_Database& target, const ImportOptions& options,
+                      ModelBlocks& blocks, ImportRecord& record)
 {
-  DeckImporter importer(path, options.deck, deck, blocks, target, options.iteration);
-  importer.ReadModel();
-  importer.CheckModel();
-  if (!options.groups.empty()) importer.CreateFEMSets(OnfGroupsFile(WidePath(options.groups)));
-  importer.ConvertModel();
-  for (const calculix::DeckFile& file : deck.model.files)
-    if (!file.statement.empty()) record.AddInclude(file.path);
+  ImportedDeck deck(reader.Read(options.deck, options.groups));
+  SaveModel(deck, blocks, target, options.iteration);
+  for (const std::filesystem::path& file : deck->Includes()) record.AddInclude(file);
+  return deck;
 }
 
 /// Reads the files of one job one after the other.
@@ -188,17 +184,13 @@ std::size_t CountBlocks(const FED_Database& database, int iteration)
 ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_Database& target,
                            const ImportOptions& options)
 {
-  const calculix::SolverFiles found = calculix::GroupFiles(files);
-  if (found.deck.empty() && !options.groups.empty())
-    Fail("groups become sets of a deck: expected the deck among the files");
-  ImportRecord  record;
-  ImportedDeck  deck;
-  ModelBlocks   model(target, options.iteration, record);
-  ImportContext context{nullptr, {}, model};
-  if (!found.deck.empty()) {
-    ReadDeck(found.deck, target, options, model, deck, record);
-    context.deck = &deck;
-  }
+  const JobFiles found = FindReaders(files);
+  if (!found.deck && !options.groups.empty()) Fail("groups become sets of a deck: expected the deck among the files");
+  ImportRecord                record;
+  std::optional<ImportedDeck> deck;
+  ModelBlocks                 model(target, options.iteration, record);
+  ImportContext               context{nullptr, {}, model};
+  if (found.deck) context.deck = &deck.emplace(ReadDeck(*found.deck, target, options, model, record));
   context.groups = ElementGroups(options.averageBy, context.deck);
 
   for (const std::filesystem::path& file : found.passedOver)

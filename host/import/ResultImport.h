@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "calculix/deck/DeckModel.h"
 #include "QuilonUtilities/FED_Failure.h"
+#include "results/InputDeck.h"
 
 class FED_Database;
 class OnfResultRequestFile;
@@ -46,7 +46,7 @@ struct ImportOptions
   /// one run wrote them: values at nodes, and our averages of one file beside the program's own in the other.
   double                maxDeviation = kMaxDeviation;
   AverageBy             averageBy;
-  calculix::DeckOptions deck;    ///< how a deck among the files is read
+  DeckOptions           deck;    ///< how a deck among the files is read
   std::filesystem::path groups;  ///< a groups file whose groups become sets of the deck; empty: none
   /// Which results to derive at the end; null derives all that can be.
   OnfResultRequestFile* requests = nullptr;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <set>
 #include <string>
 #include <utility>
 
@@ -32,18 +31,6 @@ bool IsPlaceOf(std::span<const double> place, std::span<const double> rounded)
     if (!(std::abs(place[k] - rounded[k]) <= kLargestRounding * std::abs(rounded[k]) + kNoise * largest)) return false;
   }
   return true;
-}
-
-/// @return nodes in the place of which the solver makes new ones
-std::set<int> FindSplitNodes(const calculix::DeckModel& model)
-{
-  std::set<int> split;
-  for (const calculix::DeckConstraint& constraint : model.constraints) {
-    if (constraint.kind != calculix::DeckConstraint::PreTension) continue;
-    const std::vector<int> nodes = model.NodesOf(constraint);
-    split.insert(nodes.begin(), nodes.end());
-  }
-  return split;
 }
 
 double Distance(std::span<const double> a, std::span<const double> b)
@@ -81,27 +68,26 @@ std::vector<ResultMesh::MovedNode> ResultMesh::AddDeck(const ImportedDeck& deck)
 {
   std::vector<MovedNode> moved = AddDeckNodes(deck);
   // Beside results, what their mesh leaves out has no part in the solver's averages: springs, masses, networks.
-  const bool          isAlone = elements_.Entries().empty();
-  const std::set<int> split   = FindSplitNodes(deck.model);
-  const auto          isNode  = [&](int theirs, int ours) {
-    return theirs == ours || (split.contains(ours) && deck.model.FindNode(theirs) == nullptr);
+  const bool             isAlone = elements_.Entries().empty();
+  const std::vector<int> split   = deck->SplitNodes();
+  const auto             isNode  = [&](int theirs, int ours) {
+    return theirs == ours || (std::ranges::binary_search(split, ours) && deck->FindNode(theirs) == nullptr);
   };
-  for (const auto& [id, element] : deck.model.elements.Entries()) {
+  deck->ForEachElement([&](int id, const InputElement& element) {
     if (elements_.Find(id) == IdRadixMap<Element>::npos) {
-      AddDeckElement(deck, id, isAlone && element.type->dimension == 3);
-      continue;
+      AddDeckElement(deck, id, element, isAlone && element.dimension == 3);
+      return;
     }
     Element& known = elements_.At(elements_.Find(id));
-    known.deckType = element.type;
+    known.deckType = element.typeName;
     if (const int material = deck.SectionOf(id).material; material != 0) known.material = material;
 
-    const std::span<const int> nodes = deck.model.NodesOf(element);
-    const bool isSame = known.type == element.type->frdType && std::ranges::equal(NodesOf(known), nodes, isNode);
-    if (element.type->dimension == 3 && !isSame) {
+    const bool isSame = known.type == element.type && std::ranges::equal(NodesOf(known), element.nodes, isNode);
+    if (element.dimension == 3 && !isSame) {
       Fail(path_.string() + ": expected element " + std::to_string(id) +
-           " with the type and the nodes that it has at " + deck.model.Describe(element.place));
+           " with the type and the nodes that it has at " + deck->PlaceOfElement(id));
     }
-  }
+  });
   return moved;
 }
 
@@ -123,37 +109,35 @@ double ResultMesh::Size() const
 std::vector<ResultMesh::MovedNode> ResultMesh::AddDeckNodes(const ImportedDeck& deck)
 {
   std::vector<MovedNode> moved;
-  for (const auto& [id, node] : deck.model.nodes.Entries()) {
+  deck->ForEachNode([&](int id, const std::array<double, 3>& place) {
     const std::size_t position = nodes_.Find(id);
     if (position != IdRadixMap<Node>::npos) {
       const std::span<const double> theirs = std::span(coordinates_).subspan(3 * position, 3);
-      if (!IsPlaceOf(node.position, theirs)) {
-        moved.push_back({id, Distance(node.position, theirs)});
-        continue;
+      if (!IsPlaceOf(place, theirs)) {
+        moved.push_back({id, Distance(place, theirs)});
+        return;
       }
     }
-    AddNodes({&id, 1}, node.position);
-  }
+    AddNodes({&id, 1}, place);
+  });
   return moved;
 }
 
-void ResultMesh::AddDeckElement(const ImportedDeck& deck, int id, bool isCounted)
+void ResultMesh::AddDeckElement(const ImportedDeck& deck, int id, const InputElement& element, bool isCounted)
 {
-  const calculix::DeckElement& element = *deck.model.FindElement(id);
-  const std::span<const int>   nodes   = deck.model.NodesOf(element);
   if (isCounted) {
-    for (const int node : nodes) {
+    for (const int node : element.nodes) {
       Node* known = FindNode(node);
       // A deck that goes on from a restart file need not have its nodes.
       if (known == nullptr)
-        Fail(deck.model.Describe(element.place) + ": element " + std::to_string(id) + " has node " +
-             std::to_string(node) + ", which is not in the deck; expected results with the mesh beside it");
+        Fail(deck->PlaceOfElement(id) + ": element " + std::to_string(id) + " has node " + std::to_string(node) +
+             ", which is not in the deck; expected results with the mesh beside it");
       ++known->numElements;
     }
   }
-  elements_.At(elements_.FindOrInsert(id)) = {
-      element.type->frdType, deck.SectionOf(id).material, element.type, elementNodes_.size(), nodes.size(), {}};
-  elementNodes_.insert(elementNodes_.end(), nodes.begin(), nodes.end());
+  elements_.At(elements_.FindOrInsert(id)) = {element.type,         deck.SectionOf(id).material, element.typeName,
+                                              elementNodes_.size(), element.nodes.size(),        {}};
+  elementNodes_.insert(elementNodes_.end(), element.nodes.begin(), element.nodes.end());
 }
 
 void ResultMesh::Save(FED_Database& database, int iteration)

@@ -15,13 +15,10 @@
 
 class FED_Database;
 
-namespace quilon::calculix {
-struct DeckElementType;
-}  // namespace quilon::calculix
-
 namespace quilon {
 
-struct ImportedDeck;
+class ImportedDeck;
+struct InputElement;
 
 /// Nodes and elements of one result file, of a deck, or of both. Kept while the job is read; coordinates only until
 /// they are saved.
@@ -37,11 +34,11 @@ public:
 
   struct Element
   {
-    int                              type     = 0;        ///< type code, see MeshElement
-    int                              material = 0;        ///< material number, 0 none
-    const calculix::DeckElementType* deckType = nullptr;  ///< null for an element that no deck has
-    std::size_t                      first    = 0;        ///< of its nodes in the pool
-    std::size_t                      count    = 0;
+    int         type     = 0;        ///< type code, see MeshElement
+    int         material = 0;        ///< material number, 0 none
+    const char* deckType = nullptr;  ///< name of the type; null for an element that no deck has
+    std::size_t first    = 0;        ///< of its nodes in the pool
+    std::size_t count    = 0;
     /// Number of the latest result in which the element was averaged: stress, strain.
     std::array<std::size_t, 2> averagedIn = {};
   };
@@ -66,7 +63,7 @@ public:
   /// Completes the mesh of results with what a deck says: all digits of the coordinates, element types and materials,
   /// and the nodes and elements that they leave out. Elements that the solver has expanded keep their nodes.
   /// Without results the mesh is the deck's.
-  /// @param deck its element types are borrowed for good: they are a constant table
+  /// @param deck names of its element types are borrowed: it outlives the mesh
   /// @return nodes that the deck has elsewhere by more than the digits of the results allow; they stay where the
   /// results
   ///         have them. Nodes of a pre-tension section may be others: the solver splits them
@@ -93,7 +90,7 @@ public:
 
 private:
   std::vector<MovedNode> AddDeckNodes(const ImportedDeck& deck);
-  void                   AddDeckElement(const ImportedDeck& deck, int id, bool isCounted);
+  void                   AddDeckElement(const ImportedDeck& deck, int id, const InputElement& element, bool isCounted);
   void                   SaveCoordinates(FED_Database& database, int iteration);
   void                   SaveElements(FED_Database& database, int iteration);
 

@@ -16,12 +16,7 @@
 
 #include "elements/LocalSystem.h"
 #include "IdRadixMap.h"
-#include "progress/ReadProgress.h"
-
-namespace quilon {
-struct ModelMaterial;
-struct ModelSet;
-}  // namespace quilon
+#include "results/InputDeck.h"
 
 namespace quilon::calculix {
 
@@ -247,27 +242,7 @@ std::vector<ModelSet> DescribeSets(const std::vector<DeckSet>& sets);
 ///         temperatures the first row
 std::vector<ModelMaterial> DescribeMaterials(const std::vector<DeckMaterial>& materials);
 
-struct DeckOptions
-{
-  enum IncludeRule : int
-  {
-    SolverFirst,   ///< relative to the working directory, as the solver does; then to the including file
-    SolverOnly,    ///< relative to the working directory
-    IncludingFile  ///< relative to the including file
-  };
-
-  IncludeRule includeRule  = SolverFirst;
-  bool        allowOutside = false;  ///< whether an include may leave the folder tree of the deck
-  /// The directory that the solver would run in; empty: the one the deck is in.
-  std::filesystem::path workingDirectory;
-  /// A line can name a set or a range, so that a small deck could ask for any amount of memory.
-  std::size_t mostIdsInSets = 100'000'000;
-  /// Most files of a deck, one that is included twice counting twice: files that each include the next one twice could
-  /// go on for ever.
-  std::size_t mostFiles = 100'000;
-  /// Bytes read of the files known so far. May throw to stop the reading.
-  ReadProgress progress;
-};
+using quilon::DeckOptions;
 
 /// Deepest nesting of includes.
 inline constexpr int kMaxIncludeDepth = 64;

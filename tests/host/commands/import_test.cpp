@@ -280,6 +280,12 @@ TEST_F(ImportCommand, OtherFilesOfTheJobArePassedOver)
   EXPECT_NE(run.err.find(path("job.12d") + ": no result file and no deck, passed over\n"), std::string::npos)
       << run.err;
   EXPECT_NE(run.err.find(path("job.cvg")), std::string::npos) << run.err;
+  // Copies that people keep.
+  const RunResult kept = RunQuilon({"import", path("job.dat"), path("job.frd"), path("job.frd.gz"), path("job.inp.bak"),
+                                    "-o", (folder_ / "kept.onf").string()});
+  EXPECT_EQ(kept.exitCode, 0) << kept.err;
+  EXPECT_NE(kept.err.find(path("job.frd.gz") + ": no result file and no deck, passed over\n"), std::string::npos)
+      << kept.err;
 
   const RunResult other = RunQuilon({"import", path("job.dat"), path("notes.txt"), "-o", (folder_ / "b.onf").string()});
   EXPECT_EQ(other.exitCode, 2);
