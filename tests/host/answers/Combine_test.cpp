@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "AnswerSupport.h"
+#include "database/ModelCopy.h"
 #include "database/ScratchRecord.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_DataDescriptorPattern.h"
