@@ -155,6 +155,9 @@ void DeckLint::CheckPlace(bool isInStep) const
   const bool isRemoval = card_.Find("REMOVE") != nullptr || card_.Find("REMOVEALL") != nullptr;
   if (keyword_->where == DeckKeyword::BeforeSteps && !isRemoval && (isInStep || !model_.steps.empty()))
     Error(place_, "*" + card_.keyword + " belongs before the first *STEP");
+  // The solver writes the mesh, computes nothing and ends without a word.
+  if (keyword_->defines == DeckKeyword::EndOfStep && isInStep && model_.steps.back().procedure.empty())
+    Error(model_.steps.back().place, "the step has no procedure, such as *STATIC");
 }
 
 void DeckLint::EndCard()

@@ -293,7 +293,7 @@ TEST_F(DeckCheck, BrokenDecksAreToldWithPlaceAndLine)
       {"step without an end", With("*END STEP\n", ""), {"a.inp:16: error: the step has no *END STEP [*STEP]"}},
       {"empty step without an end", kWhole + "*STEP\n", {"a.inp:26: warning: the step has no *END STEP [*STEP]"}},
       {"step in a step",
-                    With("*STATIC\n", "*STATIC\n*STEP\n"),
+                    With("*STATIC\n", "*STATIC\n*STEP\n*STATIC\n"),
                     {"a.inp:18: error: a step begins inside of the step of a.inp:16 [*STEP]"}},
       {"end of no step", kWhole + "*END STEP\n", {"a.inp:26: error: no step is to be ended here [*END STEP]"}},
       {"procedure outside of a step",

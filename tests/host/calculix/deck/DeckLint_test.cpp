@@ -164,6 +164,13 @@ TEST_F(DeckLintTest, CardsStandWhereTheSolverTakesThem)
   EXPECT_EQ(OfStep("*BOUNDARY\n7,1\n*NSET, NSET=M\n1\n"), "");
 }
 
+TEST_F(DeckLintTest, StepsHaveAProcedure)
+{
+  EXPECT_EQ(MessagesOf(kNodes + kElements + kMaterial + "*STEP\n*CLOAD\n7,1,1.\n*END STEP\n"),
+            "16: error: the step has no procedure, such as *STATIC\n");
+  EXPECT_EQ(MessagesOf(kNodes + kElements + kMaterial + kStep + "*STEP\n*NO ANALYSIS\n*END STEP\n"), "");
+}
+
 TEST_F(DeckLintTest, CardsHaveTheDataThatTheyNeed)
 {
   const std::string head = kNodes + kElements + kMaterial;
