@@ -37,6 +37,15 @@ function(quilon_configure_library target)
   target_compile_options(${target} PRIVATE ${QUILON_LIBRARY_OPTIONS})
 endfunction()
 
+# Keeps instantiations of standard templates inside a shared library. Not with sanitizers, which count on one of each.
+function(quilon_hide_foreign target)
+  if(CMAKE_SYSTEM_NAME STREQUAL Linux AND NOT QUILON_SANITIZE)
+    set(map ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/quilon_exports.map)
+    target_link_options(${target} PRIVATE LINKER:--version-script=${map})
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
+  endif()
+endfunction()
+
 # quilon_precompile(<target> <header>...)
 # Compiles headers of other projects once for the whole target, when QUILON_PRECOMPILE asks for it. Every source still
 # includes what it uses: a build without precompiled headers is part of the checks.
@@ -56,6 +65,7 @@ function(quilon_add_sibling name)
   string(REPLACE Quilon Quilon:: alias ${name})
   add_library(${alias} ALIAS ${name})
   quilon_configure_library(${name})
+  quilon_hide_foreign(${name})
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
                              PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC quilon_contract ${arg_LOWER} PRIVATE ${arg_DEPENDS})

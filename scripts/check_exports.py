@@ -1,7 +1,10 @@
 #!/usr/bin/env python3
-"""Compares what the shared library exports with the list of what it promises.
+"""Compares what the shared library exports with the list of what it promises, or looks for what is not ours.
 
 usage: scripts/check_exports.py LIBRARY LIST [--update]
+       scripts/check_exports.py --foreign LIBRARY...
+
+The second form expects that libraries export nothing of the standard library and of other projects, weak or not.
 
 LIST holds one demangled symbol a line, sorted. Instantiations of standard templates are nobody's promise and left out.
 The library may need nothing at run time but the C++ and C libraries; that is checked too. --update writes the list.
@@ -19,9 +22,30 @@ STANDARD = re.compile(r"^_Z(?:N[KVRO]*)?(?:S[tabsiod]|9__gnu_cxx)|^_ZT[VTIS]N?K?
                       r"|^_ZT[IS]D?[ox]?F|^__(?:asan|odr)|^_(?:init|fini)$")
 
 
-def exported(library):
+OTHERS = re.compile(r"\b(?:std|__gnu_cxx|nanoflann|nlohmann|CLI|pybind11|H5|httplib)::")
+
+
+def symbols_of(library):
     lines = subprocess.run(["nm", "-D", "--defined-only", library], check=True, capture_output=True, text=True).stdout
-    symbols = [line.split()[-1] for line in lines.splitlines() if line.split()[-2] in "TWVBDRu"]
+    return [line.split()[-1] for line in lines.splitlines() if line.split()[-2] in "TWVBDRu"]
+
+
+def demangled(symbols):
+    names = subprocess.run(["c++filt"], input="\n".join(symbols), check=True, capture_output=True, text=True).stdout
+    return names.split("\n")
+
+
+def foreign_symbols(library):
+    for symbol, name in zip(symbols := symbols_of(library), demangled(symbols)):
+        # Of ours the name says so before any argument.
+        if STANDARD.match(symbol) and not symbol.startswith(("_init", "_fini")):
+            yield name
+        elif OTHERS.match(re.sub(r"^(?:typeinfo|vtable|guard variable)(?: name)?(?: for)? ", "", name)):
+            yield name
+
+
+def exported(library):
+    symbols = symbols_of(library)
     ours = "\n".join(symbol for symbol in symbols if not STANDARD.match(symbol))
     names = subprocess.run(["c++filt"], input=ours, check=True, capture_output=True, text=True).stdout
     return sorted(set(names.split("\n")) - {""})
@@ -33,6 +57,10 @@ def needed(library):
 
 
 def main():
+    if sys.argv[1:2] == ["--foreign"] and len(sys.argv) > 2:
+        found = [f"{library} exports {name}" for library in sys.argv[2:] for name in foreign_symbols(library)]
+        print("\n".join(found) or f"nothing foreign in {len(sys.argv) - 2} libraries")
+        return 1 if found else 0
     arguments = [a for a in sys.argv[1:] if a != "--update"]
     if len(arguments) != 2:
         print(__doc__)

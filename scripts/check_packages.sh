@@ -49,11 +49,7 @@ touch "$root/var/lib/dpkg/status" "$root/var/lib/dpkg/available"
 # What ours depend on is this machine's.
 in_root=(dpkg --root="$root" --log=/dev/null --force-depends --force-not-root --force-script-chrootless)
 "${in_root[@]}" -i "${debs[@]}" >"$build/dpkg.log" 2>&1 || { cat "$build/dpkg.log" >&2; fail "dpkg installs nothing"; }
-for library in "$root/$libraries"/*.so.*.*.*; do
-  if nm -DC --defined-only "$library" | grep -E ' [A-Za-z] (nanoflann|nlohmann|CLI|pybind11|H5)::'; then
-    fail "$library exports symbols of other projects"
-  fi
-done
+scripts/check_exports.py --foreign "$root/$libraries"/*.so.*.*.* "$root"/usr/lib/python3/dist-packages/quilon/*.so
 export LD_LIBRARY_PATH=$root/$libraries
 [[ $("$root/usr/bin/quilon" --version) == "quilon "* ]]
 (cd / && PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$root/usr/lib/python3/dist-packages "$python" -c '
