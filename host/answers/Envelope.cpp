@@ -35,6 +35,8 @@ using Descriptor = FED_DataDescriptor;
 
 constexpr int kOtherAnalysis = 3;
 
+constexpr auto kNoSlot = static_cast<std::size_t>(-1);
+
 constexpr std::array<Descriptor::ResultIndex, 5> kStepOrder = {
     Descriptor::Iteration, Descriptor::Analysis, Descriptor::LoadCase, Descriptor::Substep, Descriptor::Increment};
 
@@ -178,7 +180,10 @@ bool AreAllStored(const std::vector<Component>& components, int onf)
 
 EnvelopeField::EnvelopeField(std::vector<Component> components) : components_(std::move(components))
 {
-  for (const Component& component : components_) positions_.push_back(component.GetPosition());
+  for (const Component& component : components_) {
+    positions_.push_back(component.GetPosition());
+    slots_.push_back(component.HasEstimate() ? numSlots_++ : kNoSlot);
+  }
 }
 
 std::size_t EnvelopeField::FindRow(int id)
@@ -193,6 +198,10 @@ std::size_t EnvelopeField::FindRow(int id)
     greatest_.resize(end, std::numeric_limits<double>::quiet_NaN());
     leastStep_.resize(end, kNoStep);
     greatestStep_.resize(end, kNoStep);
+    for (Estimates* const estimates : {&leastEstimates_, &greatestEstimates_}) {
+      estimates->errors.resize(numSlots_ * NumIds());
+      estimates->tensors.resize(numSlots_ * NumIds());
+    }
   }
   return row;
 }
@@ -204,6 +213,7 @@ void EnvelopeField::Offer(int id, std::span<const double> values)
   std::size_t at = row * components_.size();
   for (std::size_t k = 0; k < components_.size(); ++k, ++at) {
     const int position = positions_[k];
+    if (slots_[k] != kNoSlot) Settle(k, at, row * numSlots_ + slots_[k]);
     TakeValue(position >= 0 ? values[static_cast<std::size_t>(position)] : components_[k].Evaluate(values), at);
   }
 }
@@ -244,7 +254,12 @@ void EnvelopeField::OfferKnown(std::size_t count, const double* values, std::siz
     for (std::size_t v = 0; v < count * numValues; ++v) TakeValue(values[v], next_ * numValues + v);
     return;
   }
-  for (std::size_t k = 0; k < components_.size(); ++k) OfferComponent(k, count, values, numValues);
+  for (std::size_t k = 0; k < components_.size(); ++k) {
+    if (slots_[k] == kNoSlot)
+      OfferComponent(k, count, values, numValues);
+    else
+      OfferEstimated(k, count, values);
+  }
 }
 
 /// Offers one component of records of the rows that come next. Most values govern nothing, and are not evaluated.
@@ -263,6 +278,60 @@ void EnvelopeField::OfferComponent(std::size_t component, std::size_t count, con
   evaluated_.resize(beyond_.size());
   components_[component].EvaluateAll(gathered_, evaluated_);
   for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], first + beyond_[i] * size);
+}
+
+/// Offers tensors of the rows that come next by estimates of one component. What estimates do not tell apart is
+/// evaluated, and of the rest what governs in the end.
+void EnvelopeField::OfferEstimated(std::size_t component, std::size_t count, const double* values)
+{
+  const std::size_t size = components_.size();
+  evaluated_.resize(count);
+  errors_.resize(count);
+  components_[component].EstimateAll(std::span(values, 6 * count), evaluated_, errors_);
+  for (std::size_t r = 0; r < count; ++r) {
+    const std::size_t   at     = (next_ + r) * size + component;
+    const std::size_t   slot   = (next_ + r) * numSlots_ + slots_[component];
+    const double* const tensor = values + 6 * r;
+    const bool          isTold = errors_[r] < std::numeric_limits<double>::infinity() &&
+                        TakeEstimate(Below, tensor, evaluated_[r], errors_[r], at, slot) &&
+                        TakeEstimate(Above, tensor, evaluated_[r], errors_[r], at, slot);
+    if (isTold) continue;
+    Settle(component, at, slot);
+    TakeValue(components_[component].Evaluate(std::span(tensor, 6)), at);
+  }
+}
+
+/// @param slot position of the component of a row among estimated ones
+/// @return whether the estimate tells if the tensor governs
+bool EnvelopeField::TakeEstimate(Side side, const double* tensor, double estimate, double error, std::size_t at,
+                                 std::size_t slot)
+{
+  double&        value = side == Above ? greatest_[at] : least_[at];
+  std::uint32_t& step  = side == Above ? greatestStep_[at] : leastStep_[at];
+  Estimates&     known = side == Above ? greatestEstimates_ : leastEstimates_;
+  const double   ahead = side == Above ? estimate - value : value - estimate;
+  const double   width = error + known.errors[slot];
+  if (ahead < -width) return true;
+  if (step != kNoStep && !(ahead > width)) return std::equal(tensor, tensor + 6, known.tensors[slot].begin());
+  value              = estimate;
+  step               = numSteps_ - 1;
+  known.errors[slot] = error;
+  std::copy_n(tensor, 6, known.tensors[slot].begin());
+  return true;
+}
+
+/// Evaluates what governs a component of a row, where it is estimated.
+void EnvelopeField::Settle(std::size_t component, std::size_t at, std::size_t slot)
+{
+  least_[at]                      = ExactOf(component, leastEstimates_, slot, least_[at]);
+  greatest_[at]                   = ExactOf(component, greatestEstimates_, slot, greatest_[at]);
+  leastEstimates_.errors[slot]    = 0.0;
+  greatestEstimates_.errors[slot] = 0.0;
+}
+
+double EnvelopeField::ExactOf(std::size_t component, const Estimates& estimates, std::size_t slot, double value) const
+{
+  return estimates.errors[slot] == 0.0 ? value : components_[component].Evaluate(estimates.tensors[slot]);
 }
 
 /// @param at position of the component of a row
@@ -294,16 +363,24 @@ std::size_t EnvelopeField::CountKnown(std::size_t count, const int* ids) const
   return known;
 }
 
+EnvelopeField::Extreme EnvelopeField::ExtremeOf(Side side, std::size_t row, std::size_t component) const
+{
+  const std::size_t at    = row * components_.size() + component;
+  const double      value = side == Above ? greatest_[at] : least_[at];
+  const auto        step  = side == Above ? greatestStep_[at] : leastStep_[at];
+  if (slots_[component] == kNoSlot) return {value, step};
+  const std::size_t slot = row * numSlots_ + slots_[component];
+  return {ExactOf(component, side == Above ? greatestEstimates_ : leastEstimates_, slot, value), step};
+}
+
 EnvelopeField::Extreme EnvelopeField::GetLeast(std::size_t row, std::size_t component) const
 {
-  const std::size_t at = row * components_.size() + component;
-  return {least_[at], leastStep_[at]};
+  return ExtremeOf(Below, row, component);
 }
 
 EnvelopeField::Extreme EnvelopeField::GetGreatest(std::size_t row, std::size_t component) const
 {
-  const std::size_t at = row * components_.size() + component;
-  return {greatest_[at], greatestStep_[at]};
+  return ExtremeOf(Above, row, component);
 }
 
 EnvelopeField::Extreme EnvelopeField::GetLargest(std::size_t row, std::size_t component) const

@@ -3,6 +3,7 @@
 /// @file
 /// The least and the greatest value over result steps, at each node or element.
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -30,7 +31,8 @@ class Region;
 /// Extremes of components at each id over steps that are offered one after the other.
 ///
 /// A NaN never governs. Of equal values the one of the earlier step governs; 0 and -0 are equal.
-/// Memory: 24 bytes a component of each id, and 20 bytes an id, however many steps there are.
+/// Memory: 24 bytes a component of each id, 136 of one that HasEstimate(), and 20 bytes an id, however many steps there
+/// are.
 class EnvelopeField
 {
 public:
@@ -79,7 +81,25 @@ private:
   std::size_t FindRow(int id);
   void        OfferKnown(std::size_t count, const double* values, std::size_t numValues);
   void        OfferComponent(std::size_t component, std::size_t count, const double* values, std::size_t numValues);
+  void        OfferEstimated(std::size_t component, std::size_t count, const double* values);
   void        TakeValue(double value, std::size_t at);
+
+  /// What governs a component of an id by its estimate. Of values that only rise each step governs until the next, and
+  /// few have to be evaluated.
+  struct Estimates
+  {
+    std::vector<double>                errors;  ///< of values that are estimates; 0: the value is exact
+    std::vector<std::array<double, 6>> tensors;
+  };
+  enum Side
+  {
+    Below,
+    Above
+  };
+  bool   TakeEstimate(Side side, const double* tensor, double estimate, double error, std::size_t at, std::size_t slot);
+  double ExactOf(std::size_t component, const Estimates& estimates, std::size_t slot, double value) const;
+  void   Settle(std::size_t component, std::size_t at, std::size_t slot);
+  Extreme     ExtremeOf(Side side, std::size_t row, std::size_t component) const;
   std::size_t CountKnown(std::size_t count, const int* ids) const;
 
   std::vector<Component>     components_;
@@ -90,12 +110,17 @@ private:
   std::vector<double>        greatest_;
   std::vector<std::uint32_t> leastStep_;
   std::vector<std::uint32_t> greatestStep_;
+  std::vector<std::size_t>   slots_;  // of components that have estimates, their position among these; else kNoSlot
+  std::size_t                numSlots_ = 0;
+  Estimates                  leastEstimates_;  // shape [ids, numSlots_]
+  Estimates                  greatestEstimates_;
   std::uint32_t              numSteps_ = 0;
   std::size_t                numNans_  = 0;
   // Of one component of records that OfferAll() was given.
   std::vector<std::uint32_t> beyond_;  // those that may govern
   std::vector<double>        gathered_;
   std::vector<double>        evaluated_;
+  std::vector<double>        errors_;
 };
 
 /// Results of one kind that differ in their step alone, and their envelope.

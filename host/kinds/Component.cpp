@@ -310,6 +310,27 @@ void DropPrincipalsBetween(const double* tensors, const ValueLimits& limits, std
       });
 }
 
+/// @param estimate of a TensorBounds::Tensor; without branches
+template <typename EstimateOf>
+void EstimateTensors(const double* tensors, std::span<double> estimates, std::span<double> errors,
+                     const EstimateOf& estimateOf)
+{
+  constexpr std::size_t  kMany = 64;
+  double                 t[6][kMany]{};
+  TensorBounds::Estimate found[kMany];
+  for (std::size_t first = 0; first < estimates.size(); first += kMany) {
+    const std::size_t count = std::min(kMany, estimates.size() - first);
+    for (std::size_t i = 0; i < count; ++i)
+      for (std::size_t k = 0; k < 6; ++k) t[k][i] = tensors[6 * (first + i) + k];
+    for (std::size_t i = 0; i < kMany; ++i)
+      found[i] = estimateOf({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]});
+    for (std::size_t i = 0; i < count; ++i) {
+      estimates[first + i] = found[i].value;
+      errors[first + i]    = found[i].error;
+    }
+  }
+}
+
 bool IsVariance(int onf) { return onf == OnfKind::NodalStressVariance || onf == OnfKind::NodalStrainVariance; }
 
 std::string Enumerated(const Names& names)
@@ -536,6 +557,43 @@ void Component::KeepTensorsBeyond(const double* tensors, const ValueLimits& limi
     case Invariant::Magnitude:
     case Invariant::None:
       break;
+  }
+}
+
+bool Component::HasEstimate() const noexcept
+{
+  switch (invariant_) {
+    case Invariant::Principal1:
+    case Invariant::Principal2:
+    case Invariant::Principal3:
+    case Invariant::SignedMises:
+    case Invariant::Tresca:
+    case Invariant::MaxShear:
+      return numValues_ == 6;
+    default:
+      return false;
+  }
+}
+
+void Component::EstimateAll(std::span<const double> values, std::span<double> estimates, std::span<double> errors) const
+{
+  using TensorBounds::Tensor;
+  const auto estimate = [&](const auto& estimateOf) { EstimateTensors(values.data(), estimates, errors, estimateOf); };
+  switch (HasEstimate() ? invariant_ : Invariant::None) {
+    case Invariant::Principal1:
+      return estimate([](const Tensor& t) { return TensorBounds::EstimatePrincipal<1>(t); });
+    case Invariant::Principal2:
+      return estimate([](const Tensor& t) { return TensorBounds::EstimatePrincipal<2>(t); });
+    case Invariant::Principal3:
+      return estimate([](const Tensor& t) { return TensorBounds::EstimatePrincipal<3>(t); });
+    case Invariant::SignedMises:
+      return estimate([factor = factor_](const Tensor& t) { return TensorBounds::EstimateSignedMises(t, factor); });
+    case Invariant::Tresca:
+      return estimate([](const Tensor& t) { return TensorBounds::EstimateShearRange(t, 1.0); });
+    case Invariant::MaxShear:
+      return estimate([](const Tensor& t) { return TensorBounds::EstimateShearRange(t, 0.5); });
+    default:
+      std::fill(errors.begin(), errors.end(), TensorBounds::kInfinite);
   }
 }
 

@@ -150,7 +150,14 @@ TEST(EnvelopeField, InvariantsOfHostileTensorsAreThoseOfAPlainSearch)
   std::vector<std::string> names = ComponentNamesOf(OnfKind::NodalStress);
   std::iota(ids.begin(), ids.end(), 1);
   for (const bool withExtremes : {false, true}) {
-    const auto    tensors = HostileTensors(numIds * numSteps, 5, withExtremes);
+    // Some ids have the same tensor in several steps, some one that grows by any factor, a bit of it as well.
+    auto tensors = HostileTensors(numIds * numSteps, 5, withExtremes);
+    for (std::size_t i = numIds; i < tensors.size(); ++i) {
+      if (i % 7 > 2) continue;
+      tensors[i]          = tensors[i - numIds];
+      const double growth = i % 7 == 0 ? 1.0 : 1.0 + std::pow(10.0, -static_cast<double>(i % 17));
+      for (double& value : tensors[i]) value *= growth;
+    }
     EnvelopeField field(StressComponents(names));
     for (std::size_t step = 0; step < numSteps; ++step) {
       field.BeginStep();

@@ -296,6 +296,33 @@ TEST_F(Limits, WhatIsFarFromThemIsDropped)
   }
 }
 
+TEST(Component, EstimatesAreWithinTheirErrors)
+{
+  std::vector<double> values;
+  for (const bool withExtremes : {false, true})
+    for (const Tensor& tensor : quilon_test::HostileTensors(2000, 13, withExtremes))
+      values.insert(values.end(), tensor.begin(), tensor.end());
+  const std::size_t   count = values.size() / 6;
+  std::vector<double> evaluated(count);
+  std::vector<double> estimates(count);
+  std::vector<double> errors(count);
+  for (const int onf : {521, 531}) {
+    for (const std::string& name : ComponentNamesOf(onf)) {
+      const Component component(name, onf);
+      component.EvaluateAll(values, evaluated);
+      component.EstimateAll(values, estimates, errors);
+      std::size_t numClose = 0;
+      for (std::size_t i = 0; i < count; ++i) {
+        if (std::isinf(errors[i])) continue;
+        EXPECT_LE(std::fabs(evaluated[i] - estimates[i]), errors[i]) << name << ' ' << i;
+        numClose += errors[i] < 1e-5 * LargestOf({values[6 * i], values[6 * i + 1], values[6 * i + 2],
+                                                  values[6 * i + 3], values[6 * i + 4], values[6 * i + 5]});
+      }
+      EXPECT_EQ(component.HasEstimate(), numClose > count / 2) << name << ' ' << numClose;
+    }
+  }
+}
+
 TEST(Component, MagnitudeOfAnySizeIsWhole)
 {
   const Component magnitude("magnitude", OnfKind::Displacement);
