@@ -408,8 +408,23 @@ void Region::RequireIds(const std::vector<FED_DataDescriptor>& blocks, const std
   std::set<int> single;
   for (const NumberRange& range : ranges_)
     if (range.form == NumberRange::Numbers && range.first == range.last) single.insert(range.first);
-  for (const int id : single)
-    if (!isThere(id)) Fail(name_ + ": no record " + std::to_string(id) + " in the blocks of '" + selection + "'");
+  for (const int id : single) {
+    if (isThere(id)) continue;
+    const std::string extent = DescribeIds(blocks);
+    Fail(name_ + ": no record " + std::to_string(id) + " in the blocks of '" + selection + "'" +
+         (extent.empty() ? ", they have none" : ", expected one of " + extent));
+  }
+}
+
+/// @return "3 to 20", from the least to the greatest of the ids that blocks have; empty for none
+std::string Region::DescribeIds(const std::vector<FED_DataDescriptor>& blocks) const
+{
+  std::set<int> ends;
+  for (const FED_DataDescriptor& descriptor : blocks) {
+    const auto keys = GetRecordKeys(database_.GetConstDataBlock(descriptor), database_.GetIdMapsPool());
+    if (!keys.empty()) ends.insert({keys.front().id, keys.back().id});
+  }
+  return ends.empty() ? "" : std::to_string(*ends.begin()) + " to " + std::to_string(*ends.rbegin());
 }
 
 void Region::FailEmpty(const std::string& selection) const

@@ -129,6 +129,7 @@ private:
                                const std::optional<std::vector<int>>& elements);
   /// What sets, materials and the box leave; nothing: everything.
   std::optional<std::vector<int>> BeforeNear(int iteration, Entity entity);
+  std::string                     DescribeIds(const std::vector<FED_DataDescriptor>& blocks) const;
   std::vector<int>                KeepAsked(std::vector<int> ids) const;
   std::string                     DescribeExtent(int iteration);
 

@@ -24,13 +24,6 @@ struct Candidate
   int         number = 0;
 };
 
-std::string NumbersOf(const std::vector<int>& numbers)
-{
-  std::string text;
-  for (const int number : numbers) text += (text.empty() ? "" : ", ") + std::to_string(number);
-  return text;
-}
-
 }  // namespace
 
 std::vector<NamedRecord> ReadNames(const FED_Database& database, int onf)
@@ -122,6 +115,11 @@ std::string ReadAverageBy(const FED_Database& database)
   return values.size() == 1 ? *values.begin() : std::string();
 }
 
+std::vector<NamedRecord> ReadRecordsOf(const FED_Database& database, int onf)
+{
+  return onf == OnfKind::ElementSection ? ReadSectionNames(database) : ReadNames(database, onf);
+}
+
 /// The materials, element sets and sections of the name; with none, those of its letters in either case.
 /// @param known the names that there are, for a suggestion
 std::vector<Candidate> FindCandidates(const FED_Database& database, std::string_view name,
@@ -133,8 +131,7 @@ std::vector<Candidate> FindCandidates(const FED_Database& database, std::string_
     const char* const what = onf == OnfKind::Material     ? "material "
                              : onf == OnfKind::ElementSet ? "element set "
                                                           : "section ";
-    for (const NamedRecord& record :
-         onf == OnfKind::ElementSection ? ReadSectionNames(database) : ReadNames(database, onf)) {
+    for (const NamedRecord& record : ReadRecordsOf(database, onf)) {
       known.push_back(record.name);
       if (record.name == name) exact.push_back({what + std::to_string(record.number), record.number});
       if (LowerCase(record.name) == LowerCase(name))
@@ -142,6 +139,22 @@ std::vector<Candidate> FindCandidates(const FED_Database& database, std::string_
     }
   }
   return exact.empty() ? inEitherCase : exact;
+}
+
+/// @return "STEEL (1), ALU (2)"; numbers alone where it is not known whose they are
+std::string DescribeGroups(const FED_Database& database, const std::vector<int>& groups)
+{
+  std::map<int, std::string> names;
+  const std::vector<int>     kinds = ReadKindsOfGroups(database);
+  if (kinds.size() == 1)
+    for (const NamedRecord& record : ReadRecordsOf(database, kinds.front())) names[record.number] = record.name;
+  std::string text;
+  for (const int group : groups) {
+    const auto        name   = names.find(group);
+    const std::string number = std::to_string(group);
+    text += (text.empty() ? "" : ", ") + (name == names.end() ? number : name->second + " (" + number + ")");
+  }
+  return text;
 }
 
 }  // namespace
@@ -167,7 +180,7 @@ int ResolveGroupName(const FED_Database& database, std::string_view name)
     const std::string suggestion = DidYouMean(name, known);
     Fail("unknown group '" + std::string(name) + "'" +
          (suggestion.empty() ? ", expected a number or the name of a material or an element set." : suggestion) +
-         " The averages are of groups " + NumbersOf(groups));
+         " The averages are of groups " + DescribeGroups(database, groups));
   }
 
   std::string   all;
@@ -177,7 +190,8 @@ int ResolveGroupName(const FED_Database& database, std::string_view name)
     if (std::binary_search(groups.begin(), groups.end(), candidate.number)) found.insert(candidate.number);
   }
   if (found.empty())
-    Fail("group '" + std::string(name) + "' is " + all + ", and the averages are of groups " + NumbersOf(groups));
+    Fail("group '" + std::string(name) + "' is " + all + ", and the averages are of groups " +
+         DescribeGroups(database, groups));
   if (found.size() > 1)
     Fail("group '" + std::string(name) + "' is " + all + ", and there are averages of both numbers, expected a number");
   return *found.begin();

@@ -78,7 +78,7 @@ TEST_F(EnvelopeCommand, IsOfTheRegionThatIsAskedFor)
   EXPECT_EQ(nothing.exitCode, 2);
   EXPECT_NE(nothing.err.find("NOWHERE"), std::string::npos) << nothing.err;
   EXPECT_EQ(RunQuilon({"envelope", onf_, "stress.xx", "--ids", "99"}).err,
-            "quilon: error: " + onf_ + ": no record 99 in the blocks of 'stress.xx'\n");
+            "quilon: error: " + onf_ + ": no record 99 in the blocks of 'stress.xx', expected one of 1 to 12\n");
 }
 
 TEST_F(EnvelopeCommand, TellsTheAxesAndWhereTheyAreNone)

@@ -228,6 +228,8 @@ TEST_F(NamedGroups, OfSectionsAreCalledAsTheSetOfTheirElements)
   setting->SetString(3, "material");
   settings.SetRecord(1, *setting);
   EXPECT_EQ(Select("stress@group=STEEL"), "521@it=0,lc=1,sub=1,group=1");
+  EXPECT_EQ(Select("stress@group=STEAL"),
+            "unknown group 'STEAL', did you mean 'STEEL'? The averages are of groups STEEL (1), ALU (2)");
   setting->SetString(3, "BODY,alu");
   settings.SetRecord(1, *setting);
   settings.DeleteDataRecord(setting);
