@@ -69,7 +69,8 @@ TEST_F(AnswerCommands, MaxRefusesWhatItCannotAnswer)
   EXPECT_EQ(RunQuilon({"max", onf_, "stress.xx", "--head", "0"}).err,
             "quilon: error: the number of worst values is 0, expected 1 or more\n");
   const RunResult run = RunQuilon({"max", onf_, "stress.xx", "--ids", "99"});
-  EXPECT_EQ(run.err, "quilon: error: " + onf_ + ": no record 99 in the blocks of 'stress.xx', expected one of 1 to 12\n");
+  EXPECT_EQ(run.err,
+            "quilon: error: " + onf_ + ": no record 99 in the blocks of 'stress.xx', expected one of 1 to 12\n");
   EXPECT_EQ(run.exitCode, 2);
 }
 
