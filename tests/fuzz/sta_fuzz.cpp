@@ -31,12 +31,14 @@ std::vector<std::string> LinesOf(const std::string& text)
   return lines;
 }
 
-/// A number of a row as the C library reads it.
+/// A number of a row as the C library reads it, which knows no exponent behind a 'D'.
 bool Says(const std::string& line, std::size_t begin, std::size_t size, double value)
 {
-  const std::string text = line.substr(begin, size);
-  char*             end  = nullptr;
-  const double      read = std::strtod(text.c_str(), &end);
+  std::string text = line.substr(begin, size);
+  for (char& character : text)
+    if (character == 'D' || character == 'd') character = 'e';
+  char*        end  = nullptr;
+  const double read = std::strtod(text.c_str(), &end);
   return end != text.c_str() && std::memcmp(&read, &value, sizeof read) == 0;
 }
 
