@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -150,12 +151,19 @@ void RequireCompanions(const Companions<const FED_DataBlock>& from, const Compan
 
 bool HasCounts(int kind) noexcept { return FindKinds(kind) != nullptr; }
 
-int FindAverageOf(int kind) noexcept
+std::vector<int> ListCompanionsOf(int average)
 {
-  for (const TensorKinds& kinds : kTensorKinds)
-    if (kind == kinds.variance || kind == kinds.error || kind == kinds.count ||
-        kind == OnfKind::PrincipalOf(kinds.average))
-      return kinds.average;
+  const TensorKinds* const kinds = FindKinds(average);
+  if (kinds == nullptr) return {};
+  return {kinds->variance, kinds->error, kinds->count, OnfKind::PrincipalOf(average)};
+}
+
+int FindAverageOf(int kind)
+{
+  for (const TensorKinds& kinds : kTensorKinds) {
+    const std::vector<int> companions = ListCompanionsOf(kinds.average);
+    if (std::find(companions.begin(), companions.end(), kind) != companions.end()) return kinds.average;
+  }
   return 0;
 }
 

@@ -15,8 +15,6 @@ namespace quilon {
 
 namespace {
 
-constexpr std::string_view kMustAgree = "must-agree";
-
 const std::map<std::string, BorderRule::Form, std::less<>> kForms = {{"first", BorderRule::First},
                                                                      {"average", BorderRule::Average},
                                                                      {"sum", BorderRule::Sum},
@@ -44,9 +42,12 @@ BorderRule ParseBorderRule(std::string_view text)
   const std::string_view word    = trimmed.substr(0, blank);
   const std::string_view rest    = blank == std::string_view::npos ? "" : Trimmed(trimmed.substr(blank));
   const auto             form    = kForms.find(word);
-  if (form == kForms.end())
+  if (form == kForms.end()) {
+    std::vector<std::string> words;
+    for (const auto& known : kForms) words.push_back(known.first);
     Fail("'" + Printable(trimmed) + "' is no rule, expected first, average, sum, union or must-agree TOL" +
-         DidYouMean(word, {"first", "average", "sum", "union", std::string(kMustAgree)}));
+         DidYouMean(word, words));
+  }
   BorderRule rule;
   rule.form = form->second;
   if (rest.empty()) return rule;
@@ -93,6 +94,7 @@ std::optional<BorderRule> FindModelRule(int kind)
   switch (kind) {
     case OnfKind::NodeSet:
     case OnfKind::ElementSet:
+    case OnfKind::TiedNodes:
       return BorderRule{BorderRule::Union, 0.0};
     case OnfKind::ImportFile:
     case OnfKind::ImportSetting:

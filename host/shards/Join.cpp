@@ -10,6 +10,7 @@
 
 #include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/FED_ResultDatabase.h>
+#include <bundled/OnfKinds.h>
 
 #include "database/DatabaseFolder.h"
 #include "kinds/KindTable.h"
@@ -213,10 +214,11 @@ private:
 
   void MakeCompanions(const FED_DataDescriptor& means)
   {
-    for (const FED_DataDescriptor& other : shared_) {
-      FED_DataDescriptor ofMeans = other;
-      ofMeans.SetInteger(FED_DataDescriptor::OnfId, FindAverageOf(other.GetInteger(FED_DataDescriptor::OnfId)));
-      if (ofMeans == means) target_->CreateDataBlock(other, 0, 0, blocks_.at(other).format);
+    FED_DataDescriptor other = means;
+    for (const int kind : ListCompanionsOf(OnfKind::OnfOf(means))) {
+      other.SetInteger(FED_DataDescriptor::OnfId, kind);
+      if (std::binary_search(shared_.begin(), shared_.end(), other))
+        target_->CreateDataBlock(other, 0, 0, blocks_.at(other).format);
     }
   }
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "shards/BorderRule.h"
 
@@ -53,6 +54,9 @@ bool HasCounts(int kind) noexcept;
 
 /// @return the kind of means that a kind goes with when these are merged: variances, errors, counts, principal values;
 ///         0 for any other
-int FindAverageOf(int kind) noexcept;
+int FindAverageOf(int kind);
+
+/// @return the kinds that go with means of a kind when these are merged; none for any other
+std::vector<int> ListCompanionsOf(int average);
 
 }  // namespace quilon

@@ -31,6 +31,7 @@ TEST(BorderRules, GoByKindThenModelThenAllOthers)
   EXPECT_FALSE(rules.Find(OnfKind::NodalStress));
   EXPECT_EQ(rules.Find(OnfKind::Coordinates)->form, BorderRule::MustAgree);
   EXPECT_EQ(rules.Find(OnfKind::NodeSet)->form, BorderRule::Union);
+  EXPECT_EQ(rules.Find(OnfKind::TiedNodes)->form, BorderRule::Union);
   rules.Add("stress, 531: average", Resolve);
   rules.Add("*: sum", Resolve);
   rules.Add("coordinates: must-agree 1e-9", Resolve);
