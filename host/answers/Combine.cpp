@@ -37,10 +37,9 @@ namespace {
 using Descriptor  = FED_DataDescriptor;
 using Descriptors = std::vector<Descriptor>;
 
-constexpr int         kInTime        = 1;
-constexpr int         kModes         = 2;
-constexpr int         kOtherAnalysis = 3;
-constexpr std::size_t kMostKept      = std::size_t{512} << 20;
+constexpr int         kInTime   = 1;
+constexpr int         kModes    = 2;
+constexpr std::size_t kMostKept = std::size_t{512} << 20;
 
 using OnfKind::OnfOf;
 

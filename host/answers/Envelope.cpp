@@ -33,8 +33,6 @@ namespace {
 
 using Descriptor = FED_DataDescriptor;
 
-constexpr int kOtherAnalysis = 3;
-
 constexpr auto kNoSlot = static_cast<std::size_t>(-1);
 
 constexpr std::array<Descriptor::ResultIndex, 5> kStepOrder = {

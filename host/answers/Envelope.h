@@ -23,6 +23,9 @@ class FED_IdMapsPool;
 
 namespace quilon {
 
+/// The analysis that results of several steps are written as.
+inline constexpr int kOtherAnalysis = 3;
+
 class KindTable;
 class Listener;
 class RecordTurner;

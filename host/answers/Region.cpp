@@ -51,15 +51,8 @@ void Intersect(std::optional<std::vector<int>>& all, std::vector<int> ids)
   all = std::move(both);
 }
 
-/// Names for a message, cut where a reader has seen enough.
-std::string Enumerated(const std::vector<std::string>& names)
-{
-  constexpr std::size_t kEnough = 12;
-  std::string           text;
-  for (std::size_t i = 0; i < names.size() && i < kEnough; ++i) text += (i == 0 ? "" : ", ") + names[i];
-  if (names.size() > kEnough) text += ", ...";
-  return text;
-}
+/// Of the names in a message, a reader has seen enough with so many.
+constexpr std::size_t kMostNames = 12;
 
 [[noreturn]] void FailUnknown(const std::string& database, const char* what, const std::string& name,
                               std::vector<std::string> known)
@@ -68,7 +61,7 @@ std::string Enumerated(const std::vector<std::string>& names)
   if (known.empty()) Fail(database + ": no " + what + " '" + name + "', the database has none");
   const std::string suggestion = DidYouMean(name, known);
   Fail(database + ": no " + what + " '" + name + "'" +
-       (suggestion.empty() ? ", expected one of " : suggestion + " There are ") + Enumerated(known));
+       (suggestion.empty() ? ", expected one of " : suggestion + " There are ") + Enumerated(known, kMostNames));
 }
 
 /// @return whether names are the same, exactly or but for the case of letters

@@ -9,11 +9,11 @@
 namespace quilon::calculix {
 namespace {
 
-constexpr std::size_t kRowSize = 81;
+constexpr std::size_t kCvgRowSize = 81;
 
-CvgRow ReadRow(const LineFile& file)
+CvgRow ReadCvgRow(const LineFile& file)
 {
-  file.ExpectWidth(kRowSize);
+  file.ExpectWidth(kCvgRowSize);
   CvgRow row;
   row.line            = file.Line();
   row.step            = file.GetInteger(2, 5);
@@ -41,7 +41,7 @@ std::vector<CvgRow> ReadCvg(std::istream& in, const std::string& name)
                      "                              EL.    FORCE         DISP       FLUX        TEMP.",
                      "                              (#)     (%)           (%)        (%)         (%)"});
   while (file.NextLine())
-    if (!WithoutTrailingBlanks(file.Text()).empty()) rows.push_back(ReadRow(file));
+    if (!WithoutTrailingBlanks(file.Text()).empty()) rows.push_back(ReadCvgRow(file));
   return rows;
 }
 

@@ -15,21 +15,21 @@
 namespace quilon::calculix {
 namespace {
 
-constexpr std::size_t kIdWidth      = 10;
-constexpr std::size_t kPointWidth   = 3;
-constexpr std::size_t kFaceWidth    = 10;
-constexpr std::size_t kValueWidth   = 13;
-constexpr std::size_t kValueStep    = kValueWidth + 1;  // a blank stands before each value
-constexpr std::size_t kMostPerLine  = 99;               // values on a line of state variables
-constexpr std::size_t kSystemWidth  = 20;               // of the name of a local system
-constexpr std::size_t kModeWidth    = 7;
-constexpr std::size_t kTableStep    = 16;  // two blanks and a value of a table
-constexpr std::size_t kTableWidth   = 14;
-constexpr std::size_t kTimeWidth    = 14;
-constexpr std::size_t kNumberWidth  = 5;  // of the mode in a banner
-constexpr std::size_t kBatchRows    = 4096;
-constexpr std::size_t kBatchValues  = 65536;
-constexpr const char* kExpectHeader = "the header of a block or table";
+constexpr std::size_t kDatIdWidth     = 10;
+constexpr std::size_t kPointWidth     = 3;
+constexpr std::size_t kFaceWidth      = 10;
+constexpr std::size_t kDatValueWidth  = 13;
+constexpr std::size_t kValueStep      = kDatValueWidth + 1;  // a blank stands before each value
+constexpr std::size_t kMostPerLine    = 99;                  // values on a line of state variables
+constexpr std::size_t kSystemWidth    = 20;                  // of the name of a local system
+constexpr std::size_t kModeWidth      = 7;
+constexpr std::size_t kTableStep      = 16;  // two blanks and a value of a table
+constexpr std::size_t kTableWidth     = 14;
+constexpr std::size_t kTimeWidth      = 14;
+constexpr std::size_t kNumberWidth    = 5;  // of the mode in a banner
+constexpr std::size_t kDatBatchRows   = 4096;
+constexpr std::size_t kDatBatchValues = 65536;
+constexpr const char* kExpectHeader   = "the header of a block or table";
 
 /// What may stand behind the values of a row.
 enum class Tail
@@ -159,14 +159,14 @@ bool IsKnot(std::string_view line) noexcept
 
 bool HasDigit(std::string_view line) noexcept { return std::any_of(line.begin(), line.end(), IsDigit); }
 
-class Reader
+class DatFileReader
 {
 public:
-  Reader(std::istream& in, const std::string& name, DatSink& sink, const ReadProgress& progress)
+  DatFileReader(std::istream& in, const std::string& name, DatSink& sink, const ReadProgress& progress)
       : file_(in, name, progress), sink_(sink)
   {
-    values_.reserve(kBatchValues);
-    rows_.reserve(kBatchRows);
+    values_.reserve(kDatBatchValues);
+    rows_.reserve(kDatBatchRows);
   }
 
   void Read();
@@ -226,7 +226,7 @@ private:
 };
 
 // Goes to the next line, or stays on a held one.
-bool Reader::Next()
+bool DatFileReader::Next()
 {
   if (isHeld_) {
     isHeld_ = false;
@@ -236,19 +236,19 @@ bool Reader::Next()
 }
 
 // Only the last line of a file can lack its end, and then nobody can tell how much of it is missing.
-void Reader::CheckWholeLine() const
+void DatFileReader::CheckWholeLine() const
 {
   if (!file_.IsWholeLine()) file_.Fail("expected a whole line, found the end of the file behind it");
 }
 
-void Reader::SkipEmptyLine(const char* behind)
+void DatFileReader::SkipEmptyLine(const char* behind)
 {
   const std::string expected = std::string("an empty line behind ") + behind;
   if (!Next()) file_.FailAtEnd(expected);
   if (!IsBlank()) file_.FailExpected(expected);
 }
 
-void Reader::Read()
+void DatFileReader::Read()
 {
   while (Next()) {
     if (IsBlank()) continue;
@@ -276,7 +276,7 @@ void Reader::Read()
   EndSkipping();
 }
 
-void Reader::BeginSkipping(const std::string& reason)
+void DatFileReader::BeginSkipping(const std::string& reason)
 {
   EndSkipping();
   section_    = DatBlock();
@@ -284,7 +284,7 @@ void Reader::BeginSkipping(const std::string& reason)
   skipLine_   = file_.Line();
 }
 
-void Reader::EndSkipping()
+void DatFileReader::EndSkipping()
 {
   if (skipLine_ != 0) sink_.OnSkipped(skipReason_, skipRows_, skipLine_);
   skipReason_.clear();
@@ -293,7 +293,7 @@ void Reader::EndSkipping()
 }
 
 // Splits " TITLE for set NAME and time T". The solver glues some of its words: "forset NAME", "for setNAME", "(..)for".
-void Reader::ParseHeader(DatBlock& block) const
+void DatFileReader::ParseHeader(DatBlock& block) const
 {
   constexpr std::string_view kTime        = "time";
   constexpr std::string_view kAllContacts = "all contact elements";
@@ -324,7 +324,7 @@ void Reader::ParseHeader(DatBlock& block) const
   block.title = std::string(Without(title, "for"));
 }
 
-void Reader::ReadBlockHeader()
+void DatFileReader::ReadBlockHeader()
 {
   EndSkipping();
   section_ = DatBlock();
@@ -362,7 +362,7 @@ void Reader::ReadBlockHeader()
 }
 
 // Modes end without a word: the blocks of the next step follow those of the last mode.
-void Reader::CountModalBlock(const DatBlock& block)
+void DatFileReader::CountModalBlock(const DatBlock& block)
 {
   if (mode_ == 0) return;
   std::string signature = block.title + (isImaginary_ ? " i " : " r ") + block.set;
@@ -379,7 +379,7 @@ void Reader::CountModalBlock(const DatBlock& block)
 }
 
 // A harmonic response prints all its blocks with real parts, then all again with imaginary parts.
-void Reader::MarkHarmonicBlock(DatBlock& block)
+void DatFileReader::MarkHarmonicBlock(DatBlock& block)
 {
   constexpr double kRounding = 6e-7;  // of a time, 0.ddddddd
   isHarmonic_                = isHarmonic_ && std::abs(block.time - frequency_) <= kRounding * std::abs(frequency_);
@@ -393,7 +393,7 @@ void Reader::MarkHarmonicBlock(DatBlock& block)
   block.imaginary = count == 2;
 }
 
-void Reader::EndModes() noexcept
+void DatFileReader::EndModes() noexcept
 {
   mode_        = 0;
   isImaginary_ = false;
@@ -401,7 +401,7 @@ void Reader::EndModes() noexcept
   modeBlocks_.clear();
 }
 
-void Reader::ReadBanner(const std::string& words)
+void DatFileReader::ReadBanner(const std::string& words)
 {
   if (words == "eigenvalue number") {
     EndSkipping();
@@ -423,7 +423,7 @@ void Reader::ReadBanner(const std::string& words)
 }
 
 // "P A R T I C I P A T I O N   F A C T O R S   F O R   F R E Q U E N C Y    0.1000000000000E+04 (CYCLES/TIME)"
-void Reader::BeginHarmonic()
+void DatFileReader::BeginHarmonic()
 {
   EndModes();
   const std::string_view text  = file_.Text();
@@ -435,7 +435,7 @@ void Reader::BeginHarmonic()
   harmonicBlocks_.clear();
 }
 
-void Reader::ReadModeNumber()
+void DatFileReader::ReadModeNumber()
 {
   constexpr std::string_view kBanner = "                    E I G E N V A L U E    N U M B E R ";
   if (WithoutTrailingBlanks(file_.Text()).size() != kBanner.size() + kNumberWidth) file_.FailExpected("a mode number");
@@ -448,7 +448,7 @@ void Reader::ReadModeNumber()
   mode_        = file_.GetInteger(kBanner.size() + 1, kNumberWidth);
 }
 
-DatMode Reader::ReadMode(bool isBuckling, bool isCyclic) const
+DatMode DatFileReader::ReadMode(bool isBuckling, bool isCyclic) const
 {
   constexpr std::size_t kCyclicShift = 9;  // columns of the nodal diameter
   const std::size_t     shift        = isCyclic ? kCyclicShift : 0;
@@ -473,7 +473,7 @@ DatMode Reader::ReadMode(bool isBuckling, bool isCyclic) const
   return mode;
 }
 
-void Reader::ReadModeTable(bool isBuckling)
+void DatFileReader::ReadModeTable(bool isBuckling)
 {
   std::vector<DatMode> modes;
   const std::int64_t   line      = file_.Line();
@@ -508,7 +508,7 @@ void Reader::ReadModeTable(bool isBuckling)
   if (isComplex && numRows > 0) sink_.OnSkipped("complex eigenvalues", numRows, line);
 }
 
-bool Reader::ReadSectionPart()
+bool DatFileReader::ReadSectionPart()
 {
   if (section_.line == 0 || !StartsWith(file_.Text(), "   ")) return false;
   const std::string_view title = Trimmed(file_.Text());
@@ -523,7 +523,7 @@ bool Reader::ReadSectionPart()
   return true;
 }
 
-void Reader::ReadBlock(const DatBlock& header, const Layout& layout, std::size_t indent)
+void DatFileReader::ReadBlock(const DatBlock& header, const Layout& layout, std::size_t indent)
 {
   DatBlock block  = header;
   block.key       = std::string(layout.key);
@@ -537,14 +537,14 @@ void Reader::ReadBlock(const DatBlock& header, const Layout& layout, std::size_t
       break;
     }
     ReadRow(layout, indent);
-    if (rows_.size() >= kBatchRows || values_.size() >= kBatchValues) Flush(block);
+    if (rows_.size() >= kDatBatchRows || values_.size() >= kDatBatchValues) Flush(block);
   }
   Flush(block);
   sink_.OnBlockEnd(block);
 }
 
 // Points the rows at their values: only now do these not move any more.
-void Reader::Flush(const DatBlock& block)
+void DatFileReader::Flush(const DatBlock& block)
 {
   const double* next = values_.data();
   for (DatRow& row : rows_) {
@@ -558,24 +558,24 @@ void Reader::Flush(const DatBlock& block)
 
 // Reads values that stand behind a blank each and that the line is long enough for; first is the column of the first
 // blank.
-void Reader::AddValues(std::size_t first, std::size_t count)
+void DatFileReader::AddValues(std::size_t first, std::size_t count)
 {
   for (std::size_t i = 0; i < count; ++i, first += kValueStep) {
     if (file_.Text()[first - 1] != ' ') file_.FailColumn("a blank and a number", first, kValueStep);
     double value = 0.0;
-    if (!ReadScientific<6>(file_.Text().data() + first, value)) file_.FailColumn("a number", first + 1, kValueWidth);
+    if (!ReadScientific<6>(file_.Text().data() + first, value)) file_.FailColumn("a number", first + 1, kDatValueWidth);
     values_.push_back(value);
   }
 }
 
 // Reads a blank and a whole number of a row; first is the column of the blank.
-int Reader::ReadPlace(std::size_t first, std::size_t width) const
+int DatFileReader::ReadPlace(std::size_t first, std::size_t width) const
 {
   if (Columns(file_.Text(), first, 1) != " ") file_.FailColumn("a blank and a number", first, 1 + width);
   return file_.GetInteger(first + 1, width);
 }
 
-void Reader::ReadRow(const Layout& layout, std::size_t indent)
+void DatFileReader::ReadRow(const Layout& layout, std::size_t indent)
 {
   DatRow row;
   row.line         = file_.Line();
@@ -583,8 +583,8 @@ void Reader::ReadRow(const Layout& layout, std::size_t indent)
   if (layout.rows == DatRows::Total) {
     if (!WithoutTrailingBlanks(Columns(file_.Text(), 1, indent)).empty()) file_.FailColumn("blanks", 1, indent);
   } else {
-    row.id = file_.GetInteger(1, kIdWidth);
-    size   = kIdWidth;
+    row.id = file_.GetInteger(1, kDatIdWidth);
+    size   = kDatIdWidth;
     if (layout.rows == DatRows::Point || layout.hasFace) {
       const std::size_t width = layout.hasFace ? kFaceWidth : kPointWidth;
       row.point               = ReadPlace(size + 1, width);
@@ -610,7 +610,7 @@ void Reader::ReadRow(const Layout& layout, std::size_t indent)
 
 // Looks behind the values, which end at column size.
 // @return whether something stands there
-bool Reader::ReadTail(Tail tail, std::size_t size) const
+bool DatFileReader::ReadTail(Tail tail, std::size_t size) const
 {
   const std::string_view line    = file_.Text();
   const std::size_t      found   = WithoutTrailingBlanks(line).size();
@@ -625,7 +625,7 @@ bool Reader::ReadTail(Tail tail, std::size_t size) const
 }
 
 // State variables are as many as the line holds; a full line goes on with the next one, which has no id then.
-void Reader::ReadStateVariables(std::size_t size)
+void DatFileReader::ReadStateVariables(std::size_t size)
 {
   for (;;) {
     CheckWholeLine();
@@ -651,7 +651,7 @@ void Reader::ReadStateVariables(std::size_t size)
 
 void ReadDat(std::istream& in, const std::string& name, DatSink& sink, const ReadProgress& progress)
 {
-  Reader(in, name, sink, progress).Read();
+  DatFileReader(in, name, sink, progress).Read();
 }
 
 void ReadDat(const std::filesystem::path& path, DatSink& sink, const ReadProgress& progress)

@@ -13,15 +13,15 @@
 namespace quilon::calculix {
 namespace {
 
-constexpr std::size_t kIdFirst     = 4;  // columns from 1
-constexpr std::size_t kIdWidth     = 10;
-constexpr std::size_t kValueFirst  = kIdFirst + kIdWidth;
-constexpr std::size_t kValueWidth  = 12;
-constexpr std::size_t kLineValues  = 6;   // values on a line
-constexpr std::size_t kLineNodes   = 10;  // node ids on a line
-constexpr std::size_t kMaxNodes    = 20;  // of an element
-constexpr std::size_t kBatchRows   = 4096;
-constexpr std::size_t kBatchValues = 65536;
+constexpr std::size_t kIdFirst        = 4;  // columns from 1
+constexpr std::size_t kFrdIdWidth     = 10;
+constexpr std::size_t kValueFirst     = kIdFirst + kFrdIdWidth;
+constexpr std::size_t kFrdValueWidth  = 12;
+constexpr std::size_t kLineValues     = 6;   // values on a line
+constexpr std::size_t kLineNodes      = 10;  // node ids on a line
+constexpr std::size_t kMaxNodes       = 20;  // of an element
+constexpr std::size_t kFrdBatchRows   = 4096;
+constexpr std::size_t kFrdBatchValues = 65536;
 
 // Nodes per element by type code: 1 hex8, 2 wedge6, 3 tet4, 4 hex20, 5 wedge15, 6 tet10, 7 tri3, 8 tri6, 9 quad4,
 // 10 quad8, 11 line2, 12 line3.
@@ -118,7 +118,7 @@ public:
     const auto claimed = static_cast<std::size_t>(std::max(1, numRows));
     size_              = 0;
     numValues_         = numValues;
-    capacity_          = std::max<std::size_t>(1, std::min({kBatchRows, kBatchValues / numValues, claimed}));
+    capacity_          = std::max<std::size_t>(1, std::min({kFrdBatchRows, kFrdBatchValues / numValues, claimed}));
     if (ids_.size() < capacity_) ids_.resize(capacity_);
     if (values_.size() < capacity_ * numValues) values_.resize(capacity_ * numValues);
   }
@@ -142,14 +142,14 @@ private:
   std::size_t         size_ = 0;
 };
 
-class Reader
+class FrdFileReader
 {
 public:
-  Reader(std::istream& in, const std::string& name, FrdSink& sink, const ReadProgress& progress)
+  FrdFileReader(std::istream& in, const std::string& name, FrdSink& sink, const ReadProgress& progress)
       : file_(in, name, progress), sink_(sink)
   {
-    elements_.reserve(kBatchRows);
-    elementNodes_.reserve(kBatchRows * kMaxNodes);
+    elements_.reserve(kFrdBatchRows);
+    elementNodes_.reserve(kFrdBatchRows * kMaxNodes);
   }
 
   void Read();
@@ -198,12 +198,12 @@ private:
   bool                    isBehindField_ = false;  // the line before this one was the last of a field
 };
 
-void Reader::NextLine(const char* expected)
+void FrdFileReader::NextLine(const char* expected)
 {
   if (!file_.NextLine()) file_.FailAtEnd(expected);
 }
 
-void Reader::CheckLineSize(std::size_t size, const char* what) const
+void FrdFileReader::CheckLineSize(std::size_t size, const char* what) const
 {
   const std::string_view text = file_.Text();
   if (text.size() == size) return;
@@ -214,7 +214,7 @@ void Reader::CheckLineSize(std::size_t size, const char* what) const
   }
 }
 
-void Reader::Read()
+void FrdFileReader::Read()
 {
   constexpr const char* kFirstLine = "the first line of a result file, '    1C'";
   constexpr const char* kNextBlock = "a block or the last line ' 9999'";
@@ -247,7 +247,7 @@ void Reader::Read()
     if (!WithoutTrailingBlanks(file_.Text()).empty()) file_.FailExpected("nothing behind the last line ' 9999'");
 }
 
-void Reader::ReadParameter()
+void FrdFileReader::ReadParameter()
 {
   if (StartsWith("    1PSTEP")) {
     dataset_.increment = file_.GetInteger(37, 12);
@@ -261,14 +261,14 @@ void Reader::ReadParameter()
   }
 }
 
-int Reader::ReadCount() const
+int FrdFileReader::ReadCount() const
 {
   const int count = file_.GetInteger(25, 12);
   if (count < 0) file_.Fail("expected a count from 0 on, found " + std::to_string(count));
   return count;
 }
 
-Encoding Reader::ReadEncoding() const
+Encoding FrdFileReader::ReadEncoding() const
 {
   const std::string_view column = WithoutTrailingBlanks(Columns(file_.Text(), 73, 3));
   int                    format = 0;
@@ -278,14 +278,14 @@ Encoding Reader::ReadEncoding() const
   return format == 1 ? Encoding::Text : format == 2 ? Encoding::Single : Encoding::Double;
 }
 
-int Reader::ReadId(const char* what) const
+int FrdFileReader::ReadId(const char* what) const
 {
-  const int id = file_.GetInteger(kIdFirst, kIdWidth);
+  const int id = file_.GetInteger(kIdFirst, kFrdIdWidth);
   if (id < 1) file_.Fail("expected " + std::string(what) + " from 1 on, found " + std::to_string(id));
   return id;
 }
 
-void Reader::ReadNodes()
+void FrdFileReader::ReadNodes()
 {
   const std::int64_t line     = file_.Line();
   const int          count    = ReadCount();
@@ -301,21 +301,21 @@ void Reader::ReadNodes()
   }
 }
 
-void Reader::AddNode(int id)
+void FrdFileReader::AddNode(int id)
 {
   if (!nodes_.Insert(id)) file_.Fail("expected every node once, found node " + std::to_string(id) + " again");
 }
 
-void Reader::FlushNodes()
+void FrdFileReader::FlushNodes()
 {
   if (!batch_.IsEmpty()) sink_.OnNodes(batch_.Ids(), batch_.Values());
   batch_.Clear();
 }
 
-std::size_t Reader::ReadTextNodes(int count)
+std::size_t FrdFileReader::ReadTextNodes(int count)
 {
   constexpr const char* kRow  = "a node row ' -1' or the end of the nodes ' -3'";
-  constexpr std::size_t kSize = kValueFirst - 1 + 3 * kValueWidth;
+  constexpr std::size_t kSize = kValueFirst - 1 + 3 * kFrdValueWidth;
   batch_.Start(3, count);
   std::size_t found = 0;
   for (;; ++found) {
@@ -333,7 +333,7 @@ std::size_t Reader::ReadTextNodes(int count)
   return found;
 }
 
-void Reader::ReadBinaryNodes(int count, Encoding encoding)
+void FrdFileReader::ReadBinaryNodes(int count, Encoding encoding)
 {
   const std::size_t size = 4 + 3 * BytesOfValue(encoding);
   if (file_.Remaining() / size < static_cast<std::size_t>(count)) {
@@ -356,14 +356,14 @@ void Reader::ReadBinaryNodes(int count, Encoding encoding)
 }
 
 // Reads the values of one row from column 14 of the current line and of the ' -2' lines that go on with it.
-void Reader::ReadTextValues(std::span<double> values)
+void FrdFileReader::ReadTextValues(std::span<double> values)
 {
   for (std::size_t first = 0;;) {
     const std::size_t count = std::min(kLineValues, values.size() - first);
     const char*       text  = file_.Text().data() + (kValueFirst - 1);
     for (std::size_t i = 0; i < count; ++i) {
-      if (!ReadScientific<5>(text + i * kValueWidth, values[first + i])) {
-        file_.FailColumn("a number", kValueFirst + i * kValueWidth, kValueWidth);
+      if (!ReadScientific<5>(text + i * kFrdValueWidth, values[first + i])) {
+        file_.FailColumn("a number", kValueFirst + i * kFrdValueWidth, kFrdValueWidth);
       }
     }
     first += count;
@@ -372,11 +372,11 @@ void Reader::ReadTextValues(std::span<double> values)
     constexpr const char* kMore = "a line ' -2' with more values";
     NextLine(kMore);
     if (!StartsWith(" -2")) file_.FailExpected(kMore);
-    CheckLineSize(kValueFirst - 1 + kValueWidth * std::min(kLineValues, values.size() - first), kMore);
+    CheckLineSize(kValueFirst - 1 + kFrdValueWidth * std::min(kLineValues, values.size() - first), kMore);
   }
 }
 
-void Reader::ReadElements()
+void FrdFileReader::ReadElements()
 {
   ReadCount();  // no more than a hint: a composite shell counts as one element and is written as one per ply
   if (ReadEncoding() == Encoding::Text) {
@@ -387,7 +387,7 @@ void Reader::ReadElements()
   FlushElements();
 }
 
-void Reader::ReadTextElements()
+void FrdFileReader::ReadTextElements()
 {
   constexpr const char* kRow  = "an element row ' -1' or the end of the elements ' -3'";
   constexpr const char* kMore = "a line ' -2' with nodes";
@@ -409,9 +409,9 @@ void Reader::ReadTextElements()
       if (place == 0) {
         NextLine(kMore);
         if (!StartsWith(" -2")) file_.FailExpected(kMore);
-        CheckLineSize(kIdFirst - 1 + kIdWidth * std::min(kLineNodes, numNodes - i), kMore);
+        CheckLineSize(kIdFirst - 1 + kFrdIdWidth * std::min(kLineNodes, numNodes - i), kMore);
       }
-      nodes[i] = file_.GetInteger(kIdFirst + place * kIdWidth, kIdWidth);
+      nodes[i] = file_.GetInteger(kIdFirst + place * kFrdIdWidth, kFrdIdWidth);
     }
     AddElement(id, type, material, {nodes.data(), numNodes});
   }
@@ -419,7 +419,7 @@ void Reader::ReadTextElements()
 }
 
 // Elements go on as long as a type code stands where one is due: the bytes of a text line never read as one.
-void Reader::ReadBinaryElements()
+void FrdFileReader::ReadBinaryElements()
 {
   constexpr std::size_t kHead = 16;
   for (;;) {
@@ -453,7 +453,7 @@ void Reader::ReadBinaryElements()
   }
 }
 
-void Reader::AddElement(int id, int type, int material, std::span<const int> nodes)
+void FrdFileReader::AddElement(int id, int type, int material, std::span<const int> nodes)
 {
   for (const int node : nodes) {
     if (!nodes_.Contains(node)) {
@@ -466,17 +466,17 @@ void Reader::AddElement(int id, int type, int material, std::span<const int> nod
   const std::span<int> own(elementNodes_.data() + first, nodes.size());
   ToDeckOrder(type, own);
   elements_.push_back({id, type, material, own});
-  if (elements_.size() == kBatchRows) FlushElements();
+  if (elements_.size() == kFrdBatchRows) FlushElements();
 }
 
-void Reader::FlushElements()
+void FrdFileReader::FlushElements()
 {
   if (!elements_.empty()) sink_.OnElements(elements_);
   elements_.clear();
   elementNodes_.clear();
 }
 
-void Reader::ReadDataset()
+void FrdFileReader::ReadDataset()
 {
   dataset_.line           = file_.Line();
   dataset_.value          = file_.GetDouble(13, 12);
@@ -503,7 +503,7 @@ void Reader::ReadDataset()
 }
 
 // Reads the ' -4' line and the ' -5' lines behind it.
-void Reader::ReadComponents()
+void FrdFileReader::ReadComponents()
 {
   constexpr const char* kName      = "the name of a data set, ' -4'";
   constexpr const char* kComponent = "a component, ' -5'";
@@ -531,14 +531,14 @@ void Reader::ReadComponents()
   if (dataset_.components.empty()) file_.Fail("expected at least one component with values, found none");
 }
 
-void Reader::FlushRows(std::int64_t line)
+void FrdFileReader::FlushRows(std::int64_t line)
 {
   if (!batch_.IsEmpty()) sink_.OnRows(dataset_, batch_.Ids(), batch_.Values(), line);
   batch_.Clear();
 }
 
 // Counts rows that nobody wants.
-std::size_t Reader::PassTextRows()
+std::size_t FrdFileReader::PassTextRows()
 {
   std::size_t found = 0;
   for (;;) {
@@ -553,10 +553,10 @@ std::size_t Reader::PassTextRows()
   return found;
 }
 
-std::size_t Reader::ReadTextRows(int count)
+std::size_t FrdFileReader::ReadTextRows(int count)
 {
   const std::size_t numValues = dataset_.components.size();
-  const std::size_t size      = kValueFirst - 1 + kValueWidth * std::min(kLineValues, numValues);
+  const std::size_t size      = kValueFirst - 1 + kFrdValueWidth * std::min(kLineValues, numValues);
   batch_.Start(numValues, count);
   std::int64_t line  = 0;
   std::size_t  found = 0;
@@ -565,7 +565,7 @@ std::size_t Reader::ReadTextRows(int count)
     if (!StartsWith(" -1")) break;
     CheckLineSize(size, "a row");
     if (batch_.IsEmpty()) line = file_.Line();
-    const int id = file_.GetInteger(kIdFirst, kIdWidth);
+    const int id = file_.GetInteger(kIdFirst, kFrdIdWidth);
     if (!IsNode(id)) file_.Fail("expected a node of the mesh, found node " + std::to_string(id));
     ReadTextValues(batch_.Next());
     batch_.Add(id);
@@ -576,7 +576,7 @@ std::size_t Reader::ReadTextRows(int count)
   return found;
 }
 
-void Reader::CheckBinaryRows(int count, Encoding encoding) const
+void FrdFileReader::CheckBinaryRows(int count, Encoding encoding) const
 {
   const std::size_t size = 4 + dataset_.components.size() * BytesOfValue(encoding);
   if (file_.Remaining() / size < static_cast<std::size_t>(count)) {
@@ -585,7 +585,7 @@ void Reader::CheckBinaryRows(int count, Encoding encoding) const
   }
 }
 
-void Reader::PassBinaryRows(int count, Encoding encoding)
+void FrdFileReader::PassBinaryRows(int count, Encoding encoding)
 {
   CheckBinaryRows(count, encoding);
   const std::size_t size = 4 + dataset_.components.size() * BytesOfValue(encoding);
@@ -595,7 +595,7 @@ void Reader::PassBinaryRows(int count, Encoding encoding)
   }
 }
 
-void Reader::ReadBinaryRows(int count, Encoding encoding)
+void FrdFileReader::ReadBinaryRows(int count, Encoding encoding)
 {
   CheckBinaryRows(count, encoding);
   const std::size_t numValues = dataset_.components.size();
@@ -621,7 +621,7 @@ void Reader::ReadBinaryRows(int count, Encoding encoding)
 
 void ReadFrd(std::istream& in, const std::string& name, FrdSink& sink, const ReadProgress& progress)
 {
-  Reader(in, name, sink, progress).Read();
+  FrdFileReader(in, name, sink, progress).Read();
 }
 
 void ReadFrd(const std::filesystem::path& path, FrdSink& sink, const ReadProgress& progress)

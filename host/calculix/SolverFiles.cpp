@@ -115,8 +115,8 @@ private:
 
   std::size_t LinesOfRow() const noexcept
   {
-    constexpr std::size_t kLineValues = 6;
-    return (field_.numValues + kLineValues - 1) / kLineValues;
+    constexpr std::size_t kValuesOfALine = 6;
+    return (field_.numValues + kValuesOfALine - 1) / kValuesOfALine;
   }
 
   ResultSink&              sink_;

@@ -9,11 +9,11 @@
 namespace quilon::calculix {
 namespace {
 
-constexpr std::size_t kRowSize = 71;
+constexpr std::size_t kStaRowSize = 71;
 
-StaRow ReadRow(const LineFile& file)
+StaRow ReadStaRow(const LineFile& file)
 {
-  file.ExpectWidth(kRowSize);
+  file.ExpectWidth(kStaRowSize);
   StaRow row;
   row.line      = file.Line();
   row.step      = file.GetInteger(2, 5);
@@ -38,7 +38,7 @@ std::vector<StaRow> ReadSta(std::istream& in, const std::string& name)
   file.ExpectTitles(
       {"SUMMARY OF JOB INFORMATION", "  STEP      INC     ATT  ITRS     TOT TIME     STEP TIME      INC TIME"});
   while (file.NextLine())
-    if (!WithoutTrailingBlanks(file.Text()).empty()) rows.push_back(ReadRow(file));
+    if (!WithoutTrailingBlanks(file.Text()).empty()) rows.push_back(ReadStaRow(file));
   return rows;
 }
 

@@ -118,14 +118,6 @@ Json MakeJson(const Overview& overview, const Options& options, std::uint64_t by
   return json;
 }
 
-/// Names between commas, cut where a reader has seen enough.
-std::string Enumerated(const std::vector<std::string>& names)
-{
-  std::string text;
-  for (std::size_t i = 0; i < names.size() && i < kMostNames; ++i) text += (i == 0 ? "" : ", ") + Printable(names[i]);
-  return names.size() > kMostNames ? text + ", ..." : text;
-}
-
 std::string PointText(const Mesh::Point& point)
 {
   return '(' + FormatRounded(point[0]) + ", " + FormatRounded(point[1]) + ", " + FormatRounded(point[2]) + ')';
@@ -237,11 +229,12 @@ void Print(Output& output, const Overview& overview, const Options& options, std
   add("nodes", std::to_string(overview.nodes));
   add("elements", std::to_string(numElements) + types);
   if (overview.box) add("box", PointText(overview.box->least) + " to " + PointText(overview.box->greatest));
-  if (!overview.materials.empty()) add("materials", Enumerated(overview.materials));
-  if (!overview.sets.empty()) add("sets", std::to_string(overview.sets.size()) + ": " + Enumerated(overview.sets));
+  if (!overview.materials.empty()) add("materials", Enumerated(overview.materials, kMostNames));
+  if (!overview.sets.empty())
+    add("sets", std::to_string(overview.sets.size()) + ": " + Enumerated(overview.sets, kMostNames));
   addList("steps", StepLines(overview));
   std::vector<std::string> tail;
-  if (!overview.groups.empty()) tail.push_back("of groups " + Enumerated(overview.groups));
+  if (!overview.groups.empty()) tail.push_back("of groups " + Enumerated(overview.groups, kMostNames));
   for (const SolverDeviation& deviation : overview.deviations)
     tail.push_back(deviation.kind + " within " + FormatRounded(deviation.deviation) +
                    " of the solver's, of the largest magnitude, in " + StepText(deviation.step));

@@ -16,8 +16,6 @@ namespace quilon::diff {
 
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
 constexpr std::string_view kSeparators = " \t,";
 
 std::vector<std::string_view> SplitTerms(std::string_view text)

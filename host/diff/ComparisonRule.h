@@ -4,6 +4,7 @@
 /// When two values of a result count as equal.
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,9 @@ enum class NanPolicy
   Different,  ///< different from everything
   Forbidden   ///< different from everything, and looked for where there is nothing to compare with, too
 };
+
+/// The distance of values that no tolerance makes equal.
+inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// What the rule `default` allows, as a fraction of the peak. The solver's results have six digits: a unit of the last
 /// is at most 1e-5 of the peak, and a rerun with another number of threads may turn it; ours derived from them may add

@@ -17,8 +17,6 @@ namespace quilon::diff {
 
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
 /// The worst differences of a block: the worst of each record, and of these the worst so many.
 class WorstList
 {

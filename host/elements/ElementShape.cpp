@@ -1,24 +1,15 @@
 #include "elements/ElementShape.h"
 
 #include <cassert>
-#include <utility>
 
 namespace quilon {
 
 namespace {
 
-using Edge  = std::pair<std::size_t, std::size_t>;
 using Point = std::array<double, 3>;
 
-constexpr std::array<Point, 8> kBrickCorners = {
-    {{-1, -1, -1}, {1, -1, -1}, {1, 1, -1}, {-1, 1, -1}, {-1, -1, 1}, {1, -1, 1}, {1, 1, 1}, {-1, 1, 1}}};
 constexpr std::array<Point, 6> kWedgeCorners = {{{0, 0, -1}, {1, 0, -1}, {0, 1, -1}, {0, 0, 1}, {1, 0, 1}, {0, 1, 1}}};
 constexpr std::array<Point, 4> kTetCorners   = {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-
-constexpr std::array<Edge, 12> kBrickEdges = {
-    {{0, 1}, {1, 2}, {2, 3}, {3, 0}, {4, 5}, {5, 6}, {6, 7}, {7, 4}, {0, 4}, {1, 5}, {2, 6}, {3, 7}}};
-constexpr std::array<Edge, 9> kWedgeEdges = {{{0, 1}, {1, 2}, {2, 0}, {3, 4}, {4, 5}, {5, 3}, {0, 3}, {1, 4}, {2, 5}}};
-constexpr std::array<Edge, 6> kTetEdges   = {{{0, 1}, {1, 2}, {2, 0}, {0, 3}, {1, 3}, {2, 3}}};
 
 /// Corner coordinates of tetrahedra and of the triangle of wedges: the last one is 1 less all others.
 template <std::size_t kCorners>
@@ -161,7 +152,8 @@ void EvaluateBrick20(const Point& local, double* values, double* derivatives)
 }
 
 template <std::size_t kCorners, std::size_t kEdges>
-Point PositionOf(const std::array<Point, kCorners>& corners, const std::array<Edge, kEdges>& edges, std::size_t node)
+Point PositionOf(const std::array<Point, kCorners>& corners, const std::array<ElementEdge, kEdges>& edges,
+                 std::size_t node)
 {
   if (node < kCorners) return corners[node];
   const auto& [a, b] = edges[node - kCorners];
@@ -198,7 +190,7 @@ std::optional<ElementShape> FindShape(int frdType) noexcept
   return kShapes[static_cast<std::size_t>(frdType) - 1];
 }
 
-std::span<const std::pair<std::size_t, std::size_t>> EdgesOf(ElementShape shape) noexcept
+std::span<const ElementEdge> EdgesOf(ElementShape shape) noexcept
 {
   switch (shape) {
     case ElementShape::Tet4:

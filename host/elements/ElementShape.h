@@ -7,7 +7,8 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <utility>
+
+#include "elements/ElementEdges.h"
 
 namespace quilon {
 
@@ -34,7 +35,7 @@ std::optional<ElementShape> FindShape(int frdType) noexcept;
 
 /// @return the two corners of each edge; in a quadratic shape its middle is node 8 and on of bricks, 6 and on of
 ///         wedges, 4 and on of tetrahedra, in the same order
-std::span<const std::pair<std::size_t, std::size_t>> EdgesOf(ElementShape shape) noexcept;
+std::span<const ElementEdge> EdgesOf(ElementShape shape) noexcept;
 
 /// @param local       coordinates in the element's own system
 /// @param values      receives shape [NumNodes()]

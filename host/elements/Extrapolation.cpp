@@ -9,8 +9,6 @@ namespace {
 
 constexpr std::size_t kNumComponents = 6;
 
-using Edge = std::pair<int, int>;
-
 constexpr double kOwn  = 2.549;
 constexpr double kEdge = -0.683;
 constexpr double kFace = 0.183;
@@ -41,13 +39,6 @@ constexpr std::array<double, 16> kTetWeights = {
 
 constexpr std::array<double, 8> kConstant = {1, 1, 1, 1, 1, 1, 1, 1};
 
-constexpr std::array<Edge, 12> kBrickEdges = {
-    {{0, 1}, {1, 2}, {2, 3}, {3, 0}, {4, 5}, {5, 6}, {6, 7}, {7, 4}, {0, 4}, {1, 5}, {2, 6}, {3, 7}}};
-
-constexpr std::array<Edge, 6> kTetEdges = {{{0, 1}, {1, 2}, {2, 0}, {0, 3}, {1, 3}, {2, 3}}};
-
-constexpr std::array<Edge, 9> kWedgeEdges = {{{0, 1}, {1, 2}, {2, 0}, {3, 4}, {4, 5}, {5, 3}, {0, 3}, {1, 4}, {2, 5}}};
-
 // Odd nodes and even nodes, not bottom and top: so it is in the solver. Test: AC3D6TakesEverySecondNodeForTheTop.
 constexpr std::array<double, 12> kLinearWedgeWeights = {
     1.1455,  -0.1455,  //
@@ -76,10 +67,6 @@ constexpr std::array<double, 54> MakeQuadraticWedgeWeights()
 
 constexpr std::array<double, 54> kQuadraticWedgeWeights = MakeQuadraticWedgeWeights();
 
-/// Corners of the brick [-1, 1]^3 in the deck's order.
-constexpr std::array<std::array<int, 3>, 8> kBrickCorners = {
-    {{-1, -1, -1}, {1, -1, -1}, {1, 1, -1}, {-1, 1, -1}, {-1, -1, 1}, {1, -1, 1}, {1, 1, 1}, {-1, 1, 1}}};
-
 /// Weights of a C3D20 by where a point lies as seen from the node: [directions in which it lies in the middle]
 /// [directions in which it lies on the other side], of the directions in which the node lies at an end.
 using PlaceWeights = std::array<std::array<double, 4>, 4>;
@@ -105,12 +92,10 @@ constexpr std::array<double, 540> MakeQuadraticBrickWeights()
       std::size_t         numMiddle = 0;
       std::size_t         numFar    = 0;
       for (std::size_t d = 0; d < 3; ++d) {
-        int place = n < 8 ? kBrickCorners[n][d] : 0;
+        int place = n < 8 ? static_cast<int>(kBrickCorners[n][d]) : 0;
         if (n >= 8) {
-          const Edge edge = kBrickEdges[n - 8];
-          place           = (kBrickCorners[static_cast<std::size_t>(edge.first)][d] +
-                   kBrickCorners[static_cast<std::size_t>(edge.second)][d]) /
-                  2;
+          const ElementEdge edge = kBrickEdges[n - 8];
+          place                  = static_cast<int>((kBrickCorners[edge.first][d] + kBrickCorners[edge.second][d]) / 2);
         }
         if (place == 0) {
           table = point[d] == 0 ? &kEdgeMiddleWeights : &kEdgeEndWeights;

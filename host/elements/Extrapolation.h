@@ -6,7 +6,8 @@
 #include <cstddef>
 #include <span>
 #include <string>
-#include <utility>
+
+#include "elements/ElementEdges.h"
 
 namespace quilon {
 
@@ -30,12 +31,12 @@ namespace quilon {
 /// go by its rule.
 struct ExtrapolationRule
 {
-  const char*                          name;         ///< element type as decks name it
-  int                                  frdType;      ///< type code of the .frd
-  std::size_t                          numPoints;    ///< integration points that a .dat prints
-  std::size_t                          numWeighted;  ///< nodes with weights: the corners, in a C3D20 all
-  std::span<const double>              weights;      ///< shape [numWeighted, numPoints]
-  std::span<const std::pair<int, int>> edges;        ///< corners of the other nodes, in the deck's node order
+  const char*                  name;         ///< element type as decks name it
+  int                          frdType;      ///< type code of the .frd
+  std::size_t                  numPoints;    ///< integration points that a .dat prints
+  std::size_t                  numWeighted;  ///< nodes with weights: the corners, in a C3D20 all
+  std::span<const double>      weights;      ///< shape [numWeighted, numPoints]
+  std::span<const ElementEdge> edges;        ///< corners of the other nodes, in the deck's node order
 
   std::size_t NumNodes() const noexcept { return numWeighted + edges.size(); }
 };

@@ -78,7 +78,7 @@ const std::vector<IntegrationRule>& Rules()
   const std::vector<std::array<double, 2>> corners{{sixth, sixth}, {4 * sixth, sixth}, {sixth, 4 * sixth}};
 
   // C3D8 before C3D8I: type code and number of points find the first.
-  static const std::vector<IntegrationRule> kRules = {
+  static const std::vector<IntegrationRule> kIntegrationRules = {
       MakeRule("C3D4", 3, ElementShape::Tet4, true, TetPoints(1)),
       MakeRule("C3D6", 2, ElementShape::Wedge6, true, WedgePoints(centre, 2)),
       MakeRule("C3D8", 1, ElementShape::Brick8, true, BrickPoints(2)),
@@ -88,7 +88,7 @@ const std::vector<IntegrationRule>& Rules()
       MakeRule("C3D20", 4, ElementShape::Brick20, true, BrickPoints(3)),
       MakeRule("C3D20R", 4, ElementShape::Brick20, true, BrickPoints(2)),
   };
-  return kRules;
+  return kIntegrationRules;
 }
 
 /// dx_i / dlocal_j at a point.

@@ -5,11 +5,12 @@
 #include <cmath>
 #include <limits>
 
+#include "elements/Vector.h"
+
 namespace quilon {
 
 namespace {
 
-using Vector = std::array<double, 3>;
 using Matrix = std::array<Vector, 3>;  // by row
 
 constexpr std::size_t kMostNodes = 20;
@@ -19,8 +20,6 @@ constexpr double kArrived = 1e-10;
 
 /// Near an edge that has collapsed to a node an iteration only halves its distance.
 constexpr int kMostSteps = 60;
-
-double Length(const Vector& a) { return std::hypot(a[0], a[1], a[2]); }
 
 bool IsQuadratic(ElementShape shape)
 {

@@ -7,28 +7,16 @@
 
 #include "elements/ElementShape.h"
 #include "elements/IntegrationRule.h"
+#include "elements/Vector.h"
 
 namespace quilon {
 
 namespace {
 
-using Vector = std::array<double, 3>;
-
 constexpr int kBrick8 = 1;
 
 /// Sine of an angle that is none: products of numbers with sixteen digits leave 1e-16.
 constexpr double kParallel = 1e-12;
-
-Vector Minus(const Vector& a, const Vector& b) { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
-
-double Dot(const Vector& a, const Vector& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
-
-Vector Cross(const Vector& a, const Vector& b)
-{
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-
-double Length(const Vector& a) { return std::hypot(a[0], a[1], a[2]); }
 
 /// @param least length below which the vector is rounding and nothing else
 /// @return whether the vector had a direction

@@ -26,12 +26,6 @@ namespace {
 
 constexpr std::size_t kNumComponents = 6;
 
-FED_DataDescriptor WithKind(FED_DataDescriptor descriptor, int onf)
-{
-  descriptor.SetInteger(FED_DataDescriptor::OnfId, onf);
-  return descriptor;
-}
-
 /// The block of the result's stresses in local systems, as the import keeps them.
 std::optional<FED_DataDescriptor> FindLocalStresses(const FED_Database& database, const FED_DataDescriptor& points)
 {
@@ -55,6 +49,12 @@ bool HasRepeated(std::span<const int> ids)
 }
 
 }  // namespace
+
+FED_DataDescriptor WithKind(FED_DataDescriptor descriptor, int onf)
+{
+  descriptor.SetInteger(FED_DataDescriptor::OnfId, onf);
+  return descriptor;
+}
 
 ElementForces::ElementForces(FED_Database& database, const ForceMesh& mesh, int iteration, std::string name)
     : database_(database), mesh_(mesh), name_(std::move(name)), lists_(iteration, OnfKind::ElementNodes)

@@ -20,6 +20,9 @@ class FED_DataBlock;
 
 namespace quilon {
 
+/// @return the descriptor of another kind at the same step
+FED_DataDescriptor WithKind(FED_DataDescriptor descriptor, int onf);
+
 struct IntegrationRule;
 
 /// Name of the user kind that keeps stresses in local systems.

@@ -146,7 +146,7 @@ FreeBody CalculateFreeBody(const FED_Database& database, const ForceMesh& mesh, 
   }
   ForEachForce(database, mesh, step, [&](std::size_t element, std::size_t node, const double* force) {
     if (!isInPart[element]) return;
-    const Vector arm = Difference(step.positions[node], about);
+    const Vector arm = Minus(step.positions[node], about);
     for (Resultant* resultant : {isShared[node] ? &body.cut : &body.other, &body.sum}) resultant->Add(arm, force);
   });
   return body;

@@ -101,12 +101,6 @@ void CheckNonlinearSteps(const ForceRequest& request, const std::vector<FED_Data
   }
 }
 
-FED_DataDescriptor WithKind(FED_DataDescriptor descriptor, int onf)
-{
-  descriptor.SetInteger(FED_DataDescriptor::OnfId, onf);
-  return descriptor;
-}
-
 int KindOf(const FED_DataDescriptor& descriptor) { return descriptor.GetInteger(FED_DataDescriptor::OnfId); }
 
 bool HoldsLocalStresses(const FED_Database& database, const FED_DataDescriptor& descriptor)

@@ -13,7 +13,7 @@ namespace quilon {
 
 namespace {
 
-constexpr std::size_t kNone = IdRadixMap<Vector>::npos;
+constexpr std::size_t kNowhere = IdRadixMap<Vector>::npos;
 // Of the model's size: deck coordinates are as exact as they were written, and no element is so thin.
 constexpr double kOnPlane = 1e-6;
 
@@ -33,7 +33,7 @@ public:
     high.fill(-std::numeric_limits<double>::infinity());
     distances_.reserve(step.positions.size());
     for (const Vector& position : step.positions) {
-      const Vector arm = Difference(position, plane.point);
+      const Vector arm = Minus(position, plane.point);
       distances_.push_back(arm[0] * normal_[0] + arm[1] * normal_[1] + arm[2] * normal_[2]);
       for (std::size_t k = 0; k < 3; ++k) {
         low[k]  = std::min(low[k], position[k]);
@@ -97,7 +97,7 @@ std::vector<bool> FindPassedElements(const ForceMesh& mesh, const CutPlane& plan
     bool hasBehind = false;
     for (const int nodeId : mesh.NodesOf(element)) {
       const std::size_t node = mesh.nodes.Find(nodeId);
-      if (node == kNone) continue;
+      if (node == kNowhere) continue;
       (sides.IsAhead(node) ? hasAhead : hasBehind) = true;
       least                                        = std::min(least, sides.Distance(node));
       greatest                                     = std::max(greatest, sides.Distance(node));
@@ -116,7 +116,7 @@ PlaneCut CalculatePlaneCut(const FED_Database& database, const ForceMesh& mesh, 
 {
   if (part) {
     for (const int id : *part)
-      if (mesh.elements.Find(id) == kNone) Fail(name + ": no element " + std::to_string(id) + " in the mesh");
+      if (mesh.elements.Find(id) == kNowhere) Fail(name + ": no element " + std::to_string(id) + " in the mesh");
   }
   const Sides             sides(mesh, step, plane);
   const std::vector<bool> isPassed = FindPassedElements(mesh, plane, sides, part);
@@ -138,7 +138,7 @@ PlaneCut CalculatePlaneCut(const FED_Database& database, const ForceMesh& mesh, 
   std::vector<bool> isCounted(step.positions.size(), false);
   ForEachForce(database, mesh, step, [&](std::size_t element, std::size_t node, const double* force) {
     if (!isPassed[element] || !sides.IsAhead(node)) return;
-    cut.resultant.Add(Difference(step.positions[node], plane.point), force);
+    cut.resultant.Add(Minus(step.positions[node], plane.point), force);
     if (!isCounted[node]) ++cut.resultant.numNodes;
     isCounted[node] = true;
   });

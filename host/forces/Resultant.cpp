@@ -15,8 +15,6 @@ void AddTo(Vector& sum, const double* term) noexcept
   for (std::size_t k = 0; k < 3; ++k) sum[k] += term[k];
 }
 
-Vector Difference(const Vector& a, const Vector& b) noexcept { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
-
 void Resultant::Add(const Vector& arm, const double* value) noexcept
 {
   AddTo(force, value);

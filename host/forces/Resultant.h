@@ -3,9 +3,10 @@
 /// @file
 /// Sums of element nodal forces.
 
-#include <array>
 #include <cstddef>
 #include <functional>
+
+#include "elements/Vector.h"
 
 class FED_Database;
 
@@ -13,8 +14,6 @@ namespace quilon {
 
 struct ForceMesh;
 struct ForceStep;
-
-using Vector = std::array<double, 3>;
 
 /// Force and moment at some nodes.
 struct Resultant
@@ -31,8 +30,6 @@ struct Resultant
 
 /// Adds a term of shape [3].
 void AddTo(Vector& sum, const double* term) noexcept;
-
-Vector Difference(const Vector& a, const Vector& b) noexcept;
 
 /// Visits the force of each node of each element that has forces, elements by ascending id.
 /// @param step  its block of forces is read, and the node lists (595)

@@ -22,12 +22,12 @@ namespace quilon {
 
 namespace {
 
-using Descriptors = std::set<FED_DataDescriptor>;
+using DescriptorSet = std::set<FED_DataDescriptor>;
 
-Descriptors DescriptorsOf(const FED_Database& database)
+DescriptorSet DescriptorsOf(const FED_Database& database)
 {
   const auto list = database.GetDataDescriptors(FED_DataDescriptorPattern());
-  return Descriptors(list.begin(), list.end());
+  return DescriptorSet(list.begin(), list.end());
 }
 
 /// Kinds whose blocks are added to those of another kind and then removed, and the kind that they are added to.
@@ -51,7 +51,7 @@ struct Changes
   }
 };
 
-Changes Compare(const Descriptors& before, const Descriptors& after)
+Changes Compare(const DescriptorSet& before, const DescriptorSet& after)
 {
   Changes changes;
   for (const FED_DataDescriptor& descriptor : after)
@@ -69,8 +69,8 @@ Changes Compare(const Descriptors& before, const Descriptors& after)
 /// Derives what is requested of all iterations. Blocks without records are not kept.
 Changes Derive(FED_Database& database, KindRequests& requests)
 {
-  const Descriptors before = DescriptorsOf(database);
-  std::set<int>     iterations;
+  const DescriptorSet before = DescriptorsOf(database);
+  std::set<int>       iterations;
   for (const FED_DataDescriptor& descriptor : before)
     iterations.insert(descriptor.GetInteger(FED_DataDescriptor::Iteration));
   for (const int iteration : iterations) {

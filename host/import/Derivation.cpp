@@ -16,6 +16,7 @@
 
 #include "FEM_PrincipalValue.h"
 #include "FEM_ResultUtil.h"
+#include "import/TensorKinds.h"
 #include "selection/Selection.h"
 
 namespace quilon {
@@ -28,8 +29,6 @@ constexpr std::array<std::pair<int, int>, 4> kPrincipalKinds = {
      {OnfKind::NodalStressPrincipal, OnfKind::NodalStress},
      {OnfKind::ElementStrainPrincipal, OnfKind::ElementStrain},
      {OnfKind::NodalStrainPrincipal, OnfKind::NodalStrain}}};
-
-constexpr std::size_t kNumComponents = 6;
 
 void DerivePrincipals(FED_Database& database, int iteration, int target, int source)
 {

@@ -17,6 +17,9 @@ namespace quilon {
 class ImportRecord
 {
 public:
+  /// A reason to skip rows that several readers have.
+  static constexpr const char* kNoKind = "rows that no user kind is left for";
+
   void Skip(const std::string& reason, std::size_t rows);
   void Notice(std::string text);
   void AddInclude(const std::filesystem::path& path);

@@ -22,8 +22,7 @@ namespace quilon {
 
 namespace {
 
-constexpr char kLocal[]  = "rows in local systems (kept, not averaged)";
-constexpr char kNoKind[] = "rows that no user kind is left for";
+constexpr char kLocal[] = "rows in local systems (kept, not averaged)";
 
 }  // namespace
 
@@ -118,7 +117,7 @@ void PointCollector::KeepLocalPoints()
 {
   if (!localView_) {
     const int onf = parts_.kinds.Find(UserElementList, name_ + " in local systems");
-    if (onf == 0) return parts_.record.Skip(kNoKind, element_.numPoints);
+    if (onf == 0) return parts_.record.Skip(ImportRecord::kNoKind, element_.numPoints);
     localView_ = std::make_unique<FED_IdDataBlock>(parts_.blocks.Block(key_, onf, 0),
                                                    parts_.blocks.GetDatabase().GetIdMapsPool(), true);
   }

@@ -43,7 +43,6 @@ constexpr char kNoMeshNodes[] = "rows of nodes that no mesh holds (kept)";
 constexpr char kLocalNodes[]  = "rows of nodes in local systems (kept apart)";
 constexpr char kRepeated[]    = "rows of blocks that repeat a time, a quantity and a set with other values";
 constexpr char kFaces[]       = "rows of element faces";
-constexpr char kNoKind[]      = "rows that no user kind is left for";
 
 /// @return a fingerprint of ids and values, bit by bit (FNV-1a)
 std::uint64_t PrintOf(std::span<const ResultRow> rows)
@@ -282,7 +281,7 @@ void ResultFile::OpenField(const ResultField& field)
     case FieldPlace::Total:
       break;
   }
-  if (!isRead_) Skip(isListed_ ? "data sets that no user kind is left for: " + field.name : kNoKind);
+  if (!isRead_) Skip(isListed_ ? "data sets that no user kind is left for: " + field.name : ImportRecord::kNoKind);
 }
 
 /// @param onf 0 when no user kind is left
@@ -400,7 +399,7 @@ void ResultFile::KeepLocalRow(const ResultField& field, const ResultRow& row)
 {
   if (!localView_) {
     const int onf = job_.kinds.Find(NodeHundred(row.values.size()), field.name + " in local systems");
-    if (onf == 0) return job_.record.Skip(kNoKind, 1);
+    if (onf == 0) return job_.record.Skip(ImportRecord::kNoKind, 1);
     localView_ =
         std::make_unique<FED_IdDataBlock>(job_.blocks.Block(*current_, onf, 0), database_.GetIdMapsPool(), true);
   }
@@ -412,7 +411,7 @@ void ResultFile::WriteTotals(const ResultField& field, const ResultRow& row)
   for (std::size_t k = 0; k < field.valueNames.size(); ++k) {
     const int history = job_.kinds.Find(UserHistory, field.valueNames[k]);
     if (history == 0) {
-      job_.record.Skip(kNoKind, 1);
+      job_.record.Skip(ImportRecord::kNoKind, 1);
     } else {
       job_.blocks.SetScalar(*current_, history, row.values[k]);
     }

@@ -13,6 +13,7 @@
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Case.h"
 #include "text/Failure.h"
+#include "text/Format.h"
 #include "text/Suggestion.h"
 
 namespace quilon {
@@ -332,13 +333,6 @@ void EstimateTensors(const double* tensors, std::span<double> estimates, std::sp
 }
 
 bool IsVariance(int onf) { return onf == OnfKind::NodalStressVariance || onf == OnfKind::NodalStrainVariance; }
-
-std::string Enumerated(const Names& names)
-{
-  std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
-  return text;
-}
 
 /// @return the component that a user wrote
 std::string ResolveName(std::string_view text, int onf)

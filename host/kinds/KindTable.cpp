@@ -14,6 +14,7 @@
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Case.h"
 #include "text/Failure.h"
+#include "text/Format.h"
 #include "text/Suggestion.h"
 
 namespace quilon {
@@ -25,15 +26,8 @@ bool BeginsWith(const std::string& text, const std::string& beginning)
   return text.compare(0, beginning.size(), beginning) == 0;
 }
 
-/// The names of several kinds for a message, cut where a reader has seen enough.
-std::string Enumerated(const std::vector<std::string>& names)
-{
-  constexpr std::size_t kEnough = 5;
-  std::string           text;
-  for (std::size_t i = 0; i < names.size() && i < kEnough; ++i) text += (i == 0 ? "" : ", ") + names[i];
-  if (names.size() > kEnough) text += ", ...";
-  return text;
-}
+/// Of several kinds that a beginning of a name may mean, a reader has seen enough with so many.
+constexpr std::size_t kMostKinds = 5;
 
 }  // namespace
 
@@ -107,7 +101,8 @@ int KindTable::Resolve(std::string_view text) const
     }
     if (names.size() == 1) return onf;
     if (names.size() > 1)
-      Fail("kind '" + std::string(text) + "' may be any of " + Enumerated(names) + ": write more of the name");
+      Fail("kind '" + std::string(text) + "' may be any of " + Enumerated(names, kMostKinds) +
+           ": write more of the name");
   }
   // The names that nobody gave still stand for their user kinds, but take no part in beginnings: there are a thousand.
   if (const std::optional<FED_OnfId> id = OnfCatalogue::FindIdByName(word)) return *id;

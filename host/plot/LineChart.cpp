@@ -84,10 +84,10 @@ struct Frame
   double Height() const { return bottom - top; }
 };
 
-class Drawing
+class ChartDrawing
 {
 public:
-  Drawing(const Chart& chart, PictureFormat format, const ChartStyle& style)
+  ChartDrawing(const Chart& chart, PictureFormat format, const ChartStyle& style)
       : chart_(chart),
         extents_(chart),
         canvas_(format, style.size, style.background),
@@ -233,7 +233,7 @@ Colour SeriesColour(std::size_t index)
 
 std::string DrawLineChart(const Chart& chart, PictureFormat format, const ChartStyle& style)
 {
-  return Drawing(chart, format, style).Run();
+  return ChartDrawing(chart, format, style).Run();
 }
 
 }  // namespace quilon

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "elements/Vector.h"
 #include "mesh/ElementTopology.h"
 
 namespace quilon {
@@ -34,23 +35,16 @@ PatchGrid::Weights SquareWeights(bool isCurved, double r, double s)
   return weights;
 }
 
-std::array<double, 3> Difference(const Mesh::Point& a, const Mesh::Point& b)
-{
-  return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-}
-
 /// @return of length 1; zeros of a face without an area
 std::array<double, 3> NormalOf(const Mesh& mesh, const Patch& patch)
 {
   const auto& points = mesh.Points();
   const auto  at     = [&](std::size_t corner) { return points[patch.nodes[corner]]; };
   // Of a face of four corners that of its diagonals.
-  const auto   a      = Difference(at(patch.corners == 3 ? 1 : 2), at(0));
-  const auto   b      = Difference(at(patch.corners == 3 ? 2 : 3), at(patch.corners == 3 ? 0 : 1));
-  const double x      = a[1] * b[2] - a[2] * b[1];
-  const double y      = a[2] * b[0] - a[0] * b[2];
-  const double z      = a[0] * b[1] - a[1] * b[0];
-  const double length = std::sqrt(x * x + y * y + z * z);
+  const auto a         = Minus(at(patch.corners == 3 ? 1 : 2), at(0));
+  const auto b         = Minus(at(patch.corners == 3 ? 2 : 3), at(patch.corners == 3 ? 0 : 1));
+  const auto [x, y, z] = Cross(a, b);
+  const double length  = std::sqrt(x * x + y * y + z * z);
   return length > 0.0 ? std::array<double, 3>{x / length, y / length, z / length} : std::array<double, 3>{};
 }
 

@@ -5,6 +5,7 @@
 #include <numbers>
 #include <vector>
 
+#include "elements/Vector.h"
 #include "text/Case.h"
 #include "text/Failure.h"
 #include "text/NumberList.h"
@@ -39,8 +40,6 @@ std::array<double, 2> SineCosine(double degrees)
   const double angle = turned * std::numbers::pi / 180.0;
   return {std::sin(angle), std::cos(angle)};
 }
-
-double Dot(const Point3& a, const Point3& b) noexcept { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
 
 }  // namespace
 

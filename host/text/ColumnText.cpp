@@ -131,6 +131,8 @@ bool ReadInteger(std::string_view column, int& value) noexcept
   return true;
 }
 
+std::string Quoted(std::string_view text) { return "'" + Shown(text) + "'"; }
+
 std::string Shown(std::string_view text)
 {
   constexpr std::size_t kMost = 40;

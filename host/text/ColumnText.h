@@ -31,6 +31,9 @@ bool ReadScientific(const char* column, double& value) noexcept;
 /// A piece of a file for a message: at most 40 characters, anything that is not printable ASCII shown as '?'.
 std::string Shown(std::string_view text);
 
+/// @return the same between apostrophes
+std::string Quoted(std::string_view text);
+
 /// @return text without blanks at its end
 std::string_view WithoutTrailingBlanks(std::string_view text) noexcept;
 

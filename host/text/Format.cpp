@@ -1,5 +1,6 @@
 #include "text/Format.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -124,6 +125,14 @@ std::string Printable(std::string_view text)
     text.remove_prefix(character.size);
   }
   return printable;
+}
+
+std::string Enumerated(std::span<const std::string> texts, std::size_t most)
+{
+  std::string enumerated;
+  for (const std::string& text : texts.first(std::min(most, texts.size())))
+    enumerated += (enumerated.empty() ? "" : ", ") + Printable(text);
+  return texts.size() > most ? enumerated + ", ..." : enumerated;
 }
 
 std::string_view Trimmed(std::string_view text)

@@ -4,7 +4,9 @@
 /// Values as text.
 
 #include <cstddef>
+#include <limits>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,6 +30,9 @@ std::string FormatIds(const std::set<int>& ids);
 
 /// @return the text with what drives a terminal or turns its writing round as "\n", "\x1b" or "\u202e"; see Format.cpp
 std::string Printable(std::string_view text);
+
+/// @return the texts, printable, with commas between them; behind the first `most` of more ", ..."
+std::string Enumerated(std::span<const std::string> texts, std::size_t most = std::numeric_limits<std::size_t>::max());
 
 /// @return the text without the blanks around it
 std::string_view Trimmed(std::string_view text);

@@ -31,13 +31,6 @@ fs::path EchoOf(const fs::path& path, const std::string& suffix)
   return NativePath(name.insert(static_cast<std::size_t>(extension - name.c_str()), WidePath("_" + suffix)));
 }
 
-fs::path CanonicalOf(const fs::path& path)
-{
-  std::error_code error;
-  fs::path        canonical = fs::weakly_canonical(fs::absolute(path), error);
-  return error ? fs::absolute(path) : canonical;
-}
-
 /// FNV-1a, to tell whether two copies of a file say the same.
 void AddTo(std::uint64_t& hash, std::string_view text)
 {

@@ -17,8 +17,6 @@ namespace {
 
 constexpr int kMostDegrees = 16;  // bits of DeckField::degrees
 
-std::string Quoted(std::string_view field) { return "'" + Shown(field) + "'"; }
-
 /// @return whether the reader of the model reads the numbers of the card's data
 bool IsReadByModel(const DeckKeyword& keyword, bool isInStep) noexcept
 {
@@ -65,14 +63,14 @@ struct Gradients
 Gradients GradientsOf(std::string_view name)
 {
   if (name == "C3D8R") {
-    constexpr std::size_t                            kNodes    = 8;
+    constexpr std::size_t                            kNumNodes = 8;
     static const std::array<double, std::size_t{24}> kAtCentre = [] {
-      std::array<double, kNodes>     values;
-      std::array<double, 3 * kNodes> derivatives;
+      std::array<double, kNumNodes>     values;
+      std::array<double, 3 * kNumNodes> derivatives;
       EvaluateShape(ElementShape::Brick8, {0.0, 0.0, 0.0}, values, derivatives);
       return derivatives;
     }();
-    return {kNodes, kAtCentre};
+    return {kNumNodes, kAtCentre};
   }
   const IntegrationRule* rule = FindIntegrationRule(name);
   return rule == nullptr ? Gradients() : Gradients{NumNodes(rule->shape), rule->derivatives};

@@ -25,8 +25,6 @@ bool BeginsLikeInteger(std::string_view field) noexcept
          (field.front() == '+' || field.front() == '-' || (field.front() >= '0' && field.front() <= '9'));
 }
 
-std::string Quoted(std::string_view field) { return "'" + Shown(field) + "'"; }
-
 std::string Position(const std::array<double, 3>& p)
 {
   return "(" + FormatNumber(p[0]) + ", " + FormatNumber(p[1]) + ", " + FormatNumber(p[2]) + ")";

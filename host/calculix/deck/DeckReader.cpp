@@ -54,13 +54,6 @@ bool IsUtf8(const fs::path& path)
   }
 }
 
-fs::path CanonicalOf(const fs::path& path)
-{
-  std::error_code error;
-  fs::path        canonical = fs::weakly_canonical(path, error);
-  return error ? fs::absolute(path) : canonical;
-}
-
 std::uint64_t SizeOf(const fs::path& path)
 {
   std::error_code     error;
@@ -81,6 +74,13 @@ void DeleteStreams(std::vector<std::ostream*>& streams)
 }
 
 }  // namespace
+
+fs::path CanonicalOf(const fs::path& path)
+{
+  std::error_code error;
+  fs::path        canonical = fs::weakly_canonical(fs::absolute(path), error);
+  return error ? fs::absolute(path) : canonical;
+}
 
 std::string DescribeDeckPlace(const std::vector<DeckFile>& files, const DeckPlace& place)
 {

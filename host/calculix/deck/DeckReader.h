@@ -27,6 +27,9 @@ struct DeckLine
 /// @return "PATH:LINE", the path as it was opened
 std::string DescribeDeckPlace(const std::vector<DeckFile>& files, const DeckPlace& place);
 
+/// @return the path without links, as far as it is there; absolute
+std::filesystem::path CanonicalOf(const std::filesystem::path& path);
+
 /// Finds the include statements of a deck, resolves and confines their paths and enters the files. What is made of the
 /// lines is up to the hooks, which derived readers override. For a deck with one include they come in this order:
 ///

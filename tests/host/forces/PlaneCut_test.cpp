@@ -195,7 +195,7 @@ TEST_F(PlaneCutOfTheCantilever, IsInEquilibriumWithWhatActsAhead)
     const FED_ConstIdDataBlock reactions(database_.GetConstDataBlock(ResultKey(511)), database_.GetIdMapsPool());
     Resultant                  expected;
     for (const auto& [id, position] : mesh_.nodes.Entries()) {
-      const Vector arm = Difference(position, plane.point);
+      const Vector arm = Minus(position, plane.point);
       if (arm[0] * normal[0] + arm[1] * normal[1] + arm[2] * normal[2] < 0) continue;
       Vector force;
       reactions.GetVector(id, force.data());
