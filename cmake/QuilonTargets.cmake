@@ -31,11 +31,9 @@ function(quilon_configure target)
                                              CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
-# The same for the library and the siblings, with QUILON_LIBRARY_OPTIONS.
-function(quilon_configure_library target)
-  quilon_configure(${target})
-  target_compile_options(${target} PRIVATE ${QUILON_LIBRARY_OPTIONS})
-endfunction()
+# What most sources include of the standard library.
+set(QUILON_STANDARD_HEADERS <algorithm> <array> <cmath> <cstdint> <filesystem> <functional> <map> <memory> <optional> <set>
+                            <span> <string> <string_view> <utility> <vector>)
 
 # Keeps instantiations of standard templates inside a shared library. Not with sanitizers, which count on one of each.
 function(quilon_hide_foreign target)
@@ -47,7 +45,7 @@ function(quilon_hide_foreign target)
 endfunction()
 
 # quilon_precompile(<target> <header>...)
-# Compiles headers of other projects once for the whole target, when QUILON_PRECOMPILE asks for it. Every source still
+# Compiles headers that are not ours once for the whole target, when QUILON_PRECOMPILE asks for it. Every source still
 # includes what it uses: a build without precompiled headers is part of the checks.
 function(quilon_precompile target)
   get_target_property(sources ${target} SOURCES)
@@ -55,6 +53,12 @@ function(quilon_precompile target)
   if(QUILON_PRECOMPILE AND count GREATER 2)
     target_precompile_headers(${target} PRIVATE ${ARGN})
   endif()
+endfunction()
+
+# The same for the library and the siblings, with QUILON_LIBRARY_OPTIONS.
+function(quilon_configure_library target)
+  quilon_configure(${target})
+  target_compile_options(${target} PRIVATE ${QUILON_LIBRARY_OPTIONS})
 endfunction()
 
 # quilon_add_sibling(<name> SOURCES ... [LOWER <sibling>...] [DEPENDS <library>...])
