@@ -59,8 +59,15 @@ Json DescribeComparison(const PageRequest& request, const PageSource& source)
     }
     worst.push_back(std::move(one));
   }
+  Json oneSided = Json::array();
+  for (const diff::OneSidedRow& row : report.oneSided)
+    oneSided.push_back({{"kind", row.name.kind},
+                        {"block", row.name.block},
+                        {"records", row.records},
+                        {"in", row.isSecond ? second : first}});
   return {{"titles", Json::array({first, second})},
           {"summary", report.Summarize()},
+          {"one-sided", std::move(oneSided)},
           {"worst", std::move(worst)},
           {"imports", DescribeImports(*request.comparison->second)}};
 }

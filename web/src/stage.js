@@ -211,6 +211,9 @@ export class Stage {
     this.worst = section('worst', 'Worst places', make('p', {}, compared.summary), ...(rows.length
       ? [table('Differences, the worst first', ['place', 'kind', 'component', 'step', ...compared.titles, 'apart',
           'times what is allowed'], rows)]
+      : []), ...(compared['one-sided'].length
+      ? [table('Blocks of one side alone', ['kind', 'block', 'records', 'in'],
+        compared['one-sided'].map((row) => [row.kind, row.block, row.records, row.in]))]
       : []));
   }
 

@@ -4,7 +4,7 @@
 
 import assert from 'node:assert/strict';
 import {execFileSync, spawn} from 'node:child_process';
-import {existsSync, mkdirSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
+import {cpSync, existsSync, mkdirSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
 import {get} from 'node:http';
 import {join, resolve} from 'node:path';
 import {after, before, test} from 'node:test';
@@ -311,8 +311,13 @@ test('a difference is shown beside its two sides', async () => {
   const path = join(folder, 'nodal-stress_it0_lc2_sub2_an1.onf');
   writeFileSync(path, readFileSync(path, 'utf8').replace(/^38 (\S+)/m, (_, xx) => `38 ${Number(xx) - 1e-5}`)
     .replace(/^29 (\S+)/m, (_, xx) => `29 ${Number(xx) + 3}`));
+  // A lacks what B has.
+  const lacking = join(out, 'lacking.fed');
+  rmSync(lacking, {recursive: true, force: true});
+  cpSync(hex20, lacking, {recursive: true});
+  run('prune', lacking, 'reaction@lc=1');
   const file = join(out, 'difference.html');
-  assert.throws(() => run('diff', hex20, folder, '--html', file), {status: 1});
+  assert.throws(() => run('diff', lacking, folder, '--html', file), {status: 1});
   const page = await open(browser, pathToFileURL(file).href, {width: 1400});
   assert.equal((await page.$$('.titles > div')).length, 3);
   const before = await picture(page);
@@ -324,7 +329,9 @@ test('a difference is shown beside its two sides', async () => {
   assertShown(told[0], first.get(29), 'A');
   assertShown(told[1], second.get(29), 'B');
   assertShown(told[2], 3, 'difference');
-  assert.ok((await textOf(page, '#worst')).startsWith('Worst places'));
+  const worst = await textOf(page, '#worst');
+  assert.ok(worst.startsWith('Worst places'));
+  assert.match(worst, /Blocks of one side alone.*reaction511@it=0,an=1,lc=1,sub=1\d+changed$/);
   // A small difference keeps its digits: it is no difference of rounded values.
   await page.evaluate(() => document.getElementById([...document.querySelectorAll('label')].find((of) => of.textContent === 'Go to node').htmlFor).select());
   await page.keyboard.type('38');

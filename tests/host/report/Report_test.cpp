@@ -118,6 +118,7 @@ TEST_F(ReportTest, ShowsWhatAComparisonFound)
   FED_ResultDatabase second;
   FillTwoBricks(second);
   SetValues(second, StepBlock(510, 2, 1), 12, {25, -24, 0});
+  SetValues(second, StepBlock(511, 1, 1), 3, {1, 2, 3});
   FED_ResultDatabase   difference;
   diff::CompareOptions options;
   options.difference         = &difference;
@@ -133,6 +134,8 @@ TEST_F(ReportTest, ShowsWhatAComparisonFound)
   EXPECT_THAT(header, HasSubstr(R"x("titles":["job.fed (A)","job.fed (B)"])x"));
   EXPECT_THAT(header, HasSubstr(R"x("first":"24","second":"25","distance":1.0,)x"));
   EXPECT_THAT(header, HasSubstr(R"x("field":"displacement","place":"node 12","position":2,"id":12})x"));
+  EXPECT_THAT(header, HasSubstr(R"x("one-sided":[{"kind":"reaction","block":"511@it=0,an=1,lc=1,sub=1","records":1,)x"
+                                R"x("in":"job.fed (B)"}])x"));
   EXPECT_THAT(header, Not(HasSubstr("balance")));
   // Eight blobs of the mesh, then three steps of A and of the difference: the last is that of step 3.
   const std::string displacement = R"x("blobs":[8,9,10],"differences":[11,12,13])x";
