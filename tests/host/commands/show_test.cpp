@@ -93,7 +93,7 @@ TEST_F(ShowCommand, IdThatIsNotThereIsAnError)
   const RunResult run = RunQuilon({"show", onf_, "stress", "--ids", "10,11"});
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "quilon: error: " + onf_ + ": no record 11 in the blocks of 'stress', expected one of 3 to 20\n");
+  EXPECT_EQ(run.err, "quilon: error: " + onf_ + ": no record 11 in the blocks of 'stress', expected one of 10 to 20\n");
 }
 
 TEST_F(ShowCommand, BrokenIdsAreAnError)
