@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cmath>
 #include <map>
 #include <memory>
@@ -17,9 +18,11 @@
 #include "answers/ComponentAxes.h"
 #include "answers/IterationAxes.h"
 #include "answers/Region.h"
+#include "database/StoredDatabase.h"
 #include "kinds/KindTable.h"
 #include "kinds/UserKindPool.h"
 #include "mesh/Mesh.h"
+#include "progress/Crew.h"
 #include "progress/Interrupt.h"
 #include "progress/Listener.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -40,10 +43,24 @@ constexpr std::array<Descriptor::ResultIndex, 5> kStepOrder = {
 
 using OnfKind::OnfOf;
 
+/// The envelope of some steps of a series.
+struct EnvelopePart
+{
+  EnvelopeField            field;
+  std::size_t              numWithoutAxes = 0;
+  std::vector<std::string> notes          = {};  ///< of the region
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, EnvelopePart& part)
+  {
+    parcel(part.field, part.numWithoutAxes, part.notes);
+  }
+};
+
 /// Offers all records of a block as the next step.
 /// @param region null: all
 void OfferBlock(const FED_Database& database, const Descriptor& descriptor, const RecordTurner& turner, Region* region,
-                EnvelopeSeries& series)
+                EnvelopePart& series)
 {
   const std::size_t numValues = series.field.GetComponents().front().NumValues();
   series.field.BeginStep();
@@ -66,13 +83,96 @@ void OfferBlock(const FED_Database& database, const Descriptor& descriptor, cons
   });
 }
 
-std::map<Descriptor, std::vector<Descriptor>> GroupBySeries(const std::vector<Descriptor>& blocks)
+using AllSeries = std::map<Descriptor, std::vector<Descriptor>>;
+
+AllSeries GroupBySeries(const std::vector<Descriptor>& blocks)
 {
-  std::map<Descriptor, std::vector<Descriptor>> series;
+  AllSeries series;
   for (const Descriptor& block : blocks) series[SeriesOf(block)].push_back(block);
   for (auto& [key, members] : series) std::sort(members.begin(), members.end(), ComesBefore);
   return series;
 }
+
+/// Some steps of a series, one after the other.
+struct StepRange
+{
+  const AllSeries::value_type* series;
+  std::size_t                  begin;
+  std::size_t                  end;
+
+  bool IsLast() const noexcept { return end == series->second.size(); }
+};
+
+/// @param parts that each series is divided into, as far as it has so many steps
+std::vector<StepRange> DivideSteps(const AllSeries& allSeries, std::size_t parts)
+{
+  std::vector<StepRange> ranges;
+  for (const auto& series : allSeries) {
+    const std::size_t steps = series.second.size();
+    const std::size_t count = std::min(parts, steps);
+    for (std::size_t i = 0; i < count; ++i) ranges.push_back({&series, i * steps / count, (i + 1) * steps / count});
+  }
+  return ranges;
+}
+
+/// Reads steps for envelopes, one thread its own.
+class StepReader
+{
+public:
+  /// @param region null: all
+  StepReader(const FED_Database& database, const EnvelopeRequest& request, Region* region)
+      : database_(database), request_(request), region_(region), axes_(database, request.axes, request.database)
+  {}
+
+  /// Whatever is wrong with what was asked is told before the work begins.
+  void Prepare(const AllSeries& allSeries)
+  {
+    for (const auto& [key, members] : allSeries) {
+      axes_.Add(key.GetInteger(Descriptor::Iteration));
+      ChosenComponents(request_.selection, OnfOf(key));
+      axes_.TurnerOf(key);
+    }
+  }
+
+  /// @param onBlock called before each block
+  EnvelopePart Read(const StepRange& steps, const std::function<void()>& onBlock) const
+  {
+    const auto& [key, members] = *steps.series;
+    const RecordTurner turner  = axes_.TurnerOf(key);
+    EnvelopePart       part{EnvelopeField(ChosenComponents(request_.selection, OnfOf(key)))};
+    for (std::size_t i = steps.begin; i < steps.end; ++i) {
+      ThrowIfInterrupted();
+      onBlock();
+      OfferBlock(database_, members[i], turner, region_, part);
+    }
+    if (region_ != nullptr) part.notes = region_->GetNotes();
+    return part;
+  }
+
+  const std::string& DescribeAxes() const noexcept { return axes_.Describe(); }
+
+private:
+  const FED_Database&    database_;
+  const EnvelopeRequest& request_;
+  Region*                region_;
+  IterationAxes          axes_;
+};
+
+/// One of another thread, with all that it reads.
+struct OwnStepReader
+{
+  OwnStepReader(std::unique_ptr<StoredDatabase> database, const EnvelopeRequest& request)
+      : stored(std::move(database)),
+        region(request.region == nullptr
+                   ? nullptr
+                   : std::make_unique<Region>(stored->Get(), request.region->GetOptions(), request.database)),
+        reader(stored->Get(), request, region.get())
+  {}
+
+  std::unique_ptr<StoredDatabase> stored;
+  std::unique_ptr<Region>         region;
+  StepReader                      reader;
+};
 
 /// @param report receives the kinds that have no envelope
 /// @throws FED_Failure when no block has one
@@ -223,6 +323,43 @@ std::vector<std::size_t> EnvelopeField::SortedRows() const
   const auto byId = [this](std::size_t a, std::size_t b) { return GetId(a) < GetId(b); };
   if (!std::is_sorted(rows.begin(), rows.end(), byId)) std::sort(rows.begin(), rows.end(), byId);
   return rows;
+}
+
+void EnvelopeField::Append(EnvelopeField&& later)
+{
+  const std::uint32_t before = numSteps_;
+  numSteps_ += later.numSteps_;
+  numNans_ += later.numNans_;
+  next_ = 0;
+  if (NumIds() == 0) {
+    rows_         = std::move(later.rows_);
+    least_        = std::move(later.least_);
+    greatest_     = std::move(later.greatest_);
+    leastStep_    = std::move(later.leastStep_);
+    greatestStep_ = std::move(later.greatestStep_);
+    if (before == 0) return;
+    for (auto* const steps : {&leastStep_, &greatestStep_})
+      for (std::uint32_t& step : *steps) step += step == kNoStep ? 0 : before;
+    return;
+  }
+  const std::size_t size = components_.size();
+  std::size_t       from = 0;
+  for (const auto& [id, count] : later.rows_.Entries()) {
+    const std::size_t row = FindRow(id);
+    rows_.At(row) += count;
+    for (std::size_t at = row * size; at < (row + 1) * size; ++at, ++from) {
+      // Where one has no number the other has none either.
+      if (later.leastStep_[from] == kNoStep) continue;
+      if (!(later.least_[from] >= least_[at])) {
+        least_[at]     = later.least_[from];
+        leastStep_[at] = before + later.leastStep_[from];
+      }
+      if (!(later.greatest_[from] <= greatest_[at])) {
+        greatest_[at]     = later.greatest_[from];
+        greatestStep_[at] = before + later.greatestStep_[from];
+      }
+    }
+  }
 }
 
 void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues)
@@ -428,36 +565,57 @@ bool ComesBefore(const FED_DataDescriptor& step, const FED_DataDescriptor& other
 
 EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                                   const EnvelopeRequest& request, Listener* listener,
-                                  const std::function<void(const EnvelopeSeries& series)>& take)
+                                  const std::function<void(const EnvelopeSeries& series)>& take, const Readers& readers)
 {
   EnvelopeReport                report;
   const std::vector<Descriptor> usable    = UsableBlocks(database, blocks, request, report);
-  const auto                    allSeries = GroupBySeries(usable);
-  // Whatever is wrong with what was asked is told before the work begins.
-  IterationAxes axes(database, request.axes, request.database);
-  for (const auto& [key, members] : allSeries) {
-    axes.Add(key.GetInteger(Descriptor::Iteration));
-    ChosenComponents(request.selection, OnfOf(key));
-    axes.TurnerOf(key);
-  }
-  report.axes = axes.Describe();
+  const AllSeries               allSeries = GroupBySeries(usable);
+  StepReader                    first(database, request, request.region);
+  first.Prepare(allSeries);
+  report.axes = first.DescribeAxes();
 
-  std::size_t done = 0;
-  bool        any  = false;
-  for (const auto& [key, members] : allSeries) {
-    const RecordTurner turner = axes.TurnerOf(key);
-    EnvelopeSeries     series{key, {}, {}, EnvelopeField(ChosenComponents(request.selection, OnfOf(key)))};
-    for (const Descriptor& block : members) {
-      ThrowIfInterrupted();
-      if (listener != nullptr) listener->Progress("envelope", done, usable.size(), "blocks");
-      ++done;
-      OfferBlock(database, block, turner, request.region, series);
-      series.steps.push_back(GetResultStep(block));
-    }
-    if (request.region != nullptr && series.field.NumIds() == 0) continue;
-    any = true;
-    take(series);
-  }
+  CrewOrSelf                   crew(readers.crew);
+  const std::vector<StepRange> ranges = DivideSteps(allSeries, crew.Get().GetSize());
+  std::atomic<std::size_t>     done   = 0;  // blocks
+  Plan<EnvelopePart>           plan;
+  plan.units      = ranges.size();
+  plan.state      = readers.state;
+  plan.ahead      = 0;  // fields are large
+  plan.makeWorker = [&](bool isFirst) -> Plan<EnvelopePart>::Worker {
+    if (isFirst)
+      return [&](std::size_t unit) {
+        return first.Read(ranges[unit], [&] {
+          if (listener != nullptr) listener->Progress("envelope", done, usable.size(), "blocks");
+          ++done;
+        });
+      };
+    auto stored = readers.open();
+    if (!stored) return {};
+    const auto own = std::make_shared<OwnStepReader>(std::move(stored), request);
+    own->reader.Prepare(allSeries);
+    return [&ranges, &done, own](std::size_t unit) { return own->reader.Read(ranges[unit], [&done] { ++done; }); };
+  };
+
+  bool                          any = false;
+  std::vector<std::string>      notes;
+  std::optional<EnvelopeSeries> series;
+  CarryOut(crew.Get(), std::move(plan), [&](std::size_t unit, EnvelopePart part) {
+    const StepRange& range     = ranges[unit];
+    const auto& [key, members] = *range.series;
+    if (!series)
+      series.emplace(EnvelopeSeries{key, {}, {}, EnvelopeField(ChosenComponents(request.selection, OnfOf(key)))});
+    series->field.Append(std::move(part.field));
+    series->numWithoutAxes += part.numWithoutAxes;
+    for (std::size_t i = range.begin; i < range.end; ++i) series->steps.push_back(GetResultStep(members[i]));
+    for (const std::string& note : part.notes)
+      if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
+    if (!range.IsLast()) return;
+    const bool isEmpty = request.region != nullptr && series->field.NumIds() == 0;
+    if (!isEmpty) take(*series);
+    any = any || !isEmpty;
+    series.reset();
+  });
+  if (request.region != nullptr) request.region->SetNotes(std::move(notes));
   if (!any && request.region != nullptr) request.region->FailEmpty(request.selectionText);
   return report;
 }

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "database/Readers.h"
 #include "IdRadixMap.h"
 #include "kinds/Component.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
@@ -47,6 +48,7 @@ public:
     std::uint32_t step  = kNoStep;  ///< number of the step that governs, from 0; none where no value was a number
   };
 
+  EnvelopeField() = default;
   /// @param components of one kind, at least one
   explicit EnvelopeField(std::vector<Component> components);
 
@@ -62,6 +64,9 @@ public:
   /// @param ids    shape [count]
   /// @param values shape [count, numValues], in stored order
   void OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues);
+
+  /// Takes what was offered to another field of the same components, in steps behind those here.
+  void Append(EnvelopeField&& later);
 
   const std::vector<Component>& GetComponents() const noexcept { return components_; }
   std::size_t                   NumSteps() const noexcept { return numSteps_; }
@@ -79,6 +84,26 @@ public:
   std::size_t NumNans() const noexcept { return numNans_; }
   /// @return ids that were offered in fewer than all steps
   std::size_t CountPartial() const;
+
+  /// The components stay those that each side has.
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, EnvelopeField& field)
+  {
+    std::vector<int>           ids;
+    std::vector<std::uint32_t> counts;
+    for (const auto& [id, count] : field.rows_.Entries()) {
+      ids.push_back(id);
+      counts.push_back(count);
+    }
+    parcel(ids, counts, field.least_, field.greatest_, field.leastStep_, field.greatestStep_, field.numSteps_,
+           field.numNans_);
+    if constexpr (Parcel::kReads) {
+      field.rows_.Clear();
+      field.next_ = 0;
+      for (std::size_t row = 0; row < ids.size(); ++row)
+        field.rows_.At(field.rows_.FindOrInsert(ids[row])) = counts[row];
+    }
+  }
 
 private:
   std::size_t FindRow(int id);
@@ -161,14 +186,16 @@ FED_DataDescriptor SeriesOf(const FED_DataDescriptor& block);
 /// @return whether a step comes before another: by iteration, analysis, load case, substep and increment
 bool ComesBefore(const FED_DataDescriptor& step, const FED_DataDescriptor& other);
 
-/// Goes through blocks, one after the other and each once, and hands out the envelope of each series. One series is in
-/// memory at a time.
+/// Goes through blocks, each once, and hands out the envelope of each series, one after the other. One series is in
+/// memory at a time; where readers share the steps of a series, a field for each.
 /// @param blocks   the selected descriptors
 /// @param listener borrowed, may be null
+/// @param readers  share the steps; what is handed out is the same for any
 /// @throws FED_Failure when none of the blocks has an envelope, and when nothing is in the region
 EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                                   const EnvelopeRequest& request, Listener* listener,
-                                  const std::function<void(const EnvelopeSeries& series)>& take);
+                                  const std::function<void(const EnvelopeSeries& series)>& take,
+                                  const Readers&                                           readers = {});
 
 /// Load cases of an envelope in a database.
 enum EnvelopeLoadCase : int

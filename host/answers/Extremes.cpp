@@ -23,8 +23,10 @@
 #include "database/Listing.h"
 #include "database/RecordRows.h"
 #include "database/StepTimes.h"
+#include "database/StoredDatabase.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
+#include "progress/Crew.h"
 #include "progress/Interrupt.h"
 #include "progress/Listener.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -54,10 +56,17 @@ struct Candidate
   }
 };
 
+template <typename Parcel>
+void Travel(Parcel& parcel, Candidate& candidate)
+{
+  parcel(candidate.badness, candidate.value, candidate.block, candidate.id, candidate.point);
+}
+
 /// The worst of what is offered, at most so many.
 class Ranking
 {
 public:
+  Ranking() = default;
   explicit Ranking(std::size_t head) : head_(head) {}
 
   /// Whether a value may change the ranking; most do not.
@@ -98,8 +107,25 @@ public:
   void        AddNan() noexcept { ++nans_; }
   std::size_t NumNans() const noexcept { return nans_; }
 
+  /// Takes what was offered to another one of the same size.
+  void Absorb(const Ranking& other)
+  {
+    nans_ += other.nans_;
+    if (other.worst_.empty()) return;
+    // What the other has dropped is at best as bad as its last one: it ties with the last one here or with none.
+    const double last = other.worst_.back().badness;
+    for (const Candidate& candidate : other.worst_) Offer(candidate);
+    if (worst_.back().badness == last) tiesOfLast_ += other.tiesOfLast_;
+  }
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, Ranking& ranking)
+  {
+    parcel(ranking.head_, ranking.worst_, ranking.tiesOfLast_, ranking.nans_);
+  }
+
 private:
-  std::size_t            head_;
+  std::size_t            head_ = 0;
   std::vector<Candidate> worst_;  // the worst first
   std::size_t            tiesOfLast_ = 0;
   std::size_t            nans_       = 0;
@@ -276,9 +302,45 @@ struct Batch
   const int*           points  = nullptr;  // null: records have one each
 };
 
+/// Of which values a ranking is: kind, component and number of the part.
+struct RankingKey
+{
+  std::string kind;
+  std::string component;
+  std::size_t part = 0;
+
+  bool operator<(const RankingKey& other) const
+  {
+    return std::tie(kind, component, part) < std::tie(other.kind, other.component, other.part);
+  }
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, RankingKey& key)
+  {
+    parcel(key.kind, key.component, key.part);
+  }
+};
+
+/// What was found in blocks.
+struct Findings
+{
+  std::map<RankingKey, Ranking> rankings;
+  std::size_t                   numWithoutAxes = 0;
+  std::size_t                   values         = 0;
+  bool                          hasComponents  = false;
+  std::vector<std::string>      notes          = {};  ///< of the region
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, Findings& findings)
+  {
+    parcel(findings.rankings, findings.numWithoutAxes, findings.values, findings.hasComponents, findings.notes);
+  }
+};
+
 class Search
 {
 public:
+  /// @param database, region not shared with another search
   Search(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks, const StepTimes& times,
          Region& region, const ExtremeRequest& request)
       : database_(database),
@@ -292,9 +354,70 @@ public:
   {
     // What is wrong with the axes is told before the work begins.
     for (const FED_DataDescriptor& block : blocks)
-      if (region.AppliesTo(block) && !ChosenOf(block).empty()) static_cast<void>(TurnerOf(block));
+      if (region.AppliesTo(block) && !ChosenOf(block).empty()) {
+        static_cast<void>(TurnerOf(block));
+        // Parts have their numbers before the first block is read: in every search of these blocks the same.
+        if (!parts_.IsByRecord())
+          static_cast<void>(parts_.PartOf(block));
+        else if (OnfKind::IsOfMesh(OnfKind::OnfOf(block)))
+          static_cast<void>(parts_.MembersOf(block));
+      }
   }
 
+  /// @return what is in the block alone
+  Findings Explore(std::size_t number)
+  {
+    if (region_.AppliesTo(blocks_[number])) ReadBlock(number);
+    found_.notes = region_.GetNotes();
+    return std::exchange(found_, {});
+  }
+
+  /// Takes what was found in a block, in their order.
+  void Absorb(const Findings& findings)
+  {
+    for (const auto& [key, ranking] : findings.rankings)
+      all_.rankings.try_emplace(key, request_.head).first->second.Absorb(ranking);
+    all_.numWithoutAxes += findings.numWithoutAxes;
+    all_.values += findings.values;
+    all_.hasComponents = all_.hasComponents || findings.hasComponents;
+    for (const std::string& note : findings.notes)
+      if (std::find(all_.notes.begin(), all_.notes.end(), note) == all_.notes.end()) all_.notes.push_back(note);
+  }
+
+  /// @return of all that was absorbed
+  ExtremeReport MakeReport()
+  {
+    region_.SetNotes(all_.notes);
+    if (!all_.hasComponents)
+      Fail("no block of '" + request_.selectionText + "' has components" +
+           (request_.per == ExtremeRequest::Group ? " and a group" : "") +
+           ", expected scalars, vectors or tensors of nodes, elements or histories");
+    ExtremeReport report;
+    report.values         = all_.values;
+    report.axes           = axes_.Describe();
+    report.numWithoutAxes = all_.numWithoutAxes;
+    std::vector<std::pair<Candidate, Extreme>> rows;
+    for (const auto& [key, ranking] : all_.rankings) {
+      report.nans += ranking.NumNans();
+      for (const Candidate& candidate : ranking.GetWorst()) {
+        Extreme extreme   = Describe(candidate);
+        extreme.component = key.component;
+        extreme.part      = parts_.GetName(key.part);
+        extreme.ties      = ranking.CountTies(candidate);
+        extreme.nans      = ranking.NumNans();
+        rows.emplace_back(candidate, std::move(extreme));
+      }
+    }
+    if (all_.values == 0 && !region_.IsEverything()) region_.FailEmpty(request_.selectionText);
+    if (all_.values == 0 && parts_.IsByRecord())
+      Fail("no record of '" + request_.selectionText + "' is in a " +
+           (request_.per == ExtremeRequest::Material ? "material" : "set") + ", expected a database that names them");
+    std::stable_sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.first.Precedes(b.first); });
+    for (auto& [candidate, extreme] : rows) report.rows.push_back(std::move(extreme));
+    return report;
+  }
+
+private:
   void ReadBlock(std::size_t number)
   {
     const FED_DataDescriptor&    descriptor = blocks_[number];
@@ -309,7 +432,7 @@ public:
       if (!OnfKind::IsOfMesh(OnfKind::OnfOf(descriptor))) return;
       members = &parts_.MembersOf(descriptor);
     }
-    hasComponents_                     = true;
+    found_.hasComponents               = true;
     const RecordTurner          turner = TurnerOf(descriptor);
     const FED_DataBlock&        block  = database_.GetConstDataBlock(descriptor);
     std::optional<RegionFilter> filter;
@@ -343,38 +466,6 @@ public:
       FED_ForEachSpan(block, read);
   }
 
-  ExtremeReport MakeReport()
-  {
-    if (!hasComponents_)
-      Fail("no block of '" + request_.selectionText + "' has components" +
-           (request_.per == ExtremeRequest::Group ? " and a group" : "") +
-           ", expected scalars, vectors or tensors of nodes, elements or histories");
-    ExtremeReport report;
-    report.values         = values_;
-    report.axes           = axes_.Describe();
-    report.numWithoutAxes = numWithoutAxes_;
-    std::vector<std::pair<Candidate, Extreme>> rows;
-    for (const auto& [key, ranking] : rankings_) {
-      report.nans += ranking.NumNans();
-      for (const Candidate& candidate : ranking.GetWorst()) {
-        Extreme extreme   = Describe(candidate);
-        extreme.component = std::get<1>(key);
-        extreme.part      = parts_.GetName(std::get<2>(key));
-        extreme.ties      = ranking.CountTies(candidate);
-        extreme.nans      = ranking.NumNans();
-        rows.emplace_back(candidate, std::move(extreme));
-      }
-    }
-    if (values_ == 0 && !region_.IsEverything()) region_.FailEmpty(request_.selectionText);
-    if (values_ == 0 && parts_.IsByRecord())
-      Fail("no record of '" + request_.selectionText + "' is in a " +
-           (request_.per == ExtremeRequest::Material ? "material" : "set") + ", expected a database that names them");
-    std::stable_sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.first.Precedes(b.first); });
-    for (auto& [candidate, extreme] : rows) report.rows.push_back(std::move(extreme));
-    return report;
-  }
-
-private:
   static constexpr std::size_t kMostAtOnce = 1024;  // values that stay near the processor
 
   struct Scan
@@ -408,7 +499,7 @@ private:
   /// Rankings stand in the order of kinds, as the components come, by part.
   Ranking& RankingOf(const FED_DataDescriptor& block, const Component& component, std::size_t part)
   {
-    return rankings_.try_emplace({kinds_.GetName(block), component.GetName(), part}, request_.head).first->second;
+    return found_.rankings.try_emplace({kinds_.GetName(block), component.GetName(), part}, request_.head).first->second;
   }
 
   double BadnessOf(double value) const noexcept
@@ -478,12 +569,12 @@ private:
     left_.resize(batch.count);
     std::iota(left_.begin(), left_.end(), 0U);
     if (scan.ranking != nullptr) {
-      values_ += batch.count;
+      found_.values += batch.count;
     } else {
       left_.erase(std::remove_if(left_.begin(), left_.end(),
                                  [&](std::uint32_t i) {
                                    const std::size_t numParts = scan.members->PartsOf(batch.ids[i]).size();
-                                   values_ += numParts;
+                                   found_.values += numParts;
                                    return numParts == 0;
                                  }),
                   left_.end());
@@ -571,7 +662,7 @@ private:
     gathered_.resize(gathered_.size() - scan.component.NumValues());
     gatheredIds_.pop_back();
     gatheredPoints_.pop_back();
-    if (scan.isFirst) ++numWithoutAxes_;
+    if (scan.isFirst) ++found_.numWithoutAxes;
   }
 
   void TakeGathered(const Scan& scan)
@@ -623,17 +714,15 @@ private:
     extreme.material = element.material == 0 ? "" : names_->MaterialOf(element.material);
   }
 
-  const FED_Database&                                                  database_;
-  const std::vector<FED_DataDescriptor>&                               blocks_;
-  const StepTimes&                                                     times_;
-  Region&                                                              region_;
-  const ExtremeRequest&                                                request_;
-  KindTable                                                            kinds_;
-  Parts                                                                parts_;
-  std::map<std::tuple<std::string, std::string, std::size_t>, Ranking> rankings_;  // by kind, component and part
-  std::optional<ModelNames>                                            names_;
-  IterationAxes                                                        axes_;
-  std::size_t                                                          numWithoutAxes_ = 0;
+  const FED_Database&                    database_;
+  const std::vector<FED_DataDescriptor>& blocks_;
+  const StepTimes&                       times_;
+  Region&                                region_;
+  const ExtremeRequest&                  request_;
+  KindTable                              kinds_;
+  Parts                                  parts_;
+  std::optional<ModelNames>              names_;
+  IterationAxes                          axes_;
   // Of the batch that is taken: positions that may change a ranking, and their limits where these differ.
   std::vector<std::uint32_t> left_;
   std::vector<double>        lows_;
@@ -642,22 +731,47 @@ private:
   std::vector<double> gathered_;
   std::vector<int>    gatheredIds_;
   std::vector<int>    gatheredPoints_;
-  std::size_t         values_        = 0;
-  bool                hasComponents_ = false;
+  Findings            found_;  // in the block that is read
+  Findings            all_;    // in what was absorbed
 };
 
 }  // namespace
 
 ExtremeReport FindExtremes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                           const StepTimes& times, Region& region, const ExtremeRequest& request, Listener* listener)
+                           const StepTimes& times, Region& region, const ExtremeRequest& request, Listener* listener,
+                           const Readers& readers)
 {
   if (request.head == 0) Fail("the number of worst values is 0, expected 1 or more");
-  Search search(database, blocks, times, region, request);
-  for (std::size_t i = 0; i < blocks.size(); ++i) {
-    if (listener != nullptr) listener->Progress("reading", i, blocks.size(), "blocks");
-    if (region.AppliesTo(blocks[i])) search.ReadBlock(i);
-  }
-  return search.MakeReport();
+  Search         first(database, blocks, times, region, request);
+  Plan<Findings> plan;
+  plan.units      = blocks.size();
+  plan.state      = readers.state;
+  plan.makeWorker = [&](bool isFirst) -> Plan<Findings>::Worker {
+    if (isFirst) return [&first](std::size_t block) { return first.Explore(block); };
+    struct Own
+    {
+      std::unique_ptr<StoredDatabase> stored;
+      Region                          region;
+      Search                          search;
+
+      Own(std::unique_ptr<StoredDatabase> database, const std::vector<FED_DataDescriptor>& blocks,
+          const StepTimes& times, const RegionOptions& options, const ExtremeRequest& request)
+          : stored(std::move(database)),
+            region(stored->Get(), options, request.database),
+            search(stored->Get(), blocks, times, region, request)
+      {}
+    };
+    auto stored = readers.open();
+    if (!stored) return {};
+    const auto own = std::make_shared<Own>(std::move(stored), blocks, times, region.GetOptions(), request);
+    return [own](std::size_t block) { return own->search.Explore(block); };
+  };
+  plan.onProgress = [&](std::size_t done) {
+    if (listener != nullptr) listener->Progress("reading", done, blocks.size(), "blocks");
+  };
+  CrewOrSelf crew(readers.crew);
+  CarryOut(crew.Get(), std::move(plan), [&first](std::size_t, const Findings& findings) { first.Absorb(findings); });
+  return first.MakeReport();
 }
 
 }  // namespace quilon

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "database/Readers.h"
 #include "mesh/Mesh.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 #include "selection/Selection.h"
@@ -77,13 +78,16 @@ struct ExtremeReport
   std::size_t numWithoutAxes = 0;
 };
 
-/// Goes through the blocks one after the other, each once, with memory for a chunk of one.
+/// Goes through the blocks, each once, with memory for a chunk of one for each reader.
 /// @param blocks   the selected ones. Those without components are left out; of kinds without a chosen component all
 ///                 stored ones are meant.
+/// @param region   its notes are of all blocks afterwards
 /// @param listener may be null
+/// @param readers  share the blocks; the answer is the same for any
 /// @throws FED_Failure when none of the blocks has components, when nothing is in the region, and for a part (a
 ///         material, a set, a group) that the database has not
 ExtremeReport FindExtremes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                           const StepTimes& times, Region& region, const ExtremeRequest& request, Listener* listener);
+                           const StepTimes& times, Region& region, const ExtremeRequest& request, Listener* listener,
+                           const Readers& readers = {});
 
 }  // namespace quilon

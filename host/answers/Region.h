@@ -9,6 +9,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mesh/Mesh.h"
@@ -98,6 +99,8 @@ public:
 
   /// What the user is to know of the filters that were made: which node is the nearest, and how near.
   const std::vector<std::string>& GetNotes() const noexcept { return notes_; }
+  /// Where others made filters of the same region, too: what is to be known of all.
+  void SetNotes(std::vector<std::string> notes) { notes_ = std::move(notes); }
 
   /// @return the mesh of an iteration, read once
   const Mesh& GetMesh(int iteration);

@@ -14,6 +14,7 @@ class App;
 namespace quilon {
 
 class Console;
+class Crew;
 class Output;
 
 /// What a running command may use.
@@ -21,6 +22,7 @@ struct CommandContext
 {
   Output&  output;
   Console& console;
+  Crew*    processes = nullptr;  ///< who shares the work, where processes do; borrowed, null: threads of this one
   /// The verdict of a command that compares or checks: ExitSuccess or ExitDifferent.
   int exitCode = 0;
 };

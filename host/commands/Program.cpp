@@ -22,6 +22,7 @@
 #include "commands/OptionWords.h"
 #include "database/MemoryLimit.h"
 #include "database/WatchedFiles.h"
+#include "progress/Crew.h"
 #include "progress/Interrupt.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "terminal/Console.h"
@@ -48,6 +49,9 @@ private:
   WatchedFiles   files_;
   FED_FileLayer* former_;
 };
+
+/// @return whether this process is the one that writes and reports
+bool Speaks(const Processes* processes) { return processes == nullptr || processes->crew.Leads(); }
 
 /// @return the arguments; "help deck check" asks for the help of a command as "deck check --help" does
 std::vector<const char*> Unfold(int argc, const char* const* argv)
@@ -139,7 +143,7 @@ bool AnswerOthers(const CLI::App& app, const std::vector<std::string>& arguments
 }
 
 /// @return the command's verdict
-int Run(int argc, const char* const* argv, Output& output, Console& console)
+int Run(int argc, const char* const* argv, Output& output, Console& console, const Processes* processes)
 {
   CommandLine line;
   CLI::App&   app = *line.app;
@@ -161,37 +165,63 @@ int Run(int argc, const char* const* argv, Output& output, Console& console)
   console.SetVerbosity(Console::kNotes + line.louder - line.quieter);
   output.SetColours(MayColour(StandardStream::Output) && !line.colourless);
   if (line.colourless) console.SetColours(false);
+  if (!Speaks(processes)) console.SetVerbosity(0);
   std::optional<MemoryLimit> limit;
   if (line.memory) limit.emplace(MemoryLimit::Parse(*line.memory));
-  CommandContext context{output, console, ExitSuccess};
+  CommandContext context{output, console, processes == nullptr ? nullptr : &processes->crew, ExitSuccess};
   line.works.at(app.get_subcommands().front())(context);
   output.Flush();
   return context.exitCode;
 }
 
-/// Runs the command line and reports what goes wrong, once there is something to report with.
-int RunReporting(int argc, const char* const* argv)
+/// Where processes that do not lead write to.
+class Nowhere
 {
-  Console                     console;
-  Output                      output;
+public:
+  Nowhere() : file_(std::fopen("/dev/null", "w"))
+  {
+    if (file_ == nullptr) Fail("/dev/null: cannot open");
+  }
+  Nowhere(const Nowhere&)            = delete;
+  Nowhere& operator=(const Nowhere&) = delete;
+  ~Nowhere() { static_cast<void>(std::fclose(file_)); }
+
+  std::FILE* Get() noexcept { return file_; }
+
+private:
+  std::FILE* file_;
+};
+
+/// Runs the command line and reports what goes wrong, once there is something to report with.
+int RunReporting(int argc, const char* const* argv, const Processes* processes)
+{
+  Console                console;
+  std::optional<Nowhere> nowhere;
+  Output                 output(Speaks(processes) ? stdout : nowhere.emplace().Get());
+  const auto             report = [&](const std::string& message) {
+    if (Speaks(processes))
+      console.Error(message);
+    else
+      processes->onFailure(message);
+  };
   const QuilonLog::ScopedSink log([&console](const QuilonLog::Line& line) { console.Log(line.type, line.text); });
   const InterruptibleOnfText  onfText;
   output.BeforeText([&console] { console.ClearProgress(); });
   try {
     const std::vector<const char*> arguments = Unfold(argc, argv);
-    return Run(static_cast<int>(arguments.size()), arguments.data(), output, console);
+    return Run(static_cast<int>(arguments.size()), arguments.data(), output, console, processes);
   } catch (const BrokenPipe&) {
     return ExitBrokenPipe;
   } catch (const Interrupted&) {
-    console.Error("interrupted");
+    report("interrupted");
     return ExitInterrupted;
   } catch (const std::bad_alloc&) {
-    console.Error("out of memory");
+    report("out of memory");
   } catch (const std::filesystem::filesystem_error& error) {
-    console.Error(error.path1().string() + ": " + error.code().message());
+    report(error.path1().string() + ": " + error.code().message());
   } catch (const std::exception& error) {
     // A call that the signal broke off, such as the opening of a pipe that nobody writes to, fails in other words.
-    console.Error(IsInterrupted() ? "interrupted" : error.what());
+    report(IsInterrupted() ? "interrupted" : error.what());
     if (IsInterrupted()) return ExitInterrupted;
   }
   return ExitTrouble;
@@ -199,11 +229,11 @@ int RunReporting(int argc, const char* const* argv)
 
 }  // namespace
 
-int RunProgram(int argc, const char* const* argv)
+int RunProgram(int argc, const char* const* argv, const Processes* processes)
 {
   WatchSignals();
   try {
-    return RunReporting(argc, argv);
+    return RunReporting(argc, argv, processes);
   } catch (const std::bad_alloc&) {
     // Before there is a console, or while it reports.
     std::fputs("quilon: error: out of memory\n", stderr);

@@ -1,4 +1,3 @@
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <utility>
@@ -25,7 +24,7 @@ namespace {
 struct Options
 {
   std::string database;
-  std::size_t jobs = 1;
+  JobsOption  jobs;
   bool        json = false;
 };
 
@@ -53,9 +52,10 @@ void PrintText(const Options& options, Output& output, const FED_DatabaseReport&
 
 void Run(const Options& options, CommandContext& context)
 {
+  CommandCrew              crew(options.jobs, context);
   const FED_DatabaseReport report =
       IsWorkingDatabaseName(options.database) || IsWorkingDatabase(options.database)
-          ? CheckWorkingDatabase(options.database, context.console, options.jobs)
+          ? CheckWorkingDatabase(options.database, context.console, &crew.Get())
           : CheckByReading(OpenedDatabase(options.database, context.console, OpenedDatabase::DeriveNothing).Get());
   if (options.json)
     PrintJson(context.output, ToJson(options, report));

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/JobsOption.h"
 #include "commands/SelectionOptions.h"
 #include "commands/WaitOption.h"
 #include "import/DatabaseDerivation.h"
@@ -24,8 +25,9 @@ struct Options
   std::string database;
   std::string output;
   std::string requests = "all";
-  double      wait     = 0;
-  bool        json     = false;
+  JobsOption  jobs;
+  double      wait = 0;
+  bool        json = false;
 };
 
 void Report(const Options& options, Output& output, const std::vector<DerivedBlock>& blocks)
@@ -45,9 +47,10 @@ void Report(const Options& options, Output& output, const std::vector<DerivedBlo
 
 void Run(const Options& options, CommandContext& context)
 {
+  CommandCrew        crew(options.jobs, context);
   const LockPatience patience = PatienceOf(options.wait, context.console);
   Report(options, context.output,
-         DeriveDatabase({options.database, options.output, options.requests, patience}, context.console));
+         DeriveDatabase({options.database, options.output, options.requests, patience, &crew.Get()}, context.console));
 }
 
 }  // namespace
@@ -62,6 +65,7 @@ CommandFunction DefineDerive(CLI::App& app)
   app.add_option("--request", options->requests,
                  "What to derive: kinds, the path of a request file, all or none (default: all)")
       ->type_name("KIND,...|FILE");
+  AddJobsOption(app, options->jobs);
   AddWaitOption(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(

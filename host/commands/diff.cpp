@@ -15,6 +15,7 @@
 #include "commands/Command.h"
 #include "commands/DiffPrinting.h"
 #include "commands/ExitCode.h"
+#include "commands/JobsOption.h"
 #include "commands/NumberOptions.h"
 #include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
@@ -69,6 +70,7 @@ struct Options
   bool                       learn = false;
   std::string                output;
   std::optional<std::string> factor;
+  JobsOption                 jobs;
   TableForm                  form;
 };
 
@@ -143,12 +145,13 @@ MatchOptions ReadMatch(const Options& options)
 class Databases
 {
 public:
-  Databases(const Options& options, Console& console)
+  /// @param crew borrowed
+  Databases(const Options& options, Crew& crew, Console& console)
   {
     for (const std::string& path : options.databases) {
       opened_.push_back(std::make_unique<OpenedDatabase>(path, console));
       if (options.region.IsEverything()) {
-        named_.push_back({opened_.back()->Get(), path});
+        named_.push_back({opened_.back()->Get(), path, opened_.back()->GetReaders(crew)});
         continue;
       }
       // What is compared is in memory: a region is mostly small.
@@ -156,7 +159,7 @@ public:
       copies_.push_back(std::make_unique<FED_ResultDatabase>());
       CopyRegion(opened_.back()->Get(), region, *copies_.back());
       TellNotes(region, console);
-      named_.push_back({*copies_.back(), path});
+      named_.push_back({*copies_.back(), path, {&crew}});
     }
   }
 
@@ -229,8 +232,9 @@ void RunComparison(const Options& options, CommandContext& context)
   const bool isPrinted = options.junit == kStandardOutput;
   if (isPrinted && options.form.json) Fail("--junit - and --json exclude each other, expected a file for one of them");
   if (!options.junit.empty() && !isPrinted) CheckFile(options.junit, options, "report");
+  CommandCrew                crew(options.jobs, context);
   std::optional<Publication> publication;
-  if (!options.output.empty()) {
+  if (!options.output.empty() && crew.Get().Leads()) {
     for (const std::string& path : options.databases) RequireAnother(options.output, path);
     compare.difference = &publication.emplace(options.output).Target();
   }
@@ -240,7 +244,7 @@ void RunComparison(const Options& options, CommandContext& context)
     CheckFile(options.html, options, "page");
     if (compare.difference == nullptr) compare.difference = &forPage;
   }
-  const Databases databases(options, context.console);
+  const Databases databases(options, crew.Get(), context.console);
   const Report    report = Compare(databases.Get()[0], databases.Get()[1], compare);
   if (!options.html.empty()) WritePage(options, databases, report, *compare.difference, context.console);
   if (publication) context.console.Note(options.output + ": " + Counted(publication->Publish(), "block") + " written");
@@ -266,7 +270,8 @@ void RunLearning(const Options& options, CommandContext& context)
 
   const bool isPrinted = options.output == kStandardOutput;
   if (!isPrinted) CheckFile(options.output, options, "rules");
-  const Databases databases(options, context.console);
+  CommandCrew     crew(options.jobs, context);
+  const Databases databases(options, crew.Get(), context.console);
   if (isPrinted) return context.output.Write(LearnRules(databases.Get(), learn));
   WriteFile(options.output, LearnRules(databases.Get(), learn));
   context.output.Write(options.output + ": rules learnt from " + Counted(databases.Get().size(), "run") + '\n');
@@ -370,6 +375,7 @@ CommandFunction DefineDiff(CLI::App& app)
   AddCountOption(app, "--max-blocks", options->maxBlocks, "How many blocks to report (10)");
   app.add_flag("--norms", options->norms, "Print the norms of equal blocks, too");
   app.add_flag("--brief", options->brief, "Print the summary alone");
+  AddJobsOption(app, options->jobs);
   AddTableOptions(app, options->form);
   app.add_option("--junit", options->junit, "Write a JUnit report, a test case for each block")->type_name("FILE");
   app.add_option("--html", options->html, "Write both and their difference as a page for a browser")->type_name("FILE");

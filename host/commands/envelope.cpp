@@ -12,6 +12,7 @@
 #include "commands/AxesOption.h"
 #include "commands/Command.h"
 #include "commands/EnvelopePrinting.h"
+#include "commands/JobsOption.h"
 #include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
@@ -36,14 +37,16 @@ struct Options
   RegionOptions    region;
   std::string      output;
   std::string      axes;
+  JobsOption       jobs;
   double           wait = 0;
   TableForm        form;
 };
 
 void Run(const Options& options, CommandContext& context)
 {
+  CommandCrew                crew(options.jobs, context);
   std::optional<Publication> publication;
-  if (!options.output.empty())
+  if (!options.output.empty() && crew.Get().Leads())
     publication.emplace(options.output, Publication::AnyDatabase, PatienceOf(options.wait, context.console));
   OpenedDatabase  database(options.database, context.console);
   const KindTable kinds(database.Get());
@@ -61,13 +64,15 @@ void Run(const Options& options, CommandContext& context)
   const bool      prints = !publication || options.form.json || options.form.csv || options.form.table;
   EnvelopePrinter printer(context.output, options.form, kinds);
   std::set<int>   iterations;
-  const auto      report =
-      CalculateEnvelopes(database.Get(), blocks, request, &context.console, [&](const EnvelopeSeries& series) {
+  const auto      report = CalculateEnvelopes(
+           database.Get(), blocks, request, &context.console,
+           [&](const EnvelopeSeries& series) {
         TellNotes(series, kinds, context.console);
         iterations.insert(series.key.GetInteger(FED_DataDescriptor::Iteration));
         if (publication) WriteEnvelope(series, kinds, publication->Target());
         if (prints) printer.Print(series);
-      });
+      },
+           database.GetReaders(crew.Get()));
   if (prints) printer.Finish();
   TellNotes(report, context.console);
   TellNotes(region, context.console);
@@ -90,6 +95,7 @@ CommandFunction DefineEnvelope(CLI::App& app)
   app.add_option("-o,--output", options->output, "Working database (.fed) or ONF folder to write the envelope to")
       ->type_name("OUT");
   AddAxesOption(app, options->axes);
+  AddJobsOption(app, options->jobs);
   AddWaitOption(app, options->wait);
   AddTableOptions(app, options->form);
   app.footer(

@@ -10,6 +10,7 @@
 #include "answers/Region.h"
 #include "commands/AxesOption.h"
 #include "commands/Command.h"
+#include "commands/JobsOption.h"
 #include "commands/NumberOptions.h"
 #include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
@@ -38,6 +39,7 @@ struct Options
   std::size_t      head      = 1;
   std::string      per;
   std::string      axes;
+  JobsOption       jobs;
   TableForm        form;
 };
 
@@ -111,6 +113,7 @@ void Run(const Options& options, CommandContext& context)
                      : options.magnitude ? ExtremeRequest::Magnitude
                                          : ExtremeRequest::Greatest;
   request.database = options.database;
+  CommandCrew     crew(options.jobs, context);
   OpenedDatabase  database(options.database, context.console);
   const KindTable kinds(database.Get());
   request.selection     = options.selection.Parse(kinds);
@@ -120,7 +123,8 @@ void Run(const Options& options, CommandContext& context)
   const auto      blocks = options.selection.Choose(database.Get(), request.selection, times, options.database);
   region.RequireIds(blocks, request.selectionText);
 
-  const ExtremeReport report = FindExtremes(database.Get(), blocks, times, region, request, &context.console);
+  const ExtremeReport report =
+      FindExtremes(database.Get(), blocks, times, region, request, &context.console, database.GetReaders(crew.Get()));
   context.console.ClearProgress();
   const Sheet sheet = MakeSheet(report, options, NameOfTimes(times, blocks, kinds).value_or("time"));
   if (options.form.json)
@@ -150,6 +154,7 @@ CommandFunction DefineMax(CLI::App& app)
   AddCountOption(app, "--head", options->head, "How many of each component and part (1)");
   app.add_option("--per", options->per, "The worst of each of these")->type_name("step|material|set|group");
   AddAxesOption(app, options->axes);
+  AddJobsOption(app, options->jobs);
   AddTableOptions(app, options->form);
   app.footer(
       "Prints the greatest value of each component that is selected, the worst first: where it is, when, and how many\n"

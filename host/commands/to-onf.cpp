@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/Command.h"
+#include "commands/JobsOption.h"
 #include "commands/SelectionOptions.h"
 #include "commands/WaitOption.h"
 #include "commands/WriteReport.h"
@@ -27,18 +28,21 @@ struct Options
   SelectionOptions selection;
   bool             mirror = false;
   bool             verify = false;
-  double           wait   = 0;
-  bool             json   = false;
+  JobsOption       jobs;
+  double           wait = 0;
+  bool             json = false;
 };
 
 void Run(const Options& options, CommandContext& context)
 {
+  CommandCrew     crew(options.jobs, context);
   Publication     publication(options.output, Publication::OnfFolder, PatienceOf(options.wait, context.console));
   OpenedDatabase  database(options.database, context.console);
   const Selection selection                     = options.selection.ParseBlocks(KindTable(database.Get()));
   const std::vector<FED_DataDescriptor> blocks  = database.RequireBlocks(selection, options.selection.ToString());
-  const std::size_t                     written = options.mirror ? publication.MirrorBlocks(database.Get(), blocks)
-                                                                 : publication.PublishBlocks(database.Get(), blocks);
+  const Readers                         readers = database.GetReaders(crew.Get());
+  const std::size_t written = options.mirror ? publication.MirrorBlocks(database.Get(), blocks, readers)
+                                             : publication.PublishBlocks(database.Get(), blocks, {}, readers);
   if (options.verify) {
     OpenedDatabase result(options.output, context.console);
     VerifyWritten(database.Get(), blocks, options.database, result.Get(), options.output);
@@ -58,6 +62,7 @@ CommandFunction DefineToOnf(CLI::App& app)
   AddStepsOption(app, options->selection);
   app.add_flag("--mirror", options->mirror, "Leave nothing else in OUT: other blocks of the folder go");
   app.add_flag("--verify", options->verify, "Read back what was written and compare every value");
+  AddJobsOption(app, options->jobs);
   AddWaitOption(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(

@@ -1,7 +1,6 @@
 #include "database/Maintenance.h"
 
 #include <algorithm>
-#include <atomic>
 #include <memory>
 #include <string>
 #include <utility>
@@ -13,12 +12,19 @@
 #include "database/FolderSize.h"
 #include "database/Publication.h"
 #include "kinds/KindTable.h"
-#include "progress/Jobs.h"
+#include "progress/Crew.h"
 #include "progress/Listener.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "selection/Selection.h"
 #include "text/Failure.h"
+
+template <typename Parcel>
+static void Travel(Parcel& parcel, FED_DatabaseReport& report)
+{
+  parcel(report.generation, report.segments, report.fileBytes, report.deadBytes, report.blocks, report.records,
+         report.extents, report.leftovers, report.findings);
+}
 
 namespace quilon {
 
@@ -36,7 +42,7 @@ WatchedFiles WatchedFilesOf(const fs::path& folder, const char* phase, Listener&
 
 }  // namespace
 
-FED_DatabaseReport CheckWorkingDatabase(const fs::path& path, Listener& listener, std::size_t jobs)
+FED_DatabaseReport CheckWorkingDatabase(const fs::path& path, Listener& listener, Crew* crew)
 {
   struct Inspection
   {
@@ -45,26 +51,24 @@ FED_DatabaseReport CheckWorkingDatabase(const fs::path& path, Listener& listener
 
     explicit Inspection(const fs::path& folder) : inspector(folder, &files) {}
   };
-  // All of one generation: when a writer comes between, those that are open by then do the work.
-  std::vector<std::unique_ptr<Inspection>> open;
-  open.push_back(std::make_unique<Inspection>(path));
-  const FED_DatabaseReport& frame = open.front()->inspector.GetFrame();
-  const std::size_t         parts = open.front()->inspector.CountParts();
-  while (open.size() < std::min(jobs, parts)) {
-    auto        next   = std::make_unique<Inspection>(path);
-    const auto& other  = next->inspector;
-    const bool  isSame = other.GetFrame().generation == frame.generation && other.CountParts() == parts;
-    if (!isSame) break;
-    open.push_back(std::move(next));
-  }
-  std::vector<FED_DatabaseReport> reports(parts);
-  std::atomic<std::size_t>        taken = 0;
-  const auto                      make  = [&]() -> Worker {
-    return [&reports, &own = open[taken++]->inspector](std::size_t part) { reports[part] = own.CheckPart(part); };
+  const auto               own    = std::make_shared<Inspection>(path);
+  FED_DatabaseReport       report = own->inspector.GetFrame();
+  const std::uint64_t      state  = report.generation;
+  const std::size_t        parts  = own->inspector.CountParts();
+  Plan<FED_DatabaseReport> plan;
+  plan.units      = parts;
+  plan.state      = std::to_string(state);
+  plan.makeWorker = [&](bool isFirst) -> Plan<FED_DatabaseReport>::Worker {
+    const auto inspection = isFirst ? own : std::make_shared<Inspection>(path);
+    // All of one generation: when a writer comes between, those that are open by then do the work.
+    const FED_DatabaseInspector& inspector = inspection->inspector;
+    if (inspector.GetFrame().generation != state || inspector.CountParts() != parts) return {};
+    return [inspection](std::size_t part) { return inspection->inspector.CheckPart(part); };
   };
-  ShareWork(open.size(), parts, make, [&](std::size_t done) { listener.Progress("checking", done, parts, "parts"); });
-  FED_DatabaseReport report = frame;
-  for (const FED_DatabaseReport& part : reports) FED_AddPart(part, report);
+  plan.onProgress = [&](std::size_t done) { listener.Progress("checking", done, parts, "parts"); };
+  CrewOrSelf workers(crew);
+  CarryOut(workers.Get(), std::move(plan),
+           [&report](std::size_t, const FED_DatabaseReport& part) { FED_AddPart(part, report); });
   return report;
 }
 

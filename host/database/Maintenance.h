@@ -17,13 +17,14 @@ class FED_Database;
 
 namespace quilon {
 
+class Crew;
 class Listener;
 class Selection;
 
 /// Reads and checks every byte of a working database (`.fed`).
-/// @param jobs threads; the report is the same for any number
+/// @param crew who does it, with the same report for any; borrowed, null: this thread alone
 /// @throws FED_Failure when the folder cannot be listed, Interrupted
-FED_DatabaseReport CheckWorkingDatabase(const std::filesystem::path& path, Listener& listener, std::size_t jobs = 1);
+FED_DatabaseReport CheckWorkingDatabase(const std::filesystem::path& path, Listener& listener, Crew* crew = nullptr);
 
 /// Reads all values of a database of any sort. What cannot be read is a finding.
 FED_DatabaseReport CheckByReading(const FED_Database& database);

@@ -36,6 +36,11 @@ MemoryLimit::~MemoryLimit() { allowed = former_; }
 
 std::size_t MemoryLimit::Get() noexcept { return allowed; }
 
+std::size_t MemoryLimit::GetShare(std::size_t databases) noexcept
+{
+  return allowed == FED_ResultDatabaseOptions::kUsualLimit ? allowed : allowed / databases;
+}
+
 std::size_t MemoryLimit::Parse(std::string_view text)
 {
   std::size_t number      = 0;

@@ -1,11 +1,14 @@
 #include "database/Publication.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include <bundled/FED_BlockCopy.h>
+#include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/FED_ResultDatabase.h>
 #include <bundled/NativePath.h>
 #include <bundled/StoreFile.h>
@@ -13,9 +16,11 @@
 #include "database/BlockSummary.h"
 #include "database/DatabaseFolder.h"
 #include "database/FreshDatabase.h"
+#include "database/StoredDatabase.h"
 #include "database/WatchedFiles.h"
 #include "kinds/KindTable.h"
 #include "kinds/UserKinds.h"
+#include "progress/Crew.h"
 #include "progress/Interrupt.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "text/Failure.h"
@@ -36,6 +41,68 @@ bool HasOnly(const fs::path& folder, const IsMeant& isMeant)
   RequireSuccess(files.List(folder, names), folder, "list");
   return std::all_of(names.begin(), names.end(), isMeant);
 }
+
+/// The texts of blocks, made by readers in slices of many records, one behind the other.
+class TextSlices
+{
+public:
+  TextSlices(const FED_Database& database, const std::vector<OnfTextExport::Block>& blocks, const Readers& readers)
+  {
+    for (const OnfTextExport::Block& block : blocks) {
+      const auto& columns = dynamic_cast<const FED_ColumnDataBlock&>(database.GetConstDataBlock(block.descriptor));
+      const std::size_t records = columns.GetRecordCount();
+      const std::size_t before  = slices_.size();
+      for (std::size_t first = 0; first < records; first += kRecords)
+        slices_.push_back({block.descriptor, first, std::min(kRecords, records - first)});
+      counts_.push_back(slices_.size() - before);
+    }
+    Plan<std::string> plan;
+    plan.units      = slices_.size();
+    plan.ahead      = 2 * readers.crew->GetSize();
+    plan.makeWorker = [this, &database, open = readers.open](bool isFirst) -> Plan<std::string>::Worker {
+      struct Own
+      {
+        std::unique_ptr<StoredDatabase> stored;
+        OnfTextExport::BlockTexts       texts;
+      };
+      std::unique_ptr<StoredDatabase> stored = isFirst ? nullptr : open();
+      if (!isFirst && !stored) return {};
+      const FED_Database& own    = isFirst ? database : stored->Get();
+      const auto          worker = std::shared_ptr<Own>(new Own{std::move(stored), OnfTextExport::BlockTexts(own)});
+      return [this, worker](std::size_t unit) {
+        ThrowIfInterrupted();
+        std::string text;
+        worker->texts.Write(slices_[unit].descriptor, slices_[unit].first, slices_[unit].count,
+                            [&text](std::string_view piece) { text += piece; });
+        return text;
+      };
+    };
+    texts_.emplace(*readers.crew, std::move(plan));
+  }
+  /// Hands out the text of a block; called for all of them in their order.
+  void Write(std::size_t block, const OnfTextExport::TextSink& append)
+  {
+    for (std::size_t i = 0; i < counts_[block]; ++i) append(texts_->Next());
+  }
+
+  TextSlices(const TextSlices&)            = delete;
+  TextSlices& operator=(const TextSlices&) = delete;
+  ~TextSlices()                            = default;
+
+private:
+  static constexpr std::size_t kRecords = std::size_t{1} << 15;  // some megabytes of text
+
+  struct Slice
+  {
+    FED_DataDescriptor descriptor;
+    std::size_t        first;
+    std::size_t        count;
+  };
+
+  std::vector<Slice>                  slices_;
+  std::vector<std::size_t>            counts_;  // of slices, by block
+  std::optional<Results<std::string>> texts_;
+};
 
 /// An empty file in a new working database until its first commit. Segments beside it have never been part of a
 /// database: whoever put it there was killed, or is still at work, which the lock tells.
@@ -114,7 +181,7 @@ std::size_t Publication::Publish(const FED_Database& database, const std::vector
 }
 
 std::size_t Publication::PublishBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                                       const std::vector<FED_DataDescriptor>& gone)
+                                       const std::vector<FED_DataDescriptor>& gone, const Readers& readers)
 {
   std::set<int> kinds;
   for (const FED_DataDescriptor& descriptor : blocks) {
@@ -122,7 +189,7 @@ std::size_t Publication::PublishBlocks(const FED_Database& database, const std::
     kinds.insert(GetQuantity(descriptor));
   }
   for (const int kind : kinds) CheckUserKindName(database, static_cast<FED_OnfId>(kind));
-  if (isOnf_) return PublishOnf(database, blocks, gone);
+  if (isOnf_) return PublishOnf(database, blocks, gone, OnfTextExport::OthersStay, readers);
   for (const FED_DataDescriptor& descriptor : blocks) {
     ThrowIfInterrupted();
     if (HasRecords(database.GetConstDataBlock(descriptor))) FED_CopyBlock(database, *fresh_, descriptor);
@@ -130,9 +197,10 @@ std::size_t Publication::PublishBlocks(const FED_Database& database, const std::
   return CommitTarget(gone);
 }
 
-std::size_t Publication::MirrorBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks)
+std::size_t Publication::MirrorBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
+                                      const Readers& readers)
 {
-  return PublishOnf(database, blocks, {}, OnfTextExport::OthersGo);
+  return PublishOnf(database, blocks, {}, OnfTextExport::OthersGo, readers);
 }
 
 void Publication::CheckFolder(Form form) const
@@ -181,17 +249,25 @@ void Publication::CheckUserKindName(const FED_Database& database, FED_OnfId onf)
 }
 
 std::size_t Publication::PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                                    const std::vector<FED_DataDescriptor>& gone, OnfTextExport::Others others)
+                                    const std::vector<FED_DataDescriptor>& gone, OnfTextExport::Others others,
+                                    const Readers& readers)
 {
   const std::set<FED_DataDescriptor> going(gone.begin(), gone.end());
   std::vector<OnfTextExport::Block>  written;
   for (const FED_DataDescriptor& descriptor : blocks)
     if (!going.contains(descriptor) && HasRecords(database.GetConstDataBlock(descriptor)))
       written.push_back({&database, descriptor});
-  const std::size_t count = written.size();
+  const std::size_t         count = written.size();
+  std::optional<TextSlices> slices;
+  if (readers.crew != nullptr) slices.emplace(database, written, readers);
   for (const FED_DataDescriptor& descriptor : going) written.push_back({nullptr, descriptor});
-  onf_->Publish(
-      written, [](std::size_t) { ThrowIfInterrupted(); }, others);
+  const auto onBlock = [](std::size_t) { ThrowIfInterrupted(); };
+  if (slices)
+    onf_->PublishTexts(
+        written, [&](std::size_t block, const OnfTextExport::TextSink& append) { slices->Write(block, append); },
+        onBlock, others);
+  else
+    onf_->Publish(written, onBlock, others);
   return count;
 }
 

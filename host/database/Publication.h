@@ -10,6 +10,7 @@
 
 #include <bundled/OnfTextExport.h>
 
+#include "database/Readers.h"
 #include "database/WatchedFiles.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
@@ -55,12 +56,14 @@ public:
   std::size_t Publish(const FED_Database& database, const std::vector<FED_DataDescriptor>& gone = {});
 
   /// Publishes these blocks of a database, likewise. They are not copied in memory.
+  /// @param readers of the database, share what is to be done for an ONF folder; what is written is the same for any
   std::size_t PublishBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
-                            const std::vector<FED_DataDescriptor>& gone = {});
+                            const std::vector<FED_DataDescriptor>& gone = {}, const Readers& readers = {});
 
   /// Publishes these blocks of a database in an ONF folder, likewise, and nothing else: other blocks go, and names of
   /// user kinds that they had.
-  std::size_t MirrorBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks);
+  std::size_t MirrorBlocks(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
+                           const Readers& readers = {});
 
 private:
   void        CheckFolder(Form form) const;
@@ -68,7 +71,7 @@ private:
   void        CheckUserKindName(const FED_Database& database, FED_OnfId onf) const;
   std::size_t PublishOnf(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                          const std::vector<FED_DataDescriptor>& gone,
-                         OnfTextExport::Others                  others = OnfTextExport::OthersStay);
+                         OnfTextExport::Others others = OnfTextExport::OthersStay, const Readers& readers = {});
   std::size_t CommitTarget(const std::vector<FED_DataDescriptor>& gone);
 
   std::filesystem::path                  folder_;

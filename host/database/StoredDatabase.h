@@ -3,8 +3,13 @@
 /// @file
 /// A database on disk, opened to read.
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <string>
+
+#include "database/MemoryLimit.h"
 
 class FED_Database;
 
@@ -17,9 +22,11 @@ class WatchedFiles;
 class StoredDatabase
 {
 public:
+  /// @param memoryLimit bytes of rows of a working database that stay in memory
   /// @return the database at the path; null where neither form of one stands
   /// @throws FED_Failure when the system does not tell what stands there, and for a database that cannot be opened
-  static std::unique_ptr<StoredDatabase> OpenIfThere(const std::filesystem::path& path);
+  static std::unique_ptr<StoredDatabase> OpenIfThere(const std::filesystem::path& path,
+                                                     std::size_t                  memoryLimit = MemoryLimit::Get());
 
   StoredDatabase(const StoredDatabase&)            = delete;
   StoredDatabase& operator=(const StoredDatabase&) = delete;
@@ -27,6 +34,16 @@ public:
 
   /// To read. What a folder holds is loaded as it is asked for.
   FED_Database& Get() noexcept { return *database_; }
+
+  /// @return what tells one state of a working database from another; empty for a folder of text
+  std::string GetState() const;
+
+  /// Opens the same state of the same database once more, for another thread.
+  /// @param path  that this one was opened by
+  /// @param share what part of the allowed memory this one gets: 1 of so many
+  /// @return null for a folder of text, whose record indices depend on what was read first, and where this state
+  ///         of the database is no longer there to be opened
+  std::unique_ptr<StoredDatabase> OpenAgain(const std::filesystem::path& path, std::size_t share) const;
 
 private:
   StoredDatabase() = default;

@@ -27,16 +27,17 @@ namespace {
 struct Participant
 {
   explicit Participant(const NamedDatabase& named)
-      : database(named.database), name(named.name), kinds(named.database), allKinds(kinds)
+      : database(named.database), name(named.name), kinds(named.database), allKinds(kinds), readers(named.readers)
   {}
 
-  ComparedDatabase GetCompared() const { return {database, blocks}; }
+  ComparedDatabase GetCompared() const { return {database, blocks, readers}; }
 
   const FED_Database&             database;
   std::string                     name;
   KindTable                       kinds;
   KindTable                       allKinds;  ///< with those that only the other databases name
   std::vector<FED_DataDescriptor> blocks;    ///< the selected ones
+  Readers                         readers;
 };
 
 /// @return the selection as its user wrote it

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "database/Readers.h"
 #include "diff/ComparisonRule.h"
 #include "diff/RecordMatching.h"
 #include "diff/Report.h"
@@ -26,7 +27,8 @@ namespace quilon::diff {
 struct NamedDatabase
 {
   const FED_Database& database;
-  std::string         name;  ///< for messages and the report
+  std::string         name;          ///< for messages and the report
+  Readers             readers = {};  ///< see ComparedDatabase
 };
 
 /// Which blocks take part, and what stands for what.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -12,9 +13,11 @@
 #include <bundled/OnfKinds.h>
 
 #include "database/BlockSummary.h"
+#include "database/StoredDatabase.h"
 #include "diff/BlendedBlock.h"
 #include "diff/DifferenceWriter.h"
 #include "kinds/KindTable.h"
+#include "progress/Crew.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "selection/Selection.h"
 
@@ -25,6 +28,20 @@ namespace {
 constexpr int kModes = 2;  // of the index Analysis
 
 constexpr const char* kImaginaryDisplacement = "DISPI";  // the name that the solver gives it
+
+/// What comparing one pair of blocks says.
+struct BlockVerdict
+{
+  BlockOutcome::Status status    = BlockOutcome::Same;
+  bool                 isNegated = false;
+  FieldOutcome         fields;
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, BlockVerdict& verdict)
+  {
+    parcel(verdict.status, verdict.isNegated, verdict.fields);
+  }
+};
 
 /// What identifies a block in either database: its indices, with the names of user kinds in place of their ONF ids. Of
 /// such an id the hundred stays: it says what the ids of the records number and what a record holds.
@@ -119,25 +136,40 @@ FED_DataDescriptor WithoutQuantity(FED_DataDescriptor descriptor)
 class Comparison
 {
 public:
+  /// Finds what stands for what. Nothing here is shared with other comparisons but what the terms borrow.
   Comparison(const ComparedDatabase& first, const ComparedDatabase& second, const ComparisonTerms& terms)
       : first_(first),
         second_(second),
         terms_(terms),
         matcher_(terms.matching, first.database.GetIdMapsPool(), second.database.GetIdMapsPool(), terms.mesh)
-  {}
-
-  DatabaseOutcome Run()
   {
     outcome_.ignoresMissing    = terms_.ignoresMissingInSecond;
     outcome_.ignoresAdditional = terms_.ignoresMissingInFirst;
     FindCounterparts();
-    const std::size_t total = outcome_.blocks.size();
-    for (std::size_t i = 0; i < total; ++i) {
-      if (terms_.progress) terms_.progress(i, total);
-      Compare(outcome_.blocks[i]);
-    }
-    return std::move(outcome_);
   }
+
+  std::size_t CountBlocks() const noexcept { return outcome_.blocks.size(); }
+
+  /// @return what a block or pair of blocks comes to; it does not become part of the outcome
+  BlockVerdict Judge(std::size_t number)
+  {
+    const BlockOutcome& outcome = outcome_.blocks[number];
+    BlockVerdict        verdict{outcome.status, false, {}};
+    Compare(outcome, verdict);
+    return verdict;
+  }
+
+  /// Takes what was judged here or in another comparison of the same databases, and writes the difference.
+  void Accept(std::size_t number, BlockVerdict verdict)
+  {
+    BlockOutcome& outcome = outcome_.blocks[number];
+    outcome.status        = verdict.status;
+    outcome.isNegated     = verdict.isNegated;
+    outcome.fields        = std::move(verdict.fields);
+    if (terms_.difference != nullptr) WriteDifference(outcome);
+  }
+
+  DatabaseOutcome Take() { return std::move(outcome_); }
 
 private:
   void FindCounterparts()
@@ -263,42 +295,72 @@ private:
     return first_.database.GetUserKindName(static_cast<FED_OnfId>(kind)).empty() ? kind : -kind;
   }
 
-  void Compare(BlockOutcome& outcome)
+  bool IsCompared(const BlockOutcome& outcome, const ComparisonRule& rule) const
+  {
+    return rule.form != ComparisonRule::Ignore && outcome.block != nullptr && outcome.secondBlock != nullptr;
+  }
+
+  void Compare(const BlockOutcome& outcome, BlockVerdict& verdict)
   {
     const ComparisonRule rule        = terms_.rules.Find(outcome.kind);
     const bool           isForbidden = rule.GetNanPolicy() == NanPolicy::Forbidden;
     const std::size_t    most        = terms_.info.maxDiffsPerBlock;
-    if (rule.form == ComparisonRule::Ignore || outcome.block == nullptr || outcome.secondBlock == nullptr) {
-      if (isForbidden) LookForNans(outcome, most);
+    if (!IsCompared(outcome, rule)) {
+      if (isForbidden) LookForNans(outcome, most, verdict.fields);
       if (rule.form == ComparisonRule::Ignore)
-        outcome.status = outcome.fields.differingValues == 0 ? BlockOutcome::Ignored : BlockOutcome::Different;
+        verdict.status = verdict.fields.differingValues == 0 ? BlockOutcome::Ignored : BlockOutcome::Different;
       return;
     }
-    std::optional<BlendedBlock> blended;
-    if (outcome.nextBlock != nullptr) blended.emplace(*outcome.secondBlock, *outcome.nextBlock, outcome.nextWeight);
-    const FED_DataBlock& second         = blended ? blended->Get() : *outcome.secondBlock;
-    const RecordPairs    pairs          = matcher_.Pair(*outcome.block, second);
-    const Transformation transformation = Transform(outcome, pairs, rule);
-    outcome.isNegated                   = transformation.sign != Transformation::AsIs;
-    const int  onf                      = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId);
-    const auto listPeriod               = static_cast<std::size_t>(OnfKind::ListPeriodOf(onf));
-    outcome.fields =
-        CompareFields(*outcome.block, second, pairs,
-                      {rule, terms_.info, transformation, rule.NeedsPeak() ? GetVectorPeak(outcome) : 0.0, listPeriod,
-                       terms_.allNorms, terms_.ignoresMissingInSecond, terms_.ignoresMissingInFirst});
-    outcome.status = outcome.fields.IsSame() ? BlockOutcome::Same : BlockOutcome::Different;
-    if (terms_.difference != nullptr) terms_.difference->Write(*outcome.block, second, pairs, transformation);
+    const PairedBlocks paired(*this, outcome, rule);
+    verdict.isNegated     = paired.transformation.sign != Transformation::AsIs;
+    const int  onf        = outcome.descriptor.GetInteger(FED_DataDescriptor::OnfId);
+    const auto listPeriod = static_cast<std::size_t>(OnfKind::ListPeriodOf(onf));
+    verdict.fields =
+        CompareFields(*outcome.block, paired.second, paired.pairs,
+                      {rule, terms_.info, paired.transformation, rule.NeedsPeak() ? GetVectorPeak(outcome) : 0.0,
+                       listPeriod, terms_.allNorms, terms_.ignoresMissingInSecond, terms_.ignoresMissingInFirst});
+    verdict.status = verdict.fields.IsSame() ? BlockOutcome::Same : BlockOutcome::Different;
   }
 
-  static void LookForNans(BlockOutcome& outcome, std::size_t most)
+  void WriteDifference(const BlockOutcome& outcome)
   {
-    if (outcome.block != nullptr) outcome.fields = FindNans(*outcome.block, false, most);
+    const ComparisonRule rule = terms_.rules.Find(outcome.kind);
+    if (!IsCompared(outcome, rule)) return;
+    const PairedBlocks paired(*this, outcome, rule);
+    terms_.difference->Write(*outcome.block, paired.second, paired.pairs, paired.transformation);
+  }
+
+  /// Two blocks that are compared, record by record.
+  struct PairedBlocks
+  {
+    PairedBlocks(Comparison& comparison, const BlockOutcome& outcome, const ComparisonRule& rule)
+        : blended(Blend(outcome)),
+          second(blended ? blended->Get() : *outcome.secondBlock),
+          pairs(comparison.matcher_.Pair(*outcome.block, second)),
+          transformation(comparison.Transform(outcome, pairs, rule))
+    {}
+
+    static std::unique_ptr<BlendedBlock> Blend(const BlockOutcome& outcome)
+    {
+      if (outcome.nextBlock == nullptr) return nullptr;
+      return std::make_unique<BlendedBlock>(*outcome.secondBlock, *outcome.nextBlock, outcome.nextWeight);
+    }
+
+    std::unique_ptr<BlendedBlock> blended;  // of what lies between two steps
+    const FED_DataBlock&          second;
+    RecordPairs                   pairs;
+    Transformation                transformation;
+  };
+
+  static void LookForNans(const BlockOutcome& outcome, std::size_t most, FieldOutcome& fields)
+  {
+    if (outcome.block != nullptr) fields = FindNans(*outcome.block, false, most);
     if (outcome.secondBlock == nullptr) return;
     FieldOutcome found = FindNans(*outcome.secondBlock, true, most);
-    found.worst.insert(found.worst.end(), outcome.fields.worst.begin(), outcome.fields.worst.end());
-    found.differingRecords += outcome.fields.differingRecords;
-    found.differingValues += outcome.fields.differingValues;
-    outcome.fields = std::move(found);
+    found.worst.insert(found.worst.end(), fields.worst.begin(), fields.worst.end());
+    found.differingRecords += fields.differingRecords;
+    found.differingValues += fields.differingValues;
+    fields = std::move(found);
   }
 
   Transformation Transform(const BlockOutcome& outcome, const RecordPairs& pairs, const ComparisonRule& rule)
@@ -400,7 +462,43 @@ bool DatabaseOutcome::IsSame() const noexcept
 DatabaseOutcome CompareDatabases(const ComparedDatabase& first, const ComparedDatabase& second,
                                  const ComparisonTerms& terms)
 {
-  return Comparison(first, second, terms).Run();
+  Comparison         comparison(first, second, terms);
+  Plan<BlockVerdict> plan;
+  plan.units      = comparison.CountBlocks();
+  plan.state      = first.readers.state + ' ' + second.readers.state;
+  plan.makeWorker = [&](bool isFirst) -> Plan<BlockVerdict>::Worker {
+    if (isFirst) return [&comparison](std::size_t number) { return comparison.Judge(number); };
+    if (!first.readers.open || !second.readers.open) return {};
+    struct Own
+    {
+      Own(std::unique_ptr<StoredDatabase> a, std::unique_ptr<StoredDatabase> b, const ComparedDatabase& as,
+          const ComparedDatabase& bs, const ComparisonTerms& terms)
+          : storedFirst(std::move(a)),
+            storedSecond(std::move(b)),
+            first{storedFirst->Get(), as.blocks},
+            second{storedSecond->Get(), bs.blocks},
+            comparison(first, second, terms)
+      {}
+
+      std::unique_ptr<StoredDatabase> storedFirst;
+      std::unique_ptr<StoredDatabase> storedSecond;
+      ComparedDatabase                first;
+      ComparedDatabase                second;
+      Comparison                      comparison;
+    };
+    auto storedFirst  = first.readers.open();
+    auto storedSecond = storedFirst ? second.readers.open() : nullptr;
+    if (!storedSecond) return {};
+    auto own = std::make_shared<Own>(std::move(storedFirst), std::move(storedSecond), first, second, terms);
+    return [own](std::size_t number) { return own->comparison.Judge(number); };
+  };
+  plan.onProgress = [&](std::size_t done) {
+    if (terms.progress) terms.progress(done, comparison.CountBlocks());
+  };
+  CrewOrSelf crew(first.readers.crew);
+  CarryOut(crew.Get(), std::move(plan),
+           [&](std::size_t number, BlockVerdict verdict) { comparison.Accept(number, std::move(verdict)); });
+  return comparison.Take();
 }
 
 ComparedDatabase WholeDatabase(const FED_Database& database)

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "database/Readers.h"
 #include "diff/FieldComparison.h"
 #include "diff/RecordMatching.h"
 #include "diff/RuleSet.h"
@@ -25,6 +26,8 @@ struct ComparedDatabase
 {
   const FED_Database&             database;
   std::vector<FED_DataDescriptor> blocks;  ///< those that take part
+  /// Share the blocks, where both databases have some; the crew is that of the first. The outcome is the same for any.
+  Readers readers = {};
 };
 
 struct ComparisonTerms

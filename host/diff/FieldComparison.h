@@ -28,6 +28,12 @@ struct FieldNorms
   double GetRelative() const noexcept;
 };
 
+template <typename Parcel>
+void Travel(Parcel& parcel, FieldNorms& norms)
+{
+  parcel(norms.values, norms.unmeasured, norms.peak, norms.largest, norms.sumSquares, norms.reference);
+}
+
 /// Which side holds a NaN.
 enum class NanSide
 {
@@ -44,6 +50,12 @@ struct PassedNan
   std::size_t component;
   NanSide     side;
 };
+
+template <typename Parcel>
+void Travel(Parcel& parcel, PassedNan& nan)
+{
+  parcel(nan.index, nan.field, nan.component, nan.side);
+}
 
 /// The worst difference of one record.
 struct ValueDifference
@@ -62,12 +74,25 @@ struct ValueDifference
   bool IsWorseThan(const ValueDifference& other) const noexcept;
 };
 
+template <typename Parcel>
+void Travel(Parcel& parcel, ValueDifference& difference)
+{
+  parcel(difference.index, difference.second, difference.field, difference.component, difference.excess,
+         difference.distance, difference.a, difference.b, difference.rule);
+}
+
 /// What differs in one component of all records.
 struct ComponentOutcome
 {
   std::size_t     differingValues = 0;
   ValueDifference worst;  ///< its field and component name the component
 };
+
+template <typename Parcel>
+void Travel(Parcel& parcel, ComponentOutcome& outcome)
+{
+  parcel(outcome.differingValues, outcome.worst);
+}
 
 /// The outcome for one pair of blocks.
 struct FieldOutcome
@@ -92,6 +117,14 @@ struct FieldOutcome
            (additionalRecords == 0 || ignoresAdditional);
   }
 };
+
+template <typename Parcel>
+void Travel(Parcel& parcel, FieldOutcome& outcome)
+{
+  parcel(outcome.records, outcome.differingRecords, outcome.missingRecords, outcome.additionalRecords,
+         outcome.differingValues, outcome.norms, outcome.ignoresMissing, outcome.ignoresAdditional, outcome.worst,
+         outcome.components, outcome.passedNans);
+}
 
 /// What one comparison of blocks goes by.
 struct FieldTerms

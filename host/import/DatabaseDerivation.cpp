@@ -9,10 +9,13 @@
 
 #include "database/BlockSummary.h"
 #include "database/DatabaseFolder.h"
+#include "database/MemoryLimit.h"
 #include "database/Publication.h"
+#include "database/StoredDatabase.h"
 #include "import/Derivation.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
+#include "progress/Crew.h"
 #include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "selection/KindRequests.h"
@@ -67,12 +70,13 @@ Changes Compare(const DescriptorSet& before, const DescriptorSet& after)
 }
 
 /// Derives what is requested of all iterations. Blocks without records are not kept.
-Changes Derive(FED_Database& database, KindRequests& requests)
+Changes Derive(FED_Database& database, KindRequests& requests, const TensorSource& source)
 {
   const DescriptorSet before = DescriptorsOf(database);
   std::set<int>       iterations;
   for (const FED_DataDescriptor& descriptor : before)
     iterations.insert(descriptor.GetInteger(FED_DataDescriptor::Iteration));
+  DerivePrincipals(database, requests, source);
   for (const int iteration : iterations) {
     ThrowIfInterrupted();
     DeriveResults(database, requests, iteration);
@@ -102,7 +106,12 @@ std::vector<DerivedBlock> DeriveInWorkingDatabase(const DerivationOptions& optio
   FED_ResultDatabase database(options.database, FED_ResultDatabase::ReadWrite, files.GetOptions());
   const KindTable    kinds(database);
   KindRequests       requests(options.requests, kinds);
-  const Changes      changes = Derive(database, requests);
+  // Nobody else writes: the state on the disk is the one that is open here.
+  const auto open = [&options, share = options.crew == nullptr ? 1 : options.crew->GetSize()] {
+    return StoredDatabase::OpenIfThere(options.database, MemoryLimit::GetShare(share));
+  };
+  const Changes changes =
+      Derive(database, requests, {nullptr, {options.crew, open, std::to_string(database.GetGeneration())}});
   if (!changes.IsEmpty()) database.Commit();
   return Report(changes, kinds);
 }
@@ -118,7 +127,9 @@ std::vector<DerivedBlock> DeriveInCopy(const DerivationOptions& options, Listene
   const std::vector<FED_DataDescriptor> all    = source.Get().GetDataDescriptors(FED_DataDescriptorPattern());
   FED_Database&                         target = publication.Target();
   source.CopyTo(target, all);
-  const Changes changes = Derive(target, requests);
+  Readers readers;
+  if (options.crew != nullptr) readers = source.GetReaders(*options.crew);
+  const Changes changes = Derive(target, requests, {&source.Get(), readers});
   if (!inPlace)
     publication.Publish();
   else if (!changes.IsEmpty())
@@ -126,10 +137,25 @@ std::vector<DerivedBlock> DeriveInCopy(const DerivationOptions& options, Listene
   return Report(changes, kinds);
 }
 
+/// Does what there is to do for the process that writes.
+void HelpToDerive(const DerivationOptions& options, Listener& listener)
+{
+  OpenedDatabase source(options.database, listener, OpenedDatabase::DeriveNothing);
+  // Ids of text get their indices as its blocks are read: all of them in one order, as in the process that copies them.
+  for (const FED_DataDescriptor& descriptor : source.Get().GetDataDescriptors(FED_DataDescriptorPattern()))
+    source.Get().GetConstDataBlock(descriptor);
+  KindRequests requests(options.requests, KindTable(source.Get()));
+  DerivePrincipals(source.Get(), requests, {&source.Get(), source.GetReaders(*options.crew)});
+}
+
 }  // namespace
 
 std::vector<DerivedBlock> DeriveDatabase(const DerivationOptions& options, Listener& listener)
 {
+  if (options.crew != nullptr && !options.crew->Leads()) {
+    HelpToDerive(options, listener);
+    return {};
+  }
   const bool inPlace = options.output.empty();
   if (inPlace && IsWorkingDatabaseFolder(options.database)) return DeriveInWorkingDatabase(options);
   if (inPlace && !IsOnfFolder(options.database))

@@ -12,6 +12,7 @@
 
 namespace quilon {
 
+class Crew;
 class Listener;
 
 struct DerivationOptions
@@ -20,6 +21,7 @@ struct DerivationOptions
   std::filesystem::path output;            ///< database for everything; empty: results are added to `database`
   std::string           requests = "all";  ///< as KindRequests reads it
   LockPatience          patience = {};
+  Crew*                 crew     = nullptr;  ///< who does it, with the same result for any; borrowed, null: this thread
 };
 
 struct DerivedBlock

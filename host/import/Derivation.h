@@ -3,6 +3,8 @@
 /// @file
 /// Results derived from tensors of any magnitude.
 
+#include "database/Readers.h"
+
 class FED_Database;
 class OnfResultRequestFile;
 
@@ -21,6 +23,18 @@ namespace quilon {
 /// @param tensor    xx, yy, zz, xy, yz, zx
 /// @param principal receives three values
 void CalculateScaledPrincipals(const double* tensor, double* principal);
+
+/// Another database with the tensors that results are derived from, and who reads it.
+struct TensorSource
+{
+  const FED_Database* database = nullptr;  ///< null: the one that results go to. Borrowed
+  Readers             readers  = {};       ///< those that cannot open the source leave the work to this thread
+};
+
+/// Derives the principal values of all iterations that are requested, as DeriveResults() does.
+/// @param database gets the results; it holds the tensors, too
+/// @param source   where tensors are read from; what is written is the same for any readers
+void DerivePrincipals(FED_Database& database, OnfResultRequestFile& requests, const TensorSource& source);
 
 /// Derives what is requested of an iteration: principal values (560 of 561, 520 of 521, 570 of 571, 530 of 531) from
 /// scaled tensors, then the rest by FEM_ResultUtil::CalculateAdditionalResults(). Blocks that exist are kept.

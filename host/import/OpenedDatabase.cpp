@@ -15,6 +15,7 @@
 #include "database/ScratchDatabase.h"
 #include "database/StoredDatabase.h"
 #include "import/ResultImport.h"
+#include "progress/Crew.h"
 #include "progress/Interrupt.h"
 #include "progress/Listener.h"
 #include "selection/KindRequests.h"
@@ -97,6 +98,14 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivat
 }
 
 OpenedDatabase::~OpenedDatabase() = default;
+
+Readers OpenedDatabase::GetReaders(Crew& crew) const
+{
+  const auto open = [this, share = crew.GetSize()]() -> std::unique_ptr<StoredDatabase> {
+    return stored_ ? stored_->OpenAgain(path_, share) : nullptr;
+  };
+  return {&crew, open, stored_ ? stored_->GetState() : std::string()};
+}
 
 std::unique_ptr<FED_ResultDatabase> OpenedDatabase::Copy(const std::vector<FED_DataDescriptor>& descriptors) const
 {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "database/Readers.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
 class FED_Database;
@@ -47,6 +48,10 @@ public:
 
   /// To read. What a folder holds is loaded as it is asked for.
   FED_Database& Get() noexcept { return *database_; }
+
+  /// @return who reads it when a crew does: of a working database each thread gets the same state, and what comes from
+  ///         text is read by this thread alone. Valid as long as this object and the crew.
+  Readers GetReaders(Crew& crew) const;
 
   /// A working copy in memory with the selected blocks and the names of user kinds; it may be changed freely.
   std::unique_ptr<FED_ResultDatabase> Copy(const std::vector<FED_DataDescriptor>& descriptors) const;

@@ -237,6 +237,11 @@ std::uint64_t FED_ResultDatabase::GetBlockPrint(const FED_DataDescriptor& descri
   return disk_->store.GetPrint(found->second.uid, FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind());
 }
 
+std::uint64_t FED_ResultDatabase::GetGeneration() const noexcept
+{
+  return disk_ == nullptr ? 0 : disk_->store.GetGeneration();
+}
+
 FED_DataBlock* FED_ResultDatabase::CreateDataBlock(const FED_DataDescriptor& descriptor, std::size_t firstSize,
                                                    std::size_t, const std::string&                   recordFormat)
 {

@@ -84,6 +84,7 @@ public:
   /// @return null when there is none
   const StoredBlock*                FindBlock(BlockUid uid) const noexcept;
   const std::map<int, std::string>& GetUserKindNames() const noexcept { return state_.GetNames(); }
+  std::uint64_t                     GetGeneration() const noexcept { return published_.manifest.generation; }
 
   /// @throws FED_Failure that names the folder when a reader asks, or where memory ran out in a way that stops all
   /// writing

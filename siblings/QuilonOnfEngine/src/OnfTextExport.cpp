@@ -1,6 +1,8 @@
 #include "bundled/OnfTextExport.h"
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <bundled/OnfKinds.h>
 
@@ -29,6 +31,38 @@ void AddNames(const OnfTextExport::Block& block, UserKindNames& names)
 
 }  // namespace
 
+struct OnfTextExport::BlockTexts::State
+{
+  explicit State(const FED_Database& ofBlocks)
+      : database(ofBlocks), out([this](std::string_view text) { (*append)(text); })
+  {}
+
+  const FED_Database&        database;
+  const FED_ColumnDataBlock* block = nullptr;
+  std::vector<RecordPlace>   places;  // of the block
+  const TextSink*            append = nullptr;
+  TextOutput                 out;
+};
+
+OnfTextExport::BlockTexts::BlockTexts(const FED_Database& database) : state_(std::make_unique<State>(database)) {}
+
+OnfTextExport::BlockTexts::~BlockTexts() = default;
+
+void OnfTextExport::BlockTexts::Write(const FED_DataDescriptor& descriptor, std::size_t first, std::size_t count,
+                                      const TextSink& append)
+{
+  const auto& block = dynamic_cast<const FED_ColumnDataBlock&>(state_->database.GetConstDataBlock(descriptor));
+  if (state_->block != &block) {
+    state_->block  = nullptr;  // stays so where the places are none
+    state_->places = SortedRecords(block, state_->database.GetIdMapsPool());
+    state_->block  = &block;
+  }
+  state_->append = &append;
+  state_->out.Clear();
+  WriteRecords(block, state_->places, first, count, state_->out);
+  state_->out.Flush();
+}
+
 class OnfTextExport::Writer::Implementation : public TextFolderWriter
 {
 public:
@@ -44,6 +78,13 @@ OnfTextExport::Writer::~Writer() = default;
 void OnfTextExport::Writer::Publish(const std::vector<Block>& blocks, const std::function<void(std::size_t)>& onBlock,
                                     Others others)
 {
+  PublishTexts(blocks, {}, onBlock, others);
+}
+
+void OnfTextExport::Writer::PublishTexts(const std::vector<Block>&                                blocks,
+                                         const std::function<void(std::size_t, const TextSink&)>& text,
+                                         const std::function<void(std::size_t)>& onBlock, Others others)
+{
   std::vector<NewBlock> newBlocks;
   UserKindNames         names;
   for (const Block& block : blocks) {
@@ -52,8 +93,9 @@ void OnfTextExport::Writer::Publish(const std::vector<Block>& blocks, const std:
       continue;
     }
     AddNames(block, names);
-    newBlocks.push_back({block.descriptor, [&block, position = newBlocks.size(), &onBlock](TextOutput& out) {
+    newBlocks.push_back({block.descriptor, [&block, position = newBlocks.size(), &onBlock, &text](TextOutput& out) {
                            if (onBlock) onBlock(position);
+                           if (text) return text(position, [&out](std::string_view piece) { out.Append(piece); });
                            const FED_DataBlock& source = block.database->GetConstDataBlock(block.descriptor);
                            WriteBlock(dynamic_cast<const FED_ColumnDataBlock&>(source), block.database->GetIdMapsPool(),
                                       out);

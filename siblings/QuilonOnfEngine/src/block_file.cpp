@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -49,33 +50,6 @@ const FED_OnfMetaData& GetInfo(const FED_DataDescriptor& descriptor)
 bool UsesIds(const FED_DataDescriptor& descriptor) { return OnfKind::HasIds(OnfKind::OnfOf(descriptor)); }
 
 bool IsBitSet(const FED_DataDescriptor& descriptor, std::size_t index) { return (descriptor.mask >> index & 1u) != 0; }
-
-/// A record's place in the file and in the block.
-struct RecordPlace
-{
-  int         key;  ///< id, or index for kinds without ids
-  std::size_t index;
-};
-
-std::vector<RecordPlace> SortedRecords(const FED_ColumnDataBlock& block, const FED_IdMapsPool& pool)
-{
-  const FED_DataDescriptor& descriptor = block.GetDescriptor();
-  const int                 kind       = GetInfo(descriptor).GetEntityKind();
-  const bool                usesIds    = UsesIds(descriptor);
-  std::vector<RecordPlace>  places;
-  places.reserve(block.GetRecordCount());
-  // Indices of the store are at most the greatest int.
-  for (const std::size_t index : block.GetIndices())
-    places.push_back({usesIds ? pool.GetId(kind, index) : static_cast<int>(index), index});
-  const auto byKey = [](const RecordPlace& a, const RecordPlace& b) { return a.key < b.key; };
-  if (!std::is_sorted(places.begin(), places.end(), byKey)) std::sort(places.begin(), places.end(), byKey);
-  // In kind 14 an index that no id maps to reads as itself and may meet the id of another record.
-  const auto twin = std::adjacent_find(places.begin(), places.end(),
-                                       [](const RecordPlace& a, const RecordPlace& b) { return a.key == b.key; });
-  if (twin != places.end())
-    throw FED_Failure(descriptor.ToString() + ": two records have the id " + std::to_string(twin->key), kTag);
-  return places;
-}
 
 void WriteHeader(const BlockHeader& header, TextOutput& out)
 {
@@ -163,7 +137,7 @@ void WriteField(const FED_ConstDataRecord& record, std::size_t field, TextOutput
 }
 
 /// A row of plain doubles passes through no scratch record.
-void WriteDoubleRecords(const FED_DataBlock& block, const std::vector<RecordPlace>& places, std::size_t count,
+void WriteDoubleRecords(const FED_DataBlock& block, std::span<const RecordPlace> places, std::size_t count,
                         TextOutput& out)
 {
   std::vector<double> values(count);
@@ -175,7 +149,7 @@ void WriteDoubleRecords(const FED_DataBlock& block, const std::vector<RecordPlac
   }
 }
 
-void WriteMixedRecords(const FED_DataBlock& block, const std::vector<RecordPlace>& places, std::size_t numFields,
+void WriteMixedRecords(const FED_DataBlock& block, std::span<const RecordPlace> places, std::size_t numFields,
                        TextOutput& out)
 {
   FED_ConstDataRecord* const scratch = block.CreateConstDataRecord();  // freed with the block if an exception passes
@@ -291,16 +265,43 @@ std::string GetBlockFileStem(const FED_DataDescriptor& descriptor)
   return stem;
 }
 
+std::vector<RecordPlace> SortedRecords(const FED_ColumnDataBlock& block, const FED_IdMapsPool& pool)
+{
+  const FED_DataDescriptor& descriptor = block.GetDescriptor();
+  const int                 kind       = GetInfo(descriptor).GetEntityKind();
+  const bool                usesIds    = UsesIds(descriptor);
+  std::vector<RecordPlace>  places;
+  places.reserve(block.GetRecordCount());
+  // Indices of the store are at most the greatest int.
+  for (const std::size_t index : block.GetIndices())
+    places.push_back({usesIds ? pool.GetId(kind, index) : static_cast<int>(index), index});
+  const auto byKey = [](const RecordPlace& a, const RecordPlace& b) { return a.key < b.key; };
+  if (!std::is_sorted(places.begin(), places.end(), byKey)) std::sort(places.begin(), places.end(), byKey);
+  // In kind 14 an index that no id maps to reads as itself and may meet the id of another record.
+  const auto twin = std::adjacent_find(places.begin(), places.end(),
+                                       [](const RecordPlace& a, const RecordPlace& b) { return a.key == b.key; });
+  if (twin != places.end())
+    throw FED_Failure(descriptor.ToString() + ": two records have the id " + std::to_string(twin->key), kTag);
+  return places;
+}
+
+void WriteRecords(const FED_ColumnDataBlock& block, const std::vector<RecordPlace>& places, std::size_t first,
+                  std::size_t count, TextOutput& out)
+{
+  const FED_RecordFormat& format     = block.GetRecordFormat();
+  const std::size_t       numDoubles = format.GetDoubleCount();
+  const auto              some       = std::span(places).subspan(first, count);
+  if (first == 0) WriteHeader({block.GetDescriptor(), format, UsesIds(block.GetDescriptor()), places.size()}, out);
+  if (numDoubles != 0)
+    WriteDoubleRecords(block, some, numDoubles, out);
+  else
+    WriteMixedRecords(block, some, format.GetTypes().size(), out);
+}
+
 void WriteBlock(const FED_ColumnDataBlock& block, const FED_IdMapsPool& pool, TextOutput& out)
 {
-  const std::vector<RecordPlace> places     = SortedRecords(block, pool);
-  const FED_RecordFormat&        format     = block.GetRecordFormat();
-  const std::size_t              numDoubles = format.GetDoubleCount();
-  WriteHeader({block.GetDescriptor(), format, UsesIds(block.GetDescriptor()), places.size()}, out);
-  if (numDoubles != 0)
-    WriteDoubleRecords(block, places, numDoubles, out);
-  else
-    WriteMixedRecords(block, places, format.GetTypes().size(), out);
+  const std::vector<RecordPlace> places = SortedRecords(block, pool);
+  WriteRecords(block, places, 0, places.size(), out);
 }
 
 BlockHeader ReadBlockHeader(TextCursor& in)

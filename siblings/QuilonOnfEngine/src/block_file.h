@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "bundled/FED_RecordFormat.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
@@ -27,6 +28,23 @@ struct BlockHeader
 /// The file name of a block, without the extension: the kind's name, then a tag for each index, such as
 /// "nodal-stress_it0_lc1_sub3_an1". Different descriptors of one catalogue have different names.
 std::string GetBlockFileStem(const FED_DataDescriptor& descriptor);
+
+/// A record and what stands in front of its line.
+struct RecordPlace
+{
+  int         key;  ///< id, or index for kinds without ids
+  std::size_t index;
+};
+
+/// @return the records of a block by ascending key
+/// @throws FED_Failure for two records of one id and for an index that no id has
+std::vector<RecordPlace> SortedRecords(const FED_ColumnDataBlock& block, const FED_IdMapsPool& pool);
+
+/// Writes some of a block's records, a line each; the header goes before the first one.
+/// @param places all of them, as SortedRecords() gives them
+/// @throws FED_Failure for a mask with more bits than indices
+void WriteRecords(const FED_ColumnDataBlock& block, const std::vector<RecordPlace>& places, std::size_t first,
+                  std::size_t count, TextOutput& out);
 
 /// Writes a block: header, then a line a record by ascending id, or index for kinds without ids.
 /// @throws FED_Failure for a mask with more bits than indices, for two records of one id and for an index that no id

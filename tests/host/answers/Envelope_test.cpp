@@ -4,12 +4,17 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "AnswerSupport.h"
 #include "HostileTensors.h"
 #include "kinds/KindTable.h"
+#include "progress/Parcel.h"
 #include "QuilonDbConnector/FED_DataDescriptorPattern.h"
 
 namespace {
@@ -66,6 +71,67 @@ TEST(EnvelopeField, OfEqualValuesTheEarlierStepGoverns)
   }
   ExpectExtreme(zeros.GetLeast(0, 0), 0, 0);
   ExpectExtreme(zeros.GetGreatest(0, 0), 0, 0);
+}
+
+/// What a field says of all its ids and components, the ids ascending.
+std::vector<std::vector<double>> SayAll(const EnvelopeField& field)
+{
+  std::vector<std::vector<double>> rows;
+  for (const std::size_t row : field.SortedRows())
+    for (std::size_t k = 0; k < field.GetComponents().size(); ++k) {
+      rows.push_back({static_cast<double>(field.GetId(row))});
+      for (const EnvelopeField::Extreme& extreme :
+           {field.GetLeast(row, k), field.GetGreatest(row, k), field.GetLargest(row, k)})
+      {
+        // A NaN equals nothing: its step tells of it.
+        rows.back().push_back(extreme.step == EnvelopeField::kNoStep ? 0 : extreme.value);
+        rows.back().push_back(extreme.step);
+      }
+    }
+  return rows;
+}
+
+/// Steps with ties, NaNs, ids in changing order and ids that some steps lack; a run of the generator for a number.
+void OfferSteps(EnvelopeField& field, unsigned begin, unsigned end)
+{
+  for (unsigned step = begin; step < end; ++step) {
+    std::mt19937 random(step);
+    field.BeginStep();
+    for (int i = 0; i < 60; ++i) {
+      const int    id   = step % 3 == 2 ? 200 - i : i;
+      const auto   draw = [&random]() { return random() % 7 == 0 ? kNaN : static_cast<double>(random() % 5) - 2.0; };
+      const double xx   = draw();
+      const double yy   = i < 4 ? kNaN : draw();
+      if (random() % 4 != 0) field.Offer(id, Tensor{xx, yy, 0, 0, 0, 0});
+    }
+  }
+}
+
+TEST(EnvelopeField, StepsThatAreAppendedAreAsIfTheyHadBeenOffered)
+{
+  constexpr unsigned kSteps = 9;
+  EnvelopeField      whole(StressComponents({"xx", "yy"}));
+  OfferSteps(whole, 0, kSteps);
+  for (const unsigned first : {0u, 1u, 4u, kSteps})
+    for (unsigned second = first; second <= kSteps; ++second) {
+      EnvelopeField field(StressComponents({"xx", "yy"}));
+      for (const auto& [begin, end] : {std::pair(0u, first), std::pair(first, second), std::pair(second, kSteps)}) {
+        EnvelopeField part(StressComponents({"xx", "yy"}));
+        OfferSteps(part, begin, end);
+        // As it comes from another process.
+        ParcelWriter writer;
+        writer(part);
+        const std::string bytes = writer.Take();
+        ParcelReader      reader(bytes);
+        EnvelopeField     received;
+        reader(received);
+        field.Append(second % 2 == 0 ? std::move(part) : std::move(received));
+      }
+      EXPECT_EQ(SayAll(field), SayAll(whole)) << first << ' ' << second;
+      EXPECT_EQ(field.NumSteps(), whole.NumSteps());
+      EXPECT_EQ(field.NumNans(), whole.NumNans());
+      EXPECT_EQ(field.CountPartial(), whole.CountPartial());
+    }
 }
 
 TEST(EnvelopeField, ANanNeverGovernsAndInfinitiesDo)

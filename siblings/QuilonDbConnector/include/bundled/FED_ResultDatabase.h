@@ -109,6 +109,10 @@ public:
   /// @throws FED_Failure where there is no such block on disk
   std::uint64_t GetBlockPrint(const FED_DataDescriptor& descriptor) const;
 
+  /// @return how many commits the database on disk had had when it was opened or last committed: two objects that tell
+  ///         the same are in one state. 0 for one in memory
+  std::uint64_t GetGeneration() const noexcept;
+
   /// @param firstSize    expected records
   /// @param secondSize   without effect
   /// @param recordFormat empty: the block has no format until its first record, or keeps the one it has. A block that

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "quilon_contract_export.h"
@@ -21,11 +22,39 @@ class FED_FileLayer;
 /// a database on disk may be larger than the memory.
 namespace OnfTextExport {
 
+/// Takes the next bytes of a text.
+using TextSink = std::function<void(std::string_view)>;
+
 /// A block of a database with blocks of columns (FED_ColumnDataBlock).
 struct Block
 {
   const FED_Database* database;  ///< borrowed; null: the folder's block of this key goes, if it has one
   FED_DataDescriptor  descriptor;
+};
+
+/// The texts of blocks in pieces. Whoever makes several pieces at once has an object for each thread, of databases of
+/// their own that are in one state.
+///
+/// Threads: one at a time.
+class QUILON_ONF_ENGINE_API BlockTexts
+{
+public:
+  /// @param database borrowed; not written meanwhile
+  explicit BlockTexts(const FED_Database& database);
+  BlockTexts(const BlockTexts&)            = delete;
+  BlockTexts& operator=(const BlockTexts&) = delete;
+  ~BlockTexts();
+
+  /// Makes the lines of `count` records from `first` on, which counts by ascending id; before record 0 stands the
+  /// header. All of them one behind the other are the text. What is known of a block is kept until another one is asked
+  /// for.
+  /// @param first, count within the block's records
+  /// @throws FED_Failure for two records of one id and for an index that no id has
+  void Write(const FED_DataDescriptor& descriptor, std::size_t first, std::size_t count, const TextSink& append);
+
+private:
+  struct State;
+  std::unique_ptr<State> state_;
 };
 
 /// What becomes of blocks of the folder that a publication does not bring.
@@ -56,6 +85,12 @@ public:
   ///         message says that only tidying up was left
   void Publish(const std::vector<Block>& blocks, const std::function<void(std::size_t)>& onBlock = {},
                Others others = OthersStay);
+
+  /// The same with texts that BlockTexts have made.
+  /// @param text hands out the text of the block of a position; called for each that has a database, in their order
+  void PublishTexts(const std::vector<Block>&                                                blocks,
+                    const std::function<void(std::size_t position, const TextSink& append)>& text,
+                    const std::function<void(std::size_t)>& onBlock = {}, Others others = OthersStay);
 
 private:
   class Implementation;
