@@ -6,7 +6,7 @@ if [[ ${1:-} == --help || ${1:-} == -h ]]; then
   exit 0
 fi
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-mapfile -t files < <(find contract include src siblings host python tests bench examples -name '*.h' -o -name '*.cpp' | sort)
+mapfile -t files < <(find contract include src siblings host mpi python tests bench examples -name '*.h' -o -name '*.cpp' | sort)
 if [[ ${1:-} == --fix ]]; then
   clang-format-14 -i "${files[@]}"
 else

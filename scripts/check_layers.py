@@ -6,6 +6,7 @@ usage: scripts/check_layers.py [ROOT]
     src, include  see  include, contract, src (src only)
     a sibling     sees contract, its own folder, include/ of lower siblings
     host          sees include, contract, the siblings' include/, and of host the rooms below (ROOMS)
+    mpi           sees what host sees, and its commands
     python        sees what host sees, without its commands and its terminal
     contract      sees contract
 
@@ -79,6 +80,8 @@ def allowed_folders(root, layer, sibling):
     if layer == "python":
         rooms = [root / "host" / room for room in ROOMS if room not in ("commands", "terminal")]
         return rooms + [root / "python" / "src", root / "include", contract] + [root / "siblings" / s / "include" for s in SIBLINGS]
+    if layer == "mpi":
+        return [root / "mpi", root / "host", root / "include", contract] + [root / "siblings" / s / "include" for s in SIBLINGS]
     if layer == "host":
         return [root / "host", root / "include", contract] + [root / "siblings" / s / "include" for s in SIBLINGS]
     raise ValueError(layer)
@@ -97,7 +100,7 @@ def check_file(root, path, layer, sibling):
         name = match.group(2)
         where = f"{path.relative_to(root)}:{number}"
         candidates = [path.parent / name] + [folder / name for folder in folders]
-        if layer in ("host", "python"):
+        if layer in ("host", "mpi", "python"):
             candidates.append(root / "host" / name)
         inside = [c.resolve() for c in candidates if c.is_file()]
         if inside:
@@ -181,7 +184,7 @@ def main():
         return 0
     root = Path(sys.argv[1] if len(sys.argv) > 1 else Path(__file__).parent.parent).resolve()
     wrong, files = [], 0
-    for layer in ("contract", "include", "src", "siblings", "host", "python"):
+    for layer in ("contract", "include", "src", "siblings", "host", "mpi", "python"):
         for path in sorted((root / layer).rglob("*")):
             if path.suffix in SOURCES and path.is_file():
                 sibling = path.relative_to(root / layer).parts[0] if layer in ("siblings", "host") else None
@@ -189,7 +192,7 @@ def main():
                 files += 1
     for sibling in SIBLINGS:
         wrong += find_circle(root, sibling)
-    program = [path for layer in ("host", "python") for path in sorted((root / layer).rglob("*"))]
+    program = [path for layer in ("host", "mpi", "python") for path in sorted((root / layer).rglob("*"))]
     wrong += find_namesakes(root, [path for path in program if path.suffix in SOURCES and path.is_file()])
     print("\n".join(wrong) if wrong else f"{files} files keep their layer")
     return 1 if wrong or files == 0 else 0

@@ -11,7 +11,16 @@
 
 namespace quilon {
 
-bool IsTerminal(StandardStream stream) { return isatty(static_cast<int>(stream)) == 1; }
+namespace {
+
+// Of the program, as its streams are.
+bool areDisregarded = false;
+
+}  // namespace
+
+void DisregardTerminals() noexcept { areDisregarded = true; }
+
+bool IsTerminal(StandardStream stream) { return !areDisregarded && isatty(static_cast<int>(stream)) == 1; }
 
 bool MayColour(StandardStream stream)
 {

@@ -12,6 +12,10 @@ enum class StandardStream : int
   Error  = 2
 };
 
+/// From now on nobody looks at the streams of this process. A launcher that collects what its processes write may give
+/// them a terminal whatever it does with the text.
+void DisregardTerminals() noexcept;
+
 /// @return whether people look at it
 bool IsTerminal(StandardStream stream);
 
