@@ -296,10 +296,7 @@ std::size_t EnvelopeField::FindRow(int id)
     greatest_.resize(end, std::numeric_limits<double>::quiet_NaN());
     leastStep_.resize(end, kNoStep);
     greatestStep_.resize(end, kNoStep);
-    for (Estimates* const estimates : {&leastEstimates_, &greatestEstimates_}) {
-      estimates->errors.resize(numSlots_ * NumIds());
-      estimates->tensors.resize(numSlots_ * NumIds());
-    }
+    SizeEstimates();
   }
   return row;
 }
@@ -337,11 +334,17 @@ void EnvelopeField::Append(EnvelopeField&& later)
     greatest_     = std::move(later.greatest_);
     leastStep_    = std::move(later.leastStep_);
     greatestStep_ = std::move(later.greatestStep_);
+    // What came from elsewhere has none.
+    leastEstimates_    = std::move(later.leastEstimates_);
+    greatestEstimates_ = std::move(later.greatestEstimates_);
+    SizeEstimates();
     if (before == 0) return;
     for (auto* const steps : {&leastStep_, &greatestStep_})
       for (std::uint32_t& step : *steps) step += step == kNoStep ? 0 : before;
     return;
   }
+  SettleAll();
+  later.SettleAll();
   const std::size_t size = components_.size();
   std::size_t       from = 0;
   for (const auto& [id, count] : later.rows_.Entries()) {
@@ -462,6 +465,23 @@ void EnvelopeField::Settle(std::size_t component, std::size_t at, std::size_t sl
   greatest_[at]                   = ExactOf(component, greatestEstimates_, slot, greatest_[at]);
   leastEstimates_.errors[slot]    = 0.0;
   greatestEstimates_.errors[slot] = 0.0;
+}
+
+/// Evaluates what governs, wherever it is estimated: fields are put together by exact values.
+void EnvelopeField::SettleAll()
+{
+  for (std::size_t k = 0; k < components_.size(); ++k) {
+    if (slots_[k] == kNoSlot) continue;
+    for (std::size_t row = 0; row < NumIds(); ++row)
+      Settle(k, row * components_.size() + k, row * numSlots_ + slots_[k]);
+  }
+}
+
+/// Makes room for estimates of all rows; those that are new have none.
+void EnvelopeField::SizeEstimates()
+{
+  leastEstimates_.Resize(numSlots_ * NumIds());
+  greatestEstimates_.Resize(numSlots_ * NumIds());
 }
 
 double EnvelopeField::ExactOf(std::size_t component, const Estimates& estimates, std::size_t slot, double value) const

@@ -89,6 +89,7 @@ public:
   template <typename Parcel>
   friend void Travel(Parcel& parcel, EnvelopeField& field)
   {
+    if constexpr (!Parcel::kReads) field.SettleAll();
     std::vector<int>           ids;
     std::vector<std::uint32_t> counts;
     for (const auto& [id, count] : field.rows_.Entries()) {
@@ -102,6 +103,9 @@ public:
       field.next_ = 0;
       for (std::size_t row = 0; row < ids.size(); ++row)
         field.rows_.At(field.rows_.FindOrInsert(ids[row])) = counts[row];
+      field.leastEstimates_.Resize(0);
+      field.greatestEstimates_.Resize(0);
+      field.SizeEstimates();
     }
   }
 
@@ -118,6 +122,12 @@ private:
   {
     std::vector<double>                errors;  ///< of values that are estimates; 0: the value is exact
     std::vector<std::array<double, 6>> tensors;
+
+    void Resize(std::size_t size)
+    {
+      errors.resize(size);
+      tensors.resize(size);
+    }
   };
   enum Side
   {
@@ -127,6 +137,8 @@ private:
   bool   TakeEstimate(Side side, const double* tensor, double estimate, double error, std::size_t at, std::size_t slot);
   double ExactOf(std::size_t component, const Estimates& estimates, std::size_t slot, double value) const;
   void   Settle(std::size_t component, std::size_t at, std::size_t slot);
+  void   SettleAll();
+  void   SizeEstimates();
   Extreme     ExtremeOf(Side side, std::size_t row, std::size_t component) const;
   std::size_t CountKnown(std::size_t count, const int* ids) const;
 

@@ -224,11 +224,28 @@ TEST(EnvelopeField, InvariantsOfHostileTensorsAreThoseOfAPlainSearch)
       const double growth = i % 7 == 0 ? 1.0 : 1.0 + std::pow(10.0, -static_cast<double>(i % 17));
       for (double& value : tensors[i]) value *= growth;
     }
+    const auto offer = [&](EnvelopeField& field, std::size_t begin, std::size_t end) {
+      for (std::size_t step = begin; step < end; ++step) {
+        field.BeginStep();
+        field.OfferAll(numIds, ids.data(), tensors[step * numIds].data(), 6);
+      }
+    };
     EnvelopeField field(StressComponents(names));
-    for (std::size_t step = 0; step < numSteps; ++step) {
-      field.BeginStep();
-      field.OfferAll(numIds, ids.data(), tensors[step * numIds].data(), 6);
+    offer(field, 0, numSteps);
+    // The same in parts, of which one comes from another process, and offered more behind them.
+    EnvelopeField parts(StressComponents(names));
+    for (const std::size_t begin : {std::size_t{0}, std::size_t{2}, std::size_t{3}}) {
+      EnvelopeField part(StressComponents(names));
+      offer(part, begin, begin == 0 ? 2 : begin + 1);
+      ParcelWriter writer;
+      writer(part);
+      const std::string bytes = writer.Take();
+      ParcelReader      reader(bytes);
+      EnvelopeField     received;
+      reader(received);
+      parts.Append(begin == 2 ? std::move(received) : std::move(part));
     }
+    offer(parts, 4, numSteps);
     std::size_t numNans = 0;
     for (std::size_t k = 0; k < names.size(); ++k) {
       const Component component(names[k], OnfKind::NodalStress);
@@ -248,6 +265,8 @@ TEST(EnvelopeField, InvariantsOfHostileTensorsAreThoseOfAPlainSearch)
         };
         ASSERT_TRUE(same(field.GetLeast(row, k), least)) << names[k] << " of " << row;
         ASSERT_TRUE(same(field.GetGreatest(row, k), greatest)) << names[k] << " of " << row;
+        ASSERT_TRUE(same(parts.GetLeast(row, k), least)) << names[k] << " of " << row << " in parts";
+        ASSERT_TRUE(same(parts.GetGreatest(row, k), greatest)) << names[k] << " of " << row << " in parts";
       }
     }
     EXPECT_EQ(field.NumNans(), numNans);
