@@ -583,6 +583,57 @@ bool ComesBefore(const FED_DataDescriptor& step, const FED_DataDescriptor& other
   return false;
 }
 
+namespace {
+
+/// Puts the parts of each series together and hands it on when it is whole.
+class SeriesInTurn
+{
+public:
+  /// @param take borrowed, as the request is
+  SeriesInTurn(const EnvelopeRequest& request, const std::function<void(const EnvelopeSeries& series)>& take)
+      : request_(request), take_(take)
+  {}
+
+  /// @param part of the range; ranges come in their order
+  void Add(const StepRange& range, EnvelopePart part)
+  {
+    const auto& [key, members] = *range.series;
+    if (!series_)
+      series_.emplace(EnvelopeSeries{key, {}, {}, EnvelopeField(ChosenComponents(request_.selection, OnfOf(key)))});
+    series_->field.Append(std::move(part.field));
+    series_->numWithoutAxes += part.numWithoutAxes;
+    for (std::size_t i = range.begin; i < range.end; ++i) series_->steps.push_back(GetResultStep(members[i]));
+    for (const std::string& note : part.notes)
+      if (std::find(notes_.begin(), notes_.end(), note) == notes_.end()) notes_.push_back(note);
+    if (range.IsLast()) HandOn();
+  }
+
+  /// @throws FED_Failure when nothing was in the region of the request
+  void Finish()
+  {
+    if (request_.region == nullptr) return;
+    request_.region->SetNotes(std::move(notes_));
+    if (!any_) request_.region->FailEmpty(request_.selectionText);
+  }
+
+private:
+  void HandOn()
+  {
+    const bool isEmpty = request_.region != nullptr && series_->field.NumIds() == 0;
+    if (!isEmpty) take_(*series_);
+    any_ = any_ || !isEmpty;
+    series_.reset();
+  }
+
+  const EnvelopeRequest&                            request_;
+  const std::function<void(const EnvelopeSeries&)>& take_;
+  bool                                              any_ = false;
+  std::vector<std::string>                          notes_;
+  std::optional<EnvelopeSeries>                     series_;
+};
+
+}  // namespace
+
 EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                                   const EnvelopeRequest& request, Listener* listener,
                                   const std::function<void(const EnvelopeSeries& series)>& take, const Readers& readers)
@@ -616,27 +667,10 @@ EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vecto
     return [&ranges, &done, own](std::size_t unit) { return own->reader.Read(ranges[unit], [&done] { ++done; }); };
   };
 
-  bool                          any = false;
-  std::vector<std::string>      notes;
-  std::optional<EnvelopeSeries> series;
-  CarryOut(crew.Get(), std::move(plan), [&](std::size_t unit, EnvelopePart part) {
-    const StepRange& range     = ranges[unit];
-    const auto& [key, members] = *range.series;
-    if (!series)
-      series.emplace(EnvelopeSeries{key, {}, {}, EnvelopeField(ChosenComponents(request.selection, OnfOf(key)))});
-    series->field.Append(std::move(part.field));
-    series->numWithoutAxes += part.numWithoutAxes;
-    for (std::size_t i = range.begin; i < range.end; ++i) series->steps.push_back(GetResultStep(members[i]));
-    for (const std::string& note : part.notes)
-      if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
-    if (!range.IsLast()) return;
-    const bool isEmpty = request.region != nullptr && series->field.NumIds() == 0;
-    if (!isEmpty) take(*series);
-    any = any || !isEmpty;
-    series.reset();
-  });
-  if (request.region != nullptr) request.region->SetNotes(std::move(notes));
-  if (!any && request.region != nullptr) request.region->FailEmpty(request.selectionText);
+  SeriesInTurn series(request, take);
+  CarryOut(crew.Get(), std::move(plan),
+           [&](std::size_t unit, EnvelopePart part) { series.Add(ranges[unit], std::move(part)); });
+  series.Finish();
   return report;
 }
 
