@@ -80,7 +80,7 @@ TEST(ThreadCrew, BeginsNoUnitSoManyAheadOfTheFirstThatIsMissing)
   plan.ahead                     = kAhead;
   plan.makeWorker                = [&](bool) {
     return [&](std::size_t unit) {
-      EXPECT_LT(unit, taken + kAhead);
+      EXPECT_LE(unit, taken + kAhead);  // one more may be on its way to who counts it
       return unit;
     };
   };
