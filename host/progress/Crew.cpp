@@ -5,6 +5,7 @@
 #include <exception>
 #include <map>
 #include <mutex>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -30,6 +31,8 @@ public:
         threads_.emplace_back([this] { Help(); });
       } catch (const std::system_error&) {
         break;  // there are no more: those that there are do the work
+      } catch (const std::bad_alloc&) {
+        break;  // nor is there memory for one
       }
     }
   }

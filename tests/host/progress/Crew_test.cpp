@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <map>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -12,6 +13,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "AllocationFailure.h"
 
 namespace {
 
@@ -85,6 +88,23 @@ TEST(ThreadCrew, BeginsNoUnitSoManyAheadOfTheFirstThatIsMissing)
     };
   };
   CarryOut(crew, std::move(plan), [&](std::size_t unit, std::size_t) { taken = unit + 1; });
+}
+
+// A thread needs memory to begin: where there is none for it, those that are there do the work.
+TEST(ThreadCrew, MemoryThatRunsOutWhileThreadsBeginEndsNothingElse)
+{
+  ThreadCrew crew(4);
+  for (std::size_t failing = 1;; ++failing) {
+    std::size_t                          sum = 0;
+    const quilon_test::AllocationFailure failure(failing);
+    try {
+      CarryOut(crew, Squares(20), [&sum](std::size_t, std::size_t square) { sum += square; });
+      EXPECT_EQ(sum, 2470U) << failing;
+    } catch (const std::bad_alloc&) {
+      EXPECT_TRUE(failure.HasFailed());
+    }
+    if (!failure.HasFailed()) break;
+  }
 }
 
 TEST(ThreadCrew, SeveralWorkAtOnce)
