@@ -215,13 +215,9 @@ int RunReporting(int argc, const char* const* argv, const Processes* processes)
   } catch (const Interrupted&) {
     report("interrupted");
     return ExitInterrupted;
-  } catch (const std::bad_alloc&) {
-    report("out of memory");
-  } catch (const std::filesystem::filesystem_error& error) {
-    report(error.path1().string() + ": " + error.code().message());
-  } catch (const std::exception& error) {
+  } catch (const std::exception& exception) {
     // A call that the signal broke off, such as the opening of a pipe that nobody writes to, fails in other words.
-    report(IsInterrupted() ? "interrupted" : error.what());
+    report(IsInterrupted() ? "interrupted" : MessageOf(exception));
     if (IsInterrupted()) return ExitInterrupted;
   }
   return ExitTrouble;

@@ -3,6 +3,7 @@
 /// @file
 /// How the host reports what is wrong.
 
+#include <exception>
 #include <string>
 
 namespace quilon {
@@ -13,5 +14,10 @@ namespace quilon {
 /// @param error what the system left in errno, 0 where it left nothing
 /// @return ": Permission denied", to stand behind a message; empty for 0
 std::string SystemReason(int error);
+
+/// @return what users are told of an exception that nobody mends: "out of memory" for std::bad_alloc, path and reason
+/// of
+///         what the file system refused, otherwise its own words
+std::string MessageOf(const std::exception& exception);
 
 }  // namespace quilon
