@@ -52,11 +52,13 @@ void Travel(Parcel& parcel, Report& report)
 /// What the leader tells a rank: a unit to do.
 constexpr std::size_t kStop = static_cast<std::size_t>(-1);
 
-/// The number of bytes goes first: messages of MPI count by int.
+/// Bytes of one message: MPI counts them by int.
+constexpr std::size_t kMost = std::size_t{1} << 30;
+
+/// The number of bytes goes first.
 void SendBytes(int rank, int tag, const std::string& bytes)
 {
-  constexpr std::size_t kMost = std::size_t{1} << 30;
-  unsigned long long    size  = bytes.size();
+  unsigned long long size = bytes.size();
   MPI_Send(&size, 1, MPI_UNSIGNED_LONG_LONG, rank, tag, MPI_COMM_WORLD);
   for (std::size_t at = 0; at < bytes.size(); at += kMost)
     MPI_Send(bytes.data() + at, static_cast<int>(std::min(kMost, bytes.size() - at)), MPI_BYTE, rank, Bytes,
@@ -65,8 +67,7 @@ void SendBytes(int rank, int tag, const std::string& bytes)
 
 std::string ReceiveBytes(int rank, int tag)
 {
-  constexpr std::size_t kMost = std::size_t{1} << 30;
-  unsigned long long    size  = 0;
+  unsigned long long size = 0;
   MPI_Recv(&size, 1, MPI_UNSIGNED_LONG_LONG, rank, tag, MPI_COMM_WORLD, MPI_STATUS_IGNORE);
   std::string bytes(static_cast<std::size_t>(size), '\0');
   for (std::size_t at = 0; at < bytes.size(); at += kMost)
@@ -137,12 +138,8 @@ Report DescribeFailure(std::size_t unit)
     throw;
   } catch (const Interrupted&) {
     return {Report::Interrupt, unit, 0, ""};
-  } catch (const std::bad_alloc&) {
-    return {Report::Failed, unit, 0, "out of memory"};
-  } catch (const std::filesystem::filesystem_error& error) {
-    return {Report::Failed, unit, 0, error.path1().string() + ": " + error.code().message()};
-  } catch (const std::exception& error) {
-    return {Report::Failed, unit, 0, error.what()};
+  } catch (const std::exception& exception) {
+    return {Report::Failed, unit, 0, MessageOf(exception)};
   }
 }
 
