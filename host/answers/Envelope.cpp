@@ -603,8 +603,7 @@ public:
     series_->field.Append(std::move(part.field));
     series_->numWithoutAxes += part.numWithoutAxes;
     for (std::size_t i = range.begin; i < range.end; ++i) series_->steps.push_back(GetResultStep(members[i]));
-    for (const std::string& note : part.notes)
-      if (std::find(notes_.begin(), notes_.end(), note) == notes_.end()) notes_.push_back(note);
+    AddNotes(notes_, part.notes);
     if (range.IsLast()) HandOn();
   }
 

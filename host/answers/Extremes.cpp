@@ -380,8 +380,7 @@ public:
     all_.numWithoutAxes += findings.numWithoutAxes;
     all_.values += findings.values;
     all_.hasComponents = all_.hasComponents || findings.hasComponents;
-    for (const std::string& note : findings.notes)
-      if (std::find(all_.notes.begin(), all_.notes.end(), note) == all_.notes.end()) all_.notes.push_back(note);
+    AddNotes(all_.notes, findings.notes);
   }
 
   /// @return of all that was absorbed

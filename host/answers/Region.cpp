@@ -270,10 +270,9 @@ std::vector<int> Region::NearPoint(int iteration, Entity entity, const std::opti
     }
   }
   if (nearest == mesh.NumNodes()) return {};
-  const int         id   = mesh.NodeIds()[nearest];
-  const std::string note = "the node nearest to " + NumbersText(point) + " is " + std::to_string(id) + " at distance " +
-                           FormatRounded(distance);
-  if (std::find(notes_.begin(), notes_.end(), note) == notes_.end()) notes_.push_back(note);
+  const int id = mesh.NodeIds()[nearest];
+  AddNotes(notes_, {"the node nearest to " + NumbersText(point) + " is " + std::to_string(id) + " at distance " +
+                    FormatRounded(distance)});
   if (entity == Nodes) return {id};
 
   std::vector<int> ids;
@@ -443,6 +442,12 @@ std::vector<int> NodesOfElements(const Mesh& mesh, const std::vector<int>& eleme
   }
   SortUnique(nodes);
   return nodes;
+}
+
+void AddNotes(std::vector<std::string>& notes, const std::vector<std::string>& more)
+{
+  for (const std::string& note : more)
+    if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
 }
 
 std::optional<MeshBox> BoxOf(const Mesh& mesh)

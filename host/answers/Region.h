@@ -147,6 +147,9 @@ private:
 /// @return whether one of the blocks has a record in the region
 bool HoldsRecords(Region& region, const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks);
 
+/// Adds the notes of `more` that are not among `notes` yet, in their order.
+void AddNotes(std::vector<std::string>& notes, const std::vector<std::string>& more);
+
 /// The least box, its sides along the axes, that holds all nodes.
 struct MeshBox
 {
