@@ -166,8 +166,7 @@ inline bool IsTriaxialityBetween(const Tensor& t, double low, double high) noexc
 }
 
 /// @return 1 or -1, the sign of the principal value of largest magnitude, which is that of p1 + p3, the trace less p2;
-/// 0
-///         where it is not certain
+///         0 where it is not certain
 inline double SignOfLargest(const Tensor& t) noexcept
 {
   const double trace      = t.xx + t.yy + t.zz;
@@ -178,8 +177,7 @@ inline double SignOfLargest(const Tensor& t) noexcept
 }
 
 /// @return whether mises with the sign of the principal value of largest magnitude is certainly greater than low and
-/// less
-///         than high
+///         less than high
 inline bool IsSignedMisesBetween(const Tensor& t, double inverse, double low, double high) noexcept
 {
   const double square     = DeviatorSquare(t);
