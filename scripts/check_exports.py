@@ -45,10 +45,8 @@ def foreign_symbols(library):
 
 
 def exported(library):
-    symbols = symbols_of(library)
-    ours = "\n".join(symbol for symbol in symbols if not STANDARD.match(symbol))
-    names = subprocess.run(["c++filt"], input=ours, check=True, capture_output=True, text=True).stdout
-    return sorted(set(names.split("\n")) - {""})
+    ours = [symbol for symbol in symbols_of(library) if not STANDARD.match(symbol)]
+    return sorted(set(demangled(ours)) - {""})
 
 
 def needed(library):
