@@ -47,11 +47,6 @@ private:
     PutCount(text.size());
     PutBytes(text.data(), text.size());
   }
-  void Put(const std::string& text)
-  {
-    PutCount(text.size());
-    PutBytes(text.data(), text.size());
-  }
   template <typename T>
   void Put(std::vector<T>& values)
   {

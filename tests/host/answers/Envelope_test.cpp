@@ -107,6 +107,18 @@ void OfferSteps(EnvelopeField& field, unsigned begin, unsigned end)
   }
 }
 
+/// @return the field as another process gets it
+EnvelopeField SentAway(EnvelopeField& field)
+{
+  ParcelWriter writer;
+  writer(field);
+  const std::string bytes = writer.Take();
+  ParcelReader      reader(bytes);
+  EnvelopeField     received;
+  reader(received);
+  return received;
+}
+
 TEST(EnvelopeField, StepsThatAreAppendedAreAsIfTheyHadBeenOffered)
 {
   constexpr unsigned kSteps = 9;
@@ -118,14 +130,7 @@ TEST(EnvelopeField, StepsThatAreAppendedAreAsIfTheyHadBeenOffered)
       for (const auto& [begin, end] : {std::pair(0u, first), std::pair(first, second), std::pair(second, kSteps)}) {
         EnvelopeField part(StressComponents({"xx", "yy"}));
         OfferSteps(part, begin, end);
-        // As it comes from another process.
-        ParcelWriter writer;
-        writer(part);
-        const std::string bytes = writer.Take();
-        ParcelReader      reader(bytes);
-        EnvelopeField     received;
-        reader(received);
-        field.Append(second % 2 == 0 ? std::move(part) : std::move(received));
+        field.Append(second % 2 == 0 ? std::move(part) : SentAway(part));
       }
       EXPECT_EQ(SayAll(field), SayAll(whole)) << first << ' ' << second;
       EXPECT_EQ(field.NumSteps(), whole.NumSteps());
@@ -237,13 +242,7 @@ TEST(EnvelopeField, InvariantsOfHostileTensorsAreThoseOfAPlainSearch)
     for (const std::size_t begin : {std::size_t{0}, std::size_t{2}, std::size_t{3}}) {
       EnvelopeField part(StressComponents(names));
       offer(part, begin, begin == 0 ? 2 : begin + 1);
-      ParcelWriter writer;
-      writer(part);
-      const std::string bytes = writer.Take();
-      ParcelReader      reader(bytes);
-      EnvelopeField     received;
-      reader(received);
-      parts.Append(begin == 2 ? std::move(received) : std::move(part));
+      parts.Append(begin == 2 ? SentAway(part) : std::move(part));
     }
     offer(parts, 4, numSteps);
     std::size_t numNans = 0;

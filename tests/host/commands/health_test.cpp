@@ -41,31 +41,6 @@ protected:
 
   static std::string List(const std::string& database) { return RunQuilon({"ls", database, "--csv"}).out; }
 
-  /// The one segment.
-  fs::path Segment() const
-  {
-    for (const auto& entry : fs::directory_iterator(fed_))
-      if (entry.path().extension() == ".h5") return entry.path();
-    return {};
-  }
-
-  /// Flips a byte of the displacements of load case 1: their first value stands in the file as text-free bytes, so the
-  /// place is searched by its bytes.
-  void DamageDisplacements() const
-  {
-    const json rows = json::parse(RunQuilon({"show", fed_, "displacement@lc=1", "--json"}).out).at(0).at("rows");
-    // The first node's displacement is zero in all directions; the second's x is unlike any other.
-    double value = 0.0;
-    for (const json& row : rows)
-      if (value == 0.0) value = row.at("x").get<double>();
-    const std::string bytes(reinterpret_cast<const char*>(&value), sizeof value);
-    std::string       file = ReadAll(Segment());
-    const std::size_t at   = file.find(bytes);
-    ASSERT_NE(at, std::string::npos);
-    file[at] = static_cast<char>(file[at] ^ 1);
-    std::ofstream(Segment(), std::ios::binary) << file;
-  }
-
   TempFolder  folder_;
   std::string fed_ = (folder_ / "job.fed").string();
   std::string new_ = (folder_ / "new.fed").string();
@@ -100,12 +75,13 @@ TEST_F(HealthCommands, CheckReadsWhatIsNoWorkingDatabaseToo)
 
 TEST_F(HealthCommands, CheckNamesFileBlockAndChunkOfDamage)
 {
-  DamageDisplacements();
+  DamageBlock(fed_, "displacement@lc=1");
   const RunResult run = RunQuilon({"check", fed_});
   EXPECT_EQ(run.exitCode, 1);
   EXPECT_EQ(run.err, "");
-  EXPECT_EQ(run.out.rfind(Segment().string() + ": chunk 0 (rows 0 to 62) of block iteration=0 onf=510 load-case=1", 0),
-            0U)
+  EXPECT_EQ(
+      run.out.rfind(SegmentOf(fed_).string() + ": chunk 0 (rows 0 to 62) of block iteration=0 onf=510 load-case=1", 0),
+      0U)
       << run.out;
 }
 
@@ -127,10 +103,10 @@ TEST_F(HealthCommands, CheckOfNoDatabaseIsAnError)
 
 TEST_F(HealthCommands, DamageIsAnErrorWhereItIsReadAndNowhereElse)
 {
-  DamageDisplacements();
+  DamageBlock(fed_, "displacement@lc=1");
   const RunResult run = RunQuilon({"show", fed_, "displacement@lc=1"});
   EXPECT_EQ(run.exitCode, 2);
-  EXPECT_NE(run.err.find(Segment().string() + ": chunk 0"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find(SegmentOf(fed_).string() + ": chunk 0"), std::string::npos) << run.err;
   EXPECT_EQ(RunQuilon({"show", fed_, "stress@lc=1"}).exitCode, 0);
 }
 
@@ -146,7 +122,7 @@ TEST_F(HealthCommands, SalvageOfAWholeDatabaseLosesNothing)
 TEST_F(HealthCommands, SalvageSavesAllButTheDamagedChunk)
 {
   const std::string whole = List(fed_);
-  DamageDisplacements();
+  DamageBlock(fed_, "displacement@lc=1");
   const RunResult run = RunQuilon({"salvage", fed_, "-o", new_, "--json"});
   EXPECT_EQ(run.exitCode, 1) << run.err;
   const json report = json::parse(run.out);
@@ -201,7 +177,7 @@ TEST_F(HealthCommands, SalvageWritesNothingIntoTheDamagedDatabase)
 // Nothing of the block is read: its size stands in the index.
 TEST_F(HealthCommands, ADamagedBlockCanBePruned)
 {
-  DamageDisplacements();
+  DamageBlock(fed_, "displacement@lc=1");
   const RunResult run = RunQuilon({"prune", fed_, "displacement@lc=1"});
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_NE(run.out.find(fed_ + ": 1 block pruned, 1512 bytes\n"), std::string::npos) << run.out;
@@ -275,7 +251,7 @@ TEST_F(HealthCommands, AnInterruptLeavesEverythingAsItWas)
 TEST_F(HealthCommands, CheckingInManyThreadsTellsTheSame)
 {
   ExpectOneReport();
-  DamageDisplacements();
+  DamageBlock(fed_, "displacement@lc=1");
   EXPECT_EQ(RunQuilon({"check", fed_}).exitCode, 1);
   ExpectOneReport();
   std::ofstream(fs::path(fed_) / "manifest") << "nothing";

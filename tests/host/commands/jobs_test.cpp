@@ -74,28 +74,6 @@ protected:
     }
   }
 
-  fs::path Segment() const
-  {
-    for (const auto& entry : fs::directory_iterator(fed_))
-      if (entry.path().extension() == ".h5") return entry.path();
-    return {};
-  }
-
-  /// Flips a byte of the displacements of the last step.
-  void DamageDisplacements() const
-  {
-    const json rows  = json::parse(RunQuilon({"show", fed_, "displacement", "--steps", "last", "--json"}).out);
-    double     value = 0.0;
-    for (const json& row : rows.at(0).at("rows"))
-      if (value == 0.0) value = row.at("x").get<double>();
-    const std::string bytes(reinterpret_cast<const char*>(&value), sizeof value);
-    std::string       file = ReadAll(Segment());
-    const std::size_t at   = file.find(bytes);
-    ASSERT_NE(at, std::string::npos);
-    file[at] = static_cast<char>(file[at] ^ 1);
-    std::ofstream(Segment(), std::ios::binary) << file;
-  }
-
   TempFolder  folder_;
   std::string fed_ = (folder_ / "job.fed").string();
 };
@@ -176,7 +154,7 @@ TEST_F(JobsOption, DerivedResultsAreTheSame)
 
 TEST_F(JobsOption, OfSeveralFailuresTheFirstIsTold)
 {
-  DamageDisplacements();
+  DamageBlock(fed_, "displacement", {"--steps", "last"});
   const std::string onf = (folder_ / "new.onf").string();
   ExpectOneAnswer({"max", fed_, "displacement,stress"}, 2);
   ExpectOneAnswer({"envelope", fed_, "displacement,stress"}, 2);

@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
@@ -241,6 +242,30 @@ RunResult RunningQuilon::Wait()
 }
 
 void WriteSmallOnf(const fs::path& folder) { WriteOnf(folder, FillSmall); }
+
+fs::path SegmentOf(const fs::path& database)
+{
+  for (const auto& entry : fs::directory_iterator(database))
+    if (entry.path().extension() == ".h5") return entry.path();
+  return {};
+}
+
+void DamageBlock(const fs::path& database, const std::string& selection, const std::vector<std::string>& options)
+{
+  std::vector<std::string> arguments = {"show", database.string(), selection, "--json"};
+  arguments.insert(arguments.end(), options.begin(), options.end());
+  const nlohmann::json rows  = nlohmann::json::parse(RunQuilon(arguments).out).at(0).at("rows");
+  double               value = 0.0;
+  for (const nlohmann::json& row : rows)
+    if (value == 0.0) value = row.at("x").get<double>();
+  const std::string bytes(reinterpret_cast<const char*>(&value), sizeof value);
+  const fs::path    segment = SegmentOf(database);
+  std::string       file    = ReadAll(segment);
+  const std::size_t at      = file.find(bytes);
+  ASSERT_NE(at, std::string::npos);
+  file[at] = static_cast<char>(file[at] ^ 1);
+  std::ofstream(segment, std::ios::binary) << file;
+}
 
 void WriteTwoBricks(const fs::path& folder) { WriteOnf(folder, FillTwoBricks); }
 

@@ -72,6 +72,15 @@ private:
 ///   1000 "Wear depth", load case 1, substep 2, analysis 1; node 3
 void WriteSmallOnf(const std::filesystem::path& folder);
 
+/// @return the segment of a working database that has one
+std::filesystem::path SegmentOf(const std::filesystem::path& database);
+
+/// Flips a byte of the vectors of one block of such a database: of its first x that is not zero, which no other number
+/// of the file may equal.
+/// @param options of `quilon show`, which choose the block together with the selection
+void DamageBlock(const std::filesystem::path& database, const std::string& selection,
+                 const std::vector<std::string>& options = {});
+
 /// Writes the model of TwoBricks.h to an ONF folder.
 void WriteTwoBricks(const std::filesystem::path& folder);
 /// The same with another displacement of node 12, far from element 101, in load case 2.
