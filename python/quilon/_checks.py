@@ -23,14 +23,8 @@ def _is_number(value: object) -> bool:
     return isinstance(value, (int, float, np.integer, np.floating)) and not isinstance(value, bool)
 
 
-def _is_path(value: object) -> bool:
+def is_path(value: object) -> bool:
     return isinstance(value, (str, os.PathLike))
-
-
-def _is_database(value: object) -> bool:
-    from ._database import Database
-
-    return isinstance(value, Database)
 
 
 def _are(check: Callable[[object], bool]) -> Callable[[object], bool]:
@@ -50,15 +44,18 @@ _KINDS: dict[str, tuple[str, Callable[[object], bool]]] = {
     "int": ("an integer of 32 bits", _is_integer),
     "float": ("a number", _is_number),
     "None": ("None", lambda value: value is None),
-    "PathLike": ("a path", _is_path),
+    "PathLike": ("a path", is_path),
     "Progress": ("a function of (phase, done, total)", callable),
-    "Database": ("a database", _is_database),
-    "Source": ("a database or a path", lambda value: _is_database(value) or _is_path(value)),
     "abc.Sequence[str]": ("a list of texts", _are(lambda value: isinstance(value, str))),
     "abc.Sequence[int]": ("a list of integers", _are(_is_integer)),
-    "abc.Sequence[PathLike]": ("a list of paths", _are(_is_path)),
+    "abc.Sequence[PathLike]": ("a list of paths", _are(is_path)),
     "abc.Mapping[str, abc.Mapping[int | str, float]]": ("a dict of dicts", lambda value: isinstance(value, abc.Mapping)),
 }
+
+
+def name_kind(annotation: str, expected: str, check: Callable[[object], bool]) -> None:
+    """Lets a module say what an annotation of a type of its own promises, before the first function that has it."""
+    _KINDS[annotation] = (expected, check)
 
 
 def _parts(annotation: str) -> list[str]:

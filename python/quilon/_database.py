@@ -15,7 +15,7 @@ from numpy.typing import ArrayLike, NDArray
 
 from . import _native
 from ._arrays import Ids, Values, as_array, as_ids, as_values, describe
-from ._checks import checked
+from ._checks import checked, is_path, name_kind
 from ._errors import ArgumentError, Error, MissingPackageError
 
 PathLike = Union[str, "os.PathLike[str]"]
@@ -486,6 +486,8 @@ def open(
 
 
 Source = Union[Database, PathLike]
+name_kind("Database", "a database", lambda value: isinstance(value, Database))
+name_kind("Source", "a database or a path", lambda value: isinstance(value, Database) or is_path(value))
 
 
 @contextlib.contextmanager

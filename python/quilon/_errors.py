@@ -6,6 +6,20 @@ import os
 import re
 
 _PLACE = re.compile(r"(?s)(?P<file>[^\n]+?):(?P<line>\d+): ")
+# What the package calls an option of the program where the name alone does not say it.
+_ARGUMENTS = {
+    "--from": "start",
+    "--keep-others": "existing='keep'",
+    "--material": "materials",
+    "--replace": "existing='replace'",
+    "--set": "sets",
+    "--through": "places",
+    "--to": "end",
+}
+_SAME = ("axes", "box", "deck", "groups", "head", "ids", "iteration", "linearize", "near", "per", "points", "request",
+         "rule", "steps", "strict")  # fmt: skip
+_ARGUMENTS |= {f"--{name}": name for name in _SAME}
+_OPTION = re.compile(r"(?<![\w/.-])--[a-z]+(?:-[a-z]+)*(?![\w/.-])")
 _EXTENSIONS = (".fed", ".onf", ".frd", ".dat", ".inp", ".sta", ".sti", ".mas", ".dof")
 
 
@@ -37,7 +51,11 @@ class MissingPackageError(Error, ImportError):
 
 
 def from_message(message: str) -> Error:
-    """The exception of a message that begins with the place: `FILE:LINE: ` or `FILE: `."""
+    """The exception of a message of the program: options become arguments, its place file and line.
+
+    A place stands at the begin: `FILE:LINE: ` or `FILE: `.
+    """
+    message = _OPTION.sub(lambda option: _ARGUMENTS.get(option[0], option[0]), message)
     match = _PLACE.match(message)
     if match is not None:
         return Error(message, match["file"], int(match["line"]))

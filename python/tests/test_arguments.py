@@ -63,6 +63,28 @@ def test_no_wrong_argument_raises_anything_but_our_error(
 @pytest.mark.parametrize(
     ("call", "message"),
     [
+        (lambda db: quilon.diff(db, db, rule="nonsense=1"), "rule: 'nonsense=1' is no rule, expected KIND: TERMS such as 'stress: peak=1e-6'"),
+        (lambda db: quilon.max(db, "stress", box=[1, 0, 0, 0, 0, 0]), "box is 1,0,0,0,0,0, expected X0,Y0,Z0,X1,Y1,Z1 with each first number no greater than its second"),
+        (lambda db: quilon.path(db, "stress", [0, 0, 0], [0, 0, 0]), "start and end are both 0,0,0, expected two places"),
+        (lambda db: quilon.path(db, "displacement", [0, 0, 0], [1, 0, 0], linearize=True), "linearize is of one kind of stress, expected one in the selection, such as stress@lc=1,sub=last"),
+    ],
+)  # fmt: skip
+def test_what_the_program_calls_an_option_is_an_argument(
+    call: Callable[[quilon.Database], object], message: str, results: pathlib.Path
+) -> None:
+    with quilon.open(results) as db, pytest.raises(quilon.Error) as caught:
+        call(db)
+    assert str(caught.value) == message
+
+
+def test_a_file_that_is_named_like_an_option_keeps_its_name(tmp_path: pathlib.Path) -> None:
+    with pytest.raises(quilon.Error, match="--box/--set.frd"):
+        quilon.open(tmp_path / "--box" / "--set.frd")
+
+
+@pytest.mark.parametrize(
+    ("call", "message"),
+    [
         (lambda db: quilon.component(np.ones((1, 6)), 5), "name: found 5, expected text"),
         (lambda db: quilon.max(5, "stress"), "database: found 5, expected a database or a path"),
         (lambda db: quilon.max(db, "stress", steps=[1, "x"]), "steps: found list [1, 'x'], expected text or an integer of 32 bits or a list of integers"),
