@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <memory>
@@ -18,6 +21,7 @@
 #include <utility>
 #include <vector>
 
+#include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/FED_ResultDatabase.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -391,43 +395,82 @@ std::size_t AddUntilFailure(StatField<1>& field, std::size_t failing)
 // Fills by the order of the one before, and orders that it has to notice. The plain field is the folding without any
 // memory of orders.
 
+template <int N>
+void FoldPlainly(AvgData<N>& data, const double* value)
+{
+  data.count += 1;
+  for (std::size_t k = 0; k < N; ++k) data.sum[k] += value[k];
+}
+
+template <int N>
+void FoldPlainly(StatData<N>& data, const double* value)
+{
+  data.count += 1;
+  for (std::size_t k = 0; k < N; ++k) {
+    const double delta = value[k] - data.mean[k];
+    if (data.count == 1) {
+      data.mean[k] = value[k];
+    } else {
+      data.mean[k] += delta / data.count;
+      data.m2[k] += (value[k] - data.mean[k]) * delta;
+    }
+  }
+}
+
+/// One layer.
+template <typename Data = StatData<1>, int N = 1>
 class PlainField
 {
 public:
-  void Add(int id, double value)
+  void Add(int id, const std::array<double, N>& value)
   {
-    StatData<1>& data  = data_[static_cast<std::uint32_t>(id)];
-    const double delta = value - data.mean[0];
-    data.count += 1;
-    if (data.count == 1) {
-      data.mean[0] = value;
-      return;
-    }
-    data.mean[0] += delta / data.count;
-    data.m2[0] += (value - data.mean[0]) * delta;
+    FoldPlainly(data_[static_cast<std::uint32_t>(id)], value.data());
   }
   void Reset()
   {
-    for (auto& entry : data_) entry.second = StatData<1>();
+    for (auto& entry : data_) entry.second = Data();
   }
-  const std::map<std::uint32_t, StatData<1>>& GetData() const { return data_; }
+  const std::map<std::uint32_t, Data>& GetData() const { return data_; }
 
 private:
-  std::map<std::uint32_t, StatData<1>> data_;
+  std::map<std::uint32_t, Data> data_;
 };
 
-void ExpectSame(const StatField<1>& field, int layer, const PlainField& plain)
+/// Equal to the bit, but for the bits of a NaN.
+bool IsSameNumber(double a, double b)
 {
-  std::vector<int>         ids;
-  std::vector<StatData<1>> data;
+  return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) || (std::isnan(a) && std::isnan(b));
+}
+
+template <std::size_t N>
+bool AreSameNumbers(const double (&a)[N], const double (&b)[N])
+{
+  return std::equal(std::begin(a), std::end(a), std::begin(b), IsSameNumber);
+}
+
+template <int N>
+bool IsSame(const AvgData<N>& a, const AvgData<N>& b)
+{
+  return a.count == b.count && AreSameNumbers(a.sum, b.sum);
+}
+
+template <int N>
+bool IsSame(const StatData<N>& a, const StatData<N>& b)
+{
+  return a.count == b.count && AreSameNumbers(a.mean, b.mean) && AreSameNumbers(a.m2, b.m2);
+}
+
+template <typename Data, int N>
+void ExpectSame(const FEM_AvgField<int, Data, N>& field, int layer, const PlainField<Data, N>& plain)
+{
+  std::vector<int>  ids;
+  std::vector<Data> data;
   field.DumpField(layer, ids, data);
   ASSERT_EQ(ids.size(), plain.GetData().size());
   std::size_t k = 0;
   for (const auto& [id, expected] : plain.GetData()) {
     ASSERT_EQ(static_cast<std::uint32_t>(ids[k]), id);
-    EXPECT_EQ(data[k].mean[0], expected.mean[0]) << id;
-    EXPECT_EQ(data[k].m2[0], expected.m2[0]) << id;
-    EXPECT_EQ(data[k].count, expected.count) << id;
+    EXPECT_TRUE(IsSame(data[k], expected)) << id;
     ++k;
   }
 }
@@ -451,7 +494,7 @@ TEST(FEM_AvgField, EveryOrderOfFillsGivesThePlainFieldsBits)
                                                 longer, longer, once, oneMore,  oneMore, once,    shuffled,
                                                 once,   once,   {},   once,     shuffled};
   StatField<1>                        field(2);
-  PlainField                          plain[2];
+  PlainField<>                        plain[2];
   double                              value = 0.25;
   for (std::size_t fill = 0; fill < orders.size(); ++fill) {
     SCOPED_TRACE(fill);
@@ -462,7 +505,7 @@ TEST(FEM_AvgField, EveryOrderOfFillsGivesThePlainFieldsBits)
       for (int layer = 0; layer < (i % 3 == 0 ? 2 : 1); ++layer) {
         value = 0.7 * value + orders[fill][i];
         Add(field, orders[fill][i], layer, value);
-        plain[layer].Add(orders[fill][i], value);
+        plain[layer].Add(orders[fill][i], {value});
       }
     }
     for (const int layer : {0, 1}) ExpectSame(field, layer, plain[layer]);
@@ -472,7 +515,7 @@ TEST(FEM_AvgField, EveryOrderOfFillsGivesThePlainFieldsBits)
 TEST(FEM_AvgField, ACopyInTheMiddleOfAFillGoesOnByItself)
 {
   StatField<1> field;
-  PlainField   plain;
+  PlainField<> plain;
   const auto   add = [](StatField<1>& to, int id) { Add(to, id, 0, 0.5 * id); };
   for (int fill = 0; fill < 3; ++fill) {
     field.ResetField();
@@ -487,7 +530,7 @@ TEST(FEM_AvgField, ACopyInTheMiddleOfAFillGoesOnByItself)
   taken.ResetField();
   for (const int id : {1, 2, 3, 4}) {
     add(taken, id);
-    plain.Add(id, 0.5 * id);
+    plain.Add(id, {0.5 * id});
   }
   ExpectSame(taken, 0, plain);
   EXPECT_EQ(copy.GetData(0, 2)->count, 0);
@@ -902,6 +945,253 @@ TEST(FEM_AvgField, WhateverTheDatabaseThrowsPassesThroughAndEarlierLayersStay)
                                  });
   EXPECT_GT(calls, callsOfFirstLayer);
   EXPECT_EQ(written.size(), 2u);
+}
+
+// Random work beside plain fields: fills whose orders repeat and are disturbed, resets, copies, moves and saves.
+
+double Reported(double sum, double average, Operation op) { return op == Average ? average : op == Sum ? sum : 0.0; }
+
+template <int N>
+double ReportedPlainly(const AvgData<N>& data, Operation op, std::size_t k)
+{
+  return Reported(data.sum[k], data.count == 0 ? 0.0 : data.sum[k] / data.count, op);
+}
+
+template <int N>
+double ReportedPlainly(const StatData<N>& data, Operation op, std::size_t k)
+{
+  if (op == Variance) return data.m2[k] / data.count;
+  return Reported(data.count * data.mean[k], data.mean[k], op);
+}
+
+void Read(const FED_ConstIdDataBlock& view, int id, double (&value)[1]) { view.GetScalar(id, value[0]); }
+void Read(const FED_ConstIdDataBlock& view, int id, double (&value)[3]) { view.GetVector(id, value); }
+void Read(const FED_ConstIdDataBlock& view, int id, double (&value)[6]) { view.GetTensor(id, value); }
+
+template <typename Data, int N>
+class FieldWork
+{
+public:
+  explicit FieldWork(unsigned seed) : random_(seed) {}
+
+  /// A value that is added is a step, and so is anything else that is done.
+  void Do(std::size_t steps)
+  {
+    MakeOrder();
+    while (steps_ < steps && !testing::Test::HasFailure()) {
+      SCOPED_TRACE("step " + std::to_string(steps_));
+      DoOne();
+      ++steps_;
+    }
+  }
+
+private:
+  using Field = FEM_AvgField<int, Data, N>;
+  using Plain = PlainField<Data, N>;
+
+  struct Twin
+  {
+    Field              field{0};
+    std::vector<Plain> layers;
+  };
+
+  struct Place
+  {
+    int id;
+    int layer;
+  };
+
+  int Draw(int least, int most) { return std::uniform_int_distribution<int>(least, most)(random_); }
+
+  void DoOne()
+  {
+    Twin& one   = twins_[static_cast<std::size_t>(Draw(0, 1))];
+    Twin& other = twins_[static_cast<std::size_t>(Draw(0, 1))];
+    switch (Draw(0, 20)) {
+      case 0:
+        return Renew(one);
+      case 1:
+        return MakeOrder();
+      case 2:
+        one.field  = other.field;
+        one.layers = other.layers;
+        return;
+      case 3:
+        return Move(one, other);
+      case 4:
+        return ExpectTakenWhole(one);
+      case 5:
+        return ExpectSaved(one);
+      case 6:
+        return Reset(one);
+      default:
+        if (Draw(0, 3) > 0) Reset(one);
+        if (Draw(0, 1) == 0) Disturb();
+        Fill(one);
+        ExpectTwin(one);
+        return;
+    }
+  }
+
+  void Renew(Twin& twin)
+  {
+    const int layers = Draw(-1, 3);
+    twin.field       = Field(layers);
+    twin.layers.assign(static_cast<std::size_t>(std::max(layers, 0)), Plain());
+  }
+
+  void Reset(Twin& twin)
+  {
+    twin.field.ResetField();
+    for (Plain& layer : twin.layers) layer.Reset();
+  }
+
+  void Move(Twin& one, Twin& other)
+  {
+    one.field = std::move(other.field);
+    if (&one == &other) return;
+    one.layers = std::move(other.layers);
+    other.layers.clear();
+    ExpectTwin(other);
+  }
+
+  // There and back, by construction.
+  void ExpectTakenWhole(Twin& twin)
+  {
+    Twin taken{Field(std::move(twin.field)), twin.layers};
+    EXPECT_EQ(twin.field.NumLayers(), 0);
+    ExpectTwin(taken);
+    twin.field = Field(taken.field);
+  }
+
+  int MakeId()
+  {
+    const auto bits = random_() & ((1u << Draw(0, 31)) - 1u);
+    return static_cast<int>(bits) - (Draw(0, 3) == 0 ? 50 : 0);
+  }
+
+  void MakeOrder()
+  {
+    order_.clear();
+    const int  count = Draw(1, 400);
+    const bool dense = Draw(0, 1) == 0;
+    for (int i = 0; i < count; ++i) order_.push_back({dense ? Draw(1, 60) : MakeId(), Draw(0, 2)});
+  }
+
+  // What other results of one model do to the order of its ids.
+  void Disturb()
+  {
+    const int at = order_.empty() ? 0 : Draw(0, static_cast<int>(order_.size()) - 1);
+    switch (Draw(0, 5)) {
+      case 0:
+        order_.insert(order_.begin() + at, Place{MakeId(), Draw(0, 2)});
+        break;
+      case 1:
+        if (!order_.empty()) order_.erase(order_.begin() + at);
+        break;
+      case 2:
+        if (!order_.empty()) order_[static_cast<std::size_t>(at)].id = MakeId();
+        break;
+      case 3:
+        std::rotate(order_.begin(), order_.begin() + at, order_.end());
+        break;
+      case 4:
+        std::shuffle(order_.begin(), order_.end(), random_);
+        break;
+      default:
+        order_.resize(static_cast<std::size_t>(at));
+        break;
+    }
+  }
+
+  double MakeNumber()
+  {
+    constexpr double kRare[] = {0.0, -0.0, kInfinity, -kInfinity, 1e308, 5e-324};
+    if (Draw(0, 300) == 0) return kRare[Draw(0, 5)];
+    return std::uniform_real_distribution<double>(-1e6, 1e6)(random_);
+  }
+
+  void Fill(Twin& twin)
+  {
+    const int layers = static_cast<int>(twin.layers.size());
+    if (layers == 0) return;
+    for (const Place& place : order_) {
+      std::array<double, N> value{};
+      double                handed[N] = {};
+      for (std::size_t k = 0; k < N; ++k) handed[k] = value[k] = MakeNumber();
+      const int layer = place.layer % layers;
+      if (layer == 0 && Draw(0, 1) == 0)
+        twin.field.AddValue(place.id, handed);
+      else
+        twin.field.AddValue(place.id, layer, handed);
+      twin.layers[static_cast<std::size_t>(layer)].Add(place.id, value);
+      ++steps_;
+    }
+  }
+
+  void ExpectTwin(const Twin& twin)
+  {
+    ASSERT_EQ(twin.field.NumLayers(), static_cast<int>(twin.layers.size()));
+    EXPECT_EQ(twin.field.FieldSize(), twin.layers.empty() ? 0 : twin.layers[0].GetData().size());
+    const auto isFilled = [](const Plain& layer) { return !layer.GetData().empty(); };
+    EXPECT_EQ(twin.field.IsAnyValueAdded(), std::any_of(twin.layers.begin(), twin.layers.end(), isFilled));
+    for (int layer = 0; layer < twin.field.NumLayers(); ++layer) {
+      const Plain& plain = twin.layers[static_cast<std::size_t>(layer)];
+      ExpectSame(twin.field, layer, plain);
+      const int         id    = Draw(0, 1) == 0 || order_.empty() ? MakeId() : order_.front().id;
+      const auto        known = plain.GetData().find(static_cast<std::uint32_t>(id));
+      const Data* const found = twin.field.GetData(layer, id);
+      ASSERT_EQ(found != nullptr, known != plain.GetData().end()) << id;
+      EXPECT_TRUE(found == nullptr || IsSame(*found, known->second)) << id;
+    }
+  }
+
+  void ExpectSaved(const Twin& twin)
+  {
+    const FED_DataDescriptor kind(1, N == 1 ? kTemperature : N == 3 ? kDisplacement : kStress);
+    const auto               op      = static_cast<Operation>(Draw(0, 2));
+    const bool               isSplit = Draw(0, 1) == 0;
+    // By block and id; of an id's layers that share a block the last stays.
+    std::map<FED_DataDescriptor, std::map<int, Data>> expected;
+    for (std::size_t layer = 0; layer < twin.layers.size(); ++layer)
+      for (const auto& [id, data] : twin.layers[layer].GetData())
+        expected[isSplit ? WithLayer(kind, static_cast<int>(layer) + 1) : kind][static_cast<int>(id)] = data;
+
+    FED_ResultDatabase           db;
+    std::set<FED_DataDescriptor> written;
+    twin.field.SaveField(db, kind, isSplit ? SeparateLayers : NoLayerIndex, op, true, &written);
+    ASSERT_EQ(NumBlocks(db), expected.size());
+    ASSERT_EQ(written.size(), expected.size());
+    for (const auto& [descriptor, records] : expected) {
+      ASSERT_TRUE(db.HasDataBlock(descriptor) && written.count(descriptor) == 1);
+      const FED_DataBlock& block = db.GetConstDataBlock(descriptor);
+      ASSERT_EQ(dynamic_cast<const FED_ColumnDataBlock&>(block).GetRecordCount(), records.size());
+      const FED_ConstIdDataBlock view(block, db.GetIdMapsPool());
+      for (const auto& [id, data] : records) {
+        double value[N] = {};
+        Read(view, id, value);
+        for (std::size_t k = 0; k < N; ++k) EXPECT_TRUE(IsSameNumber(value[k], ReportedPlainly(data, op, k))) << id;
+      }
+    }
+  }
+
+  std::mt19937        random_;
+  std::array<Twin, 2> twins_;
+  std::vector<Place>  order_;
+  std::size_t         steps_ = 0;
+};
+
+// QUILON_MODEL_STEPS says how much of it.
+TEST(FEM_AvgField, RandomWorkAgreesWithPlainContainers)
+{
+  const char* const given = std::getenv("QUILON_MODEL_STEPS");
+  const std::size_t steps = (given == nullptr ? 60000 : std::strtoul(given, nullptr, 10)) / 6;
+  FieldWork<AvgData<1>, 1>(1).Do(steps);
+  FieldWork<AvgData<3>, 3>(2).Do(steps);
+  FieldWork<AvgData<6>, 6>(3).Do(steps);
+  FieldWork<StatData<1>, 1>(4).Do(steps);
+  FieldWork<StatData<3>, 3>(5).Do(steps);
+  FieldWork<StatData<6>, 6>(6).Do(steps);
 }
 
 }  // namespace

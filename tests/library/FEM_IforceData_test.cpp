@@ -1,21 +1,30 @@
 #include <FEM_IforceData.h>
 
+#include <algorithm>
 #include <climits>
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <map>
 #include <random>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/FED_ResultDatabase.h>
 #include <QuilonDbConnector/FED_DataBlock.h>
 #include <QuilonDbConnector/FED_DataDescriptor.h>
+#include <QuilonDbConnector/FED_IdDataBlock.h>
+#include <QuilonDbConnector/FED_IdDataRecord.h>
+#include <QuilonUtilities/FED_DoubleArray.h>
 #include <QuilonUtilities/FED_IntArray.h>
 
 #include "RecordingDatabase.h"
@@ -218,33 +227,44 @@ public:
     Ids                        nodes;  // in the order of their first contribution
     std::map<int, Sums>        sums[2];
     std::map<int, std::size_t> positions;
+    bool                       has[2] = {};
   };
 
-  void Insert(int element, int node, int vec, const double* values)
+  void InsertComponent(int element, int node, int vec, int component, double value)
   {
     Element& entry = elements[static_cast<std::uint32_t>(element)];
     if (entry.positions.emplace(node, entry.nodes.size()).second) entry.nodes.push_back(node);
     Sums& sums = entry.sums[vec][node];
-    for (int k = 0; k < 3; ++k) {
-      sums.sum[k] += values[k];
-      ++sums.count[k];
-    }
+    sums.sum[component] += value;
+    ++sums.count[component];
+    entry.has[vec] = true;
   }
-  void Set(int element, int node, int vec, const double* values)
+  void Insert(int element, int node, int vec, const double* values)
+  {
+    for (int k = 0; k < 3; ++k) InsertComponent(element, node, vec, k, values[k]);
+  }
+  /// @return whether both are there; otherwise what is missing is remembered
+  bool Locate(int element, int node)
   {
     const auto found = elements.find(static_cast<std::uint32_t>(element));
     if (found == elements.end()) {
       missingElements.insert(element);
-    } else if (found->second.positions.count(node) == 0) {
-      missingNodes.insert(element);
-    } else {
-      Insert(element, node, vec, values);
+      return false;
     }
+    if (found->second.positions.count(node) != 0) return true;
+    missingNodes.insert(element);
+    return false;
+  }
+  void Set(int element, int node, int vec, const double* values)
+  {
+    if (Locate(element, node)) Insert(element, node, vec, values);
   }
   void Nullify()
   {
-    for (auto& [id, element] : elements)
+    for (auto& [id, element] : elements) {
       for (auto& sums : element.sums) sums.clear();
+      for (bool& has : element.has) has = false;
+    }
   }
 
   std::map<std::uint32_t, Element> elements;
@@ -352,6 +372,264 @@ TEST(IforceData, EveryOrderOfFillsGivesThePlainAccumulatorsBits)
   plain = PlainForces();
   fill(fresh, mesh);
   ExpectSame(fresh, plain);
+}
+
+// Random work beside the plain accumulator: fills whose orders repeat and are disturbed, copies, moves and saves.
+class ForceWork
+{
+public:
+  explicit ForceWork(unsigned seed) : random_(seed) {}
+
+  /// A value that is inserted or set is a step, and so is anything else that is done.
+  void Do(std::size_t steps)
+  {
+    MakeOrder();
+    while (steps_ < steps && !testing::Test::HasFailure()) {
+      SCOPED_TRACE("step " + std::to_string(steps_));
+      DoOne();
+      ++steps_;
+    }
+  }
+
+private:
+  struct Twin
+  {
+    FEM_IforceData data;
+    PlainForces    plain;
+  };
+
+  struct Call
+  {
+    int element;
+    int node;
+    int what;  // 0 to 2 insert a component, a vector, both; 3 to 5 set them
+  };
+
+  int Draw(int least, int most) { return std::uniform_int_distribution<int>(least, most)(random_); }
+
+  void DoOne()
+  {
+    Twin& one   = twins_[Draw(0, 1)];
+    Twin& other = twins_[Draw(0, 1)];
+    switch (Draw(0, 20)) {
+      case 0:
+        one.data.Clear();
+        one.plain = PlainForces();
+        return;
+      case 1:
+        return MakeOrder();
+      case 2:
+        one.data  = other.data;
+        one.plain = other.plain;
+        return;
+      case 3:
+        return Move(one, other);
+      case 4:
+        return Construct(one, other);
+      case 5:
+      case 6:
+        return ExpectSaved(one);
+      case 7:
+        return one.data.ReserveStorage(static_cast<std::size_t>(Draw(0, 200)));
+      default:
+        if (Draw(0, 3) > 0) Nullify(one);
+        if (Draw(0, 1) == 0) Disturb();
+        for (const Call& call : order_) Fill(one, call);
+        ExpectSame(one.data, one.plain);
+        return;
+    }
+  }
+
+  // The source keeps its elements and loses what is missing.
+  void Move(Twin& one, Twin& other)
+  {
+    one.data = std::move(other.data);
+    if (&one == &other) return ExpectSame(one.data, one.plain);
+    one.plain = other.plain;
+    other.plain.missingElements.clear();
+    other.plain.missingNodes.clear();
+    ExpectSame(other.data, other.plain);
+  }
+
+  void Construct(Twin& one, Twin& other)
+  {
+    const bool isMoved = Draw(0, 1) == 0;
+    Twin       fresh{isMoved ? FEM_IforceData(std::move(other.data)) : FEM_IforceData(other.data), other.plain};
+    if (isMoved) {
+      other.plain.missingElements.clear();
+      other.plain.missingNodes.clear();
+    }
+    ExpectSame(other.data, other.plain);
+    ExpectSame(fresh.data, fresh.plain);
+    one.data  = fresh.data;
+    one.plain = fresh.plain;
+  }
+
+  static void Nullify(Twin& twin)
+  {
+    twin.data.NullifyVecData();
+    twin.plain.Nullify();
+  }
+
+  Call MakeCall()
+  {
+    const auto bits = static_cast<int>(random_() & ((1u << Draw(0, 31)) - 1u));
+    return {bits - (Draw(0, 3) == 0 ? 50 : 0), Draw(-2, 30), Draw(0, 5)};
+  }
+
+  void MakeOrder()
+  {
+    order_.clear();
+    const int count = Draw(1, 60);
+    for (int i = 0; i < count; ++i) {
+      const Call first = MakeCall();
+      for (int node = Draw(0, 9); node >= 0; --node) order_.push_back({first.element, first.node + node, Draw(0, 5)});
+    }
+  }
+
+  void Disturb()
+  {
+    const int at = order_.empty() ? 0 : Draw(0, static_cast<int>(order_.size()) - 1);
+    switch (Draw(0, 5)) {
+      case 0:
+        order_.insert(order_.begin() + at, MakeCall());
+        break;
+      case 1:
+        if (!order_.empty()) order_.erase(order_.begin() + at);
+        break;
+      case 2:
+        if (!order_.empty()) order_[static_cast<std::size_t>(at)] = MakeCall();
+        break;
+      case 3:
+        std::rotate(order_.begin(), order_.begin() + at, order_.end());
+        break;
+      case 4:
+        std::shuffle(order_.begin(), order_.end(), random_);
+        break;
+      default:
+        order_.resize(static_cast<std::size_t>(at));
+        break;
+    }
+  }
+
+  double MakeNumber()
+  {
+    // Sums of these cancel now and then, which decides about the block of moments.
+    if (Draw(0, 1) == 0) return Draw(-1, 1);
+    return std::uniform_real_distribution<double>(-1e6, 1e6)(random_);
+  }
+
+  void Fill(Twin& twin, const Call& call)
+  {
+    ++steps_;
+    const double first[3]  = {MakeNumber(), MakeNumber(), MakeNumber()};
+    const double second[3] = {-0.0, MakeNumber(), 0.0};
+    const auto   vec       = call.element % 3 == 0 ? kMoment : kForce;
+    const int    component = (call.node + 3) % 3;
+    const bool   isTaken   = call.what < 3 || twin.plain.Locate(call.element, call.node);
+    switch (call.what) {
+      case 0:
+        twin.data.InsertComponent(call.element, call.node, vec, component, first[0]);
+        break;
+      case 1:
+        twin.data.InsertVector(call.element, call.node, vec, first);
+        break;
+      case 2:
+        twin.data.InsertVectors(call.element, call.node, first, second);
+        break;
+      case 3:
+        twin.data.SetComponent(call.element, call.node, vec, component, first[0]);
+        break;
+      case 4:
+        twin.data.SetVector(call.element, call.node, vec, first);
+        break;
+      default:
+        twin.data.SetVectors(call.element, call.node, first, second);
+        break;
+    }
+    if (!isTaken) return;
+    switch (call.what % 3) {
+      case 0:
+        return twin.plain.InsertComponent(call.element, call.node, vec, component, first[0]);
+      case 1:
+        return twin.plain.Insert(call.element, call.node, vec, first);
+      default:
+        twin.plain.Insert(call.element, call.node, kForce, first);
+        twin.plain.Insert(call.element, call.node, kMoment, second);
+    }
+  }
+
+  static Doubles ReportedPlainly(const PlainForces::Element& element, int vec, FEM_IforceData::MultiValueOperation op)
+  {
+    Doubles values(3 * element.nodes.size());
+    if (op == kZero) return values;
+    for (const auto& [node, sums] : element.sums[vec]) {
+      for (std::size_t k = 0; k < 3; ++k) {
+        if (sums.count[k] == 0) continue;
+        const double divisor                       = op == kAverage ? sums.count[k] : 1.0;
+        values[3 * element.positions.at(node) + k] = sums.sum[k] / divisor;
+      }
+    }
+    return values;
+  }
+
+  /// By element, what a block's lists hold.
+  template <typename List>
+  static std::map<int, std::vector<List>> ReadLists(const FED_Database& db, const FED_DataDescriptor& descriptor)
+  {
+    std::map<int, std::vector<List>> lists;
+    if (!db.HasDataBlock(descriptor)) return lists;
+    const FED_DataBlock&       block = db.GetConstDataBlock(descriptor);
+    const FED_ConstIdDataBlock view(block, db.GetIdMapsPool());
+    FED_ConstIdDataRecord&     record = view.CreateConstIdDataRecord();
+    for (const std::size_t index : dynamic_cast<const FED_ColumnDataBlock&>(block).GetIndices()) {
+      const int id = view.GetId(index);
+      view.GetRecord(id, record);
+      std::conditional_t<std::is_same_v<List, int>, FED_IntArray, FED_DoubleArray> list;
+      if constexpr (std::is_same_v<List, int>)
+        record.GetIntList(1, list);
+      else
+        record.GetDataRecord().GetDoubleList(1, list);
+      lists[id].assign(list.GetData(), list.GetData() + list.GetSize());
+    }
+    view.DeleteIdDataRecord(record);
+    return lists;
+  }
+
+  void ExpectSaved(const Twin& twin)
+  {
+    const auto             op = static_cast<FEM_IforceData::MultiValueOperation>(Draw(0, 3));
+    std::map<int, Doubles> expected[2];
+    std::map<int, Ids>     nodes;
+    for (const auto& [id, element] : twin.plain.elements) {
+      for (const int vec : {0, 1}) {
+        const Doubles values  = ReportedPlainly(element, vec, op);
+        const auto    isThere = [](double value) { return value != 0.0 || std::signbit(value); };
+        if (element.has[vec] && (vec == 0 || std::any_of(values.begin(), values.end(), isThere)))
+          expected[vec][static_cast<int>(id)] = values;
+      }
+      nodes[static_cast<int>(id)] = element.nodes;
+    }
+    FED_ResultDatabase db;
+    Save(twin.data, db, op);
+    EXPECT_EQ(db.HasDataBlock(Forces()), !twin.plain.elements.empty());
+    EXPECT_EQ(db.HasDataBlock(Moments()), !expected[1].empty());
+    EXPECT_EQ(ReadLists<double>(db, Forces()), expected[0]);
+    EXPECT_EQ(ReadLists<double>(db, Moments()), expected[1]);
+    EXPECT_EQ(ReadLists<int>(db, FED_DataDescriptor(1, static_cast<FED_OnfId>(595))), nodes);
+  }
+
+  std::mt19937      random_;
+  Twin              twins_[2];
+  std::vector<Call> order_;
+  std::size_t       steps_ = 0;
+};
+
+// QUILON_MODEL_STEPS says how much of it.
+TEST(IforceData, RandomWorkAgreesWithThePlainAccumulator)
+{
+  const char* const given = std::getenv("QUILON_MODEL_STEPS");
+  ForceWork(20261122).Do(given == nullptr ? 40000 : std::strtoul(given, nullptr, 10));
 }
 
 TEST(IforceData, AFreshElementHasRoomForFourNodesAndMinusOneReserved)
