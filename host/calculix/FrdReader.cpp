@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstdint>
 #include <fstream>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "text/ColumnText.h"
 #include "text/LineFile.h"
@@ -38,7 +40,8 @@ enum class Encoding
   Double   ///< binary, 8-byte floating point
 };
 
-// A set of positive ids: a bit each, in pages that exist where ids are.
+// A set of positive ids. A page of 65536 of them lists the few that are there, and has a bit for each when they are
+// more: ids far from each other cost two bytes each, and ids in any order at most eight.
 class IdSet
 {
 public:
@@ -46,30 +49,57 @@ public:
   bool Insert(int id)
   {
     const auto        position = static_cast<std::size_t>(id);
-    const std::size_t page     = position / kPageIds;
-    if (page >= pages_.size()) pages_.resize(page + 1);
-    if (!pages_[page]) pages_[page] = std::make_unique<Page>();
-    std::uint64_t&      word  = (*pages_[page])[position % kPageIds / 64];
-    const std::uint64_t bit   = std::uint64_t{1} << (position % 64);
-    const bool          isNew = (word & bit) == 0;
-    word |= bit;
-    return isNew;
+    const std::size_t number   = position / kPageIds;
+    if (number >= pages_.size()) pages_.resize(number + 1);
+    Page& page = pages_[number];
+    if (!page.bits) return InsertFew(page, static_cast<std::uint16_t>(position % kPageIds));
+    return SetBit(*page.bits, position % kPageIds);
   }
 
   bool Contains(int id) const noexcept
   {
     if (id < 0) return false;
     const auto        position = static_cast<std::size_t>(id);
-    const std::size_t page     = position / kPageIds;
-    if (page >= pages_.size() || !pages_[page]) return false;
-    return ((*pages_[page])[position % kPageIds / 64] >> (position % 64) & 1) != 0;
+    const std::size_t number   = position / kPageIds;
+    if (number >= pages_.size()) return false;
+    const Page& page = pages_[number];
+    if (page.bits) return ((*page.bits)[position % kPageIds / 64] >> (position % 64) & 1) != 0;
+    return std::binary_search(page.few.begin(), page.few.end(), static_cast<std::uint16_t>(position % kPageIds));
   }
 
 private:
   static constexpr std::size_t kPageIds = 65536;
-  using Page                            = std::array<std::uint64_t, kPageIds / 64>;
+  static constexpr std::size_t kMostFew = 1024;
+  using Bits                            = std::array<std::uint64_t, kPageIds / 64>;
 
-  std::vector<std::unique_ptr<Page>> pages_;
+  struct Page
+  {
+    std::vector<std::uint16_t> few;  // ascending
+    std::unique_ptr<Bits>      bits;
+  };
+
+  static bool SetBit(Bits& bits, std::size_t position)
+  {
+    std::uint64_t&      word  = bits[position / 64];
+    const std::uint64_t bit   = std::uint64_t{1} << (position % 64);
+    const bool          isNew = (word & bit) == 0;
+    word |= bit;
+    return isNew;
+  }
+
+  static bool InsertFew(Page& page, std::uint16_t position)
+  {
+    const auto at = std::lower_bound(page.few.begin(), page.few.end(), position);
+    if (at != page.few.end() && *at == position) return false;
+    page.few.insert(at, position);
+    if (page.few.size() < kMostFew) return true;
+    page.bits = std::make_unique<Bits>();
+    for (const std::uint16_t known : page.few) SetBit(*page.bits, known);
+    page.few = {};
+    return true;
+  }
+
+  std::vector<Page> pages_;
 };
 
 // The file's binary parts are little-endian on every machine.

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "AllocationFailure.h"
 #include "ReaderSupport.h"
 #include "TempFolder.h"
 
@@ -779,6 +780,50 @@ TEST(FrdReader, ReadsTheSameFromTheSolversTextAndBinaryFiles)
   for (std::size_t i = 0; i < text.values.size(); ++i) {
     // Half a unit of the sixth digit is at most 5e-6 of a number, and single precision adds 6e-8.
     EXPECT_NEAR(binary.values[i], text.values[i], 5.1e-6 * std::abs(text.values[i])) << i;
+  }
+}
+
+class NodeCounter : public FrdSink
+{
+public:
+  std::size_t count = 0;
+
+  void OnNodes(std::span<const int> ids, std::span<const double>) override { count += ids.size(); }
+  void OnElements(std::span<const FrdElement>) override {}
+  bool OnDatasetBegin(const FrdDataset&) override { return false; }
+  void OnRows(const FrdDataset&, std::span<const int>, std::span<const double>, std::int64_t) override {}
+  void OnDatasetEnd(const FrdDataset&) override {}
+};
+
+// A node each in a range of ids of its own, descending, and many in one range.
+TEST(FrdReader, IdsFarFromEachOtherTakeLittleMemory)
+{
+  constexpr int kFar   = 20000;
+  constexpr int kNear  = 5000;
+  const auto    column = [](int number, int width) {
+    const std::string text = std::to_string(number);
+    return std::string(static_cast<std::size_t>(width) - text.size(), ' ') + text;
+  };
+  std::string text = "    1C\n    2C" + std::string(18, ' ') + column(kFar + kNear, 12) + std::string(37, ' ') + "1\n";
+  const auto  add  = [&](int id) { text += " -1" + column(id, 10) + " 0.00000E+00 0.00000E+00 0.00000E+00\n"; };
+  for (int i = kFar; i > 0; --i) add(100000 * i);
+  for (int i = 0; i < kNear; ++i) add(3 + i);
+  text += " -3\n 9999\n";
+
+  std::istringstream                   in(text);
+  NodeCounter                          sink;
+  const quilon_test::AllocationFailure counter(0);
+  ReadFrd(in, "job.frd", sink);
+  EXPECT_EQ(sink.count, static_cast<std::size_t>(kFar + kNear));
+  // A buffer of 1 MiB, a table of ranges of as much, which is made in pieces that grow, and some bytes for each id.
+  EXPECT_LT(counter.GetBytes(), std::size_t{8} << 20);
+
+  for (const auto& [id, other] : {std::pair{700000, 800000}, std::pair{5002, 4}}) {
+    std::istringstream twice(Replaced(text, column(id, 10), column(other, 10)));
+    const int          line = id == 700000 ? kFar - 4 : 2 + kFar + kNear;
+    EXPECT_EQ(FailureOf([&] { ReadFrd(twice, "job.frd", sink); }), "job.frd:" + std::to_string(line) +
+                                                                       ": expected every node once, found node " +
+                                                                       std::to_string(other) + " again");
   }
 }
 
