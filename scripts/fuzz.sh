@@ -3,18 +3,25 @@
 # build/fuzz/artifacts; keep it as a seed together with the cure. With a seed of its random numbers a run begins as the
 # last one did, where the corpus is the same.
 #
-# usage: scripts/fuzz.sh [--seed N] [SECONDS EACH] [TARGET...]     (default: another seed each time, 60, all)
+# usage: scripts/fuzz.sh [--seed N] [--grow] [SECONDS EACH] [TARGET...]     (default: another seed each time, 60, all)
+#
+#   --grow   takes over into the seeds what reached new edges of the code, and as little of it as reaches all of them
 set -euo pipefail
 if [[ ${1:-} == --help || ${1:-} == -h ]]; then
-  sed -n '2,6s/^# \{0,1\}//p' "$0"
+  sed -n '2,8s/^# \{0,1\}//p' "$0"
   exit 0
 fi
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 seed=0
-if [[ ${1:-} == --seed ]]; then
-  seed=${2:?fuzz.sh: --seed wants a number}
-  shift 2
-fi
+grow=false
+while [[ ${1:-} == --* ]]; do
+  case $1 in
+    --seed) seed=${2:?fuzz.sh: --seed wants a number}; shift ;;
+    --grow) grow=true ;;
+    *) echo "fuzz.sh: unknown option $1" >&2; exit 2 ;;
+  esac
+  shift
+done
 seconds=${1:-60}
 shift || true
 cmake --preset fuzz
@@ -26,7 +33,16 @@ for target in "${targets[@]}"; do
   name=${target%_fuzz}
   corpus=build/fuzz/corpus/$name
   mkdir -p "$corpus"
+  words=()
+  dictionary=tests/fuzz/dictionaries/${name%_convert}.dict
+  if [[ -f $dictionary ]]; then words=("-dict=$dictionary"); fi
   echo "-- $target"
   build/fuzz/tests/fuzz/"$target" -seed="$seed" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 -verbosity=0 \
-    -artifact_prefix=build/fuzz/artifacts/"$target"- "$corpus" tests/fuzz/seeds/"$name" 2>&1 | grep -vE '^(INFO|#)' | tail -n 40
+    -artifact_prefix=build/fuzz/artifacts/"$target"- ${words[@]+"${words[@]}"} "$corpus" tests/fuzz/seeds/"$name" 2>&1 |
+    grep -vE '^(INFO|#|Dictionary)' | tail -n 40
+  if $grow; then
+    # By edges alone: how often one is passed makes a hundred times as many inputs different.
+    build/fuzz/tests/fuzz/"$target" -merge=1 -use_counters=0 -timeout=10 -rss_limit_mb=2048 -verbosity=0 tests/fuzz/seeds/"$name" "$corpus"
+    echo "   $(find tests/fuzz/seeds/"$name" -type f | wc -l) seeds"
+  fi
 done

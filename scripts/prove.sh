@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Tries what the project promises harder than tests that run with every change can: long tests, fuzzing, breaks of the
-# code, coverage, and a soak of writers, readers and kills. docs/reliability.md says what each part proves.
+# code, coverage, other file systems, and a soak of writers, readers and kills. docs/reliability.md says what each part proves.
 #
 # usage: scripts/prove.sh [--minutes N] [--only NAME]... [--again] [--quick PRESET] [--list]
 #
@@ -35,7 +35,7 @@ while (($#)); do
   shift
 done
 
-parts=(faults memory models long soak source fuzz mutants coverage)
+parts=(faults memory models long soak systems source fuzz mutants coverage)
 state=build/prove
 commit=$(git rev-parse HEAD)$(git diff HEAD | sha256sum | cut -c1-8)
 if $again; then rm -rf "$state"; fi
@@ -82,6 +82,12 @@ prove_long() {
   done < <(ctest --preset long -N | sed -n 's/^ *Test *#[0-9]*: //p')
 }
 prove_soak() { build release; soak release "$(seconds 10)"; }
+# Other file systems, and full ones; only root can mount them.
+prove_systems() {
+  ((EUID == 0)) || { echo "prove.sh: file systems are not tried: that wants root" >&2; return 0; }
+  build release
+  scripts/check_file_systems.py
+}
 # The source archive of the commit, built whole, installed and used; without a network where the machine allows that.
 prove_source() {
   local folder=$PWD/build/source offline=()
@@ -109,6 +115,8 @@ prove_mutants() { scripts/mutants.py --sample 1000 --minutes "$((minutes / 4 + 1
 prove_coverage() {
   build coverage
   find build/coverage -name '*.gcda' -delete
+  tests coverage '_fuzz\.seeds$'
+  scripts/coverage.py --parsers
   tests coverage .
   scripts/coverage.py
 }
