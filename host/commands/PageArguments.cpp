@@ -6,7 +6,8 @@
 #include "database/StepTimes.h"
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "report/PageSource.h"
+#include "report/Report.h"
+#include "terminal/Console.h"
 
 namespace quilon {
 
@@ -30,6 +31,14 @@ PageRequest MakePageRequest(const PageArguments& arguments, const FED_Database& 
         selection.Choose(database, selection.ParseBlocks(kinds), StepTimes(database), arguments.database),
         !selection.text.empty());
   return request;
+}
+
+void NoteInside(const ReportResult& result, const std::string& page, Console& console)
+{
+  if (result.lacksRoom)
+    console.Note(page +
+                 ": the inside of solids has no room in it, so that cuts show no section; fewer steps or kinds, " +
+                 "values of 16 bits or 'quilon serve' show it");
 }
 
 }  // namespace quilon

@@ -14,7 +14,9 @@ class App;
 
 namespace quilon {
 
+class Console;
 struct PageRequest;
+struct ReportResult;
 
 struct PageArguments
 {
@@ -30,5 +32,8 @@ void AddPageArguments(CLI::App& app, PageArguments& arguments);
 /// @return a request for all steps with all digits
 /// @throws FED_Failure when the selection, the steps or the times are wrong, or have no values of nodes or elements
 PageRequest MakePageRequest(const PageArguments& arguments, const FED_Database& database);
+
+/// Tells where a page has no inside for want of room.
+void NoteInside(const ReportResult& result, const std::string& page, Console& console);
 
 }  // namespace quilon

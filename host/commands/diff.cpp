@@ -17,6 +17,7 @@
 #include "commands/ExitCode.h"
 #include "commands/JobsOption.h"
 #include "commands/NumberOptions.h"
+#include "commands/PageArguments.h"
 #include "commands/RegionArguments.h"
 #include "commands/SelectionOptions.h"
 #include "commands/TableOptions.h"
@@ -197,21 +198,16 @@ void CheckFile(const std::string& file, const Options& options, const std::strin
     Fail(file + ": has the rules, expected another place for the " + what);
 }
 
-/// Writes the page of a comparison: of the first database what was compared.
+/// Writes the page of a comparison.
 void WritePage(const Options& options, const Databases& databases, const Report& report, const FED_Database& difference,
                Console& console)
 {
   const NamedDatabase& first = databases.Get().front();
   const PageComparison comparison{&databases.Get().back().database, &difference, &report, databases.Get().back().name};
-  PageRequest          request;
-  request.database                       = &first.database;
-  request.name                           = first.name;
-  request.comparison                     = &comparison;
-  std::vector<FED_DataDescriptor> blocks = difference.GetDataDescriptors(FED_DataDescriptorPattern());
-  std::erase_if(blocks, [&](const FED_DataDescriptor& block) { return !first.database.HasDataBlock(block); });
-  request.blocks = ChoosePageBlocks(std::move(blocks), !options.selection.text.empty());
-  WriteReport(request, options.html, std::string("quilon ") + kQuilonVersion, console);
+  const ReportResult   result = WriteComparison(first.database, first.name, comparison, !options.selection.text.empty(),
+                                                options.html, std::string("quilon ") + kQuilonVersion, console);
   console.ClearProgress();
+  NoteInside(result, options.html, console);
 }
 
 void RunComparison(const Options& options, CommandContext& context)

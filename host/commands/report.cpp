@@ -28,6 +28,7 @@ struct Options
   std::string   output;
   std::size_t   maxSteps = 0;
   int           bits     = 32;
+  bool          noInside = false;
 };
 
 void Run(const Options& options, CommandContext& context)
@@ -38,12 +39,14 @@ void Run(const Options& options, CommandContext& context)
     Fail("--bits is " + std::to_string(options.bits) + ", expected 16 or 32");
   CheckOutputFile(options.output);
   OpenedDatabase database(options.page.database, context.console);
-  PageRequest    request = MakePageRequest(options.page, database.Get());
-  request.maxSteps       = options.maxSteps;
-  request.bits           = options.bits == 16 ? BlobBits::Half : BlobBits::Full;
+  PageRequest    request  = MakePageRequest(options.page, database.Get());
+  request.maxSteps        = options.maxSteps;
+  request.bits            = options.bits == 16 ? BlobBits::Half : BlobBits::Full;
+  request.leavesOutInside = options.noInside;
   const ReportResult result =
       WriteReport(request, options.output, std::string("quilon ") + kQuilonVersion, context.console);
   context.console.ClearProgress();
+  NoteInside(result, options.output, context.console);
   context.output.Write(options.output + ": " + Counted(result.numSteps, "step") + ", " +
                        Counted(result.numPoints, "point") + ", " + Counted(result.numTriangles, "triangle") + ", " +
                        FormatBytes(result.bytes) + "\n");
@@ -60,9 +63,12 @@ CommandFunction DefineReport(CLI::App& app)
                  "As many steps at most, evenly chosen, the first and the last among them (default: all)");
   AddIntegerOption(app, "--bits", options->bits, "Of a value: 32, or 16 for half the bytes (default: 32)")
       ->type_name("16|32");
+  app.add_flag("--no-inside", options->noInside,
+               "Leave out the inside of solids: a smaller page, whose cuts show no section");
   app.footer(
       "The page is one file that needs nothing else and asks for nothing: it opens by\n"
-      "a double-click, without a network. It has at most 25 MB. The same input gives\n"
+      "a double-click, without a network. It has at most 25 MB; the inside of solids,\n"
+      "of which cuts show sections, is in it where there is room. The same input gives\n"
       "the same file.\n"
       "\n"
       "Examples:\n"

@@ -163,9 +163,12 @@ PageSource::PageSource(const PageRequest& request, Listener& listener)
   model_ = MakePageModel(fields_->mesh, fields_->sets, fields_->grid);
   if (model_.points.empty())
     Fail(request.name + ": nothing to draw, expected a mesh with solids, shells or beams (blocks 595 and 596)");
+  nodeSets_ = ListPageNodeSets(fields_->mesh, fields_->sets, fields_->grid, model_);
   MakeModelHeader();
   MakeStepHeader();
   MakeFieldHeader();
+  numOutside_ = blobs_.size();
+  if (!model_.solids.empty() && !request.leavesOutInside) MakeInsideHeader();
 }
 
 PageSource::~PageSource() = default;
@@ -173,10 +176,18 @@ PageSource::~PageSource() = default;
 void PageSource::MakeModelHeader()
 {
   Json json;
-  json["origin"]       = Json(MiddleOf(fields_->mesh));
-  json["blobs"]        = {{"points", 0}, {"ids", 1},   {"triangles", 2},    {"triangleElements", 3},
-                          {"edges", 4},  {"beams", 5}, {"beamElements", 6}, {"elementIds", 7}};
-  numModelBlobs_       = 8;
+  json["origin"] = Json(MiddleOf(fields_->mesh));
+  json["blobs"]  = Json::object();
+  const auto add = [&](const char* name, Content content) { json["blobs"][name] = Add(content); };
+  add("points", Content::Points);
+  add("ids", Content::Ids);
+  add("triangles", Content::Triangles);
+  add("triangleElements", Content::TriangleElements);
+  add("edges", Content::Edges);
+  add("beams", Content::Beams);
+  add("beamElements", Content::BeamElements);
+  add("elementIds", Content::ElementIds);
+  add("setNodes", Content::SetNodes);
   json["numPoints"]    = model_.points.size();
   json["numTriangles"] = model_.triangleElements.size();
   json["numEdges"]     = model_.edges.size() / 2;
@@ -209,8 +220,15 @@ void PageSource::MakeModelHeader()
                              {"sets", std::move(ofSets)},
                              {"triangles", rows(part.triangles)},
                              {"edges", rows(part.edges)},
-                             {"beams", rows(part.beams)}});
+                             {"beams", rows(part.beams)},
+                             {"solids", rows(part.solids)}});
   }
+  json["leavesOutSets"] = model_.leavesOutSets;
+  json["nodeSets"]      = Json::array();
+  for (const PageNodeSet& set : nodeSets_.sets)
+    json["nodeSets"].push_back({{"name", fields_->sets[set.number].name},
+                                {"nodes", set.numNodes},
+                                {"points", Json::array({set.points.first, set.points.count})}});
   header_["model"] = std::move(json);
 }
 
@@ -247,13 +265,42 @@ void PageSource::MakeFieldHeader()
                                {"all", ComponentNamesOf(OnfOf(block))},
                                {"start", DefaultComponentOf(OnfOf(block))},
                                {"isStrain", IsStrain(OnfOf(block))},
-                               {"blobs", ListBlobs(array, false)}};
-    if (fields_->changes) one["differences"] = ListBlobs(array, true);
+                               {"blobs", ListValues(array, false, false)}};
+    if (fields_->changes) one["differences"] = ListValues(array, false, true);
     header_["fields"].push_back(std::move(one));
   }
 }
 
-Json PageSource::ListBlobs(std::size_t array, bool ofDifference)
+void PageSource::MakeInsideHeader()
+{
+  Json json;
+  json["numPoints"]   = model_.insidePoints.size();
+  json["numElements"] = model_.insideElements.size();
+  json["blobs"]       = Json::object();
+  const auto add      = [&](const char* name, Content content) { json["blobs"][name] = Add(content, true); };
+  add("points", Content::Points);
+  add("ids", Content::Ids);
+  add("elementIds", Content::ElementIds);
+  add("solidTypes", Content::SolidTypes);
+  add("solidElements", Content::SolidElements);
+  add("solidPoints", Content::SolidPoints);
+  json["fields"] = Json::array();
+  for (std::size_t array = 0; array < fields_->grid.Arrays().size(); ++array) {
+    if (fields_->grid.FieldOf(array) == nullptr) continue;
+    Json one{{"blobs", ListValues(array, true, false)}};
+    if (fields_->changes) one["differences"] = ListValues(array, true, true);
+    json["fields"].push_back(std::move(one));
+  }
+  header_["inside"] = std::move(json);
+}
+
+std::size_t PageSource::Add(Content content, bool isInside)
+{
+  blobs_.push_back({content, isInside});
+  return blobs_.size() - 1;
+}
+
+Json PageSource::ListValues(std::size_t array, bool isInside, bool ofDifference)
 {
   const GridSource& grid     = ofDifference ? *fields_->changes : fields_->grid;
   const bool        isStatic = grid.FieldOf(array)->isStatic;
@@ -263,8 +310,8 @@ Json PageSource::ListBlobs(std::size_t array, bool ofDifference)
       blobs.push_back(Json());
       continue;
     }
-    if (!isStatic || step == 0) fieldBlobs_.push_back({array, step, !isStatic, ofDifference});
-    blobs.push_back(numModelBlobs_ + fieldBlobs_.size() - 1);
+    if (!isStatic || step == 0) blobs_.push_back({Content::Values, isInside, array, step, !isStatic, ofDifference});
+    blobs.push_back(blobs_.size() - 1);
   }
   return blobs;
 }
@@ -279,65 +326,77 @@ std::optional<PageSource::Place> PageSource::FindBlock(const std::string& block)
   return std::nullopt;
 }
 
-bool PageSource::IsOfStep(std::size_t blob) const
-{
-  return blob >= numModelBlobs_ && fieldBlobs_[blob - numModelBlobs_].isOfStep;
-}
+bool PageSource::IsOfStep(std::size_t blob) const { return blobs_.at(blob).isOfStep; }
 
-std::string PageSource::MakeBlob(std::size_t blob)
+std::string PageSource::MakeBlob(std::size_t number)
 {
   ThrowIfInterrupted();
-  if (blob >= numModelBlobs_) return MakeFieldBlob(fieldBlobs_.at(blob - numModelBlobs_));
-  switch (blob) {
-    case 0:
-      return MakePoints();
-    case 1:
-      return MakeIds();
-    case 2:
+  const Blob& blob = blobs_.at(number);
+  switch (blob.content) {
+    case Content::Points:
+      return MakePoints(blob.isInside);
+    case Content::Ids:
+      return MakeIds(blob.isInside);
+    case Content::ElementIds:
+      return MakeElementIds(blob.isInside);
+    case Content::Triangles:
       return EncodeIntegers(model_.triangles);
-    case 3:
+    case Content::TriangleElements:
       return EncodeIntegers(model_.triangleElements);
-    case 4:
+    case Content::Edges:
       return EncodeIntegers(model_.edges);
-    case 5:
+    case Content::Beams:
       return EncodeIntegers(model_.beams);
-    case 6:
+    case Content::BeamElements:
       return EncodeIntegers(model_.beamElements);
-    default:
+    case Content::SetNodes:
+      return EncodeIntegers(nodeSets_.points);
+    case Content::SolidTypes:
+      return EncodeIntegers(ListPageSolids(fields_->mesh, fields_->grid, model_).types);
+    case Content::SolidElements:
+      return EncodeIntegers(ListPageSolids(fields_->mesh, fields_->grid, model_).elements);
+    case Content::SolidPoints:
+      return EncodeIntegers(ListPageSolids(fields_->mesh, fields_->grid, model_).points);
+    case Content::Values:
       break;
   }
-  std::vector<std::uint32_t> ids;
-  for (const std::uint32_t element : model_.elements)
-    ids.push_back(static_cast<std::uint32_t>(fields_->mesh.Elements()[element].id));
-  return EncodeIntegers(ids);
+  return MakeValues(blob);
 }
 
-std::string PageSource::MakePoints() const
+std::string PageSource::MakePoints(bool isInside) const
 {
   const auto          middle = MiddleOf(fields_->mesh);
   const auto          all    = fields_->grid.Points();
   std::vector<double> points;
-  points.reserve(3 * model_.points.size());
-  for (const std::size_t point : model_.points)
+  points.reserve(3 * PointsOf(isInside).size());
+  for (const std::size_t point : PointsOf(isInside))
     for (std::size_t k = 0; k < 3; ++k) points.push_back(all[3 * point + k] - middle[k]);
   return EncodeValues(points, 3, BlobBits::Full);
 }
 
-std::string PageSource::MakeIds()
+std::string PageSource::MakeIds(bool isInside)
 {
   const std::vector<int>     all = ReadPointIds(fields_->grid);
   std::vector<std::uint32_t> ids;
-  ids.reserve(model_.points.size());
-  for (const std::size_t point : model_.points) ids.push_back(static_cast<std::uint32_t>(all[point]));
+  ids.reserve(PointsOf(isInside).size());
+  for (const std::size_t point : PointsOf(isInside)) ids.push_back(static_cast<std::uint32_t>(all[point]));
   return EncodeIntegers(ids);
 }
 
-std::string PageSource::MakeFieldBlob(const FieldBlob& of)
+std::string PageSource::MakeElementIds(bool isInside) const
+{
+  std::vector<std::uint32_t> ids;
+  for (const std::uint32_t element : ElementsOf(isInside))
+    ids.push_back(static_cast<std::uint32_t>(fields_->mesh.Elements()[element].id));
+  return EncodeIntegers(ids);
+}
+
+std::string PageSource::MakeValues(const Blob& of)
 {
   GridSource&                       grid          = of.isDifference ? *fields_->changes : fields_->grid;
   const bool                        ofElements    = grid.FieldOf(of.array)->ofElements;
   const std::size_t                 numComponents = grid.FieldOf(of.array)->NumValues();
-  const std::vector<std::uint32_t>& kept          = ofElements ? model_.elements : model_.points;
+  const std::vector<std::uint32_t>& kept          = ofElements ? ElementsOf(of.isInside) : PointsOf(of.isInside);
   const auto                        bytes         = grid.Read(of.array, of.step);
   std::vector<double>               values(kept.size() * numComponents);
   for (std::size_t i = 0; i < kept.size(); ++i)

@@ -44,8 +44,9 @@ struct PageRequest
   std::size_t                     maxSteps = 0;        ///< 0: all; else as many, the first and the last among them
   BlobBits                        bits     = BlobBits::Full;
   /// Of a page that is a file: no more than mail and chat let through.
-  std::size_t           mostBytes  = 25'000'000;
-  const PageComparison* comparison = nullptr;  ///< borrowed; null: the database alone
+  std::size_t           mostBytes       = 25'000'000;
+  const PageComparison* comparison      = nullptr;  ///< borrowed; null: the database alone
+  bool                  leavesOutInside = false;    ///< the inside of solids, without which cuts show no section
 };
 
 /// @param selected what the user selected
@@ -56,6 +57,8 @@ struct PageRequest
 std::vector<FED_DataDescriptor> ChoosePageBlocks(std::vector<FED_DataDescriptor> selected, bool isAsked);
 
 /// A page's content. Blobs are made when they are asked for, so that memory grows with the mesh and not with steps.
+///
+/// The first blobs have what is drawn of the model. Those behind them have the inside of solids, which sections need.
 class PageSource
 {
 public:
@@ -68,7 +71,9 @@ public:
   /// The header. Names are as the database has them: a page shows them as text.
   const Json& GetHeader() const noexcept { return header_; }
 
-  std::size_t NumBlobs() const noexcept { return numModelBlobs_ + fieldBlobs_.size(); }
+  std::size_t NumBlobs() const noexcept { return blobs_.size(); }
+  /// Blobs before those of the inside: NumBlobs() where there are no solids.
+  std::size_t NumOutsideBlobs() const noexcept { return numOutside_; }
   std::size_t NumSteps() const noexcept { return numSteps_; }
   std::size_t NumPoints() const noexcept { return model_.points.size(); }
   std::size_t NumTriangles() const noexcept { return model_.triangleElements.size(); }
@@ -90,30 +95,62 @@ public:
   std::string MakeBlob(std::size_t blob);
 
 private:
-  /// A blob of values.
-  struct FieldBlob
+  enum class Content
   {
-    std::size_t array        = 0;  ///< in the grid
+    Points,
+    Ids,
+    ElementIds,
+    Triangles,
+    TriangleElements,
+    Edges,
+    Beams,
+    BeamElements,
+    SetNodes,
+    SolidTypes,
+    SolidElements,
+    SolidPoints,
+    Values
+  };
+
+  struct Blob
+  {
+    Content     content      = Content::Values;
+    bool        isInside     = false;  ///< of points and elements of the inside, or of those that are drawn
+    std::size_t array        = 0;      ///< of values: in the grid
     std::size_t step         = 0;
-    bool        isOfStep     = true;
+    bool        isOfStep     = false;
     bool        isDifference = false;  ///< from what the database is compared with
   };
 
-  Json        ListBlobs(std::size_t array, bool ofDifference);
-  std::string MakePoints() const;
-  std::string MakeIds();
-  std::string MakeFieldBlob(const FieldBlob& of);
+  /// @return its number
+  std::size_t Add(Content content, bool isInside = false);
+  Json        ListValues(std::size_t array, bool isInside, bool ofDifference);
+  std::string MakePoints(bool isInside) const;
+  std::string MakeIds(bool isInside);
+  std::string MakeElementIds(bool isInside) const;
+  std::string MakeValues(const Blob& of);
 
   void MakeModelHeader();
   void MakeFieldHeader();
   void MakeStepHeader();
+  void MakeInsideHeader();
+
+  const std::vector<std::uint32_t>& PointsOf(bool isInside) const
+  {
+    return isInside ? model_.insidePoints : model_.points;
+  }
+  const std::vector<std::uint32_t>& ElementsOf(bool isInside) const
+  {
+    return isInside ? model_.insideElements : model_.elements;
+  }
 
   std::unique_ptr<FieldSource> fields_;
   PageModel                    model_;
+  PageNodeSets                 nodeSets_;
   BlobBits                     bits_;
-  std::size_t                  numModelBlobs_ = 0;
-  std::size_t                  numSteps_      = 0;
-  std::vector<FieldBlob>       fieldBlobs_;
+  std::size_t                  numSteps_   = 0;
+  std::size_t                  numOutside_ = 0;
+  std::vector<Blob>            blobs_;
   Json                         header_;
 };
 

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "diff/Report.h"
 #include "progress/Listener.h"
+#include "QuilonDbConnector/FED_Database.h"
+#include "QuilonDbConnector/FED_DataDescriptorPattern.h"
 #include "report/PageBundle.h"
 #include "report/PageFacts.h"
 #include "text/Failure.h"
@@ -83,9 +86,10 @@ std::string MegaBytes(std::size_t bytes)
                                std::size_t ofSteps)
 {
   std::string       advice;
-  const auto        add     = [&advice](const std::string& way) { advice += (advice.empty() ? "" : ", ") + way; };
-  const std::size_t perStep = ofSteps / std::max<std::size_t>(source.NumSteps(), 1);
-  const std::size_t room    = fixed < request.mostBytes ? request.mostBytes - fixed : 0;
+  const auto        add      = [&advice](const std::string& way) { advice += (advice.empty() ? "" : ", ") + way; };
+  const std::size_t numSteps = std::max<std::size_t>(source.NumSteps(), 1);
+  const std::size_t perStep  = (ofSteps + numSteps - 1) / numSteps;
+  const std::size_t room     = fixed < request.mostBytes ? request.mostBytes - fixed : 0;
   if (perStep > 0 && room / perStep >= 1 && room / perStep < source.NumSteps())
     add("--max-steps " + std::to_string(room / perStep));
   if (request.bits == BlobBits::Full && ofSteps / 2 <= room) add("--bits 16");
@@ -141,24 +145,60 @@ ReportResult WriteReport(const PageRequest& request, const std::filesystem::path
                          Listener& listener)
 {
   CheckOutputFile(output);
-  PageSource      source(request, listener);
-  const Json      header = MakePageHeader(request, source, program, listener);
-  const PageFrame frame  = MakePageFrame(FileNameOf(request.name), program, header, "");
-  std::string     page   = frame.begin;
-  std::size_t     fixed  = frame.begin.size() + frame.end.size();
-  std::size_t     steps  = 0;
-  for (std::size_t blob = 0; blob < source.NumBlobs(); ++blob) {
+  PageSource source(request, listener);
+  Json       header  = MakePageHeader(request, source, program, listener);
+  Json       without = header;
+  without["inside"]  = Json();
+
+  const std::string title = FileNameOf(request.name);
+  PageFrame         frame = MakePageFrame(title, program, without, "");
+  std::size_t       fixed = frame.begin.size() + frame.end.size();
+  std::size_t       steps = 0;
+  const auto        make  = [&](std::size_t blob) {
     listener.Progress("page", blob, source.NumBlobs(), "arrays");
-    const std::string text = "<script type=\"text/plain\" id=\"blob" + std::to_string(blob) + "\">" +
-                             ToBase64(source.MakeBlob(blob)) + "</script>\n";
+    return "<script type=\"text/plain\" id=\"blob" + std::to_string(blob) + "\">" + ToBase64(source.MakeBlob(blob)) +
+           "</script>\n";
+  };
+  std::string outside;
+  for (std::size_t blob = 0; blob < source.NumOutsideBlobs(); ++blob) {
+    const std::string text = make(blob);
     (source.IsOfStep(blob) ? steps : fixed) += text.size();
     // What is too large goes on being counted: the message says how much smaller it has to be.
-    if (fixed + steps <= request.mostBytes) page += text;
+    if (fixed + steps <= request.mostBytes) outside += text;
   }
   if (fixed + steps > request.mostBytes) FailTooLarge(request, source, fixed, steps);
-  page += frame.end;
+
+  bool        hasInside = source.NumOutsideBlobs() < source.NumBlobs();
+  std::string inside;
+  PageFrame   whole = frame;
+  if (hasInside) {
+    whole                  = MakePageFrame(title, program, header, "");
+    const std::size_t size = whole.begin.size() + outside.size() + whole.end.size();
+    for (std::size_t blob = source.NumOutsideBlobs(); hasInside && blob < source.NumBlobs(); ++blob) {
+      inside += make(blob);
+      hasInside = size + inside.size() <= request.mostBytes;
+    }
+  }
+  ReportResult result{0, source.NumSteps(), source.NumPoints(), source.NumTriangles(), hasInside, false};
+  result.lacksRoom       = !hasInside && source.NumOutsideBlobs() < source.NumBlobs();
+  const std::string page = hasInside ? whole.begin + outside + inside + whole.end : frame.begin + outside + frame.end;
   WriteFile(output, page);
-  return {page.size(), source.NumSteps(), source.NumPoints(), source.NumTriangles()};
+  result.bytes = page.size();
+  return result;
+}
+
+ReportResult WriteComparison(const FED_Database& first, const std::string& name, const PageComparison& comparison,
+                             bool isAsked, const std::filesystem::path& output, const std::string& program,
+                             Listener& listener)
+{
+  auto blocks = comparison.difference->GetDataDescriptors(FED_DataDescriptorPattern());
+  std::erase_if(blocks, [&first](const FED_DataDescriptor& block) { return !first.HasDataBlock(block); });
+  PageRequest request;
+  request.database   = &first;
+  request.name       = name;
+  request.comparison = &comparison;
+  request.blocks     = ChoosePageBlocks(std::move(blocks), isAsked);
+  return WriteReport(request, output, program, listener);
 }
 
 }  // namespace quilon

@@ -48,6 +48,14 @@ function fromHalves(steps, ranges, numComponents) {
   });
 }
 
+/** @returns {Float32Array|Uint32Array} two of a type, one behind the other */
+export function concatenated(head, tail) {
+  const both = new head.constructor(head.length + tail.length);
+  both.set(head);
+  both.set(tail, head.length);
+  return both;
+}
+
 /** The blobs of a page: embedded in it, or fetched from the server that it comes from. */
 export class Blobs {
   /** @param {{bits: number, base?: string}} header */
@@ -56,6 +64,7 @@ export class Blobs {
     this.base = header.base;
     this.columns = new Map(); // decoded, the least recently used first
     this.bytes = 0;
+    this.hasInside = false; // whether values are those of the inside of solids, too
   }
 
   async read(blob) {
@@ -79,20 +88,39 @@ export class Blobs {
   }
 
   /** @returns {Promise<Float32Array[]>} a column for each component. What was used last stays in memory. */
-  async values(blob, numComponents, bits = this.bits) {
-    let columns = this.columns.get(blob);
+  values(blob, numComponents, bits = this.bits) {
+    return this.keep(blob, () => this.decode(blob, numComponents, bits));
+  }
+
+  /** @returns {Promise<Float32Array[]>} the values of two blobs, one behind the other */
+  joined(first, next, numComponents) {
+    return this.keep(`${first}, ${next}`, async () => {
+      const [head, tail] = await Promise.all([first, next].map((blob) => this.decode(blob, numComponents, this.bits)));
+      return head.map((column, k) => concatenated(column, tail[k]));
+    });
+  }
+
+  async keep(key, make) {
+    let columns = this.columns.get(key);
     if (columns) {
-      this.columns.delete(blob);
+      this.columns.delete(key);
     } else {
-      columns = await this.decode(blob, numComponents, bits);
+      columns = await make();
+      this.drop(key); // another one may have made it meanwhile
       this.bytes += columns[0].length * 4 * columns.length;
     }
-    this.columns.set(blob, columns);
-    for (const [old, of] of this.columns) {
-      if (this.bytes <= 256e6 || old === blob) break;
-      this.bytes -= of[0].length * 4 * of.length;
-      this.columns.delete(old);
+    this.columns.set(key, columns);
+    for (const old of this.columns.keys()) {
+      if (this.bytes <= 256e6 || old === key) break;
+      this.drop(old);
     }
     return columns;
+  }
+
+  drop(key) {
+    const columns = this.columns.get(key);
+    if (!columns) return;
+    this.bytes -= columns[0].length * 4 * columns.length;
+    this.columns.delete(key);
   }
 }

@@ -10,9 +10,11 @@ const less = (a, b) => Float64Array.from(a, (value, i) => b[i] - value);
  * which keeps its own seven digits however small it is.
  */
 class StoredField {
-  constructor(blobs, header) {
+  /** @param {Object|undefined} inside numbers of the blobs of the inside of solids */
+  constructor(blobs, header, inside) {
     this.blobs = blobs;
     this.header = header;
+    this.inside = inside;
     this.name = header.name;
     this.title = header.name;
     this.ofElements = header.ofElements;
@@ -24,16 +26,19 @@ class StoredField {
     return this.header.blobs[step] != null && (side === 0 || this.header.differences?.[step] != null);
   }
 
-  read(blob) {
-    return this.blobs.values(blob, this.header.components.length);
+  /** @param {'blobs'|'differences'} what */
+  read(what, step) {
+    const blob = this.header[what][step];
+    const {length} = this.header.components;
+    return this.blobs.hasInside ? this.blobs.joined(blob, this.inside[what][step], length) : this.blobs.values(blob, length);
   }
 
   /** @returns {Promise<(Float32Array|Float64Array)[]|null>} stored columns */
   async columns(step, side = 0) {
     if (!this.has(step, side)) return null;
-    const first = await this.read(this.header.blobs[step]);
+    const first = await this.read('blobs', step);
     if (side === 0) return first;
-    const change = await this.read(this.header.differences[step]);
+    const change = await this.read('differences', step);
     return first.map((column, k) => Float64Array.from(column, (value, i) => value + change[k][i]));
   }
 
@@ -47,7 +52,7 @@ class StoredField {
   async differences(step, component) {
     if (!this.has(step, 1)) return null;
     const stored = this.header.components.indexOf(component);
-    if (stored >= 0) return (await this.read(this.header.differences[step]))[stored];
+    if (stored >= 0) return (await this.read('differences', step))[stored];
     const first = (await this.columns(step)).map((column) => Float64Array.from(column));
     return less(evaluate(this.header, first, component), await this.values(step, component, 1));
   }
@@ -104,7 +109,7 @@ export class DifferenceField {
 
 /** @returns {{fields: Object[], displacement: Object|undefined, solver: Map<Object, Object>}} */
 export function makeFields(blobs, header) {
-  const stored = header.fields.map((field) => new StoredField(blobs, field));
+  const stored = header.fields.map((field, i) => new StoredField(blobs, field, header.inside?.fields[i]));
   const named = (name) => stored.find((field) => field.name === name);
   const fields = [...stored];
   for (const field of stored)

@@ -36,7 +36,7 @@ async function start() {
   try {
     const blobs = new Blobs(header);
     const model = await Model.load(blobs, header.model);
-    const stage = new Stage(header, model, makeFields(blobs, header));
+    const stage = new Stage(header, model, blobs, makeFields(blobs, header));
     fill(main, stage.element, stage.history,
       ...(header.compared ? [stage.worst] : []),
       makeQuality(header, stage),

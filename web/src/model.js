@@ -1,6 +1,9 @@
-// The model's outside: which triangles are there, what they look like to the graphics card, and what a ray meets.
+// The model: which triangles are there, what they look like to the graphics card, and what a ray meets. Points and elements
+// that are drawn come first; behind them stand those inside of solids, once a cut needs them.
 
 import {BufferAttribute, BufferGeometry} from 'three';
+import {concatenated} from './data.js';
+import {Section} from './section.js';
 
 /** Cosine of the angle from which on an edge is sharp: 30 degrees. */
 const SHARP = Math.cos(Math.PI / 6);
@@ -13,17 +16,41 @@ export class Model {
     const names = ['ids', 'triangles', 'triangleElements', 'edges', 'beams', 'beamElements', 'elementIds'];
     await Promise.all(names.map(async (name) => (model[name] = await blobs.integers(header.blobs[name]))));
     const [x, y, z] = await blobs.values(header.blobs.points, 3, 32);
-    model.numPoints = x.length;
-    model.points = new Float32Array(3 * x.length);
-    for (let i = 0; i < x.length; ++i) model.points.set([x[i], y[i], z[i]], 3 * i);
+    model.numPoints = x.length; // drawn
+    model.columns = [x, y, z];
+    model.points = interleaved(model.columns);
     model.origin = header.origin;
     model.parts = header.parts;
     model.materials = header.materials;
     model.sets = header.sets;
+    model.leavesOutSets = header.leavesOutSets;
+    model.nodeSets = header.nodeSets;
+    model.setNodes = () => (model.nodesOfSets ??= blobs.integers(header.blobs.setNodes));
     model.shown = header.parts.map(() => true);
+    model.seesInside = false; // whether the inside counts as visible
+    model.hasSolids = header.parts.some((part) => part.solids[1] > 0);
     model.measure();
     model.makeCorners();
     return model;
+  }
+
+  /** Reads what sections of solids need. @param {Object} header "inside" of the page's */
+  async loadInside(blobs, header) {
+    const names = ['ids', 'elementIds', 'solidTypes', 'solidElements', 'solidPoints'];
+    const [points, ids, elementIds, types, elements, solidPoints] = await Promise.all(
+      [blobs.values(header.blobs.points, 3, 32), ...names.map((name) => blobs.integers(header.blobs[name]))]);
+    this.columns = this.columns.map((column, k) => concatenated(column, points[k]));
+    this.points = interleaved(this.columns);
+    this.ids = concatenated(this.ids, ids);
+    this.elementIds = concatenated(this.elementIds, elementIds);
+    this.solidElements = elements;
+    this.section = new Section({types, points: solidPoints}, this.columns);
+  }
+
+  /** Cuts what is shown of the solids. @param {number[]|null} plane see pick() */
+  cut(plane) {
+    if (plane) this.section?.cut(plane, this.parts.filter((_, i) => this.shown[i]).map((part) => part.solids));
+    else this.section?.clear();
   }
 
   measure() {
@@ -127,19 +154,31 @@ export class Model {
   /** Draws only what is shown. */
   setGroups(geometry) {
     geometry.clearGroups();
-    this.parts.forEach((part, i) => {
-      if (!this.shown[i]) return;
-      geometry.addGroup(3 * part.triangles[0], 3 * part.triangles[1], 0);
-      if (part.beams[1])
-        geometry.addGroup(3 * this.numTriangles + this.perBeam * part.beams[0], this.perBeam * part.beams[1], 0);
-    });
+    this.addGroups(geometry, this.parts.map((part) => part.triangles), 0, 3);
+    this.addGroups(geometry, this.parts.map((part) => part.beams), 3 * this.numTriangles, this.perBeam);
   }
 
   setLineGroups(geometry, rows) {
     geometry.clearGroups();
-    rows.forEach(([first, count], i) => {
-      if (this.shown[i] && count) geometry.addGroup(2 * first, 2 * count, 0);
+    this.addGroups(geometry, rows, 0, 2);
+  }
+
+  /** One group for parts that stand one behind the other: each is drawn by a call of its own. */
+  addGroups(geometry, rows, begin, size) {
+    let [first, count] = [0, 0];
+    const add = () => {
+      if (count) geometry.addGroup(begin + size * first, size * count, 0);
+    };
+    rows.forEach(([at, length], i) => {
+      if (!this.shown[i] || !length) return;
+      if (at === first + count) {
+        count += length;
+        return;
+      }
+      add();
+      [first, count] = [at, length];
     });
+    add();
   }
 
   makeFaceGeometry() {
@@ -151,11 +190,12 @@ export class Model {
     return geometry;
   }
 
-  makeLineGeometry(edges) {
+  /** @param {Uint32Array|number[]} rows points @returns {BufferGeometry} their places, and room for displacements */
+  makePointGeometry(rows) {
     const geometry = new BufferGeometry();
-    const places = new Float32Array(3 * edges.length);
-    for (let i = 0; i < edges.length; ++i)
-      places.set(this.points.subarray(3 * edges[i], 3 * edges[i] + 3), 3 * i);
+    const places = new Float32Array(3 * rows.length);
+    for (let i = 0; i < rows.length; ++i)
+      places.set(this.points.subarray(3 * rows[i], 3 * rows[i] + 3), 3 * i);
     geometry.setAttribute('position', new BufferAttribute(places, 3));
     geometry.setAttribute('displacement', new BufferAttribute(new Float32Array(places.length), 3));
     return geometry;
@@ -178,10 +218,7 @@ export class Model {
   setPlaces(geometry, ofElements, values, placeOf) {
     const rows = ofElements ? this.cornerElements : this.cornerPoints;
     const attribute = geometry.getAttribute('place');
-    const places = Float32Array.from(values ?? [], (value) => {
-      const place = placeOf(value);
-      return Number.isFinite(place) ? Math.max(-1e3, Math.min(1e3, place)) : NO_VALUE;
-    });
+    const places = toPlaces(values ?? [], placeOf);
     for (let i = 0; i < rows.length; ++i) attribute.array[i] = values ? places[rows[i]] : NO_VALUE;
     attribute.needsUpdate = true;
   }
@@ -190,15 +227,15 @@ export class Model {
   deformed(columns, factor) {
     if (!columns || factor === 0) return this.points;
     const places = new Float32Array(this.points);
-    for (let i = 0; i < this.numPoints; ++i)
+    for (let i = 0; i < columns[0].length; ++i)
       for (let k = 0; k < 3; ++k) places[3 * i + k] += factor * (columns[k][i] || 0);
     return places;
   }
 
   /** Marks points and elements that something shown has. */
   visible() {
-    if (this.visibleOf === this.shown) return this.visibleRows;
-    const points = new Uint8Array(this.numPoints);
+    if (this.visibleOf === this.shown && this.visibleInside === this.seesInside) return this.visibleRows;
+    const points = new Uint8Array(this.points.length / 3);
     const elements = new Uint8Array(this.elementIds.length);
     this.parts.forEach((part, i) => {
       if (!this.shown[i]) return;
@@ -211,18 +248,32 @@ export class Model {
         elements[this.beamElements[beam]] = 1;
         points[this.beams[2 * beam]] = points[this.beams[2 * beam + 1]] = 1;
       }
+      if (this.seesInside) this.markSolids(part, points, elements);
     });
     this.visibleOf = this.shown;
+    this.visibleInside = this.seesInside;
     this.visibleRows = {points, elements};
     return this.visibleRows;
   }
 
-  /** @returns {number} the point of a node that is drawn, -1 without any */
+  markSolids({solids: [first, count]}, points, elements) {
+    const {section} = this;
+    for (let solid = first; solid < first + count; ++solid) elements[this.solidElements[solid]] = 1;
+    for (let i = section.first[first]; i < section.first[first + count]; ++i) points[section.points[i]] = 1;
+  }
+
+  /** @returns {number} the point of a node that is there, -1 without any */
   findNode(id) {
     return this.ids.indexOf(id);
   }
 
-  /** The middle of an element's outside. */
+  /** @returns {Uint32Array} the points of a solid */
+  pointsInside(element) {
+    const solid = this.solidElements.indexOf(element);
+    return this.section.points.subarray(this.section.first[solid], this.section.first[solid + 1]);
+  }
+
+  /** The middle of an element's outside; of its points where it has none. */
   middleOf(element, places) {
     const sum = [0, 0, 0, 0];
     const add = (point) => {
@@ -233,6 +284,7 @@ export class Model {
       if (this.triangleElements[t] === element) this.triangles.subarray(3 * t, 3 * t + 3).forEach(add);
     for (let beam = 0; beam < this.beamElements.length; ++beam)
       if (this.beamElements[beam] === element) this.beams.subarray(2 * beam, 2 * beam + 2).forEach(add);
+    if (sum[3] === 0) this.pointsInside(element).forEach(add);
     return sum.slice(0, 3).map((value) => value / sum[3]);
   }
 
@@ -248,7 +300,7 @@ export class Model {
     this.parts.forEach((part, i) => {
       if (!this.shown[i]) return;
       for (let t = part.triangles[0]; t < part.triangles[0] + part.triangles[1]; ++t) {
-        const met = this.meet(t, origin, direction, places, distance);
+        const met = meet(this.triangles, 3 * t, origin, direction, places, distance);
         if (!met || (cut && this.isCutOff(t, met, cut))) continue;
         distance = met.distance;
         best = {t, ...met};
@@ -262,24 +314,19 @@ export class Model {
     return {distance, element: this.triangleElements[best.t], point: this.triangles[3 * best.t + nearest]};
   }
 
-  /** T. Moeller, B. Trumbore, Fast, minimum storage ray/triangle intersection, J. Graphics Tools 2 (1997) 21-28. */
-  meet(t, o, d, p, limit) {
-    const a = 3 * this.triangles[3 * t];
-    const b = 3 * this.triangles[3 * t + 1];
-    const c = 3 * this.triangles[3 * t + 2];
-    const e1x = p[b] - p[a], e1y = p[b + 1] - p[a + 1], e1z = p[b + 2] - p[a + 2];
-    const e2x = p[c] - p[a], e2y = p[c + 1] - p[a + 1], e2z = p[c + 2] - p[a + 2];
-    const px = d[1] * e2z - d[2] * e2y, py = d[2] * e2x - d[0] * e2z, pz = d[0] * e2y - d[1] * e2x;
-    const det = e1x * px + e1y * py + e1z * pz;
-    if (det === 0) return null;
-    const tx = o[0] - p[a], ty = o[1] - p[a + 1], tz = o[2] - p[a + 2];
-    const u = (tx * px + ty * py + tz * pz) / det;
-    if (!(u >= 0 && u <= 1)) return null;
-    const qx = ty * e1z - tz * e1y, qy = tz * e1x - tx * e1z, qz = tx * e1y - ty * e1x;
-    const v = (d[0] * qx + d[1] * qy + d[2] * qz) / det;
-    if (!(v >= 0 && u + v <= 1)) return null;
-    const distance = (e2x * qx + e2y * qy + e2z * qz) / det;
-    return distance < limit ? {distance, u, v} : null;
+  /**
+   * @param {{triangle: number, u: number, v: number}} met of the section
+   * @returns {{element: number, point: number, on: {solid: number, local: number[]}, rest: number[]}} the place on the cut,
+   *          undeformed, and the nearest point of its solid
+   */
+  placeOnCut({triangle, u, v}) {
+    const {section} = this;
+    const on = section.placeIn(triangle, u, v);
+    const rest = section.at(on.solid, on.local, this.columns);
+    const element = this.solidElements[on.solid];
+    const apart = (point) => Math.hypot(...this.pointAt(point).map((x, k) => x - rest[k]));
+    const point = this.pointsInside(element).reduce((best, other) => (apart(other) < apart(best) ? other : best));
+    return {element, point, on, rest};
   }
 
   isCutOff(t, {u, v}, [nx, ny, nz, d]) {
@@ -311,6 +358,16 @@ export class Model {
   }
 }
 
+function interleaved([x, y, z]) {
+  const points = new Float32Array(3 * x.length);
+  for (let i = 0; i < x.length; ++i) {
+    points[3 * i] = x[i];
+    points[3 * i + 1] = y[i];
+    points[3 * i + 2] = z[i];
+  }
+  return points;
+}
+
 const cross = (a, b) => [a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]];
 const dot = (a, b) => a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 const normalized = (a) => {
@@ -329,4 +386,37 @@ function nearestOnSegment(o, d, a, b) {
   const distance = dw + along * de;
   const apart = Math.hypot(...a.map((value, k) => value + along * e[k] - o[k] - distance * d[k]));
   return {distance, apart, along};
+}
+
+/** Places of colours. @param {(value: number) => number} placeOf where a value is in the colours */
+export function toPlaces(values, placeOf) {
+  return Float32Array.from(values, (value) => {
+    const place = placeOf(value);
+    return Number.isFinite(place) ? Math.max(-1e3, Math.min(1e3, place)) : NO_VALUE;
+  });
+}
+
+/**
+ * What a ray meets of a triangle, nearer than a limit.
+ * T. Moeller, B. Trumbore, Fast, minimum storage ray/triangle intersection, J. Graphics Tools 2 (1997) 21-28.
+ * @param {Uint32Array|null} corners points of triangles; null: 0, 1, 2 and so on @param {number} first of the three
+ * @param {number[]} o origin @param {number[]} d direction @param {Float32Array} p places of points
+ */
+export function meet(corners, first, o, d, p, limit) {
+  const a = 3 * (corners ? corners[first] : first);
+  const b = 3 * (corners ? corners[first + 1] : first + 1);
+  const c = 3 * (corners ? corners[first + 2] : first + 2);
+  const e1x = p[b] - p[a], e1y = p[b + 1] - p[a + 1], e1z = p[b + 2] - p[a + 2];
+  const e2x = p[c] - p[a], e2y = p[c + 1] - p[a + 1], e2z = p[c + 2] - p[a + 2];
+  const px = d[1] * e2z - d[2] * e2y, py = d[2] * e2x - d[0] * e2z, pz = d[0] * e2y - d[1] * e2x;
+  const det = e1x * px + e1y * py + e1z * pz;
+  if (det === 0) return null;
+  const tx = o[0] - p[a], ty = o[1] - p[a + 1], tz = o[2] - p[a + 2];
+  const u = (tx * px + ty * py + tz * pz) / det;
+  if (!(u >= 0 && u <= 1)) return null;
+  const qx = ty * e1z - tz * e1y, qy = tz * e1x - tx * e1z, qz = tx * e1y - ty * e1x;
+  const v = (d[0] * qx + d[1] * qy + d[2] * qz) / det;
+  if (!(v >= 0 && u + v <= 1)) return null;
+  const distance = (e2x * qx + e2y * qy + e2z * qz) / det;
+  return distance < limit ? {distance, u, v} : null;
 }

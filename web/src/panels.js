@@ -1,7 +1,7 @@
 // What the page tells beside the model.
 
 import {formatNumber} from './colour.js';
-import {checkbox, fill, make, table} from './dom.js';
+import {checkbox, fill, labelled, make, table} from './dom.js';
 
 export function formatBytes(bytes) {
   const units = ['B', 'KiB', 'MiB', 'GiB', 'TiB'];
@@ -77,38 +77,106 @@ export function blocks(list) {
     make('div.control', {}, make('label', {for: 'block-filter'}, 'Filter by kind or step'), filter), count, place);
 }
 
+/** How many names a list has before it needs a filter. */
+const MANY_NAMES = 8;
+
+// What marks sets of nodes: colours that no map of values has in its middle.
+const DISC_INKS = ['#d0006f', '#111111', '#0a7d00', '#8a2be2', '#b34700', '#00708c', '#7a0010', '#444cff'];
+const toRgb = (hex) => [1, 3, 5].map((at) => parseInt(hex.slice(at, at + 2), 16) / 255);
+
 /**
- * Materials and element sets on and off. An element is shown when its material is, and all sets that it is in.
- * @param {() => void} onchange
+ * Materials, element sets and node sets on and off. An element is shown when its material is, and all sets that it is in.
+ * Node sets are marked on what is shown.
  */
 export class Parts {
-  constructor(model, onchange) {
+  /** @param {{onparts: () => void, onnodes: () => void}} listeners called when parts, or marked node sets, have changed */
+  constructor(model, {onparts, onnodes}) {
     this.model = model;
-    this.onchange = onchange;
+    this.onparts = onparts;
+    this.onnodes = onnodes;
     this.hidden = {materials: new Set(), sets: new Set()};
-    this.place = make('div');
+    this.marked = new Set();
+    this.lists = make('div');
+    this.place = make('div', {}, ...this.makeFilter(), this.lists, this.makeButtons());
     this.fill();
   }
 
-  fill() {
-    fill(this.place,
-      ...this.group('Materials', 'materials', this.model.materials),
-      ...(this.model.sets.length ? this.group('Element sets', 'sets', this.model.sets) : []),
-      make('button', {type: 'button', onclick: () => this.showAll()}, 'Show all'));
+  makeFilter() {
+    const {materials, sets, nodeSets, leavesOutSets} = this.model;
+    const hint = leavesOutSets
+      ? [make('p.hint', {}, 'Element sets cut the model into more than 1000 parts: materials alone are listed.')] : [];
+    if (materials.length + sets.length + nodeSets.length <= MANY_NAMES) return hint;
+    this.filter = make('input', {type: 'search', oninput: () => this.fill()});
+    this.count = make('p.hint', {role: 'status'});
+    return [...hint, labelled('Filter parts and sets by name', this.filter), this.count];
   }
 
-  group(title, kind, names) {
-    const box = (name, i) => {
-      const check = checkbox(name, !this.hidden[kind].has(i), (isShown) => {
-        this.hidden[kind][isShown ? 'delete' : 'add'](i);
-        this.apply();
-      });
-      const only = make('button.link', {type: 'button', 'aria-label': `only ${name}`, onclick: () => this.only(kind, i)},
-        'only');
-      check.append(only);
-      return check;
-    };
-    return [make('fieldset', {}, make('legend', {}, title), ...names.map(box))];
+  makeButtons() {
+    const button = (text, onclick) => make('button', {type: 'button', onclick}, text);
+    const listed = this.filter === undefined ? []
+      : [button('Show listed', () => this.switchListed(true)), button('Hide listed', () => this.switchListed(false))];
+    return make('div.row', {}, button('Show all', () => this.showAll()), ...listed);
+  }
+
+  /** Lists what the filter lets through. */
+  fill() {
+    const words = (this.filter?.value ?? '').toLowerCase().split(/\s+/).filter(Boolean);
+    const isListed = (name) => words.every((word) => name.toLowerCase().includes(word));
+    const choose = (names) => names.map((name, index) => ({name, index})).filter(({name}) => isListed(name));
+    const {materials, sets, nodeSets} = this.model;
+    this.listed = {materials: choose(materials), sets: choose(sets)};
+    const nodes = choose(nodeSets.map(({name}) => name));
+    fill(this.lists, ...this.group('Materials', this.listed.materials, (row) => this.makePart('materials', row)),
+      ...this.group('Element sets', this.listed.sets, (row) => this.makePart('sets', row)),
+      ...this.group('Node sets', nodes, (row) => this.makeNodeSet(row)));
+    if (this.count) {
+      const all = materials.length + sets.length + nodeSets.length;
+      this.count.textContent = `${this.listed.materials.length + this.listed.sets.length + nodes.length} of ${all} names`;
+    }
+  }
+
+  group(title, rows, makeRow) {
+    return rows.length ? [make('fieldset', {}, make('legend', {}, title), ...rows.map(makeRow))] : [];
+  }
+
+  makePart(kind, {name, index}) {
+    const check = checkbox(name, !this.hidden[kind].has(index), (isShown) => {
+      this.switch(kind, index, isShown);
+      this.apply();
+    });
+    check.append(make('button.link', {type: 'button', 'aria-label': `only ${name}`, onclick: () => this.only(kind, index)},
+      'only'));
+    return check;
+  }
+
+  makeNodeSet({name, index}) {
+    const {nodes, points: [, count]} = this.model.nodeSets[index];
+    const what = `${nodes} node${nodes === 1 ? '' : 's'}${count ? '' : ', all inside'}`;
+    const check = checkbox(`${name} (${what})`, this.marked.has(index), (isMarked) => {
+      this.marked[isMarked ? 'add' : 'delete'](index);
+      this.onnodes();
+    });
+    const swatch = make('span.swatch', {'aria-hidden': 'true'});
+    swatch.style.background = DISC_INKS[index % DISC_INKS.length];
+    check.append(swatch);
+    return check;
+  }
+
+  /** @returns {{points: [number, number], ink: number[]}[]} rows of the model's nodes of sets, and red, green, blue */
+  shownNodeSets() {
+    return [...this.marked].map((index) =>
+      ({points: this.model.nodeSets[index].points, ink: toRgb(DISC_INKS[index % DISC_INKS.length])}));
+  }
+
+  switch(kind, index, isShown) {
+    this.hidden[kind][isShown ? 'delete' : 'add'](index);
+  }
+
+  switchListed(isShown) {
+    for (const [kind, rows] of Object.entries(this.listed))
+      for (const {index} of rows) this.switch(kind, index, isShown);
+    this.fill();
+    this.apply();
   }
 
   showAll() {
@@ -119,8 +187,9 @@ export class Parts {
   }
 
   only(kind, index) {
-    this.showAll();
+    this.hidden = {materials: new Set(), sets: new Set()};
     this.isOnly = {kind, index};
+    this.fill();
     this.apply();
   }
 
@@ -132,6 +201,6 @@ export class Parts {
       const {kind, index} = this.isOnly;
       return kind === 'materials' ? part.material === index : part.sets.includes(index);
     });
-    this.onchange();
+    this.onparts();
   }
 }

@@ -23,8 +23,9 @@ function indexOfLeast(values, isShown, sign) {
 }
 
 export class Stage {
-  constructor(header, model, {fields, displacement, solver}) {
+  constructor(header, model, blobs, {fields, displacement, solver}) {
     this.header = header;
+    this.blobs = blobs;
     this.model = model;
     this.fields = fields;
     this.displacement = displacement;
@@ -119,8 +120,9 @@ export class Stage {
     this.cutPlace = make('input', {type: 'range', min: 0, max: 1000, value: 500, disabled: true, oninput: () => this.cut(),
       'aria-label': 'Place of the cut'});
     this.cutText = make('output');
+    this.cutHint = make('p.hint', {role: 'status'});
     const control = labelled('Cut', this.cutAxis);
-    control.append(this.cutPlace, this.cutText);
+    control.append(this.cutPlace, this.cutText, this.cutHint);
     return control;
   }
 
@@ -162,11 +164,33 @@ export class Stage {
   }
 
   makeParts() {
-    const parts = new Parts(this.model, () => {
-      this.view.showParts();
-      this.update();
+    this.parts = new Parts(this.model, {
+      onparts: () => {
+        this.view.showParts();
+        this.update();
+        this.showNodeSets();
+      },
+      onnodes: () => this.showNodeSets(),
     });
-    return make('details', {open: this.model.parts.length > 1}, make('summary', {}, 'Parts'), parts.place);
+    const hasSeveral = this.model.parts.length > 1 || this.model.nodeSets.length > 0;
+    return make('details', {open: hasSeveral}, make('summary', {}, 'Parts and sets'), this.parts.place);
+  }
+
+  /** Marks the nodes of sets, those of parts that are shown. */
+  async showNodeSets() {
+    const turn = (this.discTurn = (this.discTurn ?? 0) + 1);
+    const shown = this.parts.shownNodeSets();
+    const all = shown.length ? await this.model.setNodes() : [];
+    if (turn !== this.discTurn) return;
+    const {points} = this.model.visible();
+    const [nodes, inks] = [[], []];
+    for (const {points: [first, count], ink} of shown)
+      for (const point of all.subarray(first, first + count)) {
+        if (!points[point]) continue;
+        nodes.push(point);
+        inks.push(...ink);
+      }
+    this.view.showDiscs(nodes, inks);
   }
 
   qualityButtons() {
@@ -252,14 +276,29 @@ export class Stage {
     return largest > 0 ? roundedDown((0.1 * this.model.size) / largest) : 0;
   }
 
-  cut() {
+  async cut() {
     const name = this.cutAxis.value;
     this.cutPlace.disabled = name === 'none';
     if (name === 'none') {
       this.cutText.textContent = '';
-      this.view.cut(null);
-      return;
+      this.cutHint.textContent = '';
+    } else {
+      await this.loadInside();
+      if (name !== this.cutAxis.value) return;
     }
+    const plane = this.findPlane(name);
+    const seesInside = Boolean(plane && this.model.section);
+    if (seesInside !== this.model.seesInside) {
+      this.model.seesInside = seesInside;
+      await this.update();
+      if (name !== this.cutAxis.value) return;
+    }
+    this.view.cut(plane);
+  }
+
+  /** @returns {number[]|null} a, b, c, d of the plane; what has ax + by + cz > d goes */
+  findPlane(name) {
+    if (name === 'none') return null;
     const axis = 'xyz'.indexOf(name.at(-1));
     const sign = name.startsWith('-') ? -1 : 1;
     const part = Number(this.cutPlace.value) / 1000;
@@ -267,7 +306,29 @@ export class Stage {
     const plane = [0, 0, 0, sign * place];
     plane[axis] = sign;
     this.cutText.textContent = `${'xyz'[axis]} = ${formatNumber(place + this.model.origin[axis])}`;
-    this.view.cut(plane);
+    return plane;
+  }
+
+  /** Reads the inside of solids, once. @returns {Promise<boolean>} whether it is there */
+  async loadInside() {
+    if (!this.model.hasSolids) return false;
+    if (!this.header.inside) {
+      this.cutHint.textContent =
+        'The inside of the solids is not in this page: a cut shows no section. One with fewer steps or kinds may have ' +
+        'room for it; quilon serve shows it.';
+      return false;
+    }
+    this.insideIsRead ??= this.readInside();
+    await this.insideIsRead;
+    return true;
+  }
+
+  async readInside() {
+    this.cutHint.textContent = 'Reading the inside …';
+    await this.model.loadInside(this.blobs, this.header.inside);
+    this.blobs.hasInside = true;
+    await this.update();
+    this.cutHint.textContent = '';
   }
 
   /** One a pane. */
@@ -388,7 +449,7 @@ export class Stage {
     const [least, greatest] = this.extremeRows[0];
     this.extremes.textContent = !values ? 'This step has no values of the field.'
       : least < 0 ? 'Nothing that is shown has a value.'
-      : `On the outside, least ${formatNumber(values[least])} at ${this.nameOf(least, ofElements)}, ` +
+      : `${this.model.seesInside ? 'Inside and out' : 'On the outside'}, least ${formatNumber(values[least])} at ${this.nameOf(least, ofElements)}, ` +
         `greatest ${formatNumber(values[greatest])} at ${this.nameOf(greatest, ofElements)}.`;
     fill(this.marks, ...this.extremeRows.flatMap(([low, high], pane) => [[low, 'least'], [high, 'greatest']]
       .filter(([row]) => row >= 0)
@@ -397,6 +458,7 @@ export class Stage {
         const mark = make(`div.mark.${what}`, {},
           `${what === 'least' ? '▽' : '△'} ${formatNumber(of.values[row])}`);
         mark.place = () => this.placeOf(row, of.ofElements, pane);
+        mark.rest = () => this.restOf(row, of.ofElements);
         mark.pane = pane;
         return mark;
       })));
@@ -406,6 +468,11 @@ export class Stage {
 
   nameOf(row, ofElements) {
     return ofElements ? `element ${this.model.elementIds[row]}` : `node ${this.model.ids[row]}`;
+  }
+
+  /** @returns {number[]} where it is undeformed */
+  restOf(row, ofElements) {
+    return ofElements ? this.model.middleOf(row, this.model.points) : this.model.pointAt(row);
   }
 
   placeOf(row, ofElements, pane) {
@@ -420,7 +487,7 @@ export class Stage {
       mark.known ??= mark.place();
       const {x, y} = this.view.project(mark.known, mark.pane);
       const {left, top, width, height} = areas[mark.pane];
-      mark.hidden = x < left || x > left + width || y < top || y > top + height;
+      mark.hidden = x < left || x > left + width || y < top || y > top + height || this.isCutOff(mark);
       mark.style.transform = `translate(${x}px, ${y}px)`;
     }
     [...this.titles.children].forEach((title, i) => {
@@ -430,6 +497,13 @@ export class Stage {
       Object.assign(bar.style, {left: `${areas[i].left + 12}px`, top: `${areas[i].top + (areas.length > 1 ? 60 : 44)}px`,
         height: `${Math.min(260, areas[i].height * (areas.length > 1 ? 0.28 : 0.6))}px`});
     });
+  }
+
+  isCutOff(mark) {
+    const {plane} = this.view;
+    if (!plane) return false;
+    mark.knownRest ??= mark.rest();
+    return plane[0] * mark.knownRest[0] + plane[1] * mark.knownRest[1] + plane[2] * mark.knownRest[2] > plane[3];
   }
 
   // ---- pointer and keyboard
@@ -460,22 +534,38 @@ export class Stage {
       this.ring.hidden = true;
       return;
     }
-    const {point, element, pane} = met;
+    const {point, element, pane, on} = met;
     const {ofElements} = this.shown[pane];
     const row = ofElements ? element : point;
-    const at = [0, 1, 2].map((k) => formatNumber(this.model.points[3 * point + k] + this.model.origin[k]));
-    const of = ofElements ? this.nameOf(element, true)
+    const rest = met.rest ?? this.model.pointAt(point);
+    const at = rest.map((x, k) => formatNumber(x + this.model.origin[k]));
+    const of = on ? `${this.nameOf(element, true)}, on the cut`
+      : ofElements ? this.nameOf(element, true)
       : [this.nameOf(point, false), ...(element === undefined ? [] : [this.nameOf(element, true)])].join(', ');
-    this.readout.textContent = `${of}: ${this.tellValues(row)} at (${at.join(', ')})`;
-    const {x, y} = this.view.project(this.placeOf(row, ofElements, pane), pane);
+    const values = this.tellValues((values) => (on && !ofElements ? this.valueOnCut(on, values) : values[row]));
+    this.readout.textContent = `${of}: ${values} at (${at.join(', ')})`;
+    const {x, y} = this.view.project(on ? this.placeOnCut(met) : this.placeOf(row, ofElements, pane), pane);
     this.ring.hidden = false;
     this.ring.style.transform = `translate(${x}px, ${y}px)`;
   }
 
-  /** @returns {string} the values of a point or element in each pane */
-  tellValues(row) {
+  valueOnCut({solid, local}, values) {
+    return this.model.section.at(solid, local, [values])[0];
+  }
+
+  /** @returns {number[]} where a place on the cut is, deformed */
+  placeOnCut({on: {solid, local}, rest, pane}) {
+    const {displacements} = this.view.panes[pane];
+    if (!displacements) return rest;
+    const moved = this.model.section.at(solid, local, displacements);
+    return rest.map((x, k) => x + (this.factor * moved[k] || 0));
+  }
+
+  /** @param {(values: number[]) => number} valueOf @returns {string} what it takes of the values of each pane */
+  tellValues(valueOf) {
     return this.shown.map(({values}, i) =>
-      `${this.sides[i].title ? `${this.sides[i].title} ` : ''}${values ? formatNumber(values[row]) : 'no value'}`).join(' · ');
+      `${this.sides[i].title ? `${this.sides[i].title} ` : ''}${values ? formatNumber(valueOf(values)) : 'no value'}`)
+      .join(' · ');
   }
 
   key(event) {
@@ -503,16 +593,24 @@ export class Stage {
     return this.showHistory();
   }
 
-  find(text) {
+  async find(text) {
     const id = Number(text);
-    const point = Number.isInteger(id) ? this.model.findNode(id) : -1;
-    this.findText.textContent = point < 0 ? `No node ${text} on the outside of the model` : '';
+    const point = Number.isInteger(id) ? await this.findNode(id) : -1;
+    this.findText.textContent = point < 0 ? `No node ${text} ${this.header.inside ? 'in' : 'on the outside of'} the model` : '';
     if (point >= 0) this.goToPoint(point);
   }
 
-  goToNode(id) {
+  /** Looks inside of solids, too. @returns {Promise<number>} a point, -1 without any */
+  async findNode(id) {
     const point = this.model.findNode(id);
+    if (point >= 0 || !this.header.inside) return point;
+    await this.loadInside();
+    return this.model.findNode(id);
+  }
+
+  async goToNode(id) {
     this.element.scrollIntoView();
+    const point = await this.findNode(id);
     if (point >= 0) this.goToPoint(point);
     else this.readout.textContent = `Node ${id} is inside the model`;
   }
@@ -520,7 +618,7 @@ export class Stage {
   goToPoint(point) {
     this.view.flyTo(this.placeOf(point, false, 0));
     if (!this.field.ofElements) this.follow({point});
-    this.readout.textContent = `node ${this.model.ids[point]}` + (this.field.ofElements ? '' : `: ${this.tellValues(point)}`);
+    this.readout.textContent = `node ${this.model.ids[point]}` + (this.field.ofElements ? '' : `: ${this.tellValues((values) => values[point])}`);
   }
 
   async showWorst(worst) {
@@ -529,7 +627,9 @@ export class Stage {
     const field = this.fields.find(({name}) => name === worst.field);
     await this.choose(field, field.components.includes(worst.component) ? worst.component : undefined);
     this.element.scrollIntoView();
-    const row = (field.ofElements ? this.model.elementIds : this.model.ids).indexOf(worst.id);
+    const find = () => (field.ofElements ? this.model.elementIds : this.model.ids).indexOf(worst.id);
+    if (find() < 0) await this.loadInside();
+    const row = find();
     if (row < 0) {
       this.readout.textContent = `${worst.place} is inside the model`;
       return;
@@ -542,8 +642,9 @@ export class Stage {
   /** @returns {number} a point of an element */
   pointOf(element) {
     const triangle = this.model.triangleElements.indexOf(element);
-    return triangle >= 0 ? this.model.triangles[3 * triangle]
-      : this.model.beams[2 * this.model.beamElements.indexOf(element)];
+    if (triangle >= 0) return this.model.triangles[3 * triangle];
+    const beam = this.model.beamElements.indexOf(element);
+    return beam >= 0 ? this.model.beams[2 * beam] : this.model.pointsInside(element)[0];
   }
 
   // ---- histories

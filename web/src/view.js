@@ -1,10 +1,11 @@
 // Draws the model, in one pane or several side by side with one camera.
 
 import {
-  DataTexture, DoubleSide, LinearFilter, LinearSRGBColorSpace, LineSegments, Mesh, OrthographicCamera, Scene,
-  ShaderMaterial, Vector3, Vector4, WebGLRenderer,
+  BufferAttribute, BufferGeometry, DataTexture, DoubleSide, LinearFilter, LinearSRGBColorSpace, LineSegments, Mesh,
+  OrthographicCamera, Points, Scene, ShaderMaterial, Vector3, Vector4, WebGLRenderer,
 } from 'three';
 import {OrbitControls} from 'three/examples/jsm/controls/OrbitControls.js';
+import {meet, toPlaces} from './model.js';
 
 const PLACE = `
 uniform float factor;
@@ -40,6 +41,28 @@ const LINE_FRAGMENT = `${CUT}
 uniform vec4 ink;
 void main() { if (isCutOff()) discard; gl_FragColor = ink; }`;
 
+// Nodes of sets are discs that stand a little before the surface, so that it hides no half of them.
+const DISC_VERTEX = `${PLACE}
+attribute vec3 displacement;
+attribute vec3 ink;
+uniform float size;
+varying vec3 colour;
+void main() {
+  gl_Position = projectionMatrix * placed(displacement);
+  gl_Position.z -= 8e-4 * gl_Position.w;
+  gl_PointSize = size;
+  colour = ink;
+}`;
+const DISC_FRAGMENT = `${CUT}
+varying vec3 colour;
+void main() {
+  float radius = length(gl_PointCoord - 0.5);
+  if (isCutOff() || radius > 0.5) discard;
+  gl_FragColor = vec4(radius > 0.36 ? vec3(1.0) : colour, 1.0);
+}`;
+
+const NOWHERE = {value: new Vector4(0, 0, 0, 1)}; // a plane that cuts nothing off
+
 const VIEWS = {
   iso: [1, -1, 1], front: [0, -1, 0], back: [0, 1, 0], right: [1, 0, 0], left: [-1, 0, 0],
   top: [0, 0, 1], bottom: [0, 0, -1],
@@ -55,16 +78,29 @@ class Pane {
     this.colours = {value: new DataTexture(new Uint8Array(1024), 256, 1)};
     this.colours.value.magFilter = this.colours.value.minFilter = LinearFilter;
     this.geometry = model.makeFaceGeometry();
-    const faces = new ShaderMaterial({
+    const makeFaces = (cut, depth) => new ShaderMaterial({
       vertexShader: FACE_VERTEX, fragmentShader: FACE_FRAGMENT, side: DoubleSide,
-      polygonOffset: true, polygonOffsetFactor: 1, polygonOffsetUnits: 1,
-      uniforms: {factor: this.factor, colours: this.colours, cut: shared.cut, none: shared.none},
+      polygonOffset: true, polygonOffsetFactor: depth, polygonOffsetUnits: depth,
+      uniforms: {factor: this.factor, colours: this.colours, cut, none: shared.none},
     });
-    this.lineMaterial = new ShaderMaterial({
+    const makeLines = (cut) => new ShaderMaterial({
       vertexShader: LINE_VERTEX, fragmentShader: LINE_FRAGMENT, transparent: true, depthWrite: false,
-      uniforms: {factor: this.factor, cut: shared.cut, ink: shared.ink},
+      uniforms: {factor: this.factor, cut, ink: shared.ink},
     });
-    this.add(new Mesh(this.geometry, [faces]));
+    this.lineMaterial = makeLines(shared.cut);
+    this.add(new Mesh(this.geometry, [makeFaces(shared.cut, 2)]));
+    // Where faces lie on the cut, its section is before them.
+    this.section = new Mesh(new BufferGeometry(), makeFaces(NOWHERE, 1));
+    this.sectionLines = new LineSegments(new BufferGeometry(), makeLines(NOWHERE));
+    this.discs = new Points(new BufferGeometry(), new ShaderMaterial({
+      vertexShader: DISC_VERTEX, fragmentShader: DISC_FRAGMENT,
+      uniforms: {factor: this.factor, cut: shared.cut, size: shared.discSize},
+    }));
+    this.discNodes = [];
+    for (const object of [this.section, this.sectionLines, this.discs]) {
+      object.visible = false;
+      this.add(object);
+    }
     this.lines = new Map();
     this.displacements = null;
     this.places = model.points;
@@ -81,7 +117,7 @@ class Pane {
       const {edges, rows} = kind === 'mesh'
         ? {edges: this.model.edges, rows: this.model.parts.map((part) => part.edges)}
         : this.model.outline();
-      const geometry = this.model.makeLineGeometry(edges);
+      const geometry = this.model.makePointGeometry(edges);
       const object = new LineSegments(geometry, [this.lineMaterial]);
       this.model.setDisplacements(geometry, edges, this.displacements);
       this.model.setLineGroups(geometry, rows);
@@ -89,6 +125,68 @@ class Pane {
       this.add(object);
     }
     for (const [name, {object}] of this.lines) object.visible = name === kind;
+    this.hasSectionLines = kind === 'mesh';
+    this.sectionLines.visible = this.hasSectionLines && this.section.visible;
+  }
+
+  /** Shows the section that the model has. */
+  showSection() {
+    const {section} = this.model;
+    const hasSection = section !== undefined && section.corners.length > 0;
+    this.section.visible = hasSection;
+    this.sectionLines.visible = hasSection && this.hasSectionLines;
+    if (!hasSection) return;
+    for (const [object, places] of [[this.section, section.corners], [this.sectionLines, section.ends]]) {
+      object.geometry.dispose();
+      object.geometry = new BufferGeometry();
+      object.geometry.setAttribute('position', new BufferAttribute(section.interpolate(places, this.model.columns), 3));
+    }
+    this.deformSection();
+    this.colourSection();
+  }
+
+  deformSection() {
+    const {section} = this.model;
+    if (!this.section.visible) return;
+    for (const [object, places] of [[this.section, section.corners], [this.sectionLines, section.ends]]) {
+      const moved = this.displacements ? section.interpolate(places, this.displacements)
+        : new Float32Array(3 * places.length);
+      object.geometry.setAttribute('displacement', new BufferAttribute(moved, 3));
+    }
+    const rest = this.section.geometry.getAttribute('position').array;
+    const moved = this.section.geometry.getAttribute('displacement').array;
+    this.sectionPlaces = rest.map((x, i) => x + (this.factor.value * moved[i] || 0));
+  }
+
+  colourSection() {
+    const {section, solidElements} = this.model;
+    if (!this.section.visible || !this.shown) return;
+    const {ofElements, values, placeOf} = this.shown;
+    const atCorners = !values ? new Float32Array(section.corners.length).fill(NaN)
+      : ofElements ? section.corners.solids.map((solid) => values[solidElements[solid]])
+      : section.interpolate(section.corners, [values]);
+    this.section.geometry.setAttribute('place', new BufferAttribute(toPlaces(atCorners, placeOf), 1));
+  }
+
+  /** @returns {Object|null} the triangle of the section that a ray meets, see meet() */
+  pickSection(origin, direction) {
+    if (!this.section.visible) return null;
+    let best = null;
+    for (let first = 0; first < this.model.section.corners.length; first += 3) {
+      const met = meet(null, first, origin, direction, this.sectionPlaces, best?.distance ?? Infinity);
+      if (met) best = {triangle: first / 3, ...met};
+    }
+    return best;
+  }
+
+  /** @param {number[]} nodes points @param {number[]} inks red, green, blue of each, 0 to 1 */
+  showDiscs(nodes, inks) {
+    this.discs.geometry.dispose();
+    this.discs.geometry = this.model.makePointGeometry(nodes);
+    this.discs.geometry.setAttribute('ink', new BufferAttribute(Float32Array.from(inks), 3));
+    this.discs.visible = nodes.length > 0;
+    this.discNodes = nodes;
+    this.model.setDisplacements(this.discs.geometry, nodes, this.displacements);
   }
 
   showParts() {
@@ -101,14 +199,18 @@ class Pane {
       this.displacements = columns;
       this.model.setDisplacements(this.geometry, this.model.cornerPoints, columns);
       for (const {geometry, edges} of this.lines.values()) this.model.setDisplacements(geometry, edges, columns);
+      this.model.setDisplacements(this.discs.geometry, this.discNodes, columns);
     }
     this.factor.value = factor;
     this.places = this.model.deformed(columns, factor);
+    this.deformSection();
   }
 
   colour(ofElements, values, scale) {
     const placeOf = (value) => (scale.length > 0 ? (value - scale.first) / scale.length : value === value ? 0.5 : NaN);
     this.model.setPlaces(this.geometry, ofElements, values, placeOf);
+    this.shown = {ofElements, values, placeOf};
+    this.colourSection();
     const texture = this.colours.value;
     texture.image.data.set(scale.table(256));
     // The ends of the range, not those of the map, are where colours end.
@@ -118,7 +220,7 @@ class Pane {
   dispose() {
     this.geometry.dispose();
     this.colours.value.dispose();
-    for (const {geometry} of this.lines.values()) geometry.dispose();
+    for (const {geometry} of [this.section, this.sectionLines, this.discs, ...this.lines.values()]) geometry.dispose();
   }
 }
 
@@ -136,8 +238,12 @@ export class View {
     this.controls = new OrbitControls(this.camera, canvas);
     this.controls.zoomToCursor = false;
     this.controls.addEventListener('change', () => this.draw());
-    this.shared = {cut: {value: new Vector4(0, 0, 0, 1)}, none: {value: new Vector3()}, ink: {value: new Vector4()}};
+    this.shared = {
+      cut: {value: new Vector4(0, 0, 0, 1)}, none: {value: new Vector3()}, ink: {value: new Vector4()}, discSize: {value: 1},
+    };
     this.panes = [];
+    this.discs = [[], []];
+    this.plane = null;
     this.lines = 'outline';
     this.setPanes(1);
     this.look('iso');
@@ -147,7 +253,22 @@ export class View {
   setPanes(count) {
     while (this.panes.length > count) this.panes.pop().dispose();
     while (this.panes.length < count) this.panes.push(new Pane(this.model, this.shared));
+    for (const pane of this.panes) pane.showDiscs(...this.discs);
     this.showLines(this.lines);
+    this.showSection();
+  }
+
+  showSection() {
+    this.model.cut(this.plane);
+    for (const pane of this.panes) pane.showSection();
+    this.draw();
+  }
+
+  /** Marks nodes, see Pane.showDiscs(). */
+  showDiscs(nodes, inks) {
+    this.discs = [nodes, inks];
+    for (const pane of this.panes) pane.showDiscs(nodes, inks);
+    this.draw();
   }
 
   showLines(kind) {
@@ -158,7 +279,7 @@ export class View {
 
   showParts() {
     for (const pane of this.panes) pane.showParts();
-    this.draw();
+    this.showSection();
   }
 
   setInk(isDark) {
@@ -171,7 +292,7 @@ export class View {
   cut(plane) {
     this.plane = plane;
     this.shared.cut.value.set(...(plane ?? [0, 0, 0, 1]));
-    this.draw();
+    this.showSection();
   }
 
   /** Half of the height that is seen of the whole model. */
@@ -262,6 +383,7 @@ export class View {
     const {clientWidth, clientHeight} = this.canvas;
     if (!clientWidth || !clientHeight) return;
     const ratio = Math.min(devicePixelRatio, 2);
+    this.shared.discSize.value = 9 * ratio;
     if (this.renderer.getPixelRatio() !== ratio) this.renderer.setPixelRatio(ratio);
     if (this.width !== clientWidth || this.height !== clientHeight) {
       this.renderer.setSize(clientWidth, clientHeight, false);
@@ -305,7 +427,7 @@ export class View {
     return {origin: origin.toArray(), direction: z.negate().toArray()};
   }
 
-  /** @returns {Object|null} what is at a pixel of the canvas, see Model.pick(), and in which pane */
+  /** @returns {Object|null} what is at a pixel of the canvas, see Model.pick() and placeOnCut(), and in which pane */
   pick(x, y) {
     const areas = this.areas();
     const pane = areas.findIndex(
@@ -313,6 +435,9 @@ export class View {
     if (pane < 0) return null;
     const {origin, direction} = this.ray(x, y, areas[pane]);
     const met = this.model.pick(origin, direction, this.panes[pane].places, this.plane);
-    return met && {...met, pane};
+    const cut = this.panes[pane].pickSection(origin, direction);
+    // Faces that lie on the cut are behind its section, however little.
+    if (!cut || (met && met.distance < cut.distance - 1e-5 * this.model.size)) return met && {...met, pane};
+    return {...this.model.placeOnCut(cut), pane};
   }
 }

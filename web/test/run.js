@@ -197,6 +197,204 @@ test('every control does something', async () => {
   await page.close();
 });
 
+/** Cuts along an axis, puts the cut at a part of the way, and looks at it from where it is seen. */
+async function cutAt(page, axis, thousandths, view) {
+  await choose(page, 'Cut', `along ${axis}`);
+  await page.$eval('[aria-label="Place of the cut"]', (slider, value) => {
+    slider.value = value;
+    slider.dispatchEvent(new Event('input'));
+  }, thousandths);
+  await press(page, view);
+}
+
+/** Goes over the model. @returns {Promise<Object[]>} places on the cut, and the values that are told there */
+async function sweepCut(page, step) {
+  const texts = await page.$eval('.stage > canvas', async (canvas, apart) => {
+    const {left, top, width, height} = canvas.getBoundingClientRect();
+    const told = [];
+    for (let x = left + 7; x < left + width; x += apart)
+      for (let y = top + 60; y < top + height - 50; y += apart) {
+        canvas.dispatchEvent(new PointerEvent('pointermove', {clientX: x, clientY: y, bubbles: true}));
+        await new Promise(requestAnimationFrame);
+        told.push(document.getElementById('readout').textContent);
+      }
+    return told;
+  }, step);
+  return texts.map((text) => text.match(/^element (\d+), on the cut: (\S+) at \((.*)\)$/)).filter(Boolean)
+    .map(([, element, value, place]) => ({element: Number(element), value: Number(value), place: place.split(', ').map(Number)}));
+}
+
+async function zoomIn(page, times) {
+  await page.focus('.stage > canvas');
+  for (let i = 0; i < times; ++i) await page.keyboard.press('+');
+  await settle(page);
+}
+
+test('a cut shows its section with values between nodes', async () => {
+  // Every shape of solids. The values beside are those of the program's own search for elements and its own formulas.
+  const jobs = {mixed_linear: ['C3D4', 'C3D6', 'C3D8'], mixed_quadratic: ['C3D10', 'C3D15', 'C3D20']};
+  for (const [job, types] of Object.entries(jobs)) {
+    const database = importJob(job, job);
+    const page = await open(browser, report(database, `${job}-cut`));
+    const before = await picture(page);
+    await choose(page, 'Field', 'nodal-stress');
+    await choose(page, 'Component', 'xx');
+    await cutAt(page, 'z', 430, 'top');
+    await zoomIn(page, 2);
+    assert.notEqual(await picture(page), before);
+    assert.match(await textOf(page, '.extremes'), /^Inside and out, least /);
+    const told = await sweepCut(page, 47);
+    const points = join(out, `${job}.points`);
+    writeFileSync(points, told.map(({place}) => place.join(' ')).join('\n') + '\n');
+    const lines = run('path', database, 'nodal-stress@group=none', '--steps', 'last', '--through', points, '--csv').trim().split('\n');
+    const columns = lines[0].split(',');
+    const [xx, of] = [columns.indexOf('xx'), columns.indexOf('element')];
+    const rows = lines.slice(1).map((line) => line.split(','));
+    assert.equal(rows.length, told.length, job);
+    const expected = rows.map((row) => Number(row[xx]));
+    const largest = Math.max(...expected.filter(Number.isFinite).map(Math.abs));
+    const compared = new Set();
+    told.forEach(({element, value, place}, i) => {
+      if (rows[i][of] === '' || Number(rows[i][of]) !== element) return; // on a side, where another element may have the point
+      // Places have six digits, values of nodes seven.
+      assert.ok(Math.abs(value - expected[i]) <= 2e-5 * largest, `${job} ${place}: ${value}, expected ${expected[i]}`);
+      compared.add(element);
+    });
+    await page.screenshot({path: join(out, `${job}-cut.png`)});
+    const typeOf = new Map(run('show', database, 'element-type', '--csv').trim().split('\n').slice(1).map((line) => line.split(','))
+      .map(([id, type]) => [Number(id), type]));
+    assert.deepEqual([...new Set([...compared].map((element) => typeOf.get(element)))].sort(), types);
+    await choose(page, 'Cut', 'none');
+    assert.deepEqual(await sweepCut(page, 120), []);
+    assert.deepEqual(page.complaints, []);
+    await page.close();
+  }
+});
+
+test('a section is of what is shown, deformed as it is, and of elements has their values', async () => {
+  const page = await open(browser, pageOfHex20);
+  await choose(page, 'Field', 'element-stress');
+  await choose(page, 'Component', 'mises');
+  await cutAt(page, 'y', 500, 'back');
+  const expected = valuesOf(hex20, 'element-stress.mises', '--steps', '3');
+  const told = await sweepCut(page, 71);
+  assert.ok(told.length > 10);
+  for (const {element, value} of told) assertShown(String(value), expected.get(element), `element ${element}`);
+  const whole = await picture(page);
+  await press(page, 'auto');
+  assert.notEqual(await picture(page), whole);
+  const moved = await sweepCut(page, 71);
+  assert.ok(moved.length > 10);
+  for (const {element, value} of moved) assertShown(String(value), expected.get(element), `element ${element}, moved`);
+  await press(page, 'none');
+  await press(page, 'only STEEL');
+  const steel = await sweepCut(page, 71);
+  assert.ok(steel.length > 0 && steel.every(({element}) => element <= 19), 'elements 12 and 19 are of steel');
+  await page.screenshot({path: join(out, 'cut-part.png')});
+  // A node of the section is followed as others are.
+  const box = await (await page.$('.stage > canvas')).boundingBox();
+  await choose(page, 'Field', 'displacement');
+  await press(page, 'Show all');
+  await press(page, 'back');
+  await page.mouse.click(box.x + box.width / 2, box.y + box.height / 2);
+  await settle(page);
+  assert.equal((await page.$$('.picked li')).length, 1);
+  assert.deepEqual(page.complaints, []);
+  await page.close();
+});
+
+test('a page without the inside says that cuts show no section', async () => {
+  const page = await open(browser, report(hex20, 'no-inside', '--no-inside'));
+  await cutAt(page, 'x', 430, 'right');
+  assert.deepEqual(await sweepCut(page, 120), []);
+  assert.match(await textOf(page, '.control > .hint[role=status]'), /^The inside of the solids is not in this page/);
+  assert.deepEqual(page.complaints, []);
+  await page.close();
+});
+
+test('sets of nodes are marked', async () => {
+  const page = await open(browser, pageOfHex20);
+  const listed = run('sets', hex20, '--csv').trim().split('\n').slice(1).map((line) => line.split(','));
+  const names = await page.$$eval('fieldset', (fields) => [...fields.find((of) => of.textContent.startsWith('Node sets'))
+    .querySelectorAll('label')].map((label) => label.textContent));
+  assert.ok(names.length > 0);
+  for (const name of names) assert.ok(listed.some((row) => row.join().includes(name.replace(/ \(.*/, ''))), name);
+  const countInk = () => page.$eval('.stage > canvas', (canvas) => {
+    const copy = document.createElement('canvas');
+    [copy.width, copy.height] = [canvas.width, canvas.height];
+    const context = copy.getContext('2d', {willReadFrequently: true});
+    context.drawImage(canvas, 0, 0);
+    const {data} = context.getImageData(0, 0, copy.width, copy.height);
+    let count = 0;
+    for (let i = 0; i < data.length; i += 4) if (data[i] === 0xd0 && data[i + 1] === 0 && data[i + 2] === 0x6f) ++count;
+    return count;
+  });
+  const toggle = async (name) => {
+    await page.evaluate((text) => [...document.querySelectorAll('label')].find((of) => of.textContent === text).click(), name);
+    await settle(page);
+  };
+  assert.equal(await countInk(), 0);
+  await toggle(names[0]);
+  const marked = await countInk();
+  assert.ok(marked > 20, `${marked} pixels`);
+  await press(page, 'auto');
+  assert.ok((await countInk()) > 20, 'deformed, too');
+  await page.screenshot({path: join(out, 'node-set.png')});
+  await toggle(names[0]);
+  assert.equal(await countInk(), 0);
+  assert.deepEqual(page.complaints, []);
+  await page.close();
+});
+
+test('sixty sets are found by name, by the keyboard alone', async () => {
+  const base = join(fixtures, 'hex8', 'hex8');
+  const elements = [12, 19, 26, 33, 40, 47, 54, 61, 68, 75, 82, 89];
+  const sets = Array.from({length: 60}, (_, i) => `*ELSET, ELSET=PART${String(i + 1).padStart(2, '0')}\n${elements[i % 12]}\n`);
+  const deck = join(out, 'hex8.inp');
+  writeFileSync(deck, readFileSync(`${base}.inp`, 'utf8').replace('*NSET, NSET=NFIX', `${sets.join('')}$&`));
+  const database = join(out, 'many.fed');
+  rmSync(database, {recursive: true, force: true});
+  run('import', deck, `${base}.frd`, '-o', database);
+  const page = await open(browser, report(database, 'many'));
+  await press(page, 'front'); // which scrolls
+  let last = await picture(page);
+  const assertChanges = async (what) => {
+    await settle(page);
+    const now = await picture(page);
+    assert.notEqual(now, last, what);
+    last = now;
+  };
+  const boxes = () => page.$$eval('fieldset input', (inputs) => inputs.length);
+  assert.ok((await boxes()) >= 62);
+  // From the control before the list, the tabulator goes to the filter, then to what it lets through.
+  await page.evaluate(() => [...document.querySelectorAll('summary')].find((of) => of.textContent === 'Parts and sets').focus());
+  await page.keyboard.press('Tab');
+  await page.keyboard.type('part60');
+  assert.equal(await boxes(), 1);
+  assert.match(await textOf(page, '.controls details [role=status]'), /^1 of \d+ names$/);
+  await page.keyboard.press('Tab');
+  await page.keyboard.press('Space');
+  await assertChanges('PART60 is off');
+  await page.keyboard.press('Space');
+  await assertChanges('PART60 is on');
+  await page.keyboard.press('Tab'); // only
+  await page.keyboard.press('Enter');
+  await assertChanges('PART60 alone');
+  await press(page, 'Show all');
+  await assertChanges('all');
+  await page.focus('input[type=search]');
+  await page.keyboard.press('End');
+  for (let i = 0; i < 2; ++i) await page.keyboard.press('Backspace');
+  assert.ok((await boxes()) >= 60);
+  await press(page, 'Hide listed');
+  await assertChanges('none');
+  await press(page, 'Show listed');
+  await assertChanges('all listed');
+  await page.screenshot({path: join(out, 'many.png')});
+  assert.deepEqual(page.complaints, []);
+  await page.close();
+});
+
 test('nodes are found and followed', async () => {
   const page = await open(browser, pageOfHex20);
   const find = async (id) => {
@@ -216,7 +414,7 @@ test('nodes are found and followed', async () => {
   });
   assert.ok(await page.$('#history .uplot canvas'));
   await find('4711');
-  assert.equal(await textOf(page, '.hint[role=status]'), 'No node 4711 on the outside of the model');
+  assert.equal(await textOf(page, '.row > .hint[role=status]'), 'No node 4711 in the model');
   await press(page, 'forget node 5');
   assert.equal((await page.$$('.picked li')).length, 1);
   await press(page, 'iso'); // which scrolls

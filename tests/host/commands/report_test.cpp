@@ -54,6 +54,17 @@ TEST_F(ReportCommand, KeepsWhatIsSelected)
   EXPECT_NE(ReadAll(page_), two);
 }
 
+TEST_F(ReportCommand, LeavesOutTheInsideWhereAsked)
+{
+  EXPECT_EQ(RunQuilon({"report", job_, "-o", page_}).exitCode, 0);
+  EXPECT_THAT(ReadAll(page_), HasSubstr(R"("inside":{)"));
+  const auto      size = std::filesystem::file_size(page_);
+  const RunResult run  = RunQuilon({"report", job_, "-o", page_, "--no-inside"});
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_LT(std::filesystem::file_size(page_), size);
+}
+
 TEST_F(ReportCommand, SaysWhatIsWrongAndWritesNothing)
 {
   ExpectTrouble({job_, "-o", (folder_ / "a.pdf").string()},

@@ -184,13 +184,118 @@ TEST_F(PageSourceTest, NodesHaveAValueForEachGroup)
     EXPECT_EQ(values[corner[i]], static_cast<float>(100 * (owner[i / 3] + 1) + ids[corner[i]]));
 }
 
+/// Writes a cube of 27 bricks, numbered along x, then y, then z; so are its 64 nodes. Brick 14 is inside, and so are
+/// nodes 22, 23, 26, 27, 38, 39, 42 and 43.
+void WriteCube(FED_ResultDatabase& database)
+{
+  std::vector<NodeRow>     nodes;
+  std::vector<ElementLine> elements;
+  const auto               idOf = [](int i, int j, int k) { return 16 * k + 4 * j + i + 1; };
+  for (int k = 0; k < 4; ++k)
+    for (int j = 0; j < 4; ++j)
+      for (int i = 0; i < 4; ++i) nodes.push_back({idOf(i, j, k), {1.0 * i, 1.0 * j, 1.0 * k}});
+  for (int k = 0; k < 3; ++k)
+    for (int j = 0; j < 3; ++j)
+      for (int i = 0; i < 3; ++i)
+        elements.push_back(
+            {9 * k + 3 * j + i + 1,
+             1,
+             1,
+             {idOf(i, j, k), idOf(i + 1, j, k), idOf(i + 1, j + 1, k), idOf(i, j + 1, k), idOf(i, j, k + 1),
+              idOf(i + 1, j, k + 1), idOf(i + 1, j + 1, k + 1), idOf(i, j + 1, k + 1)}});
+  WriteMesh(database, nodes, elements);
+  for (int node = 1; node <= 64; ++node) SetValues(database, StepKey(510, 1), node, {1.0 * node, 0, 0});
+  for (int element = 1; element <= 27; ++element)
+    SetValues(database, StepKey(561, 1), element, {100.0 + element, 0, 0, 0, 0, 0});
+}
+
+TEST_F(PageSourceTest, CarriesTheInsideOfSolidsBehindWhatIsDrawn)
+{
+  FED_ResultDatabase database;
+  WriteCube(database);
+  request_.database   = &database;
+  request_.blocks     = BlocksOf(database, {510, 561});
+  PageSource  source  = Make();
+  const Json& inside  = At(source.GetHeader(), "inside");
+  const Json& blobs   = At(inside, "blobs");
+  const auto  numbers = [&](const char* name) { return DecodeIntegers(source.MakeBlob(NumberOf(At(blobs, name)))); };
+  EXPECT_EQ(source.NumPoints(), 56u);
+  EXPECT_EQ(NumberOf(At(inside, "numPoints")), 8u);
+  EXPECT_EQ(NumberOf(At(inside, "numElements")), 1u);
+  const std::vector<std::uint32_t> nodesInside = {22, 23, 26, 27, 38, 39, 42, 43};
+  EXPECT_EQ(numbers("ids"), nodesInside);
+  EXPECT_EQ(numbers("elementIds"), std::vector<std::uint32_t>{14});
+  const auto points = DecodeFloats(source.MakeBlob(NumberOf(At(blobs, "points"))));
+  ASSERT_EQ(points.size(), 24u);
+  EXPECT_EQ(points[0], -0.5F) << "from the middle of the box";
+  EXPECT_EQ(points[1], 0.5F);
+
+  // Nodes and elements of the solids, by their numbers in the page.
+  std::vector<std::uint32_t> ids = DecodeIntegers(source.MakeBlob(1));
+  ids.insert(ids.end(), nodesInside.begin(), nodesInside.end());
+  std::vector<std::uint32_t> elements = DecodeIntegers(source.MakeBlob(7));
+  elements.push_back(14);
+  const Mesh mesh          = ReadMesh(database, 0, "");
+  const auto solids        = numbers("solidElements");
+  const auto pointsOfSolid = numbers("solidPoints");
+  EXPECT_EQ(numbers("solidTypes"), std::vector<std::uint32_t>(27, 1));
+  ASSERT_EQ(solids.size(), 27u);
+  ASSERT_EQ(pointsOfSolid.size(), 216u);
+  for (std::size_t solid = 0; solid < 27; ++solid) {
+    const auto position = mesh.FindElement(static_cast<int>(elements.at(solids[solid])));
+    ASSERT_TRUE(position);
+    const auto nodes = mesh.NodesOf(mesh.Elements()[*position]);
+    for (std::size_t i = 0; i < 8; ++i)
+      EXPECT_EQ(static_cast<int>(ids.at(pointsOfSolid[8 * solid + i])), mesh.NodeIds()[nodes[i]]);
+  }
+  const Json::Array& parts = ListAt(At(source.GetHeader(), "model"), "parts");
+  EXPECT_EQ(JsonText(At(parts[0], "solids")), "[0,27]");
+
+  const auto values = [&](std::size_t field) {
+    return DecodeFloats(source.MakeBlob(NumberOf(ListAt(ListAt(inside, "fields")[field], "blobs")[0])));
+  };
+  const std::vector<float> displacements = values(0);
+  ASSERT_EQ(displacements.size(), 24u);
+  for (std::size_t i = 0; i < 8; ++i) EXPECT_EQ(displacements[i], static_cast<float>(nodesInside[i]));
+  EXPECT_EQ(values(1), (std::vector<float>{114, 0, 0, 0, 0, 0}));
+}
+
+TEST_F(PageSourceTest, LeavesOutTheInsideWhereItIsNotWanted)
+{
+  EXPECT_GT(Make().NumBlobs(), Make().NumOutsideBlobs());
+  request_.leavesOutInside = true;
+  PageSource source        = Make();
+  EXPECT_EQ(source.NumBlobs(), source.NumOutsideBlobs());
+  for (const auto& [name, value] : std::get<Json::Object>(source.GetHeader().Get())) EXPECT_NE(name, "inside");
+}
+
+TEST_F(PageSourceTest, ListsSetsOfNodesWithWhatIsDrawnOfThem)
+{
+  FED_ResultDatabase database;
+  WriteCube(database);
+  WriteSet(database, OnfKind::NodeSet, 1, "DEEP", {22, 1, 22, 4711});
+  WriteSet(database, OnfKind::NodeSet, 2, "STRAY", {4711});
+  WriteSet(database, OnfKind::NodeSet, 3, "HIDDEN", {23});
+  WriteSet(database, OnfKind::NodeSet, 4, "FACE", {3, 1, 2});
+  request_.database         = &database;
+  request_.blocks           = BlocksOf(database, {510});
+  PageSource         source = Make();
+  const Json&        model  = At(source.GetHeader(), "model");
+  const Json::Array& sets   = ListAt(model, "nodeSets");
+  ASSERT_EQ(sets.size(), 3u) << "a set without a node of the mesh marks nothing";
+  EXPECT_EQ(JsonText(sets[0]), R"({"name":"DEEP","nodes":2,"points":[0,1]})");
+  EXPECT_EQ(JsonText(sets[1]), R"({"name":"HIDDEN","nodes":1,"points":[1,0]})");
+  EXPECT_EQ(JsonText(sets[2]), R"({"name":"FACE","nodes":3,"points":[1,3]})");
+  EXPECT_EQ(DecodeIntegers(source.MakeBlob(NumberOf(At(At(model, "blobs"), "setNodes")))),
+            (std::vector<std::uint32_t>{0, 0, 1, 2}));
+}
+
 TEST_F(PageSourceTest, ManySetsLeaveMaterialsAsParts)
 {
-  for (int number = 0; number < 6; ++number) {
+  for (const int count : {1000, 1001}) {
     FED_ResultDatabase       database;
     std::vector<NodeRow>     nodes;
     std::vector<ElementLine> elements;
-    const int                count = number == 0 ? 40 : 41;
     for (int i = 0; i <= count; ++i) {
       nodes.push_back({2 * i + 1, {1.0 * i, 0, 0}});
       nodes.push_back({2 * i + 2, {1.0 * i, 1, 0}});
@@ -202,9 +307,11 @@ TEST_F(PageSourceTest, ManySetsLeaveMaterialsAsParts)
     PageRequest request = request_;
     request.database    = &database;
     request.blocks      = BlocksOf(database, {510});
-    PageSource source(request, listener_);
-    EXPECT_EQ(ListAt(At(source.GetHeader(), "model"), "parts").size(), count == 40 ? 40u : 1u);
-    if (number == 1) break;
+    PageSource  source(request, listener_);
+    const Json& model = At(source.GetHeader(), "model");
+    EXPECT_EQ(ListAt(model, "parts").size(), count == 1000 ? 1000u : 1u);
+    EXPECT_EQ(std::get<bool>(At(model, "leavesOutSets").Get()), count > 1000);
+    EXPECT_EQ(source.NumOutsideBlobs(), source.NumBlobs()) << "shells have no inside";
   }
 }
 

@@ -42,13 +42,15 @@ class ReportTest : public testing::Test
 protected:
   ReportTest() { FillTwoBricks(database_); }
 
-  ReportResult Write(const std::string& name, const std::string& file, std::size_t mostBytes = 25'000'000)
+  ReportResult Write(const std::string& name, const std::string& file, std::size_t mostBytes = 25'000'000,
+                     bool leavesOutInside = false)
   {
     PageRequest request;
-    request.mostBytes = mostBytes;
-    request.database  = &database_;
-    request.name      = name;
-    request.blocks    = ChoosePageBlocks(BlocksOf(database_), false);
+    request.mostBytes       = mostBytes;
+    request.leavesOutInside = leavesOutInside;
+    request.database        = &database_;
+    request.name            = name;
+    request.blocks          = ChoosePageBlocks(BlocksOf(database_), false);
     return WriteReport(request, folder_ / file, "quilon 9", listener_);
   }
 
@@ -99,7 +101,7 @@ TEST_F(ReportTest, NamesEndNoElement)
 
 TEST_F(ReportTest, SaysWhatWouldMakeAPageSmallEnough)
 {
-  const std::size_t size = Write("job.fed", "a.html").bytes;
+  const std::size_t size = Write("job.fed", "a.html", 25'000'000, true).bytes;
   std::filesystem::remove(folder_ / "a.html");
   const std::string failure = FailureOf([&] { Write("job.fed", "a.html", size - 1); });
   EXPECT_THAT(failure, StartsWith("job.fed: the page would have 0."));
@@ -111,6 +113,24 @@ TEST_F(ReportTest, SaysWhatWouldMakeAPageSmallEnough)
       testing::EndsWith("expected 0.0 MB at most: a selection of fewer kinds, or see it all with 'quilon serve'"));
   EXPECT_TRUE(std::filesystem::is_empty(folder_.GetPath()));
   EXPECT_EQ(Write("job.fed", "a.html", size).bytes, size);
+}
+
+TEST_F(ReportTest, TheInsideIsThereWhereItHasRoom)
+{
+  const ReportResult whole = Write("job.fed", "a.html");
+  EXPECT_TRUE(whole.hasInside && !whole.lacksRoom);
+  EXPECT_THAT(ReadAll(folder_ / "a.html"), HasSubstr(R"("inside":{)"));
+  EXPECT_EQ(Write("job.fed", "b.html", whole.bytes).bytes, whole.bytes);
+  const ReportResult outside = Write("job.fed", "b.html", whole.bytes - 1);
+  EXPECT_TRUE(!outside.hasInside && outside.lacksRoom);
+  EXPECT_LT(outside.bytes, whole.bytes);
+  const std::string page = ReadAll(folder_ / "b.html");
+  EXPECT_EQ(page.size(), outside.bytes);
+  EXPECT_THAT(page, HasSubstr(R"("inside":null)"));
+  const ReportResult unwanted = Write("job.fed", "c.html", 25'000'000, true);
+  EXPECT_TRUE(!unwanted.hasInside && !unwanted.lacksRoom) << "nothing was left out against anybody's will";
+  EXPECT_EQ(CountOf(ReadAll(folder_ / "c.html"), "<script type=\"text/plain\""),
+            CountOf(page, "<script type=\"text/plain\""));
 }
 
 TEST_F(ReportTest, ShowsWhatAComparisonFound)
@@ -137,13 +157,13 @@ TEST_F(ReportTest, ShowsWhatAComparisonFound)
   EXPECT_THAT(header, HasSubstr(R"x("one-sided":[{"kind":"reaction","block":"511@it=0,an=1,lc=1,sub=1","records":1,)x"
                                 R"x("in":"job.fed (B)"}])x"));
   EXPECT_THAT(header, Not(HasSubstr("balance")));
-  // Eight blobs of the mesh, then three steps of A and of the difference: the last is that of step 3.
-  const std::string displacement = R"x("blobs":[8,9,10],"differences":[11,12,13])x";
+  // Nine blobs of the mesh, then three steps of A and of the difference: the last is that of step 3.
+  const std::string displacement = R"x("blobs":[9,10,11],"differences":[12,13,14])x";
   EXPECT_THAT(header, HasSubstr(displacement));
   std::vector<float> expected(36, 0.0F);
-  EXPECT_EQ(DecodeFloats(source.MakeBlob(11)), expected);
+  EXPECT_EQ(DecodeFloats(source.MakeBlob(12)), expected);
   expected[11] = 1.0F;
-  EXPECT_EQ(DecodeFloats(source.MakeBlob(13)), expected);
+  EXPECT_EQ(DecodeFloats(source.MakeBlob(14)), expected);
 }
 
 TEST_F(ReportTest, WritesNothingIntoAFolderThatIsNotThere)
