@@ -1,11 +1,9 @@
 #include <array>
 #include <cmath>
 #include <memory>
-#include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
-#include <bundled/OnfKinds.h>
 #include <CLI/CLI.hpp>
 
 #include "answers/Region.h"
@@ -17,8 +15,8 @@
 #include "kinds/KindTable.h"
 #include "plot/ConvergenceChart.h"
 #include "plot/ModelPicture.h"
+#include "plot/SelectedPicture.h"
 #include "QuilonDbConnector/FED_Database.h"
-#include "QuilonDbConnector/FED_DataDescriptorPattern.h"
 #include "terminal/Console.h"
 #include "text/Failure.h"
 #include "text/NumberList.h"
@@ -98,23 +96,6 @@ ModelPictureOptions MakePictureOptions(const Options& options)
   return picture;
 }
 
-/// @return the component that the selection names; empty where it names none
-std::string ComponentOf(const Selection& selection, int onf)
-{
-  const std::vector<std::string> components = selection.ComponentsOf(onf);
-  if (components.size() > 1) Fail("the selection names several components, expected one for a picture");
-  return components.empty() ? std::string() : components.front();
-}
-
-/// @return the iteration of the first mesh, 0 without any
-int FirstIteration(const FED_Database& database)
-{
-  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
-    if (descriptor.GetInteger(FED_DataDescriptor::OnfId) == OnfKind::Coordinates)
-      return descriptor.GetInteger(FED_DataDescriptor::Iteration);
-  return 0;
-}
-
 void DrawConvergence(const Options& options, CommandContext& context)
 {
   if (!options.database.empty())
@@ -136,23 +117,19 @@ void Run(const Options& options, CommandContext& context)
   const PictureFormat format  = PictureFormatOf(options.output);
   ModelPictureOptions picture = MakePictureOptions(options);
   CheckOutputFile(options.output);
-  OpenedDatabase             database(options.database, context.console);
-  std::optional<FieldChoice> choice;
-  int                        iteration = FirstIteration(database.Get());
+  OpenedDatabase  database(options.database, context.console);
+  SelectedPicture request;
+  request.name    = options.database;
+  request.part    = options.part;
+  request.options = std::move(picture);
   if (!options.selection.text.empty()) {
     const KindTable kinds(database.Get());
-    const Selection selection = options.selection.Parse(kinds);
-    choice =
-        ChooseField(options.selection.Choose(database.Get(), selection, StepTimes(database.Get()), options.database),
-                    kinds, options.selection.ToString(), options.database);
-    iteration = choice->GetIteration();
-    if (picture.component.empty()) picture.component = ComponentOf(selection, choice->GetOnf());
+    request.selection = options.selection.Parse(kinds);
+    request.text      = options.selection.ToString();
+    request.blocks =
+        options.selection.Choose(database.Get(), request.selection, StepTimes(database.Get()), options.database);
   }
-  if (options.part.HasPlace())
-    picture.elements = Region(database.Get(), options.part, options.database).ElementsOf(iteration);
-  const ModelPicture drawn = DrawModel(database.Get(), iteration, choice, picture, format, options.database);
-  if (choice && choice->numSteps > 1)
-    context.console.Note("the last of " + std::to_string(choice->numSteps) + " steps is shown");
+  const ModelPicture drawn = DrawSelected(database.Get(), std::move(request), format);
   for (const std::string& note : drawn.notes) context.console.Note(note);
   WriteFile(options.output, drawn.bytes);
 }
