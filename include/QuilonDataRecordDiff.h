@@ -8,7 +8,7 @@
 #include <cmath>
 
 #include "quilon_export.h"
-#include "QuilonDataBlockDiff.h"
+#include "QuilonDataDiffDefs.h"
 
 class FED_ConstDataRecord;
 

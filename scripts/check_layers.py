@@ -10,7 +10,7 @@ usage: scripts/check_layers.py [ROOT]
     python        sees what host sees, without its commands and its terminal
     contract      sees contract
 
-Inside a sibling no circle of files: a header and its source count as one.
+Inside the library, a sibling, a room of the host, mpi and python no circle of files: a header and its source count as one.
 
 No type of host and python is defined in two files under one name, unless in unnamed namespaces: they are linked into one
 program, which may then use the one where the other is meant, and no compiler or linker tells.
@@ -118,16 +118,25 @@ def check_file(root, path, layer, sibling):
             yield f"{where}: the library depends on the standard library alone and starts no threads; found {name}"
 
 
-def find_circle(root, sibling):
-    """Yields one circle of a sibling's files, where there is one, as a line."""
-    own = [root / "siblings" / sibling / "include", root / "siblings" / sibling / "src"]
+def areas_of(root):
+    """Yields the name of each part whose files may not include each other in a circle, with its folders."""
+    for sibling in SIBLINGS:
+        yield f"siblings/{sibling}", [root / "siblings" / sibling]
+    yield "src", [root / "include", root / "src"]
+    for folder in (*sorted(path for path in (root / "host").glob("*") if path.is_dir()), root / "mpi", root / "python" / "src"):
+        yield str(folder.relative_to(root)), [folder]
+
+
+def find_circle(root, name, folders):
+    """Yields one circle of the files in the folders, where there is one, as a line."""
     files = {}
-    for path in sorted((root / "siblings" / sibling).rglob("*")):
+    for path in sorted(path for folder in folders for path in folder.rglob("*")):
         if path.suffix in SOURCES and path.is_file():
             files.setdefault(path.stem, []).append(path)
+    places = [root / "host", *(place for folder in folders for place in (folder, folder / "include", folder / "src"))]
     includes = {
         stem: {Path(m.group(2)).stem for p in paths for m in map(INCLUDE.match, p.read_text(encoding="utf-8").splitlines())
-               if m and any((folder / m.group(2)).is_file() for folder in (p.parent, *own))} & set(files)
+               if m and any(place / m.group(2) in files.get(Path(m.group(2)).stem, ()) for place in (p.parent, *places))}
         for stem, paths in files.items()
     }
     # What includes nothing that is left can be on no circle.
@@ -140,7 +149,7 @@ def find_circle(root, sibling):
     walk = [min(left)]
     while walk[-1] not in walk[:-1]:
         walk.append(min(left[walk[-1]] & left.keys()))
-    yield f"siblings/{sibling}: files include each other: " + " -> ".join(walk[walk.index(walk[-1]):])
+    yield f"{name}: files include each other: " + " -> ".join(walk[walk.index(walk[-1]):])
 
 
 # What matters of C++ to find definitions of types: the first of these that matches stands.
@@ -190,8 +199,8 @@ def main():
                 sibling = path.relative_to(root / layer).parts[0] if layer in ("siblings", "host") else None
                 wrong += check_file(root, path, layer, sibling)
                 files += 1
-    for sibling in SIBLINGS:
-        wrong += find_circle(root, sibling)
+    for name, folders in areas_of(root):
+        wrong += find_circle(root, name, folders)
     program = [path for layer in ("host", "mpi", "python") for path in sorted((root / layer).rglob("*"))]
     wrong += find_namesakes(root, [path for path in program if path.suffix in SOURCES and path.is_file()])
     print("\n".join(wrong) if wrong else f"{files} files keep their layer")

@@ -11,7 +11,7 @@
 #include "answers/Combine.h"
 #include "answers/Envelope.h"
 #include "answers/Region.h"
-#include "calculix/deck/DeckModel.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "commands/AxesOption.h"
 #include "commands/Command.h"
 #include "commands/EnvelopePrinting.h"

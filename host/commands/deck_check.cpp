@@ -6,7 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "calculix/deck/DeckModel.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "commands/DeckArguments.h"
 #include "commands/DeckCommands.h"
 #include "commands/ExitCode.h"

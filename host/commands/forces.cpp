@@ -10,7 +10,7 @@
 #include <bundled/FED_ResultDatabase.h>
 #include <CLI/CLI.hpp>
 
-#include "calculix/deck/DeckModel.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "commands/Command.h"
 #include "commands/ExitCode.h"
 #include "commands/ForcePrinting.h"

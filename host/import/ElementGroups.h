@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "IdRadixMap.h"
-#include "import/ResultImport.h"
+#include "import/ImportOptions.h"
 #include "import/ResultMesh.h"
 
 namespace quilon {

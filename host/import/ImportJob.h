@@ -7,10 +7,10 @@
 #include <optional>
 
 #include "import/ElementGroups.h"
+#include "import/ImportOptions.h"
 #include "import/ImportRecord.h"
 #include "import/JobBlocks.h"
 #include "import/ReadLogger.h"
-#include "import/ResultImport.h"
 #include "import/ResultMesh.h"
 #include "import/StepMatcher.h"
 #include "kinds/UserKindPool.h"

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "import/ResultImport.h"
+#include "import/ImportReport.h"
 #include "import/StepMatcher.h"
 
 namespace quilon {

@@ -19,7 +19,6 @@
 #include "answers/Region.h"
 #include "Arrays.h"
 #include "Block.h"
-#include "Database.h"
 #include "database/DatabaseFolder.h"
 #include "database/ModelCopy.h"
 #include "database/Publication.h"
@@ -28,6 +27,7 @@
 #include "QuilonDbConnector/FED_Database.h"
 #include "selection/Selection.h"
 #include "Store.h"
+#include "Text.h"
 
 namespace quilon::python {
 

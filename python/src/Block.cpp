@@ -12,7 +12,6 @@
 #include <pybind11/stl.h>
 
 #include "answers/ModelNames.h"
-#include "Database.h"
 #include "database/RecordRows.h"
 #include "database/ScratchRecord.h"
 #include "database/StepTimes.h"
@@ -20,6 +19,7 @@
 #include "kinds/KindTable.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "selection/Selection.h"
+#include "Text.h"
 
 namespace quilon::python {
 

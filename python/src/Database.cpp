@@ -24,6 +24,7 @@
 #include "QuilonUtilities/FED_DoubleArray.h"
 #include "QuilonUtilities/FED_IntArray.h"
 #include "selection/Selection.h"
+#include "Text.h"
 #include "text/Format.h"
 
 namespace quilon::python {
@@ -340,12 +341,6 @@ int FindUserKind(const std::shared_ptr<Store>& store, const std::string& name, b
 }
 
 }  // namespace
-
-py::str TextOf(const std::string& text)
-{
-  return py::reinterpret_steal<py::str>(
-      PyUnicode_DecodeUTF8(text.data(), static_cast<py::ssize_t>(text.size()), "replace"));
-}
 
 FED_DataDescriptor MakeDescriptor(Store& store, const std::string& kind, const KeyValues& key)
 {

@@ -13,9 +13,6 @@
 
 namespace quilon::python {
 
-/// @return the text; bytes that are no UTF-8 become U+FFFD
-py::str TextOf(const std::string& text);
-
 /// Values of a block's key by their names, "lc" or "load-case".
 using KeyValues = std::map<std::string, int>;
 

@@ -6,10 +6,11 @@
 
 #include <pybind11/stl.h>
 
-#include "Database.h"
 #include "diff/Compare.h"
 #include "diff/Report.h"
 #include "Reports.h"
+#include "Store.h"
+#include "Text.h"
 #include "text/JsonText.h"
 
 namespace quilon::python {

@@ -6,10 +6,11 @@
 
 #include <pybind11/stl.h>
 
-#include "Database.h"
 #include "database/DatabaseFolder.h"
 #include "import/DatabaseImport.h"
 #include "Reports.h"
+#include "Text.h"
+#include "Work.h"
 
 namespace quilon::python {
 

@@ -9,6 +9,7 @@
 #include "QuilonUtilities/FED_Failure.h"
 #include "Reports.h"
 #include "Tensors.h"
+#include "Text.h"
 
 namespace {
 

@@ -17,8 +17,8 @@
 
 #include "calculix/deck/DeckConverter.h"
 #include "calculix/deck/DeckFiles.h"
-#include "calculix/deck/DeckModel.h"
 #include "calculix/deck/DeckText.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "TempFolder.h"
 

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "calculix/deck/DeckFiles.h"
-#include "calculix/deck/DeckModel.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "TempFolder.h"
 

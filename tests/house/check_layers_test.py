@@ -50,10 +50,20 @@ class CheckLayers(unittest.TestCase):
                           "src/a.cpp:2: the library depends on the standard library alone and starts no threads; "
                           "found thread")
 
-    def test_siblings_have_no_circles(self):
-        folder = "siblings/QuilonUtilities/src/"
-        self.assert_wrong({folder + "A.h": '#include "B.h"\n', folder + "B.h": "", folder + "B.cpp": '#include "A.h"\n'},
-                          "siblings/QuilonUtilities: files include each other: A -> B -> A")
+    def test_no_part_has_circles(self):
+        # Files are named as they are included: of a room with it, of all others alone.
+        for folder, prefix, name in (("siblings/QuilonUtilities/src/", "", "siblings/QuilonUtilities"), ("src/", "", "src"),
+                                     ("host/import/", "import/", "host/import"), ("mpi/", "", "mpi"),
+                                     ("host/calculix/deck/", "calculix/deck/", "host/calculix"), ("python/src/", "", "python/src")):
+            self.assert_wrong({folder + "A.h": f'#include "{prefix}B.h"\n', folder + "B.h": "",
+                               folder + "B.cpp": f'#include "{prefix}A.h"\n'}, f"{name}: files include each other: A -> B -> A")
+
+    def test_a_library_header_and_its_source_are_one(self):
+        self.assert_wrong({"include/A.h": '#include "B.h"\n', "include/B.h": "", "src/B.cpp": '#include "A.h"\n'},
+                          "src: files include each other: A -> B -> A")
+
+    def test_namesakes_in_two_rooms_are_no_circle(self):
+        self.assert_right({"host/diff/A.h": '#include "text/A.h"\n', "host/text/A.h": ""})
 
     def test_a_type_is_defined_once(self):
         self.assert_wrong({"host/answers/A.h": SAME, "host/diff/B.cpp": "\n" + SAME},

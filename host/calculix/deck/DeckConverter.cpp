@@ -14,6 +14,7 @@
 
 #include "calculix/deck/DeckLineConverter.h"
 #include "calculix/deck/DeckReader.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "QuilonUtilities/QuilonFileNameUtil.h"
 #include "text/Failure.h"
 

@@ -5,8 +5,6 @@
 #include <optional>
 #include <unordered_set>
 
-#include "calculix/deck/DeckModelReader.h"
-#include "calculix/deck/DeckReader.h"
 #include "elements/ElementShape.h"
 #include "results/ResultReader.h"
 
@@ -69,16 +67,6 @@ bool IsOnFace(const DeckElementType& type, std::size_t node, int face) noexcept
   const auto corners = static_cast<std::size_t>(type.numNodes % 3 == 0 ? 3 : 4);
   const auto first   = static_cast<std::size_t>(edge) - 1;
   return node == first || node == (first + 1) % corners || node == corners + first;
-}
-
-DeckModel Read(const std::filesystem::path& deck, const DeckOptions& options, std::vector<DeckMessage>* messages)
-{
-  DeckModel       model;
-  DeckModelReader reader(deck, options, model, messages);
-  reader.ReadModel();
-  reader.CheckModel();
-  reader.ConvertModel();
-  return model;
 }
 
 /// @return the value at a place of a card's numbers, NaN when the material has no such card
@@ -231,17 +219,6 @@ std::vector<int> DeckModel::ElementsOf(const DeckModelChange& change) const
 }
 
 std::string DeckModel::Describe(const DeckPlace& place) const { return DescribeDeckPlace(files, place); }
-
-DeckModel ReadDeckModel(const std::filesystem::path& deck, const DeckOptions& options)
-{
-  return Read(deck, options, nullptr);
-}
-
-DeckModel ReadDeckModel(const std::filesystem::path& deck, const DeckOptions& options,
-                        std::vector<DeckMessage>& messages)
-{
-  return Read(deck, options, &messages);
-}
 
 std::vector<ModelSet> DescribeSets(const std::vector<DeckSet>& sets)
 {

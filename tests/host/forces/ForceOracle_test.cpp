@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "../import/ImportTestSupport.h"
-#include "calculix/deck/DeckModel.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "calculix/ElementExpansion.h"
 #include "elements/IntegrationRule.h"
 #include "forces/ElementForces.h"

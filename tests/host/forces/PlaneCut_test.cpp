@@ -13,7 +13,7 @@
 #include <QuilonUtilities/FED_Failure.h>
 
 #include "../import/ImportTestSupport.h"
-#include "calculix/deck/DeckModel.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "forces/ForceBalance.h"
 #include "ForceSupport.h"
 #include "import/ResultImport.h"

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "calculix/deck/DeckModel.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "DeckSupport.h"
 
 namespace {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "../ReaderSupport.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "DeckSupport.h"
 
 namespace {

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include "calculix/deck/ReadDeckModel.h"
 #include "DeckSupport.h"
 
 namespace {

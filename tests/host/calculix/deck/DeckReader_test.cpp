@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "../ReaderSupport.h"
+#include "calculix/deck/ReadDeckModel.h"
 #include "DeckSupport.h"
 
 namespace {
