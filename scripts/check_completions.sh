@@ -71,6 +71,33 @@ expect bash "quilon show bracket.fed stress@lc=" 1 first last
 expect zsh "quilon show bracket.fed stress@lc=" stress@lc=1 stress@lc=first stress@lc=last
 expect fish "quilon show bracket.fed stress@lc=" stress@lc=1 stress@lc=first stress@lc=last
 
+# What zsh makes of lines at a Tab, on a terminal of its own: completion as users have it, nothing in its place.
+in_terminal() {
+  timeout 60 zsh -f -c '
+    zmodload zsh/zpty && zpty shell zsh -f -i || exit 1
+    zpty -w shell "PROMPT= RPROMPT= TERM=dumb; unsetopt prompt_sp prompt_cr; stty -echo; unset zle_bracketed_paste"
+    zpty -w shell "fpath=($1 \$fpath); autoload -Uz compinit; compinit -u -D"
+    zpty -w shell "completed() { zle complete-word; local line=\$BUFFER; BUFFER=; print -r -- \"<\$line>\" }"
+    zpty -w shell "zle -N completed; bindkey ^T completed; print READ\Y"
+    zpty -r shell found "*READY*"
+    shift
+    for line; do
+      zpty -w -n shell "$line"$'\''\x14'\''
+      zpty -r shell found "*<*>*"
+      found=${found##*<}
+      print -r -- "${found%%>*}"
+    done
+    zpty -d shell' zsh "$completions" "$@"
+}
+expected=("quilon show " "quilon deck expand " "quilon show bracket.fed displacement " "quilon max bracket.fed stress.mises "
+  "quilon show bracket.fed --set NALL " "quilon check bracket.inp ")
+found=$(in_terminal "quilon sh" "quilon deck e" "quilon show bracket.fed displ" "quilon max bracket.fed stress.mis" \
+  "quilon show bracket.fed --set NA" "quilon check bracket.i") || true
+if [[ $found != "$(printf '%s\n' "${expected[@]}")" ]]; then
+  printf 'check_completions: zsh on a terminal has\n%s\nexpected\n%s\n' "$found" "$(printf '%s\n' "${expected[@]}")" >&2
+  exit 1
+fi
+
 count=0
 for page in "$man"/quilon*.1*; do
   warnings=$(MANROFFSEQ='' MANWIDTH=80 man --warnings -E UTF-8 -l -Tutf8 -Z "$page" 2>&1 >/dev/null)
