@@ -218,6 +218,11 @@ std::vector<int> DeckModel::ElementsOf(const DeckModelChange& change) const
   return found;
 }
 
+std::string DescribeDeckPlace(const std::vector<DeckFile>& files, const DeckPlace& place)
+{
+  return files[place.file].path.string() + ":" + std::to_string(place.line);
+}
+
 std::string DeckModel::Describe(const DeckPlace& place) const { return DescribeDeckPlace(files, place); }
 
 std::vector<ModelSet> DescribeSets(const std::vector<DeckSet>& sets)

@@ -236,6 +236,9 @@ struct DeckModel
   std::string Describe(const DeckPlace& place) const;
 };
 
+/// @return "PATH:LINE", the path as it was opened
+std::string DescribeDeckPlace(const std::vector<DeckFile>& files, const DeckPlace& place);
+
 /// @return the sets, their names and ids borrowed
 std::vector<ModelSet> DescribeSets(const std::vector<DeckSet>& sets);
 /// @return what densities and isotropic elasticities the materials have, their names borrowed; of a card of several

@@ -82,11 +82,6 @@ fs::path CanonicalOf(const fs::path& path)
   return error ? fs::absolute(path) : canonical;
 }
 
-std::string DescribeDeckPlace(const std::vector<DeckFile>& files, const DeckPlace& place)
-{
-  return files[place.file].path.string() + ":" + std::to_string(place.line);
-}
-
 DeckReader::DeckReader(const fs::path& deck, const DeckOptions& options, const std::wstring& suffix)
     : FEMInputFile(L"deck", WidePath(deck), suffix, 0),
       deck_(deck),

@@ -24,9 +24,6 @@ struct DeckLine
   DeckPlace        place;  ///< always exact
 };
 
-/// @return "PATH:LINE", the path as it was opened
-std::string DescribeDeckPlace(const std::vector<DeckFile>& files, const DeckPlace& place);
-
 /// @return the path without links, as far as it is there; absolute
 std::filesystem::path CanonicalOf(const std::filesystem::path& path);
 
