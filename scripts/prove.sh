@@ -98,11 +98,11 @@ prove_source() {
   tar -xzf "$folder"/quilon-*.tar.gz -C "$folder"
   "${offline[@]}" cmake -S "$folder"/quilon-*/ -B "$folder/build" -G Ninja -D CMAKE_BUILD_TYPE=Release -D QUILON_BUILD_TESTS=OFF \
     -D QUILON_BUILD_BENCH=OFF >/dev/null
-  "${offline[@]}" cmake --build "$folder/build" --target all >/dev/null
+  "${offline[@]}" cmake --build "$folder/build" --target all >"$state/source.log" || { tail -n 30 "$state/source.log"; return 1; }
   cmake --install "$folder/build" --prefix "$folder/prefix" >/dev/null
   (cd "$folder" && prefix/bin/quilon import quilon-*/tests/fixtures/calculix/b_hex/b_hex.{inp,frd,dat} -o b.fed -q && prefix/bin/quilon check b.fed)
   cmake -S tests/house/consumer -B "$folder/consumer" -G Ninja -D CMAKE_PREFIX_PATH="$folder/prefix" >/dev/null
-  cmake --build "$folder/consumer" >/dev/null
+  cmake --build "$folder/consumer" >"$state/source.log" || { tail -n 30 "$state/source.log"; return 1; }
   "$folder/consumer/consumer"
 }
 prove_fuzz() {
