@@ -30,6 +30,7 @@ from ._errors import ArgumentError, Error, MissingPackageError
 from ._fields import AverageField, ElementForces
 from ._native import version as __version__
 from ._reports import Deviation, Difference, DiffReport, ImportReport, diff, import_results
+from ._views import ExportReport, PageReport, Picture, export, plot, report
 
 __all__ = [
     "ArgumentError",
@@ -43,23 +44,29 @@ __all__ = [
     "ElementForces",
     "Envelope",
     "Error",
+    "ExportReport",
     "Extreme",
     "ImportReport",
     "MaxReport",
     "Mesh",
     "MissingPackageError",
+    "PageReport",
     "Path",
     "PathStep",
+    "Picture",
     "Step",
     "__version__",
     "combine",
     "component",
     "diff",
     "envelope",
+    "export",
     "import_results",
     "max",
     "open",
     "path",
+    "plot",
     "principal_axes",
     "principal_values",
+    "report",
 ]

@@ -99,6 +99,14 @@ def import_results(
     )
 
 
+def page_text(path: PathLike, what: str) -> str:
+    """The text of the path of a page."""
+    text = path_text(path, what)
+    if not text.lower().endswith((".html", ".htm")):
+        raise ArgumentError(f"{what}: found {text!r}, expected a name that ends in .html")
+    return text
+
+
 @dataclasses.dataclass(frozen=True)
 class Difference:
     """A record or a value that differs, as `quilon diff --json` tells it."""
@@ -147,6 +155,7 @@ def diff(
     match_points: float | None = None,
     max_records: int = 10,
     max_blocks: int = 10,
+    html: PathLike | None = None,
     progress: Progress | None = None,
 ) -> DiffReport:
     """Compares two databases, block by block, as `quilon diff` does.
@@ -160,6 +169,7 @@ def diff(
     match_time: steps are the same up to this difference of their times
     match_points: nodes are the same up to this distance apart
     max_records, max_blocks: how much `differences` holds
+    html: a page for a browser to write, .html: both and their difference side by side
     """
     if ignore_missing not in (None, "a", "b", "both"):
         raise ArgumentError(f"ignore_missing: found {ignore_missing!r}, expected 'a', 'b' or 'both'")
@@ -177,6 +187,7 @@ def diff(
         "ignore_missing_in_b": ignore_missing in ("b", "both"),
         "max_records": max_records,
         "max_blocks": max_blocks,
+        "html": "" if html is None else page_text(html, "html"),
     }
     with opened(a, progress) as first, opened(b, progress) as second:
         result = _native.diff(first._native, second._native, options, progress)

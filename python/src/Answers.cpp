@@ -19,40 +19,17 @@
 #include "answers/Region.h"
 #include "Arrays.h"
 #include "Block.h"
+#include "Chosen.h"
 #include "database/DatabaseFolder.h"
 #include "database/ModelCopy.h"
 #include "database/Publication.h"
 #include "database/StepTimes.h"
 #include "kinds/KindTable.h"
-#include "QuilonDbConnector/FED_Database.h"
-#include "selection/Selection.h"
-#include "Store.h"
 #include "Text.h"
 
 namespace quilon::python {
 
 namespace {
-
-/// What a question is asked of.
-struct Chosen
-{
-  FED_Database&                   database;
-  const KindTable&                kinds;
-  Selection                       selection;
-  std::vector<FED_DataDescriptor> blocks;
-};
-
-/// Chooses among what is stored. Within Store::Use().
-Chosen Choose(Store& store, const std::string& text, const std::string& steps)
-{
-  Reading& reading = store.RequireReading();
-  Chosen   chosen{reading.Get(), reading.GetKinds(), Selection(), {}};
-  if (!text.empty()) chosen.selection = Selection(text, chosen.kinds);
-  if (!steps.empty()) chosen.selection.SetSteps(steps);
-  chosen.blocks = chosen.selection.Apply(chosen.database.GetDataDescriptors(FED_DataDescriptorPattern()));
-  if (chosen.blocks.empty()) Fail(store.GetName() + ": no block matches '" + text + "'");
-  return chosen;
-}
 
 /// An envelope as arrays.
 struct EnvelopeArrays

@@ -4,14 +4,17 @@
 #include <variant>
 #include <vector>
 
+#include <bundled/FED_ResultDatabase.h>
 #include <pybind11/stl.h>
 
 #include "diff/Compare.h"
 #include "diff/Report.h"
+#include "report/Report.h"
 #include "Reports.h"
 #include "Store.h"
 #include "Text.h"
 #include "text/JsonText.h"
+#include "text/OutputFile.h"
 
 namespace quilon::python {
 
@@ -113,13 +116,22 @@ py::dict Compare(const std::shared_ptr<Store>& a, const std::shared_ptr<Store>& 
   options.ignoresMissingInB    = given["ignore_missing_in_b"].cast<bool>();
   options.maxRecords           = given["max_records"].cast<std::size_t>();
   options.maxBlocks            = given["max_blocks"].cast<std::size_t>();
+  const auto   page            = given["html"].cast<std::string>();
   CallListener listener(std::move(progress));
   options.listener = &listener;
+  FED_ResultDatabase forPage;
+  if (!page.empty()) options.difference = &forPage;
 
   const diff::Report report = Work([&] {
+    if (!page.empty()) CheckOutputFile(page);
     const auto compare = [&] {
-      return diff::Compare({a->RequireReading().Get(), a->GetName()}, {b->RequireReading().Get(), b->GetName()},
-                           options);
+      const FED_Database& first  = a->RequireReading().Get();
+      const FED_Database& second = b->RequireReading().Get();
+      diff::Report        found  = diff::Compare({first, a->GetName()}, {second, b->GetName()}, options);
+      if (!page.empty())
+        WriteComparison(first, a->GetName(), {&second, &forPage, &found, b->GetName()},
+                        !options.match.selection.empty(), page, "quilon " QUILON_VERSION, listener);
+      return found;
     };
     if (a == b) return a->Use(compare);
     // In one order, whoever comes first, so that two comparisons do not wait for each other.

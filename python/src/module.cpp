@@ -10,6 +10,7 @@
 #include "Reports.h"
 #include "Tensors.h"
 #include "Text.h"
+#include "Views.h"
 
 namespace {
 
@@ -41,4 +42,5 @@ PYBIND11_MODULE(_native, module)
   quilon::python::DefineImport(module);
   quilon::python::DefineDiff(module);
   quilon::python::DefineAnswers(module);
+  quilon::python::DefineViews(module);
 }
