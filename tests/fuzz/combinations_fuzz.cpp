@@ -36,7 +36,8 @@ void RequireOrdered(const std::vector<Combination>& combinations)
 
 std::string Rewritten(const std::vector<Combination>& combinations)
 {
-  std::string text;
+  // A mark of bytes in order belongs to the name that it precedes, unless the file begins with it.
+  std::string text = "# again\n";
   for (const Combination& combination : combinations) {
     text += combination.name + " [" + std::to_string(combination.loadCase) + "] = ";
     const char* before = "";
