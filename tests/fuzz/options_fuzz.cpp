@@ -89,6 +89,8 @@ void ReadRules(const std::string& line, const quilon::KindTable& kinds)
   Try([&] {
     quilon::BorderRules rules;
     rules.Add(line, resolve);
+    // What makes up the model has rules of its own.
+    for (const int kind : {501, 516, 600, 1000}) Require(kind == 1000 || rules.Find(kind));
   });
 }
 
@@ -116,8 +118,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // A path would be read: what stands in files of requests is read by onf_text_fuzz.
   if (!quilon::KindRequests::IsPath(line)) Try([&] { quilon::KindRequests(line, kKinds); });
   std::array<double, 3> numbers{};
-  if (quilon::ParseNumbers(line, numbers))
-    for (const double number : numbers) Require(std::isfinite(number));
+  if (quilon::ParseNumbers(line, numbers)) Require(quilon::ParseNumbers(quilon::FormatNumbers(numbers), numbers));
+  Try([&] { quilon::ParseNumbers("--about", line, numbers, "three numbers X,Y,Z"); });
   ReadPictureOptions(line);
   ReadTimeOptions(line);
   ReadRules(line, kKinds);

@@ -23,9 +23,12 @@ void Judge(const ComparisonRule& rule)
   const ValueJudge                       judge(rule, info, 2.0);
   for (const double a : {0.0, -0.0, 1.0, -1.5, kMost, -kMost, std::numeric_limits<double>::infinity()}) {
     for (const double b : {0.0, 1.0, 1.0 + 1e-9, 5e-324, kMost}) {
-      if (judge.Accepts(a, b, false) != judge.Accepts(b, a, false)) std::abort();
-      if (a == b && !judge.Accepts(a, b, false)) std::abort();
-      if (!judge.Accepts(a, b, false) && judge.Explain(a, b, false).empty()) std::abort();
+      for (const bool isSingle : {false, true}) {
+        if (judge.Accepts(a, b, isSingle) != judge.Accepts(b, a, isSingle)) std::abort();
+        if (a == b && !judge.Accepts(a, b, isSingle)) std::abort();
+        if (judge.Accepts(a, b, isSingle)) continue;
+        if (judge.Explain(a, b, isSingle).empty() || !(judge.GetExcess(a, b, isSingle) > 0.0)) std::abort();
+      }
     }
   }
   if (ParseRule(rule.ToString(), "").ToString() != rule.ToString()) std::abort();
