@@ -21,17 +21,17 @@ import sys
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 MIB = 1 << 20
-# How each is made, mounted, and whether files have links and permissions there.
+# How each is made, mounted, whether files have links and permissions there, and MiB: some are no smaller.
 SYSTEMS = {
-    "ext2": (["mkfs.ext2", "-q", "-F", "-m", "0"], ["mount"], True),
-    "ext4": (["mkfs.ext4", "-q", "-F", "-m", "0"], ["mount"], True),
-    "xfs": (["mkfs.xfs", "-q", "-f"], ["mount"], True),
-    "btrfs": (["mkfs.btrfs", "-q", "-f"], ["mount"], True),
-    "vfat": (["mkfs.vfat"], ["mount"], False),
-    "exfat": (["mkfs.exfat"], ["mount.exfat-fuse"], False),
-    "ntfs": (["mkfs.ntfs", "-F", "-q"], ["ntfs-3g"], False),
-    "tmpfs": (None, ["mount", "-t", "tmpfs", "-o", "size=400m"], True),
-    "overlay": (None, None, True),
+    "ext2": (["mkfs.ext2", "-q", "-F", "-m", "0"], ["mount"], True, 96),
+    "ext4": (["mkfs.ext4", "-q", "-F", "-m", "0"], ["mount"], True, 96),
+    "xfs": (["mkfs.xfs", "-q", "-f"], ["mount"], True, 320),
+    "btrfs": (["mkfs.btrfs", "-q", "-f"], ["mount"], True, 128),
+    "vfat": (["mkfs.vfat"], ["mount"], False, 96),
+    "exfat": (["mkfs.exfat"], ["mount.exfat-fuse"], False, 64),
+    "ntfs": (["mkfs.ntfs", "-F", "-q"], ["ntfs-3g"], False, 64),
+    "tmpfs": (None, ["mount", "-t", "tmpfs", "-o", "size=96m"], True, 96),
+    "overlay": (None, None, True, 0),
 }
 PROGRAMS = ["tests/siblings/QuilonDbConnector/quilon_store_test", "tests/siblings/QuilonDbConnector/quilon_store_faults_test",
             "tests/siblings/QuilonOnfEngine/quilon_onf_text_test", "tests/siblings/QuilonOnfEngine/quilon_onf_engine_test"]
@@ -45,7 +45,7 @@ def run(command, **options):
 
 
 class Mounted:
-    """A file system of 400 MiB; a tree of one that lies over another for overlay."""
+    """A file system in a file; a tree of one that lies over another for overlay."""
 
     def __init__(self, name, folder):
         self.name, self.folder = name, folder
@@ -57,7 +57,7 @@ class Mounted:
     def __enter__(self):
         shutil.rmtree(self.folder, ignore_errors=True)
         os.makedirs(self.point)
-        make, mount, _ = SYSTEMS[self.name]
+        make, mount, _, size = SYSTEMS[self.name]
         made = None
         if self.name == "overlay":
             parts = [os.path.join(self.folder, part) for part in ("lower", "upper", "work")]
@@ -71,7 +71,7 @@ class Mounted:
             self.why_not = f"no {make[0] if shutil.which(make[0]) is None else mount[0]} on this machine"
         else:
             with open(self.image, "wb") as file:
-                file.truncate(400 * MIB)
+                file.truncate(size * MIB)
             made = run([*make, self.image])
             if made.returncode == 0:
                 looped = run(["losetup", "-f", "--show", self.image])

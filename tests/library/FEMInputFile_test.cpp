@@ -267,6 +267,18 @@ TEST(FEMInputFile, InitializeReadsTheFirstLineAheadAndCountsNothing)
   EXPECT_FALSE(reader.end_of_file());
 }
 
+TEST(FEMInputFile, InitializingAgainBeginsAnewAndCountsFromZero)
+{
+  TempFolder folder;
+  Reader     reader(Write(folder / "a.inp", "one\ntwo\n"));
+  reader.Initialize();
+  EXPECT_EQ(Step(reader), (Seen{"one", kOk, 1, 0, 4, 0}));
+  delete reader.currentInput_;
+  reader.Initialize();
+  EXPECT_EQ(reader.lineCounter_, 0);
+  EXPECT_EQ(Step(reader), (Seen{"one", kOk, 1, 0, 4, 0}));
+}
+
 TEST(FEMInputFile, AnEmptyFileDeliversOneEmptyLineAndThenItsEnd)
 {
   TempFolder folder;

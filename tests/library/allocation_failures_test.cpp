@@ -248,6 +248,42 @@ TEST(AllocationFailures, InsertedVectorsAreGatheredWholeOrNotAtAll)
   EXPECT_GT(survived, 36u);
 }
 
+// Calls behind the first fill are logged, which takes memory where nothing else does.
+TEST(AllocationFailures, SetVectorsAreGatheredWholeOrNotAtAll)
+{
+  struct State
+  {
+    FEM_IforceData data;
+    std::size_t    numComplete = 0;
+  };
+  const std::vector<Contribution> contributions = MakeContributions();
+  const auto                      prepare       = [&] {
+    auto state = std::make_unique<State>();
+    for (const Contribution& to : contributions)
+      state->data.InsertComponent(to.element, to.node, FEM_IforceData::Force, 0, 1.0);
+    state->data.NullifyVecData();
+    return state;
+  };
+  const auto set = [&](State& state, std::size_t end) {
+    for (; state.numComplete < end; ++state.numComplete) {
+      const Contribution& to         = contributions[state.numComplete];
+      const double        vectors[3] = {1.0, to.node + 0.5, to.element + 0.25};
+      state.data.SetVectors(to.element, to.node, vectors, vectors);
+    }
+  };
+  const auto setRest  = [&](State& state) { set(state, contributions.size()); };
+  const auto gathered = [&](std::size_t end) {
+    const auto state = prepare();
+    set(*state, end);
+    return Gathered(state->data);
+  };
+  SweepAllocations(prepare, setRest, [&](State& state) {
+    EXPECT_EQ(Gathered(state.data), gathered(state.numComplete));
+    setRest(state);
+    EXPECT_EQ(Gathered(state.data), gathered(contributions.size()));
+  });
+}
+
 TEST(AllocationFailures, SavingForcesLeavesThemToBeSavedAgain)
 {
   struct State
