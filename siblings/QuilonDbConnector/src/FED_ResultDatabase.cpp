@@ -119,6 +119,12 @@ struct FED_ResultDatabase::Disk
         cache(store, GetMemoryLimit(access, options), GetMostMemory(options), std::move(spill))
   {}
 
+  Disk(const std::filesystem::path& folder, const FED_DatabasePart& part, const FED_ResultDatabaseOptions& options,
+       std::function<void()> spill)
+      : store(folder, part, options.files != nullptr ? *options.files : ownFiles),
+        cache(store, GetMemoryLimit(Create, options), GetMostMemory(options), std::move(spill))
+  {}
+
   FED_FileLayer                ownFiles;
   SegmentStore                 store;
   ChunkCache                   cache;
@@ -167,6 +173,15 @@ FED_ResultDatabase::FED_ResultDatabase(const std::filesystem::path& folder, Acce
   }
   idMaps_.Attach(disk_->store);
   userKindNames_ = disk_->store.GetUserKindNames();
+}
+
+FED_ResultDatabase::FED_ResultDatabase(const std::filesystem::path& folder, const FED_DatabasePart& part,
+                                       const FED_PartBase& base, const FED_ResultDatabaseOptions& options)
+    : disk_(std::make_unique<Disk>(folder, part, options, [this] { WriteRows(); })), userKindNames_(base.userKindNames)
+{
+  for (std::size_t kind = 0; kind < base.ids.size(); ++kind)
+    for (const int id : base.ids[kind]) idMaps_.FindOrAddIndex(static_cast<int>(kind), id);
+  idMaps_.MarkStored();
 }
 
 FED_ResultDatabase::~FED_ResultDatabase() = default;
@@ -226,6 +241,58 @@ FED_LinkReport FED_ResultDatabase::LinkBlocks(const std::filesystem::path&      
   const SegmentStore::Linked report = disk_->store.Link(from, linked);
   blocks_.merge(made);
   return {report.segments, report.copies, report.linkedBytes, report.copiedBytes};
+}
+
+std::vector<FED_DatabasePart> FED_ResultDatabase::ReserveParts(std::size_t count)
+{
+  if (disk_ == nullptr)
+    throw FED_Failure("FED_ResultDatabase: a database in memory has no parts, expected one on disk", kTag);
+  std::vector<FED_DatabasePart> parts(count);
+  for (FED_DatabasePart& part : parts) part = disk_->store.ReservePart();
+  return parts;
+}
+
+FED_PartBase FED_ResultDatabase::GetPartBase() const
+{
+  FED_PartBase base;
+  for (int kind = 0; kind < FED_ResultIdMapsPool::kNumKinds; ++kind) {
+    std::vector<int>& ids = base.ids.emplace_back(idMaps_.GetCount(kind));
+    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = idMaps_.GetId(kind, i + 1);
+  }
+  base.userKindNames = userKindNames_;
+  return base;
+}
+
+std::uint64_t FED_ResultDatabase::FinishPart()
+{
+  for (int kind = 0; kind < FED_ResultIdMapsPool::kNumKinds; ++kind) {
+    const FED_ResultIdMapsPool::Growth growth = idMaps_.GetGrowth(kind);
+    if (growth.ids.GetSize() > 0)
+      throw FED_Failure("FED_ResultDatabase: a part has id " + std::to_string(growth.ids.GetData()[0]) +
+                            " of entity kind " + std::to_string(kind) + ", expected ids of its database alone",
+                        kTag);
+  }
+  if (disk_ == nullptr || disk_->namesChanged)
+    throw FED_Failure("FED_ResultDatabase: expected a part without names of its own", kTag);
+  WriteChanges(false);
+  return disk_->store.HandOver();
+}
+
+std::vector<FED_DataDescriptor> FED_ResultDatabase::TakePart(const FED_DatabasePart& part, std::uint64_t segment)
+{
+  std::vector<FED_DataDescriptor> descriptors;
+  RequireWriter();
+  if (segment == 0) return descriptors;
+  std::unique_ptr<Segment>            opened = disk_->store.OpenPart(part, segment);
+  std::map<FED_DataDescriptor, Entry> taken;
+  for (const StoredBlock& block : opened->GetIndex().blocks) taken.emplace(block.descriptor, Entry{block.uid, nullptr});
+  disk_->store.TakePart(std::move(opened));
+  for (const auto& [descriptor, entry] : taken) {
+    descriptors.push_back(descriptor);
+    if (HasDataBlock(descriptor)) DeleteDataBlock(descriptor);
+  }
+  blocks_.merge(taken);
+  return descriptors;
 }
 
 std::uint64_t FED_ResultDatabase::GetBlockPrint(const FED_DataDescriptor& descriptor) const

@@ -230,6 +230,14 @@ std::string GetSegmentName(std::uint64_t number) { return GetFileName(number, kS
 
 std::string GetLinkIndexName(std::uint64_t number) { return GetFileName(number, kIndexSuffix); }
 
+std::uint64_t GetSegmentNumber(const std::string& name)
+{
+  std::uint64_t     number = 0;
+  const char* const end    = name.data() + name.size() - kSegmentSuffix.size();
+  const auto        result = std::from_chars(name.data() + kSegmentPrefix.size(), end, number);
+  return result.ec == std::errc() ? number : 0;
+}
+
 bool IsSegmentName(const std::string& name) { return HasNumberAnd(kSegmentSuffix, name); }
 
 bool IsLinkIndexName(const std::string& name) { return HasNumberAnd(kIndexSuffix, name); }

@@ -88,6 +88,10 @@ std::string GetSegmentName(std::uint64_t number);
 /// @return "segment-000012.index": the file of its own that a linked segment has beside the one that it shares
 std::string GetLinkIndexName(std::uint64_t number);
 
+/// @param name of a segment's file
+/// @return its number; 0 where there is no such number
+std::uint64_t GetSegmentNumber(const std::string& name);
+
 /// @return whether a file name is that of a segment
 bool IsSegmentName(const std::string& name);
 

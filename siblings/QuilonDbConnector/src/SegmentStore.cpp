@@ -191,6 +191,7 @@ void SegmentStore::Abandon() noexcept
 {
   if (isUncertain_) return;
   if (isWriter_) RemoveGarbage();
+  RemoveLostParts();
   // Nobody can be told of what fails here; the next writer removes what is left.
   for (OpenSegment& open : segments_) {
     if (open.isPublished) continue;
@@ -198,7 +199,7 @@ void SegmentStore::Abandon() noexcept
   }
   // One of them was a commit by itself: no loss of power brings it back.
   if (mark_) static_cast<void>(files_->FlushFolder(folder_));
-  if (isWriter_ && !isInManifest_) {
+  if (isWriter_ && !isInManifest_ && !isPart_) {
     static_cast<void>(files_->Remove(folder_ / kNewManifestName));
     static_cast<void>(files_->Remove(folder_ / kLockName));
   }
@@ -620,12 +621,16 @@ std::size_t SegmentStore::CountPublished() const noexcept
 void SegmentStore::MergeUnpublished()
 {
   const std::size_t published = CountPublished();
-  if (const auto window = ChooseMerge(GetSizes(published))) {
-    Merged merged = PrepareMerge({published + window->first, window->count});
-    garbage_.insert(garbage_.end(), merged.replaced.begin(), merged.replaced.end());
-    ApplyMerge(merged);
-    if (!isUncertain_) RemoveGarbage();
-  }
+  if (const auto window = ChooseMerge(GetSizes(published))) Merge({published + window->first, window->count});
+}
+
+// Merges segments that are not published.
+void SegmentStore::Merge(const MergeWindow& window)
+{
+  Merged merged = PrepareMerge(window);
+  garbage_.insert(garbage_.end(), merged.replaced.begin(), merged.replaced.end());
+  ApplyMerge(merged);
+  if (!isUncertain_) RemoveGarbage();
 }
 
 SegmentStore::Merged SegmentStore::PrepareMerge(const MergeWindow& window)

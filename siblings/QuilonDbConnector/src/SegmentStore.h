@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "bundled/FED_DatabasePart.h"
 #include "ChunkStore.h"
 #include "Manifest.h"
 #include "Segment.h"
@@ -59,6 +60,9 @@ public:
   /// @param files borrowed
   /// @throws FED_Failure that names the folder or the file in it
   SegmentStore(const std::filesystem::path& folder, Access access, FED_FileLayer& files);
+  /// Writes a part of a database that another store has open to write.
+  /// @param part of ReservePart()
+  SegmentStore(const std::filesystem::path& folder, const FED_DatabasePart& part, FED_FileLayer& files);
   SegmentStore(const SegmentStore&)            = delete;
   SegmentStore& operator=(const SegmentStore&) = delete;
   ~SegmentStore() override;
@@ -119,6 +123,22 @@ public:
   };
   Linked Link(const SegmentStore& source, const std::vector<LinkedBlock>& blocks);
 
+  /// @return numbers that this store takes no more
+  FED_DatabasePart ReservePart();
+
+  /// Of a part: makes one segment of all that was written. Nothing can be written any more.
+  /// @return its number; 0 where there was nothing
+  /// @throws FED_Failure that names the file, and for a part that takes more numbers than it has
+  std::uint64_t HandOver();
+
+  /// Opens the segment of a part.
+  /// @throws FED_Failure that names the file where it says more than a part may, or is another one's
+  std::unique_ptr<Segment> OpenPart(const FED_DatabasePart& part, std::uint64_t number) const;
+
+  /// Takes a segment of OpenPart(), to be published.
+  /// @throws FED_Failure that names the file where something behind it was taken or written before
+  void TakePart(std::unique_ptr<Segment> segment);
+
   /// Makes everything that was written durable, and merges segments where they pile up.
   /// @param compacts merge all segments into one
   /// @throws FED_Failure that names the file; what is published is then as before, unless the message says that the
@@ -133,6 +153,7 @@ private:
   };
 
   struct Merged;
+  using Parts = std::vector<FED_DatabasePart>;
 
   void               OpenForReading();
   void               OpenForWriting();
@@ -150,6 +171,7 @@ private:
   std::vector<SegmentSize>  GetSizes(std::size_t first) const;
   std::size_t               CountPublished() const noexcept;
   void                      MergeUnpublished();
+  void                      Merge(const MergeWindow& window);
   std::optional<CommitMark> ChooseCommitMark(std::uint64_t number, std::uint64_t fileBytes) const;
   void                      PublishMarked();
   bool                      AppendLine(std::uint64_t offset, const std::string& line) noexcept;
@@ -159,6 +181,7 @@ private:
   void                      PutManifestInForce();
   void                      Undo(Merged& merged) noexcept;
   void                      RemoveGarbage() noexcept;
+  void                      RemoveLostParts() noexcept;
   void                      Abandon() noexcept;
 
   Merged PrepareMerge(const MergeWindow& window);
@@ -167,6 +190,7 @@ private:
   std::filesystem::path     folder_;
   FED_FileLayer*            files_;
   bool                      isWriter_     = false;
+  bool                      isPart_       = false;  // of a database that another store has open to write
   bool                      isInManifest_ = false;  // a manifest is there
   bool                      isFolderOurs_ = false;  // made, and no manifest yet
   bool                      isOutOfStep_  = false;  // memory ran out while the state grew
@@ -177,6 +201,7 @@ private:
   std::uint64_t             nextSegment_ = 1;
   BlockUid                  nextBlock_   = 1;
   StoreFile                 lock_;
+  Parts                     reserved_;
   std::vector<OpenSegment>  segments_;          // in their order, published ones first
   std::optional<CommitMark> mark_;              // of the last segment, while it is not published
   std::vector<std::filesystem::path> garbage_;  // files that nothing needs after the next publication

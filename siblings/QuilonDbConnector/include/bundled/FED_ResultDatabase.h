@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "bundled/FED_DatabasePart.h"
 #include "bundled/FED_ResultIdMapsPool.h"
 #include "quilon_contract_export.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -76,6 +77,14 @@ public:
   /// @throws FED_Failure that names the folder or the file in it: not a database, damaged, of a newer format version,
   ///         in use by another writer, not writable
   FED_ResultDatabase(const std::filesystem::path& folder, Access access, const FED_ResultDatabaseOptions& options = {});
+
+  /// A part of a database on disk that another object has open to write: as empty as one of Create, with the ids and
+  /// names of the base. It is FinishPart() that keeps what is written.
+  /// @param folder of the database
+  /// @param part   of ReserveParts(), used once
+  /// @throws FED_Failure that names the file
+  FED_ResultDatabase(const std::filesystem::path& folder, const FED_DatabasePart& part, const FED_PartBase& base,
+                     const FED_ResultDatabaseOptions& options = {});
   FED_ResultDatabase(const FED_ResultDatabase&)            = delete;
   FED_ResultDatabase& operator=(const FED_ResultDatabase&) = delete;
   ~FED_ResultDatabase() override;
@@ -102,6 +111,28 @@ public:
   ///         here, and for a record at an index that no id has where the other's indices are not those here. When a
   ///         file fails, what was not committed is lost and this object writes no more.
   FED_LinkReport LinkBlocks(const std::filesystem::path& source, const std::vector<FED_DataDescriptor>& descriptors);
+
+  /// Sets numbers aside for parts of this database, which other objects write meanwhile, in this process or in others
+  /// that see the folder. This object writes nothing until it has taken all of them: what it writes ends the taking.
+  /// @return numbers, to be taken in this order
+  /// @throws FED_Failure for a database in memory
+  std::vector<FED_DatabasePart> ReserveParts(std::size_t count);
+
+  /// @return what parts that are reserved now go by
+  FED_PartBase GetPartBase() const;
+
+  /// Of a part: writes what is left, as one segment, and closes it for writing.
+  /// @return the segment's number; 0 for a part without blocks
+  /// @throws FED_Failure that names the file, and where the part has an id or a name that its base has not
+  std::uint64_t FinishPart();
+
+  /// Takes a part in that is finished; a block that is here under the key of one of its blocks goes. All of it becomes
+  /// part of the database with Commit(). Parts that are not taken leave nothing behind: their files go with this
+  /// object.
+  /// @param segment of FinishPart()
+  /// @return the part's blocks, ascending
+  /// @throws FED_Failure that names the file: where it is not that of the part, and behind a part of greater numbers
+  std::vector<FED_DataDescriptor> TakePart(const FED_DatabasePart& part, std::uint64_t segment);
 
   /// Tells blocks of databases on disk that have the same values, in the same order, under the same ids, from others,
   /// by checksums of what was committed. It costs a look at the indices. Blocks whose values lie apart in another way,
