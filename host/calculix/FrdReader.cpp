@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "text/ColumnText.h"
@@ -184,11 +186,16 @@ public:
 
   void Read();
 
+  /// Reads all but the rows of data sets.
+  std::vector<FrdMark> ReadHeads();
+  void                 ReadOne(const FrdMark& mark);
+
 private:
   void NextLine(const char* expected);
   bool StartsWith(std::string_view key) const noexcept { return file_.Text().substr(0, key.size()) == key; }
   void CheckLineSize(std::size_t size, const char* what) const;
 
+  bool     ReadBlock();
   void     ReadParameter();
   int      ReadCount() const;
   Encoding ReadEncoding() const;
@@ -206,9 +213,12 @@ private:
   void FlushElements();
 
   void        ReadDataset();
+  void        FinishDataset();
   void        ReadComponents();
   std::size_t ReadTextRows(int count);
   std::size_t PassTextRows();
+  bool        JumpTextRows(int count);
+  bool        IsEndOfRows(std::uint64_t position, std::int64_t line);
   void        ReadBinaryRows(int count, Encoding encoding);
   void        PassBinaryRows(int count, Encoding encoding);
   void        CheckBinaryRows(int count, Encoding encoding) const;
@@ -226,6 +236,10 @@ private:
   RowBatch                batch_;
   FrdDataset              dataset_;
   bool                    isBehindField_ = false;  // the line before this one was the last of a field
+  bool                    jumps_         = false;  // over rows
+  std::vector<FrdMark>    marks_;                  // of data sets, where rows are jumped over
+  std::optional<FrdMark>  mark_;                   // of parameters of a data set to come
+  bool                    isMeshSplit_ = false;    // some of it comes behind what tells of data sets
 };
 
 void FrdFileReader::NextLine(const char* expected)
@@ -247,34 +261,69 @@ void FrdFileReader::CheckLineSize(std::size_t size, const char* what) const
 void FrdFileReader::Read()
 {
   constexpr const char* kFirstLine = "the first line of a result file, '    1C'";
-  constexpr const char* kNextBlock = "a block or the last line ' 9999'";
   NextLine(kFirstLine);
   if (!StartsWith("    1C")) file_.FailExpected(kFirstLine);
-  for (;;) {
-    if (!file_.NextLine()) {
-      if (isBehindField_) sink_.OnCutBehindDataset();
-      file_.FailAtEnd(kNextBlock + std::string(" of a run that came to its end"));
-    }
-    if (StartsWith("    1U")) continue;  // user text
-    if (StartsWith("    1C"))
-      file_.Fail("expected one heading '    1C', found a second one: results of fluids and networks are not read");
-    isBehindField_ = StartsWith("  100C");
-    if (StartsWith("    1P")) {
-      ReadParameter();
-    } else if (StartsWith("    2C")) {
-      ReadNodes();
-    } else if (StartsWith("    3C")) {
-      ReadElements();
-    } else if (StartsWith("  100C")) {
-      ReadDataset();
-    } else if (WithoutTrailingBlanks(file_.Text()) == " 9999") {
-      break;
-    } else {
-      file_.FailExpected(kNextBlock);
-    }
+  while (ReadBlock()) {
   }
   while (file_.NextLine())
     if (!WithoutTrailingBlanks(file_.Text()).empty()) file_.FailExpected("nothing behind the last line ' 9999'");
+}
+
+std::vector<FrdMark> FrdFileReader::ReadHeads()
+{
+  jumps_ = true;
+  Read();
+  if (isMeshSplit_) marks_.clear();
+  return std::move(marks_);
+}
+
+void FrdFileReader::ReadOne(const FrdMark& mark)
+{
+  constexpr const char* kHead = "the data set that was found here before";
+  file_.GoTo(mark.position, mark.line);
+  for (;;) {
+    NextLine(kHead);
+    if (StartsWith("  100C")) return ReadDataset();
+    if (StartsWith("    1P"))
+      ReadParameter();
+    else if (!StartsWith("    1U"))
+      file_.FailExpected(kHead);
+  }
+}
+
+/// @return false behind the last line of a run that came to its end
+bool FrdFileReader::ReadBlock()
+{
+  constexpr const char* kNextBlock = "a block or the last line ' 9999'";
+  const FrdMark         here{file_.Position(), file_.Line(), 0};
+  if (!file_.NextLine()) {
+    if (isBehindField_) sink_.OnCutBehindDataset();
+    file_.FailAtEnd(kNextBlock + std::string(" of a run that came to its end"));
+  }
+  if (StartsWith("    1U")) return true;  // user text
+  if (StartsWith("    1C"))
+    file_.Fail("expected one heading '    1C', found a second one: results of fluids and networks are not read");
+  isBehindField_ = StartsWith("  100C");
+  if (StartsWith("    1P")) {
+    if (!mark_) mark_ = here;
+    ReadParameter();
+  } else if (StartsWith("    2C")) {
+    ReadNodes();
+    isMeshSplit_ = isMeshSplit_ || mark_ || !marks_.empty();
+  } else if (StartsWith("    3C")) {
+    ReadElements();
+    isMeshSplit_ = isMeshSplit_ || mark_ || !marks_.empty();
+  } else if (StartsWith("  100C")) {
+    FrdMark mark = std::exchange(mark_, std::nullopt).value_or(here);
+    ReadDataset();
+    mark.bytes = file_.Position() - mark.position;
+    if (jumps_) marks_.push_back(mark);
+  } else if (WithoutTrailingBlanks(file_.Text()) == " 9999") {
+    return false;
+  } else {
+    file_.FailExpected(kNextBlock);
+  }
+  return true;
 }
 
 void FrdFileReader::ReadParameter()
@@ -516,8 +565,9 @@ void FrdFileReader::ReadDataset()
   const Encoding encoding = ReadEncoding();
   ReadComponents();
 
-  const bool isWanted = sink_.OnDatasetBegin(dataset_);
+  const bool isWanted = sink_.OnDatasetBegin(dataset_) && !jumps_;
   if (encoding == Encoding::Text) {
+    if (jumps_ && JumpTextRows(count)) return FinishDataset();
     const std::size_t found = isWanted ? ReadTextRows(count) : PassTextRows();
     if (found != static_cast<std::size_t>(count)) {
       file_.Fail("expected the " + std::to_string(count) + " rows that line " + std::to_string(dataset_.line) +
@@ -528,6 +578,11 @@ void FrdFileReader::ReadDataset()
   } else {
     PassBinaryRows(count, encoding);
   }
+  FinishDataset();
+}
+
+void FrdFileReader::FinishDataset()
+{
   sink_.OnDatasetEnd(dataset_);
   dataset_ = FrdDataset();
 }
@@ -565,6 +620,35 @@ void FrdFileReader::FlushRows(std::int64_t line)
 {
   if (!batch_.IsEmpty()) sink_.OnRows(dataset_, batch_.Ids(), batch_.Values(), line);
   batch_.Clear();
+}
+
+// Goes to a line where the last one of a data set is expected.
+// @param position of that line
+// @param line     number of the line before it
+// @return whether it stands there
+bool FrdFileReader::IsEndOfRows(std::uint64_t position, std::int64_t line)
+{
+  // With the end of the line before it: a number may look like the last line from somewhere within.
+  file_.GoTo(position - 1, line - 1);
+  return file_.NextLine() && file_.Text().empty() && file_.NextLine() && WithoutTrailingBlanks(file_.Text()) == " -3";
+}
+
+// Goes to the last line of a data set where rows of their width lead there.
+// @return false, and no step is made, where they do not
+bool FrdFileReader::JumpTextRows(int count)
+{
+  const std::uint64_t position  = file_.Position();
+  const std::int64_t  line      = file_.Line();
+  const std::size_t   numValues = dataset_.components.size();
+  const std::size_t   numLines  = (numValues + kLineValues - 1) / kLineValues;
+  const auto          numRows   = static_cast<std::uint64_t>(count);
+  for (std::size_t lineEnd = 1; lineEnd <= 2; ++lineEnd) {
+    const std::uint64_t bytes = numRows * (numLines * (kValueFirst - 1 + lineEnd) + numValues * kFrdValueWidth);
+    if (file_.Remaining() <= bytes) continue;
+    if (IsEndOfRows(position + bytes, line + static_cast<std::int64_t>(numRows * numLines))) return true;
+    file_.GoTo(position, line);
+  }
+  return false;
 }
 
 // Counts rows that nobody wants.
@@ -619,6 +703,7 @@ void FrdFileReader::PassBinaryRows(int count, Encoding encoding)
 {
   CheckBinaryRows(count, encoding);
   const std::size_t size = 4 + dataset_.components.size() * BytesOfValue(encoding);
+  if (jumps_) return file_.GoTo(file_.Position() + static_cast<std::uint64_t>(count) * size, file_.Line());
   for (int i = 0; i < count; ++i) {
     if (file_.Peek(size) == nullptr) file_.FailAtEnd("more rows");
     file_.Take(size);
@@ -658,6 +743,18 @@ void ReadFrd(const std::filesystem::path& path, FrdSink& sink, const ReadProgres
 {
   std::ifstream in = OpenLineFile(path);
   ReadFrd(in, path.string(), sink, progress);
+}
+
+std::vector<FrdMark> ReadFrdHeads(const std::filesystem::path& path, FrdSink& sink, const ReadProgress& progress)
+{
+  std::ifstream in = OpenLineFile(path);
+  return FrdFileReader(in, path.string(), sink, progress).ReadHeads();
+}
+
+void ReadFrdDataset(const std::filesystem::path& path, const FrdMark& mark, FrdSink& sink, const ReadProgress& progress)
+{
+  std::ifstream in = OpenLineFile(path);
+  FrdFileReader(in, path.string(), sink, progress).ReadOne(mark);
 }
 
 }  // namespace quilon::calculix

@@ -38,6 +38,14 @@ struct FrdElement
   std::span<const int> nodes;
 };
 
+/// Where a data set begins, with the first line that tells of it: the reading may begin there.
+struct FrdMark
+{
+  std::uint64_t position = 0;  ///< of the line, in bytes
+  std::int64_t  line     = 0;  ///< before it
+  std::uint64_t bytes    = 0;  ///< of the data set
+};
+
 /// Receives what a file holds, in the file's order. Rows arrive in batches that are valid during the call only.
 class FrdSink
 {
@@ -73,5 +81,15 @@ void ReadFrd(const std::filesystem::path& path, FrdSink& sink, const ReadProgres
 /// The same from a seekable stream.
 /// @param name stands for the file in messages
 void ReadFrd(std::istream& in, const std::string& name, FrdSink& sink, const ReadProgress& progress = {});
+
+/// Reads a whole file but for the rows of data sets, whatever the sink says: of text they are passed over at one go
+/// where their number and their widths lead to their end.
+/// @return where the data sets are, in the file's order; nothing where mesh comes behind the first of them
+std::vector<FrdMark> ReadFrdHeads(const std::filesystem::path& path, FrdSink& sink, const ReadProgress& progress = {});
+
+/// Reads one data set. Which nodes there are is for the sink to say.
+/// @throws FED_Failure as ReadFrd() does
+void ReadFrdDataset(const std::filesystem::path& path, const FrdMark& mark, FrdSink& sink,
+                    const ReadProgress& progress = {});
 
 }  // namespace quilon::calculix

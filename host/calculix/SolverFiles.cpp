@@ -70,6 +70,19 @@ public:
 
   void Read(const std::filesystem::path& path, const ReadProgress& progress) { ReadFrd(path, *this, progress); }
 
+  std::vector<FieldMark> ReadHeads(const std::filesystem::path& path, const ReadProgress& progress)
+  {
+    std::vector<FieldMark> marks;
+    for (const FrdMark& mark : ReadFrdHeads(path, *this, progress))
+      marks.push_back({mark.position, mark.line, mark.bytes});
+    return marks;
+  }
+
+  void ReadField(const std::filesystem::path& path, const FieldMark& mark, const ReadProgress& progress)
+  {
+    ReadFrdDataset(path, {mark.position, mark.line, mark.bytes}, *this, progress);
+  }
+
 private:
   void OnNodes(std::span<const int> ids, std::span<const double> coordinates) override
   {
@@ -286,16 +299,39 @@ private:
   ResultSink& sink_;
 };
 
-/// A file behind an adapter, which lives as long as one reading.
-template <typename Adapter, bool kHasEndMark>
+/// A file without an end mark behind an adapter, which lives as long as one reading.
+template <typename Adapter>
 class FileReader final : public ResultReader
 {
 public:
   explicit FileReader(std::filesystem::path path) : path_(std::move(path)) {}
 
   const std::filesystem::path& Path() const noexcept override { return path_; }
-  bool                         HasEndMark() const noexcept override { return kHasEndMark; }
+  bool                         HasEndMark() const noexcept override { return false; }
   void Read(ResultSink& sink, const ReadProgress& progress) const override { Adapter(sink).Read(path_, progress); }
+
+private:
+  std::filesystem::path path_;
+};
+
+/// A .frd, whose data sets know how long they are.
+class FrdFile final : public ResultReader
+{
+public:
+  explicit FrdFile(std::filesystem::path path) : path_(std::move(path)) {}
+
+  const std::filesystem::path& Path() const noexcept override { return path_; }
+  bool                         HasEndMark() const noexcept override { return true; }
+  void Read(ResultSink& sink, const ReadProgress& progress) const override { FrdAdapter(sink).Read(path_, progress); }
+  bool HasMarks() const noexcept override { return true; }
+  std::vector<FieldMark> ReadHeads(ResultSink& sink, const ReadProgress& progress) const override
+  {
+    return FrdAdapter(sink).ReadHeads(path_, progress);
+  }
+  void ReadField(ResultSink& sink, const FieldMark& mark, const ReadProgress& progress) const override
+  {
+    FrdAdapter(sink).ReadField(path_, mark, progress);
+  }
 
 private:
   std::filesystem::path path_;
@@ -431,17 +467,17 @@ ResultStep StepOf(const StaRow& row)
 
 std::unique_ptr<ResultReader> MakeFrdReader(std::filesystem::path path)
 {
-  return std::make_unique<FileReader<FrdAdapter, true>>(std::move(path));
+  return std::make_unique<FrdFile>(std::move(path));
 }
 
 std::unique_ptr<ResultReader> MakeDatReader(std::filesystem::path path)
 {
-  return std::make_unique<FileReader<DatAdapter, false>>(std::move(path));
+  return std::make_unique<FileReader<DatAdapter>>(std::move(path));
 }
 
 std::unique_ptr<ResultReader> MakeStaReader(std::filesystem::path path)
 {
-  return std::make_unique<FileReader<StaAdapter, false>>(std::move(path));
+  return std::make_unique<FileReader<StaAdapter>>(std::move(path));
 }
 
 JobFiles GroupFiles(const std::vector<std::filesystem::path>& named)

@@ -169,7 +169,15 @@ public:
   virtual void OnSkipped(const std::string& reason, std::size_t rows) = 0;
 };
 
-/// One file with results. It may be read several times and keeps nothing between.
+/// Where a field begins in its file, for its reader to read it alone.
+struct FieldMark
+{
+  std::uint64_t position = 0;
+  std::int64_t  line     = 0;
+  std::uint64_t bytes    = 0;  ///< of the field in the file
+};
+
+/// One file with results. It may be read several times, by several threads too, and keeps nothing between.
 class ResultReader
 {
 public:
@@ -183,6 +191,15 @@ public:
   /// @param progress called now and then; may throw to interrupt
   /// @throws FED_Failure "FILE:LINE: what was expected"; what the sink received before stays with it
   virtual void Read(ResultSink& sink, const ReadProgress& progress) const = 0;
+
+  /// @return whether fields can be read one by one, without what stands before them
+  virtual bool HasMarks() const noexcept { return false; }
+  /// Reads the file but for the rows of its fields, whatever the sink says: mesh, steps, and where fields begin and
+  /// end.
+  /// @return a mark of each field, in the file's order; nothing where they cannot be read one by one all the same
+  virtual std::vector<FieldMark> ReadHeads(ResultSink& /*sink*/, const ReadProgress& /*progress*/) const { return {}; }
+  /// Reads one field as Read() does. The sink knows the nodes of the mesh.
+  virtual void ReadField(ResultSink& /*sink*/, const FieldMark& /*mark*/, const ReadProgress& /*progress*/) const {}
 };
 
 /// The files of one job; files that it has not are null. It has `results` or `prints`.

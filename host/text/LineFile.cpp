@@ -105,6 +105,22 @@ bool LineFile::NextLine()
   return true;
 }
 
+void LineFile::GoTo(std::uint64_t position, std::int64_t line)
+{
+  const std::uint64_t buffered = total_ - unread_ - end_;  // where the buffer begins
+  line_                        = line;
+  text_                        = {};
+  if (position >= buffered && position <= buffered + end_) {
+    at_ = static_cast<std::size_t>(position - buffered);
+    return;
+  }
+  in_.clear();
+  in_.seekg(static_cast<std::streamoff>(position));
+  if (!in_) FailToRead(name_, "");
+  at_ = end_ = 0;
+  unread_    = total_ - position;
+}
+
 const char* LineFile::Peek(std::size_t count)
 {
   while (end_ - at_ < count && unread_ > 0) Fill();

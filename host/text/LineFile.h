@@ -54,6 +54,14 @@ public:
   /// @return bytes behind the current line and the bytes taken
   std::uint64_t Remaining() const noexcept { return unread_ + (end_ - at_); }
 
+  /// @return bytes in front of those
+  std::uint64_t Position() const noexcept { return total_ - Remaining(); }
+
+  /// Goes on at a byte that begins a line.
+  /// @param position at most that of the file's end
+  /// @param line     number of the line before it; no line is current until NextLine()
+  void GoTo(std::uint64_t position, std::int64_t line);
+
   /// Throws FED_Failure "NAME:LINE: message" for the current line.
   [[noreturn]] void Fail(const std::string& message) const;
   /// Throws FED_Failure "NAME:LINE: message".

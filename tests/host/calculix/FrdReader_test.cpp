@@ -3,6 +3,8 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
+#include <fstream>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
@@ -23,6 +25,8 @@ using quilon::calculix::FrdDataset;
 using quilon::calculix::FrdElement;
 using quilon::calculix::FrdSink;
 using quilon::calculix::ReadFrd;
+using quilon::calculix::ReadFrdDataset;
+using quilon::calculix::ReadFrdHeads;
 using quilon_test::Damage;
 using quilon_test::DamageEachByte;
 using quilon_test::ExpectMessages;
@@ -184,6 +188,144 @@ TEST(FrdReader, AcceptsLineEndsOfAnySystemAndBlanksBeforeThem)
   EXPECT_EQ(LogOf(kSmall + "\n   \n"), kSmallLog);
 }
 
+std::string NodeRow(int id)
+{
+  char text[64];
+  std::snprintf(text, sizeof text, " -1%10d 0.00000E+00 0.00000E+00 0.00000E+00\n", id);
+  return text;
+}
+
+std::string MeshLine(const char* key, int count, int format)
+{
+  char text[96];
+  std::snprintf(text, sizeof text, "    %s                  %12d                                     %d\n", key, count,
+                format);
+  return text;
+}
+
+/// Reads the heads of a file, then its data sets one by one, the last one first.
+struct Pieces
+{
+  Log              heads;
+  std::vector<Log> datasets;
+};
+
+class KnowingSink : public LogSink
+{
+public:
+  bool IsKnown(int node) const override { return node != 4711; }
+};
+
+Pieces PiecesOf(const std::string& text)
+{
+  const quilon_test::TempFolder files;
+  const auto                    path = files / "a.frd";
+  std::ofstream(path, std::ios::binary) << text;
+  Pieces     pieces;
+  LogSink    sink;
+  const auto marks = ReadFrdHeads(path, sink);
+  pieces.heads     = sink.log;
+  pieces.datasets.resize(marks.size());
+  for (std::size_t i = marks.size(); i-- > 0;) {
+    KnowingSink own;
+    ReadFrdDataset(path, marks[i], own);
+    pieces.datasets[i] = own.log;
+  }
+  return pieces;
+}
+
+/// What stands before the data sets, and each of them without its rows.
+Log HeadsOf(const Log& log)
+{
+  Log  heads;
+  bool isRow = false;
+  for (const std::string& line : log) {
+    isRow = isRow && line.rfind("end ", 0) != 0;
+    if (!isRow) heads.push_back(line);
+    isRow = isRow || line.find(" value ") != std::string::npos;
+  }
+  return heads;
+}
+
+Log Joined(const Log& mesh, const std::vector<Log>& datasets)
+{
+  Log log = mesh;
+  for (const Log& dataset : datasets) log.insert(log.end(), dataset.begin(), dataset.end());
+  return log;
+}
+
+TEST(FrdReader, ReadsDataSetsOneByOneAsInOneGo)
+{
+  std::string dos, blanks;
+  for (const char c : kSmall) {
+    dos += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    blanks += c == '\n' ? std::string("   \n") : std::string(1, c);
+  }
+  const Log mesh(kSmallLog.begin(), kSmallLog.begin() + 5);
+  for (const std::string& text : {kSmall, dos, blanks, Replaced(kSmall, "DISP        4", "DISP        4") + "  \n"}) {
+    const Pieces pieces = PiecesOf(text);
+    EXPECT_EQ(pieces.heads, HeadsOf(kSmallLog));
+    EXPECT_EQ(Joined(mesh, pieces.datasets), kSmallLog);
+  }
+}
+
+// More rows than the reader's buffer holds, and ids that are large.
+TEST(FrdReader, PassesOverManyRowsToTheirEnd)
+{
+  constexpr int kMany = 30000;
+  std::string   mesh  = "    1C\n" + MeshLine("2C", kMany, 1);
+  std::string   rows;
+  for (int id = 1; id <= kMany; ++id) {
+    char row[64];
+    std::snprintf(row, sizeof row, " -1%10d 0.00000E+00 0.00000E+00%12.5E\n", id, -1.0 * id);
+    mesh += row;
+    rows += row;
+  }
+  const std::string head =
+      "  100CL  106 2.75000E-01       30000                     0    6           1\n"
+      " -4  DISP        3    1\n -5  D1          1    2    1    0\n"
+      " -5  D2          1    2    2    0\n -5  D3          1    2    3    0\n";
+  std::string text = mesh + " -3\n";
+  for (int step = 1; step <= 3; ++step) {
+    text += "    1PSTEP                         1           " + std::to_string(step) + "           1           \n";
+    text += head + rows + " -3\n";
+  }
+  text += " 9999\n";
+  const Log    whole  = LogOf(text);
+  const Pieces pieces = PiecesOf(text);
+  EXPECT_EQ(pieces.heads, HeadsOf(whole));
+  EXPECT_TRUE(Joined({whole.begin(), whole.begin() + kMany}, pieces.datasets) == whole);
+
+  // Rows that are not of the width are counted one by one.
+  const std::string wide = Replaced(text, "         7 0.0", "         7  0.0");
+  EXPECT_EQ(
+      PiecesOf(Replaced(wide, "30000                     0    6", "30000                     0    6")).heads.size(),
+      pieces.heads.size());
+}
+
+TEST(FrdReader, TellsOfABrokenDataSetAsInOneGo)
+{
+  const std::string broken = Replaced(kSmall, "5.00000E-01\n -3", "5.x0000E-01\n -3");
+  EXPECT_EQ(FailureOf([&] { PiecesOf(broken); }).substr(FailureOf([&] { PiecesOf(broken); }).find("a.frd:")),
+            FailureOfText(broken));
+  const std::string stranger = Replaced(kSmall, " -1         5 1.00000E+00-1", " -1      4711 1.00000E+00-1");
+  EXPECT_NE(FailureOf([&] { PiecesOf(stranger); }).find("a.frd:22: expected a node of the mesh, found node 4711"),
+            std::string::npos);
+  const std::string fewer = Replaced(kSmall, "2.75000E-01           4", "2.75000E-01           3");
+  EXPECT_NE(FailureOf([&] { PiecesOf(fewer); }).find("a.frd:25: expected the 3 rows that line 15 announces, found 4"),
+            std::string::npos);
+  EXPECT_NE(FailureOf([&] { PiecesOf(Replaced(kSmall, " 9999\n", "")); }).find("found the end of the file"),
+            std::string::npos);
+}
+
+TEST(FrdReader, HasNoMarksWhereMeshComesBehindADataSet)
+{
+  const std::string text = Replaced(kSmall, "    1PSTEP                         2",
+                                    MeshLine("2C", 1, 1) + NodeRow(8) + " -3\n    1PSTEP                         2");
+  EXPECT_EQ(PiecesOf(text).datasets.size(), 0U);
+  EXPECT_EQ(PiecesOf(text).heads, HeadsOf(LogOf(text)));
+}
+
 // The solver writes such a file when it only stores matrices.
 TEST(FrdReader, SaysThatResultsOfFluidsAreNotRead)
 {
@@ -201,21 +343,6 @@ TEST(FrdReader, ReadsElementsToTheirEndWhateverTheirCountSays)
   EXPECT_EQ(LogOf(text), kSmallLog);
   EXPECT_EQ(LogOf(Replaced(kSmall, "    3C                             1 ", "    3C                             0 ")),
             kSmallLog);
-}
-
-std::string NodeRow(int id)
-{
-  char text[64];
-  std::snprintf(text, sizeof text, " -1%10d 0.00000E+00 0.00000E+00 0.00000E+00\n", id);
-  return text;
-}
-
-std::string MeshLine(const char* key, int count, int format)
-{
-  char text[96];
-  std::snprintf(text, sizeof text, "    %s                  %12d                                     %d\n", key, count,
-                format);
-  return text;
 }
 
 // A mesh of nodes 1 to count and the given element lines.
