@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands/OptionWords.h"
+#include "commands/SharedCommands.h"
 #include "quilon_version.h"
 #include "terminal/HelpText.h"
 #include "text/Case.h"
@@ -142,6 +143,32 @@ private:
   bool         isNew_      = false;
 };
 
+/// @return the page of the program that runs commands of `program` in several processes
+std::string ManPageOfProcesses(const CLI::App& program)
+{
+  std::string page = ".TH QUILON\\-MPI 1 \"\" \"quilon " + std::string(kQuilonVersion) + "\" \"quilon\"\n";
+  page += Section("NAME") + "quilon\\-mpi \\- quilon in several processes that share its work\n";
+  page += Section("SYNOPSIS") + Bold("mpirun -n") + ' ' + Italic("N") + ' ' + Bold("quilon-mpi") + ' ' +
+          Italic("COMMAND") + " ...\n";
+  page +=
+      Section("DESCRIPTION") +
+      Line("Runs a command of quilon in N processes of an MPI program, with the options of quilon but for --jobs.") +
+      Line("Output and files are those of one process. Every process sees the paths of the command line. A failure") +
+      Line("in another process than the first is told with its number, and leaves what was there as it was.");
+  std::string commands, pages = Bold("quilon") + "(1)";
+  for (const CLI::App* command : CommandsOf(program)) {
+    if (std::find(kSharedCommands.begin(), kSharedCommands.end(), command->get_name()) == kSharedCommands.end())
+      continue;
+    commands += ".TP\n" + Bold(command->get_name()) + '\n' + Line(command->get_description());
+    pages += ",\n" + Bold(ManPageName(*command)) + "(1)";
+  }
+  page += Section("COMMANDS") + commands;
+  page += Section("EXIT STATUS") + "That of quilon; mpirun tells of any other than 0 in words of its own.\n";
+  page += Section("EXAMPLES") + ".PP\n.EX\n" + Line("  mpirun -n 4 quilon-mpi import job.inp job.frd -o job.fed") +
+          Line("  mpirun -n 4 quilon-mpi max job.fed stress.mises") + ".EE\n";
+  return page + Section("SEE ALSO") + pages + '\n';
+}
+
 std::string SeeAlso(const CLI::App& command)
 {
   std::vector<const CLI::App*> pages = CommandsOf(command);
@@ -191,6 +218,7 @@ void WriteManPages(const CLI::App& command, const std::filesystem::path& folder)
 {
   std::filesystem::create_directories(folder);
   WriteFile(folder / (ManPageName(command) + ".1"), ManPage(command));
+  if (command.get_parent() == nullptr) WriteFile(folder / "quilon-mpi.1", ManPageOfProcesses(command));
   for (const CLI::App* below : CommandsOf(command)) WriteManPages(*below, folder);
 }
 

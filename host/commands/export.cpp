@@ -10,6 +10,7 @@
 #include "export/Export.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
+#include "progress/Crew.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
@@ -64,6 +65,7 @@ void PrintAsJson(Output& output, const ExportReport& report)
 
 void Run(const Options& options, CommandContext& context)
 {
+  if (context.processes != nullptr) LeaveToLeader(*context.processes);
   const bool isPrinted = options.output == kStandardOutput;
   if (options.groups != "arrays" && options.groups != "points")
     Fail("--groups is '" + options.groups + "', expected arrays or points");

@@ -24,6 +24,7 @@
 #include "forces/ForceCalculation.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/KindTable.h"
+#include "progress/Crew.h"
 #include "terminal/Console.h"
 #include "terminal/Output.h"
 #include "text/Failure.h"
@@ -133,6 +134,7 @@ std::vector<FED_DataDescriptor> OutdatedBlocks(const FED_Database& database, con
 
 void Run(const Options& options, CommandContext& context)
 {
+  if (context.processes != nullptr) LeaveToLeader(*context.processes);
   ForceRequest request = MakeRequest(options);
   const bool   isAsked = options.IsAsked();
   const bool   inPlace = options.output.empty() && !isAsked;

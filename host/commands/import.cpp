@@ -13,6 +13,7 @@
 
 #include "commands/Command.h"
 #include "commands/DeckArguments.h"
+#include "commands/JobsOption.h"
 #include "commands/NumberOptions.h"
 #include "commands/WaitOption.h"
 #include "database/DatabaseFolder.h"
@@ -49,6 +50,7 @@ struct Options
   bool                       replace        = false;
   bool                       keepOthers     = false;
   bool                       json           = false;
+  JobsOption                 jobs;
 };
 
 std::string FormatDeviation(double deviation)
@@ -155,12 +157,14 @@ void Run(const Options& options, CommandContext& context)
   if (options.replace && options.keepOthers)
     Fail("--replace and --keep-others exclude each other, expected one at most");
 
+  CommandCrew           crew(options.jobs, context);
   DatabaseImportOptions request;
   request.program = std::string("quilon ") + kQuilonVersion;
   request.request = options.requests;
   if (options.replace) request.former = FormerResults::Replaced;
   if (options.keepOthers) request.former = FormerResults::Kept;
   ImportOptions& importOptions = request.import;
+  importOptions.crew           = &crew.Get();
   importOptions.iteration      = options.iteration;
   importOptions.strict         = options.strict;
   importOptions.keepWholeSteps = options.keepWholeSteps;
@@ -214,6 +218,7 @@ CommandFunction DefineImport(CLI::App& app)
                "Replace what OUT has of the iteration, even when it is of other nodes or elements");
   app.add_flag("--keep-others", options->keepOthers, "Leave blocks of the iteration that these files do not bring");
   AddWaitOption(app, options->wait);
+  AddJobsOption(app, options->jobs);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Everything is written at the end, in one step: bad input writes nothing. A .sta file beside a result file "

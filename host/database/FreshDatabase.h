@@ -24,6 +24,9 @@ public:
   /// @return blocks that were replaced
   std::size_t CountReplaced() const noexcept { return replaced_; }
 
+  /// Takes a block that was made beside this view, in the place of what was there before.
+  void Show(const FED_DataDescriptor& descriptor) { replaced_ += former_.erase(descriptor); }
+
   bool           IsInitialized() const override;
   FED_DataBlock* CreateDataBlock(const FED_DataDescriptor& descriptor, std::size_t firstSize, std::size_t secondSize,
                                  const std::string& recordFormat) override;

@@ -136,6 +136,7 @@ Publication::Publication(const fs::path& folder, Form form, LockPatience patienc
     MarkUnpublished();
     CopyUserKindNames(*database_, *names_);
     fresh_ = std::make_unique<FreshDatabase>(*database_);
+    parts_.emplace(folder_, *database_, fresh_.get());
   }
 }
 

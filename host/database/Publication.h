@@ -6,10 +6,12 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <bundled/OnfTextExport.h>
 
+#include "database/DatabaseParts.h"
 #include "database/Readers.h"
 #include "database/WatchedFiles.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
@@ -43,6 +45,9 @@ public:
   /// An empty database to be filled; what has a name among the user kinds of the published one keeps it. Memory stays
   /// flat where a working database is written.
   FED_Database& Target() noexcept;
+
+  /// @return parts of the target, for several to write; null where one has to write all, into an ONF folder
+  DatabaseParts* GetParts() noexcept { return parts_ ? &*parts_ : nullptr; }
 
   /// Publishes all blocks of the target that have records. Blocks of equal keys are replaced, other blocks stay.
   /// @param gone blocks that are published already and go, but those that the target has; others are passed over
@@ -81,6 +86,7 @@ private:
   std::unique_ptr<OnfTextExport::Writer> onf_;       // of an ONF folder
   std::unique_ptr<FED_ResultDatabase>    database_;  // the target, or what it is a view of
   std::unique_ptr<FreshDatabase>         fresh_;     // of a working database on disk
+  std::optional<DatabaseParts>           parts_;     // of one
   bool                                   isMarked_ = false;
 };
 

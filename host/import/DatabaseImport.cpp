@@ -18,7 +18,9 @@
 #include "database/Publication.h"
 #include "import/MeshComparison.h"
 #include "import/OpenedDatabase.h"
+#include "import/PartImport.h"
 #include "kinds/KindTable.h"
+#include "progress/Crew.h"
 #include "progress/Listener.h"
 #include "readers/Readers.h"
 #include "selection/KindRequests.h"
@@ -152,6 +154,7 @@ public:
     }
     ImportOptions options = options_.import;
     options.requests      = requests_.get();
+    options.parts         = publication_.GetParts();
     FED_Database& target  = publication_.Target();
     try {
       report_.results = ImportResults(files_, target, options);
@@ -334,11 +337,24 @@ private:
   DatabaseImportReport            report_;
 };
 
+/// Does what there is to do for the process that writes.
+void HelpToImport(const std::vector<fs::path>& files, const DatabaseImportOptions& options)
+{
+  ImportOptions               import = options.import;
+  std::optional<KindRequests> requests;
+  if (options.request) import.requests = &requests.emplace(*options.request, KindTable());
+  HelpToReadParts(files, import);
+}
+
 }  // namespace
 
 DatabaseImportReport ImportIntoDatabase(const std::vector<fs::path>& files, const fs::path& output,
                                         const DatabaseImportOptions& options, LockPatience patience, Listener& listener)
 {
+  if (options.import.crew != nullptr && !options.import.crew->Leads()) {
+    HelpToImport(files, options);
+    return {};
+  }
   return DatabaseImport(files, output, options, std::move(patience), listener).Run();
 }
 

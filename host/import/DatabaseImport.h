@@ -29,7 +29,7 @@ enum class FormerResults
 
 struct DatabaseImportOptions
 {
-  ImportOptions              import;   ///< its requests are not used
+  ImportOptions              import;   ///< its requests and parts are not used
   std::string                program;  ///< who imports, for the record: "quilon 1.2.0"
   std::optional<std::string> request;  ///< what to derive, see KindRequests; nothing: all that can be
   FormerResults              former = FormerResults::OfSameMesh;

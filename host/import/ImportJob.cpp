@@ -65,6 +65,8 @@ ImportJob::ImportJob(FED_Database& database, const ImportOptions& options_, cons
       model(context.model),
       kinds(kinds_),
       record(record_),
+      isAlone(context.isAlone),
+      wholeMesh(context.wholeMesh),
       mesh(files.results ? files.results->Path() : std::filesystem::path()),
       blocks(database, options_.iteration)
 {}

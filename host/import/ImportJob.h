@@ -29,7 +29,10 @@ struct ImportContext
 {
   const ImportedDeck* deck = nullptr;  ///< null without a deck
   ElementGroups       groups;
-  ModelBlocks&        model;  ///< sets and materials, whoever tells them
+  ModelBlocks&        model;            ///< sets and materials, whoever tells them
+  bool                isAlone = false;  ///< there is one job
+  /// Of a part of a job: the mesh of the job; null: it is read whole.
+  const ResultMesh* wholeMesh = nullptr;
 };
 
 /// The mesh, the results and the blocks of one job, and what its files share with those of other jobs.
@@ -46,6 +49,9 @@ struct ImportJob
   ///         have the step, as when it goes on from a restart file; nothing where it is not, or without a deck
   std::optional<double> FindLargeDisplacements(const StepKey& key) const;
 
+  bool IsPart() const noexcept { return wholeMesh != nullptr; }
+  bool HasNode(int id) const { return (IsPart() ? *wholeMesh : mesh).HasNode(id); }
+
   /// Completes the mesh from the deck, if there is one, and saves it. Notes the nodes that the deck has elsewhere.
   /// @throws RefusedImport for a node that is far off and that the deck does not let the solver move
   void SaveMesh();
@@ -57,6 +63,8 @@ struct ImportJob
   ModelBlocks&         model;
   UserKindPool&        kinds;
   ImportRecord&        record;
+  bool                 isAlone;    ///< there is no other job
+  const ResultMesh*    wholeMesh;  ///< of a part of a job; null: the job is read whole
   ResultMesh           mesh;
   StepMatcher          steps;
   JobBlocks            blocks;

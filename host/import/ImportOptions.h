@@ -15,6 +15,9 @@ class OnfResultRequestFile;
 
 namespace quilon {
 
+class Crew;
+class DatabaseParts;
+
 /// Borders that nodal averages stop at. The average over all elements of a node is written all the same.
 struct AverageBy
 {
@@ -47,6 +50,10 @@ struct ImportOptions
   std::filesystem::path groups;  ///< a groups file whose groups become sets of the deck; empty: none
   /// Which results to derive at the end; null derives all that can be.
   OnfResultRequestFile* requests = nullptr;
+  /// Who reads results of large files, where these can be read in parts, and the parts of the target. What is written
+  /// is the same for any crew. Borrowed; null: this thread reads the file in one go.
+  Crew*          crew  = nullptr;
+  DatabaseParts* parts = nullptr;
   /// Phase name, work done and work in all (bytes or items). May throw to interrupt.
   std::function<void(const std::string& phase, std::uint64_t done, std::uint64_t total)> progress;
 };

@@ -9,6 +9,7 @@
 
 #include "import/ModelBlocks.h"
 #include "kinds/KindTable.h"
+#include "progress/Interrupt.h"
 #include "text/Failure.h"
 
 namespace quilon {
@@ -95,6 +96,22 @@ void ResultFile::Read()
   }
 }
 
+std::vector<ResultFile::Head> ResultFile::ReadHeads()
+{
+  job_.logger.SetReadResultType(kLoggedListedFile, reader_.Path().filename().string());
+  const std::vector<FieldMark> marks = reader_.ReadHeads(*this, job_.MakeProgress(reader_.Path()));
+  SaveMesh();
+  job_.logger.ForceOutput();
+  if (marks.size() != heads_.size()) return {};
+  for (std::size_t i = 0; i < marks.size(); ++i) heads_[i].mark = marks[i];
+  return std::move(heads_);
+}
+
+void ResultFile::ReadField(const FieldMark& mark)
+{
+  reader_.ReadField(*this, mark, [](std::uint64_t, std::uint64_t) { ThrowIfInterrupted(); });
+}
+
 void ResultFile::SaveMesh()
 {
   // Whole meshes only: a file that breaks within its mesh leaves nothing.
@@ -171,8 +188,13 @@ bool ResultFile::BeginListedField(const ResultField& field)
     return false;
   }
 
-  job_.logger.SetReadSubstep(key.analysis, key.loadCase, key.substep);
+  if (!job_.IsPart()) job_.logger.SetReadSubstep(key.analysis, key.loadCase, key.substep);
   SetResultScalars(key, field.step);
+  if (secondNumber_ == PassHeads) {
+    heads_.push_back({{}, key, field.step});
+    if (isNew) FindKind(field);
+    return false;
+  }
   if (!isNew)
     Skip("data sets that a result has had already: " + field.name);
   else

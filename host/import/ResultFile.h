@@ -40,7 +40,16 @@ public:
     PassMesh    = 1,  ///< mesh and list of results only: the job's prints are read between
     PassResults = 2,  ///< fields of a file whose mesh is known
     PassAll     = 3,
-    PassSteps   = 4  ///< list of results only, of a file whose job has its mesh elsewhere
+    PassSteps   = 4,  ///< list of results only, of a file whose job has its mesh elsewhere
+    PassHeads   = 5   ///< all but the fields' rows: kinds are allotted and scalars are set
+  };
+
+  /// A field that is read by itself.
+  struct Head
+  {
+    FieldMark  mark;
+    StepKey    key;   ///< of its result
+    ResultStep step;  ///< as the file has it
   };
 
   /// @param reader, job borrowed
@@ -48,6 +57,14 @@ public:
 
   /// @throws FED_Failure as the reader does, and for a field that belongs to no result of the job
   void Read() override;
+
+  /// Reads the file as PassHeads says, of a job whose only file it is.
+  /// @return its fields in order; nothing where they cannot be read one by one
+  /// @throws FED_Failure as Read() does
+  std::vector<Head> ReadHeads();
+
+  /// Reads one field more, with PassResults: of the results in their order.
+  void ReadField(const FieldMark& mark);
 
   /// @return the result from which on nothing is whole when Read() failed, nothing when none had begun
   const std::optional<StepKey>& FirstBroken() const noexcept
@@ -72,7 +89,7 @@ private:
   void OnFieldEnd(const ResultField& field) override;
   void OnCutBehindField() override;
   void OnSkipped(const std::string& reason, std::size_t rows) override;
-  bool HasNode(int id) const override { return job_.mesh.FindNode(id) != nullptr; }
+  bool HasNode(int id) const override { return job_.HasNode(id); }
 
   void SaveMesh();
   void BeginResult(const StepKey& key);
@@ -105,6 +122,7 @@ private:
   std::set<std::string>                             names_;   // fields of the current result that name their step
   std::set<std::string>                             former_;  // those of the result before it in the same step
   std::optional<StepKey> behindLast_;                         // of a file that was cut behind a result that is whole
+  std::vector<Head>      heads_;                              // without marks
 
   // The field being read.
   bool                               isListed_ = false;  // it names its step

@@ -14,6 +14,7 @@
 #include "import/Derivation.h"
 #include "import/ImportJob.h"
 #include "import/ModelBlocks.h"
+#include "import/PartImport.h"
 #include "import/ResultFile.h"
 #include "readers/Readers.h"
 #include "text/Failure.h"
@@ -51,7 +52,7 @@ public:
   void Read()
   {
     if (!files_.prints) {
-      ReadFile(*files_.results, ResultFile::PassAll);
+      ReadResults();
     } else {
       if (files_.results) {
         ReadFile(*files_.results, ResultFile::PassMesh);
@@ -82,6 +83,23 @@ public:
   }
 
 private:
+  void ReadResults()
+  {
+    if (!MayBeDivided(job_)) return ReadFile(*files_.results, ResultFile::PassAll);
+    if (!ReadInParts(job_, ReadHeads())) ReadFile(*files_.results, ResultFile::PassResults);
+  }
+
+  std::vector<ResultFile::Head> ReadHeads()
+  {
+    ResultFile file(*files_.results, ResultFile::PassHeads, job_);
+    try {
+      return file.ReadHeads();
+    } catch (const FED_Failure& failure) {
+      if (!file.HasWhole()) throw;
+      throw BrokenBehindResults(failure.GetMessage(), failure.GetTag());
+    }
+  }
+
   /// Keeping whole steps is the one reason to hold a failure back: what precedes the broken result is still completed
   /// from the job's other files, and the failure follows then.
   void ReadFile(const ResultReader& reader, ResultFile::Pass pass)
@@ -189,7 +207,7 @@ ImportReport ImportResults(const std::vector<std::filesystem::path>& files, FED_
   ImportRecord                record;
   std::optional<ImportedDeck> deck;
   ModelBlocks                 model(target, options.iteration, record);
-  ImportContext               context{nullptr, {}, model};
+  ImportContext               context{nullptr, {}, model, found.jobs.size() == 1};
   if (found.deck) context.deck = &deck.emplace(ReadDeck(*found.deck, target, options, model, record));
   context.groups = ElementGroups(options.averageBy, context.deck);
 

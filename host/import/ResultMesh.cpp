@@ -192,6 +192,14 @@ ResultMesh::Node* ResultMesh::FindNode(int id) noexcept
   return position == IdRadixMap<Node>::npos ? nullptr : &nodes_.At(position);
 }
 
+std::vector<int> ResultMesh::ListNodes() const
+{
+  std::vector<int> ids;
+  ids.reserve(nodes_.Entries().size());
+  for (const auto& [id, node] : nodes_.Entries()) ids.push_back(id);
+  return ids;
+}
+
 ResultMesh::Element* ResultMesh::FindElement(int id) noexcept
 {
   const std::size_t position = elements_.Find(id);

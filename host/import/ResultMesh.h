@@ -83,6 +83,9 @@ public:
 
   /// @return null when the mesh has no such node
   Node* FindNode(int id) noexcept;
+  bool  HasNode(int id) const noexcept { return nodes_.Find(id) != IdRadixMap<Node>::npos; }
+  /// @return in the order in which they came
+  std::vector<int> ListNodes() const;
   /// @return null when the mesh has no such element
   Element* FindElement(int id) noexcept;
   /// @return in the deck's order

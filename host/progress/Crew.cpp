@@ -138,6 +138,14 @@ UntypedResults::~UntypedResults() = default;
 
 Crew::~Crew() = default;
 
+void LeaveToLeader(Crew& crew)
+{
+  if (crew.Leads()) return;
+  UntypedPlan nothing;
+  nothing.takeBrief = [](std::string_view) {};
+  crew.Begin(nothing);
+}
+
 std::size_t CountCores() noexcept
 {
   cpu_set_t allowed;

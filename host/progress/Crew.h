@@ -29,6 +29,13 @@ struct Plan
   /// What the work is on, where it may change: processes that find different states cannot share it.
   std::string state = {};
 
+  /// What the process that leads knows and others do not: makes it, as bytes. Empty: all have made the same plan.
+  std::function<std::string()> makeBrief = {};
+
+  /// Takes it, in a process that does not lead, before the worker is made. How many units there are such a process does
+  /// not know.
+  std::function<void(std::string_view)> takeBrief = {};
+
   /// Called in each thread or process that takes part: workers share nothing that changes.
   /// @param isFirst whether it works in the thread that asks for the results, which may use what that one has
   /// @return an empty function where no other can take part, without more ado
@@ -50,6 +57,8 @@ struct UntypedPlan
 
   std::size_t                              units = 0;
   std::string                              state;
+  std::function<std::string()>             makeBrief;
+  std::function<void(std::string_view)>    takeBrief;
   std::function<Worker(bool isFirst)>      makeWorker;
   std::size_t                              ahead = 0;
   std::function<void(std::size_t done)>    onProgress;
@@ -105,6 +114,8 @@ public:
   {
     untyped_.units      = plan_.units;
     untyped_.state      = plan_.state;
+    untyped_.makeBrief  = plan_.makeBrief;
+    untyped_.takeBrief  = plan_.takeBrief;
     untyped_.ahead      = plan_.ahead;
     untyped_.onProgress = plan_.onProgress;
     untyped_.makeWorker = [this](bool isFirst) -> UntypedPlan::Worker {
@@ -138,6 +149,10 @@ private:
   UntypedPlan                     untyped_;
   std::unique_ptr<UntypedResults> results_;
 };
+
+/// Where the process that leads does all of a command by itself: waits for its end in any other, and does not return
+/// there.
+void LeaveToLeader(Crew& crew);
 
 /// Does all units of a plan.
 /// @param take called with each unit's number and its result, in ascending order
