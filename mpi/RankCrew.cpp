@@ -49,8 +49,12 @@ void Travel(Parcel& parcel, Report& report)
   parcel(report.kind, report.unit, report.units, report.text);
 }
 
-/// What the leader tells a rank: a unit to do.
-constexpr std::size_t kStop = static_cast<std::size_t>(-1);
+/// What the leader tells a rank: a unit to do, or one of these.
+constexpr std::size_t kStop  = static_cast<std::size_t>(-1);
+constexpr std::size_t kBrief = static_cast<std::size_t>(-2);  // a brief follows
+
+/// The number of units that a rank reports which waits for a brief.
+constexpr std::size_t kUnknown = static_cast<std::size_t>(-1);
 
 /// Bytes of one message: MPI counts them by int.
 constexpr std::size_t kMost = std::size_t{1} << 30;
@@ -164,8 +168,16 @@ public:
         crew.isGone_[Place(rank)] = true;
         FailOfRank(rank, report.text.empty() ? "has ended before the work began" : report.text);
       }
-      if (report.units != plan.units || report.text != plan.state)
+      const bool isBriefed = static_cast<bool>(plan.makeBrief);
+      if (report.units != (isBriefed ? kUnknown : plan.units) || report.text != (isBriefed ? "" : plan.state))
         FailOfRank(rank, "finds another state of the database, expected one that does not change");
+    }
+    if (!plan.makeBrief || crew.size_ == 1) return;
+    const std::string brief = plan.makeBrief();
+    for (int rank = 1; rank < crew.size_; ++rank) {
+      if (crew.isGone_[Place(rank)]) continue;
+      GiveUnit(rank, kBrief);
+      SendBytes(rank, FromLeader, brief);
     }
   }
 
@@ -305,12 +317,16 @@ std::unique_ptr<UntypedResults> RankCrew::Begin(const UntypedPlan& plan)
 
 void RankCrew::HelpWith(const UntypedPlan& plan)
 {
-  Tell({Report::Ready, 0, plan.units, plan.state});
+  Tell({Report::Ready, 0, plan.takeBrief ? kUnknown : plan.units, plan.takeBrief ? "" : plan.state});
   UntypedPlan::Worker worker;
   for (;;) {
     WaitForMessage(0, FromLeader);
     const std::size_t unit = TakeUnit();
     if (unit == kStop) break;
+    if (unit == kBrief) {
+      plan.takeBrief(ReceiveBytes(0, FromLeader));
+      continue;
+    }
     Report report{Report::Result, unit, 0, ""};
     try {
       if (!worker) worker = plan.makeWorker(true);

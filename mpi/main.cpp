@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <array>
+#include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -9,6 +9,7 @@
 
 #include "commands/ExitCode.h"
 #include "commands/Program.h"
+#include "commands/SharedCommands.h"
 #include "progress/Interrupt.h"
 #include "RankCrew.h"
 #include "terminal/Terminal.h"
@@ -17,28 +18,37 @@ namespace {
 
 using namespace quilon;
 
-constexpr std::array<std::string_view, 5> kCommands = {"check", "derive", "diff", "envelope", "max"};
+/// @return "check, derive or max"
+std::string ListCommands()
+{
+  std::string list;
+  for (std::size_t i = 0; i < kSharedCommands.size(); ++i)
+    list += (i == 0 ? "" : i + 1 < kSharedCommands.size() ? ", " : " or ") + std::string(kSharedCommands[i]);
+  return list;
+}
 
 constexpr const char* kUsage =
     "Usage: mpirun -n N quilon-mpi COMMAND ...\n"
     "\n"
-    "Runs a command of quilon in N processes that share its work: check, derive, diff, envelope or max, with the\n"
-    "options that 'quilon COMMAND --help' lists, but for --jobs. Output and files are those of one process. Rank 0\n"
-    "writes; every rank reads the databases under the paths of the command line.\n";
+    "Runs a command of quilon in N processes that share its work: check, derive, diff, envelope, export, forces, "
+    "import\n"
+    "or max, with the options that 'quilon COMMAND --help' lists, but for --jobs. Output and files are those of one\n"
+    "process. Every rank sees the paths of the command line.\n";
 
 /// @return whether the command is one whose work is shared; else rank 0 has said why not
 bool IsShared(int argc, char** argv, bool speaks)
 {
   const std::string command = argc > 1 ? argv[1] : "";
-  if (std::find(kCommands.begin(), kCommands.end(), command) != kCommands.end()) return true;
+  if (std::find(kSharedCommands.begin(), kSharedCommands.end(), command) != kSharedCommands.end()) return true;
   if (!speaks) return false;
   if (command.empty())
-    std::fprintf(stderr, "quilon-mpi: error: the command is missing\n\n%s", kUsage);
+    std::fprintf(stderr, "quilon-mpi: error: the command is missing\n\n%s%s\n", kUsage, ListCommands().c_str());
   else
-    std::fprintf(stderr,
-                 "quilon-mpi: error: '%s' is no command that processes share, expected check, derive, diff, envelope "
-                 "or max as its first argument; quilon does the others\n",
-                 command.c_str());
+    std::fprintf(
+        stderr,
+        "quilon-mpi: error: '%s' is no command that processes share, expected %s as its first argument; quilon "
+        "does the others\n",
+        command.c_str(), ListCommands().c_str());
   return false;
 }
 
@@ -47,7 +57,7 @@ int Run(int argc, char** argv)
   DisregardTerminals();
   RankCrew crew;
   if (argc > 1 && (std::string_view(argv[1]) == "--help" || std::string_view(argv[1]) == "-h")) {
-    if (crew.Leads()) std::fputs(kUsage, stdout);
+    if (crew.Leads()) std::printf("%s%s\n", kUsage, ListCommands().c_str());
     return ExitSuccess;
   }
   if (!IsShared(argc, argv, crew.Leads())) return crew.Leads() ? ExitTrouble : ExitSuccess;

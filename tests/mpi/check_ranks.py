@@ -16,6 +16,7 @@ QUILON, QUILON_MPI, MPIRUN = sys.argv[1:4]
 FIXTURES = Path(sys.argv[4]) / "calculix/a_tet"
 FOLDER = Path(sys.argv[5])
 RANKS = (1, 2, 3, 4, 7)  # with more ranks than blocks in some of the commands
+IN_PARTS = ["--memory", "256K"]  # an import is divided into parts of a fourth of it
 
 ENVIRONMENT = dict(
     os.environ,
@@ -82,7 +83,7 @@ def compare_output(arguments, code):
         expect(found[1] == expected[1], f"{ranks} ranks, {arguments}: another output")
 
 
-def compare_files(arguments, name, code=0):
+def compare_files(arguments, name, code=0, counts=RANKS):
     """Runs a command that writes OUT."""
 
     def run(folder, runner):
@@ -91,7 +92,7 @@ def compare_files(arguments, name, code=0):
     place = fresh("one")
     expect(run(place, one)[0] == code, f"{arguments}: failed")
     expected = tree(place)
-    for ranks in RANKS:
+    for ranks in counts:
         place = fresh("many")
         found = run(place, lambda own: many(ranks, own))
         expect(found[0] == code, f"{ranks} ranks, {arguments}: exit code {found[0]}: {found[2]}")
@@ -155,7 +156,7 @@ def check_failures(database, other):
 
     found = many(2, ["derive", str(database), "-o", str(place / "no/such/new.fed")])
     expect(found[0] == 2 and len(errors_of(found[2])) == 1, f"no place to write: {found[2]}")
-    for words in (["import", "x.frd"], []):
+    for words in (["ls", "x.fed"], []):
         found = many(2, words)
         expect(found[0] == 2 and len(errors_of(found[2])) == 1, f"{words}: {found}")
     found = many(2, [*here, "--jobs", "2"])
@@ -163,26 +164,106 @@ def check_failures(database, other):
     expect(tree(database) == before, "the database has changed")
 
 
+def results_of(nodes, increments):
+    """A result file with displacements and stresses at nodes."""
+
+    def row(node, *values):
+        return f" -1{node:10d}" + "".join(f"{value:12.5E}" for value in values) + "\n"
+
+    lines = ["    1C\n", f"    2C{nodes:30d}{1:38d}\n"]
+    lines += [row(7 * node, node, node / 2, -1) for node in range(1, nodes + 1)]
+    lines += [" -3\n", f"    3C{1:30d}{1:38d}\n", " -1         1    3    0    1\n"]
+    lines += [" -2" + "".join(f"{7 * node:10d}" for node in range(1, 5)) + "\n", " -3\n"]
+    for step in range(1, increments + 1):
+        for name, components in (("DISP", ("D1", "D2", "D3")), ("STRESS", ("SXX", "SYY", "SZZ", "SXY", "SYZ", "SZX"))):
+            lines += [f"    1PSTEP{step:26d}{step:12d}{1:12d}\n"]
+            lines += [f"  100CL  101{step:12.5E}{nodes:12d}{0:22d}{step:5d}{1:12d}\n"]
+            lines += [f" -4  {name:8s}{len(components):5d}    1\n"]
+            lines += [f" -5  {component:8s}    1    2    1    0\n" for component in components]
+            lines += [row(7 * node, *(step * node + k for k in range(len(components)))) for node in range(1, nodes + 1)]
+            lines += [" -3\n"]
+    return "".join(lines) + " 9999\n"
+
+
+def check_import():
+    """Ranks write parts of one database."""
+    place = fresh("import")
+    results = place / "job.frd"
+    results.write_text(results_of(300, 12), encoding="ascii")
+    words = ["import", str(results), "-o", "OUT", *IN_PARTS]
+    compare_files(words, "new.fed", counts=(1, 2, 3, 4, 16))
+    compare_files(["import", str(results), "-o", "OUT"], "new.fed", counts=(3,))  # too small for parts
+
+    output = place / "new.fed"
+    arguments = [str(output) if word == "OUT" else word for word in words]
+    expect(one(arguments)[0] == 0, "import")
+    expected = tree(output)
+    expect(sum(name.endswith(".h5") for name in expected) > 2, f"it is not read in parts: {list(expected)}")
+
+    other = place / "other.fed"
+    expect(one(["import", str(results), "-o", str(other)])[0] == 0, "import")
+    before = tree(other)
+
+    # A rank that comes when the others have been waiting for it.
+    shutil.rmtree(output)
+    launcher, pipe = start_with_late_rank(arguments)
+    pipe.write_text("go\n", encoding="ascii")
+    errors = end_of(launcher)
+    expect(launcher.returncode == 0 and tree(output) == expected, f"a late rank: {errors}")
+
+    # Rank 2 has no room for its first part, and says so, or dies of its first byte too many.
+    for ignores, told in (("", "signal 25"), ('trap "" XFSZ;', "error: rank 2: ")):
+        for target, expected_before in ((output, None), (other, before)):
+            own = [str(target) if word == "OUT" else word for word in words] + ["--iteration", "1"]
+            limited = ["sh", "-c", f'{ignores} ulimit -f 16; exec "$0" "$@"', QUILON_MPI, *own]
+            if target == output:
+                shutil.rmtree(output, ignore_errors=True)
+            found = start([MPIRUN, "-n", "2", QUILON_MPI, *own, ":", "-n", "1", *limited])
+            expect(found[0] != 0 and told in found[2], f"no room in rank 2: {found[0]} {found[2]}")
+            if expected_before is None:
+                expect(not (output / "manifest").exists(), "no room in rank 2: there is a database")
+                if ignores:
+                    expect(not output.exists(), f"no room in rank 2: it leaves {list(tree(output))}")
+                expect(one(own)[0] == 0, "no room in rank 2: the next run fails")
+            else:
+                expect(one(["check", str(other)])[0] == 0, "no room in rank 2: the database is not whole")
+                after = tree(other)
+                # Who dies leaves what the next writer takes away.
+                expect(after == before if ignores else before.items() <= after.items(),
+                       f"no room in rank 2: the database has changed: {list(after)}")
+
+
+def start_with_late_rank(arguments):
+    """Two ranks at work, and one that begins when a line comes through the pipe."""
+    pipe = fresh("late") / "pipe"
+    os.mkfifo(pipe)
+    waits = ["sh", "-c", f'read line <"{pipe}"; exec "$0" "$@"', QUILON_MPI, *arguments]
+    launcher = subprocess.Popen(
+        [MPIRUN, "-n", "2", QUILON_MPI, *arguments, ":", "-n", "1", *waits],
+        stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=ENVIRONMENT)
+    return launcher, pipe
+
+
+def end_of(launcher):
+    """What the program says until its end."""
+    try:
+        return launcher.communicate(timeout=LIMIT)[1]
+    except subprocess.TimeoutExpired:
+        launcher.kill()
+        return "hangs"
+
+
 def check_kill(database):
     """A rank dies while the others wait for it."""
     before = tree(database)
-    pipe = fresh("kill") / "pipe"
-    os.mkfifo(pipe)
-    waits = ["sh", "-c", f'read line <"{pipe}"; exec "$0" "$@"', QUILON_MPI, "derive", str(database)]
-    launcher = subprocess.Popen(
-        [MPIRUN, "-n", "2", QUILON_MPI, "derive", str(database), ":", "-n", "1", *waits],
-        stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=ENVIRONMENT)
+    launcher, pipe = start_with_late_rank(["derive", str(database)])
     # Opening waits for the one that reads: by then it runs.
     with open(pipe, "w", encoding="utf-8"):
         victims = [int(path.name) for path in Path("/proc").iterdir() if path.name.isdigit() and reads(path, pipe)]
         expect(len(victims) == 1, f"ranks that wait: {victims}")
         for victim in victims:
             os.kill(victim, signal.SIGKILL)
-    try:
-        errors = launcher.communicate(timeout=LIMIT)[1]
-    except subprocess.TimeoutExpired:
-        launcher.kill()
-        errors = "hangs"
+    errors = end_of(launcher)
     expect(launcher.returncode != 0, "a killed rank: exit code 0")
     expect("rank 2" in errors and "signal 9" in errors, f"a killed rank: {errors}")
     expect(tree(database) == before, "a killed rank: the database has changed")
@@ -218,6 +299,10 @@ def main():
     compare_files(["diff", str(job), str(other), "-o", "OUT"], "new.onf", 1)
     compare_files(["derive", str(job), "-o", "OUT"], "new.fed")
     compare_in_place(job)
+    few = (1, 3)
+    compare_files(["export", str(job), "displacement", "-o", "OUT"], "new.csv", counts=few)
+    compare_files(["forces", str(job), "--deck", str(FIXTURES / "a_tet.inp"), "-o", "OUT"], "new.fed", counts=few)
+    check_import()
     check_failures(job, other)
     check_kill(job)
     print(f"{len(failures)} failures")
