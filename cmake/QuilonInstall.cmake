@@ -2,8 +2,8 @@
 # contract symbols are undefined, so a program links siblings beside it: Quilon::Siblings where ours are bundled.
 #
 # Components: Runtime (shared libraries), Development (headers, CMake package, files of pkg-config, examples), Program (quilon,
-# man pages, completions), Documentation (licence, README, manual), Python (where it is built). Without --component all of
-# them are installed.
+# man pages, completions), Mpi (quilon-mpi, where it is built), Documentation (licence, README, manual), Python (where it is
+# built). Without --component all of them are installed.
 include(CMakePackageConfigHelpers)
 
 set(quilon_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Quilon)
@@ -33,7 +33,7 @@ if(QUILON_SIBLINGS STREQUAL bundled)
     set_target_properties(quilon PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
     install(TARGETS quilon RUNTIME COMPONENT Program)
     install(DIRECTORY ${PROJECT_BINARY_DIR}/host/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Program OPTIONAL
-            FILES_MATCHING PATTERN *.1)
+            FILES_MATCHING PATTERN *.1 PATTERN quilon-mpi.1 EXCLUDE)
     if(QUILON_PACKAGES)
       install(CODE "file(GLOB pages \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/quilon*.1\")
                     execute_process(COMMAND gzip -9nf \${pages} COMMAND_ERROR_IS_FATAL ANY)" COMPONENT Program)
@@ -43,6 +43,15 @@ if(QUILON_SIBLINGS STREQUAL bundled)
     install(FILES packaging/completions/_quilon DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT Program)
     install(FILES packaging/completions/quilon.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
             COMPONENT Program)
+  endif()
+  if(TARGET quilon-mpi)
+    set_target_properties(quilon-mpi PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+    install(TARGETS quilon-mpi RUNTIME COMPONENT Mpi)
+    install(FILES ${PROJECT_BINARY_DIR}/host/man/quilon-mpi.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Mpi OPTIONAL)
+    if(QUILON_PACKAGES)
+      install(CODE "execute_process(COMMAND gzip -9nf \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/quilon-mpi.1\"
+                                    COMMAND_ERROR_IS_FATAL ANY)" COMPONENT Mpi)
+    endif()
   endif()
 endif()
 

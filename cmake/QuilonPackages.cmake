@@ -63,6 +63,12 @@ quilon_package(
 set(CMAKE_INSTALL_DOCDIR share/doc/libquilondbdatatools-doc)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+if(TARGET quilon-mpi)
+  quilon_package(
+    Mpi quilon-mpi science "finite-element results: quilon in several processes"
+    "The program quilon-mpi runs commands of quilon in processes of an MPI program,\non one machine or many, which share the work."
+    "quilon (= ${version})")
+endif()
 if(TARGET quilon_python)
   # The module is one of this minor version of Python.
   find_package(Python REQUIRED COMPONENTS Interpreter)

@@ -27,8 +27,8 @@ namespace quilon {
 
 namespace {
 
-/// With the segment of what comes before and behind, fewer than are merged when a database is published.
-constexpr std::size_t kMostParts = 30;
+/// With segments of what comes before and behind, fewer than are merged when a database is published.
+constexpr std::size_t kMostParts = 24;
 
 /// @return bytes of a file that are worth a segment: what comes of them stays in memory
 std::uint64_t LeastBytes()
