@@ -215,8 +215,8 @@ private:
   /// Each rank has one unit to do and one to go on with.
   void GiveWork()
   {
-    constexpr std::size_t kMost = 2;
-    for (std::size_t units = 1; units <= kMost; ++units)
+    constexpr std::size_t kAtOnce = 2;
+    for (std::size_t units = 1; units <= kAtOnce; ++units)
       for (int rank = 1; rank < crew_.size_ && MayBegin(); ++rank) {
         if (crew_.isGone_[Place(rank)] || given_[Place(rank)] >= units) continue;
         ++given_[Place(rank)];
