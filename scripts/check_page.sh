@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the page of quilon report anew, compares it with web/dist, and looks at pages in a headless Chromium. Takes about
-# two minutes beside the build of quilon; the first time it installs Chromium, and npm where there is none.
+# two to three minutes beside the build of quilon; the first time it installs Chromium, and npm where there is none.
 #
 # usage: scripts/check_page.sh [PRESET]     (default: dev; the preset's build is used as it is)
 set -euo pipefail
