@@ -109,7 +109,7 @@ class Trial:
             result = run([os.path.join(self.build, program), "--gtest_filter=" + FILTER, "--gtest_brief=1"], cwd=folder,
                          env=dict(os.environ, TMPDIR=folder))
             self.expect(result.returncode == 0, f"{program}: {result.stdout[-3000:]}")
-            passed += sum(int(line.split()[2]) for line in result.stdout.split("\n") if line.startswith("[  PASSED  ]"))
+            passed += sum(int(line.split()[3]) for line in result.stdout.split("\n") if line.startswith("[  PASSED  ]"))
         shutil.rmtree(folder)
         return passed
 
