@@ -534,19 +534,23 @@ void Offer(const CaseValues& values, std::size_t numValues, const Combination& c
   series.steps.push_back(GetResultStep(CombinedKey(target.key, combination.loadCase)));
   series.names.push_back(combination.name);
   series.field.BeginStep();
-  std::array<double, 6> record{};
-  for (std::size_t i = 0; i < values.ids.size(); ++i) {
-    const std::span<const double> stored = values.Record(i, numValues);
-    std::copy(stored.begin(), stored.end(), record.begin());
-    std::span<double> own = std::span(record).first(numValues);
-    if (target.isPrincipal) {
-      const auto principal = PrincipalValues(std::span<const double, 6>(record));
-      std::copy(principal.begin(), principal.end(), record.begin());
-      own = std::span(record).first(principal.size());
-    } else if (!target.turner.Turn(values.ids[i], own)) {
-      ++series.numWithoutAxes;
+  constexpr std::size_t kMostAtOnce = 1024;
+  const std::size_t     numTold     = target.isPrincipal ? 3 : numValues;
+  std::vector<double>   told;
+  for (std::size_t first = 0; first < values.ids.size(); first += kMostAtOnce) {
+    const std::size_t count = std::min(kMostAtOnce, values.ids.size() - first);
+    told.clear();
+    for (std::size_t i = first; i < first + count; ++i) {
+      const std::span<const double> stored = values.Record(i, numValues);
+      if (target.isPrincipal) {
+        const auto principal = PrincipalValues(stored.first<6>());
+        told.insert(told.end(), principal.begin(), principal.end());
+        continue;
+      }
+      told.insert(told.end(), stored.begin(), stored.end());
+      if (!target.turner.Turn(values.ids[i], std::span(told).last(numValues))) ++series.numWithoutAxes;
     }
-    series.field.Offer(values.ids[i], own);
+    series.field.OfferAll(count, &values.ids[first], told.data(), numTold);
   }
 }
 
@@ -657,7 +661,10 @@ EnvelopeReport EnvelopeOfCombinations(const FED_Database& database, const Combin
       const CaseValues& values = sum.Calculate(combination, cases, report);
       for (EnvelopeTarget& target : targets) Offer(values, NumValuesOf(OnfOf(series.key)), combination, target);
     }
-    for (const EnvelopeTarget& target : targets) take(target.series);
+    for (EnvelopeTarget& target : targets) {
+      target.series.field.Settle();
+      take(target.series);
+    }
   }
   return envelope;
 }

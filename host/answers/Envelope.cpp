@@ -66,20 +66,23 @@ void OfferBlock(const FED_Database& database, const Descriptor& descriptor, cons
   series.field.BeginStep();
   const FED_DataBlock&        block = database.GetConstDataBlock(descriptor);
   std::optional<RegionFilter> filter;
+  std::vector<int>            keptIds;
+  std::vector<double>         keptValues;
   if (region != nullptr && !region->IsEverything()) filter = region->FilterOf(block);
   FED_ForEachSpan(block, database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
     ThrowIfInterrupted();
     const int* const    ids    = span.GetIds().GetData();
     const double* const values = span.GetDoubles(1).GetData();
     if (!turner.Turns() && !filter) return series.field.OfferAll(span.GetCount(), ids, values, numValues);
-    std::array<double, 6> turned{};
+    keptIds.clear();
+    keptValues.clear();
     for (std::size_t r = 0; r < span.GetCount(); ++r) {
       if (filter && !filter->Holds(ids[r])) continue;
-      std::copy_n(&values[r * numValues], numValues, turned.begin());
-      const std::span<double> own = std::span(turned).first(numValues);
-      if (!turner.Turn(ids[r], own)) ++series.numWithoutAxes;
-      series.field.Offer(ids[r], own);
+      keptIds.push_back(ids[r]);
+      keptValues.insert(keptValues.end(), values + r * numValues, values + (r + 1) * numValues);
+      if (!turner.Turn(ids[r], std::span(keptValues).last(numValues))) ++series.numWithoutAxes;
     }
+    series.field.OfferAll(keptIds.size(), keptIds.data(), keptValues.data(), numValues);
   });
 }
 
@@ -145,6 +148,7 @@ public:
       onBlock();
       OfferBlock(database_, members[i], turner, region_, part);
     }
+    part.field.Settle();
     if (region_ != nullptr) part.notes = region_->GetNotes();
     return part;
   }
@@ -290,15 +294,34 @@ std::size_t EnvelopeField::FindRow(int id)
   if (next_ < NumIds() && rows_.Entries()[next_].first == id) return next_++;
   const std::size_t row = rows_.FindOrInsert(id);
   next_                 = row + 1;
-  const std::size_t end = components_.size() * NumIds();
-  if (least_.size() < end) {
-    least_.resize(end, std::numeric_limits<double>::quiet_NaN());
-    greatest_.resize(end, std::numeric_limits<double>::quiet_NaN());
-    leastStep_.resize(end, kNoStep);
-    greatestStep_.resize(end, kNoStep);
-    SizeEstimates();
-  }
+  SizeRows();
   return row;
+}
+
+/// Makes rows of ids that have none, up to one that has: they come next.
+/// @return how many
+std::size_t EnvelopeField::InsertNew(std::size_t count, const int* ids)
+{
+  const std::size_t first = NumIds();
+  std::size_t       isNew = 0;
+  for (; isNew < count && rows_.Find(ids[isNew]) == IdRadixMap<std::uint32_t>::npos; ++isNew)
+    rows_.FindOrInsert(ids[isNew]);
+  if (isNew == 0) return 0;
+  next_ = first;
+  SizeRows();
+  return isNew;
+}
+
+/// Makes room for all rows; those that are new have no value yet.
+void EnvelopeField::SizeRows()
+{
+  const std::size_t end = components_.size() * NumIds();
+  if (least_.size() == end) return;
+  least_.resize(end, std::numeric_limits<double>::quiet_NaN());
+  greatest_.resize(end, std::numeric_limits<double>::quiet_NaN());
+  leastStep_.resize(end, kNoStep);
+  greatestStep_.resize(end, kNoStep);
+  SizeEstimates();
 }
 
 void EnvelopeField::Offer(int id, std::span<const double> values)
@@ -308,7 +331,10 @@ void EnvelopeField::Offer(int id, std::span<const double> values)
   std::size_t at = row * components_.size();
   for (std::size_t k = 0; k < components_.size(); ++k, ++at) {
     const int position = positions_[k];
-    if (slots_[k] != kNoSlot) Settle(k, at, row * numSlots_ + slots_[k]);
+    if (slots_[k] != kNoSlot) {
+      places_.push_back({at, row * numSlots_ + slots_[k]});
+      SettlePlaces(k);
+    }
     TakeValue(position >= 0 ? values[static_cast<std::size_t>(position)] : components_[k].Evaluate(values), at);
   }
 }
@@ -343,8 +369,8 @@ void EnvelopeField::Append(EnvelopeField&& later)
       for (std::uint32_t& step : *steps) step += step == kNoStep ? 0 : before;
     return;
   }
-  SettleAll();
-  later.SettleAll();
+  Settle();
+  later.Settle();
   const std::size_t size = components_.size();
   std::size_t       from = 0;
   for (const auto& [id, count] : later.rows_.Entries()) {
@@ -369,7 +395,8 @@ void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* va
 {
   constexpr std::size_t kMostAtOnce = 1024;  // values that stay near the processor
   for (std::size_t i = 0; i < count;) {
-    const std::size_t known = CountKnown(std::min(count - i, kMostAtOnce), ids + i);
+    std::size_t known = CountKnown(std::min(count - i, kMostAtOnce), ids + i);
+    if (known == 0) known = InsertNew(std::min(count - i, kMostAtOnce), ids + i);
     if (known == 0) {
       Offer(ids[i], std::span(values + i * numValues, numValues));
       ++i;
@@ -422,21 +449,30 @@ void EnvelopeField::OfferComponent(std::size_t component, std::size_t count, con
 /// evaluated, and of the rest what governs in the end.
 void EnvelopeField::OfferEstimated(std::size_t component, std::size_t count, const double* values)
 {
-  const std::size_t size = components_.size();
+  const std::size_t size  = components_.size();
+  const std::size_t first = next_ * size + component;
+  const std::size_t slots = next_ * numSlots_ + slots_[component];
   evaluated_.resize(count);
   errors_.resize(count);
   components_[component].EstimateAll(std::span(values, 6 * count), evaluated_, errors_);
+  beyond_.clear();
   for (std::size_t r = 0; r < count; ++r) {
-    const std::size_t   at     = (next_ + r) * size + component;
-    const std::size_t   slot   = (next_ + r) * numSlots_ + slots_[component];
     const double* const tensor = values + 6 * r;
+    const std::size_t   at     = first + r * size;
+    const std::size_t   slot   = slots + r * numSlots_;
     const bool          isTold = errors_[r] < std::numeric_limits<double>::infinity() &&
                         TakeEstimate(Below, tensor, evaluated_[r], errors_[r], at, slot) &&
                         TakeEstimate(Above, tensor, evaluated_[r], errors_[r], at, slot);
-    if (isTold) continue;
-    Settle(component, at, slot);
-    TakeValue(components_[component].Evaluate(std::span(tensor, 6)), at);
+    if (!isTold) beyond_.push_back(static_cast<std::uint32_t>(r));
   }
+  if (beyond_.empty()) return;
+  for (const std::uint32_t r : beyond_) places_.push_back({first + r * size, slots + r * numSlots_});
+  SettlePlaces(component);
+  gathered_.clear();
+  for (const std::uint32_t r : beyond_) gathered_.insert(gathered_.end(), values + 6 * r, values + 6 * (r + 1));
+  evaluated_.resize(beyond_.size());
+  components_[component].EvaluateAll(gathered_, evaluated_);
+  for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], first + beyond_[i] * size);
 }
 
 /// @param slot position of the component of a row among estimated ones
@@ -458,22 +494,39 @@ bool EnvelopeField::TakeEstimate(Side side, const double* tensor, double estimat
   return true;
 }
 
-/// Evaluates what governs a component of a row, where it is estimated.
-void EnvelopeField::Settle(std::size_t component, std::size_t at, std::size_t slot)
+/// Evaluates what governs a component at places_, where it is estimated, and forgets the places.
+void EnvelopeField::SettlePlaces(std::size_t component)
 {
-  least_[at]                      = ExactOf(component, leastEstimates_, slot, least_[at]);
-  greatest_[at]                   = ExactOf(component, greatestEstimates_, slot, greatest_[at]);
-  leastEstimates_.errors[slot]    = 0.0;
-  greatestEstimates_.errors[slot] = 0.0;
+  const auto settle = [&](Estimates& estimates, std::vector<double>& values) {
+    settled_ = places_;
+    std::erase_if(settled_, [&](const Place& place) { return estimates.errors[place.slot] == 0.0; });
+    gathered_.clear();
+    for (const Place& place : settled_) {
+      const std::array<double, 6>& tensor = estimates.tensors[place.slot];
+      gathered_.insert(gathered_.end(), tensor.begin(), tensor.end());
+    }
+    exact_.resize(settled_.size());
+    components_[component].EvaluateAll(gathered_, exact_);
+    for (std::size_t i = 0; i < settled_.size(); ++i) {
+      values[settled_[i].at]             = exact_[i];
+      estimates.errors[settled_[i].slot] = 0.0;
+    }
+  };
+  settle(leastEstimates_, least_);
+  settle(greatestEstimates_, greatest_);
+  places_.clear();
 }
 
-/// Evaluates what governs, wherever it is estimated: fields are put together by exact values.
-void EnvelopeField::SettleAll()
+void EnvelopeField::Settle()
 {
+  constexpr std::size_t kMostAtOnce = 1024;
   for (std::size_t k = 0; k < components_.size(); ++k) {
     if (slots_[k] == kNoSlot) continue;
-    for (std::size_t row = 0; row < NumIds(); ++row)
-      Settle(k, row * components_.size() + k, row * numSlots_ + slots_[k]);
+    for (std::size_t row = 0; row < NumIds();) {
+      for (const std::size_t end = std::min(NumIds(), row + kMostAtOnce); row < end; ++row)
+        places_.push_back({row * components_.size() + k, row * numSlots_ + slots_[k]});
+      SettlePlaces(k);
+    }
   }
 }
 

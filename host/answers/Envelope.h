@@ -65,6 +65,10 @@ public:
   /// @param values shape [count, numValues], in stored order
   void OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues);
 
+  /// Evaluates what governs where it is only estimated so far: at once it takes less time than one by one, when it is
+  /// asked for. More may be offered.
+  void Settle();
+
   /// Takes what was offered to another field of the same components, in steps behind those here.
   void Append(EnvelopeField&& later);
 
@@ -89,7 +93,7 @@ public:
   template <typename Parcel>
   friend void Travel(Parcel& parcel, EnvelopeField& field)
   {
-    if constexpr (!Parcel::kReads) field.SettleAll();
+    if constexpr (!Parcel::kReads) field.Settle();
     std::vector<int>           ids;
     std::vector<std::uint32_t> counts;
     for (const auto& [id, count] : field.rows_.Entries()) {
@@ -111,6 +115,8 @@ public:
 
 private:
   std::size_t FindRow(int id);
+  std::size_t InsertNew(std::size_t count, const int* ids);
+  void        SizeRows();
   void        OfferKnown(std::size_t count, const double* values, std::size_t numValues);
   void        OfferComponent(std::size_t component, std::size_t count, const double* values, std::size_t numValues);
   void        OfferEstimated(std::size_t component, std::size_t count, const double* values);
@@ -129,6 +135,12 @@ private:
       tensors.resize(size);
     }
   };
+  /// Where a component of a row stands: among all, and among those that are estimated.
+  struct Place
+  {
+    std::size_t at;
+    std::size_t slot;
+  };
   enum Side
   {
     Below,
@@ -136,8 +148,7 @@ private:
   };
   bool   TakeEstimate(Side side, const double* tensor, double estimate, double error, std::size_t at, std::size_t slot);
   double ExactOf(std::size_t component, const Estimates& estimates, std::size_t slot, double value) const;
-  void   Settle(std::size_t component, std::size_t at, std::size_t slot);
-  void   SettleAll();
+  void   SettlePlaces(std::size_t component);
   void   SizeEstimates();
   Extreme     ExtremeOf(Side side, std::size_t row, std::size_t component) const;
   std::size_t CountKnown(std::size_t count, const int* ids) const;
@@ -161,6 +172,10 @@ private:
   std::vector<double>        gathered_;
   std::vector<double>        evaluated_;
   std::vector<double>        errors_;
+  // Whose values are to be settled.
+  std::vector<Place>  places_;
+  std::vector<Place>  settled_;
+  std::vector<double> exact_;
 };
 
 /// Results of one kind that differ in their step alone, and their envelope.

@@ -10,6 +10,7 @@
 #include <bundled/OnfKinds.h>
 
 #include "kinds/TensorBounds.h"
+#include "kinds/TensorLanes.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Case.h"
 #include "text/Failure.h"
@@ -95,7 +96,19 @@ double DeviatorSize(const std::array<double, 6>& t)
   return std::ldexp(std::sqrt(normal + shear), -exponent);
 }
 
+/// @return whether what comes of this square without scaling is DeviatorSize(), bit by bit: scaling is exact. Not of a
+///         nan
+bool IsExactSquare(double square)
+{
+  constexpr double kLeast    = kLeastSquared * kLeastSquared * 0x1p+10;
+  constexpr double kGreatest = kGreatestSquared * kGreatestSquared * 0x1p-10;
+  return square > kLeast && square < kGreatest;
+}
+
 double MeanOf(const std::array<double, 6>& t) { return (t[0] + t[1] + t[2]) / 3.0; }
+
+/// @return whether ScaleOf() is 0; not of a nan
+bool IsUnscaled(double largest) { return largest == 0.0 || (largest > kLeastSquared && largest < kGreatestSquared); }
 
 TensorBounds::Tensor TensorOf(const double* t) { return {t[0], t[1], t[2], t[3], t[4], t[5]}; }
 
@@ -170,11 +183,16 @@ double ShearRange(const std::array<double, 6>& t)
 }
 
 /// -1 where the principal value of largest magnitude is negative, else 1.
+double SignOf(double p1, double p3)
+{
+  constexpr double kEqual = 1e-12;
+  return -p3 > p1 + kEqual * std::fabs(p3) ? -1.0 : 1.0;
+}
+
 double SignOf(const std::array<double, 6>& t)
 {
-  constexpr double            kEqual = 1e-12;
-  const std::array<double, 3> p      = SortedValues(t);
-  return -p[2] > p[0] + kEqual * std::fabs(p[2]) ? -1.0 : 1.0;
+  const std::array<double, 3> p = SortedValues(t);
+  return SignOf(p[0], p[2]);
 }
 
 std::array<double, 3> CrossProduct(const std::array<double, 3>& a, const std::array<double, 3>& b)
@@ -223,6 +241,33 @@ Names OwnNamesOf(int onf, std::size_t numValues)
   }
 }
 
+/// Runs what takes many numbers at once, on processors that have them with registers for four numbers instead of two.
+/// The operations are the same, and so are the results.
+/// @param work calls functions alone that can be compiled in place
+#if defined(__x86_64__) && defined(__GNUC__)
+template <typename Work>
+[[gnu::target("avx2"), gnu::flatten]] void RunWide(const Work& work)
+{
+  work();
+}
+
+template <typename Work>
+void RunMany(const Work& work)
+{
+  static const bool isWide = __builtin_cpu_supports("avx2") != 0;
+  if (isWide)
+    RunWide(work);
+  else
+    work();
+}
+#else
+template <typename Work>
+void RunMany(const Work& work)
+{
+  work();
+}
+#endif
+
 /// Drops the records that a test finds between their limits.
 /// @param isBetween of the first value of a record and its limits
 template <typename IsBetween>
@@ -261,8 +306,10 @@ void DropTensorsBetween(const double* tensors, const ValueLimits& limits, std::v
       low[i]  = limits.low[limit];
       high[i] = limits.high[limit];
     }
-    for (std::size_t i = 0; i < kMany; ++i)
-      between[i] = isBetween({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]}, low[i], high[i]) ? 1.0 : 0.0;
+    RunMany([&] {
+      for (std::size_t i = 0; i < kMany; ++i)
+        between[i] = isBetween({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]}, low[i], high[i]) ? 1.0 : 0.0;
+    });
     for (std::size_t i = 0; i < count; ++i) {
       records[kept] = records[first + i];
       kept += between[i] == 0.0 ? 1 : 0;
@@ -316,19 +363,40 @@ template <typename EstimateOf>
 void EstimateTensors(const double* tensors, std::span<double> estimates, std::span<double> errors,
                      const EstimateOf& estimateOf)
 {
-  constexpr std::size_t  kMany = 64;
-  double                 t[6][kMany]{};
-  TensorBounds::Estimate found[kMany];
+  constexpr std::size_t kMany = 64;
+  double                t[6][kMany]{};
+  double                value[kMany];
+  double                error[kMany];
   for (std::size_t first = 0; first < estimates.size(); first += kMany) {
     const std::size_t count = std::min(kMany, estimates.size() - first);
     for (std::size_t i = 0; i < count; ++i)
       for (std::size_t k = 0; k < 6; ++k) t[k][i] = tensors[6 * (first + i) + k];
-    for (std::size_t i = 0; i < kMany; ++i)
-      found[i] = estimateOf({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]});
-    for (std::size_t i = 0; i < count; ++i) {
-      estimates[first + i] = found[i].value;
-      errors[first + i]    = found[i].error;
-    }
+    RunMany([&] {
+      for (std::size_t i = 0; i < kMany; ++i) {
+        const TensorBounds::Estimate found = estimateOf({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]});
+        value[i]                           = found.value;
+        error[i]                           = found.error;
+      }
+    });
+    std::copy_n(value, count, &estimates[first]);
+    std::copy_n(error, count, &errors[first]);
+  }
+}
+
+using LaneMarks = std::array<bool, TensorLanes::kMany>;
+
+/// Marks tensors that have to be scaled, or are not finite.
+void MarkScaled(const TensorLanes::Lanes& largest, LaneMarks& marks)
+{
+  for (std::size_t i = 0; i < marks.size(); ++i) marks[i] = marks[i] || !IsUnscaled(largest[i]);
+}
+
+/// Finds the squares of the deviators, and marks those that come otherwise with scaling.
+void FindSquares(const TensorLanes::Tensors& t, TensorLanes::Lanes& squares, LaneMarks& marks)
+{
+  for (std::size_t i = 0; i < marks.size(); ++i) {
+    squares[i] = TensorBounds::DeviatorSquare({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]});
+    marks[i]   = marks[i] || !IsExactSquare(squares[i]);
   }
 }
 
@@ -468,18 +536,84 @@ void Component::EvaluateAll(std::span<const double> values, std::span<double> re
     for (std::size_t i = 0; i < results.size(); ++i) results[i] = value[i * numValues_];
     return;
   }
+  if (HasEstimate()) return EvaluateRoots(values.data(), results);
+  if (numValues_ == 6 && (invariant_ == Invariant::Hydrostatic || invariant_ == Invariant::Triaxiality))
+    return EvaluateMeans(values.data(), results);
   const double factor = numValues_ == 6 ? DeviatorFactor() : 0.0;
   if (factor == 0.0) {
     for (std::size_t i = 0; i < results.size(); ++i) results[i] = Evaluate(values.subspan(i * numValues_, numValues_));
     return;
   }
-  // Between these nothing needs scaling, which is exact, so that the result is the same with it; a nan is not between.
-  constexpr double kLeast    = kLeastSquared * kLeastSquared * 0x1p+10;
-  constexpr double kGreatest = kGreatestSquared * kGreatestSquared * 0x1p-10;
   for (std::size_t i = 0; i < results.size(); ++i) {
     const double square = TensorBounds::DeviatorSquare(TensorOf(&values[i * 6]));
-    results[i] =
-        square > kLeast && square < kGreatest ? factor * std::sqrt(square) : Evaluate(values.subspan(i * 6, 6));
+    results[i]          = IsExactSquare(square) ? factor * std::sqrt(square) : Evaluate(values.subspan(i * 6, 6));
+  }
+}
+
+/// Evaluates what is a mean, or one part of the deviator; tensors that need scaling alone.
+void Component::EvaluateMeans(const double* tensors, std::span<double> results) const
+{
+  for (double& result : results) {
+    const TensorBounds::Tensor t      = TensorOf(tensors);
+    const double               size   = TensorBounds::SizeOf(t);  // at most six times the largest component
+    const double               square = TensorBounds::DeviatorSquare(t);
+    const bool                 isMean = invariant_ == Invariant::Hydrostatic;
+    if (size > 8.0 * kLeastSquared && size < kGreatestSquared && (isMean || IsExactSquare(square)))
+      result = isMean ? TensorBounds::MeanOf(t) : TensorBounds::MeanOf(t) / std::sqrt(square);
+    else
+      result = Evaluate(std::span(tensors, 6));
+    tensors += 6;
+  }
+}
+
+/// Evaluates what Jacobi's method gives, several tensors at a time; those that need scaling alone.
+void Component::EvaluateRoots(const double* tensors, std::span<double> results) const
+{
+  constexpr std::size_t kMany   = TensorLanes::kMany;
+  const bool            isRange = invariant_ == Invariant::Tresca || invariant_ == Invariant::MaxShear;
+  for (std::size_t first = 0; first < results.size(); first += kMany) {
+    const std::size_t    count = std::min(kMany, results.size() - first);
+    const double* const  own   = tensors + 6 * first;
+    TensorLanes::Tensors t{};
+    TensorLanes::Lanes   largest;
+    TensorLanes::Lanes   squares{};
+    TensorLanes::Values  p;
+    LaneMarks            isAlone{};
+    for (std::size_t i = 0; i < count; ++i)
+      for (std::size_t k = 0; k < 6; ++k) t[k][i] = own[6 * i + k];
+    TensorLanes::FindLargest(t, largest);
+    MarkScaled(largest, isAlone);
+    if (invariant_ == Invariant::SignedMises) FindSquares(t, squares, isAlone);
+    if (isRange) {
+      TensorLanes::ShiftToDifferences(t);
+      TensorLanes::FindLargest(t, largest);
+      MarkScaled(largest, isAlone);
+    }
+    for (std::size_t i = 0; i < kMany; ++i)
+      if (isAlone[i]) TensorLanes::Clear(t, largest, i);
+    RunMany([&] { TensorLanes::FindPrincipalValues(t, largest, p); });
+    for (std::size_t i = 0; i < count; ++i)
+      results[first + i] =
+          isAlone[i] ? Evaluate(std::span(own + 6 * i, 6)) : OfPrincipalValues({p[0][i], p[1][i], p[2][i]}, squares[i]);
+  }
+}
+
+/// @param square of the deviator
+double Component::OfPrincipalValues(const std::array<double, 3>& p, double square) const noexcept
+{
+  switch (invariant_) {
+    case Invariant::Principal1:
+      return p[0];
+    case Invariant::Principal2:
+      return p[1];
+    case Invariant::Principal3:
+      return p[2];
+    case Invariant::SignedMises:
+      return SignOf(p[0], p[2]) * factor_ * std::sqrt(square);
+    case Invariant::MaxShear:
+      return (p[0] - p[2]) / 2.0;
+    default:
+      return p[0] - p[2];
   }
 }
 

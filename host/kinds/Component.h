@@ -104,6 +104,9 @@ private:
 
   double EvaluateTensor(std::span<const double, 6> tensor) const;
   double DeviatorFactor() const noexcept;
+  void   EvaluateMeans(const double* tensors, std::span<double> results) const;
+  void   EvaluateRoots(const double* tensors, std::span<double> results) const;
+  double OfPrincipalValues(const std::array<double, 3>& p, double square) const noexcept;
   void   KeepTensorsBeyond(const double* tensors, const ValueLimits& limits, std::vector<std::uint32_t>& records) const;
 
   std::string name_;

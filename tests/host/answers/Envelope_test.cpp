@@ -182,7 +182,8 @@ TEST(EnvelopeField, TakesIdsInAnyOrderAndTellsWhichAreNotInAllSteps)
 TEST(EnvelopeField, ManyRecordsAreTakenAsOneByOne)
 {
   for (const std::vector<std::string>& names :
-       {std::vector<std::string>{"xx", "yy", "zz", "xy", "yz", "zx"}, std::vector<std::string>{"yy", "mises"}})
+       {std::vector<std::string>{"xx", "yy", "zz", "xy", "yz", "zx"}, std::vector<std::string>{"yy", "mises"},
+        std::vector<std::string>{"p2", "zx", "tresca"}})
   {
     EnvelopeField                       one(StressComponents(names));
     EnvelopeField                       many(StressComponents(names));
