@@ -45,7 +45,7 @@ ROOMS = {
     "readers": BOTTOM | {"elements", "results", "calculix"},
     "database": BOTTOM | {"kinds", "selection"},
     "mesh": FACTS | {"database"},
-    "import": FACTS | {"results", "readers", "database"},
+    "import": FACTS | {"results", "readers", "database", "mesh"},
     "forces": WORK | {"mesh"},
     "matrix": WORK,
     "diff": WORK,

@@ -7,6 +7,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <numeric>
 #include <span>
 #include <string>
@@ -67,7 +68,10 @@ class Ranking
 {
 public:
   Ranking() = default;
-  explicit Ranking(std::size_t head) : head_(head) {}
+  /// @param floor what the last place has at least in the end, whoever takes it; nan where nothing is known
+  explicit Ranking(std::size_t head, double floor = std::numeric_limits<double>::quiet_NaN())
+      : head_(head), floor_(floor)
+  {}
 
   /// Whether a value may change the ranking; most do not.
   bool Concerns(double badness) const noexcept { return worst_.size() < head_ || badness >= worst_.back().badness; }
@@ -88,10 +92,10 @@ public:
     tiesOfLast_ = dropped == worst_.back().badness ? tiesOfLast_ + 1 : 0;
   }
 
-  /// @return the least badness that Concerns() the ranking; nan while any does
+  /// @return the least badness that concerns the ranking; nan while any does
   double GetLimit() const noexcept
   {
-    return worst_.size() < head_ ? std::numeric_limits<double>::quiet_NaN() : worst_.back().badness;
+    return worst_.size() < head_ || worst_.back().badness < floor_ ? floor_ : worst_.back().badness;
   }
 
   const std::vector<Candidate>& GetWorst() const noexcept { return worst_; }
@@ -125,8 +129,9 @@ public:
   }
 
 private:
-  std::size_t            head_ = 0;
-  std::vector<Candidate> worst_;  // the worst first
+  std::size_t            head_  = 0;
+  double                 floor_ = std::numeric_limits<double>::quiet_NaN();  // does not travel
+  std::vector<Candidate> worst_;                                             // the worst first
   std::size_t            tiesOfLast_ = 0;
   std::size_t            nans_       = 0;
 };
@@ -321,6 +326,35 @@ struct RankingKey
   }
 };
 
+/// What the last place of each ranking has at least, as far as blocks were read, in whatever order. Who knows it passes
+/// over what is better, which is on no place in the end and ties with none there: what is told stays the same. Shared
+/// by threads.
+class KnownLimits
+{
+public:
+  /// @return nan where nothing is known
+  double Get(const RankingKey& key) const
+  {
+    const std::lock_guard lock(mutex_);
+    const auto            found = limits_.find(key);
+    return found == limits_.end() ? std::numeric_limits<double>::quiet_NaN() : found->second;
+  }
+
+  /// @param ranking of any of the blocks
+  void Learn(const RankingKey& key, const Ranking& ranking)
+  {
+    const double limit = ranking.GetLimit();
+    if (std::isnan(limit)) return;
+    const std::lock_guard lock(mutex_);
+    double&               known = limits_.try_emplace(key, limit).first->second;
+    known                       = std::max(known, limit);
+  }
+
+private:
+  mutable std::mutex           mutex_;
+  std::map<RankingKey, double> limits_;
+};
+
 /// What was found in blocks.
 struct Findings
 {
@@ -341,13 +375,15 @@ class Search
 {
 public:
   /// @param database, region not shared with another search
+  /// @param limits           shared with all searches of these blocks
   Search(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks, const StepTimes& times,
-         Region& region, const ExtremeRequest& request)
+         Region& region, const ExtremeRequest& request, KnownLimits& limits)
       : database_(database),
         blocks_(blocks),
         times_(times),
         region_(region),
         request_(request),
+        limits_(limits),
         kinds_(database),
         parts_(database, region, request.per),
         axes_(database, request.axes, request.database)
@@ -369,14 +405,18 @@ public:
   {
     if (region_.AppliesTo(blocks_[number])) ReadBlock(number);
     found_.notes = region_.GetNotes();
+    for (const auto& [key, ranking] : found_.rankings) limits_.Learn(key, ranking);
     return std::exchange(found_, {});
   }
 
   /// Takes what was found in a block, in their order.
   void Absorb(const Findings& findings)
   {
-    for (const auto& [key, ranking] : findings.rankings)
-      all_.rankings.try_emplace(key, request_.head).first->second.Absorb(ranking);
+    for (const auto& [key, ranking] : findings.rankings) {
+      Ranking& all = all_.rankings.try_emplace(key, request_.head).first->second;
+      all.Absorb(ranking);
+      limits_.Learn(key, all);
+    }
     all_.numWithoutAxes += findings.numWithoutAxes;
     all_.values += findings.values;
     all_.hasComponents = all_.hasComponents || findings.hasComponents;
@@ -498,7 +538,13 @@ private:
   /// Rankings stand in the order of kinds, as the components come, by part.
   Ranking& RankingOf(const FED_DataDescriptor& block, const Component& component, std::size_t part)
   {
-    return found_.rankings.try_emplace({kinds_.GetName(block), component.GetName(), part}, request_.head).first->second;
+    RankingKey key{kinds_.GetName(block), component.GetName(), part};
+    auto       found = found_.rankings.find(key);
+    if (found == found_.rankings.end()) {
+      const Ranking ranking(request_.head, limits_.Get(key));
+      found = found_.rankings.emplace(std::move(key), ranking).first;
+    }
+    return found->second;
   }
 
   double BadnessOf(double value) const noexcept
@@ -709,7 +755,7 @@ private:
     const Mesh::Element& element = mesh.Elements()[*place];
     if (!names_) names_.emplace(database_);
     extreme.place    = CentreOf(mesh, element);
-    extreme.type     = TypeNameOf(element.frdType);
+    extreme.type     = names_->TypesOf(iteration).NameOf(element.id, element.frdType);
     extreme.material = element.material == 0 ? "" : names_->MaterialOf(element.material);
   }
 
@@ -718,6 +764,7 @@ private:
   const StepTimes&                       times_;
   Region&                                region_;
   const ExtremeRequest&                  request_;
+  KnownLimits&                           limits_;
   KindTable                              kinds_;
   Parts                                  parts_;
   std::optional<ModelNames>              names_;
@@ -741,7 +788,8 @@ ExtremeReport FindExtremes(const FED_Database& database, const std::vector<FED_D
                            const Readers& readers)
 {
   if (request.head == 0) Fail("the number of worst values is 0, expected 1 or more");
-  Search         first(database, blocks, times, region, request);
+  KnownLimits    limits;
+  Search         first(database, blocks, times, region, request, limits);
   Plan<Findings> plan;
   plan.units      = blocks.size();
   plan.state      = readers.state;
@@ -754,15 +802,15 @@ ExtremeReport FindExtremes(const FED_Database& database, const std::vector<FED_D
       Search                          search;
 
       Own(std::unique_ptr<StoredDatabase> database, const std::vector<FED_DataDescriptor>& blocks,
-          const StepTimes& times, const RegionOptions& options, const ExtremeRequest& request)
+          const StepTimes& times, const RegionOptions& options, const ExtremeRequest& request, KnownLimits& limits)
           : stored(std::move(database)),
             region(stored->Get(), options, request.database),
-            search(stored->Get(), blocks, times, region, request)
+            search(stored->Get(), blocks, times, region, request, limits)
       {}
     };
     auto stored = readers.open();
     if (!stored) return {};
-    const auto own = std::make_shared<Own>(std::move(stored), blocks, times, region.GetOptions(), request);
+    const auto own = std::make_shared<Own>(std::move(stored), blocks, times, region.GetOptions(), request, limits);
     return [own](std::size_t block) { return own->search.Explore(block); };
   };
   plan.onProgress = [&](std::size_t done) {

@@ -66,7 +66,7 @@ std::vector<int> NodesOf(const FED_Database& database, const FED_DataDescriptor&
 
 }  // namespace
 
-ModelNames::ModelNames(const FED_Database& database)
+ModelNames::ModelNames(const FED_Database& database) : database_(database)
 {
   // Of several iterations the first one names a number.
   for (NamedRecord& record : ReadNames(database, OnfKind::Material))
@@ -77,6 +77,13 @@ ModelNames::ModelNames(const FED_Database& database)
 
 std::string ModelNames::MaterialOf(int number) const { return NameOf(materials_, number); }
 
+const DeckTypes& ModelNames::TypesOf(int iteration) const
+{
+  auto found = types_.find(iteration);
+  if (found == types_.end()) found = types_.emplace(iteration, DeckTypes(database_, iteration)).first;
+  return found->second;
+}
+
 void ModelNames::Replace(const FED_DataDescriptor& block, std::vector<Cell>& row) const
 {
   const auto replace = [&row](std::size_t place, const auto& nameOf) {
@@ -85,7 +92,12 @@ void ModelNames::Replace(const FED_DataDescriptor& block, std::vector<Cell>& row
   };
   switch (block.GetInteger(FED_DataDescriptor::OnfId)) {
     case OnfKind::ElementType:
-      replace(1, TypeOf);
+      replace(1, [&](int code) {
+        const int* const         element = std::get_if<int>(&row.front());
+        const std::string* const name =
+            element == nullptr ? nullptr : TypesOf(block.GetInteger(FED_DataDescriptor::Iteration)).Find(*element);
+        return name != nullptr ? *name : TypeOf(code);
+      });
       replace(2, [this](int number) { return NameOf(materials_, number); });
       break;
     case OnfKind::ElementSection:

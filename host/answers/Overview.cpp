@@ -43,10 +43,10 @@ std::size_t CountOnce(std::vector<int> ids)
   return static_cast<std::size_t>(std::unique(ids.begin(), ids.end()) - ids.begin());
 }
 
-std::map<std::string, std::size_t> CountTypes(const Mesh& mesh)
+std::map<std::string, std::size_t> CountTypes(const Mesh& mesh, const DeckTypes& types)
 {
   std::map<std::string, std::size_t> counts;
-  for (const Mesh::Element& element : mesh.Elements()) ++counts[TypeNameOf(element.frdType)];
+  for (const Mesh::Element& element : mesh.Elements()) ++counts[types.NameOf(element.id, element.frdType)];
   return counts;
 }
 
@@ -160,6 +160,36 @@ std::vector<KindSummary> SummarizeKinds(const std::vector<ListedBlock>& blocks, 
   return summaries;
 }
 
+namespace {
+
+/// Adds materials and types of elements.
+void AddElements(const ModelNames& names, int iteration, const Mesh& mesh, std::vector<ModelName>& list)
+{
+  std::map<int, std::size_t> materials;
+  for (const Mesh::Element& element : mesh.Elements())
+    if (element.material != 0) ++materials[element.material];
+  for (const auto& [number, count] : materials)
+    list.push_back({"material", iteration, number, names.MaterialOf(number), count});
+  for (const auto& [type, count] : CountTypes(mesh, names.TypesOf(iteration)))
+    list.push_back({"element-type", iteration, 0, type, count});
+}
+
+/// Adds the orientations of an iteration with the number of elements whose section has them.
+void AddOrientations(const FED_Database& database, int iteration, std::vector<ModelName>& list)
+{
+  std::map<int, std::size_t> counts;
+  const Descriptor           sections(iteration, OnfKind::ElementSection);
+  if (database.HasDataBlock(sections))
+    FED_ForEachSpan(database.GetConstDataBlock(sections), [&](const FED_BlockSpan& span) {
+      ThrowIfInterrupted();
+      for (std::size_t i = 0; i < span.GetCount(); ++i) ++counts[span.GetIntegers(3).GetData()[i]];
+    });
+  for (const NamedRecord& orientation : ReadNames(database, OnfKind::Orientation, iteration))
+    list.push_back({"orientation", iteration, orientation.number, orientation.name, counts[orientation.number]});
+}
+
+}  // namespace
+
 std::vector<ModelName> ListModelNames(const FED_Database& database, Region& region)
 {
   const Descriptors      blocks = database.GetDataDescriptors(FED_DataDescriptorPattern());
@@ -170,14 +200,8 @@ std::vector<ModelName> ListModelNames(const FED_Database& database, Region& regi
     for (const NamedSet& set : region.GetSets(iteration))
       list.push_back({set.ofElements ? "element-set" : "node-set", iteration, ++numbers[set.ofElements ? 1 : 0],
                       set.name, CountOnce(set.ids)});
-    if (!HasMesh(database, iteration)) continue;
-    const Mesh&                mesh = region.GetMesh(iteration);
-    std::map<int, std::size_t> materials;
-    for (const Mesh::Element& element : mesh.Elements())
-      if (element.material != 0) ++materials[element.material];
-    for (const auto& [number, count] : materials)
-      list.push_back({"material", iteration, number, names.MaterialOf(number), count});
-    for (const auto& [type, count] : CountTypes(mesh)) list.push_back({"element-type", iteration, 0, type, count});
+    if (HasMesh(database, iteration)) AddElements(names, iteration, region.GetMesh(iteration), list);
+    AddOrientations(database, iteration, list);
   }
   std::map<std::pair<int, int>, std::size_t> groups;  // by iteration and number
   for (const Descriptor& block : blocks)
@@ -202,7 +226,7 @@ Overview MakeOverview(const FED_Database& database, const std::string& name, con
     overview.iteration = *meshed;
     const Mesh& mesh   = region.GetMesh(*meshed);
     overview.nodes     = mesh.NumNodes();
-    overview.elements  = CountTypes(mesh);
+    overview.elements  = CountTypes(mesh, DeckTypes(database, *meshed));
     overview.box       = BoxOf(mesh);
   } else if (!iterations.empty()) {
     overview.iteration = *iterations.begin();

@@ -39,15 +39,15 @@ std::vector<KindSummary> SummarizeKinds(const std::vector<ListedBlock>& blocks, 
 /// A list of names that the model has, as `quilon sets` shows it.
 struct ModelName
 {
-  std::string what;  ///< "node-set", "element-set", "material", "element-type", "group"
+  std::string what;  ///< "node-set", "element-set", "material", "element-type", "orientation", "group"
   int         iteration = 0;
   int         number    = 0;  ///< 0 of element types
   std::string name;           ///< of a group its number where it has no name
-  std::size_t count = 0;      ///< nodes or elements in it, each once; of a group its blocks
+  std::size_t count = 0;      ///< nodes or elements in it or that have it, each once; of a group its blocks
 };
 
 /// @param region everything; has the mesh
-/// @return sets, materials, element types and groups of averages of all iterations
+/// @return sets, materials, element types, orientations and groups of averages of all iterations
 std::vector<ModelName> ListModelNames(const FED_Database& database, Region& region);
 
 /// How far our averages are from the solver's own.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <memory>
 #include <set>
@@ -249,7 +250,42 @@ private:
       if (found) line.points.back().element = mesh.Elements()[found->element].id;
       line.places.push_back(found);
     }
+    if (!request_.mayBeOutside &&
+        std::none_of(line.places.begin(), line.places.end(), [](const auto& found) { return found.has_value(); }))
+      FailOutside(line, locator, elements.has_value());
     return line;
+  }
+
+  /// Says that no point of a line is in a solid, and where the solids are.
+  [[noreturn]] void FailOutside(const Line& line, const PointLocator& locator, bool isRegion) const
+  {
+    constexpr double           kFar  = std::numeric_limits<double>::infinity();
+    const PathPlace&           first = line.points.front().place;
+    PathPlace                  least{kFar, kFar, kFar};
+    PathPlace                  greatest{-kFar, -kFar, -kFar};
+    double                     distance = kFar;
+    std::optional<std::size_t> nearest;
+    for (const std::size_t solid : locator.Solids()) {
+      for (const std::size_t node : line.mesh.NodesOf(line.mesh.Elements()[solid])) {
+        const PathPlace& at = line.mesh.Points()[node];
+        for (std::size_t k = 0; k < 3; ++k) {
+          least[k]    = std::min(least[k], at[k]);
+          greatest[k] = std::max(greatest[k], at[k]);
+        }
+        const double far = std::hypot(at[0] - first[0], at[1] - first[1], at[2] - first[2]);
+        // Of nodes that are as near the one of the least id: positions ascend with ids.
+        if (far > distance || (far == distance && node > *nearest)) continue;
+        distance = far;
+        nearest  = node;
+      }
+    }
+    const std::size_t count = line.points.size();
+    Fail(request_.database + ": " + (count == 1 ? "the point is" : "all " + Counted(count, "point") + " are") +
+         " outside of all solid elements" + (isRegion ? " of " + request_.region->GetOptions().ToString() : "") +
+         ", which are from " + FormatNumbers(least) + " to " + FormatNumbers(greatest) + "; nearest to " +
+         FormatNumbers(first) + " is node " + std::to_string(line.mesh.NodeIds()[*nearest]) + " at " +
+         FormatNumbers(line.mesh.Points()[*nearest]) + ", " + FormatRounded(distance) +
+         " away. Expected a line that passes one");
   }
 
   enum class Value

@@ -41,6 +41,8 @@ struct PathRequest
   std::vector<PathPlace> places;
   std::string            axes;               ///< see ComponentAxes; empty: global
   bool                   linearize = false;  ///< the places are of equal distance on a straight line
+  /// Whether a report without any value is an answer: for places that are asked one by one.
+  bool mayBeOutside = false;
   /// Whose elements hold places; null: all. Borrowed. Where the line is in a border, this tells which side is meant.
   Region* region = nullptr;
 };
@@ -97,7 +99,8 @@ struct PathReport
 /// principal axes the directions of each tensor stand behind its components: x1, y1, z1 of the first one to z3.
 /// @param blocks the selected descriptors. Blocks of equal keys but the kind are one step.
 /// @throws FED_Failure for what is asked and not there: a mesh, solids, kinds with values along a line, a tensor behind
-///         principal values; with linearize for a place without a value, and unless one kind of stress is selected
+///         principal values, and where every place is outside unless that may be; with linearize for a place without a
+///         value, and unless one kind of stress is selected
 PathReport FollowPath(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                       const PathRequest& request);
 

@@ -45,6 +45,8 @@ public:
   double GetReach() const noexcept { return reach_; }
   /// @return whether there is a solid
   bool HasSolids() const noexcept { return !solids_.empty(); }
+  /// The solids that hold points: positions in Mesh::Elements(), ascending.
+  const std::vector<std::size_t>& Solids() const noexcept { return solids_; }
 
 private:
   const Mesh&              mesh_;

@@ -298,6 +298,12 @@ bool IsWord(const std::string& piece)
   return piece.find_first_not_of("abcdefghijklmnopqrstuvwxyz-") == std::string::npos;
 }
 
+void AddAxes(const DatabaseWords& database, Collector& collector)
+{
+  for (const char* axes : {"global", "principal", "rectangular:", "cylindrical:"}) collector.Add(axes, "axes");
+  database.AddNames("orientation", collector);
+}
+
 /// Adds what an option takes.
 void AddValues(const CLI::Option& option, const std::vector<std::string>& arguments, Collector& collector)
 {
@@ -323,7 +329,7 @@ void AddValues(const CLI::Option& option, const std::vector<std::string>& argume
     else if (piece == "TIME" || piece == "TIMES")
       database().AddTimes(collector);
     else if (piece == "AXES")
-      for (const char* axes : {"global", "principal", "rectangular:", "cylindrical:"}) collector.Add(axes, "axes");
+      AddAxes(database(), collector);
     else if (name == "--set" || piece == "SET,...")
       database().AddNames("-set", collector);
     else if (name == "--material")

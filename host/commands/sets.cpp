@@ -54,9 +54,9 @@ CommandFunction DefineSets(CLI::App& app)
   AddDatabaseArgument(app, options->database);
   AddTableOptions(app, options->form);
   app.footer(
-      "Lists what --set, --material and group=NAME understand: sets of nodes and elements, materials, element types "
-      "and\n"
-      "the groups of averages, each with the number of its nodes or elements, of a group with that of its blocks.\n"
+      "Lists what --set, --material, --axes and group=NAME understand: sets of nodes and elements, materials, element\n"
+      "types, orientations and the groups of averages, each with the number of its nodes or elements, of a group with\n"
+      "that of its blocks.\n"
       "\n"
       "Examples:\n"
       "  quilon sets bracket.onf\n"

@@ -221,12 +221,14 @@ std::vector<IndexKey> KeyColumns(const std::vector<FED_DataDescriptor>& descript
 }
 
 void WriteRows(TableWriter& table, const Shown& shown, const FED_DataBlock& block, const std::vector<RecordKey>& keys,
-               const RecordRows& rows, const std::vector<std::string>& before, const CellStyle& style)
+               const RecordRows& rows, const std::vector<std::string>& before, const std::vector<std::string>& behind,
+               const CellStyle& style)
 {
   shown.ForEachRecord(block, keys, [&](int id, const FED_ConstDataRecord& record) {
     for (const std::vector<Cell>& row : shown.GetRows(rows, block, id, record)) {
       std::vector<std::string> cells = before;
       for (const Cell& cell : row) cells.push_back(FormatCell(cell, style));
+      cells.insert(cells.end(), behind.begin(), behind.end());
       table.Row(std::move(cells));
     }
   });
@@ -253,20 +255,21 @@ void PrintForPeople(Output& output, const TableForm& form, const Shown& shown)
         (time ? *NameOfTimes(shown.times, {descriptor}, shown.kinds) + ' ' + FormatRounded(*time) + "  " : "") +
         Counted(keys.size(), "record") + '\n');
     TableWriter table = MakeTable(output, form, NumberColumns(rows.GetColumns()));
-    WriteRows(table, shown, block, keys, rows, {}, kForPeople);
+    WriteRows(table, shown, block, keys, rows, {}, {}, kForPeople);
     table.Finish();
     before = "\n";
   }
 }
 
-/// One table for all blocks; where there are several, kind, keys and time stand in front of each row. Blocks with other
-/// columns start another table behind an empty line.
+/// One table for all blocks; where there are several, kind, keys and time stand in front of each row. Of a single one
+/// the time stands behind: what is shown of one block has its columns in their places, whatever step it is of. Blocks
+/// with other columns start another table behind an empty line.
 void PrintForPrograms(Output& output, const TableForm& form, const Shown& shown)
 {
   const bool                  areSeveral = shown.descriptors.size() > 1;
   const std::vector<IndexKey> keys       = areSeveral ? KeyColumns(shown.descriptors) : std::vector<IndexKey>();
   const std::string           none       = form.csv ? "" : "-";
-  const auto                  timeName   = areSeveral ? shown.GetTimeName() : std::nullopt;
+  const auto                  timeName   = shown.GetTimeName();
   std::vector<std::string>    former;
   std::optional<TableWriter>  table;
   for (const FED_DataDescriptor& descriptor : shown.descriptors) {
@@ -274,6 +277,7 @@ void PrintForPrograms(Output& output, const TableForm& form, const Shown& shown)
     const RecordRows         rows  = shown.RowsOf(block);
     std::vector<TableColumn> columns;
     std::vector<std::string> before;
+    std::vector<std::string> behind;
     if (areSeveral) {
       columns.push_back({"kind", true});
       before.push_back(shown.kinds.GetName(descriptor));
@@ -285,17 +289,18 @@ void PrintForPrograms(Output& output, const TableForm& form, const Shown& shown)
     }
     if (timeName) {
       const std::optional<double> time = shown.times.TimeOf(descriptor);
-      columns.push_back({*timeName, false});
-      before.push_back(time ? FormatNumber(*time) : none);
+      if (areSeveral) columns.push_back({*timeName, false});
+      (areSeveral ? before : behind).push_back(time ? FormatNumber(*time) : none);
     }
     if (!table || rows.GetColumns() != former) {
       if (table) output.Write("\n");
       const std::vector<TableColumn> values = NumberColumns(rows.GetColumns());
       columns.insert(columns.end(), values.begin(), values.end());
+      if (!behind.empty()) columns.push_back({*timeName, false});
       table.emplace(MakeTable(output, form, std::move(columns)));
       former = rows.GetColumns();
     }
-    WriteRows(*table, shown, block, shown.Choose(block), rows, before, CellStyle());
+    WriteRows(*table, shown, block, shown.Choose(block), rows, before, behind, CellStyle());
   }
 }
 

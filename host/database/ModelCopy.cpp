@@ -14,7 +14,7 @@ std::size_t CopyModel(const FED_Database& database, const std::vector<int>& iter
   for (const int iteration : iterations) {
     for (const FED_OnfId onf :
          {OnfKind::Coordinates, OnfKind::ElementNodes, OnfKind::ElementType, OnfKind::NodeSet, OnfKind::ElementSet,
-          OnfKind::Material, OnfKind::ElementSection, OnfKind::Orientation, OnfKind::TiedNodes})
+          OnfKind::Material, OnfKind::ElementSection, OnfKind::Orientation, OnfKind::TiedNodes, OnfKind::DeckType})
     {
       const FED_DataDescriptor descriptor(iteration, onf);
       if (!database.HasDataBlock(descriptor)) continue;

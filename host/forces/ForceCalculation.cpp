@@ -295,7 +295,7 @@ std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&        
   for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern())) {
     const int  kind   = KindOf(descriptor);
     const bool isMesh = kind == OnfKind::Coordinates || kind == OnfKind::ElementNodes || kind == OnfKind::ElementType ||
-                        kind == OnfKind::ElementSet || kind == OnfKind::TiedNodes;
+                        kind == OnfKind::ElementSet || kind == OnfKind::TiedNodes || kind == OnfKind::DeckType;
     // What tells of all results of an iteration or a step.
     const bool tells    = OnfKind::IsProvenance(kind) || GetQuantity(descriptor) == OnfKind::LargeDisplacements;
     const bool isResult = kind == OnfKind::IntegrationPointStress || kind == OnfKind::Displacement ||

@@ -284,6 +284,13 @@ private:
     Fail(held + "another mesh, " + DescribeDifference(mesh) + " differ; " + kWaysOut);
   }
 
+  /// Names of types stand beside the types: where these are replaced, names that no import brings are of others.
+  bool IsOfTypesBefore(const FED_DataDescriptor& block)
+  {
+    return KindOf(block) == OnfKind::DeckType &&
+           publication_.Target().HasDataBlock(FED_DataDescriptor(iteration_, OnfKind::ElementType));
+  }
+
   void FindGone()
   {
     Descriptors former = formerBlocks_;
@@ -295,7 +302,7 @@ private:
     for (const FED_DataDescriptor& block : former) {
       if (publication_.Target().HasDataBlock(block)) {
         ++report_.numReplaced;
-      } else if (options_.former != FormerResults::Kept) {
+      } else if (options_.former != FormerResults::Kept || IsOfTypesBefore(block)) {
         report_.gone.push_back(block);
         ++report_.goneByKind[kinds.GetName(block)];
       }

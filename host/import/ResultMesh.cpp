@@ -12,6 +12,8 @@
 
 #include "FEM_ResultUtil.h"
 #include "import/DeckImporter.h"
+#include "import/ModelBlocks.h"
+#include "mesh/ElementTopology.h"
 #include "text/Failure.h"
 
 namespace quilon {
@@ -184,6 +186,22 @@ void ResultMesh::SaveElements(FED_Database& database, int iteration)
   }
   nodesView.DeleteIdDataRecord(nodesRecord);
   typeView.DeleteIdDataRecord(typeRecord);
+  SaveDeckTypes(database, iteration);
+}
+
+/// The code of a type tells its shape alone: "C3D8" of a C3D8R. Other names are kept.
+void ResultMesh::SaveDeckTypes(FED_Database& database, int iteration)
+{
+  std::vector<std::pair<int, const char*>> names;
+  for (const auto& [id, element] : elements_.Entries())
+    if (element.deckType != nullptr && std::string_view(element.deckType) != TypeNameOf(element.type))
+      names.emplace_back(id, element.deckType);
+  if (names.empty()) return;
+  RecordWriter writer(database, iteration, OnfKind::DeckType, names.size());
+  for (const auto& [id, name] : names) {
+    writer.Fields().SetString(1, name);
+    writer.Write(id);
+  }
 }
 
 ResultMesh::Node* ResultMesh::FindNode(int id) noexcept

@@ -71,8 +71,8 @@ public:
   ///         with a node that the deck has not
   std::vector<MovedNode> AddDeck(const ImportedDeck& deck);
 
-  /// Writes coordinates (516), node lists (595) and types (596) and forgets the coordinates. The descriptors have the
-  /// iteration and the ONF id alone.
+  /// Writes coordinates (516), node lists (595), types (596) and their names in a deck (609) and forgets the
+  /// coordinates. The descriptors have the iteration and the ONF id alone.
   /// @throws FED_Failure when an element that the database knows has other nodes there
   void Save(FED_Database& database, int iteration);
 
@@ -96,6 +96,7 @@ private:
   void                   AddDeckElement(const ImportedDeck& deck, int id, const InputElement& element, bool isCounted);
   void                   SaveCoordinates(FED_Database& database, int iteration);
   void                   SaveElements(FED_Database& database, int iteration);
+  void                   SaveDeckTypes(FED_Database& database, int iteration);
 
   std::filesystem::path path_;
   IdRadixMap<Node>      nodes_;

@@ -26,10 +26,11 @@ struct Candidate
 
 }  // namespace
 
-std::vector<NamedRecord> ReadNames(const FED_Database& database, int onf)
+std::vector<NamedRecord> ReadNames(const FED_Database& database, int onf, std::optional<int> iteration)
 {
   FED_DataDescriptorPattern pattern;
   pattern.SetEqual(FED_DataDescriptor::OnfId, onf);
+  if (iteration) pattern.SetEqual(FED_DataDescriptor::Iteration, *iteration);
   std::vector<NamedRecord> names;
   for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(pattern)) {
     std::vector<NamedRecord> ofBlock;

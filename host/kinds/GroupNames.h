@@ -3,6 +3,7 @@
 /// @file
 /// Materials and sets by name, and the groups of nodal averages that are meant by them.
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,16 +12,17 @@ class FED_Database;
 
 namespace quilon {
 
-/// A record of materials (602) or sets (600, 601).
+/// A record of materials (602), sets (600, 601) or orientations (604).
 struct NamedRecord
 {
-  int         number = 0;  ///< of a material its id, of a set its number
+  int         number = 0;  ///< of a material its id, of a set or an orientation its number
   std::string name;
 };
 
-/// @param onf OnfKind::Material, NodeSet or ElementSet
-/// @return the records of all iterations by iteration, then number; what is the same in several iterations once
-std::vector<NamedRecord> ReadNames(const FED_Database& database, int onf);
+/// @param onf       OnfKind::Material, NodeSet, ElementSet or Orientation
+/// @param iteration nothing: all
+/// @return the records by iteration, then number; what is the same in several iterations once
+std::vector<NamedRecord> ReadNames(const FED_Database& database, int onf, std::optional<int> iteration = {});
 
 /// Names the sections that elements have (603): each by the first element set that has its elements and no others, else
 /// "section-2".

@@ -34,8 +34,8 @@ struct ElementTopology
 /// @return null for a code that stands for no shape: 0 of springs, masses and the like, and codes that are not known
 const ElementTopology* FindTopology(int frdType) noexcept;
 
-/// @return the name of the plainest type of a deck with this shape, "C3D8"; "none" where there is no shape. A database
-///         does not keep how a type is integrated: a C3D20R is a C3D20 here, and a CPS4 an S4.
+/// @return the name of the plainest type of a deck with this shape, "C3D8"; "none" where there is no shape. A C3D20R
+///         is a C3D20 here, and a CPS4 an S4: DeckTypes has their names.
 const char* TypeNameOf(int frdType) noexcept;
 
 }  // namespace quilon

@@ -110,6 +110,7 @@ std::optional<BorderRule> FindModelRule(int kind)
     case OnfKind::ElementSection:
     case OnfKind::Orientation:
     case OnfKind::LargeDisplacements:
+    case OnfKind::DeckType:
       return BorderRule{BorderRule::MustAgree, 0.0};
     default:
       return std::nullopt;

@@ -145,6 +145,8 @@ py::dict Follow(const std::shared_ptr<Store>& store, const std::string& text, co
   request.database  = store->GetName();
   request.axes      = axes;
   request.linearize = linearizes;
+  // Elements tell which places are outside, and places may be asked one by one.
+  request.mayBeOutside = true;
   for (py::ssize_t i = 0; i < places.shape(0); ++i)
     request.places.push_back({places.at(i, 0), places.at(i, 1), places.at(i, 2)});
   PathReport                         report;

@@ -117,6 +117,7 @@ const std::vector<std::string>& FieldNamesOf(int onf)
       {ImportFile, {"import", "role", "name", "size", "checksum", "changed"}},
       {ImportSetting, {"import", "name", "value"}},
       {TiedNodes, {"how", "nodes"}},
+      {DeckType, {"type"}},
       {StiffnessMatrix, {"rows", "columns", "values", "row-pointers", "column-indices"}},
       {MassMatrix, {"rows", "columns", "values", "row-pointers", "column-indices"}},
   };

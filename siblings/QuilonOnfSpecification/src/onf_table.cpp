@@ -74,6 +74,7 @@ constexpr OnfRow kRows[] = {
     {606, kHistory, "import-setting",              "ISS",       "none",          "number of the import, name and value: the program, the options that were not the default"},
     {607, kHistory, "large-displacements",         "D",         "none",          "1 where the geometry of the result is the deformed one, nan where its deck does not tell; not there otherwise"},
     {608, kHistory, "tied-nodes",               "Slb",       "none",          "nodes that the deck ties to others: how (contact, ties, equations, ...), and their ids"},
+    {609, kElement, "deck-type",                   "S",         "none",          "name of the element's type in the deck, where it is not the plainest type of its code (596)"},
     {903, kElement, "element-energy-contribution", "D",         "energy",        "a further contribution that is added to 540"},
     {913, kNode,    "node-energy-contribution",    "D",         "energy",        "a further contribution that is added to 541"},
 };

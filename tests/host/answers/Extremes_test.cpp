@@ -7,6 +7,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <memory>
 #include <random>
 #include <string>
 #include <tuple>
@@ -21,6 +22,7 @@
 #include "HostileTensors.h"
 #include "kinds/Component.h"
 #include "kinds/KindTable.h"
+#include "progress/Crew.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "TwoBricks.h"
@@ -409,6 +411,31 @@ TEST_P(WorstOfHostile, PartsAndRegionsHaveThoseOfAPlainSearch)
 
 INSTANTIATE_TEST_SUITE_P(, WorstOfHostile, testing::Bool());
 
+/// Does the last unit first: what others know of earlier blocks here is of later ones.
+class BackwardCrew final : public Crew
+{
+public:
+  std::size_t                     GetSize() const noexcept override { return 1; }
+  bool                            Leads() const noexcept override { return true; }
+  std::unique_ptr<UntypedResults> Begin(const UntypedPlan& plan) override
+  {
+    struct Made final : UntypedResults
+    {
+      std::shared_ptr<void> Next() override
+      {
+        std::shared_ptr<void> next = std::move(results.back());
+        results.pop_back();
+        return next;
+      }
+      std::vector<std::shared_ptr<void>> results;
+    };
+    auto       made   = std::make_unique<Made>();
+    const auto worker = plan.makeWorker(true);
+    for (std::size_t unit = plan.units; unit > 0; --unit) made->results.push_back(worker(unit - 1));
+    return made;
+  }
+};
+
 TEST(WorstOfMany, IsThatOfAPlainSearch)
 {
   FED_ResultDatabase                                database;
@@ -429,19 +456,26 @@ TEST(WorstOfMany, IsThatOfAPlainSearch)
     }
   }
   std::sort(plain.begin(), plain.end());
-  ExtremeRequest request;
-  request.selection = Selection("temperature", KindTable());
-  request.head      = 40;
-  Region              region(database, {}, "db");
-  const ExtremeReport report = FindExtremes(database, blocks, StepTimes(database), region, request, nullptr);
-  ASSERT_EQ(report.rows.size(), 40u);
-  for (std::size_t i = 0; i < 40; ++i) {
-    EXPECT_EQ(report.rows[i].value, -std::get<0>(plain[i])) << i;
-    EXPECT_EQ(report.rows[i].block, blocks[std::get<1>(plain[i])]) << i;
-    EXPECT_EQ(report.rows[i].id, std::get<2>(plain[i])) << i;
-    const auto same = std::count_if(plain.begin(), plain.end(),
-                                    [&](const auto& other) { return std::get<0>(other) == std::get<0>(plain[i]); });
-    EXPECT_EQ(report.rows[i].ties, static_cast<std::size_t>(same) - 1) << i;
+  Region       region(database, {}, "db");
+  BackwardCrew backward;
+  for (const std::size_t head : {1U, 7U, 40U}) {
+    ExtremeRequest request;
+    request.selection = Selection("temperature", KindTable());
+    request.head      = head;
+    for (Crew* const crew : {static_cast<Crew*>(nullptr), static_cast<Crew*>(&backward)}) {
+      const ExtremeReport report =
+          FindExtremes(database, blocks, StepTimes(database), region, request, nullptr, {.crew = crew});
+      EXPECT_EQ(report.values, 15000U);
+      ASSERT_EQ(report.rows.size(), head);
+      for (std::size_t i = 0; i < head; ++i) {
+        EXPECT_EQ(report.rows[i].value, -std::get<0>(plain[i])) << i;
+        EXPECT_EQ(report.rows[i].block, blocks[std::get<1>(plain[i])]) << i;
+        EXPECT_EQ(report.rows[i].id, std::get<2>(plain[i])) << i;
+        const auto same = std::count_if(plain.begin(), plain.end(),
+                                        [&](const auto& other) { return std::get<0>(other) == std::get<0>(plain[i]); });
+        EXPECT_EQ(report.rows[i].ties, static_cast<std::size_t>(same) - 1) << i;
+      }
+    }
   }
 }
 

@@ -118,6 +118,23 @@ TEST_F(Path, APlaceOutsideHasNoElementAndNoValue)
   EXPECT_EQ(report.steps[0].numWithoutValues, 0u) << "these are outside, which is another thing";
 }
 
+// Nodes 1 to 4 are at x = 0, 9 to 12 at x = 4; of those that are as near the least id is told.
+TEST_F(Path, ALineThatIsWhollyOutsideIsAFailure)
+{
+  EXPECT_EQ(FailureOf([&] {
+              Follow("stress", PlacesOnLine({7, 0, 1}, {9, 0, 1}, 3));
+            }),
+            "cubes: all 3 points are outside of all solid elements, which are from 0,0,0 to 4,2,2; nearest to 7,0,1 is "
+            "node 9 at 4,0,0, 3.16228 away. Expected a line that passes one");
+  Region      region(database_, {"10"}, "cubes");
+  PathRequest request;
+  request.places = {{3, 1, 0}};
+  request.region = &region;
+  EXPECT_EQ(FailureOf([&] { Follow("stress", request); }),
+            "cubes: the point is outside of all solid elements of --ids 10, which are from 0,0,0 to 2,2,2; nearest to "
+            "3,1,0 is node 5 at 2,0,0, 1.41421 away. Expected a line that passes one");
+}
+
 TEST_F(Path, APlaceInAnElementWithANodeWithoutAValueHasNone)
 {
   for (int node = 1; node <= 11; ++node)

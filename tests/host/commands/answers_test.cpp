@@ -196,6 +196,55 @@ TEST_F(AnswerCommands, SetsAreListedWithMaterialsAndTypes)
             "element-type\t-\tC3D8\t2\n");
 }
 
+// hex8r has elements of C3D8R alone, which its result file calls C3D8, and mixed_linear some.
+TEST_F(AnswerCommands, ElementTypesAreThoseOfTheDeck)
+{
+  const std::string job = QUILON_FIXTURES "/calculix/hex8r/hex8r";
+  const std::string fed = (folder_ / "reduced.fed").string();
+  const std::string onf = (folder_ / "reduced.onf").string();
+  const std::string frd = (folder_ / "plain.fed").string();
+  ASSERT_EQ(RunQuilon({"import", job + ".inp", job + ".frd", job + ".dat", "-o", fed}).exitCode, 0);
+  ASSERT_EQ(RunQuilon({"to-onf", fed, onf}).exitCode, 0);
+  ASSERT_EQ(RunQuilon({"import", job + ".frd", job + ".dat", "-o", frd}).exitCode, 0);
+  for (const std::string& database : {fed, onf, frd}) {
+    const std::string type = database == frd ? "C3D8" : "C3D8R";
+    EXPECT_EQ(Json::parse(RunQuilon({"info", database, "--json"}).out).at("elements"), Json({{type, 3}})) << database;
+    EXPECT_NE(RunQuilon({"info", database}).out.find(" " + type + "\n"), std::string::npos) << database;
+    EXPECT_NE(RunQuilon({"sets", database}).out.find("element-type\t-\t" + type + "\t3\n"), std::string::npos);
+    const Json worst = Json::parse(RunQuilon({"max", database, "element-stress.mises", "--json"}).out);
+    EXPECT_EQ(worst.at(0).at("type"), type) << database;
+    const Json rows = Json::parse(RunQuilon({"show", database, "element-type", "--json"}).out).at(0).at("rows");
+    for (const Json& row : rows) EXPECT_EQ(row.at("type"), type) << database;
+  }
+  EXPECT_EQ(RunQuilon({"diff", fed, onf, "--exact"}).exitCode, 0);
+  EXPECT_EQ(RunQuilon({"show", fed, "deck-type", "--head", "1"}).out, "id\ttype\n12\tC3D8R\n");
+  // What is written beside the model keeps the names.
+  const std::string out = (folder_ / "envelope.fed").string();
+  ASSERT_EQ(RunQuilon({"envelope", fed, "stress.mises", "-o", out}).exitCode, 0);
+  EXPECT_EQ(Json::parse(RunQuilon({"info", out, "--json"}).out).at("elements"), Json({{"C3D8R", 3}}));
+}
+
+TEST_F(AnswerCommands, OrientationsAreListedAsTheyAreNamed)
+{
+  const std::string fed = (folder_ / "oriented.fed").string();
+  ASSERT_EQ(RunQuilon({"import", QUILON_FIXTURES "/calculix/oriented/oriented.inp", "-o", fed}).exitCode, 0);
+  const std::string text = RunQuilon({"sets", fed}).out;
+  EXPECT_NE(text.find("orientation\t1\tSLANTED\t2\norientation\t2\tROUND\t2\n"), std::string::npos) << text;
+  const Json rows = Json::parse(RunQuilon({"sets", fed, "--json"}).out);
+  EXPECT_EQ(rows.back(), Json({{"what", "orientation"}, {"number", 2}, {"name", "ROUND"}, {"count", 2}}));
+}
+
+// Columns of one block stand in their places, whatever step it is of; of several, keys and time are in front.
+TEST_F(AnswerCommands, ShownRecordsHaveTheirTime)
+{
+  EXPECT_EQ(RunQuilon({"show", onf_, "displacement@lc=1,sub=1", "--ids", "12"}).out,
+            "id\tx\ty\tz\ttime\n12\t6\t-6\t0\t0.5\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress.mises@lc=2", "--ids", "12", "--csv"}).out, "id,mises,time\n12,24,2\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "stress.mises@lc=1", "--ids", "12", "--csv"}).out,
+            "kind,it,an,lc,sub,time,id,mises\nnodal-stress,0,1,1,1,0.5,12,6\nnodal-stress,0,1,1,2,1,12,12\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "coordinates", "--ids", "12", "--csv"}).out, "id,x,y,z\n12,2,0,1\n");
+}
+
 TEST_F(AnswerCommands, ListingHasTimesAndASummary)
 {
   EXPECT_EQ(RunQuilon({"ls", onf_, "displacement", "--time", "1:"}).out,

@@ -116,6 +116,14 @@ TEST_F(Completion, StepsTimesAndNamesAreOfTheDatabaseAtHand)
   for (const std::string& name : sets) EXPECT_EQ(Complete({"show", bricks_, "--set", name}).front(), name);
 }
 
+TEST_F(Completion, AxesMayBeAnOrientation)
+{
+  const std::string fed = (folder_ / "oriented.fed").string();
+  ASSERT_EQ(RunQuilon({"import", QUILON_FIXTURES "/calculix/oriented/oriented.inp", "-o", fed}).exitCode, 0);
+  EXPECT_EQ(Complete({"show", fed, "--axes", ""}),
+            (Words{"global", "principal", "rectangular:", "cylindrical:", "SLANTED", "ROUND"}));
+}
+
 TEST_F(Completion, DatabaseThatCannotBeReadOffersNothing)
 {
   std::filesystem::remove(folder_.GetPath() / "small.onf" / "index");

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -51,6 +52,18 @@ TEST_F(PathCommand, APointOutsideIsToldAndHasNoValue)
   EXPECT_EQ(run.out, "s,x,y,z,element,xx\n0,1.5,0.5,0.5,102,8.5\n0.5,2,0.5,0.5,102,10.5\n1,2.5,0.5,0.5,,\n");
   EXPECT_EQ(run.err,
             "quilon: note: 1 point of 3 outside of all solid elements, without values; the first at 2.5,0.5,0.5\n");
+}
+
+TEST_F(PathCommand, ALineOutsideIsAnErrorThatTellsWhereTheModelIs)
+{
+  const std::string plot = (folder_ / "line.svg").string();
+  const RunResult   run  = Follow({"stress.xx", "--time", "1", "--from", "3,0,0", "--to", "5,0,0", "--plot", plot});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "quilon: error: " + onf_ +
+                         ": all 51 points are outside of all solid elements, which are from 0,0,0 to 2,1,1; nearest to "
+                         "3,0,0 is node 9 at 2,0,0, 1 away. Expected a line that passes one\n");
+  EXPECT_FALSE(std::filesystem::exists(plot));
 }
 
 TEST_F(PathCommand, IsWithinTheRegionThatIsAskedFor)

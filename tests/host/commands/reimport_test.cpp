@@ -202,6 +202,24 @@ TEST_P(Reimport, WithADeckMoreIsTheSameMesh)
   EXPECT_THAT(run.err, HasSubstr("blocks removed: element-section (1), element-set (1), material (1)"));
 }
 
+// Names of types that an import left are not those of the types that the next one brings.
+TEST_P(Reimport, NamesOfTypesGoWithTheTypes)
+{
+  const std::string fixture = QUILON_FIXTURES "/calculix/hex8r/hex8r.inp";
+  std::ifstream     in(fixture, std::ios::binary);
+  std::string       deck((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  const std::string reduced = Write("reduced.inp", deck);
+  deck.replace(deck.find("C3D8R,"), 6, "C3D8,");
+  const std::string full  = Write("full.inp", deck);
+  const auto        types = [this] { return json::parse(RunQuilon({"info", out_, "--json"}).out).at("elements"); };
+  ASSERT_EQ(RunQuilon({"import", reduced, "-o", out_}).exitCode, 0);
+  EXPECT_EQ(types().begin().key(), "C3D8R");
+  ASSERT_EQ(RunQuilon({"import", full, "--keep-others", "-o", out_}).exitCode, 0);
+  EXPECT_EQ(types().begin().key(), "C3D8");
+  ASSERT_EQ(RunQuilon({"import", reduced, "-o", out_}).exitCode, 0);
+  EXPECT_EQ(types().begin().key(), "C3D8R");
+}
+
 TEST_P(Reimport, LeavesStoredMatricesWhereTheMeshStays)
 {
   const std::string frd = Write("job.frd", FrdText(1));

@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,23 @@ TEST_F(ShardCommands, WhatIsSplitAndJoinedIsTheSameToTheLastBit)
   EXPECT_EQ(RunQuilon({"split", fed_, "--by", "4", "-o", shards_}).exitCode, 0);
   EXPECT_EQ(RunQuilon(JoinOf(4)).exitCode, 0);
   EXPECT_EQ(RunQuilon({"diff", fed_, joined_, "--exact"}).exitCode, 0);
+}
+
+// Sections and the deck's names of element types are of elements, which parts divide and at whose borders they meet.
+TEST_F(ShardCommands, WhatADeckSaysIsSplitAndJoined)
+{
+  const std::string deck = QUILON_FIXTURES "/calculix/mixed_linear/mixed_linear.inp";
+  fs::remove_all(fed_);
+  ASSERT_EQ(RunQuilon({"import", deck, "-o", fed_}).exitCode, 0);
+  for (const std::string by : {"2", "set"}) {
+    fs::remove_all(shards_);
+    fs::remove_all(joined_);
+    EXPECT_EQ(RunQuilon({"split", fed_, "--by", by, "-o", shards_}).exitCode, 0);
+    const auto count = std::distance(fs::directory_iterator(shards_), fs::directory_iterator());
+    EXPECT_EQ(RunQuilon(JoinOf(static_cast<int>(count))).exitCode, 0) << by;
+    EXPECT_EQ(RunQuilon({"diff", fed_, joined_, "--exact"}).exitCode, 0) << by;
+    EXPECT_NE(RunQuilon({"sets", joined_}).out.find("element-type\t-\tC3D8R\t"), std::string::npos) << by;
+  }
 }
 
 TEST_F(ShardCommands, RecordsThatMeetWithoutARuleAreTroubleAndLeaveNothing)

@@ -200,8 +200,8 @@ protected:
 TEST_F(ShowModel, ComponentsStandInTheirPlace)
 {
   EXPECT_EQ(RunQuilon({"show", onf_, "stress.mises,stress.p3@lc=1,sub=1", "--ids", "2,4", "--csv"}).out,
-            "id,mises,p3\n2,1,0\n4,2,0\n");
-  EXPECT_EQ(RunQuilon({"show", onf_, "displacement.y", "--time", "2", "--ids", "3"}).out, "id\ty\n3\t-6\n");
+            "id,mises,p3,time\n2,1,0,0.5\n4,2,0,0.5\n");
+  EXPECT_EQ(RunQuilon({"show", onf_, "displacement.y", "--time", "2", "--ids", "3"}).out, "id\ty\ttime\n3\t-6\t2\n");
 }
 
 TEST_F(ShowModel, JsonNamesComponentsAndTheTime)
@@ -238,7 +238,7 @@ TEST_F(ShowModel, ComponentsAreInTheAxesThatAreAskedFor)
             "quilon: note: 1 value at places where the axes are none, or that are not known\n");
   EXPECT_EQ(
       RunQuilon({"show", onf_, "displacement", "--time", "1", "--ids", "5", "--axes", "rectangular:0,1,0,1,0,0"}).out,
-      "id\tx\ty\tz\n5\t-5\t5\t0\n");
+      "id\tx\ty\tz\ttime\n5\t-5\t5\t0\t1\n");
 }
 
 // xy alone: principal values at 45 degrees, the third direction their vector product.
@@ -259,9 +259,9 @@ TEST_F(ShowModel, PrincipalAxesAreShownWithTheirDirections)
 TEST_F(ShowModel, RegionsAreOfTheModel)
 {
   EXPECT_EQ(RunQuilon({"show", onf_, "stress.xx", "--time", "1", "--material", "ALU", "--box", "1,0,0,2,0,0"}).out,
-            "id\txx\n5\t5\n9\t9\n");
+            "id\txx\ttime\n5\t5\t1\n9\t9\t1\n");
   const RunResult near = RunQuilon({"show", onf_, "element-stress.tresca", "--time", "1", "--near", "2,0,0"});
-  EXPECT_EQ(near.out, "id\ttresca\n102\t4\n");
+  EXPECT_EQ(near.out, "id\ttresca\ttime\n102\t4\t1\n");
   EXPECT_EQ(near.err, "quilon: note: the node nearest to 2,0,0 is 9 at distance 0\n");
   const RunResult none = RunQuilon({"show", onf_, "stress", "--box", "7,7,7,8,8,8"});
   EXPECT_EQ(none.err,

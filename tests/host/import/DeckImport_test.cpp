@@ -201,6 +201,20 @@ TEST(DeckImport, SetsMaterialsSectionsAndOrientationsAreBlocks)
                                                testing::Pair(2, "ALUMINIUM 2.7e-09 70000 0.33")));
 }
 
+// What the code of the type does not tell: a C3D8 has that of its shape, and needs no record.
+TEST(DeckImport, TypesOfTheDeckAreKeptWhereTheirCodeDoesNotTellThem)
+{
+  Imported mixed(WithDeck("mixed_linear/mixed_linear"));
+  EXPECT_THAT(mixed.Rows(609), ElementsAre(testing::Pair(75, "C3D8R")));
+  EXPECT_EQ(mixed.Rows(596).at(75), "1 2");
+  Imported shells(WithDeck("c_shell_iso/c_shell_iso3d"));
+  EXPECT_EQ(shells.Rows(609).begin()->second, "S8R") << "of a shell that the solver has expanded";
+  Imported plain(WithDeck("hex8/hex8"));
+  EXPECT_FALSE(plain.database.HasDataBlock(MeshKey(609)));
+  Imported without({Fixture("hex8r/hex8r.frd")});
+  EXPECT_FALSE(without.database.HasDataBlock(MeshKey(609)));
+}
+
 TEST(DeckImport, AnElementThatTwoSectionsNameBelongsToTheLast)
 {
   const TempFolder folder;

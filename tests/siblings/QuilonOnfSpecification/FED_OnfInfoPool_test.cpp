@@ -40,6 +40,7 @@ TEST(OnfInfoPool, KnowsTheFixedIds)
   ExpectInfo(606, 15, "import-setting", "ISS");
   ExpectInfo(607, 15, "large-displacements", "D");
   ExpectInfo(608, 15, "tied-nodes", "Slb");
+  ExpectInfo(609, 1, "deck-type", "S");
   ExpectInfo(FED_OnfId_ScalarHistory, 15, "scalar-history", "D");
   ExpectInfo(FED_OnfId_ElementNodes, 1, "element-nodes", "lb");
   ExpectInfo(510, 0, "displacement", "V");
@@ -85,7 +86,7 @@ TEST(OnfInfoPool, TellsUserKindsByTheHundred)
 
 TEST(OnfInfoPool, GivesAnyOtherIdKind14AndAName)
 {
-  for (const int id : {-1, 0, 1, 499, 523, 609, 904, 999, 2000, INT_MAX, INT_MIN})
+  for (const int id : {-1, 0, 1, 499, 523, 610, 904, 999, 2000, INT_MAX, INT_MIN})
     ExpectInfo(id, 14, "onf-" + std::to_string(id), "");
 }
 

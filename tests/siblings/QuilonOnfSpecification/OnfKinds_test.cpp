@@ -74,6 +74,7 @@ const std::map<int, std::string> kNamed = {
     {OnfKind::ImportSetting, "import-setting"},
     {OnfKind::LargeDisplacements, "large-displacements"},
     {OnfKind::TiedNodes, "tied-nodes"},
+    {OnfKind::DeckType, "deck-type"},
     {OnfKind::ElementEnergyContribution, "element-energy-contribution"},
     {OnfKind::NodeEnergyContribution, "node-energy-contribution"},
 };

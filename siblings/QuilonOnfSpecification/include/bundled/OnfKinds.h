@@ -86,6 +86,7 @@ inline constexpr auto ImportFile                = static_cast<FED_OnfId>(605);
 inline constexpr auto ImportSetting             = static_cast<FED_OnfId>(606);
 inline constexpr auto LargeDisplacements        = static_cast<FED_OnfId>(607);
 inline constexpr auto TiedNodes                 = static_cast<FED_OnfId>(608);
+inline constexpr auto DeckType                  = static_cast<FED_OnfId>(609);
 inline constexpr auto ElementEnergyContribution = static_cast<FED_OnfId>(903);
 inline constexpr auto NodeEnergyContribution    = static_cast<FED_OnfId>(913);
 
