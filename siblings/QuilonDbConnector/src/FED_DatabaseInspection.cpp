@@ -19,6 +19,8 @@
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "bundled/FED_FileLayer.h"
+#include "bundled/FED_IdOrder.h"
+#include "IdOrderLayout.h"
 #include "KeyTable.h"
 #include "Manifest.h"
 #include "SegmentCheck.h"
@@ -122,13 +124,24 @@ public:
     for (const std::string& name : names_) {
       const auto& segments = state_.manifest.segments;
       const auto  isOurs   = [&](const SegmentEntry& entry) { return IsFileOf(entry, name); };
-      if (name == "manifest.new" || (IsFileOfSegment(name) && std::none_of(segments.begin(), segments.end(), isOurs)))
+      if (name == "manifest.new" || IsUnfinishedIdOrder(name) ||
+          (IsFileOfSegment(name) && std::none_of(segments.begin(), segments.end(), isOurs)))
         leftovers.push_back(name);
     }
     if (cutBytes_ > 0) leftovers.push_back("the last " + std::to_string(cutBytes_) + " bytes of manifest");
     return leftovers;
   }
 
+  // Files of orders by id.
+  std::vector<std::filesystem::path> FindIdOrders() const
+  {
+    std::vector<std::filesystem::path> paths;
+    for (const std::string& name : names_)
+      if (IsIdOrderName(name)) paths.push_back(folder_ / name);
+    return paths;
+  }
+
+  FED_FileLayer&                   GetFiles() const noexcept { return files_; }
   const Manifest&                  GetManifest() const noexcept { return state_.manifest; }
   const std::vector<FoundSegment>& GetSegments() const noexcept { return segments_; }
   // Files of linked segments, as the segments of other databases that they are.
@@ -417,6 +430,16 @@ void CheckSharedFile(const FoundSegment& found, FED_DatabaseReport& report)
   });
 }
 
+// Checks all bytes of an order by id. Whether its blocks are as they were is for those to tell who use it.
+void CheckIdOrder(FED_FileLayer& files, const std::filesystem::path& path, FED_DatabaseReport& report)
+{
+  Attempt(report.findings, [&] {
+    const FED_IdOrder order(files, path);
+    for (std::uint64_t page = 0; page < order.GetPageCount(); ++page)
+      Attempt(report.findings, [&] { order.CheckPage(page); });
+  });
+}
+
 void CheckDescriptors(const StoredState& state, FED_DatabaseReport& report)
 {
   std::map<FED_DataDescriptor, BlockUid> known;
@@ -607,6 +630,7 @@ struct FED_DatabaseInspector::State
       Attempt(frame.findings, [&] { RequireBlocksBelow(*found.segment, inspected.GetManifest().nextBlock); });
     alive  = FindAlive(*state);
     blocks = SortBlocks(*state);
+    orders = inspected.FindIdOrders();
   }
 
   FED_FileLayer                          ownFiles;
@@ -615,6 +639,7 @@ struct FED_DatabaseInspector::State
   std::optional<StoredState>             state;
   AliveExtents                           alive;
   std::vector<const StoredState::Block*> blocks;
+  std::vector<std::filesystem::path>     orders;
 };
 
 FED_DatabaseInspector::FED_DatabaseInspector(const std::filesystem::path& folder, FED_FileLayer* files)
@@ -625,11 +650,12 @@ FED_DatabaseInspector::~FED_DatabaseInspector() = default;
 
 const FED_DatabaseReport& FED_DatabaseInspector::GetFrame() const noexcept { return state_->frame; }
 
-// Segments, shared files, blocks, then the id maps.
+// Segments, shared files, blocks, the id maps, then orders by id.
 std::size_t FED_DatabaseInspector::CountParts() const noexcept
 {
   if (!state_->state) return 0;
-  return state_->inspected.GetSegments().size() + state_->inspected.GetSharedFiles().size() + state_->blocks.size() + 1;
+  return state_->inspected.GetSegments().size() + state_->inspected.GetSharedFiles().size() + state_->blocks.size() +
+         1 + state_->orders.size();
 }
 
 FED_DatabaseReport FED_DatabaseInspector::CheckPart(std::size_t part) const
@@ -649,8 +675,10 @@ FED_DatabaseReport FED_DatabaseInspector::CheckPart(std::size_t part) const
   part -= shared.size();
   if (part < state_->blocks.size())
     CheckBlock(*state_->blocks[part], report);
-  else
+  else if (part == state_->blocks.size())
     CheckIds(*state_->state, report);
+  else
+    CheckIdOrder(state_->inspected.GetFiles(), state_->orders[part - state_->blocks.size() - 1], report);
   return report;
 }
 

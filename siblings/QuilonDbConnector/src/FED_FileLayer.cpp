@@ -99,13 +99,6 @@ std::error_code FindWhetherStillThere(int handle, const char* path, bool& isTher
   return {};
 }
 
-// Errors of locking by which a file system says that it has no locks, or none for folders.
-bool TellsOfNoLocks(int error) noexcept
-{
-  constexpr std::array kErrors = {EBADF, EINVAL, ENOLCK, ENOSYS, EOPNOTSUPP};
-  return std::find(kErrors.begin(), kErrors.end(), error) != kErrors.end();
-}
-
 std::error_code LockHandle(int handle) noexcept
 {
   if (Retry([&] { return ::flock(handle, LOCK_EX | LOCK_NB); }) == 0) return {};
@@ -120,6 +113,13 @@ std::error_code FED_FileLayer::NotAFile() noexcept
 {
   static const FileErrors errors;
   return {1, errors};
+}
+
+bool FED_FileLayer::TellsOfNoLocks(const std::error_code& error) noexcept
+{
+  constexpr std::array kErrors = {EBADF, EINVAL, ENOLCK, ENOSYS, EOPNOTSUPP};
+  return error.category() == std::generic_category() &&
+         std::find(kErrors.begin(), kErrors.end(), error.value()) != kErrors.end();
 }
 
 void FED_FileLayer::OnSignal() {}
@@ -316,7 +316,7 @@ std::error_code FED_FileLayer::LockFolder(const std::filesystem::path& folder, H
   OpenHandle opened(OpenDescriptor(folder, O_RDONLY | O_DIRECTORY, 0));
   if (opened.Get() < 0) return LastError();
   const std::error_code error = LockHandle(opened.Get());
-  if (error && (error.category() != std::generic_category() || !TellsOfNoLocks(error.value()))) return error;
+  if (error && !TellsOfNoLocks(error)) return error;
   bool isThere = false;
   if (const std::error_code failure = FindWhetherStillThere(opened.Get(), folder.c_str(), isThere)) return failure;
   if (!isThere) return std::make_error_code(std::errc::no_such_file_or_directory);

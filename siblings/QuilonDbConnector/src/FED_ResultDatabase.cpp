@@ -12,11 +12,13 @@
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "QuilonUtilities/FED_Failure.h"
 
-#include "bundled/FED_FileLayer.h"
+#include "bundled/FED_LockFileLayer.h"
 #include "bundled/FED_RecordFormat.h"
 #include "ChunkCache.h"
 #include "DbFailure.h"
 #include "DirtyRows.h"
+#include "IdOrderLayout.h"
+#include "IdOrderWriter.h"
 #include "ResultDataBlock.h"
 #include "SegmentStore.h"
 
@@ -125,7 +127,7 @@ struct FED_ResultDatabase::Disk
         cache(store, GetMemoryLimit(Create, options), GetMostMemory(options), std::move(spill))
   {}
 
-  FED_FileLayer                ownFiles;
+  FED_LockFileLayer            ownFiles;
   SegmentStore                 store;
   ChunkCache                   cache;
   std::set<FED_DataDescriptor> undeclared;  // blocks that are new, or whose format is
@@ -136,6 +138,15 @@ struct FED_ResultDatabase::Disk
 };
 
 namespace {
+
+std::vector<std::string> ListIdOrders(const SegmentStore& store)
+{
+  std::vector<std::string> names;
+  RequireSuccess(store.GetFiles().List(store.GetFolder(), names), store.GetFolder(), "list");
+  std::erase_if(names, [](const std::string& name) { return !IsIdOrderName(name); });
+  std::sort(names.begin(), names.end());
+  return names;
+}
 
 using Translations = std::array<KeyTranslation, FED_ResultIdMapsPool::kNumKinds>;
 
@@ -191,6 +202,14 @@ bool FED_ResultDatabase::IsInitialized() const { return true; }
 void FED_ResultDatabase::Commit() { Publish(false); }
 
 void FED_ResultDatabase::Compact() { Publish(true); }
+
+FED_CompactionPiece FED_ResultDatabase::CompactPiece(std::uint64_t room)
+{
+  if (disk_ == nullptr) return {};
+  Publish(false);
+  const SegmentStore::Piece piece = disk_->store.CompactPiece(room);
+  return {piece.segments, piece.bytesBefore, piece.bytesAfter, piece.keptSegments, piece.keptBytes, piece.roomForAll};
+}
 
 FED_LinkReport FED_ResultDatabase::LinkBlocks(const std::filesystem::path&           source,
                                               const std::vector<FED_DataDescriptor>& descriptors)
@@ -302,6 +321,97 @@ std::uint64_t FED_ResultDatabase::GetBlockPrint(const FED_DataDescriptor& descri
     ThrowBlockFailure(descriptor, "no such block is on disk", kTag);
   const auto onf = static_cast<FED_OnfId>(descriptor.values[FED_DataDescriptor::OnfId]);
   return disk_->store.GetPrint(found->second.uid, FED_OnfInfoPool::GetOnfInfo(onf).GetEntityKind());
+}
+
+std::uint64_t FED_ResultDatabase::GetRowPrint(const FED_DataDescriptor& descriptor) const
+{
+  const auto found = blocks_.find(descriptor);
+  if (disk_ == nullptr || found == blocks_.end() || disk_->store.FindBlock(found->second.uid) == nullptr)
+    ThrowBlockFailure(descriptor, "no such block is on disk", kTag);
+  return disk_->store.GetPrint(found->second.uid, FED_ResultIdMapsPool::kNumKinds);
+}
+
+FED_IdOrders FED_ResultDatabase::OpenIdOrders() const
+{
+  FED_IdOrders found;
+  if (disk_ == nullptr) return found;
+  for (const std::string& name : ListIdOrders(disk_->store)) {
+    try {
+      found.orders.emplace_back(disk_->store.GetFiles(), disk_->store.GetFolder() / name);
+    } catch (const FED_Failure& failure) {
+      found.failures.emplace_back(failure.what());
+    }
+  }
+  return found;
+}
+
+FED_IdOrderReport FED_ResultDatabase::WriteIdOrder(const std::vector<FED_DataDescriptor>& descriptors,
+                                                   std::size_t                            memory)
+{
+  if (disk_ == nullptr)
+    throw FED_Failure("FED_ResultDatabase: a database in memory takes no order by id, expected one on disk", kTag);
+  RequireWriter();
+  std::vector<IdOrderSource> sources;
+  std::size_t                width = 0;
+  for (const FED_DataDescriptor& descriptor : descriptors) {
+    const ResultDataBlock& block = RequireBlock(descriptor);
+    const std::size_t      own =
+        block.GetRecordFormat().GetTypes().size() == 1 ? block.GetRecordFormat().GetDoubleCount() : 0;
+    if (own == 0 || block.GetRecordCount() == 0)
+      ThrowBlockFailure(descriptor, "has no place in an order by id, expected records of one, three or six doubles",
+                        kTag);
+    if (width != 0 && own != width)
+      ThrowBlockFailure(descriptor, "has other records than the block before it, expected one format", kTag);
+    width = own;
+    sources.push_back({{descriptor, GetRowPrint(descriptor)}, &block});
+    sources.back().block.descriptor.cached[0] = sources.back().block.descriptor.cached[1] = -1;
+  }
+  if (sources.empty()) throw FED_Failure("FED_ResultDatabase: an order by id of no block, expected some", kTag);
+  const WrittenIdOrder written =
+      ::WriteIdOrder(disk_->store.GetFiles(), disk_->store.GetFolder(), sources, width, memory);
+  return {written.file, written.rowCount, written.fileBytes, written.temporaryBytes};
+}
+
+std::vector<std::string> FED_ResultDatabase::RemoveStaleIdOrders()
+{
+  return RemoveIdOrders([this](const std::filesystem::path& path) {
+    try {
+      const FED_IdOrder order(disk_->store.GetFiles(), path);
+      const auto&       blocks = order.GetBlocks();
+      const auto        alive  = std::count_if(blocks.begin(), blocks.end(),
+                                               [this](const FED_OrderedBlock& block) { return IsAsItWas(block); });
+      return 2 * static_cast<std::size_t>(alive) < blocks.size();
+    } catch (const FED_Failure&) {
+      return true;  // it helps nobody
+    }
+  });
+}
+
+std::vector<std::string> FED_ResultDatabase::RemoveIdOrders()
+{
+  return RemoveIdOrders([](const std::filesystem::path&) { return true; });
+}
+
+std::vector<std::string> FED_ResultDatabase::RemoveIdOrders(
+    const std::function<bool(const std::filesystem::path&)>& isUnwanted)
+{
+  std::vector<std::string> removed;
+  if (disk_ == nullptr) return removed;
+  RequireWriter();
+  for (std::string& name : ListIdOrders(disk_->store)) {
+    const std::filesystem::path path = disk_->store.GetFolder() / name;
+    if (!isUnwanted(path)) continue;
+    RequireSuccess(disk_->store.GetFiles().Remove(path), path, "remove");
+    removed.push_back(std::move(name));
+  }
+  return removed;
+}
+
+bool FED_ResultDatabase::IsAsItWas(const FED_OrderedBlock& block) const
+{
+  const auto found = blocks_.find(block.descriptor);
+  return found != blocks_.end() && disk_ != nullptr && disk_->store.FindBlock(found->second.uid) != nullptr &&
+         GetRowPrint(block.descriptor) == block.print;
 }
 
 std::uint64_t FED_ResultDatabase::GetGeneration() const noexcept

@@ -18,6 +18,7 @@ constexpr std::size_t   kLargeWidth     = 32;
 constexpr std::size_t   kMaxSegments    = 192;
 constexpr std::uint64_t kLeastDeadBytes = std::uint64_t{1} << 16;
 constexpr std::uint64_t kKeptLinkBytes  = std::uint64_t{1} << 22;
+constexpr std::uint64_t kMostBytes      = std::uint64_t{1} << 31;  // of a merged segment
 
 std::size_t GetLevel(std::uint64_t bytes) noexcept
 {
@@ -41,14 +42,22 @@ bool IsWorthIt(const std::vector<SegmentSize>& segments, const MergeWindow& wind
 
 std::optional<MergeWindow> ChooseLevel(const std::vector<SegmentSize>& segments, std::size_t level)
 {
-  MergeWindow window{0, 0};
+  MergeWindow   window{0, 0};
+  std::uint64_t bytes = 0;
   for (std::size_t i = 0; i <= segments.size(); ++i) {
-    if (i < segments.size() && !IsKept(segments[i]) && GetLevel(segments[i].fileBytes) <= level) {
-      ++window.count;
-      continue;
+    const bool isPart = i < segments.size() && !IsKept(segments[i]) && GetLevel(segments[i].fileBytes) <= level;
+    const bool isFull = isPart && segments[i].fileBytes > kMostBytes - std::min(bytes, kMostBytes);
+    if (!isPart || isFull) {
+      if (IsWorthIt(segments, window, level)) return window;
+      window = {i, 0};
+      bytes  = 0;
     }
-    if (IsWorthIt(segments, window, level)) return window;
-    window = {i + 1, 0};
+    if (isPart) {
+      ++window.count;
+      bytes += segments[i].fileBytes;
+    } else {
+      window.first = i + 1;
+    }
   }
   return std::nullopt;
 }
@@ -60,6 +69,20 @@ std::optional<MergeWindow> ChooseDead(const std::vector<SegmentSize>& segments)
         segments[i].deadBytes > segments[i].fileBytes / 2)
       return MergeWindow{i, 1};
   return std::nullopt;
+}
+
+// The most neighbours that are small enough together.
+MergeWindow ChooseMost(const std::vector<SegmentSize>& segments)
+{
+  MergeWindow   most{0, 0};
+  std::size_t   first = 0;
+  std::uint64_t bytes = 0;
+  for (std::size_t i = 0; i < segments.size(); ++i) {
+    bytes += segments[i].fileBytes;
+    for (; bytes > kMostBytes; ++first) bytes -= segments[first].fileBytes;
+    if (i + 1 - first > most.count) most = {first, i + 1 - first};
+  }
+  return most;
 }
 
 // Of all windows of half the segments that with the fewest bytes.
@@ -304,8 +327,17 @@ std::optional<MergeWindow> ChooseMerge(const std::vector<SegmentSize>& segments)
   // Large ones first: what is merged once need not be merged again within them.
   for (std::size_t level = kNumLevels; level-- > 0;)
     if (const auto window = ChooseLevel(segments, level)) return window;
-  if (segments.size() > kMaxSegments) return ChooseCheapest(segments);
-  return ChooseDead(segments);
+  if (segments.size() <= kMaxSegments) return ChooseDead(segments);
+  const MergeWindow most = ChooseMost(segments);
+  return most.count >= kSmallWidth ? most : ChooseCheapest(segments);
+}
+
+std::uint64_t CountMergedBytes(const std::vector<Segment*>& window, bool isFirst, const StoredState& state)
+{
+  const Merge merge(window, isFirst, state);
+  if (merge.GetContents().IsEmpty()) return 0;
+  return CountSegmentBytes(merge.GetContents(),
+                           [&](BlockUid uid) -> const StoredBlock& { return state.FindBlock(uid)->stored; });
 }
 
 std::unique_ptr<Segment> MergeSegments(FED_FileLayer& files, const std::filesystem::path& folder,

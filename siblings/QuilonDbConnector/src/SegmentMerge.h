@@ -34,9 +34,17 @@ struct MergeWindow
 /// double, so each is moved a number of times that grows with the logarithm of what is stored. A segment whose bytes
 /// are mostly dead is written anew alone. More than 192 segments never stay.
 ///
+/// What is merged has at most 2 GiB, so that a large database can be compacted in pieces. Where more than 192 segments
+/// have no eight neighbours that are so small together, half of them are merged whatever they have.
+///
 /// Linked segments of more than 4 MiB stay as they are, so that values which databases share are not written anew,
 /// until there are too many segments.
 std::optional<MergeWindow> ChooseMerge(const std::vector<SegmentSize>& segments);
+
+/// @param isFirst no segment comes before the window
+/// @return the bytes of the segment that MergeSegments() would make
+/// @throws FED_Failure where lengths of lists that it has to look at are damaged
+std::uint64_t CountMergedBytes(const std::vector<Segment*>& window, bool isFirst, const StoredState& state);
 
 /// Writes what is alive of neighbouring segments as one.
 /// @param window  in order

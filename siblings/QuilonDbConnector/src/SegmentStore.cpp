@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "Checksum.h"
+#include "IdOrderLayout.h"
 #include "SegmentCheck.h"
 #include "SegmentMerge.h"
 
@@ -20,9 +22,9 @@ constexpr std::size_t kMaxAppended = 64;
 
 constexpr const char* kMayBeInForce = "; the commit may be in force all the same";
 
-constexpr const char* kLockName        = "lock";
-constexpr const char* kManifestName    = "manifest";
-constexpr const char* kNewManifestName = "manifest.new";
+constexpr std::string_view kLockName        = "lock";  // and what begins with it: files that stand for locks
+constexpr const char*      kManifestName    = "manifest";
+constexpr const char*      kNewManifestName = "manifest.new";
 constexpr const char* kUnpublishedName = "unpublished";  // a mark of programs that make a database, until they commit
 
 // "NAME.fed/" is "NAME.fed", and has a folder above it.
@@ -202,6 +204,7 @@ void SegmentStore::Abandon() noexcept
   if (isWriter_ && !isInManifest_ && !isPart_) {
     static_cast<void>(files_->Remove(folder_ / kNewManifestName));
     static_cast<void>(files_->Remove(folder_ / kLockName));
+    lock_ = StoreFile();  // with a file of its own, where there is one
   }
   if (isFolderOurs_) static_cast<void>(files_->Remove(folder_));
 }
@@ -426,6 +429,12 @@ void SegmentStore::Publish(bool compacts)
   const bool hasNews = !isInManifest_ || isUncertain_ || CountPublished() < segments_.size();
   if (!hasNews && (!compacts || IsCompact())) return;
   Merged merged = PrepareMergeAtPublication(compacts);
+  PublishMerge(merged);
+}
+
+// Puts a manifest in force that names all segments, and the merged one for those that it replaces.
+void SegmentStore::PublishMerge(Merged& merged)
+{
   garbage_.reserve(garbage_.size() + merged.replaced.size() + 1);
   try {
     ReplaceManifest(MakeManifest(merged));
@@ -439,6 +448,86 @@ void SegmentStore::Publish(bool compacts)
   for (std::filesystem::path& path : merged.replaced) garbage_.push_back(std::move(path));
   if (merged.count > 0) ApplyMerge(merged);
   RemoveGarbage();
+}
+
+SegmentStore::Piece SegmentStore::CompactPiece(std::uint64_t room)
+{
+  RequireWriter();
+  Piece                            piece;
+  const std::vector<std::uint64_t> waste = CountWaste();
+  std::optional<MergeWindow>       window;
+  for (std::size_t i = 0; i < segments_.size(); ++i) {
+    if (waste[i] == 0) continue;
+    const bool          isLinked = segments_[i].segment->GetEntry().IsLinked();
+    const std::uint64_t needed   = isLinked ? 0 : CountMerged({i, 1});
+    if (isLinked || needed > room) {
+      ++piece.keptSegments;
+      piece.keptBytes += waste[i];
+      piece.roomForAll = std::max(piece.roomForAll, needed);
+    } else if (!window) {
+      window = GrowPiece(i, waste, room);
+    }
+  }
+  if (!window) return piece;
+  for (const Segment* segment : GetSegments(*window)) piece.bytesBefore += segment->GetEntry().fileBytes;
+  Merged merged    = PrepareMerge(*window);
+  piece.segments   = window->count;
+  piece.bytesAfter = merged.segment == nullptr ? 0 : merged.segment->GetEntry().fileBytes;
+  PublishMerge(merged);
+  return piece;
+}
+
+// By segment, bytes that no row needs: of rows that went, and of those that later segments replace. Of lists that are
+// replaced in part their share by rows; a segment of the first format version has at least one.
+std::vector<std::uint64_t> SegmentStore::CountWaste() const
+{
+  std::map<const Segment*, std::uint64_t> hidden;
+  for (const auto& [uid, block] : state_.GetBlocks())
+    for (const auto& [chunk, extents] : block.chunks) {
+      if (extents.size() == 1) continue;
+      std::vector<std::uint64_t> visible(extents.size());
+      for (const VisibleRows& rows : FindVisibleRows(extents)) visible[rows.extent] += rows.end - rows.begin;
+      for (std::size_t i = 0; i < extents.size(); ++i) {
+        const std::uint64_t rows  = extents[i].Get().rowCount;
+        const std::uint64_t bytes = extents[i].segment->GetExtentBytes(extents[i].position);
+        if (visible[i] < rows)
+          hidden[extents[i].segment] += std::max<std::uint64_t>(1, bytes / rows * (rows - visible[i]));
+      }
+    }
+  std::vector<std::uint64_t> waste;
+  for (const OpenSegment& open : segments_) {
+    const bool isOld = open.segment->GetIndex().version < kDatabaseFormatVersion;
+    waste.push_back(open.segment->GetDeadBytes() + hidden[open.segment.get()] + (isOld ? 1 : 0));
+  }
+  return waste;
+}
+
+std::vector<Segment*> SegmentStore::GetSegments(const MergeWindow& window) const
+{
+  std::vector<Segment*> segments;
+  for (std::size_t i = window.first; i < window.first + window.count; ++i)
+    segments.push_back(segments_[i].segment.get());
+  return segments;
+}
+
+// Takes those behind it along that have waste as well, and those that are smaller than what there is by then.
+MergeWindow SegmentStore::GrowPiece(std::size_t first, const std::vector<std::uint64_t>& waste,
+                                    std::uint64_t room) const
+{
+  MergeWindow   window{first, 1};
+  std::uint64_t bytes = segments_[first].segment->GetEntry().fileBytes - waste[first];
+  for (std::size_t i = first + 1; i < segments_.size(); ++i, ++window.count) {
+    const SegmentEntry& entry = segments_[i].segment->GetEntry();
+    if (entry.IsLinked() || (waste[i] == 0 && entry.fileBytes > bytes)) break;
+    bytes += entry.fileBytes - waste[i];
+    if (bytes > room || CountMerged({first, window.count + 1}) > room) break;
+  }
+  return window;
+}
+
+std::uint64_t SegmentStore::CountMerged(const MergeWindow& window) const
+{
+  return CountMergedBytes(GetSegments(window), window.first == 0, state_);
 }
 
 // The segment is on the disk and says itself that it is the next commit: it is, as soon as its name is there as well.
@@ -518,7 +607,8 @@ void SegmentStore::CreateEmpty()
   for (const std::string& name : names) {
     if (name == kManifestName) ThrowFileFailure(folder_, "cannot create a database: there is one already");
     // What a writer left that never published is no obstacle.
-    if (name != kLockName && name != kNewManifestName && name != kUnpublishedName && !IsFileOfSegment(name))
+    if (name.compare(0, kLockName.size(), kLockName) != 0 && name != kNewManifestName && name != kUnpublishedName &&
+        !IsFileOfSegment(name))
       ThrowFileFailure(folder_, "cannot create a database: the folder is not empty, it has \"" + name + "\"");
   }
   LockFolder();
@@ -538,6 +628,10 @@ void SegmentStore::LockFolder()
   const std::error_code       error  = files_->Lock(path, handle);
   if (error == std::errc::resource_unavailable_try_again)
     ThrowLocked(*files_, path, folder_, "another writer has the database open");
+  if (FED_FileLayer::TellsOfNoLocks(error))
+    ThrowFileFailure(path, "cannot lock: " + error.message() +
+                               "; this file system has no locks: where all writers agree to it, a lock file keeps them "
+                               "off each other (--lock file, or QUILON_LOCK=file in the environment)");
   RequireSuccess(error, path, "lock");
   lock_     = StoreFile(*files_, path, handle);
   isWriter_ = true;
@@ -551,8 +645,8 @@ void SegmentStore::RemoveLeftovers()
   for (const std::string& name : names) {
     const auto& segments = published_.manifest.segments;
     const auto  isOurs   = [&](const SegmentEntry& entry) { return IsFileOf(entry, name); };
-    const bool  isLeft =
-        name == kNewManifestName || (IsFileOfSegment(name) && std::none_of(segments.begin(), segments.end(), isOurs));
+    const bool  isLeft   = name == kNewManifestName || IsUnfinishedIdOrder(name) ||
+                        (IsFileOfSegment(name) && std::none_of(segments.begin(), segments.end(), isOurs));
     if (isLeft) RequireSuccess(files_->Remove(folder_ / name), folder_ / name, "remove");
   }
 }
@@ -635,14 +729,12 @@ void SegmentStore::Merge(const MergeWindow& window)
 
 SegmentStore::Merged SegmentStore::PrepareMerge(const MergeWindow& window)
 {
-  Merged                merged;
-  std::vector<Segment*> segments;
-  merged.first = window.first;
-  merged.count = window.count;
-  for (std::size_t i = window.first; i < window.first + window.count; ++i) {
-    segments.push_back(segments_[i].segment.get());
-    for (std::filesystem::path& path : segments_[i].segment->GetPaths()) merged.replaced.push_back(std::move(path));
-  }
+  Merged                      merged;
+  const std::vector<Segment*> segments = GetSegments(window);
+  merged.first                         = window.first;
+  merged.count                         = window.count;
+  for (const Segment* segment : segments)
+    for (std::filesystem::path& path : segment->GetPaths()) merged.replaced.push_back(std::move(path));
   merged.segments.reserve(segments_.size() - window.count + 1);
   merged.segment     = MergeSegments(*files_, folder_, segments, window.first == 0, nextSegment_++, state_);
   merged.replacement = state_.PrepareReplacement(segments, merged.segment.get());

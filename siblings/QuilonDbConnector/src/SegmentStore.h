@@ -100,6 +100,8 @@ public:
 
   FED_FileLayer& GetFiles() const noexcept { return *files_; }
 
+  const std::filesystem::path& GetFolder() const noexcept { return folder_; }
+
   /// @return a uid for a new block
   BlockUid TakeUid() noexcept { return nextBlock_++; }
   /// @return whether a block has to be among the contents' blocks: it is new, or has its format since
@@ -145,6 +147,21 @@ public:
   ///         commit may be in force, and a later call may succeed
   void Publish(bool compacts);
 
+  /// Writes neighbouring segments anew as one, of which some hold bytes that no row needs, and publishes that. Linked
+  /// ones stay as they are. Whatever fails leaves what was published before. To be called when all is published.
+  /// @param room bytes of what is written, until what it replaces is given back
+  /// @throws FED_Failure as Publish()
+  struct Piece
+  {
+    std::size_t   segments     = 0;  ///< that became one; 0: nothing is left to be done in the room
+    std::uint64_t bytesBefore  = 0;
+    std::uint64_t bytesAfter   = 0;
+    std::size_t   keptSegments = 0;  ///< with such bytes that stay: linked, or larger than the room
+    std::uint64_t keptBytes    = 0;  ///< that no row needs in those
+    std::uint64_t roomForAll   = 0;  ///< that the largest of them needs which is not linked
+  };
+  Piece CompactPiece(std::uint64_t room);
+
 private:
   struct OpenSegment
   {
@@ -168,21 +185,26 @@ private:
   bool               IsCompact() const;
   Segment&           FindSegment(const StoredExtent& extent) const;
   const IndexExtent& FindExtent(const StoredExtent& extent) const;
-  std::vector<SegmentSize>  GetSizes(std::size_t first) const;
-  std::size_t               CountPublished() const noexcept;
-  void                      MergeUnpublished();
-  void                      Merge(const MergeWindow& window);
-  std::optional<CommitMark> ChooseCommitMark(std::uint64_t number, std::uint64_t fileBytes) const;
-  void                      PublishMarked();
-  bool                      AppendLine(std::uint64_t offset, const std::string& line) noexcept;
-  Merged                    PrepareMergeAtPublication(bool compacts);
-  Manifest                  MakeManifest(const Merged& merged) const;
-  void                      ReplaceManifest(const Manifest& manifest);
-  void                      PutManifestInForce();
-  void                      Undo(Merged& merged) noexcept;
-  void                      RemoveGarbage() noexcept;
-  void                      RemoveLostParts() noexcept;
-  void                      Abandon() noexcept;
+  std::vector<SegmentSize>   GetSizes(std::size_t first) const;
+  std::size_t                CountPublished() const noexcept;
+  void                       MergeUnpublished();
+  void                       Merge(const MergeWindow& window);
+  std::optional<CommitMark>  ChooseCommitMark(std::uint64_t number, std::uint64_t fileBytes) const;
+  void                       PublishMarked();
+  bool                       AppendLine(std::uint64_t offset, const std::string& line) noexcept;
+  Merged                     PrepareMergeAtPublication(bool compacts);
+  void                       PublishMerge(Merged& merged);
+  std::vector<std::uint64_t> CountWaste() const;
+  std::vector<Segment*>      GetSegments(const MergeWindow& window) const;
+  MergeWindow   GrowPiece(std::size_t first, const std::vector<std::uint64_t>& waste, std::uint64_t room) const;
+  std::uint64_t CountMerged(const MergeWindow& window) const;
+  Manifest      MakeManifest(const Merged& merged) const;
+  void          ReplaceManifest(const Manifest& manifest);
+  void          PutManifestInForce();
+  void          Undo(Merged& merged) noexcept;
+  void          RemoveGarbage() noexcept;
+  void          RemoveLostParts() noexcept;
+  void          Abandon() noexcept;
 
   Merged PrepareMerge(const MergeWindow& window);
   void   ApplyMerge(Merged& merged) noexcept;

@@ -348,6 +348,11 @@ std::string GetIndexLabel(int index, int value)
 
 }  // namespace
 
+std::uint64_t CountSegmentBytes(const SegmentContents& contents, const DescribeBlock& describe)
+{
+  return SegmentWriter(contents, describe).GetFileBytes();
+}
+
 std::unique_ptr<Segment> WriteSegment(FED_FileLayer& files, const std::filesystem::path& folder, SegmentEntry entry,
                                       const SegmentContents& contents, const DescribeBlock& describe,
                                       const ChooseMark& choose)

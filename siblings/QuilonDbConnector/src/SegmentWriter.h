@@ -48,6 +48,9 @@ using DescribeBlock = std::function<const StoredBlock&(BlockUid)>;
 /// Decides whether a segment of so many bytes is to be a commit by itself.
 using ChooseMark = std::function<std::optional<CommitMark>(std::uint64_t fileBytes)>;
 
+/// @return the bytes of the file that WriteSegment() would write
+std::uint64_t CountSegmentBytes(const SegmentContents& contents, const DescribeBlock& describe);
+
 /// Writes a segment and flushes it.
 ///
 /// The keys of rows are taken at once.

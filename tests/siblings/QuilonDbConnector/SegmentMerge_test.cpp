@@ -130,6 +130,27 @@ TEST(ChooseMerge, NoOrderOfSizesKeepsMoreThan192Segments)
   EXPECT_LE(simulation.most, 193u);
 }
 
+// So large databases can be compacted in pieces.
+TEST(ChooseMerge, NoMergeMakesMoreThanTwoGigabytesAsLongAsThereAreSmallNeighbours)
+{
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 31;
+  Simulation              simulation;
+  for (int i = 0; i < 5000; ++i) simulation.Commit(50'000'000);
+  EXPECT_LE(simulation.worst, kMost);
+  EXPECT_LE(simulation.most, 193u);
+  EXPECT_LE(simulation.moved, 2 * simulation.written);
+  // Steps of which 21 fill a merged segment.
+  Simulation large;
+  for (int i = 0; i < 2000; ++i) large.Commit(100'000'000);
+  EXPECT_LE(large.worst, kMost);
+  EXPECT_LE(large.most, 193u);
+  EXPECT_LE(large.moved, 2 * large.written);
+  // Beyond that 192 files cannot do.
+  for (int i = 0; i < 4000; ++i) large.Commit(100'000'000);
+  EXPECT_GT(large.worst, kMost);
+  EXPECT_LE(large.most, 193u);
+}
+
 // The second method: a row at a time, the last extent that has it counts.
 TEST(FindVisibleRows, TellsForEachRowTheLastExtentThatHasIt)
 {

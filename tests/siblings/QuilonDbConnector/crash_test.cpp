@@ -1,6 +1,7 @@
 // Whatever fails in a commit, and wherever: the database is then as before the commit or as after it, and whole.
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -127,6 +128,7 @@ struct Scenario
   std::size_t                              memoryLimit = std::size_t{1} << 20;
   std::function<void(FED_ResultDatabase&)> work;  ///< everything but the commit
   bool                                     compacts = false;
+  std::uint64_t                            room     = 0;  ///< of a piece, where it compacts in pieces
 };
 
 class CommitUnderFaults
@@ -175,7 +177,10 @@ private:
 
   void Publish(FED_ResultDatabase& database) const
   {
-    if (scenario_.compacts)
+    if (scenario_.room > 0)
+      while (database.CompactPiece(scenario_.room).segments > 0) {
+      }
+    else if (scenario_.compacts)
       database.Compact();
     else
       database.Commit();
@@ -309,6 +314,42 @@ TEST(CommitUnderFaults, WorkThatDoesNotFitIntoMemoryHappensWhollyOrNotAtAll)
 TEST(CommitUnderFaults, CompactionHappensWhollyOrNotAtAll)
 {
   TryAllFaults({.name = "compact", .makeBase = MakeBase, .work = Change, .compacts = true});
+}
+
+/// Three files, of each of which something is deleted or replaced by the fourth.
+void MakeWorn(const fs::path& folder)
+{
+  FED_ResultDatabase database(folder, FED_ResultDatabase::Create);
+  for (int substep = 1; substep <= 3; ++substep) {
+    SetTensors(database, substep, 10, 40, substep);
+    SetTensors(database, 10 + substep, 10, 20, -substep);
+    database.Commit();
+  }
+  SetTensors(database, 2, 12, 13, -1.0);
+  database.DeleteDataBlock(Key(kTensor, 11));
+  database.DeleteDataBlock(Key(kTensor, 13));
+  database.Commit();
+}
+
+// The commit happens wholly or not at all; none of the pieces behind it changes what the database holds.
+TEST(CommitUnderFaults, CompactionInPiecesKeepsWhatIsThere)
+{
+  constexpr std::uint64_t kOneFile = 7000;
+  {
+    const TempFolder folder;
+    MakeWorn(folder / "a.fed");
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::ReadWrite);
+    ASSERT_EQ(FED_InspectDatabase(folder / "a.fed").segments, 4U);
+    EXPECT_GT(database.CompactPiece(kOneFile).segments, 0U);
+    EXPECT_GT(database.CompactPiece(kOneFile).segments, 0U);
+    while (database.CompactPiece(kOneFile).segments > 0) {
+    }
+    EXPECT_EQ(database.CompactPiece(0).keptSegments, 0U);
+  }
+  TryAllFaults({.name     = "compact in pieces",
+                .makeBase = MakeWorn,
+                .work     = [](FED_ResultDatabase& database) { SetTensors(database, 3, 10, 10, 4.0); },
+                .room     = kOneFile});
 }
 
 }  // namespace

@@ -57,6 +57,9 @@ public:
   /// @return the error of opening what is there and is no plain file, such as a pipe: nobody waits for its other end
   static std::error_code NotAFile() noexcept;
 
+  /// @return whether it is an error of locking by which a file system says that it has no locks
+  static bool TellsOfNoLocks(const std::error_code& error) noexcept;
+
   FED_FileLayer()                                = default;
   FED_FileLayer(const FED_FileLayer&)            = delete;
   FED_FileLayer& operator=(const FED_FileLayer&) = delete;

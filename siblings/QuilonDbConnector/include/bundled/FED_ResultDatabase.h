@@ -8,12 +8,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "bundled/FED_DatabasePart.h"
+#include "bundled/FED_IdOrder.h"
 #include "bundled/FED_ResultIdMapsPool.h"
 #include "quilon_contract_export.h"
 #include "QuilonDbConnector/FED_Database.h"
@@ -45,6 +47,33 @@ struct FED_LinkReport
   std::size_t   copies      = 0;  ///< of them that were copied: the file system gave them no second name
   std::uint64_t linkedBytes = 0;  ///< of files that both databases have now
   std::uint64_t copiedBytes = 0;
+};
+
+/// What one piece of a compaction did, and what is left that cannot be done.
+struct FED_CompactionPiece
+{
+  std::size_t   segments     = 0;  ///< neighbours that were written anew as one; 0: there is nothing left to do
+  std::uint64_t bytesBefore  = 0;  ///< of their files
+  std::uint64_t bytesAfter   = 0;
+  std::size_t   keptSegments = 0;  ///< that have bytes to give back and stay, since they are linked or need more room
+  std::uint64_t keptBytes    = 0;  ///< to be given back in those
+  std::uint64_t roomForAll   = 0;  ///< that those which are not linked need, one at a time; 0: all of them are
+};
+
+/// Orders by id that lie beside a database on disk.
+struct FED_IdOrders
+{
+  std::vector<FED_IdOrder> orders;
+  std::vector<std::string> failures;  ///< what is wrong with those that cannot be read
+};
+
+/// An order by id that was written.
+struct FED_IdOrderReport
+{
+  std::string   file;                ///< its name, in the database's folder
+  std::uint64_t rows           = 0;  ///< record indices
+  std::uint64_t fileBytes      = 0;
+  std::uint64_t temporaryBytes = 0;  ///< that were on the disk beside it, at most
 };
 
 /// A database in memory or on disk. Blocks are columns (see FED_ColumnDataBlock); a block object stays where it is
@@ -101,6 +130,14 @@ public:
   /// keep what they have opened.
   void Compact();
 
+  /// Commits, and then gives back some of the bytes of deleted and replaced rows, with little room: neighbouring files
+  /// that hold such bytes become one, which is a commit by itself. Calls until nothing is left give back all that can
+  /// be; whoever stops in between has lost nothing, and any later call goes on. Linked files, whose bytes may be
+  /// another database's as well, stay. Readers keep what they have opened, and with it the room of files that went.
+  /// @param room most bytes that the new file may have, next to which the old ones stay until it counts
+  /// @return what was done; without effect for a database in memory
+  FED_CompactionPiece CompactPiece(std::uint64_t room);
+
   /// Takes blocks of another database on disk in without reading a value: the segments that hold them get a second name
   /// in this database's folder, or are copied where the file system gives none, and an index beside each tells which of
   /// its rows are here and by which record indices. Ids of the other database are added; records stay with their ids.
@@ -139,6 +176,29 @@ public:
   /// or whose id maps differ elsewhere, have other prints though their records may be equal.
   /// @throws FED_Failure where there is no such block on disk
   std::uint64_t GetBlockPrint(const FED_DataDescriptor& descriptor) const;
+
+  /// As GetBlockPrint(), of values and record indices alone, whatever ids these have.
+  std::uint64_t GetRowPrint(const FED_DataDescriptor& descriptor) const;
+
+  /// Opens the orders by id that lie beside the database now, be their blocks as they were or not.
+  /// @throws FED_Failure when the folder cannot be listed; none in memory
+  FED_IdOrders OpenIdOrders() const;
+
+  /// @return whether the block is there and has the records that an order by id has of it
+  bool IsAsItWas(const FED_OrderedBlock& block) const;
+
+  /// Writes an order by id of blocks as they were committed last.
+  /// @param descriptors blocks of one record format with a single field of one, three or six doubles, with records
+  /// @param memory      bytes for rows; what does not fit goes through a temporary file beside
+  /// @throws FED_Failure for other blocks, when a reader asks, and when a file fails; what was there is as it was
+  FED_IdOrderReport WriteIdOrder(const std::vector<FED_DataDescriptor>& descriptors, std::size_t memory);
+
+  /// Removes orders by id less than half of whose blocks are as they were, and those that cannot be read.
+  /// @return their names
+  /// @throws FED_Failure when a reader asks, and when a file cannot be removed
+  std::vector<std::string> RemoveStaleIdOrders();
+  /// Likewise all of them.
+  std::vector<std::string> RemoveIdOrders();
 
   /// @return how many commits the database on disk had had when it was opened or last committed: two objects that tell
   ///         the same are in one state. 0 for one in memory
@@ -183,6 +243,8 @@ private:
   ResultDataBlock& RequireBlock(const FED_DataDescriptor& descriptor) const;
   ResultDataBlock& MakeBlock(const FED_DataDescriptor& descriptor, const FED_RecordFormat& format,
                              std::size_t expectedRecords);
+
+  std::vector<std::string> RemoveIdOrders(const std::function<bool(const std::filesystem::path&)>& isUnwanted);
 
   void WriteRows();
   void WriteChanges(bool isCommit);
