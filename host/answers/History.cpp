@@ -5,13 +5,16 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <memory>
 #include <system_error>
 #include <tuple>
 #include <utility>
 
+#include <bundled/FED_ResultDatabase.h>
 #include <bundled/OnfKinds.h>
 
 #include "answers/Region.h"
+#include "database/IdIndex.h"
 #include "database/RecordRows.h"
 #include "database/StepTimes.h"
 #include "kinds/Component.h"
@@ -70,17 +73,30 @@ public:
     if (region_.IsEverything())
       Fail("a history of '" + request_.selectionText +
            "' is of chosen records, expected --ids, --set, --material, --box or --near");
-    const FED_DataBlock&       block = database_.GetConstDataBlock(descriptor);
+    const bool                 isOrdered = ordered_ != nullptr && ordered_->HasDataBlock(descriptor);
+    const FED_Database&        source    = isOrdered ? *ordered_ : database_;
+    const FED_DataBlock&       block     = source.GetConstDataBlock(descriptor);
     const RecordRows           rows(block, kinds_, database_, components);
-    const FED_ConstIdDataBlock view(block, database_.GetIdMapsPool());
+    const FED_ConstIdDataBlock view(block, source.GetIdMapsPool());
     FED_ConstIdDataRecord&     record = view.CreateConstIdDataRecord();
-    for (const int id : IdsOf(block)) {
+    for (const int id : IdsOf(descriptor)) {
       ThrowIfInterrupted();
       if (!view.HasRecord(id)) continue;
       view.GetRecord(id, record);
       for (const std::vector<Cell>& row : rows.GetRows(id, record.GetDataRecord())) AddRow(descriptor, components, row);
     }
     view.DeleteIdDataRecord(record);
+  }
+
+  /// Takes what orders by id have of the blocks; Read() finds it there.
+  void LookIntoOrders(const std::vector<Descriptor>& blocks)
+  {
+    if (region_.IsEverything()) return;
+    std::vector<WantedRecords> wanted;
+    for (const Descriptor& block : blocks)
+      if (!IsHistory(block) && region_.AppliesTo(block) && !ChosenOf(block).empty())
+        wanted.push_back({block, IdsOf(block)});
+    ordered_ = ReadFromOrders(database_, wanted, request_.onNote);
   }
 
   std::vector<HistorySeries> Finish()
@@ -111,11 +127,10 @@ private:
 
   /// The ids are those of the first block of a kind: which records there are does not change from step to step, and to
   /// look for them in each would take longer than to read them.
-  const std::vector<int>& IdsOf(const FED_DataBlock& block)
+  const std::vector<int>& IdsOf(const Descriptor& block)
   {
-    const Descriptor key      = SeriesKeyOf(block.GetDescriptor());
-    const auto [found, isNew] = ids_.try_emplace(key);
-    if (isNew) found->second = region_.IdsOf(block);
+    const auto [found, isNew] = ids_.try_emplace(SeriesKeyOf(block));
+    if (isNew) found->second = region_.IdsOf(database_.GetConstDataBlock(block));
     return found->second;
   }
 
@@ -162,6 +177,7 @@ private:
   }
 
   const FED_Database&                                                    database_;
+  std::unique_ptr<FED_ResultDatabase>                                    ordered_;  // records from orders by id
   const StepTimes&                                                       times_;
   Region&                                                                region_;
   const HistoryRequest&                                                  request_;
@@ -199,6 +215,7 @@ std::vector<HistorySeries> ReadHistories(const FED_Database& database, const std
                                          const StepTimes& times, Region& region, const HistoryRequest& request)
 {
   Reader reader(database, times, region, request);
+  reader.LookIntoOrders(blocks);
   for (const FED_DataDescriptor& block : blocks)
     if (IsHistory(block) || region.AppliesTo(block)) reader.Read(block);
   return reader.Finish();

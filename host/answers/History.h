@@ -3,6 +3,7 @@
 /// @file
 /// Values over time.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -40,9 +41,12 @@ struct HistoryRequest
 {
   Selection   selection;      ///< its components; all stored ones where it names none
   std::string selectionText;  ///< what the user wrote, for messages
+  /// Told of an order by id that could not be used; may be empty.
+  std::function<void(const std::string&)> onNote = {};
 };
 
-/// Reads the records of a region, block by block. Scalar histories are read whole, whatever the region.
+/// Reads the records of a region, block by block or, where a working database has an order by id of them and that is
+/// less to read, from there: the series are the same. Scalar histories are read whole, whatever the region.
 /// @param blocks the selected ones; those without components are left out
 /// @return series by key, id, point and component, components as they were asked for
 /// @throws FED_Failure when records are selected and the region is everything, and when no record is in it

@@ -56,6 +56,7 @@ CommandFunction DefineDiff(CLI::App& app);
 CommandFunction DefineFromOnf(CLI::App& app);
 CommandFunction DefineHistory(CLI::App& app);
 CommandFunction DefineImport(CLI::App& app);
+CommandFunction DefineIndex(CLI::App& app);
 CommandFunction DefineInfo(CLI::App& app);
 CommandFunction DefineJoin(CLI::App& app);
 CommandFunction DefineLs(CLI::App& app);

@@ -28,6 +28,7 @@ const std::vector<Command>& GetCommands()
       {"check", "Say whether a database is whole", DefineCheck},
       {"salvage", "Save what is whole of a damaged database", DefineSalvage},
       {"compact", "Give back the bytes of deleted records", DefineCompact},
+      {"index", "Order records by id, for histories of large databases", DefineIndex},
       {"join", "Make one database of those that many processes wrote", DefineJoin},
       {"split", "Write a database as several", DefineSplit},
       {"to-onf", "Write a database as ONF text", DefineToOnf},

@@ -1,7 +1,5 @@
 #include "commands/WaitOption.h"
 
-#include <string>
-
 #include <CLI/CLI.hpp>
 
 #include "commands/NumberOptions.h"
@@ -9,16 +7,32 @@
 
 namespace quilon {
 
-void AddWaitOption(CLI::App& app, double& seconds)
+void AddWaitOption(CLI::App& app, WaitOptions& options)
 {
-  AddMagnitudeOption(app, "--wait", seconds, "Seconds to wait for another program that writes to it (default: 0)");
+  AddMagnitudeOption(app, "--wait", options.seconds,
+                     "Seconds to wait for another program that writes to it (default: 0)");
 }
 
-LockPatience PatienceOf(double seconds, Console& console)
+void AddWriterOptions(CLI::App& app, WaitOptions& options)
 {
-  return {seconds, [&console](const std::string& holder) {
-            console.Note("waiting for another program that writes to it" + (holder.empty() ? "" : ": " + holder));
-          }};
+  AddWaitOption(app, options);
+  app.add_option("--lock", options.lock, "How writers are kept off: system, file (default: system, or QUILON_LOCK)")
+      ->type_name("SORT")
+      ->check(CLI::IsMember({"system", "file"}));
+  app.add_flag("--break-lock", options.breaksLock, "Take the lock file of a program on another machine that is gone");
+}
+
+LockPatience PatienceOf(const WaitOptions& options, Console& console)
+{
+  LockPatience patience;
+  patience.seconds = options.seconds;
+  patience.onWait  = [&console](const std::string& holder) {
+    console.Note("waiting for another program that writes to it" + (holder.empty() ? "" : ": " + holder));
+  };
+  if (!options.lock.empty())
+    patience.lock = options.lock == "file" ? FED_LockFileLayer::LockFile : FED_LockFileLayer::SystemLock;
+  patience.breaks = options.breaksLock;
+  return patience;
 }
 
 }  // namespace quilon

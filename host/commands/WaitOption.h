@@ -1,7 +1,9 @@
 #pragma once
 
 /// @file
-/// Waiting for another writer.
+/// Other writers: how they are kept off, and waiting for them.
+
+#include <string>
 
 #include "database/WatchedFiles.h"
 
@@ -13,10 +15,21 @@ namespace quilon {
 
 class Console;
 
+/// What a command that writes does about others that write.
+struct WaitOptions
+{
+  double      seconds = 0;
+  std::string lock;  ///< empty: as the environment says
+  bool        breaksLock = false;
+};
+
 /// Adds --wait SECONDS. The target outlives the parsing.
-void AddWaitOption(CLI::App& app, double& seconds);
+void AddWaitOption(CLI::App& app, WaitOptions& options);
+
+/// Adds --wait SECONDS, --lock and --break-lock, which are of working databases.
+void AddWriterOptions(CLI::App& app, WaitOptions& options);
 
 /// @param console told whom a command waits for; borrowed
-LockPatience PatienceOf(double seconds, Console& console);
+LockPatience PatienceOf(const WaitOptions& options, Console& console);
 
 }  // namespace quilon

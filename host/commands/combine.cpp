@@ -46,7 +46,7 @@ struct Options
   bool             allowNonlinear = false;
   bool             envelope       = false;
   std::string      axes;
-  double           wait = 0;
+  WaitOptions      wait;
   TableForm        form;
 };
 
@@ -176,7 +176,7 @@ CommandFunction DefineCombine(CLI::App& app)
       ->type_name("DECK");
   app.add_flag("--allow-outside", options->allowOutside, "Let the deck include files outside its folder");
   app.add_flag("--allow-nonlinear", options->allowNonlinear, "Add up results of nonlinear steps too");
-  AddWaitOption(app, options->wait);
+  AddWriterOptions(app, options->wait);
   AddTableOptions(app, options->form);
   app.footer(
       "Tensors and vectors are added up, and principal values are those of the sums. Results have analysis 3, substep\n"

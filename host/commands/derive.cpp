@@ -26,7 +26,7 @@ struct Options
   std::string output;
   std::string requests = "all";
   JobsOption  jobs;
-  double      wait = 0;
+  WaitOptions wait;
   bool        json = false;
 };
 
@@ -66,7 +66,7 @@ CommandFunction DefineDerive(CLI::App& app)
                  "What to derive: kinds, the path of a request file, all or none (default: all)")
       ->type_name("KIND,...|FILE");
   AddJobsOption(app, options->jobs);
-  AddWaitOption(app, options->wait);
+  AddWriterOptions(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Derives principal values of stresses and strains (520, 530, 560, 570) and adds energy contributions to the\n"

@@ -38,7 +38,7 @@ struct Options
   std::string      output;
   std::string      axes;
   JobsOption       jobs;
-  double           wait = 0;
+  WaitOptions      wait;
   TableForm        form;
 };
 
@@ -96,7 +96,7 @@ CommandFunction DefineEnvelope(CLI::App& app)
       ->type_name("OUT");
   AddAxesOption(app, options->axes);
   AddJobsOption(app, options->jobs);
-  AddWaitOption(app, options->wait);
+  AddWriterOptions(app, options->wait);
   AddTableOptions(app, options->form);
   app.footer(
       "Prints the least value, the greatest one and that of largest magnitude over the selected result steps, at each\n"

@@ -51,7 +51,7 @@ struct Options
   RegionOptions    region;
   std::string      about;
   std::string      plane;
-  double           wait = 0;
+  WaitOptions      wait;
   TableForm        form;
 
   bool HasPart() const { return !elements.empty() || !set.empty() || region.HasPlace(); }
@@ -232,7 +232,7 @@ CommandFunction DefineForces(CLI::App& app)
   AddTextOption(app, "--plane", options->plane,
                 "Force and moment that the side the normal points to exerts on the other")
       ->type_name("PX,PY,PZ,NX,NY,NZ");
-  AddWaitOption(app, options->wait);
+  AddWriterOptions(app, options->wait);
   AddTableOptions(app, options->form);
   app.footer(
       "Integrates the stresses at integration points (582) to forces at the nodes of each element (580).\n"

@@ -35,8 +35,8 @@ struct Options
   int         loadCaseOffset = 0;
   std::string loadCaseMap;
   bool        verify = false;
-  double      wait   = 0;
-  bool        json   = false;
+  WaitOptions wait;
+  bool        json = false;
 };
 
 /// @return the key that the copy of a block has
@@ -94,7 +94,7 @@ CommandFunction DefineFromOnf(CLI::App& app)
       ->type_name("OLD:NEW,...");
   AddIntegerOption(app, "--load-case-offset", options->loadCaseOffset, "Added to every load case, after the map");
   app.add_flag("--verify", options->verify, "Read back what was written and compare every value with the folder");
-  AddWaitOption(app, options->wait);
+  AddWriterOptions(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "An iteration that a block has stays. Load cases go through the map first; one that the map does not hold "

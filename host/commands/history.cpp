@@ -78,6 +78,7 @@ Labelled ReadDatabase(const Options& options, const std::string& path, const std
   HistoryRequest  request;
   request.selection     = options.selection.Parse(kinds);
   request.selectionText = options.selection.ToString();
+  request.onNote        = [&console](const std::string& text) { console.Note(text); };
   const StepTimes stepTimes(database.Get());
   Region          region(database.Get(), options.region, path);
   const auto      blocks = options.selection.Choose(database.Get(), request.selection, stepTimes, path);

@@ -42,9 +42,9 @@ struct Options
   std::optional<std::string> averageBy;
   std::optional<std::string> groups;
   DeckArguments              deck;
-  int                        iteration      = 0;
-  bool                       strict         = false;
-  double                     wait           = 0;
+  int                        iteration = 0;
+  bool                       strict    = false;
+  WaitOptions                wait;
   double                     maxDeviation   = kMaxDeviation;
   bool                       keepWholeSteps = false;
   bool                       replace        = false;
@@ -217,7 +217,7 @@ CommandFunction DefineImport(CLI::App& app)
   app.add_flag("--replace", options->replace,
                "Replace what OUT has of the iteration, even when it is of other nodes or elements");
   app.add_flag("--keep-others", options->keepOthers, "Leave blocks of the iteration that these files do not bring");
-  AddWaitOption(app, options->wait);
+  AddWriterOptions(app, options->wait);
   AddJobsOption(app, options->jobs);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(

@@ -25,7 +25,7 @@ struct Options
   matrix::MatrixImportOptions import;
   std::string                 output;
   std::string                 dofs;
-  double                      wait = 0;
+  WaitOptions                 wait;
   bool                        json = false;
 };
 
@@ -87,7 +87,7 @@ CommandFunction DefineMatrixImport(CLI::App& app)
   AddIntegerOption(app, "--pair", options->import.pair, "Which matrix of the element: 1 (.sti), 2 (.mas) or 3");
   app.add_flag("--swapped", options->import.isSwapped,
                "Matrix in the first half of the pair, description in the second");
-  AddWaitOption(app, options->wait);
+  AddWriterOptions(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "The degrees of freedom of a .dof file are kept beside the matrix, in a block 'matrix-dofs' with the same keys.\n"

@@ -26,7 +26,7 @@ struct Options
   std::string      database;
   SelectionOptions selection;
   bool             dryRun = false;
-  double           wait   = 0;
+  WaitOptions      wait;
   TableForm        form;
 };
 
@@ -68,7 +68,7 @@ CommandFunction DefinePrune(CLI::App& app)
   app.add_option("SELECTION", options->selection.text, "Which blocks: KIND,...@KEY=VALUES,...")->required();
   AddStepsOption(app, options->selection);
   app.add_flag("--dry-run", options->dryRun, "Only tell what would go");
-  AddWaitOption(app, options->wait);
+  AddWriterOptions(app, options->wait);
   AddTableOptions(app, options->form);
   app.footer(
       "Takes blocks out of a working database, all of them or none, and tells their sizes as 'quilon size' does. The\n"

@@ -29,7 +29,7 @@ struct Options
   bool             mirror = false;
   bool             verify = false;
   JobsOption       jobs;
-  double           wait = 0;
+  WaitOptions      wait;
   bool             json = false;
 };
 

@@ -103,9 +103,31 @@ CompactionReport Compact(const fs::path& path, Listener& listener, LockPatience 
 {
   if (!IsWorkingDatabaseFolder(path)) Fail(path.string() + ": not a working database (.fed)");
   CompactionReport report;
-  report.bytesBefore = FolderSize(path);
-  WatchedFiles files = WatchedFilesOf(path, "compacting", listener, std::move(patience));
-  FED_ResultDatabase(path, FED_ResultDatabase::ReadWrite, files.GetOptions()).Compact();
+  report.bytesBefore       = FolderSize(path);
+  WatchedFiles       files = WatchedFilesOf(path, "compacting", listener, std::move(patience));
+  FED_ResultDatabase database(path, FED_ResultDatabase::ReadWrite, files.GetOptions());
+  database.Compact();
+  database.RemoveStaleIdOrders();
+  report.bytesAfter = FolderSize(path);
+  return report;
+}
+
+CompactionReport CompactInPieces(const fs::path& path, std::uint64_t room, Listener& listener, LockPatience patience)
+{
+  if (!IsWorkingDatabaseFolder(path)) Fail(path.string() + ": not a working database (.fed)");
+  CompactionReport report;
+  report.bytesBefore       = FolderSize(path);
+  WatchedFiles       files = WatchedFilesOf(path, "compacting", listener, std::move(patience));
+  FED_ResultDatabase database(path, FED_ResultDatabase::ReadWrite, files.GetOptions());
+  for (;;) {
+    const FED_CompactionPiece piece = database.CompactPiece(room);
+    report.keptSegments             = piece.keptSegments;
+    report.keptBytes                = piece.keptBytes;
+    report.roomForAll               = piece.roomForAll;
+    if (piece.segments == 0) break;
+    ++report.pieces;
+  }
+  database.RemoveStaleIdOrders();
   report.bytesAfter = FolderSize(path);
   return report;
 }

@@ -38,11 +38,22 @@ struct CompactionReport
 {
   std::uint64_t bytesBefore = 0;  ///< of the folder's files
   std::uint64_t bytesAfter  = 0;
+  // Of a compaction in pieces.
+  std::size_t   pieces       = 0;  ///< each of them a commit by itself
+  std::size_t   keptSegments = 0;  ///< with bytes to give back that stay: linked, or larger than the room
+  std::uint64_t keptBytes    = 0;  ///< to be given back in those
+  std::uint64_t roomForAll   = 0;  ///< in which those that are not linked could be written anew; 0: there are none
 };
 
 /// Writes all that is alive in a working database into one segment. Readers are not disturbed; an interrupt leaves it
 /// as it was.
 CompactionReport Compact(const std::filesystem::path& path, Listener& listener, LockPatience patience = {});
+
+/// Gives back the bytes of deleted and replaced records piece by piece, each of them a commit. Readers are not
+/// disturbed; an interrupt leaves what was done by then, and the next call goes on.
+/// @param room most bytes of a piece, which are on the disk beside those that it replaces
+CompactionReport CompactInPieces(const std::filesystem::path& path, std::uint64_t room, Listener& listener,
+                                 LockPatience patience = {});
 
 struct PruneOptions
 {

@@ -10,7 +10,7 @@
 namespace quilon {
 
 WatchedFiles::WatchedFiles(Progress progress, LockPatience patience)
-    : progress_(std::move(progress)), patience_(std::move(patience))
+    : FED_LockFileLayer(patience.lock, patience.breaks), progress_(std::move(progress)), patience_(std::move(patience))
 {}
 
 WatchedFiles::~WatchedFiles() = default;
@@ -62,12 +62,19 @@ std::error_code WatchedFiles::TryLock(const std::filesystem::path& path, const C
 
 std::error_code WatchedFiles::Lock(const std::filesystem::path& path, Handle& handle)
 {
-  return TryLock(path, [&] { return FED_FileLayer::Lock(path, handle); });
+  return TryLock(path, [&] { return FED_LockFileLayer::Lock(path, handle); });
 }
 
 std::error_code WatchedFiles::LockFolder(const std::filesystem::path& folder, Handle& handle)
 {
   return TryLock(folder, [&] { return FED_FileLayer::LockFolder(folder, handle); });
+}
+
+std::string WatchedFiles::FindLockHolder(const std::filesystem::path& path)
+{
+  const std::string holder = FED_LockFileLayer::FindLockHolder(path);
+  if (!IsHeldElsewhere(path)) return holder;
+  return (holder.empty() ? GetHolderPath(path).filename().string() : holder) + "; --break-lock if that is gone";
 }
 
 std::error_code WatchedFiles::ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,

@@ -7,24 +7,27 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <system_error>
 
-#include <bundled/FED_FileLayer.h>
+#include <bundled/FED_LockFileLayer.h>
 #include <bundled/FED_ResultDatabase.h>
 
 namespace quilon {
 
-/// How long a writer waits for another one.
+/// How long a writer waits for another one, and what keeps writers off each other.
 struct LockPatience
 {
-  double                                         seconds = 0;   ///< 0: not at all
-  std::function<void(const std::string& holder)> onWait  = {};  ///< called once, before it waits; may be empty
+  double                                         seconds = 0;      ///< 0: not at all
+  std::function<void(const std::string& holder)> onWait  = {};     ///< called once, before it waits; may be empty
+  std::optional<FED_LockFileLayer::Sort>         lock    = {};     ///< nothing: as the environment says
+  bool                                           breaks  = false;  ///< takes the lock file of another machine
 };
 
 /// The operating system's files. Looks, reads and writes stop for an interrupt: a commit that it meets does not happen.
 /// An ONF folder whose new state it meets in the tidying up behind the commit keeps that state.
-class WatchedFiles final : public FED_FileLayer
+class WatchedFiles final : public FED_LockFileLayer
 {
 public:
   using Progress = std::function<void(std::uint64_t bytes)>;
@@ -46,6 +49,8 @@ public:
   /// Wait as long as the patience lasts. @throws Interrupted
   std::error_code Lock(const std::filesystem::path& path, Handle& handle) override;
   std::error_code LockFolder(const std::filesystem::path& folder, Handle& handle) override;
+  /// Says how to get rid of one that nobody can tell of.
+  std::string FindLockHolder(const std::filesystem::path& path) override;
   /// @throws Interrupted
   std::error_code ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,
                          std::size_t& done) override;

@@ -229,10 +229,41 @@ TEST_F(HealthCommands, CompactGivesBytesBack)
   EXPECT_EQ(check.at("dead-bytes"), 0);
 }
 
+TEST_F(HealthCommands, CompactGivesBytesBackInPieces)
+{
+  const std::string fixture = std::string(QUILON_FIXTURES) + "/calculix/a_tet/a_tet";
+  for (const char* iteration : {"1", "2", "3"})
+    ASSERT_EQ(RunQuilon({"import", fixture + ".dat", fixture + ".frd", "-o", fed_, "--iteration", iteration}).exitCode,
+              0);
+  ASSERT_EQ(RunQuilon({"prune", fed_, "nodal-strain"}).exitCode, 0);
+  const std::string before = List(fed_);
+  const json        little = json::parse(RunQuilon({"compact", fed_, "--incremental", "--room", "10K", "--json"}).out);
+  EXPECT_EQ(little.at("pieces"), 0);
+  EXPECT_GE(little.at("kept-files"), 1);
+  EXPECT_GT(little.at("room-for-all"), 10240);
+  const RunResult told = RunQuilon({"compact", fed_, "--incremental", "--room", "10K"});
+  EXPECT_NE(told.out.find(", --room 10K is less than the "), std::string::npos) << told.out;
+  const json report = json::parse(RunQuilon({"compact", fed_, "--incremental", "--json"}).out);
+  EXPECT_GE(report.at("pieces"), 1);
+  EXPECT_EQ(report.at("kept-files"), 0);
+  EXPECT_LT(report.at("bytes-after"), report.at("bytes-before"));
+  EXPECT_EQ(List(fed_), before);
+  EXPECT_EQ(json::parse(RunQuilon({"check", fed_, "--json"}).out).at("dead-bytes"), 0);
+  EXPECT_EQ(json::parse(RunQuilon({"compact", fed_, "--incremental", "--json"}).out).at("pieces"), 0);
+}
+
+TEST_F(HealthCommands, TheRoomOfACompactionIsASizeAndOfPieces)
+{
+  EXPECT_EQ(RunQuilon({"compact", fed_, "--room", "1G"}).exitCode, 2);
+  ExpectTrouble({"compact", fed_, "--incremental", "--room", "much"},
+                "size is 'much', expected a number of bytes such as 64M or 1G");
+}
+
 TEST_F(HealthCommands, CompactTakesWorkingDatabasesOnly)
 {
   const std::string onf = (folder_ / "job.onf").string();
   WriteSmallOnf(onf);
+  ExpectTrouble({"compact", onf, "--incremental"}, onf + ": not a working database (.fed)");
   const RunResult run = RunQuilon({"compact", onf});
   EXPECT_EQ(run.exitCode, 2);
   EXPECT_EQ(run.err, "quilon: error: " + onf + ": not a working database (.fed)\n");
@@ -242,6 +273,7 @@ TEST_F(HealthCommands, AnInterruptLeavesEverythingAsItWas)
 {
   const std::string before = List(fed_);
   EXPECT_EQ(RunQuilon({"compact", fed_}, {.interrupted = true}).exitCode, 130);
+  EXPECT_EQ(RunQuilon({"compact", fed_, "--incremental"}, {.interrupted = true}).exitCode, 130);
   EXPECT_EQ(RunQuilon({"check", fed_}, {.interrupted = true}).exitCode, 130);
   EXPECT_EQ(RunQuilon({"salvage", fed_, "-o", new_}, {.interrupted = true}).exitCode, 130);
   EXPECT_EQ(List(fed_), before);

@@ -77,6 +77,29 @@ TEST_F(Writers, FailAtOnceAndSayWhoIsAtWork)
   }
 }
 
+// A lock file of another machine: what is written by us names the host, the process and since when.
+TEST_F(Writers, RespectLockFilesAndBreakThemOnDemand)
+{
+  const std::string holder = fed_ + "/lock.holder";
+  const std::string text =
+      "quilon-lock 1\nhost n042\nmachine 1\nboot 1\nprocesses 1\nprocess 812\nstarted 1\nsince 2026-03-01T12:00:00Z\n";
+  for (const char* sort : {"file", "system"}) {
+    std::ofstream(holder) << text;
+    ExpectTrouble({"prune", fed_, "stress", "--lock", sort},
+                  fed_ +
+                      ": another writer has the database open (process 812 on n042 since 2026-03-01T12:00:00Z, by "
+                      "lock.holder; --break-lock if that is gone)");
+    EXPECT_EQ(RunQuilon({"ls", fed_}).exitCode, 0);
+    EXPECT_EQ(RunQuilon({"prune", fed_, "stress", "--lock", sort, "--break-lock", "--dry-run"}).exitCode, 0);
+    EXPECT_TRUE(fs::exists(holder));
+    EXPECT_EQ(RunQuilon({"compact", fed_, "--lock", sort, "--break-lock"}).exitCode, 0);
+    EXPECT_FALSE(fs::exists(holder));
+  }
+  EXPECT_EQ(RunQuilon({"compact", fed_, "--lock", "dot"}).exitCode, 2);
+  const RunResult run = RunQuilon({"compact", fed_}, {.environment = {"QUILON_LOCK=dot"}});
+  EXPECT_EQ(run.err, "quilon: error: QUILON_LOCK is 'dot', expected 'file' or 'system'\n");
+}
+
 TEST_F(Writers, WaitAsLongAsTheyAreToldAndSayForWhom)
 {
   const std::string note = "waiting for another program that writes to it: " + Us();
