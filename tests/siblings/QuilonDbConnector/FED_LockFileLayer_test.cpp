@@ -242,7 +242,9 @@ TEST_F(LockFiles, OfTwoWhoFindOneThatIsGoneOneGetsIt)
   Files::Handle kept = Files::kNoHandle;
   NoLocks       files(Files::LockFile);
   files.onLink = [&](const fs::path& to) {
-    if (to.filename() == "lock.holder.taken-over" && kept == Files::kNoHandle) EXPECT_FALSE(other.Lock(lock_, kept));
+    if (to.filename() == "lock.holder.taken-over" && kept == Files::kNoHandle) {
+      EXPECT_FALSE(other.Lock(lock_, kept));
+    }
   };
   EXPECT_FALSE(Takes(files));
   EXPECT_FALSE(Takes());
