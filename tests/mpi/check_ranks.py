@@ -18,6 +18,7 @@ QUILON, QUILON_MPI, MPIRUN = sys.argv[1:4]
 FIXTURES = Path(sys.argv[4]) / "calculix/a_tet"
 FOLDER, DEATH = Path(sys.argv[5]), sys.argv[6]
 RANKS = (1, 2, 3, 4, 7)  # with more ranks than blocks in some of the commands
+FEW = (2, 7)  # where a command's work is divided as another's is
 IN_PARTS = ["--memory", "256K"]  # an import is divided into parts of a fourth of it
 
 ENVIRONMENT = dict(
@@ -76,10 +77,10 @@ def errors_of(text):
     return [line for line in text.splitlines() if line.startswith(("quilon", "note"))]
 
 
-def compare_output(arguments, code):
+def compare_output(arguments, code, counts=RANKS):
     expected = one(arguments)
     expect(expected[0] == code, f"{arguments}: exit code {expected[0]}: {expected[2]}")
-    for ranks in RANKS:
+    for ranks in counts:
         found = many(ranks, arguments)
         expect(found[0] == code, f"{ranks} ranks, {arguments}: exit code {found[0]}: {found[2]}")
         expect(found[1] == expected[1], f"{ranks} ranks, {arguments}: another output")
@@ -111,7 +112,7 @@ def compare_in_place(database):
 
     expected = derive(one)
     expect(expected != tree(database), "derive: nothing is derived")
-    for ranks in RANKS:
+    for ranks in FEW:
         expect(derive(lambda own: many(ranks, own)) == expected, f"{ranks} ranks, derive in place: other files")
 
 
@@ -131,7 +132,7 @@ def check_failures(database, other):
     cause = one(["derive", str(broken)])
     expect(cause[0] == 2, f"derive of a damaged database: exit code {cause[0]}")
     words = cause[2].split("error: ", 1)[-1].strip()
-    for ranks in RANKS:
+    for ranks in FEW:
         found = many(ranks, ["derive", str(broken)])
         expect(found[0] == 2, f"{ranks} ranks, damaged database: exit code {found[0]}")
         expect(words in found[2], f"{ranks} ranks, damaged database: {found[2]}, expected {words}")
@@ -296,18 +297,18 @@ def main():
 
     fields = "stress,displacement.magnitude,element-stress.mises"
     compare_output(["max", str(job), fields, "--json", "--per", "step", "--head", "3"], 0)
-    compare_output(["max", results[0], "stress.mises"], 0)  # the launcher gives a terminal, and this is no place for it
-    compare_output(["envelope", str(job), fields, "--csv"], 0)
+    compare_output(["max", results[0], "stress.mises"], 0, FEW)  # the launcher gives a terminal, and this is no place for it
+    compare_output(["envelope", str(job), fields, "--csv"], 0, FEW)
     compare_output(["diff", str(job), str(other), "--json"], 1)
-    compare_output(["diff", str(job), str(job), "--brief"], 0)
-    compare_output(["check", str(job), "--json"], 0)
+    compare_output(["diff", str(job), str(job), "--brief"], 0, FEW)
+    compare_output(["check", str(job), "--json"], 0, FEW)
     compare_files(["envelope", str(job), fields, "-o", "OUT"], "new.fed")
-    compare_files(["diff", str(job), str(other), "-o", "OUT"], "new.onf", 1)
+    compare_files(["diff", str(job), str(other), "-o", "OUT"], "new.onf", 1, FEW)
     compare_files(["derive", str(job), "-o", "OUT"], "new.fed")
     compare_in_place(job)
-    few = (1, 3)
-    compare_files(["export", str(job), "displacement", "-o", "OUT"], "new.csv", counts=few)
-    compare_files(["forces", str(job), "--deck", str(FIXTURES / "a_tet.inp"), "-o", "OUT"], "new.fed", counts=few)
+    # One rank does all the work of these.
+    compare_files(["export", str(job), "displacement", "-o", "OUT"], "new.csv", counts=(3,))
+    compare_files(["forces", str(job), "--deck", str(FIXTURES / "a_tet.inp"), "-o", "OUT"], "new.fed", counts=(3,))
     check_import()
     check_failures(job, other)
     check_kill(job)
