@@ -31,6 +31,7 @@ for name in DbDataTools Utilities OnfSpecification DbConnector OnfEngine; do
   fi
   abidw --no-corpus-path --no-comp-dir-path --no-show-locs --drop-private-types --drop-undefined-syms \
     --suppressions "$suppressions" "${headers[@]}" --out-file "$found" "$library"
+  sed -i "s#path='[^']*/subproject-source/[^/']*/#path='#" "$found"  # sources by their place in the project, wherever it was built
   if [[ ${1:-} == --update ]]; then
     xz -9e -c "$found" >"$kept"
     continue
