@@ -469,7 +469,7 @@ void EnvelopeField::OfferEstimated(std::size_t component, std::size_t count, con
   for (const std::uint32_t r : beyond_) places_.push_back({first + r * size, slots + r * numSlots_});
   SettlePlaces(component);
   gathered_.clear();
-  for (const std::uint32_t r : beyond_) gathered_.insert(gathered_.end(), values + 6 * r, values + 6 * (r + 1));
+  for (const std::size_t r : beyond_) gathered_.insert(gathered_.end(), values + 6 * r, values + 6 * (r + 1));
   evaluated_.resize(beyond_.size());
   components_[component].EvaluateAll(gathered_, evaluated_);
   for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], first + beyond_[i] * size);

@@ -132,6 +132,40 @@ private:
   std::set<std::pair<int, int>>               ids_;     // with their kind
 };
 
+using WantedBlocks = std::map<Descriptor, const WantedRecords*>;
+
+/// Asks an order for what is wanted of its blocks.
+/// @param stale receives blocks of which the order is not true any more
+/// @return the blocks that it has
+std::vector<Descriptor> WantBlocks(OrderedRead& part, const FED_IdOrder& order, const WantedBlocks& wanted,
+                                   std::set<Descriptor>& stale)
+{
+  std::vector<Descriptor> taken;
+  for (std::size_t i = 0; i < order.GetBlocks().size(); ++i) {
+    const auto at = wanted.find(order.GetBlocks()[i].descriptor);
+    if (at == wanted.end()) continue;
+    if (part.Want(i, *at->second))
+      taken.push_back(at->first);
+    else
+      stale.insert(at->first);
+  }
+  return taken;
+}
+
+/// @param blocks those of the part, of which nothing stays where reading fails
+/// @return empty, or what was wrong
+std::string TryToRead(const OrderedRead& part, const std::vector<Descriptor>& blocks, FED_ResultDatabase& records)
+{
+  try {
+    part.ReadInto(records);
+    return {};
+  } catch (const FED_Failure& failure) {
+    for (const Descriptor& block : blocks)
+      if (records.HasDataBlock(block)) records.DeleteDataBlock(block);
+    return failure.what();
+  }
+}
+
 }  // namespace
 
 IdIndexReport IndexById(const std::filesystem::path& path, const IdIndexOptions& options, Listener& listener)
@@ -171,29 +205,17 @@ std::unique_ptr<FED_ResultDatabase> ReadFromOrders(const FED_Database&          
     if (onNote) onNote(text);
   };
   for (const std::string& failure : found.failures) note(failure);
-  std::map<Descriptor, const WantedRecords*> left;
+  WantedBlocks left;
   for (const WantedRecords& records : wanted) left[records.block] = &records;
   auto                 read  = std::make_unique<FED_ResultDatabase>();
   std::size_t          count = 0;
   std::set<Descriptor> stale;
   for (const FED_IdOrder& order : found.orders) {
-    OrderedRead             part(*own, order);
-    std::vector<Descriptor> taken;
-    for (std::size_t i = 0; i < order.GetBlocks().size(); ++i) {
-      const auto at = left.find(order.GetBlocks()[i].descriptor);
-      if (at == left.end()) continue;
-      if (part.Want(i, *at->second))
-        taken.push_back(at->first);
-      else
-        stale.insert(at->first);
-    }
+    OrderedRead                   part(*own, order);
+    const std::vector<Descriptor> taken = WantBlocks(part, order, left, stale);
     if (!part.IsWorthIt()) continue;
-    try {
-      part.ReadInto(*read);
-    } catch (const FED_Failure& failure) {
-      note(failure.what());
-      for (const Descriptor& block : taken)
-        if (read->HasDataBlock(block)) read->DeleteDataBlock(block);
+    if (const std::string failure = TryToRead(part, taken, *read); !failure.empty()) {
+      note(failure);
       continue;
     }
     count += taken.size();
