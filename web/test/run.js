@@ -22,7 +22,8 @@ function valuesOf(database, selection, ...more) {
   const lines = run('show', database, selection, '--csv', ...more).trim().split('\n');
   const columns = lines[0].split(',');
   const id = columns.indexOf('id');
-  return new Map(lines.slice(1).map((line) => line.split(',')).map((row) => [Number(row[id]), Number(row.at(-1))]));
+  const value = columns.length - (columns.at(-1) === 'time' ? 2 : 1);
+  return new Map(lines.slice(1).map((line) => line.split(',')).map((row) => [Number(row[id]), Number(row[value])]));
 }
 
 function importJob(folder, job) {
@@ -262,7 +263,7 @@ test('a cut shows its section with values between nodes', async () => {
     });
     await page.screenshot({path: join(out, `${job}-cut.png`)});
     const typeOf = new Map(run('show', database, 'element-type', '--csv').trim().split('\n').slice(1).map((line) => line.split(','))
-      .map(([id, type]) => [Number(id), type]));
+      .map(([id, type]) => [Number(id), type.replace(/R$/, '')])); // with fewer points the shape is the same
     assert.deepEqual([...new Set([...compared].map((element) => typeOf.get(element)))].sort(), types);
     await choose(page, 'Cut', 'none');
     assert.deepEqual(await sweepCut(page, 120), []);
