@@ -14,6 +14,7 @@
 #include "bundled/FED_ResultDatabase.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 
+#include "stored_tensors.h"
 #include "TempFolder.h"
 
 namespace {
@@ -24,15 +25,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr auto kScalar  = static_cast<FED_OnfId>(500);
-constexpr auto kTensor  = static_cast<FED_OnfId>(521);
 constexpr auto kElement = static_cast<FED_OnfId>(595);
-
-FED_DataDescriptor Key(FED_OnfId onf, int substep)
-{
-  FED_DataDescriptor descriptor(0, onf);
-  descriptor.SetInteger(FED_DataDescriptor::Substep, substep);
-  return descriptor;
-}
 
 // Two steps of tensors at nodes 10, 20, 30, elements with nodes, a history; two commits, so two segments.
 void MakeSample(const std::filesystem::path& folder)

@@ -21,6 +21,7 @@
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "failure_message.h"
+#include "stored_tensors.h"
 #include "TempFolder.h"
 
 namespace quilon_test {
@@ -33,13 +34,6 @@ constexpr auto        kVector = static_cast<FED_OnfId>(510);
 constexpr auto        kTensor = static_cast<FED_OnfId>(521);
 constexpr auto        kPoints = static_cast<FED_OnfId>(582);
 constexpr std::size_t kEnough = std::size_t{1} << 26;
-
-FED_DataDescriptor Key(FED_OnfId onf, int substep)
-{
-  FED_DataDescriptor descriptor(0, onf);
-  descriptor.SetInteger(FED_DataDescriptor::Substep, substep);
-  return descriptor;
-}
 
 std::vector<FED_DataDescriptor> Steps(FED_OnfId onf, int count)
 {

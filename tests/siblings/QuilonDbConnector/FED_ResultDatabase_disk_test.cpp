@@ -11,6 +11,7 @@
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 
 #include "failure_message.h"
+#include "stored_tensors.h"
 #include "TempFolder.h"
 
 namespace {
@@ -20,14 +21,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 
 constexpr auto kScalar = static_cast<FED_OnfId>(500);
-constexpr auto kTensor = static_cast<FED_OnfId>(521);
-
-FED_DataDescriptor Key(FED_OnfId onf, int substep)
-{
-  FED_DataDescriptor descriptor(0, onf);
-  descriptor.SetInteger(FED_DataDescriptor::Substep, substep);
-  return descriptor;
-}
 
 // Fails every write to a segment's data while it is told to.
 class FullDisk : public FED_FileLayer

@@ -15,6 +15,7 @@
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "database_state.h"
+#include "stored_tensors.h"
 #include "TempFolder.h"
 
 namespace quilon_test {
@@ -22,27 +23,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto kTensor = static_cast<FED_OnfId>(521);
 constexpr auto kPoints = static_cast<FED_OnfId>(582);
 
 constexpr std::uint64_t kEnough  = std::uint64_t{1} << 30;
 constexpr std::uint64_t kOneFile = 200'000;  // more than a file of the folder below has, less than two
-
-FED_DataDescriptor Key(FED_OnfId onf, int substep)
-{
-  FED_DataDescriptor descriptor(0, onf);
-  descriptor.SetInteger(FED_DataDescriptor::Substep, substep);
-  return descriptor;
-}
-
-void SetTensors(FED_ResultDatabase& database, int substep, int first, int last, double value)
-{
-  FED_IdDataBlock view(database.GetOrCreateDataBlock(Key(kTensor, substep), 0), database.GetIdMapsPool(), true);
-  for (int id = first; id <= last; ++id) {
-    const double tensor[6] = {value, 1.0 * id, 0, 0, 0, -value};
-    view.SetTensor(id, tensor);
-  }
-}
 
 void SetPoints(FED_ResultDatabase& database, int substep, int element, int numPoints)
 {

@@ -21,6 +21,7 @@
 
 #include "database_state.h"
 #include "FaultyFiles.h"
+#include "stored_tensors.h"
 #include "TempFolder.h"
 
 namespace quilon_test {
@@ -29,25 +30,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr auto kScalar     = static_cast<FED_OnfId>(514);
-constexpr auto kTensor     = static_cast<FED_OnfId>(521);
 constexpr auto kPointLists = static_cast<FED_OnfId>(582);
 constexpr auto kUserKind   = static_cast<FED_OnfId>(1000);
-
-FED_DataDescriptor Key(FED_OnfId onf, int substep)
-{
-  FED_DataDescriptor descriptor(0, onf);
-  descriptor.SetInteger(FED_DataDescriptor::Substep, substep);
-  return descriptor;
-}
-
-void SetTensors(FED_ResultDatabase& database, int substep, int first, int last, double value)
-{
-  FED_IdDataBlock view(database.GetOrCreateDataBlock(Key(kTensor, substep), 0), database.GetIdMapsPool(), true);
-  for (int id = first; id <= last; ++id) {
-    const double tensor[6] = {value, 1.0 * id, 0, 0, 0, -value};
-    view.SetTensor(id, tensor);
-  }
-}
 
 void SetPoints(FED_ResultDatabase& database, int substep, int element, std::size_t numPoints)
 {

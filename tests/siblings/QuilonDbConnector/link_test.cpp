@@ -19,6 +19,7 @@
 #include "database_state.h"
 #include "failure_message.h"
 #include "FaultyFiles.h"
+#include "stored_tensors.h"
 #include "TempFolder.h"
 
 namespace quilon_test {
@@ -26,17 +27,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto kTensor      = static_cast<FED_OnfId>(521);
 constexpr auto kTemperature = static_cast<FED_OnfId>(514);
 constexpr auto kText        = static_cast<FED_OnfId>(600);
 constexpr auto kScalar      = static_cast<FED_OnfId>(500);
-
-FED_DataDescriptor Key(FED_OnfId onf, int substep)
-{
-  FED_DataDescriptor descriptor(0, onf);
-  descriptor.SetInteger(FED_DataDescriptor::Substep, substep);
-  return descriptor;
-}
 
 void SetTensors(FED_ResultDatabase& database, int substep, const std::vector<int>& ids)
 {

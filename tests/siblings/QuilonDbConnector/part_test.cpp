@@ -21,6 +21,7 @@
 #include "database_state.h"
 #include "failure_message.h"
 #include "FaultyFiles.h"
+#include "stored_tensors.h"
 #include "TempFolder.h"
 
 namespace quilon_test {
@@ -28,15 +29,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto kTensor = static_cast<FED_OnfId>(521);
-constexpr auto kNodes  = static_cast<FED_OnfId>(516);
-
-FED_DataDescriptor Key(FED_OnfId onf, int substep)
-{
-  FED_DataDescriptor descriptor(0, onf);
-  descriptor.SetInteger(FED_DataDescriptor::Substep, substep);
-  return descriptor;
-}
+constexpr auto kNodes = static_cast<FED_OnfId>(516);
 
 void SetTensors(FED_ResultDatabase& database, int substep, int numIds)
 {
