@@ -176,18 +176,17 @@ PageSource::~PageSource() = default;
 void PageSource::MakeModelHeader()
 {
   Json json;
-  json["origin"] = Json(MiddleOf(fields_->mesh));
-  json["blobs"]  = Json::object();
-  const auto add = [&](const char* name, Content content) { json["blobs"][name] = Add(content); };
-  add("points", Content::Points);
-  add("ids", Content::Ids);
-  add("triangles", Content::Triangles);
-  add("triangleElements", Content::TriangleElements);
-  add("edges", Content::Edges);
-  add("beams", Content::Beams);
-  add("beamElements", Content::BeamElements);
-  add("elementIds", Content::ElementIds);
-  add("setNodes", Content::SetNodes);
+  json["origin"]       = Json(MiddleOf(fields_->mesh));
+  json["blobs"]        = ListBlobs({{"points", Content::Points},
+                                    {"ids", Content::Ids},
+                                    {"triangles", Content::Triangles},
+                                    {"triangleElements", Content::TriangleElements},
+                                    {"edges", Content::Edges},
+                                    {"beams", Content::Beams},
+                                    {"beamElements", Content::BeamElements},
+                                    {"elementIds", Content::ElementIds},
+                                    {"setNodes", Content::SetNodes}},
+                                   false);
   json["numPoints"]    = model_.points.size();
   json["numTriangles"] = model_.triangleElements.size();
   json["numEdges"]     = model_.edges.size() / 2;
@@ -276,15 +275,14 @@ void PageSource::MakeInsideHeader()
   Json json;
   json["numPoints"]   = model_.insidePoints.size();
   json["numElements"] = model_.insideElements.size();
-  json["blobs"]       = Json::object();
-  const auto add      = [&](const char* name, Content content) { json["blobs"][name] = Add(content, true); };
-  add("points", Content::Points);
-  add("ids", Content::Ids);
-  add("elementIds", Content::ElementIds);
-  add("solidTypes", Content::SolidTypes);
-  add("solidElements", Content::SolidElements);
-  add("solidPoints", Content::SolidPoints);
-  json["fields"] = Json::array();
+  json["blobs"]       = ListBlobs({{"points", Content::Points},
+                                   {"ids", Content::Ids},
+                                   {"elementIds", Content::ElementIds},
+                                   {"solidTypes", Content::SolidTypes},
+                                   {"solidElements", Content::SolidElements},
+                                   {"solidPoints", Content::SolidPoints}},
+                                  true);
+  json["fields"]      = Json::array();
   for (std::size_t array = 0; array < fields_->grid.Arrays().size(); ++array) {
     if (fields_->grid.FieldOf(array) == nullptr) continue;
     Json one{{"blobs", ListValues(array, true, false)}};
@@ -294,10 +292,14 @@ void PageSource::MakeInsideHeader()
   header_["inside"] = std::move(json);
 }
 
-std::size_t PageSource::Add(Content content, bool isInside)
+Json PageSource::ListBlobs(const std::vector<std::pair<const char*, Content>>& contents, bool isInside)
 {
-  blobs_.push_back({content, isInside});
-  return blobs_.size() - 1;
+  Json numbers = Json::object();
+  for (const auto& [name, content] : contents) {
+    numbers[name] = blobs_.size();
+    blobs_.push_back({content, isInside});
+  }
+  return numbers;
 }
 
 Json PageSource::ListValues(std::size_t array, bool isInside, bool ofDifference)

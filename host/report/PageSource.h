@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "QuilonDbConnector/FED_DataDescriptor.h"
@@ -122,8 +123,8 @@ private:
     bool        isDifference = false;  ///< from what the database is compared with
   };
 
-  /// @return its number
-  std::size_t Add(Content content, bool isInside = false);
+  /// @return the numbers of new blobs by name
+  Json        ListBlobs(const std::vector<std::pair<const char*, Content>>& contents, bool isInside);
   Json        ListValues(std::size_t array, bool isInside, bool ofDifference);
   std::string MakePoints(bool isInside) const;
   std::string MakeIds(bool isInside);
