@@ -40,6 +40,21 @@ WatchedFiles WatchedFilesOf(const fs::path& folder, const char* phase, Listener&
                       std::move(patience));
 }
 
+/// @param compact (database, report) gives bytes back
+template <typename Work>
+CompactionReport CompactBy(const Work& compact, const fs::path& path, Listener& listener, LockPatience patience)
+{
+  if (!IsWorkingDatabaseFolder(path)) Fail(path.string() + ": not a working database (.fed)");
+  CompactionReport report;
+  report.bytesBefore       = FolderSize(path);
+  WatchedFiles       files = WatchedFilesOf(path, "compacting", listener, std::move(patience));
+  FED_ResultDatabase database(path, FED_ResultDatabase::ReadWrite, files.GetOptions());
+  compact(database, report);
+  database.RemoveStaleIdOrders();
+  report.bytesAfter = FolderSize(path);
+  return report;
+}
+
 }  // namespace
 
 FED_DatabaseReport CheckWorkingDatabase(const fs::path& path, Listener& listener, Crew* crew)
@@ -101,35 +116,23 @@ FED_SalvageReport Salvage(const fs::path& path, const fs::path& output, Listener
 
 CompactionReport Compact(const fs::path& path, Listener& listener, LockPatience patience)
 {
-  if (!IsWorkingDatabaseFolder(path)) Fail(path.string() + ": not a working database (.fed)");
-  CompactionReport report;
-  report.bytesBefore       = FolderSize(path);
-  WatchedFiles       files = WatchedFilesOf(path, "compacting", listener, std::move(patience));
-  FED_ResultDatabase database(path, FED_ResultDatabase::ReadWrite, files.GetOptions());
-  database.Compact();
-  database.RemoveStaleIdOrders();
-  report.bytesAfter = FolderSize(path);
-  return report;
+  return CompactBy([](FED_ResultDatabase& database, CompactionReport&) { database.Compact(); }, path, listener,
+                   std::move(patience));
 }
 
 CompactionReport CompactInPieces(const fs::path& path, std::uint64_t room, Listener& listener, LockPatience patience)
 {
-  if (!IsWorkingDatabaseFolder(path)) Fail(path.string() + ": not a working database (.fed)");
-  CompactionReport report;
-  report.bytesBefore       = FolderSize(path);
-  WatchedFiles       files = WatchedFilesOf(path, "compacting", listener, std::move(patience));
-  FED_ResultDatabase database(path, FED_ResultDatabase::ReadWrite, files.GetOptions());
-  for (;;) {
-    const FED_CompactionPiece piece = database.CompactPiece(room);
-    report.keptSegments             = piece.keptSegments;
-    report.keptBytes                = piece.keptBytes;
-    report.roomForAll               = piece.roomForAll;
-    if (piece.segments == 0) break;
-    ++report.pieces;
-  }
-  database.RemoveStaleIdOrders();
-  report.bytesAfter = FolderSize(path);
-  return report;
+  const auto compact = [room](FED_ResultDatabase& database, CompactionReport& report) {
+    for (;;) {
+      const FED_CompactionPiece piece = database.CompactPiece(room);
+      report.keptSegments             = piece.keptSegments;
+      report.keptBytes                = piece.keptBytes;
+      report.roomForAll               = piece.roomForAll;
+      if (piece.segments == 0) break;
+      ++report.pieces;
+    }
+  };
+  return CompactBy(compact, path, listener, std::move(patience));
 }
 
 std::vector<ListedBlock> Prune(const fs::path& path, const PruneOptions& options)
