@@ -28,12 +28,6 @@ using Descriptor = FED_DataDescriptor;
 
 constexpr std::size_t kUsualMemory = std::size_t{256} << 20;
 
-std::size_t MemoryForOrders()
-{
-  const std::size_t limit = MemoryLimit::Get();
-  return limit == FED_ResultDatabaseOptions::kUsualLimit ? kUsualMemory : limit;
-}
-
 /// @return whether the block's records have a place in an order by id
 bool IsOrderable(const FED_Database& database, const Descriptor& descriptor)
 {
@@ -114,18 +108,13 @@ public:
         if (found == wanted_.end()) return;
         const WantedRecords& wanted = *found->second;
         if (std::binary_search(wanted.ids.begin(), wanted.ids.end(), id))
-          Store(OnfKind::EntityOf(wanted.block), id, records.GetDataBlock(wanted.block), records.GetIdMapsPool(),
-                values);
+          records.GetDataBlock(wanted.block)
+              .SetValuesAt(records.GetIdMapsPool().FindOrAddIndex(OnfKind::EntityOf(wanted.block), id), values);
       });
     }
   }
 
 private:
-  static void Store(int kind, int id, FED_DataBlock& block, FED_IdMapsPool& pool, const double* values)
-  {
-    block.SetValuesAt(pool.FindOrAddIndex(kind, id), values);
-  }
-
   const FED_ResultDatabase&                   database_;
   const FED_IdOrder&                          order_;
   std::map<std::size_t, const WantedRecords*> wanted_;  // by position in the order
@@ -187,7 +176,7 @@ IdIndexReport IndexById(const std::filesystem::path& path, const IdIndexOptions&
       ++report.others;
       continue;
     }
-    const FED_IdOrderReport written = database.WriteIdOrder(blocks, MemoryForOrders());
+    const FED_IdOrderReport written = database.WriteIdOrder(blocks, MemoryLimit::GetOr(kUsualMemory));
     report.mostInAddition           = std::max(report.mostInAddition, written.temporaryBytes);
     report.orders.push_back({kinds.GetName(key.first), written.file, blocks.size(), written.rows, written.fileBytes});
   }

@@ -36,6 +36,11 @@ MemoryLimit::~MemoryLimit() { allowed = former_; }
 
 std::size_t MemoryLimit::Get() noexcept { return allowed; }
 
+std::size_t MemoryLimit::GetOr(std::size_t usual) noexcept
+{
+  return allowed == FED_ResultDatabaseOptions::kUsualLimit ? usual : allowed;
+}
+
 std::size_t MemoryLimit::GetShare(std::size_t databases) noexcept
 {
   return allowed == FED_ResultDatabaseOptions::kUsualLimit ? allowed : allowed / databases;

@@ -23,6 +23,9 @@ public:
   /// @return the bytes, FED_ResultDatabaseOptions::kUsualLimit while nobody has set any
   static std::size_t Get() noexcept;
 
+  /// @return the bytes, those given here while nobody has set any
+  static std::size_t GetOr(std::size_t usual) noexcept;
+
   /// @return what each of several databases gets that share what a user allows; the usual limit where nobody set one
   static std::size_t GetShare(std::size_t databases) noexcept;
 

@@ -44,8 +44,7 @@ bool IsResultFile(const fs::path& path)
 bool IsLarge(std::uint64_t bytes)
 {
   constexpr std::size_t kUsual = std::size_t{64} << 20;
-  const std::size_t     limit  = MemoryLimit::Get();
-  return bytes > (limit == FED_ResultDatabaseOptions::kUsualLimit ? kUsual : limit);
+  return bytes > MemoryLimit::GetOr(kUsual);
 }
 
 void ImportFile(const fs::path& path, FED_ResultDatabase& database, Listener& listener,

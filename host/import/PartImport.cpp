@@ -34,10 +34,9 @@ constexpr std::size_t kMostParts = 24;
 /// @return bytes of a file that are worth a segment: what comes of them stays in memory
 std::uint64_t LeastBytes()
 {
-  constexpr std::size_t kUsual = std::size_t{16} << 20;
+  constexpr std::size_t kUsual = std::size_t{64} << 20;  // of memory
   constexpr std::size_t kLeast = std::size_t{1} << 16;
-  const std::size_t     limit  = MemoryLimit::Get();
-  return limit == FED_ResultDatabaseOptions::kUsualLimit ? kUsual : std::max(limit / 4, kLeast);
+  return std::max(MemoryLimit::GetOr(kUsual) / 4, kLeast);
 }
 
 /// Fields of whole results.
