@@ -83,6 +83,11 @@ std::error_code FaultyFiles::WriteAt(Handle handle, std::uint64_t offset, const 
   return Do([&] { return write(count); }, [&] { static_cast<void>(write(count / 2)); });
 }
 
+std::error_code FaultyFiles::BeginFlush(Handle, std::uint64_t, std::uint64_t)
+{
+  return Look([] { return std::error_code(); });
+}
+
 std::error_code FaultyFiles::Flush(Handle handle)
 {
   return Change([&] {

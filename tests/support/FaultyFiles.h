@@ -59,6 +59,7 @@ public:
   std::error_code GetStatus(const std::filesystem::path& path, FED_FileStatus& status) override;
   std::error_code SetPermissions(Handle handle, std::filesystem::perms permissions) override;
   std::error_code WriteAt(Handle handle, std::uint64_t offset, const void* bytes, std::size_t count) override;
+  std::error_code BeginFlush(Handle handle, std::uint64_t offset, std::uint64_t count) override;
   std::error_code Flush(Handle handle) override;
   std::error_code FlushAll(const std::filesystem::path& folder) override;
   std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;

@@ -227,6 +227,19 @@ std::error_code FED_FileLayer::WriteAt(Handle handle, std::uint64_t offset, cons
   return {};
 }
 
+std::error_code FED_FileLayer::BeginFlush([[maybe_unused]] Handle handle, [[maybe_unused]] std::uint64_t offset,
+                                          [[maybe_unused]] std::uint64_t count)
+{
+#if defined(__linux__)
+  const auto begin = static_cast<off64_t>(offset);
+  const int  begun =
+      Retry([&] { return ::sync_file_range(handle, begin, static_cast<off64_t>(count), SYNC_FILE_RANGE_WRITE); });
+  // Where there is no such call, Flush() does all of it.
+  if (begun < 0 && errno != ENOSYS && errno != EINVAL && errno != EOPNOTSUPP) return LastError();
+#endif
+  return {};
+}
+
 std::error_code FED_FileLayer::Flush(Handle handle)
 {
   return Retry([&] { return ::fsync(handle); }) < 0 ? LastError() : std::error_code();

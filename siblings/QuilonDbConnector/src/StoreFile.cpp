@@ -110,6 +110,11 @@ void StoreFile::WriteAt(std::uint64_t offset, const void* bytes, std::size_t cou
   RequireSuccess(files_->WriteAt(handle_, offset, bytes, count), path_, "write");
 }
 
+void StoreFile::BeginFlush(std::uint64_t offset, std::uint64_t count)
+{
+  RequireSuccess(files_->BeginFlush(handle_, offset, count), path_, "flush");
+}
+
 void StoreFile::Flush() { RequireSuccess(files_->Flush(handle_), path_, "flush"); }
 
 void StoreFile::Close() { RequireSuccess(Release(), path_, "close"); }

@@ -277,6 +277,19 @@ TEST(FileLayer, AllFilesOfAFolderAreFlushed)
   EXPECT_TRUE(files.FlushAll(folder / "none"));
 }
 
+TEST(FileLayer, BeginningToFlushChangesNothing)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  const OpenFile   file(files, folder / "a", FED_FileLayer::Create);
+  EXPECT_FALSE(files.WriteAt(file.handle, 0, "data", 4));
+  EXPECT_FALSE(files.BeginFlush(file.handle, 0, 4));
+  EXPECT_EQ(ReadSome(file, 0, 10), "data");
+#if defined(__linux__)
+  EXPECT_TRUE(files.BeginFlush(FED_FileLayer::kNoHandle, 0, 4));
+#endif
+}
+
 TEST(FileLayer, LockMakesNoFileThroughALink)
 {
   const TempFolder      folder;

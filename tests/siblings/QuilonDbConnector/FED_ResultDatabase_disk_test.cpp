@@ -1,7 +1,10 @@
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,6 +35,28 @@ public:
   {
     if (isFull) return std::make_error_code(std::errc::no_space_on_device);
     return FED_FileLayer::WriteAt(handle, offset, bytes, count);
+  }
+};
+
+// Knows how far each write goes and which bytes the disk was to begin with.
+class EagerDisk : public FED_FileLayer
+{
+public:
+  std::uint64_t   written = 0;
+  std::uint64_t   begun   = 0;
+  std::error_code answer;
+
+  std::error_code WriteAt(Handle handle, std::uint64_t offset, const void* bytes, std::size_t count) override
+  {
+    written = std::max(written, offset + count);
+    return FED_FileLayer::WriteAt(handle, offset, bytes, count);
+  }
+  std::error_code BeginFlush(Handle handle, std::uint64_t offset, std::uint64_t count) override
+  {
+    EXPECT_EQ(offset, begun);
+    EXPECT_LE(offset + count, written);
+    begun = offset + count;
+    return answer ? answer : FED_FileLayer::BeginFlush(handle, offset, count);
   }
 };
 
@@ -142,6 +167,32 @@ TEST(ResultDatabaseOnDisk, AfterAFullDiskTheSameObjectCommitsAll)
   EXPECT_EQ(reader.GetConstDataBlock(Key(kScalar, 2)).GetScalarAt(3), 3.0);
   EXPECT_EQ(reader.GetConstDataBlock(Key(kScalar, 2)).GetScalarAt(4), 4.0);
   EXPECT_EQ(reader.GetIdMapsPool().GetId(1, 1), 5);
+}
+
+TEST(ResultDatabaseOnDisk, TheDiskBeginsWithALargeCommitBeforeAllOfItIsWritten)
+{
+  constexpr std::uint64_t   kMebibyte = std::uint64_t{1} << 20;
+  const TempFolder          folder;
+  EagerDisk                 disk;
+  FED_ResultDatabaseOptions options;
+  options.files = &disk;
+  FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create, options);
+  database.GetOrCreateDataBlock(Key(kScalar, 1), 0).SetScalarAt(1, 1.0);
+  database.Commit();
+  EXPECT_EQ(disk.begun, 0u);  // small ones are flushed at once
+  const double   tensor[6] = {1, 2, 3, 4, 5, 6};
+  FED_DataBlock& tensors   = database.GetOrCreateDataBlock(Key(kTensor, 1), 0);
+  for (std::size_t i = 1; i <= 500000; ++i) tensors.SetValuesAt(i, tensor);  // 24 MB
+  disk.answer = std::make_error_code(std::errc::io_error);
+  EXPECT_EQ(MessageOf([&] { database.Commit(); }),
+            (folder / "a.fed" / "segment-000002.h5").string() + ": cannot flush: Input/output error");
+  EXPECT_EQ(CountSegments(folder / "a.fed"), 1u);
+  disk.answer = {};
+  disk.begun  = 0;
+  database.Commit();
+  EXPECT_GE(disk.begun, 16 * kMebibyte);
+  const FED_ResultDatabase reader(folder / "a.fed", FED_ResultDatabase::ReadOnly);
+  EXPECT_TRUE(reader.GetConstDataBlock(Key(kTensor, 1)).HasRecord(500000));
 }
 
 TEST(ResultDatabaseOnDisk, BlocksAreDeletedReplacedAndCompacted)

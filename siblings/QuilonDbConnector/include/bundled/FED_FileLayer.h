@@ -82,6 +82,8 @@ public:
   /// Writes all bytes; the file grows as needed.
   [[nodiscard]] virtual std::error_code WriteAt(Handle handle, std::uint64_t offset, const void* bytes,
                                                 std::size_t count);
+  /// Has bytes that were written begin their way to the disk, so that Flush() waits less. Only that promises anything.
+  [[nodiscard]] virtual std::error_code BeginFlush(Handle handle, std::uint64_t offset, std::uint64_t count);
   /// Returns when the file's bytes are on the disk.
   [[nodiscard]] virtual std::error_code Flush(Handle handle);
   /// Returns when all files of the folder are on the disk, its entries too. It takes as long as one Flush() or two for

@@ -59,6 +59,7 @@ public:
   /// @throws FED_Failure when the file ends before, too
   void ReadAt(std::uint64_t offset, void* bytes, std::size_t count) const;
   void WriteAt(std::uint64_t offset, const void* bytes, std::size_t count);
+  void BeginFlush(std::uint64_t offset, std::uint64_t count);
   void Flush();
   /// The file is closed whatever happens. What was flushed, or only read, may be left to the destructor.
   /// @throws FED_Failure when bytes that were written may be lost
