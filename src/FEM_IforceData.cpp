@@ -16,7 +16,8 @@
 namespace {
 
 constexpr std::size_t kNumComponents = 3;
-constexpr std::size_t kUsualNodes    = 4;  // per element: least room made at once
+constexpr std::size_t kUsualNodes    = 4;   // per element: least room made at once
+constexpr std::size_t kManyNodes     = 32;  // most room made at once
 
 template <typename Value>
 void Add(Value& target, double value)
@@ -171,8 +172,10 @@ void FEM_IforceData::SetVectors(int element, int node, const double* forces, con
 
 void FEM_IforceData::NullifyVecData()
 {
+  // What was not added to is zero: most elements have no moments, and this is half of a refill.
   for (auto& [element, data] : elements_.Entries()) {
-    for (std::vector<ValueSum>& values : data.vecData) SetToZero(values);
+    if (data.hasForces) SetToZero(data.vecData[Force]);
+    if (data.hasMoments) SetToZero(data.vecData[Moment]);
     data.hasForces  = false;
     data.hasMoments = false;
   }
@@ -254,8 +257,9 @@ FEM_IforceData::Target FEM_IforceData::Guess(int element, int node)
   const LoggedTarget* const guess = log_.Guess();
   if (guess == nullptr || guess->element != element || guess->node != node) return {};
   if (const LoggedTarget* const ahead = log_.Ahead(kAhead)) {
-    for (const std::vector<ValueSum>& values : elements_.At(ahead->position).vecData)
-      quilon::Prefetch(values.data() + ahead->base, kNumComponents * sizeof(ValueSum));
+    const NodesData& data = elements_.At(ahead->position);
+    quilon::Prefetch(data.vecData[Force].data() + ahead->base, kNumComponents * sizeof(ValueSum));
+    if (hasMoments) quilon::Prefetch(data.vecData[Moment].data() + ahead->base, kNumComponents * sizeof(ValueSum));
   }
   log_.Accept();
   return {&elements_.At(guess->position), guess->base};
@@ -302,10 +306,13 @@ void FEM_IforceData::FetchDataTarget(int element, int node, NodesData*& data, st
   const std::size_t position = FindElement(element);
   if (position == IdRadixMap<NodesData>::npos) {
     // All is made first and handed over: if anything here throws, no element is left without its node.
-    NodesData fresh;
+    // Elements of one type come one behind the other: this one will have as many nodes as the one before.
+    NodesData         fresh;
+    const auto        entries = elements_.Entries();
+    const std::size_t before  = lastElement_ < entries.size() ? entries[lastElement_].second.vecData[Force].size() : 0;
     fresh.nodes.emplace(node, 0);
     for (std::vector<ValueSum>& values : fresh.vecData) {
-      values.reserve(kNumComponents * kUsualNodes);
+      values.reserve(std::clamp(before, kNumComponents * kUsualNodes, kNumComponents * kManyNodes));
       values.resize(kNumComponents);
     }
     lastElement_ = elements_.FindOrInsert(element);
