@@ -531,6 +531,8 @@ private:
                 const VisibleRows& visible, FED_DataBlock& to)
   {
     const auto kind = static_cast<std::size_t>(OnfKind::EntityOf(block.stored.descriptor));
+    if (block.columns.size() == 1 && block.columns[0].element == StoredColumn::Float64 && !block.columns[0].isElements)
+      return CopyDoubles(kind, block.columns[0].width, bytes, firstRow, visible, to);
     // Where the elements of the next row's list begin, by column.
     std::vector<std::size_t> places(block.columns.size());
     FED_DataRecord*          record = to.CreateDataRecord();
@@ -551,6 +553,24 @@ private:
       ++report_.records;
     }
     to.DeleteDataRecord(record);
+  }
+
+  // Of one field of doubles, as most results are: without a record between.
+  void CopyDoubles(std::size_t kind, std::size_t width, const ExtentBytes& bytes, std::uint32_t firstRow,
+                   const VisibleRows& visible, FED_DataBlock& to)
+  {
+    std::array<double, 6> values{};
+    const std::size_t     rowBytes = width * sizeof(double);
+    for (std::uint32_t row = visible.begin - firstRow; row < visible.end - firstRow; ++row) {
+      const std::optional<std::size_t> index = TranslateIndex(kind, bytes.keys[row]);
+      if (!index) {
+        ++report_.lostRecords;
+        continue;
+      }
+      std::memcpy(values.data(), bytes.columns.front().data() + row * rowBytes, rowBytes);
+      to.SetValuesAt(*index, values.data());
+      ++report_.records;
+    }
   }
 
   template <typename T>
