@@ -13,6 +13,7 @@
 #include "commands/WriteReport.h"
 #include "database/DatabaseFolder.h"
 #include "database/Publication.h"
+#include "database/ScratchDatabase.h"
 #include "diff/Verification.h"
 #include "import/OpenedDatabase.h"
 #include "kinds/UserKinds.h"
@@ -62,6 +63,7 @@ void Run(const Options& options, CommandContext& context)
 
   FED_Database& working = publication.Target();
   CopyUserKindNames(*onf, working);
+  const LargeOnfOnDisk large;
   QuilonOnfToVtm::CopyOnfToVtm(WidePath(options.onf), working, FED_DataDescriptorPattern(), options.iteration,
                                options.loadCaseOffset, &loadCaseMap);
   // Blocks that come to have one key are mixed record by record: never what anybody wants.

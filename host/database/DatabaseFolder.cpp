@@ -6,6 +6,7 @@
 #include <bundled/NativePath.h>
 #include <bundled/StoreFile.h>
 
+#include "database/ScratchDatabase.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "text/Case.h"
 #include "text/Failure.h"
@@ -62,7 +63,8 @@ void RequireDatabaseName(const fs::path& path)
 std::unique_ptr<QuilonOnfTxtDatabase> OpenOnf(const fs::path& path)
 {
   constexpr std::size_t kCacheSize = 1024;
-  auto                  database   = std::make_unique<QuilonOnfTxtDatabase>(WidePath(path));
+  const LargeOnfOnDisk  large;
+  auto                  database = std::make_unique<QuilonOnfTxtDatabase>(WidePath(path));
   database->InitDb(FED_DatabaseDefs::ReadAccess, kCacheSize, std::wstring(), nullptr);
   return database;
 }

@@ -1,11 +1,14 @@
 #include "database/ScratchDatabase.h"
 
+#include <cstddef>
 #include <random>
 #include <string>
 #include <system_error>
 
 #include <bundled/FED_ResultDatabase.h>
 #include <bundled/StoreFile.h>
+
+#include "database/MemoryLimit.h"
 
 namespace quilon {
 
@@ -31,11 +34,26 @@ ScratchDatabase::Folder::~Folder()
   fs::remove_all(path, ignored);
 }
 
+bool ScratchDatabase::IsNeededFor(std::uint64_t bytes) noexcept
+{
+  constexpr std::size_t kUsual = std::size_t{64} << 20;
+  return bytes > MemoryLimit::GetOr(kUsual);
+}
+
 ScratchDatabase::ScratchDatabase()
     : database_(std::make_unique<FED_ResultDatabase>(folder_.path / "rows.fed", FED_ResultDatabase::Create,
                                                      files_.GetOptions()))
 {}
 
 ScratchDatabase::~ScratchDatabase() = default;
+
+LargeOnfOnDisk::LargeOnfOnDisk() noexcept : former_(Set(this)) {}
+
+LargeOnfOnDisk::~LargeOnfOnDisk() { Set(former_); }
+
+std::unique_ptr<OnfStore> LargeOnfOnDisk::MakeStore(std::uint64_t bytes)
+{
+  return ScratchDatabase::IsNeededFor(bytes) ? std::make_unique<ScratchDatabase>() : nullptr;
+}
 
 }  // namespace quilon

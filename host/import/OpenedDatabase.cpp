@@ -1,7 +1,5 @@
 #include "import/OpenedDatabase.h"
 
-#include <cstddef>
-#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,7 +9,6 @@
 #include <bundled/NativePath.h>
 
 #include "database/DatabaseFolder.h"
-#include "database/MemoryLimit.h"
 #include "database/ScratchDatabase.h"
 #include "database/StoredDatabase.h"
 #include "import/ResultImport.h"
@@ -37,14 +34,6 @@ bool IsResultFile(const fs::path& path)
 {
   const std::string extension = LowerExtension(path);
   return extension == ".frd" || extension == ".dat";
-}
-
-/// @return whether what is imported from a file may not stay in memory. Text takes more bytes than what it says, and
-///         what is derived from it about as many again.
-bool IsLarge(std::uint64_t bytes)
-{
-  constexpr std::size_t kUsual = std::size_t{64} << 20;
-  return bytes > MemoryLimit::GetOr(kUsual);
 }
 
 void ImportFile(const fs::path& path, FED_ResultDatabase& database, Listener& listener,
@@ -85,7 +74,7 @@ OpenedDatabase::OpenedDatabase(const fs::path& path, Listener& listener, Derivat
   if (kind == FED_FileStatus::Folder) Fail(name + ": a folder without a file 'manifest' or 'index', " + kAccepted);
   if (!IsResultFile(path)) Fail(name + ": not a database, " + kAccepted);
   FED_ResultDatabase* database = nullptr;
-  if (IsLarge(status.size)) {
+  if (ScratchDatabase::IsNeededFor(status.size)) {
     scratch_ = std::make_unique<ScratchDatabase>();
     database = &scratch_->Get();
   } else {

@@ -10,6 +10,7 @@
 #include "bundled/FED_ResultDatabase.h"
 #include "bundled/NativePath.h"
 #include "bundled/OnfFileLayer.h"
+#include "bundled/OnfStores.h"
 #include "file_text.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "text_cursor.h"
@@ -42,10 +43,28 @@ void CopyIds(const FED_IdMapsPool& source, FED_IdMapsPool& target)
     for (std::size_t index = 1; FindId(source, kind, index, id); ++index) target.FindOrAddIndex(kind, id);
 }
 
+class StoreInMemory final : public OnfStore
+{
+public:
+  FED_ResultDatabase& Get() noexcept override { return database_; }
+
+private:
+  FED_ResultDatabase database_;
+};
+
+std::unique_ptr<OnfStore> MakeStoreFor(const std::map<FED_DataDescriptor, FolderBlock>& blocks)
+{
+  std::uint64_t bytes = 0;
+  for (const auto& [descriptor, block] : blocks) bytes += block.status.size;
+  OnfStores* const          stores = OnfStores::Get();
+  std::unique_ptr<OnfStore> store  = stores != nullptr ? stores->MakeStore(bytes) : nullptr;
+  return store ? std::move(store) : std::make_unique<StoreInMemory>();
+}
+
 }  // namespace
 
-/// Records live in a database in memory. For reading, a block's file is read when the block is first asked for: who
-/// wants one block of a large folder does not wait for the others.
+/// Records live in a database in memory, or in one that is made for what is read. For reading, a block's file is read
+/// when the block is first asked for: who wants one block of a large folder does not wait for the others.
 class QuilonOnfTxtDatabase::Implementation
 {
 public:
@@ -59,22 +78,25 @@ public:
   void Open(FED_DatabaseDefs::AccessMode mode, const FED_IdMapsPool* idMaps)
   {
     if (IsOpen()) Fail("is already open");
-    FolderState folderState;
-    auto        store = std::make_unique<FED_ResultDatabase>();
+    FolderState               folderState;
+    std::unique_ptr<OnfStore> made;
     switch (mode) {
       case FED_DatabaseDefs::ReadAccess:
         folderState = ReadFolder(files_, folder_);
+        made        = MakeStoreFor(folderState.blocks);
         break;
       case FED_DatabaseDefs::WriteAccess:
         ReadFolderToWrite(files_, folder_);
+        made = std::make_unique<StoreInMemory>();
         break;
       default:
         Fail("access mode is " + std::to_string(static_cast<int>(mode)) + ", expected 0 to read or 1 to write");
     }
-    if (idMaps != nullptr) CopyIds(*idMaps, store->GetIdMapsPool());
-    for (const auto& [onf, name] : folderState.userKindNames) store->SetUserKindName(static_cast<FED_OnfId>(onf), name);
+    FED_ResultDatabase& store = made->Get();
+    if (idMaps != nullptr) CopyIds(*idMaps, store.GetIdMapsPool());
+    for (const auto& [onf, name] : folderState.userKindNames) store.SetUserKindName(static_cast<FED_OnfId>(onf), name);
     unread_ = std::move(folderState.blocks);
-    store_  = std::move(store);
+    store_  = std::move(made);
     newNames_.clear();
     state_ = mode == FED_DatabaseDefs::ReadAccess ? State::Reading : State::Writing;
   }
@@ -91,7 +113,7 @@ public:
   FED_ResultDatabase& GetStore() const
   {
     if (!IsOpen()) Fail("is not open");
-    return *store_;
+    return store_->Get();
   }
 
   FED_ResultDatabase& GetStoreToWrite() const
@@ -169,21 +191,23 @@ private:
     TextCursor        in(DisplayPath(path), {text.bytes.get(), text.size});
     const BlockHeader header = ReadBlockHeader(in);
     CheckRecordCount(in, header);
-    FED_DataBlock& block = *store_->CreateDataBlock(descriptor, header.numRecords, 0, header.recordFormat.ToString());
+    FED_ResultDatabase& store = store_->Get();
+    FED_DataBlock& block = *store.CreateDataBlock(descriptor, header.numRecords, 0, header.recordFormat.ToString());
     try {
-      ReadBlockRecords(in, header, block, store_->GetIdMapsPool());
+      ReadBlockRecords(in, header, block, store.GetIdMapsPool());
     } catch (...) {
-      store_->DeleteDataBlock(descriptor);  // half a block is none
+      store.DeleteDataBlock(descriptor);  // half a block is none
       throw;
     }
   }
 
   void Publish()
   {
+    FED_ResultDatabase&   store = store_->Get();
     std::vector<NewBlock> blocks;
-    for (const FED_DataBlock* block : store_->GetDataBlocks(FED_DataDescriptorPattern()))
-      blocks.push_back({block->GetDescriptor(), [this, block](TextOutput& out) {
-                          WriteBlock(dynamic_cast<const FED_ColumnDataBlock&>(*block), store_->GetIdMapsPool(), out);
+    for (const FED_DataBlock* block : store.GetDataBlocks(FED_DataDescriptorPattern()))
+      blocks.push_back({block->GetDescriptor(), [&store, block](TextOutput& out) {
+                          WriteBlock(dynamic_cast<const FED_ColumnDataBlock&>(*block), store.GetIdMapsPool(), out);
                         }});
     TextFolderWriter(folder_, files_).Publish(blocks, newNames_);
   }
@@ -192,7 +216,7 @@ private:
   FED_FileLayer&                            files_;
   FED_DataBlockSet                          blockSet_;
   State                                     state_ = State::Closed;
-  std::unique_ptr<FED_ResultDatabase>       store_;     ///< stays behind Release() for those who hold blocks
+  std::unique_ptr<OnfStore>                 store_;     ///< stays behind Release() for those who hold blocks
   std::map<FED_DataDescriptor, FolderBlock> unread_;    ///< when reading: blocks whose files have not been read
   UserKindNames                             newNames_;  ///< when writing: names set since opening
 };

@@ -3,12 +3,15 @@
 #include <cstddef>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <string>
 
 #include <bundled/FED_ResultDatabase.h>
 #include <gtest/gtest.h>
 
+#include "database/DatabaseFolder.h"
 #include "database/MemoryLimit.h"
+#include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "QuilonUtilities/FED_Failure.h"
 
 #include "TempFolder.h"
@@ -82,6 +85,33 @@ TEST_F(ScratchDatabaseTest, ATemporaryFolderThatIsNotThereIsNamed)
   } catch (const FED_Failure& failure) {
     EXPECT_EQ(failure.GetMessage().find("the temporary folder: "), 0u) << failure.GetMessage();
   }
+}
+
+TEST_F(ScratchDatabaseTest, LargeOnfFoldersAreReadIntoOneAndSmallOnesIntoMemory)
+{
+  const fs::path           path = parent_ / "a.onf";
+  const FED_DataDescriptor key(0, static_cast<FED_OnfId>(500));
+  {
+    QuilonOnfTxtDatabase written(path.wstring());
+    written.InitDb(FED_DatabaseDefs::WriteAccess, 0, L"", nullptr);
+    written.GetOrCreateDataBlock(key, 1).SetScalarAt(7, 0.5);
+    written.ReleaseDb(false);
+  }
+  const auto countFolders = [this] {
+    return std::distance(fs::directory_iterator(parent_.GetPath()), fs::directory_iterator());
+  };
+  {
+    const auto opened = quilon::OpenOnf(path);
+    EXPECT_EQ(countFolders(), 1);  // what is read
+  }
+  {
+    const quilon::MemoryLimit limit(1);
+    const auto                opened = quilon::OpenOnf(path);
+    EXPECT_EQ(countFolders(), 2);
+    EXPECT_EQ(opened->GetConstDataBlock(key).GetScalarAt(7), 0.5);
+    EXPECT_EQ(OnfStores::Get(), nullptr);
+  }
+  EXPECT_EQ(countFolders(), 1);
 }
 
 }  // namespace

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "bundled/FED_ResultDatabase.h"
+#include "bundled/OnfStores.h"
 #include "gtest/gtest.h"
 #include "onf_text_support.h"
 #include "QuilonDbConnector/QuilonDatabaseUtils.h"
@@ -28,7 +31,73 @@ void WriteTemperature(const std::filesystem::path& folder, int loadCase, double 
   database.ReleaseDb(false);
 }
 
+/// Knows how many bytes it was asked for, and which stores there are.
+class CountedStores final : public OnfStores
+{
+public:
+  CountedStores() : former_(Set(this)) {}
+  CountedStores(const CountedStores&)            = delete;
+  CountedStores& operator=(const CountedStores&) = delete;
+  ~CountedStores() override { EXPECT_EQ(Set(former_), this); }
+
+  std::unique_ptr<OnfStore> MakeStore(std::uint64_t bytes) override
+  {
+    asked.push_back(bytes);
+    return hasAny ? std::make_unique<Store>(*this) : nullptr;
+  }
+
+  std::vector<std::uint64_t> asked;
+  bool                       hasAny = true;
+  FED_ResultDatabase*        last   = nullptr;  ///< store that is there
+
+private:
+  class Store final : public OnfStore
+  {
+  public:
+    explicit Store(CountedStores& stores) : stores_(stores) { stores_.last = &database_; }
+    Store(const Store&)            = delete;
+    Store& operator=(const Store&) = delete;
+    ~Store() override { stores_.last = nullptr; }
+
+    FED_ResultDatabase& Get() noexcept override { return database_; }
+
+  private:
+    CountedStores&     stores_;
+    FED_ResultDatabase database_;
+  };
+
+  OnfStores* former_;
+};
+
 }  // namespace
+
+TEST(QuilonOnfTxtDatabase, WhatIsReadStaysWhereItIsToldTo)
+{
+  const quilon_test::TempFolder test;
+  const std::filesystem::path   folder = test / "onf";
+  CountedStores                 stores;
+  WriteTemperature(folder, 1, 20.5);
+  WriteTemperature(folder, 2, 21.5);
+  EXPECT_TRUE(stores.asked.empty());  // who writes is not asked
+  std::uint64_t bytes = 0;
+  for (const auto& [name, text] : ReadAllFiles(folder)) bytes += name == "index" ? 0 : text.size();
+  {
+    QuilonOnfTxtDatabase database(folder.wstring());
+    OpenToRead(database);
+    EXPECT_EQ(stores.asked, (std::vector<std::uint64_t>{bytes}));
+    EXPECT_EQ(GetScalar(database, MakeKey(kTemperature, 2), 1), 21.5);
+    ASSERT_NE(stores.last, nullptr);
+    EXPECT_EQ(stores.last->GetDataDescriptors({}), (std::vector{MakeKey(kTemperature, 2)}));
+    EXPECT_EQ(&database.GetIdMapsPool(), &stores.last->GetIdMapsPool());
+    database.ReleaseDb(false);
+    EXPECT_NE(stores.last, nullptr);  // for those who hold blocks
+  }
+  EXPECT_EQ(stores.last, nullptr);
+  stores.hasAny = false;
+  QuilonOnfTxtDatabase database(folder.wstring());
+  OpenToRead(database);
+  EXPECT_EQ(GetScalar(database, MakeKey(kTemperature, 1), 1), 20.5);
+}
 
 TEST(QuilonOnfTxtDatabase, ABlockIsAHeaderAndALineARecordByAscendingId)
 {
