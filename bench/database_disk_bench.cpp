@@ -3,6 +3,9 @@
 //   commit     a step of tensors, filled before, until Commit() returns
 //   raw read   the plain file, read in pieces of 16 MiB
 //   walk       the database opened and every tensor's chunk fetched, which checks it
+//   cold       the same, with no byte of it in the page cache
+//   HDF5       the step written, flushed and read as one data set in chunks, each under a checksum; without HDF5 these
+//              are left out, and a line says so
 //   order, turn  ten blocks that hold the step together, in a quarter of the memory that they take, until Commit()
 //              returns: filled one after the other, and record by record in turn
 //   append     Commit() of one record more, with a history of 1, 10 and 100 times as many records stored
@@ -35,6 +38,13 @@
 
 #if defined(QUILON_BENCH_SQLITE)
 #  include <sqlite3.h>
+#endif
+#if defined(QUILON_BENCH_HDF5)
+#  include <hdf5.h>
+#endif
+#if defined(__linux__)
+#  include <fcntl.h>
+#  include <unistd.h>
 #endif
 
 #include "file_bench_options.h"
@@ -130,6 +140,91 @@ double Walk(const fs::path& folder)
   const double seconds = Now() - start;
   if (sum < 0.0) std::puts("");  // the sum is used
   return seconds;
+}
+
+/// Takes files that are on the disk out of the page cache, where the system knows how.
+void Forget([[maybe_unused]] const fs::path& path)
+{
+#if defined(__linux__)
+  const int handle = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (handle < 0 || ::posix_fadvise(handle, 0, 0, POSIX_FADV_DONTNEED) != 0 || ::close(handle) != 0) std::exit(1);
+#endif
+}
+
+double WalkCold(const fs::path& folder)
+{
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) Forget(entry.path());
+  return Walk(folder);
+}
+
+#if defined(QUILON_BENCH_HDF5)
+hid_t Require(hid_t handle)
+{
+  if (handle >= 0) return handle;
+  std::fputs("database_disk_bench: HDF5 fails\n", stderr);
+  std::exit(1);
+}
+
+double WriteHdf5(const fs::path& path, std::size_t tensors)
+{
+  constexpr hsize_t   kRowsPerChunk = 65536;
+  std::vector<double> values(6 * tensors);
+  for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<double>(i);
+  fs::remove(path);
+  const hsize_t shape[] = {tensors, 6};
+  const hsize_t chunk[] = {std::min<hsize_t>(kRowsPerChunk, tensors), 6};
+  const double  start   = Now();
+  const hid_t   file    = Require(H5Fcreate(path.c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, H5P_DEFAULT));
+  const hid_t   space   = Require(H5Screate_simple(2, shape, nullptr));
+  const hid_t   created = Require(H5Pcreate(H5P_DATASET_CREATE));
+  Require(hid_t{H5Pset_chunk(created, 2, chunk)});
+  Require(hid_t{H5Pset_fletcher32(created)});
+  const hid_t set = Require(H5Dcreate2(file, "stress", H5T_NATIVE_DOUBLE, space, H5P_DEFAULT, created, H5P_DEFAULT));
+  Require(hid_t{H5Dwrite(set, H5T_NATIVE_DOUBLE, H5S_ALL, H5S_ALL, H5P_DEFAULT, values.data())});
+  Require(hid_t{H5Dclose(set)});
+  Require(hid_t{H5Pclose(created)});
+  Require(hid_t{H5Sclose(space)});
+  Require(hid_t{H5Fclose(file)});
+  FED_FileLayer         files;
+  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
+  Require(files.Open(path, FED_FileLayer::Change, handle));
+  Require(files.Flush(handle));
+  files.Close(handle);
+  return Now() - start;
+}
+
+double ReadHdf5(const fs::path& path, std::size_t tensors, bool isCold)
+{
+  if (isCold) Forget(path);
+  const double        start = Now();
+  std::vector<double> values(6 * tensors);
+  const hid_t         file = Require(H5Fopen(path.c_str(), H5F_ACC_RDONLY, H5P_DEFAULT));
+  const hid_t         set  = Require(H5Dopen2(file, "stress", H5P_DEFAULT));
+  Require(hid_t{H5Dread(set, H5T_NATIVE_DOUBLE, H5S_ALL, H5S_ALL, H5P_DEFAULT, values.data())});
+  Require(hid_t{H5Dclose(set)});
+  Require(hid_t{H5Fclose(file)});
+  const double seconds = Now() - start;
+  if (values.back() < 0.0) std::puts("");  // the values are used
+  return seconds;
+}
+#endif
+
+void PrintHdf5([[maybe_unused]] const fs::path& path, [[maybe_unused]] std::size_t tensors,
+               [[maybe_unused]] int repeats, [[maybe_unused]] const Times& commit, [[maybe_unused]] const Times& walk,
+               [[maybe_unused]] const Times& cold)
+{
+#if defined(QUILON_BENCH_HDF5)
+  const auto print = [](const char* name, const Times& peer, const Times& ours) {
+    std::printf("HDF5 %-5s best %9.3f ms, median %9.3f ms, %5.2f of ours\n", name, 1e3 * peer.best, 1e3 * peer.median,
+                peer.median / ours.median);
+  };
+  print("write", Measure(repeats, [&] { return WriteHdf5(path, tensors); }), commit);
+  print("read", Measure(repeats, [&] { return ReadHdf5(path, tensors, false); }), walk);
+  print("cold", Measure(repeats, [&] { return ReadHdf5(path, tensors, true); }), cold);
+  fs::remove(path);
+#else
+  std::puts("HDF5 was not there when this was built: no peer for a step");
+#endif
 }
 
 // Many commits of one record each: single ones are too short to measure.
@@ -309,10 +404,13 @@ int main(int argc, char** argv)
   const Times commit   = Measure(options.repeats, [&] { return CommitStep(database, tensors); });
   const Times readRaw  = Measure(options.repeats, [&] { return ReadRaw(plain, bytes); });
   const Times walk     = Measure(options.repeats, [&] { return Walk(database); });
+  const Times cold     = Measure(options.repeats, [&] { return WalkCold(database); });
   Print("raw write", writeRaw, bytes, writeRaw);
   Print("commit", commit, bytes, writeRaw);
   Print("raw read", readRaw, bytes, readRaw);
   Print("walk", walk, bytes, readRaw);
+  Print("cold", cold, bytes, readRaw);
+  PrintHdf5(plain, tensors, options.repeats, commit, walk, cold);
   const Times order = Measure(options.repeats, [&] { return FillBlocks(database, tensors, false); });
   const Times turn  = Measure(options.repeats, [&] { return FillBlocks(database, tensors, true); });
   Print("order", order, bytes, writeRaw);
