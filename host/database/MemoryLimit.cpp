@@ -41,11 +41,6 @@ std::size_t MemoryLimit::GetOr(std::size_t usual) noexcept
   return allowed == FED_ResultDatabaseOptions::kUsualLimit ? usual : allowed;
 }
 
-std::size_t MemoryLimit::GetShare(std::size_t databases) noexcept
-{
-  return allowed == FED_ResultDatabaseOptions::kUsualLimit ? allowed : allowed / databases;
-}
-
 std::size_t MemoryLimit::Parse(std::string_view text)
 {
   std::size_t number      = 0;

@@ -26,9 +26,6 @@ public:
   /// @return the bytes, those given here while nobody has set any
   static std::size_t GetOr(std::size_t usual) noexcept;
 
-  /// @return what each of several databases gets that share what a user allows; the usual limit where nobody set one
-  static std::size_t GetShare(std::size_t databases) noexcept;
-
   /// Reads "64M": bytes, or those of K, M or G, which count by 1024 and may end in "iB" or "B".
   /// @throws FED_Failure that names the text, for anything else
   static std::size_t Parse(std::string_view text);

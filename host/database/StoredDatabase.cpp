@@ -11,14 +11,13 @@
 
 namespace quilon {
 
-std::unique_ptr<StoredDatabase> StoredDatabase::OpenIfThere(const std::filesystem::path& path, std::size_t memoryLimit)
+std::unique_ptr<StoredDatabase> StoredDatabase::OpenIfThere(const std::filesystem::path& path, std::size_t share)
 {
   std::unique_ptr<StoredDatabase> stored(new StoredDatabase());
   if (IsWorkingDatabaseFolder(path)) {
-    stored->files_                    = std::make_unique<WatchedFiles>();
-    FED_ResultDatabaseOptions options = stored->files_->GetOptions();
-    options.memoryLimit               = memoryLimit;
-    stored->database_ = std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly, options);
+    stored->files_ = std::make_unique<WatchedFiles>();
+    stored->database_ =
+        std::make_unique<FED_ResultDatabase>(path, FED_ResultDatabase::ReadOnly, stored->files_->GetOptions(share));
   } else if (IsOnfFolder(path)) {
     stored->database_ = OpenOnf(path);
   } else {
@@ -39,7 +38,7 @@ std::unique_ptr<StoredDatabase> StoredDatabase::OpenAgain(const std::filesystem:
   if (state.empty()) return nullptr;
   std::unique_ptr<StoredDatabase> other;
   try {
-    other = OpenIfThere(path, MemoryLimit::GetShare(share));
+    other = OpenIfThere(path, share);
   } catch (const FED_Failure&) {
     // Removed or replaced since. This one has what it needs open, and does without others.
   }

@@ -9,8 +9,6 @@
 #include <memory>
 #include <string>
 
-#include "database/MemoryLimit.h"
-
 class FED_Database;
 
 namespace quilon {
@@ -22,11 +20,10 @@ class WatchedFiles;
 class StoredDatabase
 {
 public:
-  /// @param memoryLimit bytes of rows of a working database that stay in memory
+  /// @param share what part of the allowed memory a working database gets: 1 of so many
   /// @return the database at the path; null where neither form of one stands
   /// @throws FED_Failure when the system does not tell what stands there, and for a database that cannot be opened
-  static std::unique_ptr<StoredDatabase> OpenIfThere(const std::filesystem::path& path,
-                                                     std::size_t                  memoryLimit = MemoryLimit::Get());
+  static std::unique_ptr<StoredDatabase> OpenIfThere(const std::filesystem::path& path, std::size_t share = 1);
 
   StoredDatabase(const StoredDatabase&)            = delete;
   StoredDatabase& operator=(const StoredDatabase&) = delete;
@@ -40,7 +37,7 @@ public:
 
   /// Opens the same state of the same database once more, for another thread.
   /// @param path  that this one was opened by
-  /// @param share what part of the allowed memory this one gets: 1 of so many
+  /// @param share as of OpenIfThere()
   /// @return null for a folder of text, whose record indices depend on what was read first, and where this state
   ///         of the database is no longer there to be opened
   std::unique_ptr<StoredDatabase> OpenAgain(const std::filesystem::path& path, std::size_t share) const;

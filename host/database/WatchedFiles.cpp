@@ -15,11 +15,13 @@ WatchedFiles::WatchedFiles(Progress progress, LockPatience patience)
 
 WatchedFiles::~WatchedFiles() = default;
 
-FED_ResultDatabaseOptions WatchedFiles::GetOptions() noexcept
+FED_ResultDatabaseOptions WatchedFiles::GetOptions(std::size_t share) noexcept
 {
   FED_ResultDatabaseOptions options;
-  options.memoryLimit = MemoryLimit::Get();
-  options.files       = this;
+  const std::size_t         allowed = MemoryLimit::Get();
+  options.memoryLimit               = allowed == FED_ResultDatabaseOptions::kUsualLimit ? allowed : allowed / share;
+  options.shares                    = share;
+  options.files                     = this;
   return options;
 }
 

@@ -36,8 +36,9 @@ public:
   explicit WatchedFiles(Progress progress = {}, LockPatience patience = {});
   ~WatchedFiles() override;
 
+  /// @param share what part of the allowed memory the database gets: 1 of so many
   /// @return options of a database whose files these are; they outlive it
-  FED_ResultDatabaseOptions GetOptions() noexcept;
+  FED_ResultDatabaseOptions GetOptions(std::size_t share = 1) noexcept;
 
   /// @throws Interrupted
   std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override;

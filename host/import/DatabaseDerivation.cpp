@@ -9,7 +9,6 @@
 
 #include "database/BlockSummary.h"
 #include "database/DatabaseFolder.h"
-#include "database/MemoryLimit.h"
 #include "database/Publication.h"
 #include "database/StoredDatabase.h"
 #include "import/Derivation.h"
@@ -108,7 +107,7 @@ std::vector<DerivedBlock> DeriveInWorkingDatabase(const DerivationOptions& optio
   KindRequests       requests(options.requests, kinds);
   // Nobody else writes: the state on the disk is the one that is open here.
   const auto open = [&options, share = options.crew == nullptr ? 1 : options.crew->GetSize()] {
-    return StoredDatabase::OpenIfThere(options.database, MemoryLimit::GetShare(share));
+    return StoredDatabase::OpenIfThere(options.database, share);
   };
   const Changes changes =
       Derive(database, requests, {nullptr, {options.crew, open, std::to_string(database.GetGeneration())}});

@@ -65,16 +65,19 @@ SegmentStore::Access GetStoreAccess(FED_ResultDatabase::Access access) noexcept
 constexpr std::size_t kUsualReaderLimit = std::size_t{32} << 20;
 constexpr std::size_t kUsualWriterLimit = std::size_t{64} << 20;
 constexpr std::size_t kUsualMost        = std::size_t{1} << 30;
+constexpr std::size_t kLeastShare       = std::size_t{8} << 20;
 
 std::size_t GetMemoryLimit(FED_ResultDatabase::Access access, const FED_ResultDatabaseOptions& options) noexcept
 {
   if (options.memoryLimit != FED_ResultDatabaseOptions::kUsualLimit) return options.memoryLimit;
-  return access == FED_ResultDatabase::ReadOnly ? kUsualReaderLimit : kUsualWriterLimit;
+  const std::size_t usual = access == FED_ResultDatabase::ReadOnly ? kUsualReaderLimit : kUsualWriterLimit;
+  return std::max(usual / options.shares, kLeastShare);
 }
 
 std::size_t GetMostMemory(const FED_ResultDatabaseOptions& options) noexcept
 {
-  return options.memoryLimit != FED_ResultDatabaseOptions::kUsualLimit ? options.memoryLimit : kUsualMost;
+  if (options.memoryLimit != FED_ResultDatabaseOptions::kUsualLimit) return options.memoryLimit;
+  return std::max(kUsualMost / options.shares, kLeastShare);
 }
 
 // Calls visit(entry) for the blocks of a pattern, ascending. Descriptors are ordered by their values, so all that share

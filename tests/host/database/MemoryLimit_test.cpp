@@ -43,10 +43,13 @@ TEST(MemoryLimit, HoldsForDatabasesWhileItLives)
     {
       const MemoryLimit inner(70);
       EXPECT_EQ(files.GetOptions().memoryLimit, 70u);
+      EXPECT_EQ(files.GetOptions(7).memoryLimit, 10u);
     }
     EXPECT_EQ(files.GetOptions().memoryLimit, 5000u);
   }
   EXPECT_EQ(files.GetOptions().memoryLimit, FED_ResultDatabaseOptions::kUsualLimit);
+  EXPECT_EQ(files.GetOptions(7).memoryLimit, FED_ResultDatabaseOptions::kUsualLimit);
+  EXPECT_EQ(files.GetOptions(7).shares, 7u);
 }
 
 }  // namespace

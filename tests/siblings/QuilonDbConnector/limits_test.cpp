@@ -168,6 +168,49 @@ TEST(UsualMemory, IsBoundedForWritersAndForReadersWhateverTheDatabaseIs)
   EXPECT_LT(again, 2 * kRecords * kMiB);
 }
 
+TEST(UsualMemory, IsDividedBetweenDatabasesThatShareIt)
+{
+  constexpr std::size_t     kMiB     = std::size_t{1} << 20;
+  constexpr std::size_t     kRecords = 60;  // of a MiB each
+  const FED_DataDescriptor  key(0, static_cast<FED_OnfId>(582));
+  const TempFolder          folder;
+  CountingFiles             files;
+  FED_ResultDatabaseOptions options;
+  options.files = &files;
+  {
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create, options);
+    FED_DataBlock&     block  = *database.CreateDataBlock(key, 0, 0, "b");
+    FED_DataRecord&    record = *block.CreateDataRecord();
+    FED_DoubleArray    list;
+    list.Resize(kMiB / sizeof(double));
+    record.SetDoubleList(1, list);
+    for (std::size_t index = 1; index <= kRecords; ++index) block.SetRecord(index, record);
+    database.Commit();
+  }
+  const auto countKept = [&](std::size_t shares) {
+    options.shares = shares;
+    const FED_ResultDatabase reader(folder / "a.fed", FED_ResultDatabase::ReadOnly, options);
+    const FED_DataBlock&     block  = reader.GetConstDataBlock(key);
+    FED_ConstDataRecord&     record = *block.CreateConstDataRecord();
+    for (std::size_t index = 1; index <= kRecords; ++index) block.GetRecord(index, record);
+    files.bytes      = 0;
+    std::size_t kept = 0;
+    while (kept < kRecords) {
+      block.GetRecord(kRecords - kept, record);
+      if (files.bytes > 0) break;
+      ++kept;
+    }
+    return kept;
+  };
+  const std::size_t whole = countKept(1);
+  EXPECT_GE(whole, 28u);
+  const std::size_t half = countKept(2);
+  EXPECT_LE(half, whole - 12);
+  const std::size_t least = countKept(4);
+  EXPECT_LE(least, half - 4);
+  EXPECT_EQ(countKept(1000), least);
+}
+
 /// Blocks of one format, filled one after the other or record by record in turn, in little memory.
 struct Filling
 {
