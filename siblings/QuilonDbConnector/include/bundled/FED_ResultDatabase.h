@@ -36,8 +36,8 @@ struct FED_ResultDatabaseOptions
   /// are not counted.
   std::size_t memoryLimit = kUsualLimit;
 
-  /// Databases that work side by side and share what kUsualLimit stands for: this one gets its part, and at least 8 MiB.
-  /// At least 1; other limits are each database's own.
+  /// Databases that work side by side and share what kUsualLimit stands for: this one gets its part, and at least 8
+  /// MiB. At least 1; other limits are each database's own.
   std::size_t shares = 1;
 
   /// What reaches the disk passes through it; null: the operating system's files. Borrowed.
