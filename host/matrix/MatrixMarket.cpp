@@ -1,5 +1,6 @@
 #include "matrix/MatrixMarket.h"
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cstddef>
@@ -118,6 +119,7 @@ private:
   {
     const bool        hasValue = banner_.field != Field::Pattern;
     const char* const expected = hasValue ? "row, column and value" : "row and column";
+    MakeRoom(static_cast<std::uint64_t>(numListed));
     for (std::int64_t i = 0; i < numListed; ++i) {
       NextEntry(i, numListed);
       text_.RequireWords(hasValue ? 3 : 2, expected);
@@ -125,6 +127,15 @@ private:
       const int column = text_.GetInteger(1, "column", 1, matrix_.numColumns) - 1;
       Add(row, column, hasValue ? ReadValue(2) : 1.0);
     }
+  }
+
+  /// Of entries that are listed, as far as the file is long enough for them.
+  void MakeRoom(std::uint64_t numListed)
+  {
+    constexpr std::uint64_t kLeastBytes = 4;  // "1 1" and the line's end
+    const std::uint64_t     numThere    = std::min(numListed, text_.File().Remaining() / kLeastBytes);
+    const bool              isMirrored  = banner_.symmetry != Symmetry::General;
+    matrix_.entries.reserve(static_cast<std::size_t>(isMirrored ? 2 * numThere : numThere));
   }
 
   /// Column by column; of a symmetric matrix the lower triangle, of a skew-symmetric one without its diagonal.
