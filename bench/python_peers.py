@@ -7,6 +7,8 @@ import importlib
 import json
 import os
 import pathlib
+import shutil
+import subprocess
 import sys
 import tempfile
 import time
@@ -98,8 +100,8 @@ def average(size, rounds, rows):
     write_rows(rows, "averaging", f"job/sums6/dense/{size}", nodes.size, time_rounds(rounds, contestants))
 
 
-def mmread(size, rounds, rows):
-    """The matrix of yale_text_bench from Matrix Market text."""
+def mmread(size, rounds, rows, quilon):
+    """The matrix of yale_text_bench from Matrix Market text, into memory and, by the program, into a database."""
     numpy = load("numpy")
     io = load("scipy.io")
     if numpy is None or io is None:
@@ -115,7 +117,16 @@ def mmread(size, rounds, rows):
         with open(path, "w", encoding="ascii") as out:
             out.write(f"%%MatrixMarket matrix coordinate real general\n{num_rows} {num_rows + 740} {size}\n")
             out.writelines(f"{r} {c} {v:.17g}\n" for r, c, v in zip(row + 1, column + 1, value))
-        write_rows(rows, "yale-text", f"read/{size}", size, time_rounds(rounds, {"mmread": lambda: io.mmread(path).tocsr()}))
+        contestants = {"mmread": lambda: io.mmread(path).tocsr()}
+        if quilon is not None:
+            database = pathlib.Path(folder) / "matrix.fed"
+
+            def run_import():
+                shutil.rmtree(database, ignore_errors=True)
+                subprocess.run([quilon, "matrix", "import", path, "-o", database, "--as", "stiffness"], check=True, stdout=subprocess.DEVNULL)
+
+            contestants["import"] = run_import
+        write_rows(rows, "yale-text", f"read/{size}", size, time_rounds(rounds, contestants))
 
 
 def exodus(size, rounds, _):
@@ -153,8 +164,12 @@ def main():
     parser.add_argument("size", type=int)
     parser.add_argument("--rounds", type=int, default=5)
     parser.add_argument("--rows", help="a file of rows; exodus prints a line instead")
+    parser.add_argument("--quilon", help="the program, which mmread measures as well")
     given = parser.parse_args()
-    {"average": average, "mmread": mmread, "exodus": exodus}[given.job](given.size, given.rounds, given.rows)
+    if given.job == "mmread":
+        mmread(given.size, given.rounds, given.rows, given.quilon)
+    else:
+        {"average": average, "exodus": exodus}[given.job](given.size, given.rounds, given.rows)
 
 
 if __name__ == "__main__":

@@ -91,8 +91,9 @@ size() { if ((quick)); then echo "$2"; else echo "$1"; fi; }
 
 # python COMMAND...: bench/python_peers.py, which names the modules that are missing.
 python() {
-  echo "\$ python_peers.py $*" >&2
-  echo "python_peers.py $*" >>"$scratch/commands"
+  local shown="python_peers.py ${*//$build/build/release}"
+  echo "\$ $shown" >&2
+  echo "$shown" >>"$scratch/commands"
   python3 "$root/bench/python_peers.py" "$@" --rounds "$(size 5 1)" --rows "$scratch/rows"
 }
 
