@@ -13,6 +13,7 @@ void FaultyFiles::Arm(Fault fault, std::size_t position)
   fault_    = fault;
   position_ = position;
   calls_    = 0;
+  isOver_   = false;
 }
 
 void FaultyFiles::Bury()
@@ -190,7 +191,8 @@ std::error_code FaultyFiles::Do(const Call& whole, const std::function<void()>& 
 {
   if (isDead_) return std::make_error_code(std::errc::io_error);
   ++calls_;
-  if (calls_ != position_) return whole();
+  const bool isInOutage = fault_ == Fault::Outage && HasFailed();
+  if (isOver_ || (calls_ != position_ && !isInOutage)) return whole();
   isDead_ = fault_ == Fault::Death || fault_ == Fault::DeathBehind || LosesPower();
   if (fault_ == Fault::ShortWrite || fault_ == Fault::DeathBehind || LosesPower()) part();
   const bool isFull = fault_ == Fault::DiskFull || fault_ == Fault::ShortWrite;

@@ -22,6 +22,7 @@ enum class Fault
 {
   InputOutputError,     ///< nothing of the call happens
   DiskFull,             ///< likewise, with another error
+  Outage,               ///< as InputOutputError, and so do all calls behind it until LetPass()
   ShortWrite,           ///< half of a write happens, or all of another change, and then an error is told all the same
   Death,                ///< the process dies before the call
   DeathBehind,          ///< the process dies with half of a write done, or behind any other change
@@ -39,6 +40,9 @@ public:
   /// Lets a call from now on fail.
   /// @param position of the call, from 1; 0 lets none fail
   void Arm(Fault fault, std::size_t position);
+
+  /// The fault is over: no call fails any more.
+  void LetPass() noexcept { isOver_ = true; }
 
   /// @return calls since Arm()
   std::size_t GetCalls() const noexcept { return calls_; }
@@ -99,6 +103,7 @@ private:
   std::size_t                                     position_ = 0;
   std::size_t                                     calls_    = 0;
   bool                                            isDead_   = false;
+  bool                                            isOver_   = false;
   std::map<Handle, std::filesystem::path>         paths_;      // of open files
   std::map<std::filesystem::path, std::uintmax_t> unflushed_;  // files with bytes that are not on the disk, and how
                                                                // many bytes they had when they were last flushed

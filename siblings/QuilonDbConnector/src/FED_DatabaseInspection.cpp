@@ -56,32 +56,28 @@ class InspectedFolder
 public:
   InspectedFolder(const std::filesystem::path& folder, FED_FileLayer& files) : folder_(folder), files_(files)
   {
-    RequireSuccess(files_.List(folder_, names_), folder_, "list");
-    std::sort(names_.begin(), names_.end());
+    List();
   }
 
-  // Opens the manifest's segments, again and again while a writer moves the manifest.
+  // Opens the manifest's segments, again and again while a writer moves on.
   // @return whether there is a whole manifest
   bool OpenListed(Texts& findings)
   {
-    for (;;) {
+    for (;; List()) {
       std::string text;
       Texts       found;
       Clear();
-      if (!Attempt(found, [&] {
-            text      = ReadManifestText(files_, folder_);
-            state_    = FindState(files_, folder_, text);
-            cutBytes_ = text.size() - std::min(text.size(), DecodeManifest(text, folder_).wholeBytes);
-          }))
-      {
-        findings.insert(findings.end(), found.begin(), found.end());
-        return false;
-      }
-      for (const SegmentEntry& entry : state_.manifest.segments)
-        if (!Attempt(found, [&] { OpenEntry(entry, found); })) isIncomplete_ = true;
-      if (!found.empty() && ReadManifestText(files_, folder_) != text) continue;
+      const bool isWhole = Attempt(found, [&] {
+        text      = ReadManifestText(files_, folder_);
+        state_    = FindState(files_, folder_, text);
+        cutBytes_ = text.size() - std::min(text.size(), DecodeManifest(text, folder_).wholeBytes);
+      });
+      if (isWhole)
+        for (const SegmentEntry& entry : state_.manifest.segments)
+          if (!Attempt(found, [&] { OpenEntry(entry, found); })) isIncomplete_ = true;
+      if (!found.empty() && HasMoved(text, isWhole)) continue;
       findings.insert(findings.end(), found.begin(), found.end());
-      return true;
+      return isWhole;
     }
   }
 
@@ -150,6 +146,26 @@ public:
   bool IsIncomplete() const noexcept { return isIncomplete_; }
 
 private:
+  void List()
+  {
+    RequireSuccess(files_.List(folder_, names_), folder_, "list");
+    std::sort(names_.begin(), names_.end());
+  }
+
+  // Whether a writer has published since, or given up a commit that was whole already.
+  // @param text    of the manifest that was read
+  // @param isWhole it was
+  bool HasMoved(const std::string& text, bool isWhole) const
+  {
+    bool  hasMoved = false;
+    Texts failures;  // what cannot be read now is no other state
+    Attempt(failures, [&] {
+      const std::string now = ReadManifestText(files_, folder_);
+      hasMoved              = now != text || (isWhole && FindState(files_, folder_, now).link != state_.link);
+    });
+    return hasMoved;
+  }
+
   void Clear()
   {
     segments_.clear();

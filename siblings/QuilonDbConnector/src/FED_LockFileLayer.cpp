@@ -137,16 +137,23 @@ enum class Whereabouts
   Elsewhere  // on another one, or nobody can tell
 };
 
+// What the system did not tell, such as to a process with too many open files, says nothing.
+bool IsKnown(const std::string& value) noexcept { return value != "-"; }
+
 Whereabouts Find(const std::string& text)
 {
   Holder       holder;
   const Holder self = GetSelf();
   if (!Decode(text, holder) || holder.host != self.host || holder.machine != self.machine)
     return Whereabouts::Elsewhere;
+  if (!IsKnown(holder.boot) || !IsKnown(self.boot)) return Whereabouts::Elsewhere;
   if (holder.boot != self.boot) return Whereabouts::Gone;
   if (holder.processSpace != self.processSpace) return Whereabouts::Elsewhere;
   const bool isThere = ::kill(static_cast<pid_t>(holder.process), 0) == 0 || errno == EPERM;
-  return isThere && GetStart(holder.process) == holder.started ? Whereabouts::Here : Whereabouts::Gone;
+  if (!isThere) return Whereabouts::Gone;
+  const std::string started = GetStart(holder.process);
+  if (!IsKnown(holder.started) || !IsKnown(started)) return Whereabouts::Elsewhere;
+  return started == holder.started ? Whereabouts::Here : Whereabouts::Gone;
 }
 
 // A name that no other process of any machine uses now.

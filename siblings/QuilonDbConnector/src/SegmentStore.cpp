@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr const char* kTag = "|%P|QuilonDbConnector|SegmentStore";
+
 // A manifest of more bytes is none: that of a database with the most segments has some 20 KiB.
 constexpr std::uint64_t kMaxManifestBytes = std::uint64_t{1} << 24;
 
@@ -42,6 +44,16 @@ std::filesystem::path GetFolderAbove(const std::filesystem::path& folder)
 void RequireCommitted(const std::error_code& error, const std::filesystem::path& path, const char* action)
 {
   if (error) ThrowFileFailure(path, std::string("cannot ") + action + ": " + error.message() + kMayBeInForce);
+}
+
+// Throws the failure that is being handled once more, and says that a commit may be in force.
+[[noreturn]] void RethrowInDoubt()
+{
+  try {
+    throw;
+  } catch (const FED_Failure& failure) {
+    throw FED_Failure(failure.GetMessage() + kMayBeInForce, kTag);
+  }
 }
 
 enum class Unlisted
@@ -347,10 +359,12 @@ void SegmentStore::Write(const SegmentContents& contents, bool isLast)
     segments_.push_back({WriteSegment(*files_, folder_, entry, contents, describe, choose), false});
   } catch (...) {
     // One that stays, and is whole, is a commit; one that a loss of power brings back is, too.
-    if (mark_ && (files_->Remove(folder_ / GetSegmentName(entry.number)) || files_->FlushFolder(folder_)))
-      isUncertain_ = true;
+    const bool mayStay =
+        mark_ && (files_->Remove(folder_ / GetSegmentName(entry.number)) || files_->FlushFolder(folder_));
     mark_.reset();
-    throw;
+    if (!mayStay) throw;
+    isUncertain_ = true;
+    RethrowInDoubt();
   }
   // When memory runs out from here on, part of the contents counts as written and part does not. Then nothing is
   // published any more by this object.

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "bundled/FED_FileLayer.h"
 #include "bundled/FED_ResultDatabase.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 
@@ -90,6 +91,41 @@ TEST(DatabaseInspection, WholeDatabaseHasNoFindings)
   EXPECT_EQ(report.segments, 2u);
   EXPECT_EQ(report.blocks, 5u);
   EXPECT_EQ(report.records, 3u + 3u + 2u + 1u + 1u);
+}
+
+namespace {
+
+// A writer gives up its commit between two looks.
+class GivenUpCommit : public FED_FileLayer
+{
+public:
+  std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override
+  {
+    if (path.filename() == "segment-000002.h5" && ++looks_ == 2) std::filesystem::remove(path);
+    return FED_FileLayer::Open(path, mode, handle);
+  }
+
+private:
+  int looks_ = 0;
+};
+
+}  // namespace
+
+TEST(DatabaseInspection, ACommitThatIsGivenUpMeanwhileIsNoDamage)
+{
+  const TempFolder            folder;
+  const std::filesystem::path manifest = folder / "a.fed" / "manifest";
+  MakeSample(folder / "a.fed");
+  // Whole, and without its line yet.
+  const std::size_t line = ReadBytes(manifest).find("\ncommit ");
+  ASSERT_NE(line, std::string::npos);
+  std::filesystem::resize_file(manifest, line + 1);
+  EXPECT_EQ(FED_InspectDatabase(folder / "a.fed").segments, 2u);
+  GivenUpCommit            files;
+  const FED_DatabaseReport report = FED_InspectDatabase(folder / "a.fed", &files);
+  EXPECT_THAT(report.findings, IsEmpty());
+  EXPECT_THAT(report.leftovers, IsEmpty());
+  EXPECT_EQ(report.segments, 1u);
 }
 
 TEST(DatabaseInspection, DamagedChunkIsNamedAndTheRestSalvaged)

@@ -198,6 +198,12 @@ TEST_F(LockFiles, ThoseOfOtherMachinesStayUntilTheyAreBroken)
     EXPECT_TRUE(Takes(Files::LockFile, true));
     EXPECT_EQ(Names(), std::vector<std::string>());
   }
+  // What the system did not tell them or us is no sign that they are gone.
+  for (const Changes& changes : {Changes{{"boot", "-"}}, Changes{{"started", "-"}}}) {
+    WriteHolder(changes);
+    EXPECT_FALSE(Takes());
+    EXPECT_TRUE(Takes(Files::LockFile, true));
+  }
   std::ofstream(holder_) << "of nobody knows whom";
   EXPECT_FALSE(Takes());
   EXPECT_TRUE(Takes(Files::LockFile, true));

@@ -20,6 +20,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "bundled/FED_DatabaseInspection.h"
+
 #include "failure_message.h"
 #include "store_support.h"
 #include "TempFolder.h"
@@ -377,6 +379,7 @@ public:
   bool failsFolderFlush = false;
   bool failsChange      = false;
   bool failsFlush       = false;
+  bool failsRemove      = false;
 
   std::vector<std::string> log;  // of removals and of flushes of folders
 
@@ -387,7 +390,7 @@ public:
   std::error_code Remove(const std::filesystem::path& path) override
   {
     log.push_back("remove " + path.filename().string());
-    return FED_FileLayer::Remove(path);
+    return failsRemove ? std::make_error_code(std::errc::io_error) : FED_FileLayer::Remove(path);
   }
   std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override
   {
@@ -478,6 +481,29 @@ TEST(SegmentStore, ACommitWhoseFlushFailsIsGoneForGood)
   ASSERT_FALSE(files.log.empty());
   EXPECT_EQ(files.log.back(), "flush a.fed");
   EXPECT_EQ(ListFolder(folder / "a.fed"), (std::vector<std::string>{"lock", "manifest", "segment-000001.h5"}));
+}
+
+// A disk that stays broken: what cannot be removed either is a commit, whole as it is.
+TEST(SegmentStore, ACommitWhoseFlushFailsAndThatStaysSaysThatItMayBeInForce)
+{
+  const TempFolder folder;
+  BrokenFiles      files;
+  {
+    SegmentStore store(folder / "a.fed", kCreate, files);
+    WriteSample(store);
+    store.Publish(false);
+    files.failsFlush = files.failsRemove = true;
+    EXPECT_EQ(MessageOf([&] { WriteRow(store, 3); }),
+              (folder / "a.fed" / "segment-000002.h5").string() +
+                  ": cannot flush: Input/output error; the commit may be in force all the same");
+    // Nothing but the message tells of it: the next one who opens the database finds the commit.
+    EXPECT_NE(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), ReadContent(store));
+    files.failsFlush = files.failsRemove = false;
+    WriteRow(store, 3);
+    store.Publish(false);
+    EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), ReadContent(store));
+  }
+  EXPECT_EQ(FED_InspectDatabase(folder / "a.fed").findings, std::vector<std::string>());
 }
 
 TEST(SegmentStore, ACommitThatIsGivenUpIsGoneForGood)

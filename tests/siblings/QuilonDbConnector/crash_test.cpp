@@ -191,17 +191,29 @@ private:
       try {
         Publish(*database);
         isCommitted = true;
-      } catch (const FED_Failure&) {
-        if (!files.IsDead()) CommitAgain(*database, trial);
+      } catch (const FED_Failure& failure) {
+        if (!files.IsDead()) {
+          CheckMessage(failure, trial);
+          files.LetPass();
+          CommitAgain(*database, trial);
+        }
       }
-    } catch (const FED_Failure&) {
+    } catch (const FED_Failure& failure) {
       // Opening failed, or a spill: the session is over.
+      if (!files.IsDead()) CheckMessage(failure, trial);
     }
     const bool hasFailed = files.HasFailed();
     // Behind the last call the power may go as well: what a commit was told to keep is on the disk.
     if (files.IsDead() || !hasFailed) files.Bury();
     CheckOldOrNew(trial, isCommitted);
     return hasFailed;
+  }
+
+  /// Only where the message says so a commit that failed may be in force. That of a piece is behind the commit.
+  void CheckMessage(const FED_Failure& failure, const fs::path& trial) const
+  {
+    if (scenario_.room > 0 || failure.GetMessage().find("may be in force") != std::string::npos) return;
+    EXPECT_EQ(fs::exists(trial / "manifest") ? Read(trial) : State(), before_) << failure.GetMessage();
   }
 
   /// The fault has passed: the same object commits everything.
@@ -248,12 +260,12 @@ void TryAllFaults(const Scenario& scenario)
   CommitUnderFaults commit(scenario);
   std::size_t       positions = 0;
   for (const Fault fault :
-       {Fault::InputOutputError, Fault::DiskFull, Fault::ShortWrite, Fault::Death, Fault::DeathBehind, Fault::PowerLoss,
-        Fault::PowerLossButRenames, Fault::PowerLossButRemovals})
+       {Fault::InputOutputError, Fault::DiskFull, Fault::Outage, Fault::ShortWrite, Fault::Death, Fault::DeathBehind,
+        Fault::PowerLoss, Fault::PowerLossButRenames, Fault::PowerLossButRemovals})
     positions += commit.TryAll(fault);
   std::cout << scenario.name << ": " << positions << " positions tried\n";
   testing::Test::RecordProperty("positions", std::to_string(positions));
-  EXPECT_GT(positions, 80U);  // ten calls at the least for each of eight faults
+  EXPECT_GT(positions, 90U);  // ten calls at the least for each of nine faults
 }
 
 TEST(CommitUnderFaults, AChangeOfEverythingThatMergesSegmentsHappensWhollyOrNotAtAll)

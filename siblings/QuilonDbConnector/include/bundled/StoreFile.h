@@ -32,7 +32,7 @@ QUILON_DB_CONNECTOR_API void RequireSuccess(const std::error_code& error, const 
 
 /// Puts a finished file in the place of another, in one step.
 /// @param isInDoubt receives whether it may have happened; after an error the disk is asked
-/// @throws FED_Failure that names the place
+/// @throws FED_Failure that names the place, and says "may be in force" where that is in doubt
 QUILON_DB_CONNECTOR_API void ReplaceFile(FED_FileLayer& files, const std::filesystem::path& from,
                                          const std::filesystem::path& to, bool& isInDoubt);
 
