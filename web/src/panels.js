@@ -95,6 +95,7 @@ export class Parts {
     this.onparts = onparts;
     this.onnodes = onnodes;
     this.hidden = {materials: new Set(), sets: new Set()};
+    this.alone = null; // names of one kind that are shown, and nothing else
     this.marked = new Set();
     this.lists = make('div');
     this.place = make('div', {}, ...this.makeFilter(), this.lists, this.makeButtons());
@@ -140,7 +141,7 @@ export class Parts {
   }
 
   makePart(kind, {name, index}) {
-    const check = checkbox(name, !this.hidden[kind].has(index), (isShown) => {
+    const check = checkbox(name, this.isOn(kind, index), (isShown) => {
       this.switch(kind, index, isShown);
       this.apply();
     });
@@ -168,8 +169,13 @@ export class Parts {
       ({points: this.model.nodeSets[index].points, ink: toRgb(DISC_INKS[index % DISC_INKS.length])}));
   }
 
+  isOn(kind, index) {
+    return !this.hidden[kind].has(index) && (this.alone?.kind !== kind || this.alone.indices.has(index));
+  }
+
   switch(kind, index, isShown) {
     this.hidden[kind][isShown ? 'delete' : 'add'](index);
+    if (this.alone?.kind === kind && isShown) this.alone.indices.add(index);
   }
 
   switchListed(isShown) {
@@ -181,14 +187,14 @@ export class Parts {
 
   showAll() {
     this.hidden = {materials: new Set(), sets: new Set()};
-    this.isOnly = null;
+    this.alone = null;
     this.fill();
     this.apply();
   }
 
   only(kind, index) {
     this.hidden = {materials: new Set(), sets: new Set()};
-    this.isOnly = {kind, index};
+    this.alone = {kind, indices: new Set([index])};
     this.fill();
     this.apply();
   }
@@ -197,9 +203,9 @@ export class Parts {
     const {materials, sets} = this.hidden;
     this.model.show((part) => {
       if (materials.has(part.material) || part.sets.some((set) => sets.has(set))) return false;
-      if (!this.isOnly) return true;
-      const {kind, index} = this.isOnly;
-      return kind === 'materials' ? part.material === index : part.sets.includes(index);
+      if (!this.alone) return true;
+      const {kind, indices} = this.alone;
+      return kind === 'materials' ? indices.has(part.material) : part.sets.some((set) => indices.has(set));
     });
     this.onparts();
   }

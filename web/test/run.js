@@ -381,9 +381,20 @@ test('sixty sets are found by name, by the keyboard alone', async () => {
   await page.keyboard.press('Tab'); // only
   await page.keyboard.press('Enter');
   await assertChanges('PART60 alone');
+  const checked = () => page.$$eval('fieldset', (fields) => [...fields.find((of) => of.textContent.startsWith('Element sets'))
+    .querySelectorAll('label')].filter((label) => document.getElementById(label.htmlFor).checked).map((label) => label.textContent));
+  await page.focus('input[type=search]');
+  await page.keyboard.press('End');
+  for (let i = 0; i < 6; ++i) await page.keyboard.press('Backspace');
+  assert.deepEqual(await checked(), ['PART60']);
+  await page.evaluate(() => [...document.querySelectorAll('label')].find((of) => of.textContent === 'PART59').click());
+  await assertChanges('PART59 as well');
+  assert.deepEqual(await checked(), ['PART59', 'PART60']);
   await press(page, 'Show all');
   await assertChanges('all');
+  assert.ok((await checked()).length >= 60);
   await page.focus('input[type=search]');
+  await page.keyboard.type('part60');
   await page.keyboard.press('End');
   for (let i = 0; i < 2; ++i) await page.keyboard.press('Backspace');
   assert.ok((await boxes()) >= 60);
