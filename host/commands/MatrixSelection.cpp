@@ -36,8 +36,11 @@ std::vector<SelectedMatrix> MatrixSelection::SelectSparse(OpenedDatabase&       
                                                           const std::string&                     name) const
 {
   std::vector<SelectedMatrix> matrices;
+  const KindTable             kinds(database.Get());
   for (const FED_DataDescriptor& descriptor : selected) {
     if (!OnfKind::HoldsMatrices(descriptor.GetInteger(FED_DataDescriptor::OnfId))) continue;
+    // They are kept as a matrix, which nobody means who does not name it.
+    if (blocks.text.empty() && kinds.GetName(descriptor) == matrix::kDofKindName) continue;
     bool isThere = false;
     for (const std::size_t one : matrix::MatrixIndices(database.Get().GetConstDataBlock(descriptor))) {
       if (index && one != static_cast<std::size_t>(*index)) continue;

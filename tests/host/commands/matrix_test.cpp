@@ -60,6 +60,18 @@ TEST_F(MatrixCommand, ImportsWhatTheSolverStores)
             "1900\tmatrix-dofs\t0\t1\t888\t1\t3\t0\n");
 }
 
+TEST_F(MatrixCommand, DegreesOfFreedomAreNoMatrixUnlessTheyAreNamed)
+{
+  RunQuilon({"matrix", "import", fixtures_ + "e_matrix.sti", "-o", onf_});
+  const std::string all = RunQuilon({"matrix", "show", onf_}).out;
+  EXPECT_EQ(all, RunQuilon({"matrix", "show", onf_, "stiffness"}).out);
+  EXPECT_EQ(all.find("matrix-dofs"), std::string::npos);
+  EXPECT_EQ(RunQuilon({"matrix", "show", onf_, "matrix-dofs"}).out.rfind("matrix-dofs  1900@it=0  index 1\n", 0), 0u);
+  const std::string picture = (folder_ / "k.svg").string();
+  EXPECT_EQ(RunQuilon({"matrix", "show", onf_, "--plot", picture}).exitCode, 0);
+  EXPECT_EQ(RunQuilon({"matrix", "export", onf_, "-o", (folder_ / "k.mtx").string()}).exitCode, 0);
+}
+
 TEST_F(MatrixCommand, AnotherIndexGoesBesideTheFirst)
 {
   ImportSmall();
