@@ -18,10 +18,10 @@ WatchedFiles::~WatchedFiles() = default;
 FED_ResultDatabaseOptions WatchedFiles::GetOptions(std::size_t share) noexcept
 {
   FED_ResultDatabaseOptions options;
-  const std::size_t         allowed = MemoryLimit::Get();
-  options.memoryLimit               = allowed == FED_ResultDatabaseOptions::kUsualLimit ? allowed : allowed / share;
-  options.shares                    = share;
-  options.files                     = this;
+  const std::size_t         limit = MemoryLimit::Get();
+  options.memoryLimit             = limit == FED_ResultDatabaseOptions::kUsualLimit ? limit : limit / share;
+  options.shares                  = share;
+  options.files                   = this;
   return options;
 }
 
