@@ -577,8 +577,11 @@ bool SegmentStore::AppendLine(std::uint64_t offset, const std::string& line) noe
 
 // What a reader finds is a snapshot: it keeps all files open. When a writer publishes and removes files meanwhile, the
 // manifest has moved, and the reader starts again. So it does when a writer gives up a commit that was whole already.
+// Some file systems empty a file that goes while it is read: then nobody can tell, and the reader looks once more.
 void SegmentStore::OpenForReading()
 {
+  constexpr int kMaxLooks = 3;
+  int           looks     = 0;  // at one manifest
   for (std::string text = ReadManifest();;) {
     try {
       TakeState(FindState(*files_, folder_, text));
@@ -586,9 +589,20 @@ void SegmentStore::OpenForReading()
       return;
     } catch (const FED_Failure&) {
       std::string now = ReadManifest();
-      if (now == text && FindState(*files_, folder_, now).link == published_.link) throw;
+      looks           = now == text ? looks + 1 : 0;
+      if (looks == kMaxLooks || (looks > 0 && IsState(now))) throw;
       text = std::move(now);
     }
+  }
+}
+
+// Whether what was found is the state still; it is not where the disk cannot tell.
+bool SegmentStore::IsState(const std::string& manifest) const
+{
+  try {
+    return FindState(*files_, folder_, manifest).link == published_.link;
+  } catch (const FED_Failure&) {
+    return false;
   }
 }
 

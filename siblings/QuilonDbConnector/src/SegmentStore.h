@@ -173,6 +173,7 @@ private:
   using Parts = std::vector<FED_DatabasePart>;
 
   void               OpenForReading();
+  bool               IsState(const std::string& manifest) const;
   void               OpenForWriting();
   void               CreateEmpty();
   std::string        ReadManifest() const { return ReadManifestText(*files_, folder_); }

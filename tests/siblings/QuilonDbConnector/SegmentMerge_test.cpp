@@ -100,6 +100,21 @@ TEST(ChooseMerge, SegmentThatIsMostlyDeadIsWrittenAnewAlone)
   EXPECT_FALSE(ChooseMerge({{60000, 59000}}));  // too little to bother
 }
 
+// Beyond 192 segments: the most neighbours of 2 GiB together where these are eight, and half of all where they are
+// fewer.
+TEST(ChooseMerge, EightThatFitTogetherAreWorthMoreThanManyThatDoNot)
+{
+  constexpr std::uint64_t kEighth = std::uint64_t{1} << 28;
+  const auto              eight   = ChooseMerge(std::vector<SegmentSize>(193, {kEighth, 0}));
+  ASSERT_TRUE(eight);
+  EXPECT_EQ(eight->first, 0u);
+  EXPECT_EQ(eight->count, 8u);
+  const auto half = ChooseMerge(std::vector<SegmentSize>(193, {kEighth + 1, 0}));
+  ASSERT_TRUE(half);
+  EXPECT_EQ(half->count, 96u);
+  EXPECT_FALSE(ChooseMerge(std::vector<SegmentSize>(192, {kEighth, 0})));
+}
+
 // A hundred thousand commits of one record: 2.5 KiB a segment, of which most is not the record; so sums overstate.
 TEST(ChooseMerge, HundredThousandSmallCommitsStayFewSegments)
 {

@@ -551,6 +551,74 @@ TEST(SegmentStore, AReaderTakesACommitThatIsGivenUpMeanwhileForNone)
   EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, vanishing)), before);
 }
 
+namespace {
+
+// As a commit goes that is given up where a file that goes is emptied for those who have it open: whole at the first
+// look, not found at the second, empty at the third.
+class EmptiedCommit : public FED_FileLayer
+{
+public:
+  std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override
+  {
+    if (path.filename() != "segment-000002.h5") return FED_FileLayer::Open(path, mode, handle);
+    ++looks_;
+    if (looks_ == 4) std::filesystem::remove(path);
+    handle = kNoHandle;
+    if (looks_ == 2) return std::make_error_code(std::errc::no_such_file_or_directory);
+    const std::error_code error = FED_FileLayer::Open(path, mode, handle);
+    if (looks_ == 3) emptied_ = handle;
+    return error;
+  }
+  std::error_code ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,
+                         std::size_t& done) override
+  {
+    if (handle != emptied_) return FED_FileLayer::ReadAt(handle, offset, bytes, count, done);
+    emptied_ = kNoHandle;  // handles are used again
+    done     = 0;
+    return {};
+  }
+
+private:
+  int    looks_   = 0;
+  Handle emptied_ = kNoHandle;
+};
+
+}  // namespace
+
+TEST(SegmentStore, AReaderTakesACommitThatIsEmptiedMeanwhileForNone)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     writer(folder / "a.fed", kCreate, files);
+  WriteSample(writer);
+  writer.Publish(false);
+  const StoredContent before = ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files));
+  WriteRow(writer, 3);  // whole, and not published
+  EmptiedCommit vanishing;
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, vanishing)), before);
+}
+
+TEST(SegmentStore, APartHasRowsOfItsOwnBlocksAlone)
+{
+  const TempFolder folder;
+  FED_FileLayer    files;
+  SegmentStore     store(folder / "a.fed", kCreate, files);
+  WriteSample(store);
+  store.Publish(false);
+  const FED_DatabasePart part = store.ReservePart();
+  PlainRows              rows(1, 0, 3, {4});  // of a block that the database has already
+  rows.Add<double>({0.5});
+  SegmentContents contents;
+  contents.rows = {&rows};
+  SegmentEntry entry;
+  entry.number = entry.first = entry.last = part.firstSegment;
+  WriteSegment(files, folder / "a.fed", entry, contents,
+               [&](BlockUid uid) -> const StoredBlock& { return *store.FindBlock(uid); });
+  EXPECT_EQ(
+      MessageOf([&] { store.OpenPart(part, part.firstSegment); }),
+      (folder / "a.fed" / GetSegmentName(part.firstSegment)).string() + ": not the segment of a part of the database");
+}
+
 TEST(SegmentStore, SmallCommitsAreAppendedAndFoldedNowAndThen)
 {
   const TempFolder            folder;
