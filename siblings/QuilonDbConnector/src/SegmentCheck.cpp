@@ -115,7 +115,7 @@ FoundSegment FindSegment(StoreFile file, const SegmentEntry* entry)
   if (entry != nullptr && found.header && !(found.header->entry == *entry)) add("its header and the manifest differ");
   std::vector<SegmentEntry> entries;  // the manifest's first
   if (entry != nullptr) entries.push_back(*entry);
-  if (found.header) entries.push_back(found.header->entry);
+  if (found.header && (entries.empty() || !(found.header->entry == *entry))) entries.push_back(found.header->entry);
   if (!entries.empty() && size != entries.front().fileBytes)
     add("the file has " + std::to_string(size) + " bytes, expected " + std::to_string(entries.front().fileBytes));
   for (const SegmentEntry& known : entries) {

@@ -115,6 +115,38 @@ TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
   EXPECT_EQ(fields.worst[0].rule, "abs 8 > 0.5");
 }
 
+TEST(DatabaseComparison, OfEquallyBadRecordsTheFirstAreKept)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514), {0, 0, 0, 0});
+  SetScalars(b, Key(514), {2, 2, 2, 2});
+  ComparisonTerms terms;
+  terms.rules.fallback        = ParseRule("abs=0.5", "");
+  terms.info.maxDiffsPerBlock = 2;
+  const FieldOutcome fields   = CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).blocks[0].fields;
+  ASSERT_EQ(fields.worst.size(), 2u);
+  EXPECT_EQ(fields.worst[0].index, 1u);
+  EXPECT_EQ(fields.worst[1].index, 2u);
+}
+
+TEST(DatabaseComparison, WhatIsFurtherBeyondItsRuleIsWorseThanWhatIsLarger)
+{
+  ValueDifference beyond;
+  beyond.index    = 9;
+  beyond.excess   = 3.0;
+  beyond.distance = 1.0;
+  ValueDifference large;
+  large.index    = 1;
+  large.excess   = 2.0;
+  large.distance = 100.0;
+  EXPECT_TRUE(beyond.IsWorseThan(large));
+  EXPECT_FALSE(large.IsWorseThan(beyond));
+  large.excess = beyond.excess;
+  EXPECT_TRUE(large.IsWorseThan(beyond));
+  EXPECT_FALSE(beyond.IsWorseThan(large));
+}
+
 // Blocks that keep their records in one order are compared many values at once, others record by record: the second of
 // these has the same records in another order.
 void SetDoubles(FED_Database& db, const FED_DataDescriptor& key, const std::string& format,

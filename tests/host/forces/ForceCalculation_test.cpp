@@ -164,6 +164,30 @@ TEST_F(ForceCalculation, CutsThePartThatIsAsked)
   EXPECT_EQ(FailureOf(), "--elements is '1-9', which names no element of the mesh");
 }
 
+TEST_F(ForceCalculation, KnowsASetAsItIsWrittenAndInCapitals)
+{
+  FED_DataBlock& sets   = database_.GetOrCreateDataBlock(FED_DataDescriptor(0, static_cast<FED_OnfId>(601)), 0);
+  std::size_t    number = 0;
+  for (const auto& [name, element] : {std::pair<const char*, int>{"TIP", 20}, {"root", 10}}) {
+    FED_DataRecord* const record = sets.CreateDataRecord();
+    FED_IntArray          elements;
+    elements.Resize(1);
+    elements.GetData()[0] = element;
+    record->SetString(1, name);
+    record->SetIntList(2, elements);
+    sets.SetRecord(++number, *record);
+    sets.DeleteDataRecord(record);
+  }
+  for (const auto& [name, force] : {std::pair<const char*, double>{"TIP", -12.0}, {"tip", -12.0}, {"root", 12.0}}) {
+    request_.part.set        = name;
+    const ForceReport report = CalculateForces(database_, {ResultKey(582)}, request_, nullptr);
+    ASSERT_TRUE(report.steps[0].body) << name;
+    EXPECT_NEAR(report.steps[0].body->cut.force[0], force, 1e-13) << name;
+  }
+  request_.part.set = "ROOT";
+  EXPECT_EQ(FailureOf(), "job: no element set ROOT, expected one of the database or --deck");
+}
+
 TEST_F(ForceCalculation, GoesByTheStepsThatAreSaidToBeNonlinear)
 {
   request_.nonlinearSteps = ParseNonlinearSteps("2");

@@ -193,6 +193,47 @@ TEST(DatabaseInspection, MissingSegmentIsNamedAndTheOthersSalvaged)
                                      "the id map of entity kind 1: 1 records are kept at indices without an id"}));
 }
 
+TEST(DatabaseInspection, ASegmentWithoutAWholeIndexIsNamedOnceAndTheOthersSalvaged)
+{
+  const TempFolder            folder;
+  const std::filesystem::path path = folder / "a.fed" / "segment-000002.h5";
+  MakeSample(folder / "a.fed");
+  const std::string bytes = ReadBytes(path);
+  for (const std::size_t at : {48u, 72u}) {  // where the header tells of the index, and of its copy
+    std::uint64_t offset = 0;
+    std::memcpy(&offset, bytes.data() + at, sizeof(offset));
+    std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(static_cast<std::streamoff>(offset) + 20);
+    file.put(static_cast<char>(bytes[static_cast<std::size_t>(offset) + 20] ^ 1));
+  }
+  const FED_DatabaseReport report = FED_InspectDatabase(folder / "a.fed");
+  ASSERT_FALSE(report.findings.empty());
+  EXPECT_THAT(report.findings[0],
+              testing::MatchesRegex(".*segment-000002.h5: its index .bytes [0-9]+ to [0-9]+. is damaged"));
+  EXPECT_THAT(report.findings, testing::Contains(HasSubstr("its index (bytes")).Times(1));
+  FED_ResultDatabase target;
+  EXPECT_TRUE(FED_SalvageDatabase(folder / "a.fed", target).hasManifest);
+  EXPECT_EQ(GetFirst(target, Key(kTensor, 1), 30), 1030.0);
+  EXPECT_FALSE(target.HasDataBlock(Key(kTensor, 2)));
+}
+
+TEST(DatabaseInspection, VectorsAreSalvaged)
+{
+  const TempFolder         folder;
+  const FED_DataDescriptor places(0, static_cast<FED_OnfId>(516));
+  const double             expected[3] = {1.0, -2.0, 0.5};
+  {
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create);
+    database.GetOrCreateDataBlock(places, 0).SetValuesAt(database.GetIdMapsPool().FindOrAddIndex(0, 7), expected);
+    database.Commit();
+  }
+  FED_ResultDatabase target;
+  EXPECT_EQ(FED_SalvageDatabase(folder / "a.fed", target).records, 1u);
+  double found[3] = {};
+  target.GetConstDataBlock(places).GetValuesAt(target.GetIdMapsPool().FindIndex(0, 7), found);
+  EXPECT_THAT(found, testing::ElementsAreArray(expected));
+}
+
 TEST(DatabaseInspection, EveryFlippedByteOfDataOrIndexIsFound)
 {
   const TempFolder folder;
