@@ -53,6 +53,16 @@ FED_DatabasePart SegmentStore::ReservePart()
   return part;
 }
 
+// The numbers behind those of a part are another one's, which may be written at this moment.
+// @throws FED_Failure for a part that has taken all of its own
+std::uint64_t SegmentStore::TakeSegmentNumber()
+{
+  if (isPart_ && !HasSegment(reserved_.front(), nextSegment_))
+    ThrowFileFailure(folder_, "a part is written in more than " + std::to_string(kPartSegments) +
+                                  " pieces, expected more memory for each");
+  return nextSegment_++;
+}
+
 std::uint64_t SegmentStore::HandOver()
 {
   RequireWriter();
@@ -60,9 +70,6 @@ std::uint64_t SegmentStore::HandOver()
   if (segments_.size() > 1) Merge({0, segments_.size()});
   RemoveGarbage();
   const FED_DatabasePart part = reserved_.front();
-  if (!HasSegment(part, nextSegment_ - 1) && nextSegment_ != part.firstSegment)
-    ThrowFileFailure(folder_, "a part was written in more than " + std::to_string(kPartSegments) +
-                                  " pieces, expected more memory or smaller parts");
   if (nextBlock_ - part.firstBlock > kPartBlocks)
     ThrowFileFailure(folder_, "a part has more than " + std::to_string(kPartBlocks) + " blocks");
   // It is another store's from here on, which removes it where it does not publish it.

@@ -348,7 +348,7 @@ void SegmentStore::Write(const SegmentContents& contents, bool isLast)
     return found != declared.end() ? *found->second : state_.FindBlock(uid)->stored;
   };
   SegmentEntry entry;
-  entry.number = entry.first = entry.last = nextSegment_++;
+  entry.number = entry.first = entry.last = TakeSegmentNumber();
   mark_.reset();
   const auto choose = [&](std::uint64_t fileBytes) {
     if (isLast) mark_ = ChooseCommitMark(entry.number, fileBytes);
@@ -409,7 +409,7 @@ void SegmentStore::LinkRows(const Segment& from, const std::vector<LinkedRows>& 
     blocks.back().rowCount = blocks.back().maxKey = 0;
   }
   SegmentEntry entry;
-  entry.number = entry.first = entry.last = nextSegment_++;
+  entry.number = entry.first = entry.last = TakeSegmentNumber();
   segments_.reserve(segments_.size() + 1);
   LinkedSegment made = LinkSegment(*files_, folder_, entry, from, std::move(blocks), rows);
   ++linked.segments;
@@ -764,7 +764,7 @@ SegmentStore::Merged SegmentStore::PrepareMerge(const MergeWindow& window)
   for (const Segment* segment : segments)
     for (std::filesystem::path& path : segment->GetPaths()) merged.replaced.push_back(std::move(path));
   merged.segments.reserve(segments_.size() - window.count + 1);
-  merged.segment     = MergeSegments(*files_, folder_, segments, window.first == 0, nextSegment_++, state_);
+  merged.segment     = MergeSegments(*files_, folder_, segments, window.first == 0, TakeSegmentNumber(), state_);
   merged.replacement = state_.PrepareReplacement(segments, merged.segment.get());
   return merged;
 }

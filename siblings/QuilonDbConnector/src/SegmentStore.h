@@ -172,6 +172,7 @@ private:
   struct Merged;
   using Parts = std::vector<FED_DatabasePart>;
 
+  std::uint64_t      TakeSegmentNumber();
   void               OpenForReading();
   bool               IsState(const std::string& manifest) const;
   void               OpenForWriting();

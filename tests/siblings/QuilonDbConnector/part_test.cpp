@@ -178,6 +178,36 @@ TEST_F(Parts, TakeThePlaceOfBlocksOfTheirKeys)
   EXPECT_EQ(Read(folder_), StateOf(whole));
 }
 
+/// Files that are never flushed: a test that writes thousands of them.
+class HastyFiles final : public FED_FileLayer
+{
+public:
+  std::error_code Flush(Handle) override { return {}; }
+  std::error_code FlushFolder(const fs::path&) override { return {}; }
+};
+
+// The numbers behind those of a part are the next one's, which may be written at the same time.
+TEST_F(Parts, OfTooManyPiecesFailBeforeTheyTouchTheNextOne)
+{
+  HastyFiles                files;
+  FED_ResultDatabaseOptions little;
+  little.memoryLimit = 0;
+  little.files       = &files;
+  FED_ResultDatabase database(folder_, FED_ResultDatabase::Create);
+  SetNodes(database, 4);
+  const auto          parts = database.ReserveParts(2);
+  const FED_PartBase  base  = database.GetPartBase();
+  const std::uint64_t next  = WritePart(parts[1], base, 1, 4);
+  const auto          write = [&] {
+    FED_ResultDatabase part(folder_, parts[0], base, little);
+    for (int substep = 0; substep < 20000; ++substep) SetTensors(part, substep, 4);
+    part.FinishPart();
+  };
+  EXPECT_EQ(MessageOf(write),
+            folder_.string() + ": a part is written in more than 1000 pieces, expected more memory for each");
+  EXPECT_EQ(database.TakePart(parts[1], next).size(), 2U);
+}
+
 TEST_F(Parts, WithoutBlocksAreNoFile)
 {
   FED_ResultDatabase database(folder_, FED_ResultDatabase::Create);
