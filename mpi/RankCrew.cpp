@@ -168,9 +168,8 @@ public:
         crew.isGone_[Place(rank)] = true;
         FailOfRank(rank, report.text.empty() ? "has ended before the work began" : report.text);
       }
-      const bool isBriefed = static_cast<bool>(plan.makeBrief);
-      if (report.units != (isBriefed ? kUnknown : plan.units) || report.text != (isBriefed ? "" : plan.state))
-        FailOfRank(rank, "finds another state of the database, expected one that does not change");
+      if (report.units != (plan.makeBrief ? kUnknown : plan.units) || report.text != plan.state)
+        FailOfRank(rank, "finds another state of what is read, expected one that does not change");
     }
     if (!plan.makeBrief || crew.size_ == 1) return;
     const std::string brief = plan.makeBrief();
@@ -317,7 +316,7 @@ std::unique_ptr<UntypedResults> RankCrew::Begin(const UntypedPlan& plan)
 
 void RankCrew::HelpWith(const UntypedPlan& plan)
 {
-  Tell({Report::Ready, 0, plan.takeBrief ? kUnknown : plan.units, plan.takeBrief ? "" : plan.state});
+  Tell({Report::Ready, 0, plan.takeBrief ? kUnknown : plan.units, plan.state});
   UntypedPlan::Worker worker;
   for (;;) {
     WaitForMessage(0, FromLeader);

@@ -1,6 +1,7 @@
 #include "database/DatabaseParts.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include <bundled/FED_ResultDatabase.h>
 
@@ -24,6 +25,31 @@ FED_ResultDatabaseOptions OptionsOf(WatchedFiles& files)
 }
 
 }  // namespace
+
+std::uint64_t LeastPartBytes()
+{
+  constexpr std::size_t kUsual = std::size_t{64} << 20;  // of memory
+  constexpr std::size_t kLeast = std::size_t{1} << 16;
+  return std::max(MemoryLimit::GetOr(kUsual) / 4, kLeast);
+}
+
+std::vector<std::size_t> DivideIntoParts(const std::vector<std::uint64_t>& bytes, std::size_t most)
+{
+  const std::uint64_t      total  = std::accumulate(bytes.begin(), bytes.end(), std::uint64_t{0});
+  const std::uint64_t      count  = std::clamp<std::uint64_t>(total / LeastPartBytes(), 1, most);
+  const std::uint64_t      enough = (total + count - 1) / count;
+  std::vector<std::size_t> ends;
+  std::uint64_t            part = 0;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (i > 0 && part >= enough) {
+      ends.push_back(i);
+      part = 0;
+    }
+    part += bytes[i];
+  }
+  if (!bytes.empty()) ends.push_back(bytes.size());
+  return ends;
+}
 
 FED_PartBase DatabaseParts::GetBase() const { return database_.GetPartBase(); }
 

@@ -19,11 +19,20 @@ namespace quilon {
 class FreshDatabase;
 class WatchedFiles;
 
+/// @return bytes of work that are worth a part: what comes of them stays in memory
+std::uint64_t LeastPartBytes();
+
+/// Divides what several write, by its sizes and the allowed memory alone.
+/// @param bytes of each piece that stays whole, in the order in which they are written
+/// @param most  parts: each is a segment, and too many are merged when the database is published
+/// @return where each part ends, ascending, the last one at bytes.size(); one for work that is not worth several
+std::vector<std::size_t> DivideIntoParts(const std::vector<std::uint64_t>& bytes, std::size_t most);
+
 /// What the writer of a part has to know; it travels to other processes.
 struct PartTicket
 {
-  std::string      folder;  ///< of the database
-  FED_DatabasePart part;
+  std::string      folder = {};  ///< of the database
+  FED_DatabasePart part   = {};
 
   template <typename Parcel>
   friend void Travel(Parcel& parcel, PartTicket& ticket)

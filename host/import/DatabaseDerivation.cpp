@@ -9,6 +9,7 @@
 
 #include "database/BlockSummary.h"
 #include "database/DatabaseFolder.h"
+#include "database/DatabaseParts.h"
 #include "database/Publication.h"
 #include "database/StoredDatabase.h"
 #include "import/Derivation.h"
@@ -109,8 +110,9 @@ std::vector<DerivedBlock> DeriveInWorkingDatabase(const DerivationOptions& optio
   const auto open = [&options, share = options.crew == nullptr ? 1 : options.crew->GetSize()] {
     return StoredDatabase::OpenIfThere(options.database, share);
   };
+  DatabaseParts parts(options.database, database, nullptr);
   const Changes changes =
-      Derive(database, requests, {nullptr, {options.crew, open, std::to_string(database.GetGeneration())}});
+      Derive(database, requests, {nullptr, {options.crew, open, std::to_string(database.GetGeneration())}, &parts});
   if (!changes.IsEmpty()) database.Commit();
   return Report(changes, kinds);
 }
@@ -128,7 +130,7 @@ std::vector<DerivedBlock> DeriveInCopy(const DerivationOptions& options, Listene
   source.CopyTo(target, all);
   Readers readers;
   if (options.crew != nullptr) readers = source.GetReaders(*options.crew);
-  const Changes changes = Derive(target, requests, {&source.Get(), readers});
+  const Changes changes = Derive(target, requests, {&source.Get(), readers, publication.GetParts()});
   if (!inPlace)
     publication.Publish();
   else if (!changes.IsEmpty())
@@ -143,8 +145,7 @@ void HelpToDerive(const DerivationOptions& options, Listener& listener)
   // Ids of text get their indices as its blocks are read: all of them in one order, as in the process that copies them.
   for (const FED_DataDescriptor& descriptor : source.Get().GetDataDescriptors(FED_DataDescriptorPattern()))
     source.Get().GetConstDataBlock(descriptor);
-  KindRequests requests(options.requests, KindTable(source.Get()));
-  DerivePrincipals(source.Get(), requests, {&source.Get(), source.GetReaders(*options.crew)});
+  HelpToDerivePrincipals(source.Get(), source.GetReaders(*options.crew));
 }
 
 }  // namespace

@@ -4,8 +4,10 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -16,8 +18,11 @@
 #include <QuilonUtilities/FED_LogMacros.h>
 
 #include <bundled/FED_ColumnDataBlock.h>
+#include <bundled/FED_ResultDatabase.h>
 #include <bundled/OnfKinds.h>
 
+#include "database/DatabaseParts.h"
+#include "database/DescriptorParcel.h"
 #include "database/StoredDatabase.h"
 #include "FEM_PrincipalValue.h"
 #include "FEM_ResultUtil.h"
@@ -37,14 +42,50 @@ constexpr std::array<std::pair<int, int>, 4> kPrincipalKinds = {
      {OnfKind::ElementStrainPrincipal, OnfKind::ElementStrain},
      {OnfKind::NodalStrainPrincipal, OnfKind::NodalStrain}}};
 
+/// With the segments of an import in parts, fewer than the 32 of which one is made.
+constexpr std::size_t kMostParts = 6;
+
 /// Some records of a block of tensors.
 struct TensorSlice
 {
   FED_DataDescriptor source;
   FED_DataDescriptor target;
-  std::size_t        first;  ///< of the records by ascending index
-  std::size_t        count;
-  std::size_t        all;  ///< records of the block
+  std::size_t        first = 0;  ///< of the records by ascending index
+  std::size_t        count = 0;
+  std::size_t        all   = 0;  ///< records of the block
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, TensorSlice& slice)
+  {
+    parcel(slice.source, slice.target, slice.first, slice.count, slice.all);
+  }
+};
+
+/// What one reader derives at a time.
+struct DerivationUnit
+{
+  std::optional<PartTicket> ticket;  ///< of whole blocks that he writes; nothing: one slice, which goes to who leads
+  std::vector<TensorSlice>  slices;
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, DerivationUnit& unit)
+  {
+    parcel(unit.ticket, unit.slices);
+  }
+};
+
+/// What readers have to know beside the database that they read.
+struct DerivationBrief
+{
+  bool                        isCopy = false;  ///< results go to another database, which has indices of its own
+  FED_PartBase                base;            ///< where parts are written
+  std::vector<DerivationUnit> units;
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, DerivationBrief& brief)
+  {
+    parcel(brief.isCopy, brief.base.ids, brief.base.userKindNames, brief.units);
+  }
 };
 
 struct Principals
@@ -59,6 +100,45 @@ struct Principals
   }
 };
 
+/// What became of a unit.
+struct DerivedUnit
+{
+  std::uint64_t segment = 0;  ///< of a part
+  Principals    principals;   ///< of a slice
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, DerivedUnit& derived)
+  {
+    parcel(derived.segment, derived.principals);
+  }
+};
+
+/// Writes by ascending index, as tensors are stored where they were not read from another database.
+class PrincipalWriter
+{
+public:
+  /// @param source null: the indices of the two databases are the same
+  PrincipalWriter(FED_Database& database, const FED_Database* source) : database_(database), source_(source) {}
+
+  void Write(const TensorSlice& slice, const Principals& principals)
+  {
+    FED_DataBlock& block = database_.GetOrCreateDataBlock(slice.target, slice.all);
+    for (std::size_t i = 0; i < principals.indices.size(); ++i)
+      block.SetValuesAt(IndexOf(slice.source, principals.indices[i]), &principals.values[3 * i]);
+  }
+
+private:
+  std::size_t IndexOf(const FED_DataDescriptor& tensors, std::size_t index)
+  {
+    if (source_ == nullptr) return index;
+    const int entity = OnfKind::EntityOf(tensors);
+    return database_.GetIdMapsPool().FindOrAddIndex(entity, source_->GetIdMapsPool().GetId(entity, index));
+  }
+
+  FED_Database&       database_;
+  const FED_Database* source_;
+};
+
 /// Reads tensors, one thread its own.
 class PrincipalReader
 {
@@ -68,19 +148,33 @@ public:
       : stored_(std::move(stored)), database_(stored_ ? stored_->Get() : database)
   {}
 
+  DerivedUnit Derive(const DerivationBrief& brief, std::size_t number)
+  {
+    const DerivationUnit& unit = brief.units[number];
+    if (!unit.ticket) return {0, Read(unit.slices.front())};
+    WrittenPart     part(*unit.ticket, brief.base);
+    PrincipalWriter writer(part.Get(), brief.isCopy ? &database_ : nullptr);
+    for (const TensorSlice& slice : unit.slices) writer.Write(slice, Read(slice));
+    return {part.Finish(), {}};
+  }
+
+private:
+  /// Slices of a block come in their order: however many records it has, no list of them is kept.
   Principals Read(const TensorSlice& slice)
   {
+    ThrowIfInterrupted();
     const FED_DataBlock& block = database_.GetConstDataBlock(slice.source);
-    if (block_ != &block) {
-      indices_.clear();
-      for (FED_DataBlock::IndexIterator it = block.Begin(), end = block.End(); it != end; ++it) indices_.push_back(*it);
+    if (block_ != &block || slice.first < next_) {
       block_ = &block;
+      next_  = 0;
+      at_.emplace(block.Begin());
     }
-    Principals  principals;
-    const auto* first = indices_.data() + slice.first;
-    principals.indices.assign(first, first + slice.count);
+    for (; next_ < slice.first; ++next_) ++*at_;
+    Principals principals;
+    principals.indices.resize(slice.count);
     principals.values.resize(3 * slice.count);
-    for (std::size_t i = 0; i < slice.count; ++i) {
+    for (std::size_t i = 0; i < slice.count; ++i, ++next_, ++*at_) {
+      principals.indices[i] = **at_;
       double tensor[kNumComponents];
       block.GetValuesAt(principals.indices[i], tensor);
       CalculateScaledPrincipals(tensor, &principals.values[3 * i]);
@@ -88,11 +182,11 @@ public:
     return principals;
   }
 
-private:
-  std::unique_ptr<StoredDatabase> stored_;
-  const FED_Database&             database_;
-  const FED_DataBlock*            block_ = nullptr;
-  std::vector<std::size_t>        indices_;  // of the block
+  std::unique_ptr<StoredDatabase>             stored_;
+  const FED_Database&                         database_;
+  const FED_DataBlock*                        block_ = nullptr;
+  std::optional<FED_DataBlock::IndexIterator> at_;        // in the block
+  std::size_t                                 next_ = 0;  // its place among the records
 };
 
 /// @param iteration nothing: all
@@ -122,59 +216,75 @@ std::vector<TensorSlice> ListSlices(const FED_Database& database, std::optional<
   return slices;
 }
 
-/// Writes by ascending index, as tensors are stored where they were not read from another database.
-class PrincipalWriter
+/// @param parts null: one thread writes all
+DerivationBrief MakeBrief(const std::vector<TensorSlice>& slices, bool isCopy, DatabaseParts* parts)
 {
-public:
-  /// @param source null: the database itself
-  PrincipalWriter(FED_Database& database, const FED_Database* source) : database_(database), source_(source) {}
-
-  void Write(const TensorSlice& slice, const Principals& principals)
-  {
-    if (slice.first == 0)
-      FED_LogMacros::log_msg(FED_LogMacros::LogDetail, "Derivation.cpp", __LINE__, "|%P|Quilon|Derivation",
-                             "Principal values: %s", ToSelectionText(slice.target).c_str());
-    FED_DataBlock& block = database_.GetOrCreateDataBlock(slice.target, slice.all);
-    for (std::size_t i = 0; i < principals.indices.size(); ++i)
-      block.SetValuesAt(IndexOf(slice.source, principals.indices[i]), &principals.values[3 * i]);
+  constexpr std::uint64_t    kBytes = 3 * sizeof(double);  // of a record's results
+  std::vector<std::uint64_t> bytes;                        // by block
+  for (const TensorSlice& slice : slices)
+    if (slice.first == 0) bytes.push_back(kBytes * slice.all);
+  DerivationBrief                brief{isCopy, {}, {}};
+  const std::vector<std::size_t> ends =
+      parts == nullptr ? std::vector<std::size_t>() : DivideIntoParts(bytes, kMostParts);
+  if (ends.size() < 2) {
+    for (const TensorSlice& slice : slices) brief.units.push_back({std::nullopt, {slice}});
+    return brief;
   }
-
-private:
-  std::size_t IndexOf(const FED_DataDescriptor& tensors, std::size_t index)
-  {
-    if (source_ == nullptr) return index;
-    const int entity = OnfKind::EntityOf(tensors);
-    return database_.GetIdMapsPool().FindOrAddIndex(entity, source_->GetIdMapsPool().GetId(entity, index));
+  for (PartTicket& ticket : parts->GiveOut(ends.size())) brief.units.push_back({std::move(ticket), {}});
+  brief.base        = parts->GetBase();
+  std::size_t block = 0;  // those that have begun
+  std::size_t part  = 0;
+  for (const TensorSlice& slice : slices) {
+    if (slice.first == 0 && ++block > ends[part]) ++part;
+    brief.units[part].slices.push_back(slice);
   }
+  return brief;
+}
 
-  FED_Database&       database_;
-  const FED_Database* source_;
-};
+/// @param source borrowed, as the brief
+Plan<DerivedUnit> MakePlan(const DerivationBrief& brief, const FED_Database& source, const Readers& readers)
+{
+  Plan<DerivedUnit> plan;
+  plan.units      = brief.units.size();
+  plan.state      = readers.state;
+  plan.makeWorker = [&brief, &source, open = readers.open](bool isFirst) -> Plan<DerivedUnit>::Worker {
+    // This thread has a database of its own as well where there is one: what is read of the one that is written would
+    // decide when its rows go to the disk.
+    auto stored = open ? open() : nullptr;
+    if (!stored && !isFirst) return {};
+    return [&brief, reader = std::make_shared<PrincipalReader>(std::move(stored), source)](std::size_t unit) {
+      return reader->Derive(brief, unit);
+    };
+  };
+  return plan;
+}
 
 void DerivePrincipals(FED_Database& database, std::optional<int> iteration, OnfResultRequestFile& requests,
                       const TensorSource& source)
 {
-  const std::vector<TensorSlice> slices = ListSlices(database, iteration, requests);
-  Plan<Principals>               plan;
-  CrewOrSelf                     crew(source.readers.crew);
-  plan.units      = slices.size();
-  plan.state      = source.readers.state;
-  plan.ahead      = 2 * crew.Get().GetSize();
-  plan.makeWorker = [&](bool isFirst) -> Plan<Principals>::Worker {
-    // This thread has a database of its own as well where there is one: what is read of the one that is written would
-    // decide when its rows go to the disk.
-    auto stored = source.readers.open ? source.readers.open() : nullptr;
-    if (!stored && !isFirst) return {};
-    const FED_Database& here   = source.database != nullptr ? *source.database : database;
-    const auto          reader = std::make_shared<PrincipalReader>(std::move(stored), here);
-    return [&slices, reader](std::size_t unit) {
-      ThrowIfInterrupted();
-      return reader->Read(slices[unit]);
-    };
+  const bool            isCopy = source.database != nullptr;
+  const DerivationBrief brief  = MakeBrief(ListSlices(database, iteration, requests), isCopy, source.parts);
+  CrewOrSelf            crew(source.readers.crew);
+  Plan<DerivedUnit>     plan = MakePlan(brief, isCopy ? *source.database : database, source.readers);
+  plan.ahead                 = 2 * crew.Get().GetSize();
+  plan.makeBrief             = [&brief] {
+    DerivationBrief own = brief;
+    ParcelWriter    parcel;
+    parcel(own);
+    return parcel.Take();
   };
   PrincipalWriter writer(database, source.database);
-  CarryOut(crew.Get(), std::move(plan),
-           [&](std::size_t unit, const Principals& principals) { writer.Write(slices[unit], principals); });
+  CarryOut(crew.Get(), std::move(plan), [&](std::size_t number, const DerivedUnit& derived) {
+    const DerivationUnit& unit = brief.units[number];
+    for (const TensorSlice& slice : unit.slices)
+      if (slice.first == 0)
+        FED_LogMacros::log_msg(FED_LogMacros::LogDetail, "Derivation.cpp", __LINE__, "|%P|Quilon|Derivation",
+                               "Principal values: %s", ToSelectionText(slice.target).c_str());
+    if (unit.ticket)
+      source.parts->Take(*unit.ticket, derived.segment);
+    else
+      writer.Write(unit.slices.front(), derived.principals);
+  });
 }
 
 /// @return the exponent of the largest component, nothing for a tensor that is zero or not finite
@@ -228,6 +338,17 @@ void CalculateScaledPrincipals(const double* tensor, double* principal)
 void DerivePrincipals(FED_Database& database, OnfResultRequestFile& requests, const TensorSource& source)
 {
   DerivePrincipals(database, std::nullopt, requests, source);
+}
+
+void HelpToDerivePrincipals(const FED_Database& source, const Readers& readers)
+{
+  DerivationBrief   brief;
+  Plan<DerivedUnit> plan = MakePlan(brief, source, readers);
+  plan.takeBrief         = [&brief](std::string_view bytes) {
+    ParcelReader parcel(bytes);
+    parcel(brief);
+  };
+  CarryOut(*readers.crew, std::move(plan), [](std::size_t, const DerivedUnit&) {});
 }
 
 void DeriveResults(FED_Database& database, OnfResultRequestFile& requests, int iteration)

@@ -10,6 +10,8 @@ class OnfResultRequestFile;
 
 namespace quilon {
 
+class DatabaseParts;
+
 /// Principal values of a symmetric tensor of any magnitude, largest first.
 ///
 /// FEM_PrincipalValue::Calculate() carries absolute thresholds made for stresses of some units of size: a strain of
@@ -29,12 +31,20 @@ struct TensorSource
 {
   const FED_Database* database = nullptr;  ///< null: the one that results go to. Borrowed
   Readers             readers  = {};       ///< those that cannot open the source leave the work to this thread
+  /// Of the database that results go to: where there are many, readers write them. Borrowed; null: this thread writes
+  /// all.
+  DatabaseParts* parts = nullptr;
 };
 
 /// Derives the principal values of all iterations that are requested, as DeriveResults() does.
 /// @param database gets the results; it holds the tensors, too
 /// @param source   where tensors are read from; what is written is the same for any readers
 void DerivePrincipals(FED_Database& database, OnfResultRequestFile& requests, const TensorSource& source);
+
+/// In a process that does not lead: derives principal values for the one that does.
+/// @param source  as its TensorSource has it, or the database itself
+/// @param readers of it
+void HelpToDerivePrincipals(const FED_Database& source, const Readers& readers);
 
 /// Derives what is requested of an iteration: principal values (560 of 561, 520 of 521, 570 of 571, 530 of 531) from
 /// scaled tensors, then the rest by FEM_ResultUtil::CalculateAdditionalResults(). Blocks that exist are kept.

@@ -13,7 +13,6 @@
 
 #include "database/DatabaseFolder.h"
 #include "database/DatabaseParts.h"
-#include "database/MemoryLimit.h"
 #include "import/Derivation.h"
 #include "import/ImportJob.h"
 #include "import/ImportOptions.h"
@@ -28,16 +27,8 @@ namespace quilon {
 
 namespace {
 
-/// With segments of what comes before and behind, fewer than are merged when a database is published.
+/// With segments of what comes before and behind, fewer than the 32 of which one is made.
 constexpr std::size_t kMostParts = 24;
-
-/// @return bytes of a file that are worth a segment: what comes of them stays in memory
-std::uint64_t LeastBytes()
-{
-  constexpr std::size_t kUsual = std::size_t{64} << 20;  // of memory
-  constexpr std::size_t kLeast = std::size_t{1} << 16;
-  return std::max(MemoryLimit::GetOr(kUsual) / 4, kLeast);
-}
 
 /// Fields of whole results.
 using Fields = std::vector<FieldMark>;
@@ -45,24 +36,23 @@ using Fields = std::vector<FieldMark>;
 /// @return parts of about the same size, by the file alone; nothing where a result comes back behind another one
 std::vector<Fields> Divide(const std::vector<ResultFile::Head>& heads)
 {
-  std::uint64_t     total = 0;
-  std::set<StepKey> seen;
+  std::set<StepKey>          seen;
+  std::vector<Fields>        results;
+  std::vector<std::uint64_t> bytes;  // of each result
   for (std::size_t i = 0; i < heads.size(); ++i) {
-    total += heads[i].mark.bytes;
-    const bool isNew = i == 0 || heads[i].key != heads[i - 1].key;
-    if (isNew && !seen.insert(heads[i].key).second) return {};
-  }
-  const std::uint64_t count  = std::clamp<std::uint64_t>(total / LeastBytes(), 1, kMostParts);
-  const std::uint64_t enough = (total + count - 1) / count;
-  std::vector<Fields> parts(1);
-  std::uint64_t       bytes = 0;  // of the last part
-  for (std::size_t i = 0; i < heads.size(); ++i) {
-    if (bytes >= enough && heads[i].key != heads[i - 1].key) {
-      parts.emplace_back();
-      bytes = 0;
+    if (i == 0 || heads[i].key != heads[i - 1].key) {
+      if (!seen.insert(heads[i].key).second) return {};
+      results.emplace_back();
+      bytes.push_back(0);
     }
-    parts.back().push_back(heads[i].mark);
-    bytes += heads[i].mark.bytes;
+    results.back().push_back(heads[i].mark);
+    bytes.back() += heads[i].mark.bytes;
+  }
+  std::vector<Fields> parts;
+  std::size_t         next = 0;
+  for (const std::size_t end : DivideIntoParts(bytes, kMostParts)) {
+    Fields& part = parts.emplace_back();
+    for (; next < end; ++next) part.insert(part.end(), results[next].begin(), results[next].end());
   }
   return parts;
 }
@@ -167,6 +157,12 @@ private:
   const ResultMesh&    mesh_;
 };
 
+/// @return what tells whether all have found the same file
+std::string StateOf(const ResultJob& files)
+{
+  return files.results ? std::to_string(StatusOf(files.results->Path()).size) : std::string();
+}
+
 /// @return the results of the file, each once
 std::vector<ResultStep> ListSteps(const std::vector<ResultFile::Head>& heads)
 {
@@ -183,7 +179,7 @@ bool MayBeDivided(const ImportJob& job)
   const ImportOptions& options = job.options;
   return options.crew != nullptr && options.parts != nullptr && !options.keepWholeSteps && job.isAlone &&
          job.files.results && !job.files.prints && job.files.results->HasMarks() &&
-         StatusOf(job.files.results->Path()).size >= 2 * LeastBytes();
+         StatusOf(job.files.results->Path()).size >= 2 * LeastPartBytes();
 }
 
 bool ReadInParts(ImportJob& job, const std::vector<ResultFile::Head>& heads)
@@ -197,6 +193,7 @@ bool ReadInParts(ImportJob& job, const std::vector<ResultFile::Head>& heads)
 
   Plan<ReadPart> plan;
   plan.units     = tickets.size();
+  plan.state     = StateOf(job.files);
   plan.makeBrief = [&] {
     std::vector<int> nodes = job.mesh.ListNodes();
     ParcelWriter     parcel;
@@ -221,8 +218,10 @@ void HelpToReadParts(const std::vector<std::filesystem::path>& files, const Impo
 {
   Brief          brief;
   ResultMesh     mesh({});
-  JobFiles       found;
+  const JobFiles found = FindReaders(files);
+  if (found.jobs.empty()) return LeaveToLeader(*options.crew);
   Plan<ReadPart> plan;
+  plan.state     = StateOf(found.jobs.front());
   plan.takeBrief = [&](std::string_view bytes) {
     std::vector<int> nodes;
     ParcelReader     parcel(bytes);
@@ -230,7 +229,6 @@ void HelpToReadParts(const std::vector<std::filesystem::path>& files, const Impo
     mesh.AddNodes(nodes, std::vector<double>(3 * nodes.size()));
   };
   plan.makeWorker = [&](bool) -> Plan<ReadPart>::Worker {
-    found = FindReaders(files);
     return
         [reader = PartReader(found.jobs.front(), options, brief, mesh)](std::size_t part) { return reader.Read(part); };
   };

@@ -3,10 +3,12 @@
 /// @file
 /// Results on their way from one process to another.
 
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <map>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -55,6 +57,17 @@ private:
       PutBytes(values.data(), values.size() * sizeof(T));
     else
       for (T& value : values) Put(value);
+  }
+  template <typename T, std::size_t N>
+  void Put(std::array<T, N>& values)
+  {
+    for (T& value : values) Put(value);
+  }
+  template <typename T>
+  void Put(std::set<T>& values)
+  {
+    PutCount(values.size());
+    for (T value : values) Put(value);
   }
   template <typename T>
   void Put(std::optional<T>& value)
@@ -136,6 +149,21 @@ private:
       GetBytes(values.data(), values.size() * sizeof(T));
     } else {
       for (std::size_t count = GetCount(0); count > 0; --count) Get(values.emplace_back());
+    }
+  }
+  template <typename T, std::size_t N>
+  void Get(std::array<T, N>& values)
+  {
+    for (T& value : values) Get(value);
+  }
+  template <typename T>
+  void Get(std::set<T>& values)
+  {
+    values.clear();
+    for (std::size_t count = GetCount(0); count > 0; --count) {
+      T value{};
+      Get(value);
+      values.insert(values.end(), std::move(value));
     }
   }
   template <typename T>

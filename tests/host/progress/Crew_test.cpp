@@ -1,5 +1,6 @@
 #include "progress/Crew.h"
 
+#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
@@ -7,6 +8,7 @@
 #include <mutex>
 #include <new>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -224,24 +226,34 @@ struct Outer
   std::optional<Inner>                    maybe;
   std::map<std::string, std::vector<int>> lists;
   std::pair<std::size_t, std::string>     pair;
+  std::array<double, 2>                   array = {};
+  std::map<std::string, std::set<int>>    sets;
 
   template <typename Parcel>
   friend void Travel(Parcel& parcel, Outer& outer)
   {
-    parcel(outer.flag, outer.colour, outer.numbers, outer.inner, outer.maybe, outer.lists, outer.pair);
+    parcel(outer.flag, outer.colour, outer.numbers, outer.inner, outer.maybe, outer.lists, outer.pair, outer.array,
+           outer.sets);
   }
   bool operator==(const Outer&) const = default;
 };
 
 TEST(Parcel, BringsAllAsItWas)
 {
-  Outer sent{true,    Colour::Blue, {1.5, -0.0}, {{1.0, ""}, {2.0, "b"}}, Inner{3.0, "c"}, {{"x", {1, 2}}, {"", {}}},
-             {7, "d"}};
+  Outer        sent{true,
+             Colour::Blue,
+             {1.5, -0.0},
+             {{1.0, ""}, {2.0, "b"}},
+             Inner{3.0, "c"},
+             {{"x", {1, 2}}, {"", {}}},
+             {7, "d"},
+             {2.5, -1.0},
+             {{"y", {3, -4}}, {"z", {}}}};
   ParcelWriter writer;
   writer(sent);
   const std::string bytes = writer.Take();
   ParcelReader      reader(bytes);
-  Outer             received{false, Colour::Red, {9.0}, {{}, {}, {}}, std::nullopt, {{"y", {}}}, {}};
+  Outer received{false, Colour::Red, {9.0}, {{}, {}, {}}, std::nullopt, {{"y", {}}}, {}, {8.0}, {{"y", {9}}}};
   reader(received);
   EXPECT_EQ(received, sent);
   EXPECT_TRUE(reader.IsAtEnd());
@@ -249,7 +261,8 @@ TEST(Parcel, BringsAllAsItWas)
 
 TEST(Parcel, OneThatIsCutAnywhereIsAFailure)
 {
-  Outer        sent{true, Colour::Blue, {1.5}, {{1.0, "a"}}, Inner{3.0, "c"}, {{"x", {1, 2}}}, {7, "d"}};
+  Outer        sent{true,     Colour::Blue, {1.5},       {{1.0, "a"}}, Inner{3.0, "c"}, {{"x", {1, 2}}},
+             {7, "d"}, {1.0, 2.0},   {{"y", {3}}}};
   ParcelWriter writer;
   writer(sent);
   const std::string bytes = writer.Take();
