@@ -65,8 +65,9 @@ void PrintAsJson(Output& output, const ExportReport& report)
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (context.processes != nullptr) LeaveToLeader(*context.processes);
   const bool isPrinted = options.output == kStandardOutput;
+  const bool isShared  = context.processes != nullptr && !isPrinted && IsSharedExport(options.output);
+  if (context.processes != nullptr && !isShared) LeaveToLeader(*context.processes);
   if (options.groups != "arrays" && options.groups != "points")
     Fail("--groups is '" + options.groups + "', expected arrays or points");
   if (isPrinted && options.json) Fail("-o - prints the table, expected a file with --json");
@@ -88,6 +89,7 @@ void Run(const Options& options, CommandContext& context)
     request.components.ofKind[onf] = selection.ComponentsOf(onf);
   }
 
+  if (isShared) request.readers = database.GetReaders(*context.processes);
   OutputStream table(context.output);
   if (isPrinted) request.table = &table.Get();
   const ExportReport report = Export(database.Get(), request, context.console);

@@ -1,14 +1,19 @@
 #include "export/Export.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <set>
+#include <string_view>
+#include <utility>
 
 #include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 
 #include "database/DatabaseFolder.h"
+#include "database/StoredDatabase.h"
 #include "export/CsvExport.h"
 #include "export/ExportGroups.h"
 #include "export/GridSource.h"
@@ -17,6 +22,8 @@
 #include "export/VtuExport.h"
 #include "kinds/KindTable.h"
 #include "mesh/Mesh.h"
+#include "progress/Crew.h"
+#include "progress/Interrupt.h"
 #include "progress/Listener.h"
 #include "text/Case.h"
 #include "text/Failure.h"
@@ -84,8 +91,86 @@ void NoteLinks(Listener& listener, const ExportRequest& request, const LinkedRow
                 "): they read as nan when these files are gone, as after a merge, prune or compact");
 }
 
+/// The mesh of a database with what is exported on it, one thread its own.
+class ExportedGrid
+{
+public:
+  /// @param database borrowed
+  ExportedGrid(const FED_Database& database, int iteration, Mesh mesh, ExportGroups groups, ExportPlan plan)
+      : mesh_(std::move(mesh)),
+        groups_(std::move(groups)),
+        plan_(std::move(plan)),
+        sets_(ReadSets(database, iteration)),
+        source_(database, mesh_, sets_, plan_, groups_)
+  {}
+  ExportedGrid(const ExportedGrid&)            = delete;
+  ExportedGrid& operator=(const ExportedGrid&) = delete;
+  ~ExportedGrid()                              = default;
+
+  const Mesh& GetMesh() const noexcept { return mesh_; }
+  GridSource& GetSource() noexcept { return source_; }
+
+private:
+  Mesh                  mesh_;
+  ExportGroups          groups_;
+  ExportPlan            plan_;
+  std::vector<NamedSet> sets_;
+  GridSource            source_;
+};
+
+/// A file of one step.
+struct StepFile
+{
+  std::string path;
+  std::string beside;  ///< where it is written
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, StepFile& file)
+  {
+    parcel(file.path, file.beside);
+  }
+};
+
+/// What the file of a step leaves to be told.
+struct WrittenStep
+{
+  std::set<int> nodesWithout;
+  std::set<int> elementsWithout;
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, WrittenStep& written)
+  {
+    parcel(written.nodesWithout, written.elementsWithout);
+  }
+};
+
+/// @param grid     for the thread that asks; borrowed, as the files
+/// @param makeGrid makes the same of another database, for any other
+Plan<WrittenStep> MakeStepPlan(ExportedGrid& grid, const Readers& readers, const std::vector<StepFile>& files,
+                               std::function<std::shared_ptr<ExportedGrid>(const FED_Database&)> makeGrid)
+{
+  Plan<WrittenStep> plan;
+  plan.units      = grid.GetSource().NumSteps();
+  plan.state      = readers.state;
+  plan.makeWorker = [&grid, &files, open = readers.open,
+                     makeGrid = std::move(makeGrid)](bool isFirst) -> Plan<WrittenStep>::Worker {
+    std::shared_ptr<StoredDatabase> stored = isFirst || !open ? nullptr : open();
+    if (!isFirst && !stored) return {};
+    const std::shared_ptr<ExportedGrid> own = isFirst ? nullptr : makeGrid(stored->Get());
+    return [stored, own, &source = isFirst ? grid.GetSource() : own->GetSource(), &files](std::size_t step) {
+      ThrowIfInterrupted();
+      OutputFile::WriteBeside(files[step].beside, files[step].path,
+                              [&](std::ostream& out) { WriteVtu(source, step, out); });
+      return WrittenStep{source.NodesWithout(), source.ElementsWithout()};
+    };
+  };
+  return plan;
+}
+
 /// Writes one step a file, then their list.
-void WritePvd(GridSource& source, const std::filesystem::path& output, ExportReport& report, Listener& listener)
+/// @return all that the files leave to be told
+WrittenStep WritePvd(const GridSource& source, Plan<WrittenStep> plan, Crew& crew, std::vector<StepFile>& stepFiles,
+                     const std::filesystem::path& output, ExportReport& report, Listener& listener)
 {
   const std::size_t                        numSteps = source.NumSteps();
   const std::size_t                        width    = std::to_string(numSteps).size();
@@ -93,20 +178,32 @@ void WritePvd(GridSource& source, const std::filesystem::path& output, ExportRep
   std::vector<std::unique_ptr<OutputFile>> files;
   std::vector<std::filesystem::path>       names;
   for (std::size_t step = 0; step < numSteps; ++step) {
-    listener.Progress("export", step, numSteps, "steps");
     std::string number = std::to_string(step + 1);
     number.insert(0, width - number.size(), '0');
     names.push_back(output.stem().string() + '-' + number + ".vtu");
     report.files.push_back(output.parent_path() / names.back());
     files.push_back(std::make_unique<OutputFile>(report.files.back()));
-    WriteVtu(source, step, files.back()->Stream());
+    stepFiles.push_back({report.files.back().string(), files.back()->PathToWrite().string()});
+    // There may be more steps than files that a process may have open.
     files.back()->Finish();
   }
+  plan.makeBrief = [&stepFiles] {
+    ParcelWriter parcel;
+    parcel(stepFiles);
+    return parcel.Take();
+  };
+  plan.onProgress = [&](std::size_t done) { listener.Progress("export", done, numSteps, "steps"); };
+  WrittenStep all;
+  CarryOut(crew, std::move(plan), [&all](std::size_t, const WrittenStep& written) {
+    all.nodesWithout.insert(written.nodesWithout.begin(), written.nodesWithout.end());
+    all.elementsWithout.insert(written.elementsWithout.begin(), written.elementsWithout.end());
+  });
   list.Write(PvdText(source.Plan().times.empty() ? std::vector<double>{0.0} : source.Plan().times, names));
   list.Finish();
   // The list comes last: all that it names is there.
   for (const auto& file : files) file->Publish();
   list.Publish();
+  return all;
 }
 
 }  // namespace
@@ -116,6 +213,8 @@ void CheckExportOutput(const std::filesystem::path& output)
   static_cast<void>(FormatOf(output));
   CheckOutputFile(output);
 }
+
+bool IsSharedExport(const std::filesystem::path& output) { return FormatOf(output) == Format::Pvd; }
 
 void CheckLink(const std::filesystem::path& database, const std::filesystem::path& output)
 {
@@ -136,8 +235,8 @@ ExportReport Export(const FED_Database& database, const ExportRequest& request, 
   const bool hasMesh = database.HasDataBlock(FED_DataDescriptor(iteration, OnfKind::Coordinates));
   Mesh       mesh;
   if (!isTable || (hasMesh && HasGroups(blocks))) mesh = ReadMesh(database, iteration, request.name);
-  const ExportGroups groups(database, iteration, mesh, blocks);
-  const ExportPlan   plan = MakeExportPlan(database, blocks, request.components, groups, request.groups);
+  ExportGroups groups(database, iteration, mesh, blocks);
+  ExportPlan   plan = MakeExportPlan(database, blocks, request.components, groups, request.groups);
 
   ExportReport    report;
   const KindTable kinds(database);
@@ -159,15 +258,32 @@ ExportReport Export(const FED_Database& database, const ExportRequest& request, 
     return report;
   }
 
-  const std::vector<NamedSet> sets = ReadSets(database, iteration);
-  GridSource                  source(database, mesh, sets, plan, groups);
-  report.numPoints = source.NumPoints();
-  report.numCells  = source.NumCells();
+  ExportedGrid grid(database, iteration, std::move(mesh), std::move(groups), std::move(plan));
+  GridSource&  source = grid.GetSource();
+  report.numPoints    = source.NumPoints();
+  report.numCells     = source.NumCells();
   if (format == Format::Vtu && source.NumSteps() > 1)
     Fail(request.output.string() + ": expected one step for a .vtu, found " + std::to_string(source.NumSteps()) +
          "; a .pvd or .vtkhdf holds all of them, --steps last selects one");
+  WrittenStep without;
   if (format == Format::Pvd) {
-    WritePvd(source, request.output, report, listener);
+    std::vector<StepFile> files;
+    CrewOrSelf            crew(request.readers.crew);
+    Plan<WrittenStep>     steps = MakeStepPlan(grid, request.readers, files, [&](const FED_Database& own) {
+      Mesh         ownMesh = ReadMesh(own, iteration, request.name);
+      ExportGroups ownGroups(own, iteration, ownMesh, blocks);
+      ExportPlan   ownPlan = MakeExportPlan(own, blocks, request.components, ownGroups, request.groups);
+      return std::make_shared<ExportedGrid>(own, iteration, std::move(ownMesh), std::move(ownGroups),
+                                            std::move(ownPlan));
+    });
+    if (!crew.Get().Leads()) {
+      steps.takeBrief = [&files](std::string_view bytes) {
+        ParcelReader parcel(bytes);
+        parcel(files);
+      };
+      CarryOut(crew.Get(), std::move(steps), [](std::size_t, const WrittenStep&) {});
+    }
+    without = WritePvd(source, std::move(steps), crew.Get(), files, request.output, report, listener);
   } else {
     OutputFile file(request.output);
     if (format == Format::Vtu) {
@@ -175,14 +291,15 @@ ExportReport Export(const FED_Database& database, const ExportRequest& request, 
     } else if (request.linkedFolder.empty()) {
       WriteVtkHdf(source, file.PathToWrite(), request.output.string(), listener);
     } else {
-      LinkedRows links(database, mesh, plan, request.linkedFolder, request.output);
+      LinkedRows links(database, grid.GetMesh(), source.Plan(), request.linkedFolder, request.output);
       WriteVtkHdf(source, file.PathToWrite(), request.output.string(), listener, &links);
       NoteLinks(listener, request, links);
     }
     file.Publish();
+    without = {source.NodesWithout(), source.ElementsWithout()};
   }
-  NoteIds(listener, source.NodesWithout(), "node");
-  NoteIds(listener, source.ElementsWithout(), "element");
+  NoteIds(listener, without.nodesWithout, "node");
+  NoteIds(listener, without.elementsWithout, "element");
   return report;
 }
 

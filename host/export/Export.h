@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "database/Readers.h"
 #include "export/ExportPlan.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
@@ -32,6 +33,9 @@ struct ExportRequest
   std::filesystem::path linkedFolder = {};
   /// Borrowed: a table goes here, and `output` is its name alone. Null: everything goes into files.
   std::ostream* table = nullptr;
+  /// Of the database: share the steps of a .pvd, with the same files for any. Where they are processes, those that do
+  /// not lead do not return from Export().
+  Readers readers = {};
 };
 
 struct ExportReport
@@ -52,10 +56,13 @@ void CheckExportOutput(const std::filesystem::path& output);
 /// @throws FED_Failure for a database that is no working database on disk, and an output that is no .vtkhdf
 void CheckLink(const std::filesystem::path& database, const std::filesystem::path& output);
 
+/// @return whether files of the format are made by several, a step each
+bool IsSharedExport(const std::filesystem::path& output);
+
 /// Writes results and their mesh into files. They take their places when all of them are whole; what fails leaves
 /// everything as it was. Equal databases give equal bytes.
 ///
-/// Memory: the mesh and one array, of a table one step; whatever the number of steps.
+/// Memory: the mesh and one array, of a table one step; whatever the number of steps. Likewise for each reader.
 /// @param listener is told the progress, and what a user may not expect
 /// @throws FED_Failure for a selection or component that gives nothing, a mesh without coordinates, several steps for
 ///         one .vtu, and an output that cannot be written

@@ -190,6 +190,24 @@ const std::filesystem::path& OutputFile::PathToWrite() const
   return beside_;
 }
 
+void OutputFile::WriteBeside(const std::filesystem::path& beside, const std::filesystem::path& path,
+                             const std::function<void(std::ostream&)>& write)
+{
+  const auto require = [&path](const std::error_code& error) {
+    if (error) Fail(path.string() + ": expected a file that can be written: " + error.message());
+  };
+  FED_FileLayer         files;
+  FED_FileLayer::Handle handle = FED_FileLayer::kNoHandle;
+  require(files.Open(beside, FED_FileLayer::Change, handle));
+  const auto   buffer = std::make_unique<Buffer>(files, handle);
+  std::ostream out(buffer.get());
+  write(out);
+  out.flush();
+  require(buffer->GetError());
+  // Network file systems tell only now that bytes were lost.
+  if (const std::error_code error = buffer->Close()) Fail(path.string() + ": cannot close: " + error.message());
+}
+
 void OutputFile::Finish()
 {
   if (isFinished_) return;

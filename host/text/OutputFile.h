@@ -4,6 +4,7 @@
 /// Files that are there whole or not at all.
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <string_view>
@@ -36,6 +37,13 @@ public:
   /// For what writes files by their path: that of the file beside, in place of the stream.
   /// @throws FED_Failure "PATH: ..." for what is no plain file
   const std::filesystem::path& PathToWrite() const;
+
+  /// Writes the text of a file beside that an object in this process or another has finished empty and will publish.
+  /// @param beside of PathToWrite()
+  /// @param path   of the file itself, for messages
+  /// @throws FED_Failure "PATH: ..." when the system refuses the text
+  static void WriteBeside(const std::filesystem::path& beside, const std::filesystem::path& path,
+                          const std::function<void(std::ostream&)>& write);
 
   /// Closes the file, which Publish() then puts into its place. For many files that take their places together.
   /// @throws FED_Failure "PATH: ..." when the system refuses the text

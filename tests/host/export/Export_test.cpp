@@ -2,8 +2,14 @@
 
 #include <fstream>
 #include <iterator>
+#include <string>
 
+#include <bundled/FED_BlockCopy.h>
+
+#include "database/StoredDatabase.h"
+#include "DistantCrew.h"
 #include "ExportSupport.h"
+#include "progress/Crew.h"
 #include "TempFolder.h"
 
 namespace quilon {
@@ -71,6 +77,37 @@ TEST_F(ExportOfTwoCubes, EqualResultsGiveEqualBytes)
     Export(again, {"job.fed", BlocksOf(again, {510}), {}, ExportGroupForm::Arrays, folder_ / name}, listener_);
     EXPECT_EQ(ReadFile(folder_ / name), first) << name;
   }
+}
+
+// Each thread reads the database through an object of its own.
+TEST_F(ExportOfTwoCubes, AFileAStepIsTheSameWhoeverShares)
+{
+  SetValues(database_, StepKey(510, 2), 99, {1, 2, 3});
+  const std::filesystem::path path = folder_ / "job.fed";
+  {
+    FED_ResultDatabase stored(path, FED_ResultDatabase::Create);
+    for (const FED_DataDescriptor& block : BlocksOf(database_)) FED_CopyBlock(database_, stored, block);
+    stored.Commit();
+  }
+  const auto stored   = StoredDatabase::OpenIfThere(path);
+  const auto blocks   = BlocksOf(stored->Get());
+  const auto exported = [&](Crew* crew, const std::string& name) {
+    ExportRequest request{"job.fed", blocks, {}, ExportGroupForm::Arrays, folder_ / name / "job.pvd"};
+    request.readers = {crew, [&] { return stored->OpenAgain(path, 2); }};
+    std::filesystem::create_directory(folder_ / name);
+    EXPECT_EQ(Export(stored->Get(), request, listener_).files.size(), 4U);
+    std::vector<std::string> files;
+    for (const char* file : {"job.pvd", "job-1.vtu", "job-2.vtu", "job-3.vtu"})
+      files.push_back(ReadFile(folder_ / name / file));
+    return files;
+  };
+  ThreadCrew  three(3);
+  DistantCrew distant;
+  const auto  one = exported(nullptr, "one");
+  EXPECT_EQ(exported(&three, "three"), one);
+  EXPECT_EQ(exported(&distant, "distant"), one);
+  for (const std::string& note : listener_.notes) EXPECT_EQ(note, "1 node with values, but not in the mesh: 99");
+  EXPECT_EQ(listener_.notes.size(), 3U);
 }
 
 TEST_F(ExportOfTwoCubes, WritesAFileAStepBesideTheirList)
