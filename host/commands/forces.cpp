@@ -3,11 +3,10 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
-#include <bundled/FED_ResultDatabase.h>
+#include <QuilonDbConnector/FED_Database.h>
 #include <CLI/CLI.hpp>
 
 #include "calculix/deck/ReadDeckModel.h"
@@ -116,14 +115,6 @@ ForcePart FindPart(const Options& options, const FED_Database& database, int ite
   return part;
 }
 
-/// Leaves only the blocks that were added: a database that has the rest gets no more.
-void KeepAdded(FED_Database& database, const ForceReport& report)
-{
-  const std::set<FED_DataDescriptor> added(report.added.begin(), report.added.end());
-  for (const FED_DataDescriptor& descriptor : database.GetDataDescriptors(FED_DataDescriptorPattern()))
-    if (!added.contains(descriptor)) database.DeleteDataBlock(descriptor);
-}
-
 /// @return those that the database has
 std::vector<FED_DataDescriptor> OutdatedBlocks(const FED_Database& database, const ForceReport& report)
 {
@@ -134,7 +125,6 @@ std::vector<FED_DataDescriptor> OutdatedBlocks(const FED_Database& database, con
 
 void Run(const Options& options, CommandContext& context)
 {
-  if (context.processes != nullptr) LeaveToLeader(*context.processes);
   ForceRequest request = MakeRequest(options);
   const bool   isAsked = options.IsAsked();
   const bool   inPlace = options.output.empty() && !isAsked;
@@ -144,7 +134,8 @@ void Run(const Options& options, CommandContext& context)
          "--elements or --set");
   }
   std::optional<Publication> publication;
-  if (inPlace || !options.output.empty())
+  const bool                 leads = context.processes == nullptr || context.processes->Leads();
+  if (leads && (inPlace || !options.output.empty()))
     publication.emplace(inPlace ? options.database : options.output, Publication::AnyDatabase,
                         PatienceOf(options.wait, context.console));
 
@@ -165,16 +156,18 @@ void Run(const Options& options, CommandContext& context)
   if (options.region.HasPlace())
     request.part =
         FindPart(options, database.Get(), results.front().GetInteger(FED_DataDescriptor::Iteration), context.console);
-  const bool        keepsAll = !options.output.empty();
-  const auto        copy     = database.Copy(keepsAll ? database.Get().GetDataDescriptors(FED_DataDescriptorPattern())
-                                                      : FindForceIngredients(database.Get(), results));
-  const ForceReport report   = CalculateForces(*copy, results, request, &context.console);
+  const bool          keepsAll = !options.output.empty();
+  FED_Database* const target   = publication ? &publication->Target() : nullptr;
+  if (target != nullptr && keepsAll)
+    database.CopyTo(*target, database.Get().GetDataDescriptors(FED_DataDescriptorPattern()));
+  ForceSource source{database.Get()};
+  if (context.processes != nullptr) source.readers = database.GetReaders(*context.processes);
+  const ForceReport report = CalculateForces(source, target, results, request, &context.console);
 
   const std::vector<FED_DataDescriptor> outdated = OutdatedBlocks(database.Get(), report);
   if (publication && report.NumWithForces() == 0 && (keepsAll || outdated.empty()))
     Fail(options.database + ": no element has forces in any result: " + DescribeSkipped(report.skipped));
-  if (inPlace) KeepAdded(*copy, report);
-  if (publication) publication->Publish(*copy, outdated);
+  if (publication) publication->Publish(outdated);
   for (const std::string& note : ListForceNotes(request, report)) context.console.Note(note);
   if (options.form.json || isAsked) {
     PrintForces(context.output, options.form, request, report);

@@ -46,6 +46,13 @@ struct ForceStep
   double errorBound = 0.0;
 
   SkippedElements skipped;  ///< elements that have no forces in this result
+
+  /// What a result tells; the geometry stays behind.
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, ForceStep& step)
+  {
+    parcel(step.forces, step.deformed, step.numElements, step.largestSum, step.errorBound, step.skipped);
+  }
 };
 
 /// Integrates nodal forces result by result and saves them as element forces (580). Value 3 k + c of an element belongs

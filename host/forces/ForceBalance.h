@@ -23,6 +23,12 @@ struct NodeBalance
   Vector external = {};   ///< what acts on it: load, reaction, or both (511)
   Vector residual = {};   ///< elements less external
   double largest  = 0.0;  ///< magnitude of the residual's largest component; infinite where a NaN stands
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, NodeBalance& balance)
+  {
+    parcel(balance.node, balance.elements, balance.external, balance.residual, balance.largest);
+  }
 };
 
 /// Nodes that a deck ties to others in one way.
@@ -32,6 +38,12 @@ struct TiedNodes
   std::size_t numNodes        = 0;
   int         worstNode       = 0;
   double      largestResidual = 0.0;  ///< what the ties exert, if the forces of elements are right
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, TiedNodes& tied)
+  {
+    parcel(tied.how, tied.numNodes, tied.worstNode, tied.largestResidual);
+  }
 };
 
 /// The balance of a result.
@@ -59,6 +71,13 @@ struct ForceBalance
   {
     return largestForce > 0.0 ? largestResidual / largestForce : largestResidual;
   }
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, ForceBalance& balance)
+  {
+    parcel(balance.nodes, balance.numJudged, balance.total, balance.largestForce, balance.largestResidual,
+           balance.limit, balance.numAbove, balance.numIncomplete, balance.numUnknown, balance.tied);
+  }
 };
 
 /// The solver's RF at a node is what acts on it: the reaction of a support less the loads on it, a load where there is
@@ -77,6 +96,12 @@ struct FreeBody
   Resultant cut;    ///< at the nodes that it shares with the rest: what the rest exerts on it, and loads at these nodes
   Resultant other;  ///< at its other nodes: loads and reactions
   Resultant sum;    ///< of both: zero but for rounding
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, FreeBody& body)
+  {
+    parcel(body.cut, body.other, body.sum);
+  }
 };
 
 /// @param part  element ids

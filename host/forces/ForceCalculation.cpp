@@ -2,21 +2,28 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
+#include <cstddef>
+#include <iterator>
 #include <map>
+#include <memory>
 #include <set>
 #include <span>
 #include <utility>
 
+#include <bundled/FED_BlockCopy.h>
+#include <bundled/FED_ResultDatabase.h>
 #include <bundled/OnfKinds.h>
 #include <QuilonDbConnector/FED_Database.h>
 #include <QuilonDbConnector/FED_IdDataBlock.h>
 
 #include "calculix/deck/DeckModel.h"
+#include "database/DescriptorParcel.h"
 #include "database/Provenance.h"
 #include "database/ScratchRecord.h"
+#include "database/StoredDatabase.h"
 #include "forces/ForceMesh.h"
 #include "kinds/KindTable.h"
+#include "progress/Crew.h"
 #include "progress/Listener.h"
 #include "text/Case.h"
 #include "text/Failure.h"
@@ -168,41 +175,215 @@ std::optional<Ids> ChosenPart(const ForceRequest& request, const FED_Database& d
   return request.part.set.empty() ? ChosenById(request.part, mesh) : ChosenBySet(request, database, iteration);
 }
 
-/// Calculates and saves all results of one iteration.
-void CalculateIteration(FED_Database& database, const std::vector<FED_DataDescriptor>& results,
-                        const ForceRequest& request, Listener* listener, ForceReport& report)
+/// Records that are a list of numbers each, by ascending id.
+template <typename T>
+struct ListRecords
 {
-  const int       iteration = results.front().GetInteger(FED_DataDescriptor::Iteration);
-  const ForceMesh mesh =
-      request.deck != nullptr ? MakeForceMesh(*request.deck) : ReadForceMesh(database, iteration, request.database);
-  ElementForces forces(database, mesh, iteration, request.deck != nullptr ? request.deckName : request.database);
-  const std::optional<Ids> part = ChosenPart(request, database, iteration, mesh);
+  std::vector<int>         ids;
+  std::vector<std::size_t> counts;  ///< of each list
+  std::vector<T>           values;  ///< of all of them, one behind the other
 
-  std::uint64_t done = 0;
-  for (const FED_DataDescriptor& result : results) {
-    if (listener != nullptr) listener->Progress("calculating forces", done++, results.size(), "steps");
-    ForceStepReport told;
-    told.step = forces.Calculate(result, IsDeformed(request, database, result));
-    if (request.balance) {
-      told.balance = CalculateBalance(database, mesh, told.step, request.tolerance, request.database);
-      if (request.numWorst > 0 && told.balance->nodes.size() > request.numWorst)
-        told.balance->nodes.resize(request.numWorst);
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, ListRecords& records)
+  {
+    parcel(records.ids, records.counts, records.values);
+  }
+};
+
+using ForceRecords    = ListRecords<double>;
+using NodeListRecords = ListRecords<int>;
+
+/// What one result comes to.
+struct CalculatedResult
+{
+  ForceStepReport told;
+  ForceRecords    forces;
+  bool            isRounded    = false;  ///< as ForceMesh has it
+  bool            areTiesKnown = false;
+  bool            addsLists    = false;  ///< to those of the iteration
+  NodeListRecords lists;                 ///< all of the iteration, of its first result, where it adds some
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, CalculatedResult& result)
+  {
+    parcel(result.told, result.forces, result.isRounded, result.areTiesKnown, result.addsLists, result.lists);
+  }
+};
+
+void GetList(const FED_ConstIdDataRecord& record, FED_DoubleArray& list)
+{
+  record.GetDataRecord().GetDoubleList(1, list);
+}
+void GetList(const FED_ConstIdDataRecord& record, FED_IntArray& list) { record.GetIntList(1, list); }
+
+template <typename T, typename Array>
+ListRecords<T> ReadLists(const FED_Database& database, const FED_DataDescriptor& descriptor)
+{
+  ListRecords<T> records;
+  if (!database.HasDataBlock(descriptor)) return records;
+  const FED_DataBlock&       block = database.GetConstDataBlock(descriptor);
+  const FED_ConstIdDataBlock view(block, database.GetIdMapsPool());
+  for (auto index = block.Begin(); index != block.End(); ++index) records.ids.push_back(view.GetId(*index));
+  std::sort(records.ids.begin(), records.ids.end());
+  FED_ConstIdDataRecord& record = view.CreateConstIdDataRecord();
+  Array                  list;
+  for (const int id : records.ids) {
+    view.GetRecord(id, record);
+    GetList(record, list);
+    records.counts.push_back(list.GetSize());
+    records.values.insert(records.values.end(), list.GetData(), list.GetData() + list.GetSize());
+  }
+  return records;
+}
+
+void SetList(FED_IdDataRecord& record, const std::vector<double>& list) { record.SetDoubleList(1, list); }
+void SetList(FED_IdDataRecord& record, const std::vector<int>& list) { record.SetIntList(1, list); }
+
+template <typename T>
+void WriteLists(FED_Database& database, const FED_DataDescriptor& descriptor, const ListRecords<T>& records)
+{
+  FED_IdDataBlock   view(database.GetOrCreateDataBlock(descriptor, records.ids.size()), database.GetIdMapsPool(), true);
+  FED_IdDataRecord& record = view.CreateIdDataRecord();
+  auto              from   = records.values.begin();
+  for (std::size_t i = 0; i < records.ids.size(); ++i) {
+    const auto to = from + static_cast<std::ptrdiff_t>(records.counts[i]);
+    SetList(record, std::vector<T>(from, to));
+    view.SetRecord(records.ids[i], record);
+    from = to;
+  }
+}
+
+/// The mesh of an iteration, and a database where one result at a time stands beside it.
+class IterationForces
+{
+public:
+  /// @param source, request borrowed
+  IterationForces(const FED_Database& source, int iteration, const ForceRequest& request)
+      : source_(source),
+        request_(request),
+        iteration_(iteration),
+        scratch_(CopyModel(source, iteration)),
+        mesh_(request.deck != nullptr ? MakeForceMesh(*request.deck)
+                                      : ReadForceMesh(*scratch_, iteration, request.database)),
+        forces_(*scratch_, mesh_, iteration, request.deck != nullptr ? request.deckName : request.database),
+        part_(ChosenPart(request, *scratch_, iteration, mesh_))
+  {
+    for (int onf = OnfKind::FirstUserKind; onf <= OnfKind::LastUserKind; ++onf)
+      if (source.GetUserKindName(static_cast<FED_OnfId>(onf)) == kLocalStresses) kinds_.push_back(onf);
+  }
+
+  int GetIteration() const noexcept { return iteration_; }
+
+  /// @param isFirst of the iteration
+  CalculatedResult Calculate(const FED_DataDescriptor& result, bool isFirst)
+  {
+    std::vector<FED_DataDescriptor> blocks;
+    for (const int kind : kinds_)
+      if (source_.HasDataBlock(WithKind(result, kind))) blocks.push_back(WithKind(result, kind));
+    for (const FED_DataDescriptor& block : blocks) FED_CopyBlock(source_, *scratch_, block);
+    CalculatedResult calculated = CalculateCopied(result);
+    if (isFirst && calculated.addsLists)
+      calculated.lists = ReadLists<int, FED_IntArray>(*scratch_, FED_DataDescriptor(iteration_, OnfKind::ElementNodes));
+    for (const FED_DataDescriptor& block : blocks) scratch_->DeleteDataBlock(block);
+    return calculated;
+  }
+
+private:
+  /// What results of an iteration have in common.
+  static std::unique_ptr<FED_ResultDatabase> CopyModel(const FED_Database& source, int iteration)
+  {
+    auto copy = std::make_unique<FED_ResultDatabase>();
+    for (const FED_DataDescriptor& block : FindForceIngredients(source, {}))
+      if (block.GetInteger(FED_DataDescriptor::Iteration) == iteration) FED_CopyBlock(source, *copy, block);
+    return copy;
+  }
+
+  CalculatedResult CalculateCopied(const FED_DataDescriptor& result)
+  {
+    CalculatedResult calculated;
+    ForceStepReport& told = calculated.told;
+    told.step             = forces_.Calculate(result, IsDeformed(request_, source_, result));
+    if (request_.balance) {
+      told.balance = CalculateBalance(*scratch_, mesh_, told.step, request_.tolerance, request_.database);
+      if (request_.numWorst > 0 && told.balance->nodes.size() > request_.numWorst)
+        told.balance->nodes.resize(request_.numWorst);
     }
-    if (request.plane) {
-      told.cut = CalculatePlaneCut(database, mesh, told.step, *request.plane, part, request.database);
-    } else if (part) {
-      told.body = CalculateFreeBody(database, mesh, told.step, *part, request.about, request.database);
+    if (request_.plane) {
+      told.cut = CalculatePlaneCut(*scratch_, mesh_, told.step, *request_.plane, part_, request_.database);
+    } else if (part_) {
+      told.body = CalculateFreeBody(*scratch_, mesh_, told.step, *part_, request_.about, request_.database);
     }
-    for (const auto& [reason, ids] : told.step.skipped) report.skipped[reason].insert(ids.begin(), ids.end());
     // Only numbers are told later: the geometry of many results need not be held.
     told.step.hasForces.clear();
     told.step.positions.clear();
-    (told.step.numElements > 0 ? report.added : report.outdated).push_back(told.step.forces);
-    report.steps.push_back(std::move(told));
+    calculated.isRounded    = mesh_.isRounded;
+    calculated.areTiesKnown = mesh_.areTiesKnown;
+    calculated.addsLists    = forces_.AddsNodeLists();
+    calculated.forces       = ReadLists<double, FED_DoubleArray>(*scratch_, told.step.forces);
+    if (scratch_->HasDataBlock(told.step.forces)) scratch_->DeleteDataBlock(told.step.forces);
+    return calculated;
   }
-  report.isRounded    = report.isRounded || mesh.isRounded;
-  report.areTiesKnown = report.areTiesKnown && mesh.areTiesKnown;
-  if (forces.AddsNodeLists()) report.added.emplace_back(iteration, OnfKind::ElementNodes);
+
+  const FED_Database&                 source_;
+  const ForceRequest&                 request_;
+  int                                 iteration_;
+  std::unique_ptr<FED_ResultDatabase> scratch_;
+  ForceMesh                           mesh_;
+  ElementForces                       forces_;
+  std::optional<Ids>                  part_;
+  /// Whose blocks of a result are read.
+  std::vector<int> kinds_ = {OnfKind::IntegrationPointStress, OnfKind::Displacement, OnfKind::Reaction};
+};
+
+/// Calculates results, one thread its own.
+class ForceReader
+{
+public:
+  /// @param stored null: the source itself is read
+  ForceReader(std::unique_ptr<StoredDatabase> stored, const FED_Database& source, const ForceRequest& request,
+              const std::vector<FED_DataDescriptor>& results)
+      : stored_(std::move(stored)),
+        database_(stored_ ? static_cast<const FED_Database&>(stored_->Get()) : source),
+        request_(request),
+        results_(results)
+  {}
+
+  CalculatedResult Calculate(std::size_t number)
+  {
+    const int iteration = IterationOf(number);
+    if (!forces_ || forces_->GetIteration() != iteration) {
+      forces_.reset();
+      forces_.emplace(database_, iteration, request_);
+    }
+    return forces_->Calculate(results_[number], number == 0 || IterationOf(number - 1) != iteration);
+  }
+
+private:
+  int IterationOf(std::size_t number) const { return results_[number].GetInteger(FED_DataDescriptor::Iteration); }
+
+  std::unique_ptr<StoredDatabase>        stored_;
+  const FED_Database&                    database_;
+  const ForceRequest&                    request_;
+  const std::vector<FED_DataDescriptor>& results_;
+  std::optional<IterationForces>         forces_;
+};
+
+/// @param report gets what a result tells
+/// @param target null: nothing is saved
+void Take(CalculatedResult&& result, ForceReport& report, FED_Database* target)
+{
+  const ForceStep& step = result.told.step;
+  for (const auto& [reason, ids] : step.skipped) report.skipped[reason].insert(ids.begin(), ids.end());
+  (step.numElements > 0 ? report.added : report.outdated).push_back(step.forces);
+  report.isRounded    = report.isRounded || result.isRounded;
+  report.areTiesKnown = report.areTiesKnown && result.areTiesKnown;
+  if (target != nullptr) {
+    if (target->HasDataBlock(step.forces)) target->DeleteDataBlock(step.forces);
+    if (step.numElements > 0) WriteLists(*target, step.forces, result.forces);
+    const FED_DataDescriptor lists(step.forces.GetInteger(FED_DataDescriptor::Iteration), OnfKind::ElementNodes);
+    if (!result.lists.ids.empty()) WriteLists(*target, lists, result.lists);
+  }
+  report.steps.push_back(std::move(result.told));
 }
 
 /// Why no node could be judged in some results.
@@ -309,15 +490,48 @@ std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&        
 ForceReport CalculateForces(FED_Database& database, const std::vector<FED_DataDescriptor>& results,
                             const ForceRequest& request, Listener* listener)
 {
+  return CalculateForces({database}, &database, results, request, listener);
+}
+
+ForceReport CalculateForces(const ForceSource& source, FED_Database* target,
+                            const std::vector<FED_DataDescriptor>& results, const ForceRequest& request,
+                            Listener* listener)
+{
   CheckNonlinearSteps(request, results);
-  std::map<int, std::vector<FED_DataDescriptor>> byIteration;
-  for (const FED_DataDescriptor& result : results)
-    byIteration[result.GetInteger(FED_DataDescriptor::Iteration)].push_back(result);
+  const auto getIteration = [](const FED_DataDescriptor& result) {
+    return result.GetInteger(FED_DataDescriptor::Iteration);
+  };
+  std::vector<FED_DataDescriptor> ordered = results;
+  std::stable_sort(ordered.begin(), ordered.end(), [&](const FED_DataDescriptor& a, const FED_DataDescriptor& b) {
+    return getIteration(a) < getIteration(b);
+  });
 
   ForceReport report;
   report.isNonlinearityKnown =
-      request.deck != nullptr || request.nonlinearSteps || IsNonlinearityKept(database, results);
-  for (const auto& entry : byIteration) CalculateIteration(database, entry.second, request, listener, report);
+      request.deck != nullptr || request.nonlinearSteps || IsNonlinearityKept(source.database, results);
+
+  CrewOrSelf             crew(source.readers.crew);
+  Plan<CalculatedResult> plan;
+  plan.units      = ordered.size();
+  plan.state      = source.readers.state;
+  plan.ahead      = 2 * crew.Get().GetSize();
+  plan.makeWorker = [&](bool isFirst) -> Plan<CalculatedResult>::Worker {
+    auto stored = isFirst || !source.readers.open ? nullptr : source.readers.open();
+    if (!isFirst && !stored) return {};
+    return [reader = std::make_shared<ForceReader>(std::move(stored), source.database, request, ordered)](
+               std::size_t number) { return reader->Calculate(number); };
+  };
+  if (listener != nullptr)
+    plan.onProgress = [&](std::size_t done) {
+      listener->Progress("calculating forces", done, ordered.size(), "steps");
+    };
+  CarryOut(crew.Get(), std::move(plan), [&](std::size_t number, CalculatedResult&& result) {
+    const bool addsLists = result.addsLists;
+    Take(std::move(result), report, target);
+    const int  iteration = getIteration(ordered[number]);
+    const bool isLast    = number + 1 == ordered.size() || getIteration(ordered[number + 1]) != iteration;
+    if (isLast && addsLists) report.added.emplace_back(iteration, OnfKind::ElementNodes);
+  });
   if (request.balance && report.FindWorstBalance() == nullptr)
     Fail(request.database + ": no node to judge in any result: " + WhyNotJudged(report.skipped, report.steps));
   return report;

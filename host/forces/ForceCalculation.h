@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "database/Readers.h"
 #include "forces/ElementForces.h"
 #include "forces/ForceBalance.h"
 #include "forces/PlaneCut.h"
@@ -62,6 +63,12 @@ struct ForceStepReport
   std::optional<ForceBalance> balance;
   std::optional<FreeBody>     body;
   std::optional<PlaneCut>     cut;
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, ForceStepReport& told)
+  {
+    parcel(told.step, told.balance, told.body, told.cut);
+  }
 };
 
 struct ForceReport
@@ -103,12 +110,29 @@ std::vector<FED_DataDescriptor> ChooseForceResults(const FED_Database&          
 std::vector<FED_DataDescriptor> FindForceIngredients(const FED_Database&                    database,
                                                      const std::vector<FED_DataDescriptor>& results);
 
-/// Calculates the forces of results and saves them (580) with the node lists (595) where the database has none.
-/// @param database has the ingredients; what was saved before a failure stays in it
+/// Where stresses are read.
+struct ForceSource
+{
+  const FED_Database& database;  ///< has the ingredients; borrowed
+  /// Of the database: each calculates a result at a time. What is told and saved is the same for any. Where they are
+  /// processes, those that do not lead do not return from CalculateForces().
+  Readers readers = {};
+};
+
+/// Calculates the forces of results and saves them (580) with the node lists (595) where the source has none.
+///
+/// Memory: for each reader the mesh and one result.
+/// @param target   gets what is saved, and loses forces of results in which no element has any; what was saved before a
+///                 failure stays in it. Borrowed; null: nothing is saved. It may be the source's database.
 /// @param results  from ChooseForceResults()
 /// @param listener borrowed; may be null
 /// @throws FED_Failure for what is asked and not there: steps of the deck, a mesh, a set, reactions, displacements, a
 ///         node to judge in any result
+ForceReport CalculateForces(const ForceSource& source, FED_Database* target,
+                            const std::vector<FED_DataDescriptor>& results, const ForceRequest& request,
+                            Listener* listener);
+
+/// Likewise within one database, by this thread.
 ForceReport CalculateForces(FED_Database& database, const std::vector<FED_DataDescriptor>& results,
                             const ForceRequest& request, Listener* listener);
 

@@ -27,6 +27,12 @@ struct PlaneCut
 {
   Resultant        resultant;  ///< numNodes: nodes of the elements on the side that the normal points to
   std::vector<int> elements;   ///< that the plane passes, ascending
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, PlaneCut& cut)
+  {
+    parcel(cut.resultant, cut.elements);
+  }
 };
 
 /// An element is passed by the plane when it has nodes on both sides. Its forces at the nodes on the normal's side are

@@ -26,6 +26,12 @@ struct Resultant
   /// @param arm   from the point that moments are taken about
   /// @param value shape [3]
   void Add(const Vector& arm, const double* value) noexcept;
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, Resultant& resultant)
+  {
+    parcel(resultant.numNodes, resultant.force, resultant.moment);
+  }
 };
 
 /// Adds a term of shape [3].

@@ -2,16 +2,26 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <bundled/FED_BlockCopy.h>
 #include <gtest/gtest.h>
 #include <QuilonUtilities/FED_Failure.h>
 
+#include "database/DescriptorParcel.h"
+#include "database/StoredDatabase.h"
+#include "DistantCrew.h"
 #include "ForceSupport.h"
+#include "progress/Crew.h"
 #include "progress/Listener.h"
+#include "progress/Parcel.h"
+#include "Snapshot.h"
+#include "TempFolder.h"
 
 namespace quilon {
 namespace {
@@ -94,6 +104,60 @@ TEST_F(ForceCalculation, TellsWhatItAddedAndHowFarItIs)
   EXPECT_EQ(report.steps[1].step.numElements, 2u);
   EXPECT_FALSE(report.steps[1].balance || report.steps[1].body);
   EXPECT_EQ(listener.lines, (std::vector<std::string>{"calculating forces 0/2 steps", "calculating forces 1/2 steps"}));
+}
+
+// Each thread reads the database through an object of its own. One result has no forces, and those that it had go.
+TEST_F(ForceCalculation, IsTheSameWhoeverShares)
+{
+  for (const int loadCase : {3, 4, 5, 6, 7}) {
+    for (const int id : {10, 20})
+      WriteStress(database_, id, {1.0 * loadCase, 0.5, 0, 0.1 * id, 0, 0}, loadCase == 5 ? 1 : 8, loadCase);
+    for (int node = 1; node <= 12; ++node) WriteVector(database_, 511, node, {1.0 * node, 0, 0}, loadCase);
+  }
+  const TempFolder            folder;
+  const std::filesystem::path path = folder / "job.fed";
+  {
+    FED_ResultDatabase stored(path, FED_ResultDatabase::Create);
+    for (const FED_DataDescriptor& block : All()) FED_CopyBlock(database_, stored, block);
+    stored.Commit();
+  }
+  const auto                            stored  = StoredDatabase::OpenIfThere(path);
+  const std::vector<FED_DataDescriptor> results = ChooseForceResults(stored->Get(), All(), "job", "");
+  request_.balance                              = true;
+  request_.plane                                = CutPlane{{1, 0, 0}, {1, 0, 0}};
+  request_.part.elements                        = ParseElementIds("10");
+  const auto calculated                         = [&](Crew* crew) {
+    const ForceSource  source{stored->Get(), {crew, [&] { return stored->OpenAgain(path, 2); }}};
+    FED_ResultDatabase target;
+    {
+      FED_IdDataBlock   former(target.GetOrCreateDataBlock(ResultKey(580, 5), 0), target.GetIdMapsPool(), true);
+      FED_IdDataRecord& record = former.CreateIdDataRecord();
+      record.SetDoubleList(1, std::vector<double>{1, 2, 3});
+      former.SetRecord(10, record);
+    }
+    ForceReport                        report = CalculateForces(source, &target, results, request_, nullptr);
+    std::map<std::string, std::string> state  = Snapshot(target);
+    for (ForceStepReport& told : report.steps) {
+      ParcelWriter parcel;
+      parcel(told);
+      state["told of " + told.step.forces.ToString()] = parcel.Take();
+    }
+    state["added"]    = std::to_string(report.added.size());
+    state["outdated"] = report.outdated.size() == 1 ? report.outdated[0].ToString() : "not one";
+    return state;
+  };
+  // The plane passes no element with forces in the result that has none.
+  EXPECT_THROW(calculated(nullptr), FED_Failure);
+  request_.plane.reset();
+  request_.part  = {};
+  const auto one = calculated(nullptr);
+  EXPECT_EQ(one.at("added"), "6");
+  EXPECT_EQ(one.at("outdated"), ResultKey(580, 5).ToString());
+  ThreadCrew  four(4);
+  DistantCrew distant;
+  EXPECT_EQ(calculated(&four), one);
+  EXPECT_EQ(calculated(&distant), one);
+  EXPECT_EQ(CalculateForces({stored->Get(), {}}, nullptr, results, request_, nullptr).added.size(), 6U);
 }
 
 TEST_F(ForceCalculation, GivesItsVerdictInWords)
