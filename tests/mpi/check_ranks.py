@@ -102,18 +102,21 @@ def compare_files(arguments, name, code=0, counts=RANKS):
         expect(tree(place) == expected, f"{ranks} ranks, {arguments}: other files")
 
 
-def compare_in_place(database):
-    def derive(runner):
+def compare_in_place(command, database, options=(), counts=FEW):
+    """Runs a command that adds to a database. Tells what it makes of it."""
+
+    def run(runner):
         place = fresh("place") / "job.fed"
         shutil.copytree(database, place)
-        found = runner(["derive", str(place)])
-        expect(found[0] == 0, f"derive: {found[2]}")
+        found = runner([command, str(place), *options])
+        expect(found[0] == 0, f"{command}: {found[2]}")
         return tree(place)
 
-    expected = derive(one)
-    expect(expected != tree(database), "derive: nothing is derived")
-    for ranks in FEW:
-        expect(derive(lambda own: many(ranks, own)) == expected, f"{ranks} ranks, derive in place: other files")
+    expected = run(one)
+    expect(expected != tree(database), f"{command}: nothing is added")
+    for ranks in counts:
+        expect(run(lambda own: many(ranks, own)) == expected, f"{ranks} ranks, {command} in place: other files")
+    return expected
 
 
 def check_failures(database, other):
@@ -214,30 +217,70 @@ def check_import():
     errors = end_of(launcher)
     expect(launcher.returncode == 0 and tree(output) == expected, f"a late rank: {errors}")
 
-    # Rank 2 has no room for its first part, or is killed while it writes it.
     for dies in (False, True):
-        told = "signal 9" if dies else "error: rank 2: "
         for target, expected_before in ((output, None), (other, before)):
             own = [str(target) if word == "OUT" else word for word in words] + ["--iteration", "1"]
-            script = f'LD_PRELOAD="{DEATH}"; export LD_PRELOAD' if dies else "ulimit -f 16"
-            limited = ["sh", "-c", script + '; exec "$0" "$@"', QUILON_MPI, *own]
             if target == output:
                 shutil.rmtree(output, ignore_errors=True)
-            # Messages do not go through files, which are limited, too.
-            found = start([MPIRUN, "-n", "2", QUILON_MPI, *own, ":", "-n", "1", *limited], OMPI_MCA_btl="self,tcp",
-                          PMIX_MCA_gds="hash")
-            expect(found[0] != 0 and told in found[2], f"a rank without room or life: {found[0]} {found[2]}")
+            run_with_broken_rank(own, dies)
             if expected_before is None:
                 expect(not (output / "manifest").exists(), "a rank without room or life: there is a database")
                 if not dies:
                     expect(not output.exists(), f"a rank without room or life: it leaves {list(tree(output))}")
                 expect(one(own)[0] == 0, "a rank without room or life: the next run fails")
             else:
-                expect(one(["check", str(other)])[0] == 0, "a rank without room or life: the database is not whole")
-                after = tree(other)
-                # Who dies leaves what the next writer takes away.
-                expect(before.items() <= after.items() if dies else after == before,
-                       f"a rank without room or life: the database has changed: {list(after)}")
+                expect_as_before(other, before, dies)
+
+    # A rank that finds another file under the same name of its own folder.
+    for folder, steps in (("here", 12), ("there", 13)):
+        (place / folder).mkdir()
+        (place / folder / "job.frd").write_text(results_of(300, steps), encoding="ascii")
+    own = ["import", "job.frd", "-o", str(output), *IN_PARTS]
+    shutil.rmtree(output)
+    found = start([MPIRUN, "-n", "1", "-wdir", str(place / "here"), QUILON_MPI, *own, ":", "-n", "1", "-wdir",
+                   str(place / "there"), QUILON_MPI, *own])
+    expect(found[0] == 2 and "rank 1: finds another state" in found[2], f"another file: {found[2]}")
+    expect(not output.exists(), "another file: there is a database")
+
+
+def run_with_broken_rank(own, dies):
+    """Rank 2 of three has no room for its first part, or is killed while it writes it."""
+    script = f'LD_PRELOAD="{DEATH}"; export LD_PRELOAD' if dies else "ulimit -f 16"
+    limited = ["sh", "-c", script + '; exec "$0" "$@"', QUILON_MPI, *own]
+    # Messages do not go through files, which are limited, too.
+    found = start([MPIRUN, "-n", "2", QUILON_MPI, *own, ":", "-n", "1", *limited], OMPI_MCA_btl="self,tcp",
+                  PMIX_MCA_gds="hash")
+    told = "signal 9" if dies else "error: rank 2: "
+    expect(found[0] != 0 and told in found[2], f"{own[0]}, a rank without room or life: {found[0]} {found[2]}")
+
+
+def expect_as_before(database, before, dies):
+    expect(one(["check", str(database)])[0] == 0, "a rank without room or life: the database is not whole")
+    after = tree(database)
+    # Who dies leaves what the next writer takes away.
+    expect(before.items() <= after.items() if dies else after == before,
+           f"a rank without room or life: the database has changed: {list(after)}")
+
+
+def check_steps():
+    """Ranks derive parts of a database, and export and integrate a step each."""
+    place = fresh("steps")
+    results, database = place / "job.frd", place / "job.fed"
+    results.write_text(results_of(600, 24), encoding="ascii")
+    code, _, errors = one(["import", str(results), "-o", str(database), "--request", "none"])
+    expect(code == 0, f"import: {errors}")
+    before = tree(database)
+    after = compare_in_place("derive", database, IN_PARTS, (1, 2, 3, 4, 16))
+    expect(sum(name.endswith(".h5") for name in after) > 2 + len(before), f"it is not derived in parts: {list(after)}")
+    for dies in (False, True):
+        run_with_broken_rank(["derive", str(database), *IN_PARTS], dies)
+        expect_as_before(database, before, dies)
+    expect(one(["derive", str(database), *IN_PARTS])[0] == 0 and tree(database) == after,
+           "derive: the next run makes another database")
+    compare_files(["export", str(database), "displacement,stress.p1@sub=1-5", "-o", "OUT"], "new.pvd", counts=(2, 7))
+    whole = fresh("whole")
+    found = many(2, ["export", str(database), "displacement", "-o", str(whole / "no/such/new.pvd")])
+    expect(found[0] == 2 and len(errors_of(found[2])) == 1 and not tree(whole), f"no place to export: {found[2]}")
 
 
 def start_with_late_rank(arguments):
@@ -299,17 +342,21 @@ def main():
     compare_output(["max", str(job), fields, "--json", "--per", "step", "--head", "3"], 0)
     compare_output(["max", results[0], "stress.mises"], 0, FEW)  # the launcher gives a terminal, and this is no place for it
     compare_output(["envelope", str(job), fields, "--csv"], 0, FEW)
-    compare_output(["diff", str(job), str(other), "--json"], 1)
+    compare_output(["diff", str(job), str(other), "--json"], 1, FEW)
     compare_output(["diff", str(job), str(job), "--brief"], 0, FEW)
     compare_output(["check", str(job), "--json"], 0, FEW)
-    compare_files(["envelope", str(job), fields, "-o", "OUT"], "new.fed")
+    compare_files(["envelope", str(job), fields, "-o", "OUT"], "new.fed", counts=FEW)
     compare_files(["diff", str(job), str(other), "-o", "OUT"], "new.onf", 1, FEW)
-    compare_files(["derive", str(job), "-o", "OUT"], "new.fed")
-    compare_in_place(job)
-    # One rank does all the work of these.
+    compare_files(["derive", str(job), "-o", "OUT"], "new.fed", counts=FEW)
+    compare_in_place("derive", job)
+    # One rank does all the work of this one.
     compare_files(["export", str(job), "displacement", "-o", "OUT"], "new.csv", counts=(3,))
-    compare_files(["forces", str(job), "--deck", str(FIXTURES / "a_tet.inp"), "-o", "OUT"], "new.fed", counts=(3,))
+    forces = ["--deck", str(FIXTURES / "a_tet.inp")]
+    compare_files(["forces", str(job), *forces, "-o", "OUT"], "new.fed", counts=FEW)
+    compare_in_place("forces", job, forces, counts=(3,))
+    compare_output(["forces", str(job), *forces, "--plane", "0.5,0,0,1,0,0", "--json"], 0, (3,))
     check_import()
+    check_steps()
     check_failures(job, other)
     check_kill(job)
     print(f"{len(failures)} failures")
