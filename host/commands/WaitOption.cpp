@@ -7,15 +7,10 @@
 
 namespace quilon {
 
-void AddWaitOption(CLI::App& app, WaitOptions& options)
+void AddWriterOptions(CLI::App& app, WaitOptions& options)
 {
   AddMagnitudeOption(app, "--wait", options.seconds,
                      "Seconds to wait for another program that writes to it (default: 0)");
-}
-
-void AddWriterOptions(CLI::App& app, WaitOptions& options)
-{
-  AddWaitOption(app, options);
   app.add_option("--lock", options.lock, "How writers are kept off: system, file (default: system, or QUILON_LOCK)")
       ->type_name("SORT")
       ->check(CLI::IsMember({"system", "file"}));

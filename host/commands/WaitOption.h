@@ -23,10 +23,7 @@ struct WaitOptions
   bool        breaksLock = false;
 };
 
-/// Adds --wait SECONDS. The target outlives the parsing.
-void AddWaitOption(CLI::App& app, WaitOptions& options);
-
-/// Adds --wait SECONDS, --lock and --break-lock, which are of working databases.
+/// Adds --wait SECONDS, --lock and --break-lock. The target outlives the parsing.
 void AddWriterOptions(CLI::App& app, WaitOptions& options);
 
 /// @param console told whom a command waits for; borrowed

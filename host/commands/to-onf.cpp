@@ -63,7 +63,7 @@ CommandFunction DefineToOnf(CLI::App& app)
   app.add_flag("--mirror", options->mirror, "Leave nothing else in OUT: other blocks of the folder go");
   app.add_flag("--verify", options->verify, "Read back what was written and compare every value");
   AddJobsOption(app, options->jobs);
-  AddWaitOption(app, options->wait);
+  AddWriterOptions(app, options->wait);
   app.add_flag("--json", options->json, "Print JSON");
   app.footer(
       "Blocks without records are left out.\n"

@@ -111,6 +111,7 @@ constexpr char kUnpublished[] = "unpublished";
 /// Of files that a first publication leaves when it is killed, those that hold nothing anybody could want back.
 bool IsLeftover(const std::string& name, bool isOnf)
 {
+  if (FED_LockFileLayer::IsFolderHolderName(name)) return true;
   return isOnf ? name == "index.new" || name.ends_with(".onf.new")
                : name == "lock" || name == "manifest.new" || name == kUnpublished;
 }

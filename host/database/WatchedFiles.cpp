@@ -69,14 +69,14 @@ std::error_code WatchedFiles::Lock(const std::filesystem::path& path, Handle& ha
 
 std::error_code WatchedFiles::LockFolder(const std::filesystem::path& folder, Handle& handle)
 {
-  return TryLock(folder, [&] { return FED_FileLayer::LockFolder(folder, handle); });
+  return TryLock(folder, [&] { return FED_LockFileLayer::LockFolder(folder, handle); });
 }
 
 std::string WatchedFiles::FindLockHolder(const std::filesystem::path& path)
 {
   const std::string holder = FED_LockFileLayer::FindLockHolder(path);
   if (!IsHeldElsewhere(path)) return holder;
-  return (holder.empty() ? GetHolderPath(path).filename().string() : holder) + "; --break-lock if that is gone";
+  return (holder.empty() ? GetFolderHolderPath({}).filename().string() : holder) + "; --break-lock if that is gone";
 }
 
 std::error_code WatchedFiles::ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "bundled/FED_FileLayer.h"
+#include "bundled/FED_LockFileLayer.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ FED_FileLayer* OnfFileLayer::Set(FED_FileLayer* files) noexcept { return current
 
 FED_FileLayer& OnfFileLayer::Get() noexcept
 {
-  static FED_FileLayer plain;
-  FED_FileLayer* const files = current;
+  static FED_LockFileLayer plain;
+  FED_FileLayer* const     files = current;
   return files != nullptr ? *files : plain;
 }

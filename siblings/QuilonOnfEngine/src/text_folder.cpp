@@ -10,6 +10,7 @@
 #include <bundled/OnfKinds.h>
 
 #include "block_file.h"
+#include "bundled/FED_LockFileLayer.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "text_cursor.h"
 #include "text_output.h"
@@ -236,6 +237,9 @@ void TextFolderWriter::Abandon() noexcept
   // A folder that another writer has locked is that one's by now.
   if (isBusy_) return;
   for (const fs::path& path : unnamed_) static_cast<void>(files_.Remove(path));
+  if (madeFolders_.empty()) return;
+  // A file that stands for the lock is in the way. Who takes the folder once it is gone has one there or finds nothing.
+  if (files_.Remove(madeFolders_.back())) lock_ = StoreFile();
   for (; !madeFolders_.empty(); madeFolders_.pop_back()) static_cast<void>(files_.Remove(madeFolders_.back()));
 }
 
@@ -450,8 +454,8 @@ FolderState ReadFolderToWrite(FED_FileLayer& files, const fs::path& folder)
   if (!RequireFolderOrNothing(files, folder)) return {};
   if (GetFileStatus(files, folder / kIndexName).kind != FED_FileStatus::Nothing) return ReadFolder(files, folder);
   for (const std::string& name : ListFolder(files, folder)) {
-    // A first publication that died leaves such files and nothing else.
-    if (!IsLeftover(name))
+    // A first publication that died leaves such files and nothing else; one at work has its lock there.
+    if (!IsLeftover(name) && !FED_LockFileLayer::IsFolderHolderName(name))
       throw FED_Failure(DisplayPath(folder) + ": not an ONF text database, it holds " + QuoteForMessage(name) +
                             " but no file named index",
                         kTag);

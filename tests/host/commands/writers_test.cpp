@@ -100,6 +100,48 @@ TEST_F(Writers, RespectLockFilesAndBreakThemOnDemand)
   EXPECT_EQ(run.err, "quilon: error: QUILON_LOCK is 'dot', expected 'file' or 'system'\n");
 }
 
+TEST_F(Writers, RespectLockFilesOfOnfFolders)
+{
+  const std::string holder = out_ + "/lock.holder";
+  const std::string before = ReadTree(out_);
+  for (const char* sort : {"file", "system"}) {
+    std::ofstream(holder) << "quilon-lock 1\nhost n042\nmachine 1\nboot 1\nprocesses 1\nprocess 812\nstarted 1\nsince "
+                             "2026-03-01T12:00:00Z\n";
+    for (const char* command : {"to-onf", "from-onf"}) {
+      std::vector<std::string> arguments = {command, onf_, out_, "--lock", sort};
+      if (command[0] == 'f') arguments.insert(arguments.begin() + 2, "-o");
+      ExpectTrouble(arguments, out_ +
+                                   ": another program writes to the ONF folder (process 812 on n042 since "
+                                   "2026-03-01T12:00:00Z, by lock.holder; --break-lock if that is gone)");
+    }
+    EXPECT_EQ(RunQuilon({"ls", out_}).exitCode, 0);
+    EXPECT_EQ(RunQuilon({"to-onf", onf_, out_, "--lock", sort, "--break-lock"}).exitCode, 0);
+    EXPECT_FALSE(fs::exists(holder));
+  }
+  EXPECT_EQ(ReadTree(out_), before);
+}
+
+// What a first writer with a lock file left is no obstacle for the next one, of either form.
+TEST_F(Writers, TakeOverWhatWasKilledBeforeItsFirstCommit)
+{
+  const std::string gone =
+      "quilon-lock 1\nhost n042\nmachine 1\nboot 1\nprocesses 1\nprocess 812\nstarted 1\nsince 2026-03-01T12:00:00Z\n";
+  for (const char* name : {"new.onf", "new.fed"}) {
+    const std::string made = (folder_ / name).string();
+    fs::create_directory(made);
+    std::ofstream(made + "/lock.holder") << gone;
+    std::ofstream(made + "/lock.holder.n042.812.1").flush();
+    EXPECT_EQ(RunQuilon({"from-onf", onf_, "-o", made, "--lock", "file"}).exitCode, 2);
+    const RunResult run = RunQuilon({"from-onf", onf_, "-o", made, "--lock", "file", "--break-lock"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(RunQuilon({"diff", onf_, made}).exitCode, 0);
+    // A folder that is made in vain goes with its lock.
+    const std::string vain = (folder_ / ("vain-" + std::string(name))).string();
+    EXPECT_EQ(RunQuilon({"from-onf", (folder_ / "none.onf").string(), "-o", vain, "--lock", "file"}).exitCode, 2);
+    EXPECT_FALSE(fs::exists(vain));
+  }
+}
+
 TEST_F(Writers, WaitAsLongAsTheyAreToldAndSayForWhom)
 {
   const std::string note = "waiting for another program that writes to it: " + Us();

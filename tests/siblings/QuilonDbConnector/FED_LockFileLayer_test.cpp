@@ -3,14 +3,19 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <memory>
 #include <regex>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -44,13 +49,29 @@ public:
   std::function<void(const fs::path& to)> onLink;
   /// A second name is made, and the answer is lost.
   bool losesAnswers = false;
+  /// There are no second names.
+  bool hasNoLinks = false;
+  /// What was asked for, of what brings bytes to the disk and names files.
+  std::vector<std::string> asked;
 
   std::error_code Link(const fs::path& from, const fs::path& to) override
   {
+    asked.push_back("link");
     if (calls++ == fails) return std::make_error_code(std::errc::io_error);
+    if (hasNoLinks) return std::make_error_code(std::errc::operation_not_permitted);
     if (onLink) onLink(to);
     const std::error_code result = Files::Link(from, to);
     return losesAnswers && !result ? std::make_error_code(std::errc::file_exists) : result;
+  }
+  std::error_code WriteAt(Handle handle, std::uint64_t offset, const void* bytes, std::size_t count) override
+  {
+    asked.push_back("write");
+    return Files::WriteAt(handle, offset, bytes, count);
+  }
+  std::error_code Flush(Handle handle) override
+  {
+    asked.push_back("flush");
+    return Files::Flush(handle);
   }
   std::error_code Remove(const fs::path& path) override
   {
@@ -64,6 +85,46 @@ protected:
     handle = kNoHandle;
     return {error, std::generic_category()};
   }
+};
+
+/// Throws in one call, as a layer does that somebody interrupts.
+class Interrupted : public NoLocks
+{
+public:
+  explicit Interrupted(int at) : NoLocks(LockFile), at_(at) {}
+
+  bool IsOver() const { return count_ <= at_; }
+
+  std::error_code Open(const fs::path& path, Mode mode, Handle& handle) override
+  {
+    Count();
+    return NoLocks::Open(path, mode, handle);
+  }
+  using NoLocks::GetStatus;
+  std::error_code GetStatus(const fs::path& path, FED_FileStatus& status) override
+  {
+    Count();
+    return NoLocks::GetStatus(path, status);
+  }
+  std::error_code ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t size, std::size_t& done) override
+  {
+    Count();
+    return NoLocks::ReadAt(handle, offset, bytes, size, done);
+  }
+  std::error_code WriteAt(Handle handle, std::uint64_t offset, const void* bytes, std::size_t size) override
+  {
+    Count();
+    return NoLocks::WriteAt(handle, offset, bytes, size);
+  }
+
+private:
+  void Count()
+  {
+    if (count_++ == at_) throw std::runtime_error("interrupted");
+  }
+
+  int at_;
+  int count_ = 0;
 };
 
 std::string ReadText(const fs::path& path)
@@ -264,6 +325,162 @@ TEST_F(LockFiles, OfTwoWhoFindOneThatIsGoneOneGetsIt)
   // Who died in between left that file, which a break removes.
   EXPECT_TRUE(Takes(Files::LockFile, true));
   EXPECT_EQ(Names(), std::vector<std::string>());
+}
+
+// Who died while it took a lock over left its file: it goes in the same way, and so on.
+TEST_F(LockFiles, WhoTakesOneOverAndDiesIsTakenOverTooAtOnce)
+{
+  WriteHolder({{"process", GoneProcess()}});
+  fs::copy_file(holder_, folder_ / "lock.holder.taken-over");
+  fs::copy_file(holder_, folder_ / "lock.holder.taken-over.taken-over");
+  EXPECT_TRUE(Takes());
+  EXPECT_EQ(Names(), std::vector<std::string>());
+  // One at work is waited for, whatever is broken; of another machine's nobody can tell.
+  NoLocks       files(Files::LockFile);
+  Files::Handle handle = Files::kNoHandle;
+  ASSERT_FALSE(files.Lock(lock_, handle));
+  const std::string atWork = ReadText(holder_);
+  files.Close(handle);
+  WriteHolder({{"process", GoneProcess()}});
+  std::ofstream(folder_ / "lock.holder.taken-over") << atWork;
+  EXPECT_FALSE(Takes(Files::LockFile, true));
+  EXPECT_FALSE(NoLocks(Files::LockFile).IsHeldElsewhere(lock_));
+  std::ofstream(folder_ / "lock.holder.taken-over") << std::regex_replace(atWork, std::regex("\nhost "), "\nhost x");
+  EXPECT_FALSE(Takes());
+  EXPECT_TRUE(NoLocks(Files::LockFile).IsHeldElsewhere(lock_));
+  EXPECT_TRUE(Takes(Files::LockFile, true));
+  EXPECT_EQ(Names(), std::vector<std::string>());
+}
+
+// A system that does not say when it or a process was started says nothing about who is gone.
+TEST_F(LockFiles, WhatTheSystemDoesNotTellIsNoAnswer)
+{
+  for (const char* untold : {"boot", "started"}) {
+    WriteHolder({{untold, "-"}});
+    EXPECT_FALSE(Takes()) << untold;
+    EXPECT_TRUE(NoLocks(Files::LockFile).IsHeldElsewhere(lock_)) << untold;
+    EXPECT_TRUE(Takes(Files::LockFile, true)) << untold;
+  }
+  WriteHolder({{"process", "99999999999999"}});  // a number that no process has
+  EXPECT_FALSE(Takes());
+}
+
+TEST_F(LockFiles, WhoIsInterruptedLeavesNone)
+{
+  for (const bool isGone : {false, true})
+    for (int call = 0;; ++call) {
+      if (isGone) WriteHolder({{"started", "1"}});
+      Interrupted   files(call);
+      Files::Handle handle = Files::kNoHandle;
+      try {
+        EXPECT_FALSE(files.Lock(lock_, handle));
+      } catch (const std::runtime_error&) {
+        EXPECT_EQ(handle, Files::kNoHandle);
+      }
+      files.Close(handle);
+      if (files.IsOver()) {
+        EXPECT_GE(call, 3);
+        break;
+      }
+      std::vector<std::string> names = Names();
+      std::erase(names, isGone ? "lock.holder" : "");
+      EXPECT_EQ(names, std::vector<std::string>()) << call;
+      EXPECT_TRUE(Takes()) << call;
+    }
+  EXPECT_EQ(Names(), std::vector<std::string>());
+}
+
+// One that a loss of power leaves empty would be of nobody knows whom.
+TEST_F(LockFiles, WhatTheySayIsOnTheDiskBeforeTheyAreLocks)
+{
+  NoLocks files(Files::LockFile);
+  EXPECT_TRUE(Takes(files));
+  EXPECT_EQ(files.asked, (std::vector<std::string>{"write", "flush", "link"}));
+}
+
+TEST_F(LockFiles, WhatDeadProcessesLeftBesideThemGoes)
+{
+  std::string own;  // the name of a file that is about to become a lock
+  NoLocks     files(Files::LockFile);
+  files.onLink = [&](const fs::path&) { own = Names().front(); };
+  EXPECT_TRUE(Takes(files));
+  const std::string us   = '.' + std::to_string(::getpid()) + '.';
+  const auto        name = [&](const std::string& process) {
+    std::string changed = own;
+    changed.replace(own.rfind(us), us.size(), '.' + process + '.');
+    return changed;
+  };
+  WriteHolder({{"boot", "before"}});
+  const std::string before = ReadText(holder_);
+  fs::remove(holder_);
+  // Nothing was written yet, or the machine was started anew since.
+  std::ofstream(folder_ / name(GoneProcess())).flush();
+  std::ofstream(folder_ / "lock.holder.n042.812.1") << before;
+  // Of a process at work, of another machine, and of one of which nothing is told: not ours to remove.
+  const std::vector<std::string> kept = {name(std::to_string(::getppid())), "lock.holder.n042.812.2",
+                                         "lock.holder.taken-over"};
+  for (const std::string& file : kept) std::ofstream(folder_ / file).flush();
+  EXPECT_TRUE(Takes());
+  std::vector<std::string> names = Names();
+  std::sort(names.begin(), names.end());
+  std::vector<std::string> expected = kept;
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(names, expected);
+}
+
+TEST_F(LockFiles, OneThatWasCopiedToWhereThereAreNoLinksIsNotInTheWay)
+{
+  WriteHolder({{"process", GoneProcess()}});
+  NoLocks       noLinks(Files::SystemLock);
+  Files::Handle handle = Files::kNoHandle;
+  noLinks.hasNoLinks   = true;
+  noLinks.error        = 0;
+  ASSERT_FALSE(noLinks.Lock(lock_, handle));
+  EXPECT_EQ(Names(), std::vector<std::string>());
+}
+
+TEST_F(LockFiles, OneThatCountsForNothingIsNotNamedAsTheHolder)
+{
+  WriteHolder({{"process", GoneProcess()}});
+  FED_FileLayer plain;
+  Files::Handle handle = Files::kNoHandle;
+  ASSERT_FALSE(plain.Lock(lock_, handle));
+  EXPECT_EQ(Files(Files::SystemLock).FindLockHolder(lock_), plain.FindLockHolder(lock_));
+  plain.Close(handle);
+}
+
+TEST_F(LockFiles, FoldersHaveThemInside)
+{
+  const fs::path folder = folder_ / "a.onf";
+  fs::create_directory(folder);
+  Files         files(Files::LockFile);
+  Files         others(Files::SystemLock);
+  Files::Handle handle = Files::kNoHandle;
+  Files::Handle other  = Files::kNoHandle;
+  ASSERT_FALSE(files.LockFolder(folder, handle));
+  EXPECT_TRUE(fs::exists(folder / "lock.holder"));
+  EXPECT_EQ(others.LockFolder(folder, other), std::errc::resource_unavailable_try_again);
+  EXPECT_TRUE(std::regex_match(others.FindLockHolder(folder),
+                               std::regex("process [0-9]+ on .+ since 20.+Z, by lock\\.holder")));
+  files.Close(handle);
+  EXPECT_TRUE(fs::is_empty(folder));
+  WriteHolder({{"host", "elsewhere"}});
+  fs::rename(holder_, folder / "lock.holder");
+  for (const Files::Sort sort : {Files::SystemLock, Files::LockFile}) {
+    Files asking(sort);
+    EXPECT_EQ(asking.LockFolder(folder, other), std::errc::resource_unavailable_try_again);
+    EXPECT_EQ(other, Files::kNoHandle);
+    EXPECT_TRUE(asking.IsHeldElsewhere(folder));
+  }
+  Files breaking(Files::LockFile, true);
+  ASSERT_FALSE(breaking.LockFolder(folder, other));
+  breaking.Close(other);
+  EXPECT_TRUE(fs::is_empty(folder));
+  EXPECT_EQ(files.LockFolder(folder / "none", handle), std::errc::no_such_file_or_directory);
+  EXPECT_TRUE(Files::IsFolderHolderName("lock.holder"));
+  EXPECT_TRUE(Files::IsFolderHolderName("lock.holder.taken-over"));
+  EXPECT_FALSE(Files::IsFolderHolderName("lock.holders"));
+  EXPECT_FALSE(Files::IsFolderHolderName("lock"));
 }
 
 TEST_F(LockFiles, ErrorsOfTheDiskAreToldAndNobodyHoldsItThen)
