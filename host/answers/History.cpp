@@ -95,7 +95,7 @@ public:
     std::vector<WantedRecords> wanted;
     for (const Descriptor& block : blocks)
       if (!IsHistory(block) && region_.AppliesTo(block) && !ChosenOf(block).empty())
-        wanted.push_back({block, IdsOf(block)});
+        wanted.push_back({block, &IdsOf(block)});
     ordered_ = ReadFromOrders(database_, wanted, request_.onNote);
   }
 

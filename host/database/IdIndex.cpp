@@ -38,10 +38,13 @@ bool IsOrderable(const FED_Database& database, const Descriptor& descriptor)
 }
 
 /// Blocks that orders have as they are now.
+/// @throws FED_Failure for one that cannot be read: those that are damaged are gone by now
 std::set<Descriptor> OrderedBlocks(const FED_ResultDatabase& database)
 {
   std::set<Descriptor> ordered;
-  for (const FED_IdOrder& order : database.OpenIdOrders().orders)
+  const FED_IdOrders   found = database.OpenIdOrders();
+  if (!found.failures.empty()) Fail(found.failures.front());
+  for (const FED_IdOrder& order : found.orders)
     for (const FED_OrderedBlock& block : order.GetBlocks())
       if (database.IsAsItWas(block)) ordered.insert(block.descriptor);
   return ordered;
@@ -84,7 +87,9 @@ public:
     const FED_OrderedBlock& block = order_.GetBlocks()[position];
     if (!database_.IsAsItWas(block)) return false;
     wanted_[position] = &wanted;
-    for (const int id : wanted.ids) ids_.insert({OnfKind::EntityOf(block.descriptor), id});
+    const int kind    = OnfKind::EntityOf(block.descriptor);
+    if (seen_.insert({kind, wanted.ids}).second)
+      for (const int id : *wanted.ids) ids_.insert({kind, id});
     return true;
   }
 
@@ -98,7 +103,7 @@ public:
 
   void ReadInto(FED_ResultDatabase& records) const
   {
-    for (const auto& [position, wanted] : wanted_) records.GetOrCreateDataBlock(wanted->block, wanted->ids.size());
+    for (const auto& [position, wanted] : wanted_) records.GetOrCreateDataBlock(wanted->block, wanted->ids->size());
     for (const auto& [kind, id] : ids_) {
       ThrowIfInterrupted();
       const std::size_t index = database_.GetIdMapsPool().FindIndex(kind, id);
@@ -107,7 +112,7 @@ public:
         const auto found = wanted_.find(position);
         if (found == wanted_.end()) return;
         const WantedRecords& wanted = *found->second;
-        if (std::binary_search(wanted.ids.begin(), wanted.ids.end(), id))
+        if (std::binary_search(wanted.ids->begin(), wanted.ids->end(), id))
           records.GetDataBlock(wanted.block)
               .SetValuesAt(records.GetIdMapsPool().FindOrAddIndex(OnfKind::EntityOf(wanted.block), id), values);
       });
@@ -115,10 +120,11 @@ public:
   }
 
 private:
-  const FED_ResultDatabase&                   database_;
-  const FED_IdOrder&                          order_;
-  std::map<std::size_t, const WantedRecords*> wanted_;  // by position in the order
-  std::set<std::pair<int, int>>               ids_;     // with their kind
+  const FED_ResultDatabase&                         database_;
+  const FED_IdOrder&                                order_;
+  std::map<std::size_t, const WantedRecords*>       wanted_;  // by position in the order
+  std::set<std::pair<int, const std::vector<int>*>> seen_;    // whose ids are among these
+  std::set<std::pair<int, int>>                     ids_;     // with their kind
 };
 
 using WantedBlocks = std::map<Descriptor, const WantedRecords*>;

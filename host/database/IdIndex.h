@@ -58,8 +58,8 @@ IdIndexReport IndexById(const std::filesystem::path& path, const IdIndexOptions&
 /// Records that are wanted of a block.
 struct WantedRecords
 {
-  FED_DataDescriptor block;
-  std::vector<int>   ids;  ///< ascending
+  FED_DataDescriptor      block;
+  const std::vector<int>* ids;  ///< ascending; borrowed: many blocks share them
 };
 
 /// Reads records from orders by id, where that takes fewer bytes than their blocks do.

@@ -18,6 +18,7 @@
 #include "QuilonUtilities/FED_Failure.h"
 #include "selection/Selection.h"
 #include "text/Failure.h"
+#include "text/Format.h"
 
 template <typename Parcel>
 static void Travel(Parcel& parcel, FED_DatabaseReport& report)
@@ -122,7 +123,12 @@ CompactionReport Compact(const fs::path& path, Listener& listener, LockPatience 
 
 CompactionReport CompactInPieces(const fs::path& path, std::uint64_t room, Listener& listener, LockPatience patience)
 {
-  const auto compact = [room](FED_ResultDatabase& database, CompactionReport& report) {
+  const auto compact = [room, &listener](FED_ResultDatabase& database, CompactionReport& report) {
+    // Told before anything is written: whoever has more room can stop and begin again with it.
+    if (const FED_CompactionPiece rest = database.GetCompactionRest(room); rest.roomForAll > 0)
+      listener.Note(Counted(rest.keptSegments, "file") + " with " + FormatBytes(rest.keptBytes) +
+                    " to give back stay as they are: a room of " + FormatBytes(room) + " is less than the " +
+                    FormatBytes(rest.roomForAll) + " that they need");
     for (;;) {
       const FED_CompactionPiece piece = database.CompactPiece(room);
       report.keptSegments             = piece.keptSegments;

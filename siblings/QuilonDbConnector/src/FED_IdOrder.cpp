@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "ByteWriter.h"
 #include "Checksum.h"
@@ -47,10 +48,7 @@ private:
   const std::uint8_t* next_;
 };
 
-[[noreturn]] void FailHead(const std::filesystem::path& path)
-{
-  ThrowFileFailure(path, "its head is damaged; the file can be removed, the database does without it");
-}
+constexpr const char* kDamaged = "its head is damaged; the file can be removed, the database does without it";
 
 }  // namespace
 
@@ -98,16 +96,31 @@ bool IsIdOrderName(const std::string& name)
          name.find_first_not_of("0123456789abcdef", kPrefix.size()) == kPrefix.size() + kDigits;
 }
 
+FED_IdOrder::FED_IdOrder(StoreFile file) : file_(std::move(file)), fileBytes_(file_.GetSize()) {}
+
 FED_IdOrder::FED_IdOrder(FED_FileLayer& files, const std::filesystem::path& path)
-    : file_(files, path, FED_FileLayer::Read), fileBytes_(file_.GetSize())
+    : FED_IdOrder(StoreFile(files, path, FED_FileLayer::Read))
 {
-  if (fileBytes_ < kFixedBytes + 8) FailHead(path);
+  if (const std::string wrong = ReadHead(); !wrong.empty()) ThrowFileFailure(path, wrong);
+}
+
+std::optional<FED_IdOrder> FED_IdOrder::Find(FED_FileLayer& files, const std::filesystem::path& path)
+{
+  std::optional<FED_IdOrder> order = FED_IdOrder(StoreFile(files, path, FED_FileLayer::Read));
+  if (!order->ReadHead().empty()) order.reset();
+  return order;
+}
+
+// @return what is wrong with it; empty: nothing
+std::string FED_IdOrder::ReadHead()
+{
+  if (fileBytes_ < kFixedBytes + 8) return kDamaged;
   std::vector<std::uint8_t> bytes(kFixedBytes);
   file_.ReadAt(0, bytes.data(), bytes.size());
   HeadReader fixed(bytes.data() + sizeof(kMagic));
-  if (std::memcmp(bytes.data(), kMagic, sizeof(kMagic)) != 0) FailHead(path);
+  if (std::memcmp(bytes.data(), kMagic, sizeof(kMagic)) != 0) return kDamaged;
   if (const auto version = fixed.Take<std::uint32_t>(); version != kVersion)
-    ThrowFileFailure(path, "it has version " + std::to_string(version) + ", expected " + std::to_string(kVersion));
+    return "it has version " + std::to_string(version) + ", expected " + std::to_string(kVersion);
   width_                = fixed.Take<std::uint32_t>();
   headBytes_            = fixed.Take<std::uint64_t>();
   rowCount_             = fixed.Take<std::uint64_t>();
@@ -116,17 +129,17 @@ FED_IdOrder::FED_IdOrder(FED_FileLayer& files, const std::filesystem::path& path
   firstKey_             = fixed.Take<std::uint32_t>();
   const auto blockCount = fixed.Take<std::uint64_t>();
   // Counts are claims: memory is asked for as far as the file reaches, and for what has the right checksum.
-  if (headBytes_ < kFixedBytes + 8 || headBytes_ > fileBytes_) FailHead(path);
+  if (headBytes_ < kFixedBytes + 8 || headBytes_ > fileBytes_) return kDamaged;
   bytes.resize(static_cast<std::size_t>(headBytes_));
   file_.ReadAt(0, bytes.data(), bytes.size());
   const std::size_t checked = bytes.size() - 8;
-  if (HeadReader(bytes.data() + checked).Take<std::uint64_t>() != GetChecksum(bytes.data(), checked)) FailHead(path);
+  if (HeadReader(bytes.data() + checked).Take<std::uint64_t>() != GetChecksum(bytes.data(), checked)) return kDamaged;
   const std::uint64_t inHead = checked - kFixedBytes;
   const bool          isSane = (width_ == 1 || width_ == 3 || width_ == 6) && rowCount_ > 0 && blockCount > 0 &&
                       rowCount_ <= std::uint64_t{KeyTable::kMaxKey} + 1 && rowsPerPage_ > 0 &&
                       blockCount <= inHead / kBlockBytes &&
                       inHead == blockCount * kBlockBytes + (keysAreRun ? 0 : 4 * rowCount_);
-  if (!isSane) FailHead(path);
+  if (!isSane) return kDamaged;
   HeadReader rest(bytes.data() + kFixedBytes);
   blocks_.resize(static_cast<std::size_t>(blockCount));
   for (FED_OrderedBlock& block : blocks_) {
@@ -141,7 +154,8 @@ FED_IdOrder::FED_IdOrder(FED_FileLayer& files, const std::filesystem::path& path
   }
   const std::uint64_t pageBytes = fileBytes_ - headBytes_;
   if (rowCount_ > pageBytes / GetStride() || pageBytes != rowCount_ * GetStride() + GetPageCount() * kPageChecksumBytes)
-    ThrowFileFailure(path, "it has " + std::to_string(fileBytes_) + " bytes, which its head does not tell of");
+    return "it has " + std::to_string(fileBytes_) + " bytes, which its head does not tell of";
+  return {};
 }
 
 std::size_t FED_IdOrder::GetStride() const noexcept { return CountRowBytes(blocks_.size(), width_); }

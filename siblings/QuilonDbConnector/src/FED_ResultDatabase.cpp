@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -214,6 +215,13 @@ FED_CompactionPiece FED_ResultDatabase::CompactPiece(std::uint64_t room)
   return {piece.segments, piece.bytesBefore, piece.bytesAfter, piece.keptSegments, piece.keptBytes, piece.roomForAll};
 }
 
+FED_CompactionPiece FED_ResultDatabase::GetCompactionRest(std::uint64_t room) const
+{
+  if (disk_ == nullptr) return {};
+  const SegmentStore::Piece rest = disk_->store.GetCompactionRest(room);
+  return {0, 0, 0, rest.keptSegments, rest.keptBytes, rest.roomForAll};
+}
+
 FED_LinkReport FED_ResultDatabase::LinkBlocks(const std::filesystem::path&           source,
                                               const std::vector<FED_DataDescriptor>& descriptors)
 {
@@ -378,15 +386,12 @@ FED_IdOrderReport FED_ResultDatabase::WriteIdOrder(const std::vector<FED_DataDes
 std::vector<std::string> FED_ResultDatabase::RemoveStaleIdOrders()
 {
   return RemoveIdOrders([this](const std::filesystem::path& path) {
-    try {
-      const FED_IdOrder order(disk_->store.GetFiles(), path);
-      const auto&       blocks = order.GetBlocks();
-      const auto        alive  = std::count_if(blocks.begin(), blocks.end(),
-                                               [this](const FED_OrderedBlock& block) { return IsAsItWas(block); });
-      return 2 * static_cast<std::size_t>(alive) < blocks.size();
-    } catch (const FED_Failure&) {
-      return true;  // it helps nobody
-    }
+    const std::optional<FED_IdOrder> order = FED_IdOrder::Find(disk_->store.GetFiles(), path);
+    if (!order) return true;  // it helps nobody
+    const auto& blocks = order->GetBlocks();
+    const auto  alive =
+        std::count_if(blocks.begin(), blocks.end(), [this](const FED_OrderedBlock& block) { return IsAsItWas(block); });
+    return 2 * static_cast<std::size_t>(alive) < blocks.size();
   });
 }
 

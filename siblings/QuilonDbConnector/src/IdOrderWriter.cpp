@@ -8,10 +8,9 @@
 #include <optional>
 #include <utility>
 
-#include "bundled/FED_BlockSpans.h"
-#include "bundled/FED_ColumnDataBlock.h"
 #include "Checksum.h"
 #include "IdOrderLayout.h"
+#include "ResultDataBlock.h"
 #include "UnfinishedFile.h"
 
 namespace {
@@ -51,9 +50,7 @@ public:
     head_.rowCount   = head_.keys.size();
     head_.firstKey   = head_.keys.empty() ? 0 : head_.keys.front();
     head_.keysAreRun = !head_.keys.empty() && head_.keys.back() - head_.firstKey + 1 == head_.keys.size();
-    // Blocks that have a row for each index, in their order, are copied without looking at indices.
-    for (const IdOrderSource& source : sources)
-      areSame_.push_back(source.rows->GetRecordCount() == head_.rowCount && FED_SpansAscend(*source.rows));
+    for (const IdOrderSource& source : sources) chunkKeys_.push_back(FindChunkKeys(*source.rows));
     stride_ = CountRowBytes(sources.size(), width);
     // Powers of two, so that slabs have whole pages.
     slabRows_         = sources.front().rows->GetRowsPerChunk();
@@ -68,8 +65,8 @@ public:
     const std::vector<std::uint8_t> head = EncodeIdOrderHead(head_);
     file.WriteAt(0, head.data(), head.size());
     end_ = head.size();
-    for (std::uint64_t first = 0; first < head_.rowCount; first += slabRows_)
-      WriteSlab(first, static_cast<std::size_t>(std::min<std::uint64_t>(slabRows_, head_.rowCount - first)), file);
+    for (std::size_t first = 0; first < head_.keys.size(); first += slabRows_)
+      WriteSlab(first, std::min(slabRows_, head_.keys.size() - first), file);
     file.Flush();
     file.Close();
     written_.file                    = GetIdOrderName(head_.blocks);
@@ -91,11 +88,31 @@ private:
     std::uint64_t offset;  // in the file of tiles
   };
 
+  // The least and the greatest index of the rows of a chunk.
+  struct ChunkKeys
+  {
+    std::uint32_t least;
+    std::uint32_t greatest;
+  };
+
+  // @return by chunk; empty for a block that has a row for each index, in their order: it is copied without looking
+  std::vector<ChunkKeys> FindChunkKeys(const ResultDataBlock& block)
+  {
+    std::vector<ChunkKeys> found;
+    if (block.GetRecordCount() == head_.rowCount && block.RowsAscend()) return found;
+    for (std::size_t chunk = 0; chunk < block.GetChunkCount(); ++chunk) {
+      block.GetChunkKeys(chunk, keys_);
+      const auto [least, greatest] = std::minmax_element(keys_.begin(), keys_.end());
+      found.push_back({*least, *greatest});
+    }
+    return found;
+  }
+
   std::size_t GetRecordBytes() const noexcept { return head_.width * sizeof(double); }
   std::size_t GetTileStride(std::size_t numBlocks) const noexcept { return numBlocks * (1 + GetRecordBytes()); }
 
   // One page's rows at the least, and as many as half of the memory takes.
-  void WriteSlab(std::uint64_t first, std::size_t numRows, StoreFile& file)
+  void WriteSlab(std::size_t first, std::size_t numRows, StoreFile& file)
   {
     const std::size_t most = std::max<std::size_t>(1, memory_ / 2 / (numRows * GetTileStride(1)));
     std::vector<Tile> tiles;
@@ -115,52 +132,51 @@ private:
       WritePages(tiles, offset > 0, first, row, std::min(step, numRows - row), file);
   }
 
-  void FillTile(const Tile& tile, std::uint64_t first, std::size_t numRows)
+  void FillTile(const Tile& tile, std::size_t first, std::size_t numRows)
   {
     tile_.assign(numRows * GetTileStride(tile.numBlocks), 0);
     for (std::size_t i = 0; i < tile.numBlocks; ++i) {
-      const FED_ColumnDataBlock& block    = *sources_[tile.firstBlock + i].rows;
-      const std::size_t          perChunk = block.GetRowsPerChunk();
-      const bool                 isSame   = areSame_[tile.firstBlock + i];
-      if (!isSame) FindPositions(block);
+      const ResultDataBlock&        block     = *sources_[tile.firstBlock + i].rows;
+      const std::vector<ChunkKeys>& chunkKeys = chunkKeys_[tile.firstBlock + i];
       for (std::size_t chunk = 0; chunk < block.GetChunkCount(); ++chunk) {
-        const std::size_t begin = chunk * perChunk;
-        const std::size_t end   = std::min(begin + perChunk, block.GetRecordCount());
-        if (!isSame) {
-          CopyPlacedRows(block, chunk, begin, end, tile, i, first, numRows);
-        } else if (begin < first + numRows && end > first) {
-          const double* const values = block.GetDoubleChunk(1, chunk).GetData();
-          for (std::size_t row = std::max<std::size_t>(begin, first); row < std::min<std::size_t>(end, first + numRows);
-               ++row)
-            CopyRow(values + (row - begin) * head_.width, row - first, tile, i);
-        }
+        if (chunkKeys.empty())
+          CopyRows(block, chunk, tile, i, first, numRows);
+        else if (chunkKeys[chunk].least <= head_.keys[first + numRows - 1] &&
+                 chunkKeys[chunk].greatest >= head_.keys[first])
+          CopyPlacedRows(block, chunk, tile, i, first, numRows);
       }
     }
   }
 
-  // Of each row of the block, where its index stands.
-  void FindPositions(const FED_ColumnDataBlock& block)
+  // Rows that stand where they do in the order.
+  void CopyRows(const ResultDataBlock& block, std::size_t chunk, const Tile& tile, std::size_t position,
+                std::size_t first, std::size_t numRows)
   {
-    positions_.resize(block.GetRecordCount());
-    std::size_t at = 0;
-    for (const std::size_t index : block.GetIndices()) {
-      while (head_.keys[at] < index) ++at;
-      positions_[block.GetRow(index)] = static_cast<std::uint32_t>(at);
-    }
+    const std::size_t begin = chunk * block.GetRowsPerChunk();
+    const std::size_t end   = std::min(begin + block.GetRowsPerChunk(), block.GetRecordCount());
+    if (begin >= first + numRows || end <= first) return;
+    const double* const values = block.GetDoubleChunk(1, chunk).GetData();
+    for (std::size_t row = std::max(begin, first); row < std::min(end, first + numRows); ++row)
+      CopyRow(values + (row - begin) * head_.width, row - first, tile, position);
   }
 
-  void CopyPlacedRows(const FED_ColumnDataBlock& block, std::size_t chunk, std::size_t begin, std::size_t end,
-                      const Tile& tile, std::size_t position, std::uint64_t first, std::size_t numRows)
+  // Rows that stand where their index does. Mostly they ascend, so the next place is the one behind the last.
+  void CopyPlacedRows(const ResultDataBlock& block, std::size_t chunk, const Tile& tile, std::size_t position,
+                      std::size_t first, std::size_t numRows)
   {
-    const auto isHere = [&](std::uint32_t at) { return at >= first && at < first + numRows; };
-    if (std::none_of(positions_.begin() + static_cast<std::ptrdiff_t>(begin),
-                     positions_.begin() + static_cast<std::ptrdiff_t>(end), isHere))
-      return;
-    const double* const values = block.GetDoubleChunk(1, chunk).GetData();
-    for (std::size_t row = begin; row < end; ++row)
-      if (isHere(positions_[row]))
-        CopyRow(values + (row - begin) * head_.width, static_cast<std::size_t>(positions_[row] - first), tile,
-                position);
+    block.GetChunkKeys(chunk, keys_);
+    const double*     values = block.GetDoubleChunk(1, chunk).GetData();
+    const auto        begin  = head_.keys.cbegin() + static_cast<std::ptrdiff_t>(first);
+    const auto        end    = begin + static_cast<std::ptrdiff_t>(numRows);
+    const std::size_t width  = head_.width;
+    auto              at     = begin;
+    for (std::size_t row = 0; row < keys_.size(); ++row, values += width) {
+      const std::uint32_t key = keys_[row];
+      if (key < *begin || key > *(end - 1)) continue;
+      if (at == end || *at != key) at = std::lower_bound(begin, end, key);
+      CopyRow(values, static_cast<std::size_t>(at - begin), tile, position);
+      ++at;
+    }
   }
 
   void CopyRow(const double* values, std::size_t row, const Tile& tile, std::size_t position)
@@ -186,6 +202,7 @@ private:
     }
     const std::size_t pageRows = static_cast<std::size_t>(head_.rowsPerPage);
     out_.clear();
+    out_.reserve(pages_.size() + (numRows + pageRows - 1) / pageRows * kPageChecksumBytes);
     for (std::size_t i = 0; i < numRows; i += pageRows) {
       const std::uint8_t* const rows     = pages_.data() + i * stride_;
       const std::size_t         count    = std::min(pageRows, numRows - i) * stride_;
@@ -206,22 +223,22 @@ private:
                 tile.numBlocks * GetRecordBytes());
   }
 
-  FED_FileLayer&                    files_;
-  const std::vector<IdOrderSource>& sources_;
-  std::filesystem::path             newPath_;
-  std::filesystem::path             tilesPath_;
-  std::size_t                       memory_;
-  IdOrderHead                       head_;
-  std::vector<bool>                 areSame_;  // by source
-  std::size_t                       stride_   = 0;
-  std::size_t                       slabRows_ = 1;
-  std::uint64_t                     end_      = 0;  // of what was written
-  std::optional<StoreFile>          tilesFile_;
-  std::vector<std::uint8_t>         tile_;
-  std::vector<std::uint32_t>        positions_;  // of one block's rows
-  std::vector<std::uint8_t>         pages_;
-  std::vector<std::uint8_t>         out_;
-  WrittenIdOrder                    written_;
+  FED_FileLayer&                      files_;
+  const std::vector<IdOrderSource>&   sources_;
+  std::filesystem::path               newPath_;
+  std::filesystem::path               tilesPath_;
+  std::size_t                         memory_;
+  IdOrderHead                         head_;
+  std::vector<std::vector<ChunkKeys>> chunkKeys_;  // by source
+  std::size_t                         stride_   = 0;
+  std::size_t                         slabRows_ = 1;
+  std::uint64_t                       end_      = 0;  // of what was written
+  std::optional<StoreFile>            tilesFile_;
+  std::vector<std::uint8_t>           tile_;
+  std::vector<std::uint32_t>          keys_;  // of one chunk's rows
+  std::vector<std::uint8_t>           pages_;
+  std::vector<std::uint8_t>           out_;
+  WrittenIdOrder                      written_;
 };
 
 }  // namespace

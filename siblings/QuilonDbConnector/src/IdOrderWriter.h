@@ -12,13 +12,13 @@
 #include "bundled/FED_FileLayer.h"
 #include "bundled/FED_IdOrder.h"
 
-class FED_ColumnDataBlock;
+class ResultDataBlock;
 
 /// A block to be written into an order.
 struct IdOrderSource
 {
-  FED_OrderedBlock           block;
-  const FED_ColumnDataBlock* rows;  ///< borrowed
+  FED_OrderedBlock       block;
+  const ResultDataBlock* rows;  ///< borrowed
 };
 
 /// What was written.

@@ -468,6 +468,27 @@ SegmentStore::Piece SegmentStore::CompactPiece(std::uint64_t room)
 {
   RequireWriter();
   Piece                            piece;
+  const std::optional<MergeWindow> window = FindPiece(room, piece);
+  if (!window) return piece;
+  for (const Segment* segment : GetSegments(*window)) piece.bytesBefore += segment->GetEntry().fileBytes;
+  Merged merged    = PrepareMerge(*window);
+  piece.segments   = window->count;
+  piece.bytesAfter = merged.segment == nullptr ? 0 : merged.segment->GetEntry().fileBytes;
+  PublishMerge(merged);
+  return piece;
+}
+
+SegmentStore::Piece SegmentStore::GetCompactionRest(std::uint64_t room) const
+{
+  Piece piece;
+  FindPiece(room, piece);
+  return piece;
+}
+
+// @param piece receives what has to be kept
+// @return the first neighbours that have something to give back in the room
+std::optional<MergeWindow> SegmentStore::FindPiece(std::uint64_t room, Piece& piece) const
+{
   const std::vector<std::uint64_t> waste = CountWaste();
   std::optional<MergeWindow>       window;
   for (std::size_t i = 0; i < segments_.size(); ++i) {
@@ -482,13 +503,7 @@ SegmentStore::Piece SegmentStore::CompactPiece(std::uint64_t room)
       window = GrowPiece(i, waste, room);
     }
   }
-  if (!window) return piece;
-  for (const Segment* segment : GetSegments(*window)) piece.bytesBefore += segment->GetEntry().fileBytes;
-  Merged merged    = PrepareMerge(*window);
-  piece.segments   = window->count;
-  piece.bytesAfter = merged.segment == nullptr ? 0 : merged.segment->GetEntry().fileBytes;
-  PublishMerge(merged);
-  return piece;
+  return window;
 }
 
 // By segment, bytes that no row needs: of rows that went, and of those that later segments replace. Of lists that are

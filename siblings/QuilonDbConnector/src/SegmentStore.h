@@ -161,6 +161,8 @@ public:
     std::uint64_t roomForAll   = 0;  ///< that the largest of them needs which is not linked
   };
   Piece CompactPiece(std::uint64_t room);
+  /// @return what CompactPiece() of that room will keep to the end
+  Piece GetCompactionRest(std::uint64_t room) const;
 
 private:
   struct OpenSegment
@@ -198,6 +200,7 @@ private:
   void                       PublishMerge(Merged& merged);
   std::vector<std::uint64_t> CountWaste() const;
   std::vector<Segment*>      GetSegments(const MergeWindow& window) const;
+  std::optional<MergeWindow> FindPiece(std::uint64_t room, Piece& piece) const;
   MergeWindow   GrowPiece(std::size_t first, const std::vector<std::uint64_t>& waste, std::uint64_t room) const;
   std::uint64_t CountMerged(const MergeWindow& window) const;
   Manifest      MakeManifest(const Merged& merged) const;

@@ -243,6 +243,9 @@ TEST_F(HealthCommands, CompactGivesBytesBackInPieces)
   EXPECT_GT(little.at("room-for-all"), 10240);
   const RunResult told = RunQuilon({"compact", fed_, "--incremental", "--room", "10K"});
   EXPECT_NE(told.out.find(", --room 10K is less than the "), std::string::npos) << told.out;
+  // Before it begins, too.
+  EXPECT_NE(told.err.find(" to give back stay as they are: a room of 10 KiB is less than the "), std::string::npos)
+      << told.err;
   const json report = json::parse(RunQuilon({"compact", fed_, "--incremental", "--json"}).out);
   EXPECT_GE(report.at("pieces"), 1);
   EXPECT_EQ(report.at("kept-files"), 0);

@@ -11,6 +11,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -335,6 +336,97 @@ TEST_F(IdOrders, ADiskThatFailsLeavesNothing)
       EXPECT_FALSE(fs::exists(path_ / "order.tiles")) << call;
     }
   }
+}
+
+/// A disk on which orders cannot be opened or read.
+class UnreadableOrders : public FED_FileLayer
+{
+public:
+  enum Fails : int
+  {
+    Nothing,
+    Opening,
+    Reading
+  };
+
+  Fails fails = Nothing;
+
+  std::error_code Open(const fs::path& path, Mode mode, Handle& handle) override
+  {
+    const bool isOrder = path.extension() == ".order";
+    if (isOrder && fails == Opening) {
+      handle = kNoHandle;
+      return std::make_error_code(std::errc::too_many_files_open);
+    }
+    const std::error_code error = FED_FileLayer::Open(path, mode, handle);
+    if (isOrder) order_ = handle;
+    return error;
+  }
+  std::error_code ReadAt(Handle handle, std::uint64_t offset, void* bytes, std::size_t count,
+                         std::size_t& done) override
+  {
+    done = 0;
+    return fails == Reading && handle == order_ ? std::make_error_code(std::errc::io_error)
+                                                : FED_FileLayer::ReadAt(handle, offset, bytes, count, done);
+  }
+
+private:
+  Handle order_ = kNoHandle;
+};
+
+// That one cannot be read now says nothing about it.
+TEST_F(IdOrders, ThoseThatCannotBeReadStayAndAreTold)
+{
+  MakeSmall();
+  const std::string         name = OrderOfSmall();
+  UnreadableOrders          disk;
+  FED_ResultDatabaseOptions options;
+  options.files = &disk;
+  FED_ResultDatabase database(path_, FED_ResultDatabase::ReadWrite, options);
+  for (const auto& [fails, text] : {std::pair(UnreadableOrders::Opening, ": cannot open: "),
+                                    std::pair(UnreadableOrders::Reading, ": cannot read: ")})
+  {
+    disk.fails                = fails;
+    const std::string message = MessageOf([&] { database.RemoveStaleIdOrders(); });
+    EXPECT_EQ(message.find((path_ / name).string() + text), 0U) << message;
+    EXPECT_TRUE(fs::exists(path_ / name));
+    EXPECT_EQ(database.OpenIdOrders().failures.size(), 1U);
+  }
+  disk.fails = UnreadableOrders::Nothing;
+  EXPECT_EQ(database.RemoveStaleIdOrders(), std::vector<std::string>());
+  EXPECT_EQ(database.OpenIdOrders().orders.size(), 1U);
+}
+
+// Blocks of several chunks, of which each lacks other records, one of them behind a chunk's end.
+TEST_F(IdOrders, TakeBlocksOfSeveralChunks)
+{
+  constexpr int kIds = 70'000;  // a chunk has 65,536
+  {
+    FED_ResultDatabase database(path_, FED_ResultDatabase::Create);
+    for (int step = 1; step <= 3; ++step)
+      for (int id = 1; id <= kIds; ++id)
+        if (id % 20'000 != step) SetTensor(database, step, id, 0.5 * id);
+    for (int id = kIds + 10; id > kIds; --id) SetTensor(database, 3, id, 1.0);  // these do not ascend
+    database.Commit();
+  }
+  FED_ResultDatabase                    database(path_, FED_ResultDatabase::ReadWrite);
+  const std::vector<FED_DataDescriptor> blocks = Steps(kTensor, 3);
+  const FED_IdOrderReport               report = database.WriteIdOrder(blocks, kEnough);
+  EXPECT_EQ(report.rows, kIds + 10U);
+  const FED_IdOrder order(files_, path_ / report.file);
+  std::size_t       wrong = 0;
+  for (std::uint32_t index = 1; index <= kIds + 10; index += index % 10'000 < 10 || index > 65'500 ? 1 : 7) {
+    std::vector<bool> isThere(blocks.size());
+    order.Visit(index, [&](std::size_t block, const double* values) {
+      double expected[6] = {};
+      isThere[block]     = true;
+      database.GetConstDataBlock(blocks[block]).GetValuesAt(index, expected);
+      wrong += std::equal(values, values + 6, expected) ? 0 : 1;
+    });
+    for (std::size_t i = 0; i < blocks.size(); ++i)
+      wrong += isThere[i] == database.GetConstDataBlock(blocks[i]).HasRecord(index) ? 0 : 1;
+  }
+  EXPECT_EQ(wrong, 0U);
 }
 
 TEST_F(IdOrders, WhatADeadWriterLeftGoesWithTheNext)

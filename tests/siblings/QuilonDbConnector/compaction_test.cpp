@@ -163,6 +163,7 @@ TEST_F(CompactionInPieces, NeverNeedsMoreThanTheRoom)
 TEST_F(CompactionInPieces, FilesThatNeedMoreRoomStayAndAreTold)
 {
   FED_ResultDatabase        database(worn_, FED_ResultDatabase::ReadWrite);
+  const FED_CompactionPiece rest  = database.GetCompactionRest(120'000);  // before anything is done
   const FED_CompactionPiece piece = database.CompactPiece(120'000);
   // The second and the fourth have 100 kB left; the first and the third have all but some rows.
   EXPECT_EQ(piece.segments, 1U);
@@ -173,6 +174,11 @@ TEST_F(CompactionInPieces, FilesThatNeedMoreRoomStayAndAreTold)
   const FED_CompactionPiece last = database.CompactPiece(120'000);
   EXPECT_EQ(last.segments, 0U);
   EXPECT_EQ(last.keptSegments, 2U);
+  EXPECT_EQ(rest.segments, 0U);
+  EXPECT_EQ(rest.keptSegments, 2U);
+  EXPECT_EQ(rest.keptBytes, last.keptBytes);
+  EXPECT_EQ(rest.roomForAll, last.roomForAll);
+  EXPECT_EQ(database.GetCompactionRest(last.roomForAll).keptSegments, 0U);
   EXPECT_GT(database.CompactPiece(last.roomForAll).segments, 0U);
   EXPECT_GT(database.CompactPiece(last.roomForAll).segments, 0U);
   EXPECT_EQ(database.CompactPiece(0).keptSegments, 0U);
@@ -250,6 +256,7 @@ TEST_F(CompactionInPieces, WithoutADiskThereIsNothingToDo)
   FED_ResultDatabase database;
   SetTensors(database, 1, 1, 3, 1.0);
   EXPECT_EQ(database.CompactPiece(kEnough).segments, 0U);
+  EXPECT_EQ(database.GetCompactionRest(0).keptSegments, 0U);
 }
 
 TEST_F(CompactionInPieces, IsOfAWriterAlone)

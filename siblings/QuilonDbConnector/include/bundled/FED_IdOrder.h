@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,10 @@ public:
   /// @throws FED_Failure for a file that is none, or damaged
   FED_IdOrder(FED_FileLayer& files, const std::filesystem::path& path);
 
+  /// @return nothing for a file that is none of a version that is known, or whose head is damaged
+  /// @throws FED_Failure when the file cannot be read, which says nothing about it
+  static std::optional<FED_IdOrder> Find(FED_FileLayer& files, const std::filesystem::path& path);
+
   const std::filesystem::path& GetPath() const noexcept { return file_.GetPath(); }
   /// @return blocks, in the order in which their records stand
   const std::vector<FED_OrderedBlock>& GetBlocks() const noexcept { return blocks_; }
@@ -63,8 +68,9 @@ public:
   void CheckPage(std::uint64_t page) const;
 
 private:
-  struct Head;
+  explicit FED_IdOrder(StoreFile file);
 
+  std::string   ReadHead();
   std::size_t   GetStride() const noexcept;
   std::uint64_t CountRows(std::uint64_t page) const noexcept;
 

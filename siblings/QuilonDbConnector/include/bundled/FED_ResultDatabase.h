@@ -142,6 +142,9 @@ public:
   /// @return what was done; without effect for a database in memory
   FED_CompactionPiece CompactPiece(std::uint64_t room);
 
+  /// @return what of the last commit such pieces of a room cannot give back, before any of them
+  FED_CompactionPiece GetCompactionRest(std::uint64_t room) const;
+
   /// Takes blocks of another database on disk in without reading a value: the segments that hold them get a second name
   /// in this database's folder, or are copied where the file system gives none, and an index beside each tells which of
   /// its rows are here and by which record indices. Ids of the other database are added; records stay with their ids.
@@ -197,9 +200,9 @@ public:
   /// @throws FED_Failure for other blocks, when a reader asks, and when a file fails; what was there is as it was
   FED_IdOrderReport WriteIdOrder(const std::vector<FED_DataDescriptor>& descriptors, std::size_t memory);
 
-  /// Removes orders by id less than half of whose blocks are as they were, and those that cannot be read.
+  /// Removes orders by id less than half of whose blocks are as they were, and those whose head is damaged.
   /// @return their names
-  /// @throws FED_Failure when a reader asks, and when a file cannot be removed
+  /// @throws FED_Failure when a reader asks, and when a file cannot be read or removed
   std::vector<std::string> RemoveStaleIdOrders();
   /// Likewise all of them.
   std::vector<std::string> RemoveIdOrders();
