@@ -73,6 +73,32 @@ void ChunkCache::MarkClean() noexcept
   }
 }
 
+void ChunkCache::CountKeys(const KeyOwner& block, std::size_t bytes)
+{
+  if (bytes == 0) return;
+  keys_.emplace_back(&block, bytes);
+  keyBytes_ += bytes;
+  if (keyBytes_ <= limit_) return;
+  // Those of blocks with changes stay. All that go at once, so that each costs the look at few others.
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < keys_.size(); ++i) {
+    const bool goes = keyBytes_ > limit_ / 2 && i + kKeptKeys < keys_.size() && keys_[i].first->ReleaseKeys();
+    if (goes)
+      keyBytes_ -= keys_[i].second;
+    else
+      keys_[kept++] = keys_[i];
+  }
+  keys_.resize(kept);
+}
+
+void ChunkCache::ForgetKeys(const KeyOwner& block) noexcept
+{
+  const auto found = std::find_if(keys_.begin(), keys_.end(), [&](const auto& keys) { return keys.first == &block; });
+  if (found == keys_.end()) return;
+  keyBytes_ -= found->second;
+  keys_.erase(found);
+}
+
 bool ChunkCache::IsKept(const RowChunk& chunk) const noexcept
 {
   return chunk.pins > 0 || std::find(last_.begin(), last_.end(), &chunk) != last_.end();

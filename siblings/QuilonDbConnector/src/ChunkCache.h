@@ -8,20 +8,40 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "ChunkStore.h"
 #include "RowChunk.h"
+
+/// Whose keys came from the store.
+class KeyOwner
+{
+public:
+  /// Gives the memory of the keys back, which come again when they are next asked for.
+  /// @return false where the store does not have all of them
+  virtual bool ReleaseKeys() const noexcept = 0;
+
+protected:
+  KeyOwner()                           = default;
+  KeyOwner(const KeyOwner&)            = default;
+  KeyOwner& operator=(const KeyOwner&) = default;
+  ~KeyOwner()                          = default;
+};
 
 /// Keeps the bytes of chunks in memory near a limit: one cache for all blocks of a database on disk. Outlives them.
 ///
 /// Chunks go in the order of the clock: one that was touched again since the hand last passed gets a second chance, so
 /// that a walk over much drives out nothing that is in use. Rows that the store does not have stay until they are
 /// spilled. The chunks touched last stay whatever the limit is, so that a few blocks can be walked side by side.
+///
+/// Keys that came from the store stay near a limit of the same size, beside it. Those that came first go first.
 class ChunkCache
 {
 public:
   static constexpr std::size_t kKeptChunks = 4;
+  /// Blocks whose keys stay whatever the limit is: those that are walked side by side.
+  static constexpr std::size_t kKeptKeys = 16;
 
   /// @param store borrowed
   /// @param limit bytes
@@ -80,6 +100,14 @@ public:
   /// The store has all rows as they are now. Until then everything stays dirty.
   void MarkClean() noexcept;
 
+  /// The keys of a block are about to come from the store; others may go for them.
+  /// @param bytes that they take; 0 is of no account
+  void CountKeys(const KeyOwner& block, std::size_t bytes);
+  /// The block's keys have gone, or it does.
+  void ForgetKeys(const KeyOwner& block) noexcept;
+  /// @return bytes of the keys that came from the store
+  std::size_t GetKeyBytes() const noexcept { return keyBytes_; }
+
 private:
   bool IsKept(const RowChunk& chunk) const noexcept;
   bool SpillPays() const noexcept;
@@ -98,4 +126,7 @@ private:
   RowChunk*                          hand_  = nullptr;  // of the ring of all chunks in memory
   RowChunk*                          dirty_ = nullptr;  // first of a list
   std::array<RowChunk*, kKeptChunks> last_{};           // chunks touched last, the latest first; one may stand twice
+  // Blocks whose keys came from the store, with the bytes of these, in the order of their coming.
+  std::vector<std::pair<const KeyOwner*, std::size_t>> keys_;
+  std::size_t                                          keyBytes_ = 0;
 };

@@ -45,6 +45,12 @@ public:
   /// @return slots that the search for a key passes at most before it finds it
   std::size_t GetLongestProbe() const noexcept;
 
+  /// @return bytes beyond those of the object itself
+  std::size_t CountBytes() const noexcept
+  {
+    return (direct_.capacity() + sorted_.capacity()) * sizeof(std::uint32_t) + hashed_.capacity() * sizeof(Slot);
+  }
+
   /// Sizes a direct table for this many keys when one comes to be needed.
   void Expect(std::size_t count) noexcept;
 
@@ -138,6 +144,7 @@ class RowKeys
 public:
   std::size_t GetCount() const noexcept { return count_; }
   bool        IsRun() const noexcept { return keys_.empty(); }
+  std::size_t CountBytes() const noexcept { return keys_.capacity() * sizeof(std::uint32_t); }
   bool        Ascend() const noexcept { return std::is_sorted(keys_.begin(), keys_.end()); }
   /// @param row less than GetCount()
   std::uint32_t Get(std::size_t row) const noexcept

@@ -78,8 +78,8 @@ ResultDataBlock::ResultDataBlock(const StoredBlock& stored, ChunkCache& cache)
       cache_(&cache),
       layout_(stored.format),
       rowCount_(stored.rowCount),
-      storedMaxKey_(stored.maxKey),
-      keysAreLoaded_(stored.rowCount == 0)
+      keysAreLoaded_(stored.rowCount == 0),
+      storedMaxKey_(stored.maxKey)
 {
   if (layout_.format.IsEmpty()) {
     if (rowCount_ != 0) Fail("the store has rows of it and no record format");
@@ -91,7 +91,21 @@ ResultDataBlock::ResultDataBlock(const StoredBlock& stored, ChunkCache& cache)
   layout_.chunkShift = stored.chunkShift;
 }
 
-ResultDataBlock::~ResultDataBlock() { DropChunks(); }
+ResultDataBlock::~ResultDataBlock()
+{
+  DropChunks();
+  if (cache_ != nullptr) cache_->ForgetKeys(*this);
+}
+
+bool ResultDataBlock::ReleaseKeys() const noexcept
+{
+  if (std::any_of(chunks_.begin(), chunks_.end(), [](const auto& chunk) { return chunk->IsDirty(); })) return false;
+  storedMaxKey_  = rows_.GetMaxKey();
+  keysAreLoaded_ = false;
+  rows_          = KeyTable();
+  keys_          = RowKeys();
+  return true;
+}
 
 StoredBlock ResultDataBlock::Describe() const
 {
@@ -616,6 +630,7 @@ void ResultDataBlock::LoadKeys() const
   if (rows.GetMaxKey() != storedMaxKey_)
     Fail("the greatest index of the store's rows is " + std::to_string(rows.GetMaxKey()) + ", expected " +
          std::to_string(storedMaxKey_));
+  cache_->CountKeys(*this, rows.CountBytes() + keys.CountBytes());
   rows_          = std::move(rows);
   keys_          = std::move(keys);
   keysAreLoaded_ = true;

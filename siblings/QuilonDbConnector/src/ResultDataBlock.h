@@ -22,7 +22,7 @@
 ///
 /// Every change is made in two steps: room for all of it, which may throw and shows nothing; then the change itself,
 /// which does not throw. So a failed call leaves the block as it was.
-class ResultDataBlock final : public FED_ColumnDataBlock
+class ResultDataBlock final : public FED_ColumnDataBlock, public KeyOwner
 {
 public:
   /// In memory.
@@ -43,6 +43,8 @@ public:
   StoredBlock Describe() const;
   /// Keys of all rows of a block on disk; of one that was written.
   const RowKeys& GetRowKeys() const noexcept { return keys_; }
+
+  bool ReleaseKeys() const noexcept override;
 
   /// Gives a block without a format its format.
   void SetRecordFormat(const FED_RecordFormat& format);
@@ -187,14 +189,14 @@ private:
   template <typename T>
   QuilonContainer::Span<const T> GetChunk(std::size_t field, std::size_t chunk) const;
 
-  BlockUid      uid_   = 0;
-  ChunkCache*   cache_ = nullptr;  // null in memory
-  RecordLayout  layout_;
-  std::size_t   rowCount_     = 0;
-  std::size_t   expected_     = 0;
-  std::uint32_t storedMaxKey_ = 0;  // while keys are in the store
+  BlockUid     uid_   = 0;
+  ChunkCache*  cache_ = nullptr;  // null in memory
+  RecordLayout layout_;
+  std::size_t  rowCount_ = 0;
+  std::size_t  expected_ = 0;
   // What is in the store comes here when it is first asked for, also by a const call.
   mutable bool                                   keysAreLoaded_ = true;
+  mutable std::uint32_t                          storedMaxKey_  = 0;  // while keys are in the store
   mutable KeyTable                               rows_;
   mutable RowKeys                                keys_;    // on disk, for the store; in memory when they were asked for
   mutable std::vector<std::unique_ptr<RowChunk>> chunks_;  // empty while none was asked for

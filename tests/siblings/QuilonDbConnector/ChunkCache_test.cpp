@@ -224,6 +224,67 @@ TEST(ChunkCache, DeletedBlocksLeaveTheCache)
   EXPECT_TRUE(CollectDirty(disk.cache).empty());
 }
 
+// Keys with gaps take memory by block, and a database has thousands of blocks.
+TEST(ChunkCache, KeysOfManyBlocksStayNearTheLimit)
+{
+  constexpr std::size_t kBlocks   = 100;
+  constexpr std::size_t kKeyBytes = kRows * 4 * 2 + 4096;  // of a block: rows of keys and keys of rows, and of gaps
+  FakeDisk              disk(4 * kKeyBytes);
+  std::vector<std::unique_ptr<ResultDataBlock>> blocks;
+  for (std::size_t uid = 1; uid <= kBlocks; ++uid) {
+    const auto block = MakeBlock(disk, uid);
+    for (std::size_t index = 0; index < kRows; ++index) block->SetValuesAt(2 * index + uid % 3, TensorOf(index).data());
+    disk.Commit();
+    blocks.push_back(std::make_unique<ResultDataBlock>(block->Describe(), disk.cache));
+  }
+  const auto expectAll = [&](std::size_t first) {
+    for (std::size_t i = first; i < blocks.size(); ++i) {
+      EXPECT_TRUE(blocks[i]->HasRecord(2 * (kRows - 1) + (i + 1) % 3));
+      EXPECT_FALSE(blocks[i]->HasRecord(2 * kRows + (i + 1) % 3));
+      EXPECT_EQ(blocks[i]->GetMaxIndex(), 2 * (kRows - 1) + (i + 1) % 3);
+      EXPECT_LE(disk.cache.GetKeyBytes(), (4 + ChunkCache::kKeptKeys + 1) * kKeyBytes);
+    }
+  };
+  expectAll(0);
+  EXPECT_EQ(disk.store.keyReads, kBlocks);
+  EXPECT_GT(disk.cache.GetKeyBytes(), 0u);
+  // Those that came last are there, and the others come again, wherever one goes on.
+  expectAll(kBlocks - ChunkCache::kKeptKeys);
+  EXPECT_EQ(disk.store.keyReads, kBlocks);
+  expectAll(0);
+  EXPECT_GT(disk.store.keyReads, kBlocks);
+  blocks.clear();
+  EXPECT_EQ(disk.cache.GetKeyBytes(), 0u);
+}
+
+TEST(ChunkCache, KeysThatTheStoreDoesNotHaveStay)
+{
+  FakeDisk disk(1 << 16);
+  auto     written = MakeBlock(disk, 1);
+  for (std::size_t index = 0; index < kRows; ++index) written->SetValuesAt(2 * index, TensorOf(index).data());
+  disk.Commit();
+  written = std::make_unique<ResultDataBlock>(written->Describe(), disk.cache);
+  written->SetValuesAt(1001, TensorOf(1).data());
+  EXPECT_FALSE(written->ReleaseKeys());
+  EXPECT_EQ(written->GetMaxIndex(), 1001u);
+  EXPECT_TRUE(written->HasRecord(1001));
+  disk.Commit();
+  EXPECT_TRUE(written->ReleaseKeys());
+  EXPECT_EQ(written->GetMaxIndex(), 1001u);
+  const std::size_t reads = disk.store.keyReads;
+  EXPECT_TRUE(written->HasRecord(1001));
+  EXPECT_EQ(disk.store.keyReads, reads + 1);
+  // What is written then finds its row.
+  EXPECT_TRUE(written->ReleaseKeys());
+  written->SetValuesAt(4, TensorOf(77).data());
+  written->SetValuesAt(1003, TensorOf(78).data());
+  EXPECT_EQ(written->GetRecordCount(), kRows + 2);
+  std::array<double, 6> tensor{};
+  written->GetValuesAt(4, tensor.data());
+  EXPECT_EQ(tensor, TensorOf(77));
+  ExpectTensor(*written, 0);
+}
+
 TEST(ChunkCache, ListElementsCount)
 {
   // 64 lists of 4,000 bytes are 256 kB a chunk; the pool steps ahead by no more than what it has.
