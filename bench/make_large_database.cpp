@@ -14,10 +14,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <string>
@@ -100,17 +100,26 @@ void WriteCoordinates(FED_ResultDatabase& database, int nodes)
   }
 }
 
+// @return a positive number; 0 for anything else
+int ReadCount(const char* text)
+{
+  int         count = 0;
+  const char* end   = text + std::strlen(text);
+  const auto  taken = std::from_chars(text, end, count);
+  return taken.ec == std::errc() && taken.ptr == end && count > 0 ? count : 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
-  if (argc < 2 || argc > 4) {
+  const int steps = argc > 2 ? ReadCount(argv[2]) : 2000;
+  const int nodes = argc > 3 ? ReadCount(argv[3]) : 1000000;
+  if (argc < 2 || argc > 4 || steps == 0 || nodes == 0) {
     std::fprintf(stderr, "usage: make_large_database OUT.fed [STEPS [NODES]]\n");
     return 2;
   }
   try {
-    const int                 steps = argc > 2 ? std::atoi(argv[2]) : 2000;
-    const int                 nodes = argc > 3 ? std::atoi(argv[3]) : 1000000;
     SparseFiles               files;
     FED_ResultDatabaseOptions options;
     options.files = &files;
