@@ -92,14 +92,15 @@ prove_systems() {
 # that compresses; only root can mount one, others try 5 GB.
 prove_large() {
   build release
-  local disk=$state/large.img folder=$state/large size=(--steps 100 --index 50) status=0
+  local disk=$state/large.img folder=$state/large size=(--steps 100 --index 50) mounted=false status=0
   mkdir -p "$folder"
   if ((EUID == 0)) && command -v mkfs.btrfs >/dev/null && truncate -s 400G "$disk" && mkfs.btrfs -q "$disk" &&
     mount -o loop,compress=zstd:1 "$disk" "$folder"; then
-    size=()
+    mounted=true
+    size=(--prune 20 --among 320 --index 200)
   fi
-  bench/large_database.py build/release "$folder/trial" ${size[@]+"${size[@]}"} --json "$state/large.json" || status=$?
-  if ((${#size[@]} == 0)); then umount "$folder"; fi
+  bench/large_database.py build/release "$folder/trial" "${size[@]}" --json "$state/large.json" || status=$?
+  if $mounted; then umount "$folder"; fi
   rm -rf "$disk" "$folder"
   return $status
 }
