@@ -2,7 +2,7 @@
 # Installs what the project needs on Debian 12. Packages that are there already are left alone, so that a machine that
 # has them all needs neither root nor a network.
 #
-# usage: scripts/install_dependencies.sh [build] [test] [export] [python] [page] [node] [packages] [mpi] [ci]     (default: build)
+# usage: scripts/install_dependencies.sh [build] [test] [export] [python] [page] [node] [packages] [mpi] [ci] [coverage]     (default: build)
 set -euo pipefail
 
 if [[ ${1:-} == --help || ${1:-} == -h ]]; then
@@ -19,12 +19,13 @@ declare -A group=(
   [node]="nodejs npm"
   [packages]="python3-venv lintian dpkg-dev file abigail-tools xz-utils bash zsh fish man-db groff-base"
   [mpi]="libopenmpi-dev openmpi-bin"
+  [coverage]="clang-14 libclang-rt-14-dev llvm-14"
   [ci]="doxygen clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 calculix-ccx calculix-ccx-test"
 )
 
 missing=()
 for name in "${@:-build}"; do
-  [[ -n ${group[$name]:-} ]] || { echo "install_dependencies: unknown group '$name', expected build, test, export, python, page, node, packages, mpi or ci" >&2; exit 2; }
+  [[ -n ${group[$name]:-} ]] || { echo "install_dependencies: unknown group '$name', expected build, test, export, python, page, node, packages, mpi, ci or coverage" >&2; exit 2; }
   for package in ${group[$name]}; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
   done

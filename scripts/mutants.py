@@ -4,12 +4,12 @@
 usage: mutants.py [--sample N] [--seed S] [--minutes M] [--only PREFIX]... [--tests PREFIX]... [--seconds-each S]
                   [--jobs N] [--list]
 
-A copy of the tree under build/mutants holds every break of every source of SOURCES at once, each behind a number: an
-environment variable chooses the one that is in force, so that all of them come out of one build. Which tests reach a
+A copy of the tree under build/mutants holds all breaks that are tried at once, each behind a number: an environment
+variable chooses the one that is in force, so that all of them come out of one build. Which tests reach a
 break is measured first, test by test; a break is then tried by the tests that reach it, the fastest first, until one
 fails, crashes or does not end. What is known is kept in build/mutants and not done again.
 
-  --sample N        so many breaks, chosen by chance (default 200; 0: all)
+  --sample N        so many breaks, chosen by chance among those of all sources (default 200; 0: all)
   --seed S          of that choice (default 1)
   --minutes M       stop after so long; the next call goes on
   --only PREFIX     breaks of files whose paths begin so; others are built as they are
@@ -165,7 +165,11 @@ class Site:
     def __init__(self, path, line, column, what, kind, edits):
         self.path, self.line, self.column, self.what, self.kind, self.edits = path, line, column, what, kind, edits
         self.number = 0
-        self.dropped = False
+        self.dropped = False  # does not compile
+        self.chosen = True
+
+    def is_built(self):
+        return self.chosen and not self.dropped
 
     def key(self):
         return f"{self.path}:{self.line}:{self.column}:{self.what}"
@@ -311,7 +315,7 @@ class Source:
         """The text with all breaks; lines keep their numbers."""
         edits = []
         for order, site in enumerate(self.sites):
-            if site.dropped:
+            if not site.is_built():
                 continue
             for part, (offset, text) in enumerate(site.edits):
                 edits.append((offset, part, order if part == 0 else -order, text.replace("@", str(site.number))))
@@ -324,7 +328,7 @@ class Source:
         up = "../" * self.path.count("/")
         head = (f'#include "{up}quilon_mutants.h"\n#pragma clang diagnostic ignored "-Weverything"\n'
                 f'#line 1 "{os.path.basename(self.path)}"\n')
-        return head + "".join(out) if any(not site.dropped for site in self.sites) else self.text
+        return head + "".join(out) if edits else self.text
 
 
 def write_if_other(path, text):
@@ -413,7 +417,8 @@ def build(sources):
         for name, line, column in set(re.findall(r"^(?:\S*/)?(\w+\.(?:cpp|h)):(\d+):(\d+): (?:fatal )?(?:error|note):",
                                                  made.stdout, re.M)):
             for source in by_name.get(name, []):
-                here = [site for site in source.sites if site.line == int(line) and site.key() not in dropped]
+                here = [site for site in source.sites
+                        if site.line == int(line) and site.chosen and site.key() not in dropped]
                 # The most doubtful first; all of the line when that was not it.
                 doubtful = [site for site in here if site.kind in ("constant", "return")] or here
                 dropped.update(site.key() for site in doubtful)
@@ -584,13 +589,15 @@ def main():
         for site in source.sites:
             number += 1
             site.number = number
+    sites = [site for source in sources for site in source.sites]
+    random.Random(ARGUMENTS.seed).shuffle(sites)
+    # Of ten one or two do not compile. Programs with all breaks of all sources would be slow to build and to run.
+    for site in sites[ARGUMENTS.sample * 5 // 4:] if ARGUMENTS.sample else []:
+        site.chosen = False
     make_tree(sources)
     targets = build(sources)
-    sites = [site for source in sources for site in source.sites]
-    compiled = [site for site in sites if not site.dropped]
-    chosen = list(compiled)
-    random.Random(ARGUMENTS.seed).shuffle(chosen)
-    sample = chosen[:ARGUMENTS.sample] if ARGUMENTS.sample else chosen
+    compiled = [site for site in sites if site.is_built()]
+    sample = compiled[:ARGUMENTS.sample] if ARGUMENTS.sample else compiled
     lines = {source.path: source.lines for source in sources}
     if ARGUMENTS.list:
         for site in sample:
@@ -612,7 +619,8 @@ def main():
         results[site.key()] = try_site(site, tests)
         save_json("results.json", results)
         print(f"{at + 1}/{len(sample)} {site.path}:{site.line} {site.what}: {results[site.key()]}", flush=True)
-    return 1 if report(sample, results, lines, len(compiled), len(sites) - len(compiled)) else 0
+    dropped = sum(site.chosen and site.dropped for site in sites)
+    return 1 if report(sample, results, lines, len(compiled), dropped) else 0
 
 
 if __name__ == "__main__":

@@ -130,7 +130,7 @@ prove_fuzz() {
 prove_mutants() { scripts/mutants.py --sample 1000 --minutes "$((minutes / 4 + 1))"; }
 prove_coverage() {
   build coverage
-  find build/coverage -name '*.gcda' -delete
+  rm -rf build/coverage/profiles
   tests coverage '_fuzz\.seeds$'
   scripts/coverage.py --parsers
   tests coverage .
