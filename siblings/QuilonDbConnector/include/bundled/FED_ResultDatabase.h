@@ -32,8 +32,9 @@ struct FED_ResultDatabaseOptions
   static constexpr std::size_t kUsualLimit = static_cast<std::size_t>(-1);
 
   /// Bytes of rows that stay in memory; beyond it rows go to disk and come back when they are asked for. A few chunks
-  /// (of at most 4 MiB each, and 16 MiB in databases of older versions) stay whatever the limit is. Keys and id maps
-  /// are not counted.
+  /// (of at most 4 MiB each, and 16 MiB in databases of older versions) stay whatever the limit is. Keys that
+  /// come from disk stay up to the same limit beside it, those of a few blocks whatever it is; those that were written
+  /// and id maps are not counted.
   std::size_t memoryLimit = kUsualLimit;
 
   /// Databases that work side by side and share what kUsualLimit stands for: this one gets its part, and at least 8
