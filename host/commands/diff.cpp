@@ -233,6 +233,7 @@ void RunComparison(const Options& options, CommandContext& context)
   if (!options.output.empty() && crew.Get().Leads()) {
     for (const std::string& path : options.databases) RequireAnother(options.output, path);
     compare.difference = &publication.emplace(options.output).Target();
+    compare.parts      = publication->GetParts();
   }
   // A page shows the difference, whether it is kept or not.
   FED_ResultDatabase forPage;

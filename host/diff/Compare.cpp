@@ -190,6 +190,7 @@ Report Compare(const NamedDatabase& a, const NamedDatabase& b, const CompareOpti
   terms.info.maxBlockDiffs     = options.maxBlocks;
   std::optional<DifferenceWriter> writer;
   if (options.difference != nullptr) terms.difference = &writer.emplace(first.database, *options.difference);
+  terms.parts                   = options.parts;
   const DatabaseOutcome outcome = ComparePair(first, second, terms, options.match, options.listener);
   if (writer) writer->Finish();
   return MakeReport(outcome, first.GetCompared(), second.GetCompared(), first.name, second.name, terms.info);

@@ -18,8 +18,9 @@
 class FED_Database;
 
 namespace quilon {
+class DatabaseParts;
 class Listener;
-}
+}  // namespace quilon
 
 namespace quilon::diff {
 
@@ -70,7 +71,8 @@ struct CompareOptions
   bool allNorms = true;  ///< whether norms of blocks without a difference are wanted; without, they may be 0
 
   /// Gets B - A of what is compared, see DifferenceWriter; borrowed; null: nothing.
-  FED_Database* difference = nullptr;
+  FED_Database*  difference = nullptr;
+  DatabaseParts* parts      = nullptr;  ///< of it, where several may write it; borrowed
 
   Listener* listener = nullptr;  ///< borrowed; may be null
 };

@@ -2,17 +2,22 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
 #include <set>
+#include <string>
 #include <string_view>
 #include <tuple>
 #include <utility>
 
+#include <bundled/FED_ColumnDataBlock.h>
+#include <bundled/FED_ResultDatabase.h>
 #include <bundled/OnfKinds.h>
 
 #include "database/BlockSummary.h"
+#include "database/DatabaseParts.h"
 #include "database/StoredDatabase.h"
 #include "diff/BlendedBlock.h"
 #include "diff/DifferenceWriter.h"
@@ -27,6 +32,9 @@ namespace {
 
 constexpr int kModes = 2;  // of the index Analysis
 
+/// Of a difference: with the model behind them, fewer than the 32 segments of which one is made.
+constexpr std::size_t kMostParts = 24;
+
 constexpr const char* kImaginaryDisplacement = "DISPI";  // the name that the solver gives it
 
 /// What comparing one pair of blocks says.
@@ -40,6 +48,47 @@ struct BlockVerdict
   friend void Travel(Parcel& parcel, BlockVerdict& verdict)
   {
     parcel(verdict.status, verdict.isNegated, verdict.fields);
+  }
+};
+
+/// Some blocks that one compares at a time.
+struct ComparisonUnit
+{
+  std::optional<PartTicket> ticket = {};  ///< of their difference, which he writes; nothing: whoever leads does
+  std::size_t               first  = 0;
+  std::size_t               end    = 0;
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, ComparisonUnit& unit)
+  {
+    parcel(unit.ticket, unit.first, unit.end);
+  }
+};
+
+/// What those who compare have to know beside the databases.
+struct ComparisonBrief
+{
+  FED_PartBase                base;  ///< where parts are written
+  std::vector<ComparisonUnit> units;
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, ComparisonBrief& brief)
+  {
+    parcel(brief.base.ids, brief.base.userKindNames, brief.units);
+  }
+};
+
+/// What comparing the blocks of a unit says.
+struct UnitVerdict
+{
+  std::vector<BlockVerdict> blocks;
+  std::uint64_t             segment = 0;  ///< of the part with their difference
+  std::set<int>             iterations;   ///< that are in it
+
+  template <typename Parcel>
+  friend void Travel(Parcel& parcel, UnitVerdict& verdict)
+  {
+    parcel(verdict.blocks, verdict.segment, verdict.iterations);
   }
 };
 
@@ -159,15 +208,35 @@ public:
     return verdict;
   }
 
-  /// Takes what was judged here or in another comparison of the same databases, and writes the difference.
+  /// Takes what was judged here or in another comparison of the same databases.
   void Accept(std::size_t number, BlockVerdict verdict)
   {
     BlockOutcome& outcome = outcome_.blocks[number];
     outcome.status        = verdict.status;
     outcome.isNegated     = verdict.isNegated;
     outcome.fields        = std::move(verdict.fields);
-    if (terms_.difference != nullptr) WriteDifference(outcome);
   }
+
+  void WriteDifference(std::size_t number, DifferenceWriter& writer)
+  {
+    const BlockOutcome&  outcome = outcome_.blocks[number];
+    const ComparisonRule rule    = terms_.rules.Find(outcome.kind);
+    if (!IsCompared(outcome, rule)) return;
+    const PairedBlocks paired(*this, outcome, rule);
+    writer.Write(*outcome.block, paired.second, paired.pairs, paired.transformation);
+  }
+
+  /// @return about how many bytes a difference has
+  std::uint64_t CountBytes(std::size_t number) const
+  {
+    const BlockOutcome& outcome = outcome_.blocks[number];
+    if (!IsCompared(outcome, terms_.rules.Find(outcome.kind))) return 0;
+    const auto& columns = dynamic_cast<const FED_ColumnDataBlock&>(*outcome.block);
+    return sizeof(double) * columns.GetRecordCount() *
+           std::max<std::size_t>(columns.GetRecordFormat().GetDoubleCount(), 1);
+  }
+
+  const FED_Database& GetFirst() const noexcept { return first_.database; }
 
   DatabaseOutcome Take() { return std::move(outcome_); }
 
@@ -322,14 +391,6 @@ private:
     verdict.status = verdict.fields.IsSame() ? BlockOutcome::Same : BlockOutcome::Different;
   }
 
-  void WriteDifference(const BlockOutcome& outcome)
-  {
-    const ComparisonRule rule = terms_.rules.Find(outcome.kind);
-    if (!IsCompared(outcome, rule)) return;
-    const PairedBlocks paired(*this, outcome, rule);
-    terms_.difference->Write(*outcome.block, paired.second, paired.pairs, paired.transformation);
-  }
-
   /// Two blocks that are compared, record by record.
   struct PairedBlocks
   {
@@ -435,6 +496,67 @@ private:
   std::optional<std::map<std::pair<FED_DataDescriptor, std::string>, std::pair<double, double>>> vectorPeaks_;
 };
 
+/// Divides the blocks among those who compare: into parts of the difference where there is much of it, else one by one.
+ComparisonBrief MakeBrief(const Comparison& comparison, const ComparisonTerms& terms)
+{
+  ComparisonBrief          brief;
+  const std::size_t        count = comparison.CountBlocks();
+  std::vector<std::size_t> ends;
+  if (terms.difference != nullptr && terms.parts != nullptr) {
+    std::vector<std::uint64_t> bytes(count);
+    for (std::size_t i = 0; i < count; ++i) bytes[i] = comparison.CountBytes(i);
+    ends = DivideIntoParts(bytes, kMostParts);
+  }
+  if (ends.size() < 2 || !terms.difference->AddAllIds()) {
+    for (std::size_t i = 0; i < count; ++i) brief.units.push_back({std::nullopt, i, i + 1});
+    return brief;
+  }
+  std::size_t first = 0;
+  for (PartTicket& ticket : terms.parts->GiveOut(ends.size())) {
+    const std::size_t end = ends[brief.units.size()];
+    brief.units.push_back({std::move(ticket), first, end});
+    first = end;
+  }
+  brief.base = terms.parts->GetBase();
+  return brief;
+}
+
+UnitVerdict JudgeUnit(Comparison& comparison, const ComparisonBrief& brief, std::size_t number)
+{
+  const ComparisonUnit&           unit = brief.units[number];
+  UnitVerdict                     verdict;
+  std::optional<WrittenPart>      part;
+  std::optional<DifferenceWriter> writer;
+  if (unit.ticket) writer.emplace(comparison.GetFirst(), part.emplace(*unit.ticket, brief.base).Get());
+  for (std::size_t block = unit.first; block < unit.end; ++block) {
+    verdict.blocks.push_back(comparison.Judge(block));
+    if (writer) comparison.WriteDifference(block, *writer);
+  }
+  if (!writer) return verdict;
+  verdict.iterations = writer->GetIterations();
+  verdict.segment    = part->Finish();
+  return verdict;
+}
+
+/// Those that another thread compares.
+struct OwnComparison
+{
+  OwnComparison(std::unique_ptr<StoredDatabase> a, std::unique_ptr<StoredDatabase> b, const ComparedDatabase& as,
+                const ComparedDatabase& bs, const ComparisonTerms& terms)
+      : storedFirst(std::move(a)),
+        storedSecond(std::move(b)),
+        first{storedFirst->Get(), as.blocks},
+        second{storedSecond->Get(), bs.blocks},
+        comparison(first, second, terms)
+  {}
+
+  std::unique_ptr<StoredDatabase> storedFirst;
+  std::unique_ptr<StoredDatabase> storedSecond;
+  ComparedDatabase                first;
+  ComparedDatabase                second;
+  Comparison                      comparison;
+};
+
 }  // namespace
 
 bool BlockOutcome::IsWorseThan(const BlockOutcome& other) const noexcept
@@ -462,42 +584,45 @@ bool DatabaseOutcome::IsSame() const noexcept
 DatabaseOutcome CompareDatabases(const ComparedDatabase& first, const ComparedDatabase& second,
                                  const ComparisonTerms& terms)
 {
-  Comparison         comparison(first, second, terms);
-  Plan<BlockVerdict> plan;
-  plan.units      = comparison.CountBlocks();
-  plan.state      = first.readers.state + ' ' + second.readers.state;
-  plan.makeWorker = [&](bool isFirst) -> Plan<BlockVerdict>::Worker {
-    if (isFirst) return [&comparison](std::size_t number) { return comparison.Judge(number); };
-    if (!first.readers.open || !second.readers.open) return {};
-    struct Own
-    {
-      Own(std::unique_ptr<StoredDatabase> a, std::unique_ptr<StoredDatabase> b, const ComparedDatabase& as,
-          const ComparedDatabase& bs, const ComparisonTerms& terms)
-          : storedFirst(std::move(a)),
-            storedSecond(std::move(b)),
-            first{storedFirst->Get(), as.blocks},
-            second{storedSecond->Get(), bs.blocks},
-            comparison(first, second, terms)
-      {}
-
-      std::unique_ptr<StoredDatabase> storedFirst;
-      std::unique_ptr<StoredDatabase> storedSecond;
-      ComparedDatabase                first;
-      ComparedDatabase                second;
-      Comparison                      comparison;
+  Comparison        comparison(first, second, terms);
+  CrewOrSelf        crew(first.readers.crew);
+  ComparisonBrief   brief;
+  Plan<UnitVerdict> plan;
+  plan.state = first.readers.state + ' ' + second.readers.state + ' ' + std::to_string(comparison.CountBlocks());
+  if (crew.Get().Leads()) brief = MakeBrief(comparison, terms);
+  plan.units     = brief.units.size();
+  plan.makeBrief = [&brief] {
+    ParcelWriter parcel;
+    parcel(brief);
+    return parcel.Take();
+  };
+  if (!crew.Get().Leads())
+    plan.takeBrief = [&brief](std::string_view bytes) {
+      ParcelReader parcel(bytes);
+      parcel(brief);
     };
+  plan.makeWorker = [&](bool isFirst) -> Plan<UnitVerdict>::Worker {
+    if (isFirst) return [&](std::size_t number) { return JudgeUnit(comparison, brief, number); };
+    if (!first.readers.open || !second.readers.open) return {};
     auto storedFirst  = first.readers.open();
     auto storedSecond = storedFirst ? second.readers.open() : nullptr;
     if (!storedSecond) return {};
-    auto own = std::make_shared<Own>(std::move(storedFirst), std::move(storedSecond), first, second, terms);
-    return [own](std::size_t number) { return own->comparison.Judge(number); };
+    auto own = std::make_shared<OwnComparison>(std::move(storedFirst), std::move(storedSecond), first, second, terms);
+    return [own, &brief](std::size_t number) { return JudgeUnit(own->comparison, brief, number); };
   };
   plan.onProgress = [&](std::size_t done) {
-    if (terms.progress) terms.progress(done, comparison.CountBlocks());
+    if (terms.progress) terms.progress(done, brief.units.size());
   };
-  CrewOrSelf crew(first.readers.crew);
-  CarryOut(crew.Get(), std::move(plan),
-           [&](std::size_t number, BlockVerdict verdict) { comparison.Accept(number, std::move(verdict)); });
+  CarryOut(crew.Get(), std::move(plan), [&](std::size_t number, UnitVerdict&& verdict) {
+    const ComparisonUnit& unit = brief.units[number];
+    for (std::size_t block = unit.first; block < unit.end; ++block) {
+      comparison.Accept(block, std::move(verdict.blocks[block - unit.first]));
+      if (!unit.ticket && terms.difference != nullptr) comparison.WriteDifference(block, *terms.difference);
+    }
+    if (!unit.ticket) return;
+    terms.parts->Take(*unit.ticket, verdict.segment);
+    terms.difference->AddIterations(verdict.iterations);
+  });
   return comparison.Take();
 }
 

@@ -17,6 +17,10 @@
 
 class FED_Database;
 
+namespace quilon {
+class DatabaseParts;
+}
+
 namespace quilon::diff {
 
 class DifferenceWriter;
@@ -49,9 +53,11 @@ struct ComparisonTerms
   const StepMatch* steps = nullptr;
   /// Gets B - A of all compared blocks; borrowed; null: none.
   DifferenceWriter* difference = nullptr;
+  /// Of the database that gets it: where there is much, readers write it. Borrowed; null: this thread writes all.
+  DatabaseParts* parts = nullptr;
   /// Whether norms of blocks without a difference are wanted.
   bool allNorms = true;
-  /// Told how many blocks of how many are done.
+  /// Told how many blocks, or parts of the difference, of how many are done.
   std::function<void(std::size_t done, std::size_t total)> progress;
 };
 

@@ -6,6 +6,7 @@
 
 #include <bundled/FED_BlockCopy.h>
 #include <bundled/FED_ColumnDataBlock.h>
+#include <bundled/FED_ResultDatabase.h>
 #include <bundled/OnfKinds.h>
 
 #include "database/ModelCopy.h"
@@ -121,6 +122,17 @@ void DifferenceWriter::Write(const FED_DataBlock& first, const FED_DataBlock& se
     block.SetRecord(FindOrAddIndex(descriptor, pair.first), *record);
   });
   block.DeleteDataRecord(record);
+}
+
+bool DifferenceWriter::AddAllIds()
+{
+  const auto* const first = dynamic_cast<const FED_ResultDatabase*>(&first_);
+  if (first == nullptr) return false;
+  const FED_ResultIdMapsPool& ids = first->GetIdMapsPool();
+  for (int kind = 0; kind < FED_ResultIdMapsPool::kNumKinds; ++kind)
+    for (std::size_t index = 1; index <= ids.GetCount(kind); ++index)
+      target_.GetIdMapsPool().FindOrAddIndex(kind, ids.GetId(kind, index));
+  return true;
 }
 
 void DifferenceWriter::Finish()

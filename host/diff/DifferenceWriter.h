@@ -30,6 +30,16 @@ public:
   void Write(const FED_DataBlock& first, const FED_DataBlock& second, const RecordPairs& pairs,
              const Transformation& transformation);
 
+  /// Makes ids of the first database known to the target, all of them, as parts of the target need.
+  /// @return false where the first one does not tell them
+  bool AddAllIds();
+
+  /// @return of blocks that were written
+  const std::set<int>& GetIterations() const noexcept { return iterations_; }
+
+  /// Takes those of blocks that were written into parts of the target.
+  void AddIterations(const std::set<int>& iterations) { iterations_.insert(iterations.begin(), iterations.end()); }
+
   /// To be called behind all blocks: copies the model of what was written, where it was not compared.
   void Finish();
 

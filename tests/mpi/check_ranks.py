@@ -262,6 +262,21 @@ def expect_as_before(database, before, dies):
            f"a rank without room or life: the database has changed: {list(after)}")
 
 
+def check_difference(place, database):
+    """Ranks write parts of the difference of two databases."""
+    changed, other, whole = place / "changed.frd", place / "other.fed", place / "whole.fed"
+    changed.write_text(results_of(600, 24).replace(" 7.00000E+00", " 7.50000E+00"), encoding="ascii")
+    code, _, errors = one(["import", str(changed), "-o", str(other), "--request", "none"])
+    expect(code == 0, f"import: {errors}")
+    words = ["diff", str(database), str(other), "--brief", "-o"]
+    compare_files([*words, "OUT", *IN_PARTS], "new.fed", 1, (1, 2, 7))
+    parts = place / "parts.fed"
+    expect(one([*words, str(parts), *IN_PARTS])[0] == 1 and one([*words, str(whole)])[0] == 1, "diff")
+    expect(len(tree(parts)) > len(tree(whole)) + 2, f"the difference is not written in parts: {list(tree(parts))}")
+    found = one(["diff", str(parts), str(whole), "--exact"])
+    expect(found[0] == 0, f"the difference is another one in parts: {found[1]} {found[2]}")
+
+
 def check_steps():
     """Ranks derive parts of a database, and export and integrate a step each."""
     place = fresh("steps")
@@ -277,6 +292,7 @@ def check_steps():
         expect_as_before(database, before, dies)
     expect(one(["derive", str(database), *IN_PARTS])[0] == 0 and tree(database) == after,
            "derive: the next run makes another database")
+    check_difference(place, database)
     compare_files(["export", str(database), "displacement,stress.p1@sub=1-5", "-o", "OUT"], "new.pvd", counts=(2, 7))
     whole = fresh("whole")
     found = many(2, ["export", str(database), "displacement", "-o", str(whole / "no/such/new.pvd")])

@@ -518,6 +518,7 @@ void FED_ResultDatabase::SetUserKindName(FED_OnfId onf, const std::string& name)
                           " takes no name, expected a user kind, 1000 to 1999",
                       kTag);
   RequireWriter();
+  if (name == GetUserKindName(onf)) return;  // else a commit would write all names anew
   if (name.empty())
     userKindNames_.erase(onf);
   else
