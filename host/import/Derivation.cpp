@@ -43,7 +43,7 @@ constexpr std::array<std::pair<int, int>, 4> kPrincipalKinds = {
      {OnfKind::NodalStrainPrincipal, OnfKind::NodalStrain}}};
 
 /// With the segments of an import in parts, fewer than the 32 of which one is made.
-constexpr std::size_t kMostParts = 6;
+constexpr std::size_t kMostDerivedParts = 6;
 
 /// Some records of a block of tensors.
 struct TensorSlice
@@ -225,7 +225,7 @@ DerivationBrief MakeBrief(const std::vector<TensorSlice>& slices, bool isCopy, D
     if (slice.first == 0) bytes.push_back(kBytes * slice.all);
   DerivationBrief                brief{isCopy, {}, {}};
   const std::vector<std::size_t> ends =
-      parts == nullptr ? std::vector<std::size_t>() : DivideIntoParts(bytes, kMostParts);
+      parts == nullptr ? std::vector<std::size_t>() : DivideIntoParts(bytes, kMostDerivedParts);
   if (ends.size() < 2) {
     for (const TensorSlice& slice : slices) brief.units.push_back({std::nullopt, {slice}});
     return brief;

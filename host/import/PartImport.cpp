@@ -28,7 +28,7 @@ namespace quilon {
 namespace {
 
 /// With segments of what comes before and behind, fewer than the 32 of which one is made.
-constexpr std::size_t kMostParts = 24;
+constexpr std::size_t kMostFileParts = 24;
 
 /// Fields of whole results.
 using Fields = std::vector<FieldMark>;
@@ -50,7 +50,7 @@ std::vector<Fields> Divide(const std::vector<ResultFile::Head>& heads)
   }
   std::vector<Fields> parts;
   std::size_t         next = 0;
-  for (const std::size_t end : DivideIntoParts(bytes, kMostParts)) {
+  for (const std::size_t end : DivideIntoParts(bytes, kMostFileParts)) {
     Fields& part = parts.emplace_back();
     for (; next < end; ++next) part.insert(part.end(), results[next].begin(), results[next].end());
   }
