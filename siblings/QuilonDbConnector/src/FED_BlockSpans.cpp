@@ -92,14 +92,18 @@ private:
   const std::vector<RowColumn>* columns_ = nullptr;
 };
 
+void WalkChunk(const ResultDataBlock& block, std::size_t chunk, ChunkSpan& span,
+               const std::function<void(const FED_BlockSpan&)>& take)
+{
+  const PinnedChunk pinned(block, chunk);
+  block.GetChunkKeys(chunk, span.GetIndexBuffer());
+  span.Show(block.GetRecordFormat(), pinned.GetColumns());
+  take(span);
+}
+
 void WalkChunks(const ResultDataBlock& block, ChunkSpan& span, const std::function<void(const FED_BlockSpan&)>& take)
 {
-  for (std::size_t chunk = 0; chunk < block.GetChunkCount(); ++chunk) {
-    const PinnedChunk pinned(block, chunk);
-    block.GetChunkKeys(chunk, span.GetIndexBuffer());
-    span.Show(block.GetRecordFormat(), pinned.GetColumns());
-    take(span);
-  }
+  for (std::size_t chunk = 0; chunk < block.GetChunkCount(); ++chunk) WalkChunk(block, chunk, span, take);
 }
 
 // A block of another database has no columns: its records are put in some.
@@ -151,6 +155,19 @@ void FED_ForEachSpan(const FED_DataBlock& block, const FED_IdMapsPool& pool,
                      const std::function<void(const FED_BlockSpan&)>& take)
 {
   Walk(block, &pool, take);
+}
+
+void FED_VisitChunk(const FED_ColumnDataBlock& block, const FED_IdMapsPool& pool, std::size_t chunk,
+                    const std::function<void(const FED_BlockSpan&)>& take)
+{
+  const auto* own = dynamic_cast<const ResultDataBlock*>(&block);
+  if (own == nullptr) ThrowBlockFailure(block.GetDescriptor(), "expected a block of FED_ResultDatabase", kTag);
+  if (chunk >= block.GetChunkCount())
+    ThrowBlockFailure(block.GetDescriptor(),
+                      "chunk is " + std::to_string(chunk) + ", the block has " + std::to_string(block.GetChunkCount()),
+                      kTag);
+  ChunkSpan span(block, &pool);
+  WalkChunk(*own, chunk, span, take);
 }
 
 bool FED_SpansAscend(const FED_DataBlock& block)

@@ -212,6 +212,35 @@ TEST(BlockSpans, GiveIdsByTheMapOfTheKind)
   EXPECT_THROW(FED_ForEachSpan(stress, database.GetIdMapsPool(), collect), FED_Failure);
 }
 
+TEST(BlockSpans, OfSingleChunksAreThoseOfTheWalk)
+{
+  FED_ResultDatabase database;
+  const auto&        block = dynamic_cast<const FED_ColumnDataBlock&>(database.GetOrCreateDataBlock(Key(521), 0));
+  for (int id = 70000; id > 0; --id) {
+    const double tensor[6] = {0.5 * id, 2, 3, 4, 5, 6};
+    database.GetDataBlock(Key(521)).SetValuesAt(database.GetIdMapsPool().FindOrAddIndex(0, id), tensor);
+  }
+  std::vector<std::vector<int>>    ids;
+  std::vector<std::vector<double>> values;
+  FED_ForEachSpan(block, database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
+    ids.push_back(Copy(span.GetIds()));
+    values.push_back(Copy(span.GetDoubles(1)));
+  });
+  ASSERT_EQ(block.GetChunkCount(), 2u);
+  ASSERT_EQ(ids.size(), 2u);
+  for (const std::size_t chunk : {1u, 0u}) {
+    int numSpans = 0;
+    FED_VisitChunk(block, database.GetIdMapsPool(), chunk, [&](const FED_BlockSpan& span) {
+      ++numSpans;
+      EXPECT_TRUE(Copy(span.GetIds()) == ids[chunk]);
+      EXPECT_TRUE(Copy(span.GetDoubles(1)) == values[chunk]);
+    });
+    EXPECT_EQ(numSpans, 1);
+  }
+  const auto visit = [&] { FED_VisitChunk(block, database.GetIdMapsPool(), 2, [](const FED_BlockSpan&) {}); };
+  EXPECT_EQ(MessageOf(visit), "block iteration=0 onf=521: chunk is 2, the block has 2");
+}
+
 TEST(BlockSpans, StayValidWhateverElseIsReadAndWrittenMeanwhile)
 {
   const quilon_test::TempFolder folder;

@@ -15,6 +15,7 @@
 #include "quilon_contract_export.h"
 #include "QuilonUtilities/QuilonContainer.h"
 
+class FED_ColumnDataBlock;
 class FED_DataBlock;
 class FED_IdMapsPool;
 
@@ -77,6 +78,13 @@ QUILON_DB_CONNECTOR_API void FED_ForEachSpan(const FED_DataBlock&               
 /// @throws FED_Failure for an index that no id has
 QUILON_DB_CONNECTOR_API void FED_ForEachSpan(const FED_DataBlock& block, const FED_IdMapsPool& pool,
                                              const std::function<void(const FED_BlockSpan&)>& take);
+
+/// Calls take(span) once, for the records of one chunk: the span that FED_ForEachSpan() gives of it. Who needs the same
+/// chunk of many blocks goes by chunks, and has what it keeps of these records near at hand.
+/// @param chunk 0 <= chunk < block.GetChunkCount()
+/// @throws FED_Failure for another chunk, and as FED_ForEachSpan()
+QUILON_DB_CONNECTOR_API void FED_VisitChunk(const FED_ColumnDataBlock& block, const FED_IdMapsPool& pool,
+                                            std::size_t chunk, const std::function<void(const FED_BlockSpan&)>& take);
 
 /// @return whether FED_ForEachSpan() gives the records of a block by ascending index
 QUILON_DB_CONNECTOR_API bool FED_SpansAscend(const FED_DataBlock& block);
