@@ -4,6 +4,7 @@
 #include <array>
 #include <atomic>
 #include <cmath>
+#include <compare>
 #include <map>
 #include <memory>
 #include <numeric>
@@ -12,6 +13,7 @@
 #include <utility>
 
 #include <bundled/FED_BlockSpans.h>
+#include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/OnfKinds.h>
 
 #include "answers/ChosenComponents.h"
@@ -20,6 +22,7 @@
 #include "answers/Region.h"
 #include "database/StoredDatabase.h"
 #include "kinds/KindTable.h"
+#include "kinds/RunningExtremes.h"
 #include "kinds/UserKindPool.h"
 #include "mesh/Mesh.h"
 #include "progress/Crew.h"
@@ -57,35 +60,6 @@ struct EnvelopePart
   }
 };
 
-/// Offers all records of a block as the next step.
-/// @param region null: all
-void OfferBlock(const FED_Database& database, const Descriptor& descriptor, const RecordTurner& turner, Region* region,
-                EnvelopePart& series)
-{
-  const std::size_t numValues = series.field.GetComponents().front().NumValues();
-  series.field.BeginStep();
-  const FED_DataBlock&        block = database.GetConstDataBlock(descriptor);
-  std::optional<RegionFilter> filter;
-  std::vector<int>            keptIds;
-  std::vector<double>         keptValues;
-  if (region != nullptr && !region->IsEverything()) filter = region->FilterOf(block);
-  FED_ForEachSpan(block, database.GetIdMapsPool(), [&](const FED_BlockSpan& span) {
-    ThrowIfInterrupted();
-    const int* const    ids    = span.GetIds().GetData();
-    const double* const values = span.GetDoubles(1).GetData();
-    if (!turner.Turns() && !filter) return series.field.OfferAll(span.GetCount(), ids, values, numValues);
-    keptIds.clear();
-    keptValues.clear();
-    for (std::size_t r = 0; r < span.GetCount(); ++r) {
-      if (filter && !filter->Holds(ids[r])) continue;
-      keptIds.push_back(ids[r]);
-      keptValues.insert(keptValues.end(), values + r * numValues, values + (r + 1) * numValues);
-      if (!turner.Turn(ids[r], std::span(keptValues).last(numValues))) ++series.numWithoutAxes;
-    }
-    series.field.OfferAll(keptIds.size(), keptIds.data(), keptValues.data(), numValues);
-  });
-}
-
 using AllSeries = std::map<Descriptor, std::vector<Descriptor>>;
 
 AllSeries GroupBySeries(const std::vector<Descriptor>& blocks)
@@ -96,34 +70,130 @@ AllSeries GroupBySeries(const std::vector<Descriptor>& blocks)
   return series;
 }
 
-/// Some steps of a series, one after the other.
-struct StepRange
+/// What is read at once: a chunk of the block of a step, or all of a block without chunks. They go by chunk, then by
+/// step: what is kept of the ids of a chunk, which mostly are the same in all steps, stays near the processor.
+struct StepChunk
 {
-  const AllSeries::value_type* series;
-  std::size_t                  begin;
-  std::size_t                  end;
+  std::size_t number = 0;
+  std::size_t step   = 0;
 
-  bool IsLast() const noexcept { return end == series->second.size(); }
+  auto operator<=>(const StepChunk&) const = default;
 };
 
-/// @param parts that each series is divided into, as far as it has so many steps
-std::vector<StepRange> DivideSteps(const AllSeries& allSeries, std::size_t parts)
+/// How the records of a series lie.
+class StepChunks
 {
-  std::vector<StepRange> ranges;
-  for (const auto& series : allSeries) {
-    const std::size_t steps = series.second.size();
-    const std::size_t count = std::min(parts, steps);
-    for (std::size_t i = 0; i < count; ++i) ranges.push_back({&series, i * steps / count, (i + 1) * steps / count});
+public:
+  StepChunks(const FED_Database& database, const std::vector<Descriptor>& steps)
+  {
+    for (const Descriptor& step : steps) {
+      const FED_DataBlock& block   = database.GetConstDataBlock(step);
+      const auto* const    columns = dynamic_cast<const FED_ColumnDataBlock*>(&block);
+      const std::size_t    records = columns == nullptr ? block.GetSize() : columns->GetRecordCount();
+      blocks_.push_back({&block, columns, columns == nullptr ? 1 : columns->GetChunkCount(), records});
+      numChunks_ = std::max(numChunks_, blocks_.back().chunks);
+      numParts_ += blocks_.back().chunks;
+      most_ = std::max(most_, records);
+    }
   }
-  return ranges;
+
+  std::size_t CountAll() const noexcept { return numParts_; }
+
+  /// @return records of the largest step
+  std::size_t MostRecords() const noexcept { return most_; }
+
+  StepChunk End() const noexcept { return {numChunks_, 0}; }
+
+  const FED_DataBlock& GetBlock(std::size_t step) const noexcept { return *blocks_[step].block; }
+
+  /// @return null for a block without chunks
+  const FED_ColumnDataBlock* GetColumns(std::size_t step) const noexcept { return blocks_[step].columns; }
+
+  /// Calls visit(chunk) for those from begin to before end that are there.
+  template <typename Visit>
+  void ForEach(StepChunk begin, StepChunk end, const Visit& visit) const
+  {
+    for (StepChunk chunk = begin; chunk < end; ++chunk.step) {
+      if (chunk.step == blocks_.size()) chunk = {chunk.number + 1, 0};
+      if (chunk < end && chunk.number < blocks_[chunk.step].chunks) visit(chunk);
+    }
+  }
+
+  /// @return where parts of about as many records begin, ascending, and the end
+  std::vector<StepChunk> Divide(std::size_t parts) const
+  {
+    std::size_t all = 0;
+    ForEach({}, End(), [&](StepChunk chunk) { all += CountRecords(chunk); });
+    std::vector<StepChunk> begins;
+    std::size_t            before = 0;
+    ForEach({}, End(), [&](StepChunk chunk) {
+      const std::size_t records = CountRecords(chunk);
+      if (begins.size() < parts && (before + records / 2) * parts >= all * begins.size()) begins.push_back(chunk);
+      before += records;
+    });
+    if (begins.empty()) begins.push_back({});
+    begins.push_back(End());
+    return begins;
+  }
+
+private:
+  struct Block
+  {
+    const FED_DataBlock*       block;
+    const FED_ColumnDataBlock* columns;
+    std::size_t                chunks;
+    std::size_t                records;
+  };
+
+  std::size_t CountRecords(StepChunk chunk) const noexcept
+  {
+    const Block& block = blocks_[chunk.step];
+    if (block.columns == nullptr) return block.records;
+    const std::size_t perChunk = block.columns->GetRowsPerChunk();
+    return std::min(perChunk, block.records - chunk.number * perChunk);
+  }
+
+  std::vector<Block> blocks_;  // by step
+  std::size_t        numChunks_ = 0;
+  std::size_t        numParts_  = 0;
+  std::size_t        most_      = 0;
+};
+
+/// Some chunks of a series, one behind the other.
+struct ChunkRange
+{
+  const AllSeries::value_type* series;
+  StepChunk                    begin;
+  StepChunk                    end;
+  bool                         isLast;  // of the series
+};
+
+struct DividedChunks
+{
+  std::vector<ChunkRange> ranges;
+  std::size_t             numChunks = 0;
+};
+
+/// @param parts that each series is divided into, as far as it has so many chunks
+DividedChunks DivideChunks(const FED_Database& database, const AllSeries& allSeries, std::size_t parts)
+{
+  DividedChunks divided;
+  for (const auto& series : allSeries) {
+    const StepChunks             chunks(database, series.second);
+    const std::vector<StepChunk> begins = chunks.Divide(parts);
+    for (std::size_t i = 0; i + 1 < begins.size(); ++i)
+      divided.ranges.push_back({&series, begins[i], begins[i + 1], i + 2 == begins.size()});
+    divided.numChunks += chunks.CountAll();
+  }
+  return divided;
 }
 
-/// Reads steps for envelopes, one thread its own.
-class StepReader
+/// Reads chunks for envelopes, one thread its own.
+class ChunkReader
 {
 public:
   /// @param region null: all
-  StepReader(const FED_Database& database, const EnvelopeRequest& request, Region* region)
+  ChunkReader(const FED_Database& database, const EnvelopeRequest& request, Region* region)
       : database_(database), request_(request), region_(region), axes_(database, request.axes, request.database)
   {}
 
@@ -137,17 +207,33 @@ public:
     }
   }
 
-  /// @param onBlock called before each block
-  EnvelopePart Read(const StepRange& steps, const std::function<void()>& onBlock) const
+  /// @param onChunk called before each chunk
+  EnvelopePart Read(const ChunkRange& range, const std::function<void()>& onChunk) const
   {
-    const auto& [key, members] = *steps.series;
-    const RecordTurner turner  = axes_.TurnerOf(key);
-    EnvelopePart       part{EnvelopeField(ChosenComponents(request_.selection, OnfOf(key)))};
-    for (std::size_t i = steps.begin; i < steps.end; ++i) {
+    const auto& [key, members] = *range.series;
+    const StepChunks                         chunks(database_, members);
+    const RecordTurner                       turner = axes_.TurnerOf(key);
+    std::vector<std::optional<RegionFilter>> filters(members.size());
+    EnvelopePart                             part{EnvelopeField(ChosenComponents(request_.selection, OnfOf(key)))};
+    // All steps count, also those without a record here.
+    part.field.BeginStep(static_cast<std::uint32_t>(members.size() - 1));
+    if (region_ == nullptr || region_->IsEverything()) part.field.Reserve(chunks.MostRecords());
+    chunks.ForEach(range.begin, range.end, [&](StepChunk chunk) {
       ThrowIfInterrupted();
-      onBlock();
-      OfferBlock(database_, members[i], turner, region_, part);
-    }
+      onChunk();
+      std::optional<RegionFilter>& filter = filters[chunk.step];
+      const FED_DataBlock&         block  = chunks.GetBlock(chunk.step);
+      if (region_ != nullptr && !region_->IsEverything() && !filter) filter = region_->FilterOf(block);
+      part.field.BeginStep(static_cast<std::uint32_t>(chunk.step));
+      const auto take = [&](const FED_BlockSpan& span) {
+        ThrowIfInterrupted();
+        OfferSpan(span, turner, filter, part);
+      };
+      if (const auto* const columns = chunks.GetColumns(chunk.step))
+        FED_VisitChunk(*columns, database_.GetIdMapsPool(), chunk.number, take);
+      else
+        FED_ForEachSpan(block, database_.GetIdMapsPool(), take);
+    });
     part.field.Settle();
     if (region_ != nullptr) part.notes = region_->GetNotes();
     return part;
@@ -156,6 +242,32 @@ public:
   const std::string& DescribeAxes() const noexcept { return axes_.Describe(); }
 
 private:
+  /// @param filter nothing: all records
+  static void OfferSpan(const FED_BlockSpan& span, const RecordTurner& turner,
+                        const std::optional<RegionFilter>& filter, EnvelopePart& part)
+  {
+    const std::size_t   numValues = part.field.GetComponents().front().NumValues();
+    const int* const    ids       = span.GetIds().GetData();
+    const double* const values    = span.GetDoubles(1).GetData();
+    if (!turner.Turns() && !filter) return part.field.OfferAll(span.GetCount(), ids, values, numValues);
+    constexpr std::size_t kMostAtOnce = 1024;
+    std::vector<int>      keptIds;
+    std::vector<double>   keptValues;
+    const auto            offer = [&] {
+      part.field.OfferAll(keptIds.size(), keptIds.data(), keptValues.data(), numValues);
+      keptIds.clear();
+      keptValues.clear();
+    };
+    for (std::size_t r = 0; r < span.GetCount(); ++r) {
+      if (filter && !filter->Holds(ids[r])) continue;
+      keptIds.push_back(ids[r]);
+      keptValues.insert(keptValues.end(), values + r * numValues, values + (r + 1) * numValues);
+      if (!turner.Turn(ids[r], std::span(keptValues).last(numValues))) ++part.numWithoutAxes;
+      if (keptIds.size() == kMostAtOnce) offer();
+    }
+    offer();
+  }
+
   const FED_Database&    database_;
   const EnvelopeRequest& request_;
   Region*                region_;
@@ -163,9 +275,9 @@ private:
 };
 
 /// One of another thread, with all that it reads.
-struct OwnStepReader
+struct OwnChunkReader
 {
-  OwnStepReader(std::unique_ptr<StoredDatabase> database, const EnvelopeRequest& request)
+  OwnChunkReader(std::unique_ptr<StoredDatabase> database, const EnvelopeRequest& request)
       : stored(std::move(database)),
         region(request.region == nullptr
                    ? nullptr
@@ -175,7 +287,7 @@ struct OwnStepReader
 
   std::unique_ptr<StoredDatabase> stored;
   std::unique_ptr<Region>         region;
-  StepReader                      reader;
+  ChunkReader                     reader;
 };
 
 /// @param report receives the kinds that have no envelope
@@ -210,7 +322,11 @@ public:
         pool_(target),
         isOfElements_(OnfKind::EntityOf(series.key) == OnfKind::ElementEntity),
         rows_(series.field.SortedRows())
-  {}
+  {
+    const int       kind = isOfElements_ ? OnfKind::ElementEntity : OnfKind::NodeEntity;
+    FED_IdMapsPool& ids  = target.GetIdMapsPool();
+    for (const std::size_t row : rows_) indices_.push_back(ids.FindOrAddIndex(kind, series.field.GetId(row)));
+  }
 
   /// @param first, count of the components that are the values of a record
   void Write(const std::string& name, std::size_t first, std::size_t count)
@@ -248,17 +364,16 @@ private:
       descriptor.SetInteger(Descriptor::LoadCase, loadCase);
       descriptor.SetInteger(Descriptor::Substep, 1);
       FED_DataBlock&        block = target_.GetOrCreateDataBlock(descriptor, rows_.size());
-      FED_IdMapsPool&       ids   = target_.GetIdMapsPool();
-      const int             kind  = isOfElements_ ? OnfKind::ElementEntity : OnfKind::NodeEntity;
       std::array<double, 6> values{};
-      for (const std::size_t row : rows_) {
+      for (std::size_t i = 0; i < rows_.size(); ++i) {
+        const std::size_t row = rows_[i];
         for (std::size_t k = 0; k < count; ++k) {
           const EnvelopeField::Extreme extreme = loadCase == EnvelopeLeast      ? field.GetLeast(row, first + k)
                                                  : loadCase == EnvelopeGreatest ? field.GetGreatest(row, first + k)
                                                                                 : field.GetLargest(row, first + k);
           values[k]                            = value(extreme);
         }
-        block.SetValuesAt(ids.FindOrAddIndex(kind, field.GetId(row)), values.data());
+        block.SetValuesAt(indices_[i], values.data());
       }
     }
   }
@@ -268,6 +383,7 @@ private:
   UserKindPool             pool_;
   bool                     isOfElements_;
   std::vector<std::size_t> rows_;
+  std::vector<std::size_t> indices_;  // of the rows' ids
 };
 
 /// Whether the components are all that a record has, in its order.
@@ -286,6 +402,24 @@ EnvelopeField::EnvelopeField(std::vector<Component> components) : components_(st
     positions_.push_back(component.GetPosition());
     slots_.push_back(component.HasEstimate() ? numSlots_++ : kNoSlot);
   }
+}
+
+void EnvelopeField::Reserve(std::size_t numIds)
+{
+  rows_.Reserve(numIds);
+  const std::size_t end = components_.size() * numIds;
+  least_.reserve(end);
+  greatest_.reserve(end);
+  leastStep_.reserve(end);
+  greatestStep_.reserve(end);
+}
+
+void EnvelopeField::BeginStep(std::uint32_t step)
+{
+  if (step < step_) Settle();
+  step_     = step;
+  numSteps_ = std::max(numSteps_, step + 1);
+  next_     = 0;
 }
 
 std::size_t EnvelopeField::FindRow(int id)
@@ -312,6 +446,17 @@ std::size_t EnvelopeField::InsertNew(std::size_t count, const int* ids)
   return isNew;
 }
 
+/// Looks whether the row of the next id follows that of the first one: they come next.
+/// @param ids the first one has a row
+bool EnvelopeField::FindRun(std::size_t count, const int* ids)
+{
+  if (count < 2) return false;
+  const std::size_t row = rows_.Find(ids[0]);
+  if (row + 1 >= NumIds() || GetId(row + 1) != ids[1]) return false;
+  next_ = row;
+  return true;
+}
+
 /// Makes room for all rows; those that are new have no value yet.
 void EnvelopeField::SizeRows()
 {
@@ -321,18 +466,18 @@ void EnvelopeField::SizeRows()
   greatest_.resize(end, std::numeric_limits<double>::quiet_NaN());
   leastStep_.resize(end, kNoStep);
   greatestStep_.resize(end, kNoStep);
-  SizeEstimates();
 }
 
 void EnvelopeField::Offer(int id, std::span<const double> values)
 {
   const std::size_t row = FindRow(id);
+  SizeEstimates();
   ++rows_.At(row);
   std::size_t at = row * components_.size();
   for (std::size_t k = 0; k < components_.size(); ++k, ++at) {
     const int position = positions_[k];
-    if (slots_[k] != kNoSlot) {
-      places_.push_back({at, row * numSlots_ + slots_[k]});
+    if (slots_[k] != kNoSlot && row >= fresh_) {
+      places_.push_back({at, SlotOf(row, k)});
       SettlePlaces(k);
     }
     TakeValue(position >= 0 ? values[static_cast<std::size_t>(position)] : components_[k].Evaluate(values), at);
@@ -348,47 +493,49 @@ std::vector<std::size_t> EnvelopeField::SortedRows() const
   return rows;
 }
 
-void EnvelopeField::Append(EnvelopeField&& later)
+void EnvelopeField::Merge(EnvelopeField&& other)
 {
-  const std::uint32_t before = numSteps_;
-  numSteps_ += later.numSteps_;
-  numNans_ += later.numNans_;
-  next_ = 0;
+  Settle();
+  other.Settle();
+  numSteps_ = std::max(numSteps_, other.numSteps_);
+  numNans_ += other.numNans_;
   if (NumIds() == 0) {
-    rows_         = std::move(later.rows_);
-    least_        = std::move(later.least_);
-    greatest_     = std::move(later.greatest_);
-    leastStep_    = std::move(later.leastStep_);
-    greatestStep_ = std::move(later.greatestStep_);
-    // What came from elsewhere has none.
-    leastEstimates_    = std::move(later.leastEstimates_);
-    greatestEstimates_ = std::move(later.greatestEstimates_);
-    SizeEstimates();
-    if (before == 0) return;
-    for (auto* const steps : {&leastStep_, &greatestStep_})
-      for (std::uint32_t& step : *steps) step += step == kNoStep ? 0 : before;
+    rows_         = std::move(other.rows_);
+    least_        = std::move(other.least_);
+    greatest_     = std::move(other.greatest_);
+    leastStep_    = std::move(other.leastStep_);
+    greatestStep_ = std::move(other.greatestStep_);
+    FinishRows();
     return;
   }
-  Settle();
-  later.Settle();
+  // All rows first: there is room for them at once.
+  const auto               entries = other.rows_.Entries();
+  std::vector<std::size_t> rows;
+  rows.reserve(entries.size());
+  for (const auto& [id, count] : entries) {
+    rows.push_back(rows_.FindOrInsert(id));
+    rows_.At(rows.back()) += count;
+  }
+  SizeRows();
+  FinishRows();
   const std::size_t size = components_.size();
   std::size_t       from = 0;
-  for (const auto& [id, count] : later.rows_.Entries()) {
-    const std::size_t row = FindRow(id);
-    rows_.At(row) += count;
+  for (const std::size_t row : rows)
     for (std::size_t at = row * size; at < (row + 1) * size; ++at, ++from) {
       // Where one has no number the other has none either.
-      if (later.leastStep_[from] == kNoStep) continue;
-      if (!(later.least_[from] >= least_[at])) {
-        least_[at]     = later.least_[from];
-        leastStep_[at] = before + later.leastStep_[from];
-      }
-      if (!(later.greatest_[from] <= greatest_[at])) {
-        greatest_[at]     = later.greatest_[from];
-        greatestStep_[at] = before + later.greatestStep_[from];
-      }
+      if (other.leastStep_[from] == kNoStep) continue;
+      TakeExtreme(Below, other.least_[from], other.leastStep_[from], at);
+      TakeExtreme(Above, other.greatest_[from], other.greatestStep_[from], at);
     }
-  }
+}
+
+/// From here on no row is estimated.
+void EnvelopeField::FinishRows() noexcept
+{
+  fresh_ = NumIds();
+  next_  = 0;
+  leastEstimates_.Clear();
+  greatestEstimates_.Clear();
 }
 
 void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues)
@@ -397,82 +544,89 @@ void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* va
   for (std::size_t i = 0; i < count;) {
     std::size_t known = CountKnown(std::min(count - i, kMostAtOnce), ids + i);
     if (known == 0) known = InsertNew(std::min(count - i, kMostAtOnce), ids + i);
+    if (known == 0 && FindRun(count - i, ids + i)) continue;
     if (known == 0) {
       Offer(ids[i], std::span(values + i * numValues, numValues));
       ++i;
       continue;
     }
+    // Rows that are exact go by themselves.
+    if (next_ < fresh_) known = std::min(known, fresh_ - next_);
     for (std::size_t r = 0; r < known; ++r) ++rows_.At(next_ + r);
-    OfferKnown(known, values + i * numValues, numValues);
+    OfferKnown(next_, known, values + i * numValues, numValues);
     next_ += known;
     i += known;
   }
 }
 
-/// Offers records of the rows that come next.
-void EnvelopeField::OfferKnown(std::size_t count, const double* values, std::size_t numValues)
+/// Offers records of rows that stand side by side, all before fresh_ or none.
+void EnvelopeField::OfferKnown(std::size_t first, std::size_t count, const double* values, std::size_t numValues)
 {
   bool areComponents = components_.size() == numValues;
   for (std::size_t k = 0; k < positions_.size(); ++k)
     areComponents = areComponents && positions_[k] == static_cast<int>(k);
-  if (areComponents) {
-    for (std::size_t v = 0; v < count * numValues; ++v) TakeValue(values[v], next_ * numValues + v);
-    return;
-  }
+  if (areComponents) return TakeValues(std::span(values, count * numValues), first, first * numValues);
+  SizeEstimates();
   for (std::size_t k = 0; k < components_.size(); ++k) {
-    if (slots_[k] == kNoSlot)
-      OfferComponent(k, count, values, numValues);
+    if (slots_[k] == kNoSlot || first < fresh_)
+      OfferComponent(k, first, count, values, numValues);
     else
-      OfferEstimated(k, count, values);
+      OfferEstimated(k, first, count, values);
   }
 }
 
-/// Offers one component of records of the rows that come next. Most values govern nothing, and are not evaluated.
-void EnvelopeField::OfferComponent(std::size_t component, std::size_t count, const double* values,
+/// Offers one component of records. Where it takes long, values that govern nothing, as most do, are not evaluated.
+void EnvelopeField::OfferComponent(std::size_t component, std::size_t first, std::size_t count, const double* values,
                                    std::size_t numValues)
 {
-  const std::size_t size  = components_.size();
-  const std::size_t first = next_ * size + component;
+  const std::size_t size = components_.size();
+  const std::size_t at   = first * size + component;
+  if (components_[component].IsEvaluatedFast()) {
+    evaluated_.resize(count);
+    components_[component].EvaluateAll(std::span(values, count * numValues), evaluated_);
+    if (size == 1) return TakeValues(evaluated_, first, at);
+    for (std::size_t r = 0; r < count; ++r) TakeValue(evaluated_[r], at + r * size);
+    return;
+  }
   beyond_.resize(count);
   std::iota(beyond_.begin(), beyond_.end(), 0U);
-  components_[component].KeepBeyond(std::span(values, count * numValues), {&least_[first], &greatest_[first], size},
-                                    beyond_);
+  components_[component].KeepBeyond(std::span(values, count * numValues), {&least_[at], &greatest_[at], size}, beyond_);
   gathered_.clear();
   for (const std::uint32_t r : beyond_)
     gathered_.insert(gathered_.end(), values + r * numValues, values + (r + 1) * numValues);
   evaluated_.resize(beyond_.size());
   components_[component].EvaluateAll(gathered_, evaluated_);
-  for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], first + beyond_[i] * size);
+  for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], at + beyond_[i] * size);
 }
 
-/// Offers tensors of the rows that come next by estimates of one component. What estimates do not tell apart is
-/// evaluated, and of the rest what governs in the end.
-void EnvelopeField::OfferEstimated(std::size_t component, std::size_t count, const double* values)
+/// Offers tensors of rows from fresh_ on by estimates of one component. What estimates do not tell apart is evaluated,
+/// and of the rest what governs in the end.
+void EnvelopeField::OfferEstimated(std::size_t component, std::size_t first, std::size_t count, const double* values)
 {
-  const std::size_t size  = components_.size();
-  const std::size_t first = next_ * size + component;
-  const std::size_t slots = next_ * numSlots_ + slots_[component];
+  const std::size_t size      = components_.size();
+  const std::size_t firstAt   = first * size + component;
+  const std::size_t firstSlot = SlotOf(first, component);
   evaluated_.resize(count);
   errors_.resize(count);
   components_[component].EstimateAll(std::span(values, 6 * count), evaluated_, errors_);
   beyond_.clear();
   for (std::size_t r = 0; r < count; ++r) {
     const double* const tensor = values + 6 * r;
-    const std::size_t   at     = first + r * size;
-    const std::size_t   slot   = slots + r * numSlots_;
+    const std::size_t   at     = firstAt + r * size;
+    const std::size_t   slot   = firstSlot + r * numSlots_;
     const bool          isTold = errors_[r] < std::numeric_limits<double>::infinity() &&
                         TakeEstimate(Below, tensor, evaluated_[r], errors_[r], at, slot) &&
                         TakeEstimate(Above, tensor, evaluated_[r], errors_[r], at, slot);
     if (!isTold) beyond_.push_back(static_cast<std::uint32_t>(r));
   }
   if (beyond_.empty()) return;
-  for (const std::uint32_t r : beyond_) places_.push_back({first + r * size, slots + r * numSlots_});
+  for (const std::uint32_t r : beyond_) places_.push_back({firstAt + r * size, firstSlot + r * numSlots_});
   SettlePlaces(component);
   gathered_.clear();
   for (const std::size_t r : beyond_) gathered_.insert(gathered_.end(), values + 6 * r, values + 6 * (r + 1));
   evaluated_.resize(beyond_.size());
   components_[component].EvaluateAll(gathered_, evaluated_);
-  for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], first + beyond_[i] * size);
+  for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], firstAt + beyond_[i] * size);
 }
 
 /// @param slot position of the component of a row among estimated ones
@@ -488,7 +642,7 @@ bool EnvelopeField::TakeEstimate(Side side, const double* tensor, double estimat
   if (ahead < -width) return true;
   if (step != kNoStep && !(ahead > width)) return std::equal(tensor, tensor + 6, known.tensors[slot].begin());
   value              = estimate;
-  step               = numSteps_ - 1;
+  step               = step_;
   known.errors[slot] = error;
   std::copy_n(tensor, 6, known.tensors[slot].begin());
   return true;
@@ -520,26 +674,37 @@ void EnvelopeField::SettlePlaces(std::size_t component)
 void EnvelopeField::Settle()
 {
   constexpr std::size_t kMostAtOnce = 1024;
+  SizeEstimates();
   for (std::size_t k = 0; k < components_.size(); ++k) {
     if (slots_[k] == kNoSlot) continue;
-    for (std::size_t row = 0; row < NumIds();) {
+    for (std::size_t row = fresh_; row < NumIds();) {
       for (const std::size_t end = std::min(NumIds(), row + kMostAtOnce); row < end; ++row)
-        places_.push_back({row * components_.size() + k, row * numSlots_ + slots_[k]});
+        places_.push_back({row * components_.size() + k, SlotOf(row, k)});
       SettlePlaces(k);
     }
   }
+  FinishRows();
 }
 
-/// Makes room for estimates of all rows; those that are new have none.
+/// Makes room for estimates of all rows from fresh_ on; those that are new have none.
 void EnvelopeField::SizeEstimates()
 {
-  leastEstimates_.Resize(numSlots_ * NumIds());
-  greatestEstimates_.Resize(numSlots_ * NumIds());
+  const std::size_t size = numSlots_ * (NumIds() - fresh_);
+  if (leastEstimates_.errors.size() == size) return;
+  leastEstimates_.Resize(size);
+  greatestEstimates_.Resize(size);
 }
 
-double EnvelopeField::ExactOf(std::size_t component, const Estimates& estimates, std::size_t slot, double value) const
+/// Takes values that stand side by side, as those of the rows do.
+/// @param row of the first one
+/// @param at  position of the component of that row
+void EnvelopeField::TakeValues(std::span<const double> values, std::size_t row, std::size_t at)
 {
-  return estimates.errors[slot] == 0.0 ? value : components_[component].Evaluate(estimates.tensors[slot]);
+  if (row >= fresh_) {
+    numNans_ += TakeAscending(values, step_, {&least_[at], &greatest_[at], &leastStep_[at], &greatestStep_[at]});
+    return;
+  }
+  for (const double value : values) TakeValue(value, at++);
 }
 
 /// @param at position of the component of a row
@@ -550,15 +715,20 @@ void EnvelopeField::TakeValue(double value, std::size_t at)
     ++numNans_;
     return;
   }
+  TakeExtreme(Below, value, step_, at);
+  TakeExtreme(Above, value, step_, at);
+}
+
+/// @param value a number
+void EnvelopeField::TakeExtreme(Side side, double value, std::uint32_t step, std::size_t at)
+{
+  double&        known     = side == Above ? greatest_[at] : least_[at];
+  std::uint32_t& knownStep = side == Above ? greatestStep_[at] : leastStep_[at];
   // The first number replaces the NaN that stands for none: no comparison with one holds.
-  if (!(value >= least_[at])) {
-    least_[at]     = value;
-    leastStep_[at] = numSteps_ - 1;
-  }
-  if (!(value <= greatest_[at])) {
-    greatest_[at]     = value;
-    greatestStep_[at] = numSteps_ - 1;
-  }
+  const bool isBehind = side == Above ? value <= known : value >= known;
+  if (isBehind && (value != known || step >= knownStep)) return;
+  known     = value;
+  knownStep = step;
 }
 
 /// @return how many ids from the first on are those of the rows that come next
@@ -576,9 +746,11 @@ EnvelopeField::Extreme EnvelopeField::ExtremeOf(Side side, std::size_t row, std:
   const std::size_t at    = row * components_.size() + component;
   const double      value = side == Above ? greatest_[at] : least_[at];
   const auto        step  = side == Above ? greatestStep_[at] : leastStep_[at];
-  if (slots_[component] == kNoSlot) return {value, step};
-  const std::size_t slot = row * numSlots_ + slots_[component];
-  return {ExactOf(component, side == Above ? greatestEstimates_ : leastEstimates_, slot, value), step};
+  if (slots_[component] == kNoSlot || row < fresh_) return {value, step};
+  const Estimates&  estimates = side == Above ? greatestEstimates_ : leastEstimates_;
+  const std::size_t slot      = SlotOf(row, component);
+  const bool        isExact   = slot >= estimates.errors.size() || estimates.errors[slot] == 0.0;
+  return {isExact ? value : components_[component].Evaluate(estimates.tensors[slot]), step};
 }
 
 EnvelopeField::Extreme EnvelopeField::GetLeast(std::size_t row, std::size_t component) const
@@ -648,16 +820,17 @@ public:
   {}
 
   /// @param part of the range; ranges come in their order
-  void Add(const StepRange& range, EnvelopePart part)
+  void Add(const ChunkRange& range, EnvelopePart part)
   {
     const auto& [key, members] = *range.series;
-    if (!series_)
+    if (!series_) {
       series_.emplace(EnvelopeSeries{key, {}, {}, EnvelopeField(ChosenComponents(request_.selection, OnfOf(key)))});
-    series_->field.Append(std::move(part.field));
+      for (const Descriptor& step : members) series_->steps.push_back(GetResultStep(step));
+    }
+    series_->field.Merge(std::move(part.field));
     series_->numWithoutAxes += part.numWithoutAxes;
-    for (std::size_t i = range.begin; i < range.end; ++i) series_->steps.push_back(GetResultStep(members[i]));
     AddNotes(notes_, part.notes);
-    if (range.IsLast()) HandOn();
+    if (range.isLast) HandOn();
   }
 
   /// @throws FED_Failure when nothing was in the region of the request
@@ -693,14 +866,15 @@ EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vecto
   EnvelopeReport                report;
   const std::vector<Descriptor> usable    = UsableBlocks(database, blocks, request, report);
   const AllSeries               allSeries = GroupBySeries(usable);
-  StepReader                    first(database, request, request.region);
+  ChunkReader                   first(database, request, request.region);
   first.Prepare(allSeries);
   report.axes = first.DescribeAxes();
 
-  CrewOrSelf                   crew(readers.crew);
-  const std::vector<StepRange> ranges = DivideSteps(allSeries, crew.Get().GetSize());
-  std::atomic<std::size_t>     done   = 0;  // blocks
-  Plan<EnvelopePart>           plan;
+  CrewOrSelf               crew(readers.crew);
+  const DividedChunks      divided = DivideChunks(database, allSeries, crew.Get().GetSize());
+  const auto&              ranges  = divided.ranges;
+  std::atomic<std::size_t> done    = 0;  // chunks of steps
+  Plan<EnvelopePart>       plan;
   plan.units      = ranges.size();
   plan.state      = readers.state;
   plan.ahead      = 0;  // fields are large
@@ -708,13 +882,14 @@ EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vecto
     if (isFirst)
       return [&](std::size_t unit) {
         return first.Read(ranges[unit], [&] {
-          if (listener != nullptr) listener->Progress("envelope", done, usable.size(), "blocks");
+          if (listener != nullptr)
+            listener->Progress("envelope", done * usable.size() / divided.numChunks, usable.size(), "blocks");
           ++done;
         });
       };
     auto stored = readers.open();
     if (!stored) return {};
-    const auto own = std::make_shared<OwnStepReader>(std::move(stored), request);
+    const auto own = std::make_shared<OwnChunkReader>(std::move(stored), request);
     own->reader.Prepare(allSeries);
     return [&ranges, &done, own](std::size_t unit) { return own->reader.Read(ranges[unit], [&done] { ++done; }); };
   };

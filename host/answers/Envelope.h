@@ -32,11 +32,11 @@ class Listener;
 class RecordTurner;
 class Region;
 
-/// Extremes of components at each id over steps that are offered one after the other.
+/// Extremes of components at each id over steps.
 ///
 /// A NaN never governs. Of equal values the one of the earlier step governs; 0 and -0 are equal.
-/// Memory: 24 bytes a component of each id, 136 of one that HasEstimate(), and 20 bytes an id, however many steps there
-/// are.
+/// Memory: 24 bytes a component of each id and 20 bytes an id, however many steps there are; 112 bytes more of each id
+/// that has come since the last Settle(), of a component that HasEstimate().
 class EnvelopeField
 {
 public:
@@ -52,12 +52,14 @@ public:
   /// @param components of one kind, at least one
   explicit EnvelopeField(std::vector<Component> components);
 
-  /// Steps count from 0. What is offered from here on is of the next one.
-  void BeginStep() noexcept
-  {
-    ++numSteps_;
-    next_ = 0;
-  }
+  /// Makes room for as many ids.
+  void Reserve(std::size_t numIds);
+
+  /// What is offered from here on is of this step. Steps count from 0 and may come in any order and several times;
+  /// those that ascend take the least time. Going back settles what there is.
+  void BeginStep(std::uint32_t step);
+  /// Begins the step behind all others.
+  void BeginStep() { BeginStep(numSteps_); }
   /// @param values of one record, in stored order
   void Offer(int id, std::span<const double> values);
   /// Offers many records. Those whose ids come in the order of the steps before go by the column.
@@ -69,8 +71,8 @@ public:
   /// asked for. More may be offered.
   void Settle();
 
-  /// Takes what was offered to another field of the same components, in steps behind those here.
-  void Append(EnvelopeField&& later);
+  /// Takes what was offered to another field of the same components. Steps with one number are the same.
+  void Merge(EnvelopeField&& other);
 
   const std::vector<Component>& GetComponents() const noexcept { return components_; }
   std::size_t                   NumSteps() const noexcept { return numSteps_; }
@@ -107,19 +109,20 @@ public:
       field.next_ = 0;
       for (std::size_t row = 0; row < ids.size(); ++row)
         field.rows_.At(field.rows_.FindOrInsert(ids[row])) = counts[row];
-      field.leastEstimates_.Resize(0);
-      field.greatestEstimates_.Resize(0);
-      field.SizeEstimates();
+      field.FinishRows();
     }
   }
 
 private:
   std::size_t FindRow(int id);
   std::size_t InsertNew(std::size_t count, const int* ids);
+  bool        FindRun(std::size_t count, const int* ids);
   void        SizeRows();
-  void        OfferKnown(std::size_t count, const double* values, std::size_t numValues);
-  void        OfferComponent(std::size_t component, std::size_t count, const double* values, std::size_t numValues);
-  void        OfferEstimated(std::size_t component, std::size_t count, const double* values);
+  void        OfferKnown(std::size_t first, std::size_t count, const double* values, std::size_t numValues);
+  void        OfferComponent(std::size_t component, std::size_t first, std::size_t count, const double* values,
+                             std::size_t numValues);
+  void        OfferEstimated(std::size_t component, std::size_t first, std::size_t count, const double* values);
+  void        TakeValues(std::span<const double> values, std::size_t row, std::size_t at);
   void        TakeValue(double value, std::size_t at);
 
   /// What governs a component of an id by its estimate. Of values that only rise each step governs until the next, and
@@ -134,6 +137,7 @@ private:
       errors.resize(size);
       tensors.resize(size);
     }
+    void Clear() noexcept { Resize(0); }
   };
   /// Where a component of a row stands: among all, and among those that are estimated.
   struct Place
@@ -146,24 +150,35 @@ private:
     Below,
     Above
   };
-  bool   TakeEstimate(Side side, const double* tensor, double estimate, double error, std::size_t at, std::size_t slot);
-  double ExactOf(std::size_t component, const Estimates& estimates, std::size_t slot, double value) const;
-  void   SettlePlaces(std::size_t component);
-  void   SizeEstimates();
+  void TakeExtreme(Side side, double value, std::uint32_t step, std::size_t at);
+  bool TakeEstimate(Side side, const double* tensor, double estimate, double error, std::size_t at, std::size_t slot);
+  void SettlePlaces(std::size_t component);
+  void SizeEstimates();
+  void FinishRows() noexcept;
+  /// @param row from fresh_ on
+  /// @return the position of an estimated component of the row
+  std::size_t SlotOf(std::size_t row, std::size_t component) const noexcept
+  {
+    return (row - fresh_) * numSlots_ + slots_[component];
+  }
   Extreme     ExtremeOf(Side side, std::size_t row, std::size_t component) const;
   std::size_t CountKnown(std::size_t count, const int* ids) const;
 
-  std::vector<Component>     components_;
-  std::vector<int>           positions_;  // of stored components; -1 of invariants
-  IdRadixMap<std::uint32_t>  rows_;       // how many steps have offered the id; its position is the row
-  std::size_t                next_ = 0;   // row that the next record has if the ids come as they came before
+  std::vector<Component>    components_;
+  std::vector<int>          positions_;  // of stored components; -1 of invariants
+  IdRadixMap<std::uint32_t> rows_;       // how many steps have offered the id; its position is the row
+  std::size_t               next_ = 0;   // row that the next record has if the ids come as they came before
+  // Rows from here on are of ids that have come since all was settled: their steps came ascending, and what governs
+  // them may be estimated. Rows before it are exact.
+  std::size_t                fresh_ = 0;
+  std::uint32_t              step_  = 0;  // that values are offered of
   std::vector<double>        least_;      // shape [ids, components], as are the others
   std::vector<double>        greatest_;
   std::vector<std::uint32_t> leastStep_;
   std::vector<std::uint32_t> greatestStep_;
   std::vector<std::size_t>   slots_;  // of components that have estimates, their position among these; else kNoSlot
   std::size_t                numSlots_ = 0;
-  Estimates                  leastEstimates_;  // shape [ids, numSlots_]
+  Estimates                  leastEstimates_;  // shape [rows from fresh_ on, numSlots_], or less before they are used
   Estimates                  greatestEstimates_;
   std::uint32_t              numSteps_ = 0;
   std::size_t                numNans_  = 0;
@@ -214,10 +229,10 @@ FED_DataDescriptor SeriesOf(const FED_DataDescriptor& block);
 bool ComesBefore(const FED_DataDescriptor& step, const FED_DataDescriptor& other);
 
 /// Goes through blocks, each once, and hands out the envelope of each series, one after the other. One series is in
-/// memory at a time; where readers share the steps of a series, a field for each.
+/// memory at a time; where readers share it, a field of what each has read.
 /// @param blocks   the selected descriptors
 /// @param listener borrowed, may be null
-/// @param readers  share the steps; what is handed out is the same for any
+/// @param readers  share each series by its chunks and steps; what is handed out is the same for any
 /// @throws FED_Failure when none of the blocks has an envelope, and when nothing is in the region
 EnvelopeReport CalculateEnvelopes(const FED_Database& database, const std::vector<FED_DataDescriptor>& blocks,
                                   const EnvelopeRequest& request, Listener* listener,

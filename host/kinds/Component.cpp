@@ -4,6 +4,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <numeric>
 #include <utility>
 
 #include <bundled/FED_RecordFormat.h>
@@ -11,6 +12,7 @@
 
 #include "kinds/TensorBounds.h"
 #include "kinds/TensorLanes.h"
+#include "kinds/WideLoop.h"
 #include "QuilonOnfSpecification/FED_OnfInfoPool.h"
 #include "text/Case.h"
 #include "text/Failure.h"
@@ -102,15 +104,13 @@ bool IsExactSquare(double square)
 {
   constexpr double kLeast    = kLeastSquared * kLeastSquared * 0x1p+10;
   constexpr double kGreatest = kGreatestSquared * kGreatestSquared * 0x1p-10;
-  return square > kLeast && square < kGreatest;
+  return (square > kLeast) & (square < kGreatest);
 }
 
 double MeanOf(const std::array<double, 6>& t) { return (t[0] + t[1] + t[2]) / 3.0; }
 
 /// @return whether ScaleOf() is 0; not of a nan
 bool IsUnscaled(double largest) { return largest == 0.0 || (largest > kLeastSquared && largest < kGreatestSquared); }
-
-TensorBounds::Tensor TensorOf(const double* t) { return {t[0], t[1], t[2], t[3], t[4], t[5]}; }
 
 /// One rotation of Jacobi's method makes a[p][q] zero. @param v collects the rotations, a column a direction
 void Rotate(double (&a)[3][3], double (&v)[3][3], int p, int q)
@@ -241,33 +241,6 @@ Names OwnNamesOf(int onf, std::size_t numValues)
   }
 }
 
-/// Runs what takes many numbers at once, on processors that have them with registers for four numbers instead of two.
-/// The operations are the same, and so are the results.
-/// @param work calls functions alone that can be compiled in place
-#if defined(__x86_64__) && defined(__GNUC__)
-template <typename Work>
-[[gnu::target("avx2"), gnu::flatten]] void RunWide(const Work& work)
-{
-  work();
-}
-
-template <typename Work>
-void RunMany(const Work& work)
-{
-  static const bool isWide = __builtin_cpu_supports("avx2") != 0;
-  if (isWide)
-    RunWide(work);
-  else
-    work();
-}
-#else
-template <typename Work>
-void RunMany(const Work& work)
-{
-  work();
-}
-#endif
-
 /// Drops the records that a test finds between their limits.
 /// @param isBetween of the first value of a record and its limits
 template <typename IsBetween>
@@ -284,38 +257,85 @@ void DropBetween(const double* values, std::size_t numValues, const ValueLimits&
   records.resize(kept);
 }
 
-/// The same for tensors, column by column, so that the compiler takes several at once.
+/// Columns of a few tensors, so that the compiler takes several at once.
+struct TensorColumns
+{
+  static constexpr std::size_t kMany = 64;
+
+  /// @param count at most kMany
+  void Fill(const double* tensors, std::size_t count) noexcept
+  {
+    for (std::size_t i = 0; i < count; ++i)
+      for (std::size_t k = 0; k < 6; ++k) t[k][i] = tensors[6 * i + k];
+  }
+  /// @param records positions of the tensors, ascending
+  void Fill(const double* tensors, std::span<const std::uint32_t> records) noexcept
+  {
+    // Mostly none is left out.
+    if (records.back() - records.front() + 1 == records.size())
+      return Fill(tensors + std::size_t{6} * records.front(), records.size());
+    for (std::size_t i = 0; i < records.size(); ++i)
+      for (std::size_t k = 0; k < 6; ++k) t[k][i] = tensors[std::size_t{6} * records[i] + k];
+  }
+  TensorBounds::Tensor Get(std::size_t i) const noexcept
+  {
+    return {t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]};
+  }
+
+  double t[6][kMany]{};
+};
+
+/// Drops tensors as a test tells, a few at a time, so that the compiler takes several at once.
+/// @param fillLimits told which records are tested next
+/// @param isBetween  of a TensorBounds::Tensor and its number among these; without branches
+template <typename FillLimits, typename IsBetween>
+void DropTensors(const double* tensors, std::vector<std::uint32_t>& records, const FillLimits& fillLimits,
+                 const IsBetween& isBetween)
+{
+  constexpr std::size_t kMany = TensorColumns::kMany;
+  TensorColumns         columns;
+  std::int64_t          between[kMany]{};  // of the size of the values
+  std::size_t           kept = 0;
+  for (std::size_t first = 0; first < records.size(); first += kMany) {
+    const auto own = std::span(records).subspan(first, std::min(kMany, records.size() - first));
+    columns.Fill(tensors, own);
+    fillLimits(own);
+    RunMany([&] {
+      for (std::size_t i = 0; i < kMany; ++i) between[i] = isBetween(columns.Get(i), i) ? 1 : 0;
+    });
+    if (std::accumulate(between, between + own.size(), std::int64_t{0}) == static_cast<std::int64_t>(own.size()))
+      continue;
+    for (std::size_t i = 0; i < own.size(); ++i) {
+      records[kept] = own[i];
+      kept += between[i] == 0 ? 1 : 0;
+    }
+  }
+  records.resize(kept);
+}
+
 /// @param isBetween of a TensorBounds::Tensor and its limits; without branches
 template <typename IsBetween>
 void DropTensorsBetween(const double* tensors, const ValueLimits& limits, std::vector<std::uint32_t>& records,
                         const IsBetween& isBetween)
 {
-  constexpr std::size_t kMany = 64;
-  double                t[6][kMany]{};
-  double                low[kMany]{};
-  double                high[kMany]{};
-  double                between[kMany]{};
-  std::size_t           kept = 0;
-  for (std::size_t first = 0; first < records.size(); first += kMany) {
-    const std::size_t count = std::min(kMany, records.size() - first);
-    for (std::size_t i = 0; i < count; ++i) {
-      const std::uint32_t record = records[first + i];
-      const std::size_t   limit  = record * limits.stride;
-      const double*       tensor = tensors + std::size_t{6} * record;
-      for (std::size_t k = 0; k < 6; ++k) t[k][i] = tensor[k];
-      low[i]  = limits.low[limit];
-      high[i] = limits.high[limit];
-    }
-    RunMany([&] {
-      for (std::size_t i = 0; i < kMany; ++i)
-        between[i] = isBetween({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]}, low[i], high[i]) ? 1.0 : 0.0;
-    });
-    for (std::size_t i = 0; i < count; ++i) {
-      records[kept] = records[first + i];
-      kept += between[i] == 0.0 ? 1 : 0;
-    }
-  }
-  records.resize(kept);
+  using TensorBounds::Tensor;
+  if (limits.stride == 0)
+    return DropTensors(
+        tensors, records, [](std::span<const std::uint32_t>) {},
+        [&isBetween, low = *limits.low, high = *limits.high](const Tensor& t, std::size_t) {
+          return isBetween(t, low, high);
+        });
+  double low[TensorColumns::kMany]{};
+  double high[TensorColumns::kMany]{};
+  DropTensors(
+      tensors, records,
+      [&](std::span<const std::uint32_t> own) {
+        for (std::size_t i = 0; i < own.size(); ++i) {
+          low[i]  = limits.low[own[i] * limits.stride];
+          high[i] = limits.high[own[i] * limits.stride];
+        }
+      },
+      [&](const Tensor& t, std::size_t i) { return isBetween(t, low[i], high[i]); });
 }
 
 /// The same by one test a limit: a search for the greatest or the least has only one.
@@ -358,28 +378,60 @@ void DropPrincipalsBetween(const double* tensors, const ValueLimits& limits, std
       });
 }
 
-/// @param estimate of a TensorBounds::Tensor; without branches
+/// @param estimateOf of a TensorBounds::Tensor; without branches
 template <typename EstimateOf>
 void EstimateTensors(const double* tensors, std::span<double> estimates, std::span<double> errors,
                      const EstimateOf& estimateOf)
 {
-  constexpr std::size_t kMany = 64;
-  double                t[6][kMany]{};
+  constexpr std::size_t kMany = TensorColumns::kMany;
+  TensorColumns         columns;
   double                value[kMany];
   double                error[kMany];
   for (std::size_t first = 0; first < estimates.size(); first += kMany) {
     const std::size_t count = std::min(kMany, estimates.size() - first);
-    for (std::size_t i = 0; i < count; ++i)
-      for (std::size_t k = 0; k < 6; ++k) t[k][i] = tensors[6 * (first + i) + k];
+    columns.Fill(tensors + 6 * first, count);
     RunMany([&] {
       for (std::size_t i = 0; i < kMany; ++i) {
-        const TensorBounds::Estimate found = estimateOf({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]});
+        const TensorBounds::Estimate found = estimateOf(columns.Get(i));
         value[i]                           = found.value;
         error[i]                           = found.error;
       }
     });
     std::copy_n(value, count, &estimates[first]);
     std::copy_n(error, count, &errors[first]);
+  }
+}
+
+/// A value, and whether it is the evaluated one bit by bit.
+struct PlainValue
+{
+  double value;
+  bool   isExact;
+};
+
+/// @param valueOf  of a TensorBounds::Tensor; without branches
+/// @param evaluate what gives a tensor's value where that one is not exact
+template <typename ValueOf, typename Evaluate>
+void EvaluateTensors(const double* tensors, std::span<double> results, const ValueOf& valueOf, const Evaluate& evaluate)
+{
+  constexpr std::size_t kMany = TensorColumns::kMany;
+  TensorColumns         columns;
+  double                value[kMany];
+  std::int64_t          isExact[kMany];  // of the size of the values
+  for (std::size_t first = 0; first < results.size(); first += kMany) {
+    const std::size_t count = std::min(kMany, results.size() - first);
+    columns.Fill(tensors + 6 * first, count);
+    RunMany([&] {
+      for (std::size_t i = 0; i < kMany; ++i) {
+        const PlainValue found = valueOf(columns.Get(i));
+        value[i]               = found.value;
+        isExact[i]             = found.isExact ? 1 : 0;
+      }
+    });
+    std::copy_n(value, count, &results[first]);
+    if (std::accumulate(isExact, isExact + count, std::int64_t{0}) == static_cast<std::int64_t>(count)) continue;
+    for (std::size_t i = 0; i < count; ++i)
+      if (isExact[i] == 0) results[first + i] = evaluate(std::span<const double, 6>(tensors + 6 * (first + i), 6));
   }
 }
 
@@ -537,32 +589,43 @@ void Component::EvaluateAll(std::span<const double> values, std::span<double> re
     return;
   }
   if (HasEstimate()) return EvaluateRoots(values.data(), results);
-  if (numValues_ == 6 && (invariant_ == Invariant::Hydrostatic || invariant_ == Invariant::Triaxiality))
-    return EvaluateMeans(values.data(), results);
-  const double factor = numValues_ == 6 ? DeviatorFactor() : 0.0;
-  if (factor == 0.0) {
-    for (std::size_t i = 0; i < results.size(); ++i) results[i] = Evaluate(values.subspan(i * numValues_, numValues_));
-    return;
-  }
-  for (std::size_t i = 0; i < results.size(); ++i) {
-    const double square = TensorBounds::DeviatorSquare(TensorOf(&values[i * 6]));
-    results[i]          = IsExactSquare(square) ? factor * std::sqrt(square) : Evaluate(values.subspan(i * 6, 6));
-  }
+  if (IsEvaluatedFast()) return EvaluatePlain(values.data(), results);
+  for (std::size_t i = 0; i < results.size(); ++i) results[i] = Evaluate(values.subspan(i * numValues_, numValues_));
 }
 
-/// Evaluates what is a mean, or one part of the deviator; tensors that need scaling alone.
-void Component::EvaluateMeans(const double* tensors, std::span<double> results) const
+bool Component::IsEvaluatedFast() const noexcept
 {
-  for (double& result : results) {
-    const TensorBounds::Tensor t      = TensorOf(tensors);
-    const double               size   = TensorBounds::SizeOf(t);  // at most six times the largest component
-    const double               square = TensorBounds::DeviatorSquare(t);
-    const bool                 isMean = invariant_ == Invariant::Hydrostatic;
-    if (size > 8.0 * kLeastSquared && size < kGreatestSquared && (isMean || IsExactSquare(square)))
-      result = isMean ? TensorBounds::MeanOf(t) : TensorBounds::MeanOf(t) / std::sqrt(square);
-    else
-      result = Evaluate(std::span(tensors, 6));
-    tensors += 6;
+  const bool isMean = invariant_ == Invariant::Hydrostatic || invariant_ == Invariant::Triaxiality;
+  return position_ >= 0 || (numValues_ == 6 && (isMean || DeviatorFactor() != 0.0));
+}
+
+/// Evaluates what is a mean, a root or both; tensors that need scaling alone.
+void Component::EvaluatePlain(const double* tensors, std::span<double> results) const
+{
+  using TensorBounds::Tensor;
+  const auto evaluate = [this](std::span<const double, 6> tensor) { return EvaluateTensor(tensor); };
+  // Six times the largest component at most.
+  const auto isUnscaled = [](double size) -> bool { return (size > 8.0 * kLeastSquared) & (size < kGreatestSquared); };
+  if (invariant_ == Invariant::Hydrostatic) {
+    const auto mean = [&](const Tensor& t) {
+      return PlainValue{TensorBounds::MeanOf(t), isUnscaled(TensorBounds::SizeOf(t))};
+    };
+    EvaluateTensors(tensors, results, mean, evaluate);
+  } else if (invariant_ == Invariant::Triaxiality) {
+    const auto ratio = [&](const Tensor& t) {
+      const double square  = TensorBounds::DeviatorSquare(t);
+      const bool   isMean  = isUnscaled(TensorBounds::SizeOf(t));
+      const bool   isRoot  = IsExactSquare(square);
+      const bool   isExact = isMean & isRoot;
+      return PlainValue{TensorBounds::MeanOf(t) / std::sqrt(square), isExact};
+    };
+    EvaluateTensors(tensors, results, ratio, evaluate);
+  } else {
+    const auto root = [factor = DeviatorFactor()](const Tensor& t) {
+      const double square = TensorBounds::DeviatorSquare(t);
+      return PlainValue{factor * std::sqrt(square), IsExactSquare(square)};
+    };
+    EvaluateTensors(tensors, results, root, evaluate);
   }
 }
 
@@ -680,8 +743,10 @@ void Component::KeepTensorsBeyond(const double* tensors, const ValueLimits& limi
     case Invariant::Hydrostatic:
       return drop([](const Tensor& t, double low, double high) { return TensorBounds::IsMeanBetween(t, low, high); });
     case Invariant::Triaxiality:
-      return drop(
-          [](const Tensor& t, double low, double high) { return TensorBounds::IsTriaxialityBetween(t, low, high); });
+      return DropTensorsBySides(
+          tensors, limits, records,
+          [](const Tensor& t, double high) { return TensorBounds::IsTriaxialityBelow(t, high); },
+          [](const Tensor& t, double low) { return TensorBounds::IsTriaxialityBelow(TensorBounds::Negate(t), -low); });
     case Invariant::Magnitude:
     case Invariant::None:
       break;

@@ -69,6 +69,9 @@ public:
   /// @param results receives what Evaluate() returns of each, bit by bit
   void EvaluateAll(std::span<const double> values, std::span<double> results) const;
 
+  /// @return whether EvaluateAll() takes no longer than KeepBeyond()
+  bool IsEvaluatedFast() const noexcept;
+
   /// Drops records of which it is certain that low < Evaluate() < high, mostly without evaluating them: see
   /// TensorBounds. A nan is not between limits, and nothing is between limits of which one is nan.
   /// @param values  shape [any, NumValues()]
@@ -104,7 +107,7 @@ private:
 
   double EvaluateTensor(std::span<const double, 6> tensor) const;
   double DeviatorFactor() const noexcept;
-  void   EvaluateMeans(const double* tensors, std::span<double> results) const;
+  void   EvaluatePlain(const double* tensors, std::span<double> results) const;
   void   EvaluateRoots(const double* tensors, std::span<double> results) const;
   double OfPrincipalValues(const std::array<double, 3>& p, double square) const noexcept;
   void   KeepTensorsBeyond(const double* tensors, const ValueLimits& limits, std::vector<std::uint32_t>& records) const;

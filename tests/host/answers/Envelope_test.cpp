@@ -1,19 +1,23 @@
 #include "answers/Envelope.h"
 #include "answers/Region.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <numeric>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <bundled/FED_ColumnDataBlock.h>
 #include <gtest/gtest.h>
 
 #include "AnswerSupport.h"
 #include "HostileTensors.h"
 #include "kinds/KindTable.h"
+#include "progress/Crew.h"
 #include "progress/Parcel.h"
 #include "QuilonDbConnector/FED_DataDescriptorPattern.h"
 
@@ -96,7 +100,7 @@ void OfferSteps(EnvelopeField& field, unsigned begin, unsigned end)
 {
   for (unsigned step = begin; step < end; ++step) {
     std::mt19937 random(step);
-    field.BeginStep();
+    field.BeginStep(step);
     for (int i = 0; i < 60; ++i) {
       const int    id   = step % 3 == 2 ? 200 - i : i;
       const auto   draw = [&random]() { return random() % 7 == 0 ? kNaN : static_cast<double>(random() % 5) - 2.0; };
@@ -119,24 +123,84 @@ EnvelopeField SentAway(EnvelopeField& field)
   return received;
 }
 
-TEST(EnvelopeField, StepsThatAreAppendedAreAsIfTheyHadBeenOffered)
+TEST(EnvelopeField, WhatIsMergedIsAsIfItHadBeenOffered)
 {
   constexpr unsigned kSteps = 9;
   EnvelopeField      whole(StressComponents({"xx", "yy"}));
   OfferSteps(whole, 0, kSteps);
   for (const unsigned first : {0u, 1u, 4u, kSteps})
     for (unsigned second = first; second <= kSteps; ++second) {
-      EnvelopeField field(StressComponents({"xx", "yy"}));
-      for (const auto& [begin, end] : {std::pair(0u, first), std::pair(first, second), std::pair(second, kSteps)}) {
+      EnvelopeField                              field(StressComponents({"xx", "yy"}));
+      std::vector<std::pair<unsigned, unsigned>> ranges = {{0u, first}, {first, second}, {second, kSteps}};
+      if (second % 3 == 0) std::swap(ranges.front(), ranges.back());
+      for (const auto& [begin, end] : ranges) {
         EnvelopeField part(StressComponents({"xx", "yy"}));
         OfferSteps(part, begin, end);
-        field.Append(second % 2 == 0 ? std::move(part) : SentAway(part));
+        field.Merge(second % 2 == 0 ? std::move(part) : SentAway(part));
       }
       EXPECT_EQ(SayAll(field), SayAll(whole)) << first << ' ' << second;
       EXPECT_EQ(field.NumSteps(), whole.NumSteps());
       EXPECT_EQ(field.NumNans(), whole.NumNans());
       EXPECT_EQ(field.CountPartial(), whole.CountPartial());
     }
+}
+
+TEST(EnvelopeField, OfEqualValuesTheEarlierStepGovernsInWhateverOrderTheyCome)
+{
+  for (const std::vector<std::uint32_t>& order :
+       std::vector<std::vector<std::uint32_t>>{{0, 1, 2, 3}, {3, 2, 1, 0}, {2, 0, 3, 1}})
+    for (const bool atOnce : {false, true}) {
+      EnvelopeField field(StressComponents({"xx", "p1", "mises", "tresca"}));
+      for (const std::uint32_t step : order) {
+        // Steps 1 and 3 are the same, and 0 and 2 but for the sign of their zeros.
+        const double zero   = step == 2 ? -0.0 : 0.0;
+        const Tensor tensor = step % 2 == 0 ? Tensor{zero, 0, 0, 0, 0, 0} : Tensor{2, 0, 0, 1, 0, 0.5};
+        field.BeginStep(step);
+        const int id = 7;
+        if (atOnce)
+          field.OfferAll(1, &id, tensor.data(), 6);
+        else
+          field.Offer(id, tensor);
+      }
+      EXPECT_EQ(field.NumSteps(), 4u);
+      for (std::size_t k = 0; k < 4; ++k) {
+        const double most = field.GetComponents()[k].Evaluate(Tensor{2, 0, 0, 1, 0, 0.5});
+        ExpectExtreme(field.GetLeast(0, k), 0, 0);
+        EXPECT_FALSE(std::signbit(field.GetLeast(0, k).value)) << "step 0 has a positive zero";
+        ExpectExtreme(field.GetGreatest(0, k), most, 1);
+      }
+    }
+}
+
+// By chunks: the steps of some ids, then those of others, some of which have come before.
+TEST(EnvelopeField, StepsComeInAnyOrder)
+{
+  const std::size_t        numIds   = 300;
+  const std::size_t        numSteps = 6;
+  std::vector<std::string> names    = ComponentNamesOf(OnfKind::NodalStress);
+  std::vector<int>         ids(numIds);
+  std::iota(ids.begin(), ids.end(), 1);
+  const auto    tensors = HostileTensors(numIds * numSteps, 9, true);
+  EnvelopeField ordered(StressComponents(names));
+  EnvelopeField mixed(StressComponents(names));
+  for (std::size_t step = 0; step < numSteps; ++step) {
+    ordered.BeginStep();
+    for (std::size_t i = 0; i < numIds; ++i) ordered.Offer(ids[i], tensors[step * numIds + i]);
+  }
+  for (const auto& [first, last] : {std::pair(100u, 250u), std::pair(0u, 100u), std::pair(250u, 300u)})
+    for (std::uint32_t step = 0; step < numSteps; ++step) {
+      // Every third id of another chunk comes with this one in step 4.
+      mixed.BeginStep(step);
+      for (std::size_t i = 0; i < numIds; ++i) {
+        const bool isMoved = step == 4 && i % 3 == 0;
+        const bool isHere  = isMoved ? first == 100u : i >= first && i < last;
+        if (isHere && i % 2 == 0) mixed.OfferAll(1, &ids[i], tensors[step * numIds + i].data(), 6);
+        if (isHere && i % 2 == 1) mixed.Offer(ids[i], tensors[step * numIds + i]);
+      }
+    }
+  EXPECT_EQ(SayAll(mixed), SayAll(ordered));
+  EXPECT_EQ(mixed.NumNans(), ordered.NumNans());
+  EXPECT_EQ(mixed.CountPartial(), 0u);
 }
 
 TEST(EnvelopeField, ANanNeverGovernsAndInfinitiesDo)
@@ -232,7 +296,7 @@ TEST(EnvelopeField, InvariantsOfHostileTensorsAreThoseOfAPlainSearch)
     }
     const auto offer = [&](EnvelopeField& field, std::size_t begin, std::size_t end) {
       for (std::size_t step = begin; step < end; ++step) {
-        field.BeginStep();
+        field.BeginStep(static_cast<std::uint32_t>(step));
         field.OfferAll(numIds, ids.data(), tensors[step * numIds].data(), 6);
       }
     };
@@ -243,7 +307,7 @@ TEST(EnvelopeField, InvariantsOfHostileTensorsAreThoseOfAPlainSearch)
     for (const std::size_t begin : {std::size_t{0}, std::size_t{2}, std::size_t{3}}) {
       EnvelopeField part(StressComponents(names));
       offer(part, begin, begin == 0 ? 2 : begin + 1);
-      parts.Append(begin == 2 ? SentAway(part) : std::move(part));
+      parts.Merge(begin == 2 ? SentAway(part) : std::move(part));
     }
     offer(parts, 4, numSteps);
     std::size_t numNans = 0;
@@ -335,6 +399,78 @@ TEST_F(Envelopes, AreOfEachKindOverItsStepsInTheirOrder)
   ExpectExtreme(stress.field.GetGreatest(rows[1], 5), 7, 1);
   EXPECT_EQ(stress.field.CountPartial(), 1u);
   EXPECT_EQ(report_.skippedKinds, std::vector<std::string>{"coordinates"});
+}
+
+/// Several who work in one thread.
+class ManyInOne final : public Crew
+{
+public:
+  explicit ManyInOne(std::size_t size) : size_(size) {}
+
+  std::size_t                     GetSize() const noexcept override { return size_; }
+  bool                            Leads() const noexcept override { return true; }
+  std::unique_ptr<UntypedResults> Begin(const UntypedPlan& plan) override
+  {
+    units_ = plan.units;
+    return ThreadCrew(1).Begin(plan);
+  }
+
+  std::size_t NumUnits() const noexcept { return units_; }
+
+private:
+  std::size_t size_;
+  std::size_t units_ = 0;
+};
+
+// Two chunks of tensors, in one step in another order and in one without the last ids.
+TEST_F(Envelopes, OfManyRecordsAreTheSameForAnyCrew)
+{
+  constexpr std::size_t kIds  = 66000;
+  constexpr std::size_t kLess = 65600;
+  FED_ResultDatabase    database;
+  EnvelopeField         expected(StressComponents({"xx"}));
+  std::vector<int>      ids(kIds);
+  std::iota(ids.begin(), ids.end(), 1);
+  for (std::size_t step = 0; step < 3; ++step) {
+    FED_DataBlock& block =
+        database.GetOrCreateDataBlock(ResultKey(OnfKind::NodalStress, 1, static_cast<int>(step) + 1), kIds);
+    if (step == 1) std::reverse(ids.begin(), ids.end());
+    if (step == 2) ids.resize(kLess);  // those of the greatest numbers
+    std::vector<double> values;
+    for (const int id : ids) {
+      const Tensor tensor = {double((id * 7 + int(step) * 3) % 5), 0, 0, 0, 0, 0};
+      values.insert(values.end(), tensor.begin(), tensor.end());
+      block.SetValuesAt(database.GetIdMapsPool().FindOrAddIndex(OnfKind::NodeEntity, id), tensor.data());
+    }
+    expected.BeginStep();
+    expected.OfferAll(ids.size(), ids.data(), values.data(), 6);
+  }
+  const auto blocks = database.GetDataDescriptors(FED_DataDescriptorPattern());
+  ASSERT_EQ(dynamic_cast<const FED_ColumnDataBlock&>(database.GetConstDataBlock(blocks.back())).GetChunkCount(), 2u);
+  const auto rows = expected.SortedRows();
+  for (const std::size_t size : {1U, 3U, 20U}) {
+    ManyInOne             crew(size);
+    const EnvelopeRequest request{"many", Selection("stress.xx", KindTable(database)), ""};
+    std::size_t           numSame = 0;
+    const auto            compare = [&](const EnvelopeSeries& series) {
+      const auto own  = series.field.SortedRows();
+      const auto same = [](const EnvelopeField::Extreme& a, const EnvelopeField::Extreme& b) {
+        return a.step == b.step && a.value == b.value;
+      };
+      ASSERT_EQ(own.size(), rows.size());
+      for (std::size_t i = 0; i < rows.size(); ++i)
+        numSame += series.field.GetId(own[i]) == expected.GetId(rows[i]) &&
+                           same(series.field.GetLeast(own[i], 0), expected.GetLeast(rows[i], 0)) &&
+                           same(series.field.GetGreatest(own[i], 0), expected.GetGreatest(rows[i], 0))
+                                  ? 1
+                                  : 0;
+      EXPECT_EQ(series.field.CountPartial(), kIds - kLess);
+      EXPECT_EQ(series.field.NumSteps(), 3u);
+    };
+    CalculateEnvelopes(database, blocks, request, nullptr, compare, {.crew = &crew});
+    EXPECT_EQ(numSame, kIds) << size;
+    EXPECT_EQ(crew.NumUnits(), std::min<std::size_t>(size, 6)) << "two chunks of three steps";
+  }
 }
 
 TEST_F(Envelopes, GroupsAndLayersHaveTheirOwn)
