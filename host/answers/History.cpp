@@ -52,7 +52,7 @@ auto OrderOf(const HistoryPoint& point)
   const auto number = [&](Descriptor::ResultIndex index) {
     return point.step.IsSet(index) ? point.step.GetInteger(index) : std::numeric_limits<int>::min();
   };
-  return std::tuple(number(Descriptor::Iteration), number(Descriptor::Analysis),
+  return std::tuple(number(Descriptor::Iteration), number(Descriptor::Analysis), point.quantity,
                     point.time.value_or(std::numeric_limits<double>::infinity()), number(Descriptor::LoadCase),
                     number(Descriptor::Substep), number(Descriptor::Increment));
 }
@@ -160,7 +160,7 @@ private:
       const double* value = std::get_if<double>(&row[first + i]);
       if (value == nullptr) continue;
       SeriesOf(block, *id, point == nullptr ? 0 : *point, i, components[i].GetName())
-          .points.push_back({GetResultStep(block), times_.TimeOf(block), *value});
+          .points.push_back({GetResultStep(block), times_.TimeOf(block), *value, times_.QuantityOf(block)});
     }
   }
 
@@ -172,7 +172,8 @@ private:
       Descriptor step     = GetResultStep(descriptor);
       step.SetInteger(Descriptor::Substep, position);
       SeriesOf(descriptor, std::nullopt, 0, 0, kinds_.GetName(descriptor))
-          .points.push_back({step, times_.TimeAt(descriptor, position), block.GetScalarAt(*it)});
+          .points.push_back({step, times_.TimeAt(descriptor, position), block.GetScalarAt(*it),
+                             times_.QuantityAt(descriptor, position)});
     }
   }
 
@@ -223,20 +224,23 @@ std::vector<HistorySeries> ReadHistories(const FED_Database& database, const std
 
 HistorySeries Resampled(const HistorySeries& series, const std::vector<double>& times)
 {
+  int quantity = 0;
+  for (const HistoryPoint& point : series.points)
+    if (point.time && (quantity == 0 || point.quantity < quantity)) quantity = point.quantity;
   std::map<double, double> known;
   for (const HistoryPoint& point : series.points)
-    if (point.time) known[*point.time] = point.value;
+    if (point.time && point.quantity == quantity) known[*point.time] = point.value;
   HistorySeries result = series;
   result.points.clear();
   for (const double time : times) {
     const auto after = known.lower_bound(time);
     if (after == known.end()) continue;
     if (after->first == time) {
-      result.points.push_back({{}, time, after->second});
+      result.points.push_back({{}, time, after->second, quantity});
     } else if (after != known.begin()) {
       const auto   before = std::prev(after);
       const double weight = (time - before->first) / (after->first - before->first);
-      result.points.push_back({{}, time, (1.0 - weight) * before->second + weight * after->second});
+      result.points.push_back({{}, time, (1.0 - weight) * before->second + weight * after->second, quantity});
     }
   }
   return result;

@@ -23,7 +23,8 @@ struct HistoryPoint
 {
   FED_DataDescriptor    step;  ///< see GetResultStep(); of a scalar history with the substep of the position
   std::optional<double> time;  ///< see StepTimes
-  double                value = 0.0;
+  double                value    = 0.0;
+  int                   quantity = 0;  ///< that the time is of, see StepTimes::QuantityOf()
 };
 
 /// One component of one record over the result steps.
@@ -34,7 +35,7 @@ struct HistorySeries
   std::optional<int>        id;         ///< nothing for a scalar history
   int                       point = 0;  ///< of a kind with several vectors or tensors a record, from 1; else 0
   std::string               component;
-  std::vector<HistoryPoint> points;  ///< by iteration and analysis, then time; those without time by step
+  std::vector<HistoryPoint> points;  ///< by iteration, analysis and quantity, then time; those without time by step
 };
 
 struct HistoryRequest
@@ -55,6 +56,7 @@ std::vector<HistorySeries> ReadHistories(const FED_Database& database, const std
 
 /// @return the values at other times, on straight lines between those of the series; times before its first and behind
 ///         its last point have none. Points without a time count for nothing; of several at one time the last one does.
+///         Where some points have times and others frequencies or buckling factors, the first of these count alone.
 ///         Iterations and analyses are one series here.
 HistorySeries Resampled(const HistorySeries& series, const std::vector<double>& times);
 

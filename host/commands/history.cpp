@@ -52,8 +52,22 @@ struct Labelled
 {
   std::string                label;  // empty where there is one database
   std::vector<HistorySeries> series;
-  std::string                timeName;
 };
+
+/// What times are called, by their quantity.
+using TimeNames = std::map<int, std::string>;
+
+TimeNames NameTimes(const std::vector<Labelled>& all)
+{
+  const KindTable kinds;
+  TimeNames       names;
+  for (const Labelled& labelled : all)
+    for (const HistorySeries& series : labelled.series)
+      for (const HistoryPoint& point : series.points)
+        if (point.time && !names.contains(point.quantity)) names.emplace(point.quantity, kinds.GetName(point.quantity));
+  if (names.empty()) names.emplace(0, "time");
+  return names;
+}
 
 std::vector<std::string> LabelsOf(const Options& options)
 {
@@ -83,8 +97,7 @@ Labelled ReadDatabase(const Options& options, const std::string& path, const std
   Region          region(database.Get(), options.region, path);
   const auto      blocks = options.selection.Choose(database.Get(), request.selection, stepTimes, path);
   region.RequireIds(blocks, request.selectionText);
-  Labelled result{label, ReadHistories(database.Get(), blocks, stepTimes, region, request),
-                  NameOfTimes(stepTimes, blocks, kinds).value_or("time")};
+  Labelled result{label, ReadHistories(database.Get(), blocks, stepTimes, region, request)};
   if (!options.resample.empty())
     for (HistorySeries& series : result.series) series = Resampled(series, times);
   TellNotes(region, console);
@@ -123,8 +136,9 @@ bool HasSeveralKinds(const std::vector<Labelled>& all)
   return kinds.size() > 1;
 }
 
-/// Steps of several databases are the same where their times are; without times, where their keys are.
-using RowKey = std::tuple<int, int, std::optional<double>, std::string>;
+/// Iteration, analysis, quantity, time and step. Steps of several databases are the same where their times are; without
+/// times, where their keys are.
+using RowKey = std::tuple<int, int, int, std::optional<double>, std::string>;
 
 struct Row
 {
@@ -141,21 +155,23 @@ void AddPoints(const HistorySeries& series, std::size_t column, bool byStep, std
     };
     const bool        tellsStep = byStep || !point.time;
     const std::string step = point.step.mask == FED_DataDescriptor().mask || !tellsStep ? "" : StepText(point.step);
-    Row&              row =
-        rows[{numberOf(FED_DataDescriptor::Iteration), numberOf(FED_DataDescriptor::Analysis), point.time, step}];
+    Row& row = rows[{numberOf(FED_DataDescriptor::Iteration), numberOf(FED_DataDescriptor::Analysis), point.quantity,
+                     point.time, step}];
     row.values[column] = point.value;
     row.step           = step;
   }
 }
 
-/// A row for each time, a column for each series.
+/// A row for each time, a column for each series. Times, frequencies and buckling factors have columns of their own.
 Sheet MakeTable(const std::vector<Labelled>& all)
 {
-  const bool               hasKinds = HasSeveralKinds(all);
+  const bool               hasKinds  = HasSeveralKinds(all);
+  const TimeNames          timeNames = NameTimes(all);
   std::map<RowKey, Row>    rows;
-  std::vector<SheetColumn> columns = {{all.front().timeName, SheetColumn::Everywhere, true},
-                                      {"step", SheetColumn::Everywhere, true}};
-  std::size_t              column  = 0;
+  std::vector<SheetColumn> columns;
+  for (const auto& [quantity, name] : timeNames) columns.push_back({name, SheetColumn::Everywhere, true});
+  columns.push_back({"step", SheetColumn::Everywhere, true});
+  std::size_t column = 0;
   for (const Labelled& labelled : all)
     for (const HistorySeries& series : labelled.series) {
       columns.push_back({ColumnOf(labelled, series, hasKinds)});
@@ -163,9 +179,10 @@ Sheet MakeTable(const std::vector<Labelled>& all)
     }
   Sheet sheet(std::move(columns));
   for (const auto& [key, row] : rows) {
-    const std::optional<double>& time = std::get<2>(key);
-    std::vector<SheetValue>      cells;
-    cells.push_back(time ? SheetValue(*time) : SheetValue());
+    const auto& [iteration, analysis, quantity, time, step] = key;
+    std::vector<SheetValue> cells;
+    for (const auto& names : timeNames)
+      cells.push_back(time && names.first == quantity ? SheetValue(*time) : SheetValue());
     cells.push_back(row.step.empty() ? SheetValue() : SheetValue(row.step));
     for (std::size_t i = 0; i < column; ++i) {
       const auto value = row.values.find(i);
@@ -187,8 +204,9 @@ std::size_t EndOfRecord(const std::vector<HistorySeries>& series, std::size_t fi
   return last;
 }
 
-/// The components from first to before last of a record at one time.
-Json PointJson(const Labelled& labelled, std::size_t first, std::size_t last, std::size_t position)
+/// The components from first to before last of a record at one time. What stands under "time" is told where it is none.
+Json PointJson(const Labelled& labelled, std::size_t first, std::size_t last, std::size_t position,
+               const TimeNames& timeNames)
 {
   const HistorySeries& one   = labelled.series[first];
   const HistoryPoint&  point = one.points[position];
@@ -200,6 +218,7 @@ Json PointJson(const Labelled& labelled, std::size_t first, std::size_t last, st
     if (one.key.IsSet(index.index) && !isTold) row[index.key] = one.key.GetInteger(index.index);
   }
   row["time"] = point.time ? JsonNumber(*point.time) : Json();
+  if (point.time && point.quantity != OnfKind::Time) row["time-name"] = timeNames.at(point.quantity);
   row["step"] = point.step.mask == FED_DataDescriptor().mask ? Json() : Json(StepText(point.step));
   if (one.id) row["id"] = *one.id;
   if (one.point != 0) row["point"] = one.point;
@@ -212,12 +231,13 @@ Json PointJson(const Labelled& labelled, std::size_t first, std::size_t last, st
 /// points go together.
 Json MakeJson(const std::vector<Labelled>& all)
 {
-  Json list = Json::array();
+  const TimeNames timeNames = NameTimes(all);
+  Json            list      = Json::array();
   for (const Labelled& labelled : all)
     for (std::size_t first = 0; first < labelled.series.size();) {
       const std::size_t last = EndOfRecord(labelled.series, first);
       for (std::size_t p = 0; p < labelled.series[first].points.size(); ++p)
-        list.push_back(PointJson(labelled, first, last, p));
+        list.push_back(PointJson(labelled, first, last, p, timeNames));
       first = last;
     }
   return list;
@@ -233,7 +253,9 @@ Chart ChartOf(const std::vector<Labelled>& all)
       series.push_back(one);
       names.push_back(ColumnOf(labelled, one, hasKinds));
     }
-  return MakeHistoryChart(series, names, all.front().timeName);
+  std::string timeName;
+  for (const auto& [quantity, name] : NameTimes(all)) timeName += (timeName.empty() ? "" : " or ") + name;
+  return MakeHistoryChart(series, names, timeName);
 }
 
 void Run(const Options& options, CommandContext& context)

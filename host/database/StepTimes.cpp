@@ -73,6 +73,12 @@ int StepTimes::QuantityOf(const FED_DataDescriptor& block) const
   return moment ? moment->quantity : 0;
 }
 
+int StepTimes::QuantityAt(const FED_DataDescriptor& history, int position) const
+{
+  const auto found = moments_.find(KeyOf(history, position));
+  return found == moments_.end() ? 0 : found->second.quantity;
+}
+
 std::optional<std::string> NameOfTimes(const StepTimes& times, const std::vector<FED_DataDescriptor>& blocks,
                                        const KindTable& kinds)
 {

@@ -34,6 +34,9 @@ public:
   /// @return what TimeOf() tells: Time, Frequency or BucklingFactor (OnfKind), 0 when it tells nothing
   int QuantityOf(const FED_DataDescriptor& block) const;
 
+  /// @return the same of TimeAt()
+  int QuantityAt(const FED_DataDescriptor& history, int position) const;
+
 private:
   struct Moment
   {

@@ -10,6 +10,7 @@
 #include "answers/Region.h"
 #include "database/StepTimes.h"
 #include "kinds/KindTable.h"
+#include "QuilonDbConnector/FED_IdMapsPool.h"
 #include "QuilonUtilities/FED_Failure.h"
 #include "TwoBricks.h"
 
@@ -81,6 +82,46 @@ TEST_F(Histories, ResamplingIsStraightBetweenStepsAndNothingBeyond)
 {
   const HistorySeries series = Resampled(Read("displacement.x", {.ids = "2"}).front(), {0.25, 0.5, 0.75, 1.5, 2, 2.5});
   EXPECT_EQ(Text(series), "displacement 2 x: 0.50/1.00 0.75/1.50 1.50/3.00 2.00/4.00");
+}
+
+/// A modal step with a frequency behind the steps of FillTwoBricks().
+class HistoriesWithModes : public Histories
+{
+protected:
+  void SetUp() override
+  {
+    Histories::SetUp();
+    FED_DataDescriptor frequencies(0, FED_OnfId_ScalarHistory);
+    frequencies.SetInteger(FED_DataDescriptor::Analysis, 2);
+    frequencies.SetInteger(FED_DataDescriptor::LoadCase, 3);
+    frequencies.SetInteger(OnfIndex::Quantity, OnfKind::Frequency);
+    database_.GetOrCreateDataBlock(frequencies, 1).SetScalarAt(1, 0.75);
+    FED_DataDescriptor mode = StepBlock(OnfKind::Displacement, 3, 1);
+    mode.SetInteger(FED_DataDescriptor::Analysis, 2);
+    const double shape[3] = {100, 0, 0};
+    database_.GetOrCreateDataBlock(mode, 1).SetValuesAt(
+        database_.GetIdMapsPool().FindOrAddIndex(OnfKind::NodeEntity, 2), shape);
+  }
+};
+
+TEST_F(HistoriesWithModes, TellWhichTimesAreFrequencies)
+{
+  const HistorySeries series = Read("displacement.x", {.ids = "2"}).front();
+  ASSERT_EQ(Text(series), "displacement 2 x: 0.50/1.00 1.00/2.00 2.00/4.00 0.75/100.");
+  EXPECT_EQ(series.points[0].quantity, OnfKind::Time);
+  EXPECT_EQ(series.points[3].quantity, OnfKind::Frequency);
+  const auto frequencies = Read("frequency", {});
+  ASSERT_EQ(frequencies.size(), 1u);
+  EXPECT_EQ(frequencies[0].points[0].quantity, OnfKind::Frequency);
+}
+
+TEST_F(HistoriesWithModes, ResamplingGoesByTimesAlone)
+{
+  const HistorySeries series = Read("displacement.x", {.ids = "2"}).front();
+  EXPECT_EQ(Text(Resampled(series, {0.5, 0.75, 2})), "displacement 2 x: 0.50/1.00 0.75/1.50 2.00/4.00");
+  HistorySeries modes = series;
+  modes.points.erase(modes.points.begin(), modes.points.begin() + 3);
+  EXPECT_EQ(Text(Resampled(modes, {0.5, 0.75, 2})), "displacement 2 x: 0.75/100.");
 }
 
 TEST(HistoryTimes, AreAListOrARange)

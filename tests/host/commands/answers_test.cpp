@@ -1,11 +1,16 @@
 #include <algorithm>
 #include <string>
 
+#include <bundled/FED_ResultDatabase.h>
+#include <bundled/OnfKinds.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "program_support.h"
+#include "QuilonDbConnector/FED_DataBlock.h"
+#include "QuilonDbConnector/FED_IdMapsPool.h"
 #include "TempFolder.h"
+#include "TwoBricks.h"
 
 namespace {
 
@@ -96,6 +101,40 @@ TEST_F(AnswerCommands, HistoryHasTimesInRowsAndRecordsInColumns)
   EXPECT_EQ(rows[1].at("id"), 3);
   EXPECT_EQ(rows[1].at("mises"), 3.0);
   EXPECT_EQ(rows[1].at("p3"), 0.0);
+}
+
+TEST_F(AnswerCommands, ModesHaveAColumnOfTheirOwnBesideTimes)
+{
+  const std::string modal = (folder_ / "modal.fed").string();
+  {
+    FED_ResultDatabase database(modal, FED_ResultDatabase::Create);
+    FillTwoBricks(database);
+    FED_DataDescriptor mode(0, FED_OnfId_ScalarHistory);
+    mode.SetInteger(FED_DataDescriptor::Analysis, 2);
+    mode.SetInteger(FED_DataDescriptor::LoadCase, 3);
+    mode.SetInteger(OnfIndex::Quantity, OnfKind::Frequency);
+    database.GetOrCreateDataBlock(mode, 1).SetScalarAt(1, 75.5);
+    mode = StepBlock(OnfKind::Displacement, 3, 1);
+    mode.SetInteger(FED_DataDescriptor::Analysis, 2);
+    const double shape[3] = {7, 0, 0};
+    database.GetOrCreateDataBlock(mode, 1).SetValuesAt(database.GetIdMapsPool().FindOrAddIndex(OnfKind::NodeEntity, 1),
+                                                       shape);
+    database.Commit();
+  }
+  EXPECT_EQ(RunQuilon({"history", modal, "displacement.x", "--ids", "1"}).out,
+            "time\tfrequency\tstep\t1.x\n"
+            "0.5\t-\tit=0,an=1,lc=1,sub=1\t0.5\n"
+            "1\t-\tit=0,an=1,lc=1,sub=2\t1\n"
+            "2\t-\tit=0,an=1,lc=2,sub=1\t2\n"
+            "-\t75.5\tit=0,an=2,lc=3,sub=1\t7\n");
+  EXPECT_EQ(RunQuilon({"history", modal, "displacement.x@an=2", "--ids", "1"}).out,
+            "frequency\tstep\t1.x\n75.5\tit=0,an=2,lc=3,sub=1\t7\n");
+  const Json rows = Json::parse(RunQuilon({"history", modal, "displacement.x", "--ids", "1", "--json"}).out);
+  ASSERT_EQ(rows.size(), 4u);
+  EXPECT_EQ(rows[2].at("time"), 2.0);
+  EXPECT_FALSE(rows[2].contains("time-name"));
+  EXPECT_EQ(rows[3].at("time"), 75.5);
+  EXPECT_EQ(rows[3].at("time-name"), "frequency");
 }
 
 TEST_F(AnswerCommands, HistoriesOfSeveralDatabasesShareTheirTimes)
