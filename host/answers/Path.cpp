@@ -368,7 +368,8 @@ private:
       Fail("--linearize: " + Counted(numWithoutAxes, "point") +
            " on the axis of --axes, where no direction is radial, expected a line beside it");
     const std::vector<double>& tensors = stresses.front().second;
-    if (tensors.size() != kNumComponents * line.points.size()) FailWithoutValues(key, line);
+    if (tensors.size() != kNumComponents * line.points.size())
+      FailWithoutValues(key, stresses.front().first->block, line);
 
     const LinearizedStress result = Linearize(tensors);
     const Component        mises("mises", OnfOf(stresses.front().first->block));
@@ -386,7 +387,8 @@ private:
     return linearization;
   }
 
-  [[noreturn]] void FailWithoutValues(const FED_DataDescriptor& key, const Line& line) const
+  [[noreturn]] void FailWithoutValues(const FED_DataDescriptor& key, const FED_DataDescriptor& block,
+                                      const Line& line) const
   {
     std::size_t numOutside = 0;
     std::string first;
@@ -398,7 +400,18 @@ private:
       Fail("--linearize: " + Counted(numOutside, "point") + " of " + std::to_string(line.points.size()) +
            " outside of all solid elements, the first at " + first + ", expected a line through one wall");
     Fail("--linearize: points without a stress in " + ToSelectionText(key).substr(1) +  // a key has no kind, "0@it=0"
-         ": nodes of their elements have none, expected a line whose points all have one");
+         ": nodes of their elements have none, expected a line whose points all have one" +
+         (HasAveragesOfAll(block) ? ", or the averages over all elements: '@group=none'" : ""));
+  }
+
+  /// @return whether the block is of a group's averages, which end where the group does, and others are over all
+  /// elements
+  bool HasAveragesOfAll(FED_DataDescriptor block) const
+  {
+    if (!block.IsSet(OnfIndex::Group)) return false;
+    block.SetInteger(OnfIndex::Group, 0);
+    block.mask &= ~(1U << static_cast<unsigned>(OnfIndex::Group));
+    return database_.HasDataBlock(block);
   }
 
   const FED_Database& database_;

@@ -292,6 +292,24 @@ TEST_F(Path, OnlyAWholeLineOfOneStressIsLinearized)
       "a line whose points all have one");
 }
 
+TEST_F(Path, AGroupThatEndsWithinAWallSuggestsTheAveragesOfAll)
+{
+  FED_DataDescriptor group = ResultKey(OnfKind::NodalStress, 1);
+  group.SetInteger(OnfIndex::Group, 2);
+  for (int node = 1; node <= 8; ++node) WriteTensor(database_, group, node, {1, 1, 1, 0, 0, 0});
+  PathRequest request;
+  request.linearize          = true;
+  request.places             = PlacesOnLine({0, 1, 1}, {4, 1, 1}, 5);
+  const std::string expected = "expected a line whose points all have one";
+  const auto        failure  = [&] { return FailureOf([&] { Follow("stress@lc=1,group=2", request); }); };
+  EXPECT_EQ(failure(),
+            "--linearize: points without a stress in @it=0,an=1,lc=1,sub=1,group=2: nodes of their elements have none, "
+            "expected a line whose points all have one, or the averages over all elements: '@group=none'");
+  EXPECT_EQ(Follow("stress@lc=1,group=none", request).steps.size(), 1u);
+  database_.DeleteDataBlock(ResultKey(OnfKind::NodalStress, 1));
+  EXPECT_TRUE(failure().ends_with(expected)) << failure();
+}
+
 TEST(PathPlaces, OnALineHaveEqualDistancesAndBothEnds)
 {
   const auto places = PlacesOnLine({0.1, 0, 0}, {0.7, 1, -2}, 4);
