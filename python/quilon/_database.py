@@ -232,11 +232,13 @@ class Mesh:
 
     points: Values  #: undeformed coordinates, shape (n, 3), in the unit of the calculation
     point_ids: Ids  #: ids of the nodes, ascending, shape (n,)
-    #: by type ("C3D8"): ids of the elements, shape (m,), and node ids in the order of decks, shape (m, nodes)
+    #: by shape ("C3D8"): ids of the elements, shape (m,), and node ids in the order of decks, shape (m, nodes)
     cells: dict[str, tuple[Ids, Ids]]
-    materials: dict[str, Ids]  #: by type: number of each element's material, 0 none
+    materials: dict[str, Ids]  #: by shape: number of each element's material, 0 none
     sets: dict[str, Ids]  #: ids by the name of the set; a name of both nodes and elements stands for the nodes
     element_sets: dict[str, Ids]  #: the sets of elements alone
+    #: by shape: what the deck calls each element's type ("C3D8R" of a C3D8), the shape where it is not known
+    deck_types: dict[str, NDArray[np.str_]] = dataclasses.field(default_factory=dict)
 
     def indices(self, ids: ArrayLike) -> NDArray[np.intp]:
         """Rows of `points` for ids of nodes, of the same shape. Raises ArgumentError for an id that is no node."""
@@ -394,11 +396,14 @@ class Database:
         parts = self._native.mesh(iteration)
         cells: dict[str, tuple[Ids, Ids]] = {}
         materials: dict[str, Ids] = {}
-        for name, ids, nodes, of_material in parts["cells"]:
+        deck_types: dict[str, NDArray[np.str_]] = {}
+        type_names = np.array(parts["types"], np.str_)
+        for name, ids, nodes, of_material, of_type in parts["cells"]:
             # Elements without a shape differ in their number of nodes.
             key = name if name not in cells else f"{name}{nodes.shape[1]}"
             cells[key] = (ids, nodes)
             materials[key] = of_material
+            deck_types[key] = type_names[of_type]
         sets: dict[str, Ids] = {}
         element_sets: dict[str, Ids] = {}
         for name, of_elements, ids in parts["sets"]:
@@ -407,7 +412,7 @@ class Database:
                 sets.setdefault(name, ids)
             else:
                 sets[name] = ids
-        return Mesh(parts["points"], parts["point_ids"], cells, materials, sets, element_sets)
+        return Mesh(parts["points"], parts["point_ids"], cells, materials, sets, element_sets, deck_types)
 
     @checked
     def write(self, kind: str | int, ids: ArrayLike, values: ArrayLike | abc.Sequence[ArrayLike], **key: int | None) -> None:

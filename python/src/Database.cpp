@@ -18,6 +18,7 @@
 #include "database/StepTimes.h"
 #include "kinds/KindTable.h"
 #include "kinds/UserKindPool.h"
+#include "mesh/DeckTypes.h"
 #include "mesh/Mesh.h"
 #include "QuilonDbConnector/FED_Database.h"
 #include "QuilonDbConnector/FED_IdMapsPool.h"
@@ -80,19 +81,23 @@ py::list ListSteps(const std::shared_ptr<Store>& store)
 py::dict GetMesh(const std::shared_ptr<Store>& store, int iteration)
 {
   Mesh                  mesh;
+  DeckTypes             deckTypes;
   std::vector<NamedSet> sets;
   Work([&] {
     store->Use([&] {
       FED_Database& database = store->RequireReading().Get();
       mesh                   = ReadMesh(database, iteration, store->GetName());
+      deckTypes              = DeckTypes(database, iteration);
       sets                   = ReadSets(database, iteration);
     });
   });
   struct Cells
   {
-    std::vector<int> ids, nodes, materials;
+    std::vector<int> ids, nodes, materials, types;
     std::size_t      count = 0;  // nodes of each
   };
+  std::map<std::string, int> numbersOfTypes;
+  py::list                   typeNames;
   // Elements without a shape may differ in their number of nodes.
   std::map<std::pair<std::string, std::size_t>, Cells> byType;
   for (const Mesh::Element& element : mesh.Elements()) {
@@ -100,6 +105,10 @@ py::dict GetMesh(const std::shared_ptr<Store>& store, int iteration)
     cells.count  = element.count;
     cells.ids.push_back(element.id);
     cells.materials.push_back(element.material);
+    const std::string type     = deckTypes.NameOf(element.id, element.frdType);
+    const auto [number, isNew] = numbersOfTypes.try_emplace(type, static_cast<int>(numbersOfTypes.size()));
+    if (isNew) typeNames.append(TextOf(type));
+    cells.types.push_back(number->second);
     for (const std::size_t node : mesh.NodesOf(element)) cells.nodes.push_back(mesh.NodeIds()[node]);
   }
   std::vector<double> points;
@@ -111,7 +120,7 @@ py::dict GetMesh(const std::shared_ptr<Store>& store, int iteration)
     const std::vector<py::ssize_t> shape{static_cast<py::ssize_t>(list.ids.size()),
                                          static_cast<py::ssize_t>(list.count)};
     cells.append(py::make_tuple(type.first, ArrayOf(std::move(list.ids)), ArrayOf(std::move(list.nodes), shape),
-                                ArrayOf(std::move(list.materials))));
+                                ArrayOf(std::move(list.materials)), ArrayOf(std::move(list.types))));
   }
   py::list named;
   for (NamedSet& set : sets)
@@ -120,6 +129,7 @@ py::dict GetMesh(const std::shared_ptr<Store>& store, int iteration)
   result["points"]    = ArrayOf(std::move(points), {static_cast<py::ssize_t>(mesh.NumNodes()), 3});
   result["point_ids"] = ArrayOf(mesh.NodeIds());
   result["cells"]     = cells;
+  result["types"]     = typeNames;
   result["sets"]      = named;
   return result;
 }

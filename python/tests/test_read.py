@@ -177,6 +177,17 @@ def test_mesh_is_arrays(mixed: pathlib.Path) -> None:
             mesh.indices([10**6])
 
 
+def test_mesh_tells_what_decks_call_the_types(results: pathlib.Path, mixed: pathlib.Path) -> None:
+    for path in (results, mixed):
+        with quilon.open(path) as db:
+            mesh = db.mesh()
+        found = {}
+        for shape, (ids, _) in mesh.cells.items():
+            assert mesh.deck_types[shape].shape == ids.shape
+            found.update(zip(ids.tolist(), mesh.deck_types[shape].tolist()))
+        assert found == {row["id"]: row["type"] for row in json_of("show", path, "element-type")[0]["rows"]}
+
+
 def test_cells_for_other_packages_are_right_side_out(mixed: pathlib.Path) -> None:
     with quilon.open(mixed) as db:
         mesh = db.mesh()
