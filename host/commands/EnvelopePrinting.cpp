@@ -18,7 +18,13 @@ namespace {
 
 using Extreme = EnvelopeField::Extreme;
 
-std::string StepOf(const EnvelopeSeries& series, const Extreme& extreme) { return KeyText(series.steps[extreme.step]); }
+/// @return what the steps of a series are called, by number
+std::vector<std::string> NamesOfSteps(const EnvelopeSeries& series)
+{
+  std::vector<std::string> names;
+  for (const FED_DataDescriptor& step : series.steps) names.push_back(KeyText(step));
+  return names;
+}
 
 /// Calls visit(id, component, least, greatest, largest) for each row of the envelope.
 template <typename Visit>
@@ -67,7 +73,8 @@ void EnvelopePrinter::PrintJson(const EnvelopeSeries& series)
   std::string text = JsonText(head);
   text.pop_back();  // its closing brace: the rows follow
   output_.Write((isFirst_ ? "[\n" : ",\n") + text + ",\"rows\":[");
-  const char* before = "\n  ";
+  const char*                    before = "\n  ";
+  const std::vector<std::string> steps  = NamesOfSteps(series);
   ForEachRow(series, [&](int id, const std::string& component, const Extreme& least, const Extreme& greatest,
                          const Extreme& largest) {
     Json row;
@@ -78,7 +85,7 @@ void EnvelopePrinter::PrintJson(const EnvelopeSeries& series)
     const auto isNone = [](const Extreme& extreme) { return extreme.step == EnvelopeField::kNoStep; };
     for (const auto& [name, extreme] : extremes) row[name] = isNone(*extreme) ? Json() : JsonNumber(extreme->value);
     for (const auto& [name, extreme] : extremes)
-      row[std::string(name) + "-step"] = isNone(*extreme) ? Json() : Json(StepOf(series, *extreme));
+      row[std::string(name) + "-step"] = isNone(*extreme) ? Json() : Json(steps[extreme->step]);
     if (!series.names.empty())
       for (const auto& [name, extreme] : extremes)
         row[std::string(name) + "-combination"] = isNone(*extreme) ? Json() : Json(series.names[extreme->step]);
@@ -116,22 +123,34 @@ void EnvelopePrinter::PrintTable(const EnvelopeSeries& series)
 
 void EnvelopePrinter::WriteRows(const EnvelopeSeries& series, bool isForPeople)
 {
-  const std::string none = form_.csv ? "" : "-";
+  const std::string              none  = form_.csv ? "" : "-";
+  const std::string              block = ToSelectionText(series.key);
+  const std::vector<std::string> steps = series.names.empty() ? NamesOfSteps(series) : series.names;
+  const std::size_t              first = isForPeople ? 0 : 1;
+  constexpr std::size_t          kOwn  = 8;  // columns behind that of the block
+  std::vector<std::string>       cells(first + kOwn);
+  if (!isForPeople) cells.front() = block;
   ForEachRow(series, [&](int id, const std::string& component, const Extreme& least, const Extreme& greatest,
                          const Extreme& largest) {
-    std::vector<std::string> cells;
-    if (!isForPeople) cells.push_back(ToSelectionText(series.key));
-    cells.push_back(std::to_string(id));
-    cells.push_back(component);
+    auto cell = cells.begin() + static_cast<std::ptrdiff_t>(first);
+    *cell++   = std::to_string(id);
+    *cell++   = component;
     for (const Extreme* extreme : {&least, &greatest, &largest}) {
+      std::string& value = *cell++;
+      std::string& step  = *cell++;
       if (extreme->step == EnvelopeField::kNoStep) {
-        cells.insert(cells.end(), 2, none);
+        value = none;
+        step  = none;
         continue;
       }
-      cells.push_back(isForPeople ? FormatRounded(extreme->value) : FormatNumber(extreme->value));
-      cells.push_back(series.names.empty() ? StepOf(series, *extreme) : series.names[extreme->step]);
+      value.clear();
+      if (isForPeople)
+        AppendRounded(value, extreme->value);
+      else
+        AppendNumber(value, extreme->value);
+      step = steps[extreme->step];
     }
-    table_->Row(std::move(cells));
+    table_->Row(cells);
   });
 }
 

@@ -144,13 +144,19 @@ struct Shown
     return RecordRows(block, kinds, database, std::move(components), axes.TurnOf(block.GetDescriptor(), region));
   }
 
-  /// @return the rows of a record, with names for numbers
-  std::vector<std::vector<Cell>> GetRows(const RecordRows& rows, const FED_DataBlock& block, int id,
-                                         const FED_ConstDataRecord& record) const
+  /// Calls visit(row) for each row of the records, with names for numbers; valid during the call only.
+  template <typename Visit>
+  void ForEachRow(const FED_DataBlock& block, const std::vector<RecordKey>& keys, const RecordRows& rows,
+                  const Visit& visit) const
   {
-    std::vector<std::vector<Cell>> all = rows.GetRows(id, record);
-    for (std::vector<Cell>& row : all) names.Replace(block.GetDescriptor(), row);
-    return all;
+    std::vector<std::vector<Cell>> ofRecord;
+    ForEachRecord(block, keys, [&](int id, const FED_ConstDataRecord& record) {
+      rows.GetRows(id, record, ofRecord);
+      for (std::vector<Cell>& row : ofRecord) {
+        names.Replace(block.GetDescriptor(), row);
+        visit(row);
+      }
+    });
   }
 
   /// @return the name of what StepTimes tells of the blocks, where it tells something: "time", or "frequency" where all
@@ -196,13 +202,11 @@ void PrintJson(Output& output, const Shown& shown)
     const FED_DataBlock& block     = shown.database.GetConstDataBlock(descriptor);
     const RecordRows     rows      = shown.RowsOf(block);
     const char*          beforeRow = "\n  ";
-    shown.ForEachRecord(block, shown.Choose(block), [&](int id, const FED_ConstDataRecord& record) {
-      for (const std::vector<Cell>& row : shown.GetRows(rows, block, id, record)) {
-        Json object;
-        for (std::size_t i = 0; i < row.size(); ++i) object[rows.GetColumns()[i]] = std::visit(JsonCell(), row[i]);
-        output.Write(beforeRow + JsonText(object));
-        beforeRow = ",\n  ";
-      }
+    shown.ForEachRow(block, shown.Choose(block), rows, [&](const std::vector<Cell>& row) {
+      Json object;
+      for (std::size_t i = 0; i < row.size(); ++i) object[rows.GetColumns()[i]] = std::visit(JsonCell(), row[i]);
+      output.Write(beforeRow + JsonText(object));
+      beforeRow = ",\n  ";
     });
     output.Write("]}");
   }
@@ -224,13 +228,17 @@ void WriteRows(TableWriter& table, const Shown& shown, const FED_DataBlock& bloc
                const RecordRows& rows, const std::vector<std::string>& before, const std::vector<std::string>& behind,
                const CellStyle& style)
 {
-  shown.ForEachRecord(block, keys, [&](int id, const FED_ConstDataRecord& record) {
-    for (const std::vector<Cell>& row : shown.GetRows(rows, block, id, record)) {
-      std::vector<std::string> cells = before;
-      for (const Cell& cell : row) cells.push_back(FormatCell(cell, style));
-      cells.insert(cells.end(), behind.begin(), behind.end());
-      table.Row(std::move(cells));
+  // Texts keep their room from row to row.
+  std::vector<std::string> cells = before;
+  shown.ForEachRow(block, keys, rows, [&](const std::vector<Cell>& row) {
+    cells.resize(before.size() + row.size() + behind.size());
+    auto text = cells.begin() + static_cast<std::ptrdiff_t>(before.size());
+    for (const Cell& cell : row) {
+      text->clear();
+      AppendCell(*text++, cell, style);
     }
+    std::copy(behind.begin(), behind.end(), text);
+    table.Row(cells);
   });
 }
 
@@ -326,10 +334,9 @@ void PrintSparklines(Output& output, const Shown& shown)
     const std::vector<RecordKey>     keys  = shown.Choose(block);
     const RecordRows                 rows  = shown.RowsOf(block);
     std::vector<std::vector<double>> columns(rows.GetColumns().size());
-    shown.ForEachRecord(block, keys, [&](int id, const FED_ConstDataRecord& record) {
-      for (const std::vector<Cell>& row : shown.GetRows(rows, block, id, record))
-        for (std::size_t i = 1; i < row.size(); ++i)
-          if (const std::optional<double> number = NumberOf(row[i])) columns[i].push_back(*number);
+    shown.ForEachRow(block, keys, rows, [&](const std::vector<Cell>& row) {
+      for (std::size_t i = 1; i < row.size(); ++i)
+        if (const std::optional<double> number = NumberOf(row[i])) columns[i].push_back(*number);
     });
     output.Write(before + Printable(shown.kinds.GetName(descriptor)) + "  " + ToSelectionText(descriptor) + "  " +
                  Counted(keys.size(), "record") + '\n');

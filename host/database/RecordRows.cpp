@@ -1,6 +1,8 @@
 #include "database/RecordRows.h"
 
 #include <algorithm>
+#include <charconv>
+#include <iterator>
 #include <type_traits>
 #include <utility>
 
@@ -73,6 +75,24 @@ std::vector<double> DoublesOf(const FED_ConstDataRecord& record, std::size_t fie
   return std::vector<double>(list.GetData(), list.GetData() + list.GetSize());
 }
 
+/// @return how many doubles a field has, none one of another type
+std::size_t ReadDoubles(const FED_ConstDataRecord& record, std::size_t field, double (&values)[6])
+{
+  switch (FED_FieldType::GetClass(record.GetFieldType(field))) {
+    case FED_FieldType::Double:
+      values[0] = record.GetDouble(field);
+      return 1;
+    case FED_FieldType::Vector:
+      record.GetVector(field, values);
+      return 3;
+    case FED_FieldType::Tensor:
+      record.GetTensor(field, values);
+      return 6;
+    default:
+      return 0;
+  }
+}
+
 void AppendField(const FED_ConstDataRecord& record, std::size_t field, std::vector<Cell>& row)
 {
   double values[6];
@@ -123,29 +143,57 @@ std::vector<std::vector<Cell>> Grouped(int id, const std::vector<double>& values
   return rows;
 }
 
-struct CellFormatter
+struct CellAppender
 {
   const CellStyle& style;
+  std::string&     text;
 
-  std::string operator()(int value) const { return std::to_string(value); }
-  std::string operator()(float value) const
+  void operator()(int value) const
   {
-    return style.isRounded ? FormatRounded(static_cast<double>(value)) : FormatNumber(value);
+    char       digits[16];
+    const auto written = std::to_chars(std::begin(digits), std::end(digits), value);
+    text.append(digits, static_cast<std::size_t>(written.ptr - digits));
   }
-  std::string operator()(double value) const { return style.isRounded ? FormatRounded(value) : FormatNumber(value); }
-  std::string operator()(const std::string& value) const { return value; }
-  template <typename T>
-  std::string operator()(const std::vector<T>& values) const
+  void operator()(float value) const
   {
-    std::string text = '[' + std::to_string(values.size()) + ']';
-    for (std::size_t i = 0; i < values.size() && i < style.listLimit; ++i) text += ' ' + (*this)(values[i]);
-    return values.size() > style.listLimit ? text + " ..." : text;
+    if (style.isRounded)
+      AppendRounded(text, static_cast<double>(value));
+    else
+      AppendNumber(text, value);
+  }
+  void operator()(double value) const
+  {
+    if (style.isRounded)
+      AppendRounded(text, value);
+    else
+      AppendNumber(text, value);
+  }
+  void operator()(const std::string& value) const { text += value; }
+  template <typename T>
+  void operator()(const std::vector<T>& values) const
+  {
+    text += '[' + std::to_string(values.size()) + ']';
+    for (std::size_t i = 0; i < values.size() && i < style.listLimit; ++i) {
+      text += ' ';
+      (*this)(values[i]);
+    }
+    if (values.size() > style.listLimit) text += " ...";
   }
 };
 
 }  // namespace
 
-std::string FormatCell(const Cell& cell, const CellStyle& style) { return std::visit(CellFormatter{style}, cell); }
+void AppendCell(std::string& text, const Cell& cell, const CellStyle& style)
+{
+  std::visit(CellAppender{style, text}, cell);
+}
+
+std::string FormatCell(const Cell& cell, const CellStyle& style)
+{
+  std::string text;
+  AppendCell(text, cell, style);
+  return text;
+}
 
 RecordRows::RecordRows(const FED_DataBlock& block, const KindTable& kinds, const FED_Database& database,
                        std::vector<Component> components, RecordTurn turn)
@@ -217,21 +265,19 @@ void RecordRows::AppendComponents(int id, std::size_t part, std::size_t numParts
   row.insert(row.end(), behind.begin(), behind.end());
 }
 
-std::vector<std::vector<Cell>> RecordRows::GetComponentRows(int id, const FED_ConstDataRecord& record) const
+/// Rows of points, or of the nodes of elements.
+std::vector<std::vector<Cell>> RecordRows::GetGroupRows(int id, const FED_ConstDataRecord& record) const
 {
-  std::vector<std::vector<Cell>> rows;
-  if (layout_ == Layout::Fields) {
-    std::vector<Cell> stored;
-    AppendField(record, 1, stored);
-    std::vector<double> values;
-    for (const Cell& cell : stored)
-      if (const double* value = std::get_if<double>(&cell)) values.push_back(*value);
-    AppendComponents(id, 0, 1, values, rows.emplace_back(1, Cell(id)));
-    return rows;
-  }
   std::vector<double>    values    = DoublesOf(record, layout_ == Layout::Points ? 2 : 1);
   const std::size_t      groupSize = layout_ == Layout::Points ? kTensorNames.size() : kVectorNames.size();
   const std::vector<int> nodes     = nodeLists_ ? NodesOf(id) : std::vector<int>();
+  if (components_.empty()) {
+    std::vector<std::vector<Cell>> rows = Grouped(id, values, groupSize);
+    for (std::size_t n = 0; nodeLists_ && n < rows.size(); ++n)
+      rows[n].insert(rows[n].begin() + 2, n < nodes.size() ? Cell(nodes[n]) : Cell(std::string()));
+    return rows;
+  }
+  std::vector<std::vector<Cell>> rows;
   for (std::size_t first = 0; first < values.size(); first += groupSize) {
     const std::size_t  place = first / groupSize;
     std::vector<Cell>& row   = rows.emplace_back();
@@ -245,19 +291,28 @@ std::vector<std::vector<Cell>> RecordRows::GetComponentRows(int id, const FED_Co
 
 std::vector<std::vector<Cell>> RecordRows::GetRows(int id, const FED_ConstDataRecord& record) const
 {
-  if (!components_.empty()) return GetComponentRows(id, record);
-  if (layout_ == Layout::Points) return Grouped(id, DoublesOf(record, 2), kTensorNames.size());
-  if (layout_ == Layout::Triples) {
-    std::vector<std::vector<Cell>> rows = Grouped(id, DoublesOf(record, 1), kVectorNames.size());
-    if (!nodeLists_) return rows;
-    const std::vector<int> nodes = NodesOf(id);
-    for (std::size_t n = 0; n < rows.size(); ++n)
-      rows[n].insert(rows[n].begin() + 2, n < nodes.size() ? Cell(nodes[n]) : Cell(std::string()));
-    return rows;
+  std::vector<std::vector<Cell>> rows;
+  GetRows(id, record, rows);
+  return rows;
+}
+
+void RecordRows::GetRows(int id, const FED_ConstDataRecord& record, std::vector<std::vector<Cell>>& rows) const
+{
+  if (layout_ != Layout::Fields) {
+    rows = GetGroupRows(id, record);
+    return;
   }
-  std::vector<Cell> row = {id};
-  for (std::size_t field = 1; field <= record.GetFieldCount(); ++field) AppendField(record, field, row);
-  return {row};
+  rows.resize(1);
+  std::vector<Cell>& row = rows.front();
+  row.clear();
+  row.emplace_back(id);
+  if (components_.empty()) {
+    for (std::size_t field = 1; field <= record.GetFieldCount(); ++field) AppendField(record, field, row);
+    return;
+  }
+  double            values[6];
+  const std::size_t count = ReadDoubles(record, 1, values);
+  AppendComponents(id, 0, 1, std::span(values, count), row);
 }
 
 /// @return nothing for an element that no list is known of

@@ -37,6 +37,9 @@ struct CellStyle
 
 std::string FormatCell(const Cell& cell, const CellStyle& style);
 
+/// Writes it behind a text.
+void AppendCell(std::string& text, const Cell& cell, const CellStyle& style);
+
 /// What is done with the values of a record before components are taken of them.
 struct RecordTurn
 {
@@ -76,6 +79,9 @@ public:
 
   /// @return the record's rows, a cell for each column
   std::vector<std::vector<Cell>> GetRows(int id, const FED_ConstDataRecord& record) const;
+  /// The same for who reads record after record.
+  /// @param rows receives them
+  void GetRows(int id, const FED_ConstDataRecord& record, std::vector<std::vector<Cell>>& rows) const;
 
 private:
   enum class Layout
@@ -93,7 +99,7 @@ private:
   };
 
   std::vector<int>               NodesOf(int element) const;
-  std::vector<std::vector<Cell>> GetComponentRows(int id, const FED_ConstDataRecord& record) const;
+  std::vector<std::vector<Cell>> GetGroupRows(int id, const FED_ConstDataRecord& record) const;
   void AppendComponents(int id, std::size_t part, std::size_t numParts, std::span<double> values,
                         std::vector<Cell>& row) const;
 

@@ -13,7 +13,7 @@ namespace quilon {
 namespace {
 
 /// Characters of a UTF-8 text: its bytes without the continuations.
-std::size_t Width(const std::string& text)
+std::size_t Width(std::string_view text)
 {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
@@ -46,19 +46,22 @@ TableWriter::TableWriter(Output& output, TableStyle style, bool bold, std::vecto
   WriteRow(names, false);
 }
 
-void TableWriter::Row(std::vector<std::string> cells)
+void TableWriter::Row(std::vector<std::string>&& cells)
 {
-  if (style_ == TableStyle::Aligned && widths_.empty()) {
-    held_.push_back(std::move(cells));
-    if (held_.size() == kRowsHeld) WriteHeld();
-  } else {
-    WriteRow(cells, false);
-  }
+  if (!Holds()) return WriteRow(cells, false);
+  held_.push_back(std::move(cells));
+  if (held_.size() == kRowsHeld) WriteHeld();
+}
+
+void TableWriter::Row(const std::vector<std::string>& cells)
+{
+  if (!Holds()) return WriteRow(cells, false);
+  Row(std::vector<std::string>(cells));
 }
 
 void TableWriter::Finish()
 {
-  if (style_ == TableStyle::Aligned && widths_.empty()) WriteHeld();
+  if (Holds()) WriteHeld();
 }
 
 void TableWriter::WriteHeld()
@@ -107,33 +110,50 @@ void TableWriter::FitWidths()
 
 void TableWriter::WriteRow(const std::vector<std::string>& cells, bool bold)
 {
-  if (style_ == TableStyle::Aligned) return WriteAligned(cells, bold);
-  std::string line;
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    if (style_ == TableStyle::Csv)
-      line += (i == 0 ? "" : ",") + CsvCell(cells[i], columns_[i].isText);
-    else
-      line += (i == 0 ? "" : "\t") + Printable(cells[i]);
+  line_.clear();
+  if (bold) line_ += "\x1b[1m";
+  if (style_ == TableStyle::Aligned) {
+    AppendAligned(cells);
+  } else {
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      if (i != 0) line_ += style_ == TableStyle::Csv ? ',' : '\t';
+      if (style_ == TableStyle::Csv)
+        AppendCsvCell(line_, cells[i], columns_[i].isText);
+      else
+        AppendPrintable(line_, cells[i]);
+    }
   }
-  output_.Write(line + '\n');
+  if (bold) line_ += "\x1b[0m";
+  line_ += '\n';
+  output_.Write(line_);
 }
 
-void TableWriter::WriteAligned(const std::vector<std::string>& cells, bool bold)
+void TableWriter::AppendAligned(const std::vector<std::string>& cells)
 {
-  std::string line;
   for (std::size_t i = 0; i < cells.size(); ++i) {
+    const bool isLast = i + 1 == cells.size() || begins_[i + 1];
+    if (begins_[i])
+      line_.append(1, '\n').append(kIndent, ' ');
+    else if (i != 0)
+      line_.append(gap_, ' ');
+    if (IsPlain(cells[i]) && !(cutsTexts_ && columns_[i].isText)) {
+      AppendCell(cells[i], i, isLast);
+      continue;
+    }
     std::string cell = Printable(cells[i]);
     if (cutsTexts_ && columns_[i].isText) cell = Cut(cell, widths_[i]);
-    const std::size_t width = Width(cell);
-    const std::string padding(widths_[i] > width ? widths_[i] - width : 0, ' ');
-    const bool        isLast = i + 1 == cells.size() || begins_[i + 1];
-    if (begins_[i])
-      line += '\n' + std::string(kIndent, ' ');
-    else if (i != 0)
-      line += std::string(gap_, ' ');
-    line += columns_[i].isText ? cell + (isLast ? "" : padding) : padding + cell;
+    AppendCell(cell, i, isLast);
   }
-  output_.Write(bold ? "\x1b[1m" + line + "\x1b[0m\n" : line + '\n');
+}
+
+/// @param isLast of a line
+void TableWriter::AppendCell(std::string_view cell, std::size_t column, bool isLast)
+{
+  const std::size_t width   = Width(cell);
+  const std::size_t padding = widths_[column] > width ? widths_[column] - width : 0;
+  if (!columns_[column].isText) line_.append(padding, ' ');
+  line_ += cell;
+  if (columns_[column].isText && !isLast) line_.append(padding, ' ');
 }
 
 }  // namespace quilon

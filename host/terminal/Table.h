@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quilon {
@@ -43,15 +44,19 @@ public:
               std::size_t width = kUsualWidth);
 
   /// @param cells one for each column
-  void Row(std::vector<std::string> cells);
+  void Row(std::vector<std::string>&& cells);
+  /// The same for who writes row after row with the same texts.
+  void Row(const std::vector<std::string>& cells);
 
   /// Writes what is held back. A table without rows has its header.
   void Finish();
 
 private:
+  bool Holds() const noexcept { return style_ == TableStyle::Aligned && widths_.empty(); }
   void WriteHeld();
   void WriteRow(const std::vector<std::string>& cells, bool bold);
-  void WriteAligned(const std::vector<std::string>& cells, bool bold);
+  void AppendAligned(const std::vector<std::string>& cells);
+  void AppendCell(std::string_view cell, std::size_t column, bool isLast);
   void FitWidths();
 
   Output&                               output_;
@@ -64,6 +69,7 @@ private:
   bool                                  cutsTexts_ = false;  // to their widths
   std::vector<bool>                     begins_;             // whether a column begins a line
   std::vector<std::vector<std::string>> held_;
+  std::string                           line_;  // that is written
 };
 
 }  // namespace quilon

@@ -11,13 +11,18 @@ namespace quilon {
 
 namespace {
 
-template <typename Real>
-std::string Shortest(Real value)
+/// @param how what std::to_chars() takes behind the value
+template <typename Real, typename... How>
+void AppendDigits(std::string& text, Real value, How... how)
 {
-  if (std::isnan(value)) return "nan";  // without the sign that some NaNs carry
-  char       text[32];
-  const auto written = std::to_chars(std::begin(text), std::end(text), value);
-  return std::string(text, written.ptr);
+  // Without the sign that some NaNs carry.
+  if (std::isnan(value)) {
+    text += "nan";
+    return;
+  }
+  char       digits[32];
+  const auto written = std::to_chars(std::begin(digits), std::end(digits), value, how...);
+  text.append(digits, static_cast<std::size_t>(written.ptr - digits));
 }
 
 /// A character of a UTF-8 text, or a byte that belongs to none.
@@ -63,15 +68,30 @@ std::string EscapeOf(const Character& character)
 
 }  // namespace
 
-std::string FormatNumber(double value) { return Shortest(value); }
+void AppendNumber(std::string& text, double value) { AppendDigits(text, value); }
 
-std::string FormatNumber(float value) { return Shortest(value); }
+void AppendNumber(std::string& text, float value) { AppendDigits(text, value); }
+
+void AppendRounded(std::string& text, double value) { AppendDigits(text, value, std::chars_format::general, 6); }
+
+std::string FormatNumber(double value)
+{
+  std::string text;
+  AppendNumber(text, value);
+  return text;
+}
+
+std::string FormatNumber(float value)
+{
+  std::string text;
+  AppendNumber(text, value);
+  return text;
+}
 
 std::string FormatRounded(double value)
 {
-  if (!std::isfinite(value)) return FormatNumber(value);
-  char text[32];
-  std::snprintf(text, sizeof text, "%.6g", value);
+  std::string text;
+  AppendRounded(text, value);
   return text;
 }
 
@@ -111,10 +131,17 @@ std::string FormatIds(const std::set<int>& ids)
   return text;
 }
 
-std::string Printable(std::string_view text)
+bool IsPlain(std::string_view text) noexcept
 {
-  std::string printable;
-  printable.reserve(text.size());
+  return std::all_of(text.begin(), text.end(), [](char c) { return c >= 0x20 && c < 0x7F; });
+}
+
+void AppendPrintable(std::string& printable, std::string_view text)
+{
+  if (IsPlain(text)) {
+    printable += text;
+    return;
+  }
   while (!text.empty()) {
     const Character character = FirstCharacter(text);
     if (DrivesTerminal(character.code)) {
@@ -124,6 +151,12 @@ std::string Printable(std::string_view text)
     }
     text.remove_prefix(character.size);
   }
+}
+
+std::string Printable(std::string_view text)
+{
+  std::string printable;
+  AppendPrintable(printable, text);
   return printable;
 }
 

@@ -19,6 +19,11 @@ std::string FormatNumber(float value);
 /// @return six digits, for people
 std::string FormatRounded(double value);
 
+/// Writes what FormatNumber() and FormatRounded() return behind a text.
+void AppendNumber(std::string& text, double value);
+void AppendNumber(std::string& text, float value);
+void AppendRounded(std::string& text, double value);
+
 /// @return bytes for people: "512 B", "1.8 KiB", "20 MiB"
 std::string FormatBytes(std::size_t bytes);
 
@@ -30,6 +35,12 @@ std::string FormatIds(const std::set<int>& ids);
 
 /// @return the text with what drives a terminal or turns its writing round as "\n", "\x1b" or "\u202e"; see Format.cpp
 std::string Printable(std::string_view text);
+
+/// Writes it behind another text.
+void AppendPrintable(std::string& printable, std::string_view text);
+
+/// @return whether all bytes are characters of ASCII that print
+bool IsPlain(std::string_view text) noexcept;
 
 /// @return the texts, printable, with commas between them; behind the first `most` of more ", ..."
 std::string Enumerated(std::span<const std::string> texts, std::size_t most = std::numeric_limits<std::size_t>::max());

@@ -56,6 +56,28 @@ TEST(Table, AlignsNumbersRightAndTextsLeft)
             "1000  long name    -12\n");
 }
 
+TEST(Table, RowsThatStayAreWrittenAsOthers)
+{
+  for (const TableStyle style : {TableStyle::Aligned, TableStyle::Plain, TableStyle::Csv}) {
+    Sheet                          sheet;
+    Sheet                          other;
+    TableWriter                    table(sheet.output, style, false, {{"id", false}, {"name", true}});
+    TableWriter                    moved(other.output, style, false, {{"id", false}, {"name", true}});
+    const std::vector<std::string> names = {"a", "b,\"", "=x", "\x1b", "\xc3\xa4"};
+    std::vector<std::string>       cells(2);
+    for (std::size_t i = 0; i < TableWriter::kRowsHeld + 100; ++i) {
+      cells[0] = std::to_string(i * 37);
+      cells[1] = names[i % names.size()];
+      table.Row(cells);
+      moved.Row({cells[0], cells[1]});
+    }
+    table.Finish();
+    moved.Finish();
+    EXPECT_EQ(sheet.Read(), other.Read());
+    EXPECT_EQ(cells[1], names[(TableWriter::kRowsHeld + 99) % names.size()]);
+  }
+}
+
 TEST(Table, SeparatesPlainCellsByTabs)
 {
   EXPECT_EQ(Written(TableStyle::Plain, {{"1", "a b", "0.5"}}), "id\tname\tvalue\n1\ta b\t0.5\n");

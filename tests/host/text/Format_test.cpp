@@ -1,8 +1,12 @@
 #include "text/Format.h"
 
+#include <bit>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
+#include <random>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -36,6 +40,24 @@ TEST(Format, RoundedNumbersHaveSixDigits)
   EXPECT_EQ(FormatRounded(4.0), "4");
   EXPECT_EQ(FormatRounded(-std::nan("")), "nan");
   EXPECT_EQ(FormatRounded(-std::numeric_limits<double>::infinity()), "-inf");
+}
+
+TEST(Format, RoundedNumbersAreThoseOfPrintf)
+{
+  std::mt19937_64 random(7);
+  std::string     behind = "x";
+  for (int i = 0; i < 20000; ++i) {
+    // Any bits, and numbers of a usual size with few digits, which are ties now and then.
+    const double value = i % 2 == 0 ? std::bit_cast<double>(random())
+                                    : (static_cast<double>(random() % 2000001) - 1e6) * std::pow(10.0, i % 16 - 10);
+    if (!std::isfinite(value)) continue;
+    char text[64];
+    std::snprintf(text, sizeof text, "%.6g", value);
+    ASSERT_EQ(FormatRounded(value), text);
+    behind.resize(1);
+    AppendRounded(behind, value);
+    ASSERT_EQ(behind, std::string("x") + text);
+  }
 }
 
 TEST(Format, BytesHaveTwoDigitsOrMore)
