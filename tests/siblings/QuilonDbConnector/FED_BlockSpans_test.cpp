@@ -238,7 +238,7 @@ TEST(BlockSpans, OfSingleChunksAreThoseOfTheWalk)
     EXPECT_EQ(numSpans, 1);
   }
   const auto visit = [&] { FED_VisitChunk(block, database.GetIdMapsPool(), 2, [](const FED_BlockSpan&) {}); };
-  EXPECT_EQ(MessageOf(visit), "block iteration=0 onf=521: chunk is 2, the block has 2");
+  EXPECT_EQ(MessageOf(visit), "block iteration=0 onf=521 substep=0: chunk is 2, the block has 2");
 }
 
 TEST(BlockSpans, StayValidWhateverElseIsReadAndWrittenMeanwhile)
