@@ -92,18 +92,21 @@ private:
   const std::vector<RowColumn>* columns_ = nullptr;
 };
 
-void WalkChunk(const ResultDataBlock& block, std::size_t chunk, ChunkSpan& span,
+// Shows the records of a chunk whose indices are in the span's buffer.
+void TakeChunk(const ResultDataBlock& block, const PinnedChunk& pinned, ChunkSpan& span,
                const std::function<void(const FED_BlockSpan&)>& take)
 {
-  const PinnedChunk pinned(block, chunk);
-  block.GetChunkKeys(chunk, span.GetIndexBuffer());
   span.Show(block.GetRecordFormat(), pinned.GetColumns());
   take(span);
 }
 
 void WalkChunks(const ResultDataBlock& block, ChunkSpan& span, const std::function<void(const FED_BlockSpan&)>& take)
 {
-  for (std::size_t chunk = 0; chunk < block.GetChunkCount(); ++chunk) WalkChunk(block, chunk, span, take);
+  for (std::size_t chunk = 0; chunk < block.GetChunkCount(); ++chunk) {
+    const PinnedChunk pinned(block, chunk);
+    block.GetChunkKeys(chunk, span.GetIndexBuffer());
+    TakeChunk(block, pinned, span, take);
+  }
 }
 
 // A block of another database has no columns: its records are put in some.
@@ -166,8 +169,10 @@ void FED_VisitChunk(const FED_ColumnDataBlock& block, const FED_IdMapsPool& pool
     ThrowBlockFailure(block.GetDescriptor(),
                       "chunk is " + std::to_string(chunk) + ", the block has " + std::to_string(block.GetChunkCount()),
                       kTag);
-  ChunkSpan span(block, &pool);
-  WalkChunk(*own, chunk, span, take);
+  ChunkSpan         span(block, &pool);
+  const PinnedChunk pinned(*own, chunk);
+  own->ReadChunkKeys(chunk, span.GetIndexBuffer());
+  TakeChunk(*own, pinned, span, take);
 }
 
 bool FED_SpansAscend(const FED_DataBlock& block)

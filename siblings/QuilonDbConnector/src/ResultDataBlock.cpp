@@ -372,6 +372,14 @@ void ResultDataBlock::AppendRows(const std::vector<RowColumn>& columns, std::siz
   }
 }
 
+void ResultDataBlock::ReadChunkKeys(std::size_t chunk, std::vector<std::uint32_t>& keys) const
+{
+  if (keysAreLoaded_)
+    GetChunkKeys(chunk, keys);
+  else
+    GetStoredRows().ReadChunkKeys(chunk, RowsOf(chunk), keys);
+}
+
 void ResultDataBlock::GetChunkKeys(std::size_t chunk, std::vector<std::uint32_t>& keys) const
 {
   const RowKeys&    ofRows = GetKeysOfRows();

@@ -84,6 +84,8 @@ public:
 
   /// @return whether the rows' indices ascend
   bool RowsAscend() const { return GetKeysOfRows().Ascend(); }
+  /// The same as GetChunkKeys(); where keys are in the store, those of other chunks stay there.
+  void ReadChunkKeys(std::size_t chunk, std::vector<std::uint32_t>& keys) const;
   /// @param keys receives the index of each row of a chunk
   void GetChunkKeys(std::size_t chunk, std::vector<std::uint32_t>& keys) const;
 

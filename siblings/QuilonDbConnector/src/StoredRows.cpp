@@ -46,7 +46,7 @@ StoredRows::Extents StoredRows::GetExtents(std::size_t chunk, std::size_t rows) 
 RowKeys StoredRows::ReadKeys(std::size_t rowCount) const
 {
   RowKeys                    keys;
-  std::vector<std::uint32_t> ofChunk, ofExtent;
+  std::vector<std::uint32_t> ofChunk;
   for (std::size_t chunk = 0; GetFirstRow(chunk) < rowCount; ++chunk) {
     const std::size_t rows    = std::min(layout_.GetRowsPerChunk(), rowCount - GetFirstRow(chunk));
     const Extents     extents = GetExtents(chunk, rows);
@@ -56,17 +56,32 @@ RowKeys StoredRows::ReadKeys(std::size_t rowCount) const
       keys.PushRun(extents.list[0].firstKey, extents.list[0].rowCount);
       continue;
     }
-    ofChunk.assign(rows, KeyTable::kNone);
-    for (const StoredExtent& extent : extents.list) {
-      ReadExtentKeys(extent, ofExtent);
-      PlaceKeys(extent, GetFirstRow(chunk), ofExtent, ofChunk);
-    }
+    ReadExtents(extents, chunk, rows, ofChunk);
     for (const std::uint32_t key : ofChunk) {
       keys.Prepare(key);
       keys.Push(key);
     }
   }
   return keys;
+}
+
+void StoredRows::ReadChunkKeys(std::size_t chunk, std::size_t rows, std::vector<std::uint32_t>& keys) const
+{
+  const Extents extents = GetExtents(chunk, rows);
+  for (const StoredExtent& extent : extents.list)
+    if (extent.keysAreRun) CheckRun(extent);
+  ReadExtents(extents, chunk, rows, keys);
+}
+
+void StoredRows::ReadExtents(const Extents& extents, std::size_t chunk, std::size_t rows,
+                             std::vector<std::uint32_t>& keys) const
+{
+  std::vector<std::uint32_t> ofExtent;
+  keys.assign(rows, KeyTable::kNone);
+  for (const StoredExtent& extent : extents.list) {
+    ReadExtentKeys(extent, ofExtent);
+    PlaceKeys(extent, GetFirstRow(chunk), ofExtent, keys);
+  }
 }
 
 std::uint64_t StoredRows::CountBytes(std::size_t chunk, std::size_t rows) const

@@ -42,6 +42,10 @@ public:
   /// @return keys of the rows 0 to rowCount - 1
   RowKeys ReadKeys(std::size_t rowCount) const;
 
+  /// @param rows that the store has of the chunk
+  /// @param keys receives those of these rows
+  void ReadChunkKeys(std::size_t chunk, std::size_t rows, std::vector<std::uint32_t>& keys) const;
+
   /// @return bytes of the columns that Load() makes
   std::uint64_t CountBytes(std::size_t chunk, std::size_t rows) const;
 
@@ -54,7 +58,8 @@ private:
   std::size_t       GetFirstRow(std::size_t chunk) const noexcept { return chunk << layout_.chunkShift; }
   void              CheckBytes(const StoredExtent& extent) const;
   void              CheckRun(const StoredExtent& extent) const;
-  void              ReadExtentKeys(const StoredExtent& extent, std::vector<std::uint32_t>& keys) const;
+  void ReadExtents(const Extents& extents, std::size_t chunk, std::size_t rows, std::vector<std::uint32_t>& keys) const;
+  void ReadExtentKeys(const StoredExtent& extent, std::vector<std::uint32_t>& keys) const;
   void PlaceKeys(const StoredExtent& extent, std::size_t firstRow, const std::vector<std::uint32_t>& ofExtent,
                  std::vector<std::uint32_t>& ofChunk) const;
   void LoadExtent(const StoredExtent& extent, std::size_t row, std::vector<RowColumn>& columns) const;

@@ -241,6 +241,34 @@ TEST(BlockSpans, OfSingleChunksAreThoseOfTheWalk)
   EXPECT_EQ(MessageOf(visit), "block iteration=0 onf=521 substep=0: chunk is 2, the block has 2");
 }
 
+// Indices with gaps come from the store, those of the chunk alone.
+TEST(BlockSpans, OfSingleChunksOnDiskAreThoseOfTheWalk)
+{
+  const quilon_test::TempFolder folder;
+  {
+    FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create);
+    FED_DataBlock&     block = database.GetOrCreateDataBlock(Key(521), 0);
+    for (int id = 1; id <= 9000; ++id) {
+      const double      tensor[6] = {0.5 * id, 2, 3, 4, 5, 6};
+      const std::size_t index     = database.GetIdMapsPool().FindOrAddIndex(0, id);
+      if (id % 3 != 1) block.SetValuesAt(index, tensor);
+      if (id == 4000 || id == 8000) database.Commit();
+    }
+    database.Commit();
+  }
+  const FED_ResultDatabase      database(folder / "a.fed", FED_ResultDatabase::ReadOnly);
+  const auto&                   block = dynamic_cast<const FED_ColumnDataBlock&>(database.GetConstDataBlock(Key(521)));
+  std::vector<std::vector<int>> ids;
+  const auto                    collect = [&](const FED_BlockSpan& span) { ids.push_back(Copy(span.GetIds())); };
+  FED_VisitChunk(block, database.GetIdMapsPool(), 0, collect);
+  FED_ForEachSpan(block, database.GetIdMapsPool(), collect);
+  FED_VisitChunk(block, database.GetIdMapsPool(), 0, collect);
+  ASSERT_EQ(ids.size(), 3u);
+  EXPECT_EQ(ids[0].size(), 6000u);
+  EXPECT_TRUE(ids[0] == ids[1]);
+  EXPECT_TRUE(ids[0] == ids[2]);
+}
+
 TEST(BlockSpans, StayValidWhateverElseIsReadAndWrittenMeanwhile)
 {
   const quilon_test::TempFolder folder;
