@@ -181,12 +181,17 @@ Sheet MakeTable(const std::vector<Labelled>& all)
   for (const auto& [key, row] : rows) {
     const auto& [iteration, analysis, quantity, time, step] = key;
     std::vector<SheetValue> cells;
-    for (const auto& names : timeNames)
-      cells.push_back(time && names.first == quantity ? SheetValue(*time) : SheetValue());
-    cells.push_back(row.step.empty() ? SheetValue() : SheetValue(row.step));
+    const auto              add = [&cells](const auto* value) {
+      if (value == nullptr)
+        cells.emplace_back();
+      else
+        cells.emplace_back(*value);
+    };
+    for (const auto& names : timeNames) add(time && names.first == quantity ? &*time : nullptr);
+    add(row.step.empty() ? nullptr : &row.step);
     for (std::size_t i = 0; i < column; ++i) {
       const auto value = row.values.find(i);
-      cells.push_back(value == row.values.end() ? SheetValue() : SheetValue(value->second));
+      add(value == row.values.end() ? nullptr : &value->second);
     }
     sheet.Row(std::move(cells));
   }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <bundled/FED_BlockCopy.h>
+#include <bundled/OnfKinds.h>
 #include <gtest/gtest.h>
 #include <QuilonUtilities/FED_Failure.h>
 
@@ -231,7 +232,7 @@ TEST_F(ForceCalculation, CutsThePartThatIsAsked)
 TEST_F(ForceCalculation, KnowsASetAsItIsWrittenAndInCapitals)
 {
   FED_DataBlock& sets   = database_.GetOrCreateDataBlock(FED_DataDescriptor(0, static_cast<FED_OnfId>(601)), 0);
-  std::size_t    number = 0;
+  int            number = 0;
   for (const auto& [name, element] : {std::pair<const char*, int>{"TIP", 20}, {"root", 10}}) {
     FED_DataRecord* const record = sets.CreateDataRecord();
     FED_IntArray          elements;
@@ -239,7 +240,7 @@ TEST_F(ForceCalculation, KnowsASetAsItIsWrittenAndInCapitals)
     elements.GetData()[0] = element;
     record->SetString(1, name);
     record->SetIntList(2, elements);
-    sets.SetRecord(++number, *record);
+    sets.SetRecord(database_.GetIdMapsPool().FindOrAddIndex(OnfKind::EntityOf(601), ++number), *record);
     sets.DeleteDataRecord(record);
   }
   for (const auto& [name, force] : {std::pair<const char*, double>{"TIP", -12.0}, {"tip", -12.0}, {"root", 12.0}}) {
