@@ -80,6 +80,7 @@ rows() {
 text() {
   local shown="${*/#$build\/bench\//}"
   shown=${shown//$root\/bench\//}
+  shown=${shown//$build/build/release}
   echo "\$ $shown" >&2
   echo "$shown" >>"$scratch/commands"
   echo "\$ $shown" >>"$scratch/text"
