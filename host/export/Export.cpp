@@ -276,14 +276,15 @@ ExportReport Export(const FED_Database& database, const ExportRequest& request, 
       return std::make_shared<ExportedGrid>(own, iteration, std::move(ownMesh), std::move(ownGroups),
                                             std::move(ownPlan));
     });
-    if (!crew.Get().Leads()) {
+    if (crew.Get().Leads()) {
+      without = WritePvd(source, std::move(steps), crew.Get(), files, request.output, report, listener);
+    } else {
       steps.takeBrief = [&files](std::string_view bytes) {
         ParcelReader parcel(bytes);
         parcel(files);
       };
       CarryOut(crew.Get(), std::move(steps), [](std::size_t, const WrittenStep&) {});
     }
-    without = WritePvd(source, std::move(steps), crew.Get(), files, request.output, report, listener);
   } else {
     OutputFile file(request.output);
     if (format == Format::Vtu) {
