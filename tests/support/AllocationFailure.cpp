@@ -23,8 +23,8 @@ void* Require(void* memory)
 
 }  // namespace
 
-// The array forms are here although the standard library's end in the plain ones: AddressSanitizer has its own.
-// Forms that take std::nothrow are not replaced.
+// The array forms and those that take std::nothrow are here although the standard library's end in the plain ones:
+// AddressSanitizer has its own, and what they give may not be freed here.
 void* operator new(std::size_t size)
 {
   CountOne(size);
@@ -41,6 +41,30 @@ void* operator new(std::size_t size, std::align_val_t alignment)
 void* operator new[](std::size_t size) { return operator new(size); }
 void* operator new[](std::size_t size, std::align_val_t alignment) { return operator new(size, alignment); }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept
+{
+  try {
+    return operator new(size, alignment);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept { return operator new(size, nothrow); }
+void* operator new[](std::size_t size, std::align_val_t alignment, const std::nothrow_t& nothrow) noexcept
+{
+  return operator new(size, alignment, nothrow);
+}
+
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
@@ -50,6 +74,11 @@ void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::align_val_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+void operator delete(void* memory, std::align_val_t, const std::nothrow_t&) noexcept { std::free(memory); }
+void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::align_val_t, const std::nothrow_t&) noexcept { std::free(memory); }
 
 namespace quilon_test {
 
