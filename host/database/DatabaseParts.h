@@ -14,10 +14,20 @@
 
 class FED_ResultDatabase;
 
+/// Beside the type, as Parcel.h asks for it.
+template <typename Parcel>
+void Travel(Parcel& parcel, FED_PartBase& base)
+{
+  parcel(base.ids, base.userKindNames);
+}
+
 namespace quilon {
 
 class FreshDatabase;
 class WatchedFiles;
+
+/// Parts of a new database: with the segments of what comes before and behind, fewer than the 32 of which one is made.
+inline constexpr std::size_t kMostDatabaseParts = 24;
 
 /// @return bytes of work that are worth a part: what comes of them stays in memory
 std::uint64_t LeastPartBytes();

@@ -32,9 +32,6 @@ namespace {
 
 constexpr int kModes = 2;  // of the index Analysis
 
-/// Of a difference: with the model behind them, fewer than the 32 segments of which one is made.
-constexpr std::size_t kMostParts = 24;
-
 constexpr const char* kImaginaryDisplacement = "DISPI";  // the name that the solver gives it
 
 /// What comparing one pair of blocks says.
@@ -74,7 +71,7 @@ struct ComparisonBrief
   template <typename Parcel>
   friend void Travel(Parcel& parcel, ComparisonBrief& brief)
   {
-    parcel(brief.base.ids, brief.base.userKindNames, brief.units);
+    parcel(brief.base, brief.units);
   }
 };
 
@@ -505,7 +502,7 @@ ComparisonBrief MakeBrief(const Comparison& comparison, const ComparisonTerms& t
   if (terms.difference != nullptr && terms.parts != nullptr) {
     std::vector<std::uint64_t> bytes(count);
     for (std::size_t i = 0; i < count; ++i) bytes[i] = comparison.CountBytes(i);
-    ends = DivideIntoParts(bytes, kMostParts);
+    ends = DivideIntoParts(bytes, kMostDatabaseParts);
   }
   if (ends.size() < 2 || !terms.difference->AddAllIds()) {
     for (std::size_t i = 0; i < count; ++i) brief.units.push_back({std::nullopt, i, i + 1});

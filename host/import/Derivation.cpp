@@ -84,7 +84,7 @@ struct DerivationBrief
   template <typename Parcel>
   friend void Travel(Parcel& parcel, DerivationBrief& brief)
   {
-    parcel(brief.isCopy, brief.base.ids, brief.base.userKindNames, brief.units);
+    parcel(brief.isCopy, brief.base, brief.units);
   }
 };
 

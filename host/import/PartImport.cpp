@@ -27,9 +27,6 @@ namespace quilon {
 
 namespace {
 
-/// With segments of what comes before and behind, fewer than the 32 of which one is made.
-constexpr std::size_t kMostFileParts = 24;
-
 /// Fields of whole results.
 using Fields = std::vector<FieldMark>;
 
@@ -50,7 +47,7 @@ std::vector<Fields> Divide(const std::vector<ResultFile::Head>& heads)
   }
   std::vector<Fields> parts;
   std::size_t         next = 0;
-  for (const std::size_t end : DivideIntoParts(bytes, kMostFileParts)) {
+  for (const std::size_t end : DivideIntoParts(bytes, kMostDatabaseParts)) {
     Fields& part = parts.emplace_back();
     for (; next < end; ++next) part.insert(part.end(), results[next].begin(), results[next].end());
   }
@@ -101,7 +98,7 @@ struct Brief
   template <typename Parcel>
   friend void Travel(Parcel& parcel, Brief& brief)
   {
-    parcel(brief.base.ids, brief.base.userKindNames, brief.steps, brief.parts);
+    parcel(brief.base, brief.steps, brief.parts);
   }
 };
 
