@@ -103,9 +103,6 @@ void AppendField(const FED_ConstDataRecord& record, std::size_t field, std::vect
     case FED_FieldType::Float:
       row.emplace_back(record.GetFloat(field));
       break;
-    case FED_FieldType::Double:
-      row.emplace_back(record.GetDouble(field));
-      break;
     case FED_FieldType::String:
       row.emplace_back(record.GetString(field));
       break;
@@ -115,14 +112,13 @@ void AppendField(const FED_ConstDataRecord& record, std::size_t field, std::vect
     case FED_FieldType::DoubleList:
       row.emplace_back(DoublesOf(record, field));
       break;
+    case FED_FieldType::Double:
     case FED_FieldType::Vector:
-      record.GetVector(field, values);
-      row.insert(row.end(), values, values + 3);
+    case FED_FieldType::Tensor: {
+      const std::size_t count = ReadDoubles(record, field, values);
+      row.insert(row.end(), values, values + count);
       break;
-    case FED_FieldType::Tensor:
-      record.GetTensor(field, values);
-      row.insert(row.end(), values, values + 6);
-      break;
+    }
     case FED_FieldType::None:
       row.emplace_back(std::string());
       break;

@@ -47,8 +47,7 @@ std::string CsvCell(std::string_view cell, bool isText)
 void AppendCsvCell(std::string& line, std::string_view cell, bool isText)
 {
   // Most cells are what they are.
-  const bool isBare =
-      std::all_of(cell.begin(), cell.end(), [](char c) { return c >= 0x20 && c < 0x7F && c != ',' && c != '"'; });
+  const bool isBare = IsPlain(cell) && cell.find_first_of(",\"") == std::string_view::npos;
   if (isBare && !(isText && BeginsFormula(cell)))
     line += cell;
   else
