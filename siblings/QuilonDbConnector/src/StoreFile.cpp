@@ -42,8 +42,7 @@ void ReplaceFile(FED_FileLayer& files, const std::filesystem::path& from, const 
   FED_FileStatus now;
   if (!files.GetStatus(from, now) && now.kind == FED_FileStatus::File && now.number == finished.number)
     isInDoubt = false;
-  ThrowFileFailure(
-      to, "cannot replace: " + error.message() + (isInDoubt ? "; what was written may be in force all the same" : ""));
+  ThrowFileFailure(to, "cannot replace: " + error.message() + (isInDoubt ? kWritingMayBeInForce : ""));
 }
 
 StoreFile::StoreFile(FED_FileLayer& files, std::filesystem::path path, FED_FileLayer::Mode mode)

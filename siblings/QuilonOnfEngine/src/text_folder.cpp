@@ -326,7 +326,7 @@ void TextFolderWriter::ReplaceIndex(const FolderIndex& index)
   }
   belong();
   if (const std::error_code error = files_.FlushFolder(folder_))
-    ThrowFileFailure(folder_, "cannot flush: " + error.message() + "; what was written may be in force all the same");
+    ThrowFileFailure(folder_, "cannot flush: " + error.message() + kWritingMayBeInForce);
 }
 
 void TextFolderWriter::MoveToPlace(FolderIndex& index)

@@ -36,6 +36,9 @@ QUILON_DB_CONNECTOR_API void RequireSuccess(const std::error_code& error, const 
 QUILON_DB_CONNECTOR_API void ReplaceFile(FED_FileLayer& files, const std::filesystem::path& from,
                                          const std::filesystem::path& to, bool& isInDoubt);
 
+/// What the message of a failure says behind which something that was written may be in force.
+inline constexpr const char* kWritingMayBeInForce = "; what was written may be in force all the same";
+
 /// An open file; closed in the end. Operations throw FED_Failure that names the file.
 class QUILON_DB_CONNECTOR_API StoreFile
 {
