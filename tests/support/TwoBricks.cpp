@@ -57,6 +57,15 @@ FED_DataDescriptor StepBlock(int onf, int loadCase, int substep)
   return descriptor;
 }
 
+void SetFrequency(FED_Database& database, int loadCase, int mode, double frequency)
+{
+  FED_DataDescriptor history(0, FED_OnfId_ScalarHistory);
+  history.SetInteger(FED_DataDescriptor::Analysis, 2);
+  history.SetInteger(FED_DataDescriptor::LoadCase, loadCase);
+  history.SetInteger(OnfIndex::Quantity, OnfKind::Frequency);
+  database.GetOrCreateDataBlock(history, 1).SetScalarAt(static_cast<std::size_t>(mode), frequency);
+}
+
 void FillTwoBricks(FED_Database& database)
 {
   FED_IdDataBlock coordinates = View(database, FED_DataDescriptor(0, OnfKind::Coordinates));

@@ -12,6 +12,9 @@ namespace quilon_test {
 /// A block of iteration 0, analysis 1.
 FED_DataDescriptor StepBlock(int onf, int loadCase, int substep);
 
+/// Gives a mode of iteration 0, analysis 2 its frequency.
+void SetFrequency(FED_Database& database, int loadCase, int mode, double frequency);
+
 /// Fills a database: two bricks side by side along x, cubes of side 1, all of iteration 0.
 ///   nodes 1 to 4 at x = 0, 5 to 8 at x = 1, 9 to 12 at x = 2; of four (y, z) = (0, 0), (1, 0), (1, 1), (0, 1)
 ///   elements 101 (C3D8, material 1, nodes 1 to 8) and 102 (material 2, nodes 5 to 12)

@@ -91,11 +91,7 @@ protected:
   void SetUp() override
   {
     Histories::SetUp();
-    FED_DataDescriptor frequencies(0, FED_OnfId_ScalarHistory);
-    frequencies.SetInteger(FED_DataDescriptor::Analysis, 2);
-    frequencies.SetInteger(FED_DataDescriptor::LoadCase, 3);
-    frequencies.SetInteger(OnfIndex::Quantity, OnfKind::Frequency);
-    database_.GetOrCreateDataBlock(frequencies, 1).SetScalarAt(1, 0.75);
+    quilon_test::SetFrequency(database_, 3, 1, 0.75);
     FED_DataDescriptor mode = StepBlock(OnfKind::Displacement, 3, 1);
     mode.SetInteger(FED_DataDescriptor::Analysis, 2);
     const double shape[3] = {100, 0, 0};

@@ -63,11 +63,7 @@ TEST_F(Times, LastIsTheGreatestTimeOfEachScale)
 {
   EXPECT_EQ(Keep("last"), "521@it=0,an=1,lc=2,sub=1");
   // Modes have a scale of their own.
-  FED_DataDescriptor history(0, FED_OnfId_ScalarHistory);
-  history.SetInteger(FED_DataDescriptor::Analysis, 2);
-  history.SetInteger(FED_DataDescriptor::LoadCase, 1);
-  history.SetInteger(OnfIndex::Quantity, OnfKind::Frequency);
-  database_.GetOrCreateDataBlock(history, 4).SetScalarAt(3, 120.0);
+  quilon_test::SetFrequency(database_, 1, 3, 120.0);
   FED_DataDescriptor mode = StepBlock(OnfKind::NodalStress, 1, 3);
   mode.SetInteger(FED_DataDescriptor::Analysis, 2);
   database_.GetOrCreateDataBlock(mode, 1);

@@ -94,16 +94,22 @@ TEST(DatabaseComparison, NormsAreOverAllFiniteValues)
   EXPECT_EQ(norms.peak, 4.0);                        // of A, where it is smaller
 }
 
-TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
+/// Compares scalars with as many zeros by "abs=0.5".
+FieldOutcome FieldsBesideZeros(const std::vector<double>& values, std::size_t maxDiffs)
 {
   FED_ResultDatabase a;
   FED_ResultDatabase b;
-  SetScalars(a, Key(514), {0, 0, 0, 0});
-  SetScalars(b, Key(514), {2, 8, 1, 4});
+  SetScalars(a, Key(514), std::vector<double>(values.size(), 0.0));
+  SetScalars(b, Key(514), values);
   ComparisonTerms terms;
   terms.rules.fallback        = ParseRule("abs=0.5", "");
-  terms.info.maxDiffsPerBlock = 3;
-  const FieldOutcome fields   = CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).blocks[0].fields;
+  terms.info.maxDiffsPerBlock = maxDiffs;
+  return CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).blocks[0].fields;
+}
+
+TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
+{
+  const FieldOutcome fields = FieldsBesideZeros({2, 8, 1, 4}, 3);
   EXPECT_EQ(fields.differingRecords, 4u);
   ASSERT_EQ(fields.worst.size(), 3u);
   EXPECT_EQ(fields.worst[0].excess, 16.0);
@@ -117,14 +123,7 @@ TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
 
 TEST(DatabaseComparison, OfEquallyBadRecordsTheFirstAreKept)
 {
-  FED_ResultDatabase a;
-  FED_ResultDatabase b;
-  SetScalars(a, Key(514), {0, 0, 0, 0});
-  SetScalars(b, Key(514), {2, 2, 2, 2});
-  ComparisonTerms terms;
-  terms.rules.fallback        = ParseRule("abs=0.5", "");
-  terms.info.maxDiffsPerBlock = 2;
-  const FieldOutcome fields   = CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).blocks[0].fields;
+  const FieldOutcome fields = FieldsBesideZeros({2, 2, 2, 2}, 2);
   ASSERT_EQ(fields.worst.size(), 2u);
   EXPECT_EQ(fields.worst[0].index, 1u);
   EXPECT_EQ(fields.worst[1].index, 2u);

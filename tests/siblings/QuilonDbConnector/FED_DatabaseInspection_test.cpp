@@ -15,6 +15,7 @@
 #include "bundled/FED_ResultDatabase.h"
 #include "QuilonDbConnector/FED_DataBlock.h"
 
+#include "store_support.h"
 #include "stored_tensors.h"
 #include "TempFolder.h"
 
@@ -92,24 +93,6 @@ TEST(DatabaseInspection, WholeDatabaseHasNoFindings)
   EXPECT_EQ(report.blocks, 5u);
   EXPECT_EQ(report.records, 3u + 3u + 2u + 1u + 1u);
 }
-
-namespace {
-
-// A writer gives up its commit between two looks.
-class GivenUpCommit : public FED_FileLayer
-{
-public:
-  std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override
-  {
-    if (path.filename() == "segment-000002.h5" && ++looks_ == 2) std::filesystem::remove(path);
-    return FED_FileLayer::Open(path, mode, handle);
-  }
-
-private:
-  int looks_ = 0;
-};
-
-}  // namespace
 
 TEST(DatabaseInspection, ACommitThatIsGivenUpMeanwhileIsNoDamage)
 {

@@ -130,6 +130,17 @@ TEST(ManyBlocks, AreOpenedAndListedWithoutTheirData)
   EXPECT_LT(files.bytes, dataBytes / 2);
 }
 
+/// Makes a block of records of a MiB each.
+void FillWithMiB(FED_ResultDatabase& database, const FED_DataDescriptor& key, std::size_t records)
+{
+  FED_DataBlock&  block  = *database.CreateDataBlock(key, 0, 0, "b");
+  FED_DataRecord& record = *block.CreateDataRecord();
+  FED_DoubleArray list;
+  list.Resize((std::size_t{1} << 20) / sizeof(double));
+  record.SetDoubleList(1, list);
+  for (std::size_t index = 1; index <= records; ++index) block.SetRecord(index, record);
+}
+
 // Bytes that go to the disk before anything is committed are those that memory does not keep, and bytes that a second
 // walk reads again those that it did not keep.
 TEST(UsualMemory, IsBoundedForWritersAndForReadersWhateverTheDatabaseIs)
@@ -144,12 +155,7 @@ TEST(UsualMemory, IsBoundedForWritersAndForReadersWhateverTheDatabaseIs)
   options.files = &files;
   {
     FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create, options);
-    FED_DataBlock&     block  = *database.CreateDataBlock(key, 0, 0, "b");
-    FED_DataRecord&    record = *block.CreateDataRecord();
-    FED_DoubleArray    list;
-    list.Resize(kMiB / sizeof(double));
-    record.SetDoubleList(1, list);
-    for (std::size_t index = 1; index <= kRecords; ++index) block.SetRecord(index, record);
+    FillWithMiB(database, key, kRecords);
     EXPECT_GT(files.bytes, kRecords * kMiB - 64 * kMiB - kChunks);
     EXPECT_LT(files.bytes, 2 * kRecords * kMiB);
     database.Commit();
@@ -170,7 +176,6 @@ TEST(UsualMemory, IsBoundedForWritersAndForReadersWhateverTheDatabaseIs)
 
 TEST(UsualMemory, IsDividedBetweenDatabasesThatShareIt)
 {
-  constexpr std::size_t     kMiB     = std::size_t{1} << 20;
   constexpr std::size_t     kRecords = 60;  // of a MiB each
   const FED_DataDescriptor  key(0, static_cast<FED_OnfId>(582));
   const TempFolder          folder;
@@ -179,12 +184,7 @@ TEST(UsualMemory, IsDividedBetweenDatabasesThatShareIt)
   options.files = &files;
   {
     FED_ResultDatabase database(folder / "a.fed", FED_ResultDatabase::Create, options);
-    FED_DataBlock&     block  = *database.CreateDataBlock(key, 0, 0, "b");
-    FED_DataRecord&    record = *block.CreateDataRecord();
-    FED_DoubleArray    list;
-    list.Resize(kMiB / sizeof(double));
-    record.SetDoubleList(1, list);
-    for (std::size_t index = 1; index <= kRecords; ++index) block.SetRecord(index, record);
+    FillWithMiB(database, key, kRecords);
     database.Commit();
   }
   const auto countKept = [&](std::size_t shares) {

@@ -6,10 +6,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <map>
 #include <string>
+#include <system_error>
 #include <vector>
 
+#include "bundled/FED_FileLayer.h"
 #include "QuilonDbConnector/FED_DataDescriptor.h"
 
 #include "SegmentStore.h"
@@ -128,3 +131,17 @@ inline StoredContent ReadContent(const SegmentStore& store)
   content.names = store.GetUserKindNames();
   return content;
 }
+
+/// A writer gives up the commit of the second segment between two looks of who reads.
+class GivenUpCommit : public FED_FileLayer
+{
+public:
+  std::error_code Open(const std::filesystem::path& path, Mode mode, Handle& handle) override
+  {
+    if (path.filename() == "segment-000002.h5" && ++looks_ == 2) std::filesystem::remove(path);
+    return FED_FileLayer::Open(path, mode, handle);
+  }
+
+private:
+  int looks_ = 0;
+};
