@@ -13,46 +13,13 @@ Files come from memory: each command is run once before it is measured.
 import argparse
 import os
 import pathlib
-import random
 import shutil
-import subprocess
 import sys
 import tempfile
-import time
+
+from made_results import measure, write_results
 
 NODES = 40000
-
-
-def write_frd(path, megabytes, nodes):
-    """Rows of a step are made once: their digits say nothing about speed."""
-    numbers = random.Random(1)
-    rows = {
-        count: "".join(
-            " -1%10d" % node + "".join("%12.5E" % numbers.uniform(-10, 10) for _ in range(count)) + "\n"
-            for node in range(1, nodes + 1)
-        )
-        for count in (3, 6)
-    }
-    with open(path, "w", encoding="ascii") as out:
-        out.write("    1C\n    2C                  %12d                                     1\n" % nodes)
-        for node in range(1, nodes + 1):
-            out.write(" -1%10d%12.5E%12.5E%12.5E\n" % (node, node % 40, node // 40 % 40, node // 1600))
-        out.write(" -3\n    3C                  %12d                                     1\n" % (nodes - 3))
-        for node in range(1, nodes - 2):
-            out.write(" -1%10d%5d%5d%5d\n -2%10d%10d%10d%10d\n" % (node, 3, 0, 1, node, node + 1, node + 2, node + 3))
-        out.write(" -3\n")
-        step = results = 0
-        while out.tell() < megabytes * 1e6:
-            step += 1
-            for name, count in (("DISP", 3), ("STRESS", 6)):
-                results += 1
-                out.write("    1PSTEP              %12d%12d%12d\n" % (results, step, 1))
-                out.write("  100CL%5d%12.5E%12d                     0%5d           1\n" % (100 + step % 900, step, nodes, step))
-                out.write(" -4  %-8s%5d%5d\n" % (name, count, 1))
-                for i in range(count):
-                    out.write(" -5  C%-7d%5d%5d%5d%5d\n" % (i + 1, 1, 2, i + 1, 0))
-                out.write(rows[count] + " -3\n")
-        out.write(" 9999\n")
 
 
 def size_of(path):
@@ -61,26 +28,13 @@ def size_of(path):
     return sum(file.stat().st_size for file in path.rglob("*") if file.is_file())
 
 
-def run(command):
-    """@return seconds, and the most memory of the process in MiB"""
-    start = time.perf_counter()
-    with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE) as process:
-        errors = process.stderr.read()
-        _, status, usage = os.wait4(process.pid, 0)
-        seconds = time.perf_counter() - start
-        process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode != 0:
-        sys.exit(f"program_bench.py: {' '.join(map(str, command))}: {errors.decode()}")
-    return seconds, usage.ru_maxrss / 1024
-
-
-def measure(command, repeats, prepare=lambda: None):
+def measure_often(command, repeats, prepare=lambda: None):
     prepare()
-    run(command)
+    measure(command)
     rounds = []
     for _ in range(repeats):
         prepare()
-        rounds.append(run(command))
+        rounds.append(measure(command))
     seconds = sorted(took for took, _ in rounds)
     return seconds[0], seconds[len(seconds) // 2], max(memory for _, memory in rounds)
 
@@ -122,10 +76,10 @@ def main():
     given = parser.parse_args()
     with tempfile.TemporaryDirectory() as scratch:
         folder = pathlib.Path(scratch)
-        write_frd(folder / "job.frd", given.megabytes, NODES if given.megabytes > 20 else 100)
+        write_results(folder / "job.frd", NODES if given.megabytes > 20 else 100, megabytes=given.megabytes)
         print(f"{'command':<18} {'input MB':>8} {'best s':>8} {'median s':>8} {'MB/s':>7} {'peak MiB':>8}")
         for name, command, source, prepare in commands_on(given.quilon, folder):
-            best, median, memory = measure(command, given.repeats, prepare)
+            best, median, memory = measure_often(command, given.repeats, prepare)
             size = size_of(source) / 1e6 if source else 0.0
             sizes = f"{size:8.1f}", f"{size / best:7.0f}"
             if not source:
@@ -138,12 +92,12 @@ def main():
         # Of the least size the start of the program would be most.
         size = max(1, given.growth // 16)
         while size <= given.growth:
-            write_frd(folder / "job.frd", size, NODES // 10 if size > 2 else 100)
+            write_results(folder / "job.frd", NODES // 10 if size > 2 else 100, megabytes=size)
             cells = []
             for name, command, _, prepare in commands_on(given.quilon, folder):
                 if name not in names:
                     continue
-                best = measure(command, given.repeats, prepare)[0] / size_of(folder / "job.frd") * 1e6
+                best = measure_often(command, given.repeats, prepare)[0] / size_of(folder / "job.frd") * 1e6
                 cells.append(f"{best / first.setdefault(name, best):17.2f}")
             print(f"{size:4d} " + " ".join(cells), flush=True)
             size *= 2

@@ -16,39 +16,15 @@ is written has to be the same, byte for byte.
 import hashlib
 import os
 import shutil
-import subprocess
 import sys
 import tempfile
-import time
 from pathlib import Path
 
+from made_results import measure, write_results
+
 NODES = 100_000
-FIELDS = (("DISP", ("D1", "D2", "D3")), ("STRESS", ("SXX", "SYY", "SZZ", "SXY", "SYZ", "SZX")))
 ENVIRONMENT = dict(os.environ, OMPI_ALLOW_RUN_AS_ROOT="1", OMPI_ALLOW_RUN_AS_ROOT_CONFIRM="1",
                    OMPI_MCA_rmaps_base_oversubscribe="1")
-
-
-def write_results(path, megabytes):
-    """One step of displacements and stresses after the other, until the file is large enough."""
-    with open(path, "w", encoding="ascii") as out:
-        out.write(f"    1C\n    2C{NODES:30d}{1:38d}\n")
-        for node in range(1, NODES + 1):
-            out.write(f" -1{node:10d}{node:12.5E}{node / 2:12.5E}{-1:12.5E}\n")
-        out.write(f" -3\n    3C{1:30d}{1:38d}\n -1         1    3    0    1\n")
-        out.write(" -2         1         2         3         4\n -3\n")
-        rows = {name: "".join(f" -1{node:10d}" + "".join(f"{(node * 0.37 + k) * 1e-3:12.5E}"
-                                                         for k in range(len(components))) + "\n"
-                              for node in range(1, NODES + 1)) for name, components in FIELDS}
-        step = 0
-        while out.tell() < megabytes * 1_000_000:
-            step += 1
-            for name, components in FIELDS:
-                out.write(f"    1PSTEP{step:26d}{step:12d}{1:12d}\n")
-                out.write(f"  100CL  101{step:12.5E}{NODES:12d}{0:22d}{step:5d}{1:12d}\n -4  {name:8s}"
-                          f"{len(components):5d}    1\n")
-                out.write("".join(f" -5  {component:8s}    1    2    1    0\n" for component in components))
-                out.write(rows[name] + " -3\n")
-        out.write(" 9999\n")
 
 
 def tree(folder):
@@ -59,20 +35,10 @@ def tree(folder):
     return digest.hexdigest()
 
 
-def measure(command):
-    """Seconds, and MiB of the largest process."""
-    begin = time.monotonic()
-    child = subprocess.Popen(command, env=ENVIRONMENT, stdout=subprocess.DEVNULL)
-    _, status, usage = os.wait4(child.pid, 0)
-    if status != 0:
-        sys.exit(f"{command} fails")
-    return time.monotonic() - begin, usage.ru_maxrss / 1024
-
-
 def prepare(quilon, folder, megabytes, cases):
     """The file, and databases of it where a case needs them."""
     results, database, other = folder / "job.frd", folder / "job.fed", folder / "other.fed"
-    write_results(results, megabytes)
+    write_results(results, NODES, megabytes=megabytes)
     if set(cases) - {"import"}:
         measure([quilon, "import", str(results), "-o", str(database), "--request", "none"])
     if "diff" in cases:
@@ -116,7 +82,7 @@ def main():
                     (folder / "out").mkdir()
                     if case == "derive":
                         shutil.copytree(files[1], folder / "out/job.fed")
-                    best = min(best, measure(command))
+                    best = min(best, measure(command, ENVIRONMENT))
                     found = tree(folder / "out")
                     expected = expected or found
                     if found != expected:
