@@ -2,20 +2,23 @@
 """Breaks the code on purpose, a place at a time, and tells which breaks no test sees.
 
 usage: mutants.py [--sample N] [--seed S] [--minutes M] [--only PREFIX]... [--tests PREFIX]... [--seconds-each S]
-                  [--jobs N] [--list]
+                  [--jobs N] [--scratch FOLDER] [--list]
 
 A copy of the tree under build/mutants holds all breaks that are tried at once, each behind a number: an environment
 variable chooses the one that is in force, so that all of them come out of one build. Which tests reach a
-break is measured first, test by test; a break is then tried by the tests that reach it, the fastest first, until one
-fails, crashes or does not end. What is known is kept in build/mutants and not done again.
+break is measured first, test by test; a break is then tried by the tests that reach it, until one fails, crashes or
+does not end: fast tests, and tests that reach little besides, come first. What is known is kept in build/mutants: a break
+that was killed stays so while its source stays as it is, one that has survived is tried again when any test has changed.
 
-  --sample N        so many breaks, chosen by chance among those of all sources (default 200; 0: all)
+  --sample N        so many breaks, chosen by chance among those of all sources (default 200; 0: all); a larger sample
+                    holds the smaller ones, and a change of the code exchanges what it touches alone
   --seed S          of that choice (default 1)
   --minutes M       stop after so long; the next call goes on
   --only PREFIX     breaks of files whose paths begin so; others are built as they are
   --tests PREFIX    only test programs in folders that begin so: a build of what is asked for alone
   --seconds-each S  of tests behind which a break has survived (default 60)
   --jobs N          of the build (default: as many as the machine has processors)
+  --scratch FOLDER  where tests keep their files (default: in build/mutants); one in memory is faster
   --list            print the breaks of the sample and try none
 
 Prints a table per folder and the survivors, and writes both to build/mutants/report.txt. Exit code 1 when a break that
@@ -24,11 +27,11 @@ scripts/mutants_explained.txt does not explain has survived.
 
 import argparse
 import bisect
+import collections
 import glob
 import hashlib
 import json
 import os
-import random
 import re
 import resource
 import shutil
@@ -41,7 +44,6 @@ ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 STATE = os.path.join(ROOT, "build", "mutants")
 TREE = os.path.join(STATE, "tree")
 BUILD = os.path.join(TREE, "build", "quick")
-SCRATCH = os.path.join(STATE, "scratch")
 EXPLAINED = os.path.join(ROOT, "scripts", "mutants_explained.txt")
 
 SOURCES = ["include/IdRadixMap.h", "src/*.cpp", "src/*.h", "siblings/QuilonDbConnector/src/*.cpp",
@@ -165,6 +167,8 @@ class Site:
     def __init__(self, path, line, column, what, kind, edits):
         self.path, self.line, self.column, self.what, self.kind, self.edits = path, line, column, what, kind, edits
         self.number = 0
+        self.text = ""  # of its line
+        self.twin = 0   # how many like it the file has before it
         self.dropped = False  # does not compile
         self.chosen = True
 
@@ -172,7 +176,8 @@ class Site:
         return self.chosen and not self.dropped
 
     def key(self):
-        return f"{self.path}:{self.line}:{self.column}:{self.what}"
+        """Stays while the code around it changes."""
+        return f"{self.path}: {self.what}: {self.text} #{self.twin}"
 
 
 class Source:
@@ -189,6 +194,7 @@ class Source:
         self.words = [token.group() for token in self.tokens]
         self.partner = self.match_brackets()
         self.sites = []
+        self.twins = collections.Counter()
         self.find()
 
     def match_brackets(self):
@@ -206,7 +212,11 @@ class Source:
     def add(self, i, what, kind, edits):
         offset = self.tokens[i].start()
         line = bisect.bisect_right(self.starts, offset)
-        self.sites.append(Site(self.path, line, offset - self.starts[line - 1] + 1, what, kind, edits))
+        site = Site(self.path, line, offset - self.starts[line - 1] + 1, what, kind, edits)
+        site.text = self.lines[line - 1].strip()
+        site.twin = self.twins[what, site.text]
+        self.twins[what, site.text] += 1
+        self.sites.append(site)
 
     def spaced(self, i):
         begin, end = self.tokens[i].span()
@@ -438,11 +448,11 @@ def limit():
 
 def run_test(program, names, seconds, **environment):
     """@return exit code, or None when it did not end"""
-    shutil.rmtree(SCRATCH, ignore_errors=True)
-    os.makedirs(SCRATCH)
-    settings = dict(os.environ, TMPDIR=SCRATCH, **environment)
+    shutil.rmtree(ARGUMENTS.scratch, ignore_errors=True)
+    os.makedirs(ARGUMENTS.scratch)
+    settings = dict(os.environ, TMPDIR=ARGUMENTS.scratch, **environment)
     process = subprocess.Popen([program, "--gtest_filter=" + ":".join(names), "--gtest_fail_fast", "--gtest_brief=1"],
-                               cwd=SCRATCH, env=settings, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                               cwd=ARGUMENTS.scratch, env=settings, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                stderr=subprocess.DEVNULL, preexec_fn=limit)
     try:
         return process.wait(timeout=seconds)
@@ -506,9 +516,10 @@ def measure(targets, count, deadline):
 
 
 def try_site(site, tests):
-    """@return "killed by ...", or how it survived"""
-    reaching = sorted((seconds, target, name) for (target, name), (seconds, reached) in tests.items()
-                      if site.number in reached)
+    """@return "killed: ...", or how it survived"""
+    reaching = [(seconds, target, name) for _, seconds, target, name in sorted(
+        (seconds * len(reached), seconds, target, name) for (target, name), (seconds, reached) in tests.items()
+        if site.number in reached)]
     if not reaching:
         return "not reached"
     spent, at = 0.0, 0
@@ -516,7 +527,7 @@ def try_site(site, tests):
         target = reaching[at][1]
         # A handful by one program, so that a process is not started for each.
         end, expected = at, 0.0
-        while end < len(reaching) and end - at < 40 and reaching[end][1] == target:
+        while end < len(reaching) and end - at < 40 and expected < 2.0 and reaching[end][1] == target:
             expected += reaching[end][0]
             end += 1
         names = [name for _, _, name in reaching[at:end]]
@@ -528,7 +539,7 @@ def try_site(site, tests):
         if code != 0:
             return f"killed: {'failure' if code > 0 else 'crash'}, {target}"
         at = end
-    return "survived" if at == len(reaching) else f"survived the fastest {at} of {len(reaching)} tests"
+    return f"survived {at} of {len(reaching)} tests"
 
 
 def explanations():
@@ -543,7 +554,7 @@ def explanations():
     return found
 
 
-def report(sample, results, lines, total, dropped):
+def report(sample, results, total, dropped):
     explained = explanations()
     folders, survivors = {}, []
     for site in sample:
@@ -553,14 +564,13 @@ def report(sample, results, lines, total, dropped):
         folder = os.path.dirname(site.path)
         row = folders.setdefault(folder, [0, 0, 0, 0])
         row[0] += 1
-        text = lines[site.path][site.line - 1].strip()
-        if result.startswith("killed"):
+        if result["end"].startswith("killed"):
             row[1] += 1
-        elif (site.path, site.what, text) in explained:
+        elif (site.path, site.what, site.text) in explained:
             row[2] += 1
         else:
             row[3] += 1
-            survivors.append(f"{site.path}:{site.line}:{site.column}: {site.what} ({result})\n    {text}")
+            survivors.append(f"{site.path}:{site.line}:{site.column}: {site.what} ({result['end']})\n    {site.text}")
     out = [f"{total} breaks compile, {dropped} do not", "",
            f"{'folder':36} {'tried':>6} {'killed':>7} {'explained':>10} {'survived':>9}"]
     for folder, row in sorted(folders.items()):
@@ -590,7 +600,7 @@ def main():
             number += 1
             site.number = number
     sites = [site for source in sources for site in source.sites]
-    random.Random(ARGUMENTS.seed).shuffle(sites)
+    sites.sort(key=lambda site: hashlib.sha256(f"{ARGUMENTS.seed} {site.key()}".encode()).digest())
     # Of ten one or two do not compile. Programs with all breaks of all sources would be slow to build and to run.
     for site in sites[ARGUMENTS.sample * 5 // 4:] if ARGUMENTS.sample else []:
         site.chosen = False
@@ -598,29 +608,29 @@ def main():
     targets = build(sources)
     compiled = [site for site in sites if site.is_built()]
     sample = compiled[:ARGUMENTS.sample] if ARGUMENTS.sample else compiled
-    lines = {source.path: source.lines for source in sources}
     if ARGUMENTS.list:
         for site in sample:
-            print(f"{site.number} {site.path}:{site.line}:{site.column}: {site.what}: {lines[site.path][site.line - 1].strip()}")
+            print(f"{site.number} {site.path}:{site.line}:{site.column}: {site.what}: {site.text}")
         return 0
     tests = measure(targets, number, deadline)
-    # What was found holds for this code and these tests alone.
     mark = hashlib.sha256(json.dumps(sorted((target, entry["mark"]) for target, entry in load_json("reach.json", {}).items()))
                           .encode()).hexdigest()
-    results = load_json("results.json", {})
-    if results.get("mark") != mark:
-        results = {"mark": mark}
+    files = {source.path: hashlib.sha256(source.text.encode()).hexdigest() for source in sources}
+    results = {key: result for key, result in load_json("results.json", {}).items()
+               if result["file"] == files.get(key.split(": ")[0], result["file"]) and
+               (result["tests"] == mark or result["end"].startswith("killed"))}
     for at, site in enumerate(sample):
         if site.key() in results:
             continue
         if time.monotonic() > deadline:
             print(f"mutants.py: out of time after {at} of {len(sample)} breaks; call again to go on")
             break
-        results[site.key()] = try_site(site, tests)
+        end = try_site(site, tests)
+        results[site.key()] = {"end": end, "file": files[site.path], "tests": mark}
         save_json("results.json", results)
-        print(f"{at + 1}/{len(sample)} {site.path}:{site.line} {site.what}: {results[site.key()]}", flush=True)
+        print(f"{at + 1}/{len(sample)} {site.path}:{site.line} {site.what}: {end}", flush=True)
     dropped = sum(site.chosen and site.dropped for site in sites)
-    return 1 if report(sample, results, lines, len(compiled), dropped) else 0
+    return 1 if report(sample, results, len(compiled), dropped) else 0
 
 
 if __name__ == "__main__":
@@ -632,6 +642,7 @@ if __name__ == "__main__":
     parser.add_argument("--tests", action="append")
     parser.add_argument("--seconds-each", type=float, default=60)
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("--scratch", default=os.path.join(STATE, "scratch"))
     parser.add_argument("--list", action="store_true")
     ARGUMENTS = parser.parse_args()
     sys.exit(main())
