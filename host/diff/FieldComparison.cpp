@@ -429,17 +429,6 @@ private:
   std::vector<std::size_t>::const_iterator next_;
 };
 
-/// Records that only the second block holds: where records stand for each other by their index, the library finds them
-/// with the blocks swapped.
-std::vector<std::size_t> FindSecondOnly(const FED_DataBlock& first, const FED_DataBlock& second,
-                                        const RecordPairs& pairs, const QuilonDataBlockDiff::CompareInfo& info)
-{
-  if (!pairs.sameIndices || pairs.secondOnly.empty()) return pairs.secondOnly;
-  std::vector<std::size_t> found = QuilonDataBlockDiff::DataBlockDiff(info, second, first).CompareBlocks();
-  std::erase_if(found, [&](std::size_t index) { return first.HasRecord(index); });
-  return found;
-}
-
 }  // namespace
 
 double FieldNorms::GetRms() const noexcept
@@ -495,8 +484,7 @@ FieldOutcome CompareFields(const FED_DataBlock& first, const FED_DataBlock& seco
     });
   }
   for (const std::size_t index : pairs.firstOnly) tally.Missing(index, false);
-  for (const std::size_t index : library ? FindSecondOnly(first, second, pairs, terms.info) : pairs.secondOnly)
-    tally.Missing(index, true);
+  for (const std::size_t index : pairs.secondOnly) tally.Missing(index, true);
   tally.Finish();
   return outcome;
 }

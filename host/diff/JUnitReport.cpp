@@ -16,7 +16,7 @@ namespace {
 std::size_t LengthByLead(unsigned char lead)
 {
   if (lead < 0x80) return 1;
-  if (lead < 0xc2 || lead >= 0xf5) return 0;
+  if (lead < 0xc2 || lead >= 0xf8) return 0;
   if (lead < 0xe0) return 2;
   return lead < 0xf0 ? 3 : 4;
 }

@@ -1,6 +1,7 @@
 #include "diff/DatabaseComparison.h"
 
 #include <cmath>
+#include <csignal>
 #include <filesystem>
 #include <limits>
 #include <random>
@@ -15,6 +16,7 @@
 #include "diff/RuleLearning.h"
 #include "diff/Verification.h"
 #include "import/OpenedDatabase.h"
+#include "progress/Interrupt.h"
 #include "QuilonDbConnector/FED_IdDataBlock.h"
 #include "QuilonOnfEngine/QuilonOnfTxtDatabase.h"
 #include "QuilonUtilities/FED_Failure.h"
@@ -293,6 +295,62 @@ TEST(DatabaseComparison, TheWorstOfEachComponentIsKept)
   EXPECT_EQ(fields.components[1].worst.component, 1u);
   EXPECT_EQ(fields.components[1].worst.index, 1u);
   EXPECT_EQ(fields.components[1].worst.excess, 8.0);
+  ASSERT_EQ(fields.worst.size(), 2u);  // of each record its worst component
+  EXPECT_EQ(fields.worst[0].index, 1u);
+  EXPECT_EQ(fields.worst[0].component, 1u);
+  EXPECT_EQ(fields.worst[1].index, 2u);
+  EXPECT_EQ(fields.worst[1].component, 1u);
+}
+
+TEST(DatabaseComparison, OfDifferencesThatAreAsFarBeyondTheirRuleTheLargestIsTheWorst)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  const auto         set = [](FED_Database& db, int id, double x, double y) {
+    const double vector[3] = {x, y, 0.0};
+    FED_IdDataBlock(db.GetOrCreateDataBlock(Key(510), 0), db.GetIdMapsPool(), true).SetVector(id, vector);
+  };
+  // All are twice as large, which is 5 times what is allowed.
+  set(a, 1, 1, 8);
+  set(b, 1, 2, 16);
+  set(a, 2, 4, 2);
+  set(b, 2, 8, 4);
+  const FieldOutcome fields = Compare(a, b, "rel=0.1").blocks[0].fields;
+  ASSERT_EQ(fields.worst.size(), 2u);
+  EXPECT_EQ(fields.worst[0].index, 1u);
+  EXPECT_EQ(fields.worst[0].component, 1u);
+  EXPECT_EQ(fields.worst[0].excess, 5.0);
+  EXPECT_EQ(fields.worst[0].distance, 8.0);
+  EXPECT_EQ(fields.worst[1].index, 2u);
+  EXPECT_EQ(fields.worst[1].component, 0u);
+  ASSERT_EQ(fields.components.size(), 2u);
+  EXPECT_EQ(fields.components[0].worst.index, 2u);
+  EXPECT_EQ(fields.components[1].worst.index, 1u);
+}
+
+TEST(DatabaseComparison, StopsWhereItIsInterrupted)
+{
+  FED_ResultDatabase a;
+  SetScalars(a, Key(514), {3, 4});
+  const FED_DataBlock&                   block = a.GetConstDataBlock(Key(514));
+  const QuilonDataBlockDiff::CompareInfo info;
+  const Transformation                   asIs;
+  RecordPairs                            pairs;
+  pairs.Add(1, 1);
+  pairs.Add(2, 2);
+  void (*const former)(int) = std::signal(SIGINT, [](int) {});
+  {
+    const quilon::InterruptWatch watch;
+    std::raise(SIGINT);
+    for (const char* text : {"default", "library"}) {  // many values at once, and record by record
+      const ComparisonRule rule  = ParseRule(text, "");
+      FieldTerms           terms = {rule, info, asIs};
+      terms.allNorms             = false;
+      EXPECT_THROW(CompareFields(block, block, pairs, terms), quilon::Interrupted) << text;
+    }
+    EXPECT_THROW(FindNans(block, false, 1), quilon::Interrupted);
+  }
+  std::signal(SIGINT, former);
 }
 
 // Sums of forces are printed a component each: where nothing pulls, the sum is all rounding.
@@ -313,13 +371,34 @@ TEST(DatabaseComparison, TheComponentsOfAPrintedSumHaveOnePeak)
   FED_ResultDatabase b;
   fill(a, 1e-12, 600, 5);
   fill(b, -3e-12, 600, 5);
-  EXPECT_TRUE(Compare(a, b, "default").IsSame());
+  const DatabaseOutcome noise = Compare(a, b, "default");
+  EXPECT_TRUE(noise.IsSame());
+  EXPECT_EQ(noise.blocks[0].fields.norms.peak, 600.0);
+  EXPECT_EQ(noise.blocks[2].fields.norms.peak, 5.0);
   EXPECT_FALSE(Compare(a, b, "rel=1e-5").IsSame());
   fill(b, 1, 600, 5);
   EXPECT_FALSE(Compare(a, b, "default").IsSame());
   // Another set's sum is no component of it.
   fill(b, 1e-12, 600, 5.005);
   EXPECT_FALSE(Compare(a, b, "default").IsSame());
+}
+
+TEST(DatabaseComparison, AModeOfZerosKeepsItsSign)
+{
+  FED_DataDescriptor key = Key(521);
+  key.SetInteger(FED_DataDescriptor::Analysis, 2);
+  const auto fill = [&key](FED_Database& db, double value) {
+    const double tensor[6] = {value, 0, 0, 0, 0, 0};
+    FED_IdDataBlock(db.GetOrCreateDataBlock(key, 0), db.GetIdMapsPool(), true).SetTensor(1, tensor);
+  };
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  fill(a, 0.0);
+  fill(b, 0.0);
+  EXPECT_FALSE(Compare(a, b, "default mode-sign").blocks[0].isNegated);
+  fill(a, 1.0);
+  fill(b, -1.0);
+  EXPECT_TRUE(Compare(a, b, "default mode-sign").blocks[0].isNegated);
 }
 
 TEST(DatabaseComparison, ANodeOfASetThatHasNoCounterpartDiffersFromANodeOfTheSameId)

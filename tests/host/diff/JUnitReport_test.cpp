@@ -56,7 +56,15 @@ TEST(JUnitReport, NamesAreWrittenForXml)
               {"half of a pair", "\xed\xa0\x80", none + none + none},
               {"no character", "\xef\xbf\xbf", none + none + none},
               {"beyond the last", "\xf4\x90\x80\x80", none + none + none + none},
+              {"far beyond the last", "\xf5\x80\x80\x80", none + none + none + none},
+              {"a byte that begins nothing", "\xf8\x90\x80\x80", none + none + none + none},
               {"the last", "\xf4\x8f\xbf\xbd", "\xf4\x8f\xbf\xbd"},
+              {"the first of two, three and four bytes", "\xc2\xa1 \xe0\xa0\x80 \xf0\x90\x80\x80",
+               "\xc2\xa1 \xe0\xa0\x80 \xf0\x90\x80\x80"},
+              {"the last of two and three bytes", "\xdf\xbf \xef\xbf\xbd", "\xdf\xbf \xef\xbf\xbd"},
+              {"beside the halves of pairs", "\xed\x9f\xbf \xee\x80\x80", "\xed\x9f\xbf \xee\x80\x80"},
+              {"the last half of a pair", "\xed\xbf\xbf", none + none + none},
+              {"no character either", "\xef\xbf\xbe", none + none + none},
   };
   for (const Row& row : rows) EXPECT_EQ(FileFor(row.kind), Expected(row.written)) << row.name;
 }

@@ -393,6 +393,7 @@ std::vector<Row> ModeRows()
       {"a stress that goes with its mode", All({mode, stress}), All({flipped, otherStress}), "DD DDDD DD DD D S DD"},
       {"a stress that does not go with its mode", All({mode, stress}), All({mode, otherStress}),
        "DD DDDD DD DD D D DD"},
+      {"a stress whose mode has its displacement on one side", All({mode, stress}), stress, "DD DDDD DD DD D D DD"},
       {"a stress of a mode without displacement", stress, otherStress, "DD DDDD DD DD D S DD"},
       {"principal values of a mode with the other sign", All({mode, Vectors(Key(520, 2), {{1, 3, 1, -2}})}),
        All({flipped, Vectors(Key(520, 2), {{1, 2, -1, -3}})}), "DD DDDD DD DD D S DD"},

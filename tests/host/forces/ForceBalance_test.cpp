@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <limits>
 #include <map>
 #include <set>
@@ -13,9 +14,11 @@
 
 #include "../import/ImportTestSupport.h"
 #include "calculix/deck/ReadDeckModel.h"
+#include "forces/Resultant.h"
 #include "ForceSupport.h"
 #include "import/ResultImport.h"
 #include "LogCapture.h"
+#include "progress/Interrupt.h"
 #include "TempFolder.h"
 
 namespace quilon::calculix {
@@ -263,6 +266,23 @@ TEST_F(FreeBodyTest, NeedsForcesOfAllItsElements)
   EXPECT_EQ(FailureOf(mesh, {20, 30, 31}),
             "job: no forces of 2 elements of the part in 580@it=0,an=1,lc=1,sub=1: 30-31, expected forces of all");
   EXPECT_EQ(FailureOf(mesh, {20, 21}), "job: no element 21 in the mesh");
+}
+
+TEST_F(FreeBodyTest, StopsWhereItIsInterrupted)
+{
+  const ForceMesh mesh = TwoCubes();
+  ElementForces   forces(database_, mesh, 0, "job");
+  const ForceStep step      = forces.Calculate(ResultKey(582), false);
+  void (*const former)(int) = std::signal(SIGINT, [](int) {});
+  {
+    const InterruptWatch watch;
+    std::raise(SIGINT);
+    std::size_t numVisits = 0;
+    EXPECT_THROW(ForEachForce(database_, mesh, step, [&](std::size_t, std::size_t, const double*) { ++numVisits; }),
+                 Interrupted);
+    EXPECT_EQ(numVisits, 0u);
+  }
+  std::signal(SIGINT, former);
 }
 
 // The bar's end carries a pull of 1.5 on a face of 8 and three forces, see its deck. Loads and their moments about the
