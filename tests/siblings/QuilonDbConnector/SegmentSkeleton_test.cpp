@@ -119,6 +119,25 @@ TEST(SegmentSkeleton, EveryTypeAndShapeIsHdf5s)
   ExpectReadable(folder / "a.h5", data);
 }
 
+// To the bits that HDF5 passes over: files of equal data are equal, whoever writes them.
+TEST(SegmentSkeleton, BytesOfAStructureStayAsTheyAre)
+{
+  std::vector<SkeletonData> data = {
+      {"/index", SkeletonData::Bytes, StoredColumn::Char, 13, 1, 0},
+      {"/names/all/values", SkeletonData::Values, StoredColumn::Char, 7, 1, 0},
+      {"/small/F/values", SkeletonData::Values, StoredColumn::Float32, 9, 1, 0},
+      {"/small/U/keys", SkeletonData::Values, StoredColumn::UInt32, 5, 1, 0},
+  };
+  for (int i = 0; i < 70; ++i)
+    data.push_back({"/kind/lc" + std::to_string(i) + "/values", SkeletonData::Values,
+                    i % 2 == 0 ? StoredColumn::Int32 : StoredColumn::Float64, 3, i % 3 == 0 ? 1u : 6u, 0});
+  const SegmentSkeleton skeleton(kUserBlock, kTail, data);
+  std::uint64_t         print = 14695981039346656037u;
+  for (const std::uint8_t byte : skeleton.GetBytes()) print = (print ^ byte) * 1099511628211u;
+  EXPECT_EQ(skeleton.GetBytes().size(), 40248u);
+  EXPECT_EQ(print, 7217109519427449754u);  // FNV-1a
+}
+
 // Nodes of names have four places, and so have nodes of the trees above them: one more needs a level more.
 TEST(SegmentSkeleton, GroupsOfAnySizeAreSearchedByName)
 {

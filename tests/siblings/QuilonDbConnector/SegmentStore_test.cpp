@@ -23,6 +23,7 @@
 #include "bundled/FED_DatabaseInspection.h"
 
 #include "failure_message.h"
+#include "SegmentWriter.h"
 #include "store_support.h"
 #include "TempFolder.h"
 
@@ -139,6 +140,21 @@ TEST(SegmentStore, SegmentsHoldNoTimes)
   EXPECT_GE(H5Ovisit(file, H5_INDEX_NAME, H5_ITER_NATIVE, visit, &objects), 0);
   EXPECT_GT(objects, 12);  // the root, six groups, data sets of five columns, ...
   H5Fclose(file);
+}
+
+TEST(SegmentStore, ToolsShowABlockUnderItsKindAndTheIndicesThatAreSet)
+{
+  FED_DataDescriptor key;
+  key.mask = 0;
+  EXPECT_EQ(GetBlockPath(key), "block/all");
+  key = FED_DataDescriptor(0, static_cast<FED_OnfId>(521));
+  EXPECT_EQ(GetBlockPath(key), "nodal-stress/all");  // the first iteration goes without saying
+  key.SetInteger(FED_DataDescriptor::Substep, 0);
+  EXPECT_EQ(GetBlockPath(key), "nodal-stress/sub0");
+  key.SetInteger(FED_DataDescriptor::Iteration, 2);
+  key.SetInteger(FED_DataDescriptor::LoadCase, 1);
+  key.SetInteger(FED_DataDescriptor::Analysis, 3);
+  EXPECT_EQ(GetBlockPath(key), "nodal-stress/it2_lc1_sub0_an3");
 }
 
 TEST(SegmentStore, WhatIsNotPublishedIsGoneWithTheStore)
@@ -430,6 +446,29 @@ std::size_t CountLines(const std::filesystem::path& manifest, const std::string&
 }
 
 }  // namespace
+
+TEST(SegmentStore, FilesThatCannotBeRemovedAreRemovedLaterByTheSameWriter)
+{
+  const TempFolder folder;
+  BrokenFiles      files;
+  SegmentStore     store(folder / "a.fed", kCreate, files);
+  WriteSample(store);
+  store.Publish(false);
+  WriteRow(store, 3);
+  const auto countSegments = [&] {
+    const std::vector<std::string> names = ListFolder(folder / "a.fed");
+    return std::count_if(names.begin(), names.end(),
+                         [](const std::string& name) { return name.starts_with("segment-"); });
+  };
+  files.failsRemove = true;
+  store.Publish(true);
+  EXPECT_EQ(countSegments(), 3);  // two, and the one for both
+  files.failsRemove = false;
+  WriteRow(store, 4);
+  store.Publish(true);
+  EXPECT_EQ(countSegments(), 1);
+  EXPECT_EQ(ReadContent(SegmentStore(folder / "a.fed", kReadOnly, files)), ReadContent(store));
+}
 
 TEST(SegmentStore, FirstPublicationWhoseRenamingFailsLeavesNothing)
 {
