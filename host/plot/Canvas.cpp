@@ -86,6 +86,16 @@ std::string Renumber(std::string_view svg)
   return renumbered += svg;
 }
 
+/// @return how large a sheet is drawn for a picture
+PictureSize SheetFor(const PictureSize& picture)
+{
+  constexpr double kLeastWidth  = 480.0;
+  constexpr double kLeastHeight = 360.0;
+  const double     factor       = std::max({1.0, kLeastWidth / picture.width, kLeastHeight / picture.height});
+  return {static_cast<int>(std::lround(factor * picture.width)),
+          static_cast<int>(std::lround(factor * picture.height))};
+}
+
 }  // namespace
 
 PictureFormat PictureFormatOf(const std::filesystem::path& path)
@@ -149,7 +159,7 @@ struct Canvas::Drawing
 };
 
 Canvas::Canvas(PictureFormat format, const PictureSize& size, const Colour& background)
-    : format_(format), size_(size), background_(background), drawing_(std::make_unique<Drawing>())
+    : format_(format), size_(SheetFor(size)), background_(background), drawing_(std::make_unique<Drawing>())
 {
   switch (format) {
     case PictureFormat::Png:
@@ -168,6 +178,8 @@ Canvas::Canvas(PictureFormat format, const PictureSize& size, const Colour& back
   drawing_->context.reset(cairo_create(drawing_->surface.get()));
   cairo_t* const context = drawing_->context.get();
   Check(cairo_status(context));
+  cairo_scale(context, static_cast<double>(size.width) / size_.width, static_cast<double>(size.height) / size_.height);
+  isReduced_ = size_.width != size.width;
   // The machine's own taste in fonts is no part of a picture.
   cairo_font_options_t* const options = cairo_font_options_create();
   cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
@@ -277,7 +289,7 @@ void Canvas::DrawBitmap(const Spot& corner, double width, double height, const B
   cairo_set_source_surface(context, image.get(), 0.0, 0.0);
   // A pixel is a pixel: nothing is blurred where sizes agree.
   cairo_pattern_set_filter(cairo_get_source(context),
-                           format_ == PictureFormat::Png ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
+                           format_ == PictureFormat::Png && !isReduced_ ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
   cairo_paint(context);
   cairo_restore(context);
 }

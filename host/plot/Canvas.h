@@ -78,6 +78,9 @@ struct LineStyle
 /// A sheet whose point (0, 0) is the top left. What is drawn depends on nothing but the calls, and the same calls give
 /// the same bytes. Texts are UTF-8.
 ///
+/// A picture below 480 x 360 is a larger one, made smaller: texts that keep their size would leave no room for the
+/// rest.
+///
 /// Errors: FED_Failure when the drawing library refuses, which it does without memory.
 class Canvas
 {
@@ -87,6 +90,7 @@ public:
   Canvas& operator=(const Canvas&) = delete;
   ~Canvas();
 
+  /// @return of the sheet, in units: that of the picture, or larger where that is small
   const PictureSize& GetSize() const noexcept { return size_; }
   const Colour&      GetBackground() const noexcept { return background_; }
   /// How many pixels of a bitmap go to a unit of length: more in vector formats, which are enlarged.
@@ -123,6 +127,7 @@ private:
   PictureFormat            format_;
   PictureSize              size_;
   Colour                   background_;
+  bool                     isReduced_ = false;
   std::unique_ptr<Drawing> drawing_;
 };
 

@@ -93,8 +93,8 @@ public:
         canvas_(format, style.size, style.background),
         ink_(IsBright(style.background) ? Colour{0.13, 0.13, 0.15, 1} : Colour{0.92, 0.92, 0.94, 1}),
         faint_(IsBright(style.background) ? Colour{0.88, 0.88, 0.90, 1} : Colour{0.22, 0.22, 0.24, 1}),
-        x_(chart.x, extents_.x, std::max(2, style.size.width / 110), false),
-        y_(chart.y, extents_.y, std::max(2, style.size.height / 55), true)
+        x_(chart.x, extents_.x, std::max(2, canvas_.GetSize().width / 110), false),
+        y_(chart.y, extents_.y, std::max(2, canvas_.GetSize().height / 55), true)
   {}
 
   std::string Run()

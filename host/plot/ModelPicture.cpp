@@ -157,7 +157,10 @@ public:
       DrawBar();
       PlaceMarks(raster);
     }
-    picture_.bytes = canvas_.Finish();
+    picture_.bytes     = canvas_.Finish();
+    const double units = canvas_.GetSize().width / static_cast<double>(options_.size.width);
+    for (std::optional<ExtremeMark>* mark : {&picture_.least, &picture_.greatest})
+      if (*mark) (*mark)->place = {(*mark)->place.x / units, (*mark)->place.y / units};
     return std::move(picture_);
   }
 
@@ -313,8 +316,8 @@ private:
 
   void MakeLayout()
   {
-    const double     width   = options_.size.width;
-    const double     height  = options_.size.height;
+    const double     width   = canvas_.GetSize().width;
+    const double     height  = canvas_.GetSize().height;
     constexpr double kMargin = 20.0;
     layout_.top              = 62.0;
     layout_.left             = kMargin;
@@ -768,7 +771,7 @@ private:
 
   void DrawMarkLegend(const ExtremeMark& mark, bool isGreatest, double y)
   {
-    if (y + 20.0 > options_.size.height) return;  // a picture that is too small for it
+    if (y + 20.0 > canvas_.GetSize().height) return;  // a picture that is too small for it
     DrawSymbol({layout_.bar.x + 7.0, y - 4.0}, isGreatest, mark.isHidden);
     const std::vector<std::string> lines = MarkLines(mark);
     canvas_.DrawText({layout_.bar.x + 20.0, y}, lines[0], {12.0, ink_, true});

@@ -70,8 +70,8 @@ std::string DrawSparsity(const matrix::RowView& rows, const std::string& title, 
   const Colour     ink        = IsBright(background) ? Colour{0.13, 0.13, 0.15, 1} : Colour{0.92, 0.92, 0.94, 1};
   const auto       numRows    = static_cast<double>(std::max<std::int64_t>(rows.NumRows(), 1));
   const auto       numColumns = static_cast<double>(std::max<std::int64_t>(rows.NumColumns(), 1));
-  const double     roomX      = std::max(10.0, size.width - kSide - 24.0);
-  const double     roomY      = std::max(10.0, size.height - kTop - 24.0);
+  const double     roomX      = std::max(10.0, canvas.GetSize().width - kSide - 24.0);
+  const double     roomY      = std::max(10.0, canvas.GetSize().height - kTop - 24.0);
   const double     unit       = std::min(roomX / numColumns, roomY / numRows);
   const double     width      = std::max(1.0, std::floor(unit * numColumns));
   const double     height     = std::max(1.0, std::floor(unit * numRows));

@@ -1,3 +1,4 @@
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -52,6 +53,28 @@ TEST(Canvas, ASheetOfOneColourHasThatColour)
   EXPECT_THAT(white.pixels, testing::Each(0xFFFFFFFFU));
   const Bitmap clear = quilon_test::ReadPng(Canvas(PictureFormat::Png, {120, 100}, {1, 1, 1, 0}).Finish());
   EXPECT_THAT(clear.pixels, testing::Each(0U));
+}
+
+TEST(Canvas, ASmallPictureIsALargerOneMadeSmaller)
+{
+  const auto sheetOf = [](const PictureSize& size) {
+    const PictureSize sheet = Canvas(PictureFormat::Png, size, {1, 1, 1, 1}).GetSize();
+    return std::array<int, 2>{sheet.width, sheet.height};
+  };
+  EXPECT_EQ(sheetOf({480, 360}), (std::array{480, 360}));
+  EXPECT_EQ(sheetOf({240, 360}), (std::array{480, 720}));
+  EXPECT_EQ(sheetOf({1000, 120}), (std::array{3000, 360}));
+  Canvas canvas(PictureFormat::Png, {240, 180}, {1, 1, 1, 1});
+  canvas.FillPolygon(std::array<Spot, 4>{{{240, 0}, {480, 0}, {480, 360}, {240, 360}}}, {0, 0, 0, 1});
+  const Bitmap picture = quilon_test::ReadPng(canvas.Finish());
+  EXPECT_EQ(picture.width, 240);
+  EXPECT_EQ(picture.height, 180);
+  for (const double y : {0.0, 179.0}) {
+    EXPECT_EQ(quilon_test::PixelAt(picture, 0, y), 0xFFFFFFFFU);
+    EXPECT_EQ(quilon_test::PixelAt(picture, 119, y), 0xFFFFFFFFU);
+    EXPECT_EQ(quilon_test::PixelAt(picture, 120, y), 0xFF000000U);
+    EXPECT_EQ(quilon_test::PixelAt(picture, 239, y), 0xFF000000U);
+  }
 }
 
 TEST(LineChart, TheSameChartIsTheSameFileByteForByte)

@@ -68,7 +68,7 @@ protected:
     ModelPictureOptions options;
     options.component = "xx";
     options.view      = ParseView(view);
-    options.size      = {420, 300};
+    options.size      = {560, 400};
     options.lines     = MeshLines::None;
     options.hasMarks  = false;
     options.hasAxes   = false;
