@@ -41,11 +41,6 @@ constexpr const char* kNewBlockEnding = ".onf.new";
 constexpr std::size_t kFlushedOneByOne = 16;
 constexpr std::size_t kFlushedAtOnce   = 4096;
 
-bool EndsWith(std::string_view text, std::string_view ending)
-{
-  return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
-}
-
 /// Only names that this format makes are opened: an index cannot lead out of its folder.
 bool IsBlockFileName(std::string_view name)
 {
@@ -53,13 +48,13 @@ bool IsBlockFileName(std::string_view name)
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' || c == '_' || c == '.';
   };
   return !name.empty() && name[0] != '.' && std::all_of(name.begin(), name.end(), isAllowed) &&
-         (EndsWith(name, kBlockExtension) || EndsWith(name, kNewBlockEnding));
+         (name.ends_with(kBlockExtension) || name.ends_with(kNewBlockEnding));
 }
 
 /// The name of a block's file once it is in its place.
 std::string FinishedName(const std::string& fileName)
 {
-  return EndsWith(fileName, kNewBlockEnding)
+  return fileName.ends_with(kNewBlockEnding)
              ? fileName.substr(0, fileName.size() - std::string_view(kNewExtension).size())
              : fileName;
 }
@@ -208,7 +203,7 @@ std::vector<std::string> ListFolder(FED_FileLayer& files, const fs::path& folder
 
 fs::path GetFolderAbove(const fs::path& folder) { return folder.has_parent_path() ? folder.parent_path() : "."; }
 
-bool IsLeftover(const std::string& name) { return name == kNewIndexName || EndsWith(name, kNewBlockEnding); }
+bool IsLeftover(const std::string& name) { return name == kNewIndexName || name.ends_with(kNewBlockEnding); }
 
 }  // namespace
 
