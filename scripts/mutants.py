@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Breaks the code on purpose, a place at a time, and tells which breaks no test sees.
 
-usage: mutants.py [--sample N] [--seed S] [--minutes M] [--only PREFIX]... [--tests PREFIX]... [--seconds-each S]
-                  [--jobs N] [--scratch FOLDER] [--list]
+usage: mutants.py [--sample N] [--seed S] [--minutes M] [--only PREFIX]... [--try PREFIX]... [--tests PREFIX]...
+                  [--seconds-each S] [--jobs N] [--scratch FOLDER] [--list]
 
 A copy of the tree under build/mutants holds all breaks that are tried at once, each behind a number: an environment
 variable chooses the one that is in force, so that all of them come out of one build. Which tests reach a
@@ -15,6 +15,7 @@ that was killed stays so while its source stays as it is, one that has survived 
   --seed S          of that choice (default 1)
   --minutes M       stop after so long; the next call goes on
   --only PREFIX     breaks of files whose paths begin so; others are built as they are
+  --try PREFIX      of the sample only breaks of files whose paths begin so, for now
   --tests PREFIX    only test programs in folders that begin so: a build of what is asked for alone
   --seconds-each S  of tests behind which a break has survived (default 60)
   --jobs N          of the build (default: as many as the machine has processors)
@@ -620,7 +621,7 @@ def main():
                if result["file"] == files.get(key.split(": ")[0], result["file"]) and
                (result["tests"] == mark or result["end"].startswith("killed"))}
     for at, site in enumerate(sample):
-        if site.key() in results:
+        if site.key() in results or not site.path.startswith(tuple(ARGUMENTS.tried or [""])):
             continue
         if time.monotonic() > deadline:
             print(f"mutants.py: out of time after {at} of {len(sample)} breaks; call again to go on")
@@ -639,6 +640,7 @@ if __name__ == "__main__":
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--minutes", type=float, default=60 * 24)
     parser.add_argument("--only", action="append")
+    parser.add_argument("--try", dest="tried", action="append")
     parser.add_argument("--tests", action="append")
     parser.add_argument("--seconds-each", type=float, default=60)
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
