@@ -53,7 +53,6 @@ void OnfTextExport::BlockTexts::Write(const FED_DataDescriptor& descriptor, std:
 {
   const auto& block = dynamic_cast<const FED_ColumnDataBlock&>(state_->database.GetConstDataBlock(descriptor));
   if (state_->block != &block) {
-    state_->block  = nullptr;  // stays so where the places are none
     state_->places = SortedRecords(block, state_->database.GetIdMapsPool());
     state_->block  = &block;
   }

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <limits>
 #include <random>
 #include <string>
@@ -326,6 +327,106 @@ TEST(DatabaseComparison, OfDifferencesThatAreAsFarBeyondTheirRuleTheLargestIsThe
   ASSERT_EQ(fields.components.size(), 2u);
   EXPECT_EQ(fields.components[0].worst.index, 2u);
   EXPECT_EQ(fields.components[1].worst.index, 1u);
+}
+
+TEST(DatabaseComparison, ARecordOfOneSideIsADifferenceOfTheRecordAsAWhole)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514), {3, 4, 5});
+  SetScalars(b, Key(514), {3, 4});
+  for (const bool isSecond : {false, true}) {
+    const FieldOutcome fields = (isSecond ? Compare(b, a, "default") : Compare(a, b, "default")).blocks.at(0).fields;
+    EXPECT_EQ(fields.missingRecords, isSecond ? 0u : 1u);
+    EXPECT_EQ(fields.additionalRecords, isSecond ? 1u : 0u);
+    ASSERT_EQ(fields.worst.size(), 1u);
+    EXPECT_EQ(fields.worst[0].index, 3u);
+    EXPECT_EQ(fields.worst[0].second, isSecond);
+    EXPECT_EQ(fields.worst[0].field, 0u);
+    EXPECT_EQ(fields.worst[0].component, 0u);
+    EXPECT_EQ(fields.worst[0].rule, isSecond ? "record only in B" : "record missing in B");
+  }
+}
+
+TEST(DatabaseComparison, EveryFieldOfARecordIsCompared)
+{
+  using Change    = std::function<void(FED_DataRecord&)>;
+  const auto fill = [](FED_Database& db, const Change& change) {
+    const double          values[6] = {1, 2, 3, 4, 5, 6};
+    FED_DataBlock&        block     = *db.CreateDataBlock(Key(4711), 1, 20, "IDFSVTLbDb");
+    FED_DataRecord* const record    = block.CreateDataRecord();
+    record->SetInteger(1, 7);
+    record->SetDouble(2, 0.5);
+    record->SetFloat(3, 0.25f);
+    record->SetString(4, "a");
+    record->SetVector(5, values);
+    record->SetTensor(6, values);
+    record->SetIntList(7, FED_IntArray({1, 2}));
+    record->SetDoubleList(8, FED_DoubleArray({1, 2, 3}));
+    change(*record);
+    block.SetRecord(1, *record);
+    block.DeleteDataRecord(record);
+  };
+  const double other[6] = {1, 2, 4, 4, 5, 7};
+  struct Row
+  {
+    Change      change;
+    std::size_t field;
+    std::size_t component;
+    Value       a;
+    Value       b;
+    const char* rule;
+  };
+  const Row rows[] = {
+      {[](FED_DataRecord& record) { record.SetInteger(1, 8); }, 1, 0, 7, 8, "integer"},
+      {[](FED_DataRecord& record) { record.SetDouble(2, 1.5); }, 2, 0, 0.5, 1.5, "abs 1 > 0.5"},
+      {[](FED_DataRecord& record) { record.SetFloat(3, 1.25f); }, 3, 0, 0.25f, 1.25f, "abs 1 > 0.5"},
+      {[](FED_DataRecord& record) { record.SetString(4, "b"); }, 4, 0, std::string("a"), std::string("b"), "text"},
+      {[&](FED_DataRecord& record) { record.SetVector(5, other); }, 5, 2, 3.0, 4.0, "abs 1 > 0.5"},
+      {[&](FED_DataRecord& record) { record.SetTensor(6, other); }, 6, 2, 3.0, 4.0, "abs 1 > 0.5"},
+      {[](FED_DataRecord& record) {
+         record.SetIntList(7, FED_IntArray({1, 3}));
+       },
+       7, 1, 2, 3, "integer"},
+      {[](FED_DataRecord& record) { record.SetIntList(7, FED_IntArray({1})); }, 7, 0, 2, 1, "length"},
+      {[](FED_DataRecord& record) {
+         record.SetDoubleList(8, FED_DoubleArray({1, 2, 5}));
+       },
+       8, 2, 3.0, 5.0, "abs 2 > 0.5"},
+      {[](FED_DataRecord& record) {
+         record.SetDoubleList(8, FED_DoubleArray({1, 2, 3, 4}));
+       },
+       8, 0, 3, 4, "length"},
+  };
+  FED_ResultDatabase a;
+  fill(a, [](FED_DataRecord&) {});
+  const FieldOutcome same = Compare(a, a, "abs=0.5").blocks.at(0).fields;
+  EXPECT_TRUE(same.IsSame());
+  EXPECT_EQ(same.norms.values, 14u);
+  EXPECT_EQ(same.norms.reference, 0.3125 + 14.0 + 91.0 + 14.0);
+  EXPECT_EQ(same.norms.peak, 6.0);
+  for (const Row& row : rows) {
+    FED_ResultDatabase b;
+    fill(b, row.change);
+    const FieldOutcome fields = Compare(a, b, "abs=0.5").blocks.at(0).fields;
+    ASSERT_EQ(fields.worst.size(), 1u) << row.field;
+    EXPECT_EQ(fields.worst[0].field, row.field);
+    EXPECT_EQ(fields.worst[0].component, row.component) << row.field;
+    EXPECT_EQ(fields.worst[0].a, row.a) << row.field;
+    EXPECT_EQ(fields.worst[0].b, row.b) << row.field;
+    EXPECT_EQ(fields.worst[0].rule, row.rule) << row.field;
+  }
+  FED_ResultDatabase    b;
+  FED_DataBlock&        block  = *b.CreateDataBlock(Key(4711), 1, 20, "ID");
+  FED_DataRecord* const record = block.CreateDataRecord();
+  block.SetRecord(1, *record);
+  block.DeleteDataRecord(record);
+  const FieldOutcome fields = Compare(a, b, "abs=0.5").blocks.at(0).fields;
+  ASSERT_EQ(fields.worst.size(), 1u);
+  EXPECT_EQ(fields.worst[0].field, 0u);
+  EXPECT_EQ(fields.worst[0].a, Value(8));
+  EXPECT_EQ(fields.worst[0].b, Value(2));
+  EXPECT_EQ(fields.worst[0].rule, "fields");
 }
 
 TEST(DatabaseComparison, StopsWhereItIsInterrupted)

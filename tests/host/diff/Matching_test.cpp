@@ -119,6 +119,37 @@ TEST(RecordMatcher, AnIndexFarBehindAllOthersPairsToo)
   EXPECT_EQ(pairs.secondOnly, Indices{});
 }
 
+TEST(RecordMatcher, BlocksOfAsManyRecordsThatEndAtOneIndexMayHaveOthers)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  const auto         set = [](FED_Database& db, const Indices& indices) {
+    for (const std::size_t index : indices) db.GetOrCreateDataBlock(Key(4711), 0).SetScalarAt(index, 1.0);
+  };
+  set(a, {1, 3});
+  set(b, {2, 3});
+  const auto pair = [](const FED_ResultDatabase& first, const FED_ResultDatabase& second) {
+    FED_ResultDatabase none;
+    RecordMatcher      matcher(RecordMatcher::ByIndex, none.GetIdMapsPool(), none.GetIdMapsPool(), nullptr);
+    return matcher.Pair(first.GetConstDataBlock(Key(4711)), second.GetConstDataBlock(Key(4711)));
+  };
+  EXPECT_EQ(Pairs(pair(a, b)), (PairList{{3, 3}}));
+  EXPECT_EQ(pair(a, b).firstOnly, Indices{1});
+  EXPECT_EQ(pair(a, b).secondOnly, Indices{2});
+  EXPECT_EQ(Pairs(pair(b, a)), (PairList{{3, 3}}));
+  EXPECT_EQ(pair(b, a).firstOnly, Indices{2});
+  EXPECT_EQ(pair(b, a).secondOnly, Indices{1});
+}
+
+TEST(RecordMatcher, IndexZeroOfAKindThatNobodyKnowsStandsForItself)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  for (FED_ResultDatabase* const db : {&a, &b}) db->GetOrCreateDataBlock(Key(4711), 0).SetScalarAt(0, 1.0);
+  RecordMatcher matcher(RecordMatcher::ById, a.GetIdMapsPool(), b.GetIdMapsPool(), nullptr);
+  EXPECT_EQ(Pairs(matcher.Pair(a.GetConstDataBlock(Key(4711)), b.GetConstDataBlock(Key(4711)))), (PairList{{0, 0}}));
+}
+
 TEST(RecordMatcher, HistoriesPairByTheirPosition)
 {
   FED_ResultDatabase a;
@@ -232,6 +263,31 @@ TEST(MeshMatch, ElementsKeepTheirIdsWhereNobodyKnowsTheirNodes)
   EXPECT_NE(match.Find(0), nullptr);
   EXPECT_EQ(match.Find(1), nullptr);
   EXPECT_EQ(match.Find(4), nullptr);
+}
+
+TEST(MeshMatch, ElementsPairByTheirNodesWhateverTheirOrder)
+{
+  const auto add = [](FED_Database& db, int id, const std::vector<int>& nodes) {
+    FED_IdDataBlock view(db.GetOrCreateDataBlock(FED_DataDescriptor(0, FED_OnfId_ElementNodes), 0), db.GetIdMapsPool(),
+                         true);
+    FED_IdDataRecord& record = view.CreateIdDataRecord();
+    record.SetIntList(1, nodes);
+    view.SetRecord(id, record);
+  };
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetPlaces(a, {{1, 0, 0, 0}, {2, 1, 0, 0}, {3, 2, 0, 0}});
+  SetPlaces(b, {{13, 0, 0, 0}, {12, 1, 0, 0}, {11, 2, 0, 0}});
+  add(a, 5, {1, 2, 3});
+  add(a, 6, {2, 3});
+  add(b, 70, {11, 12});
+  add(b, 80, {13, 11, 12});
+  MeshMatchReport report;
+  const MeshMatch match = MatchMeshes(a, b, 0.0, "A", "B", report);
+  ASSERT_NE(match.Find(1), nullptr);
+  EXPECT_EQ(*match.Find(1), (IdMap{{5, 80}, {6, 70}}));
+  EXPECT_EQ(report.nodes, 3u);
+  EXPECT_EQ(report.elements, 2u);
 }
 
 TEST(MeshMatch, CoordinatesThatAreMissingOrNoVectorsAreAFailure)

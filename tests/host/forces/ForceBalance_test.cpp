@@ -75,6 +75,18 @@ TEST_F(ForceBalanceTest, JudgesTiedNodesApart)
   EXPECT_LE(balance.tied[1].largestResidual, 1e-14);
 }
 
+TEST_F(ForceBalanceTest, OfTiedNodesThatAreAsFarOffNamesTheFirst)
+{
+  WriteReactions();
+  WriteVector(database_, 511, 6, {0.5, 0, 0});
+  WriteVector(database_, 511, 7, {-0.5, 0, 0});
+  ForceMesh mesh = TwoCubes();
+  mesh.Tie("ties", std::vector<int>{6, 7});
+  const ForceBalance balance = Balance(mesh, 1e-6);
+  ASSERT_EQ(balance.tied.size(), 1u);
+  EXPECT_EQ(balance.tied[0].worstNode, 6);
+}
+
 TEST(ForceMesh, KnowsTheNodesThatADeckTies)
 {
   TempFolder folder;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/FED_ResultDatabase.h>
 #include <gtest/gtest.h>
 
@@ -85,6 +86,38 @@ TEST_F(OnfTextExportTest, ABlockWithoutRecordsEmptiesTheOneOfItsKey)
   OpenToRead(text);
   EXPECT_EQ(text.GetConstDataBlock(MakeKey(514, 1)).GetSize(), 0u);
   EXPECT_EQ(GetScalar(text, MakeKey(514, 2), 10), 2.0);
+}
+
+TEST_F(OnfTextExportTest, TextsOfBlocksMayBeMadeInPieces)
+{
+  const std::vector<OnfTextExport::Block> blocks = AllOf(database_);
+  OnfTextExport::BlockTexts               texts(database_);
+  std::vector<std::size_t>                positions;
+  OnfTextExport::Writer(path_).PublishTexts(blocks, [&](std::size_t position, const OnfTextExport::TextSink& append) {
+    positions.push_back(position);
+    const FED_DataDescriptor& descriptor = blocks[position].descriptor;
+    const std::size_t         count =
+        dynamic_cast<const FED_ColumnDataBlock&>(database_.GetConstDataBlock(descriptor)).GetRecordCount();
+    for (std::size_t first = 0; first < count; ++first) texts.Write(descriptor, first, 1, append);
+  });
+  EXPECT_EQ(positions, (std::vector<std::size_t>{0, 1, 2}));
+  EXPECT_EQ(ReadAllFiles(path_), WriteThroughTextDatabase());
+}
+
+TEST_F(OnfTextExportTest, ABlockWhoseTextCannotBeMadeLeavesThoseOfOthersAsTheyAre)
+{
+  // Index 7 stands for no id.
+  database_.GetOrCreateDataBlock(MakeKey(514, 3), 0).SetScalarAt(7, 1.0);
+  OnfTextExport::BlockTexts texts(database_);
+  const auto                write = [&](int loadCase) {
+    std::string text;
+    texts.Write(MakeKey(514, loadCase), 0, 1, [&](std::string_view piece) { text += piece; });
+    return text;
+  };
+  const std::string expected = write(2);
+  EXPECT_THROW(write(3), FED_Failure);
+  EXPECT_EQ(write(2), expected);
+  EXPECT_THROW(write(3), FED_Failure);
 }
 
 TEST_F(OnfTextExportTest, TheFolderMayBeTheOneThatABlockIsReadFrom)
