@@ -145,6 +145,22 @@ void Walk(const FED_DataBlock& block, const FED_IdMapsPool* pool, const std::fun
     WalkRecords(block, span, take);
 }
 
+// @param pool null: no ids
+void VisitChunk(const FED_ColumnDataBlock& block, const FED_IdMapsPool* pool, std::size_t chunk,
+                const std::function<void(const FED_BlockSpan&)>& take)
+{
+  const auto* own = dynamic_cast<const ResultDataBlock*>(&block);
+  if (own == nullptr) ThrowBlockFailure(block.GetDescriptor(), "expected a block of FED_ResultDatabase", kTag);
+  if (chunk >= block.GetChunkCount())
+    ThrowBlockFailure(block.GetDescriptor(),
+                      "chunk is " + std::to_string(chunk) + ", the block has " + std::to_string(block.GetChunkCount()),
+                      kTag);
+  ChunkSpan         span(block, pool);
+  const PinnedChunk pinned(*own, chunk);
+  own->ReadChunkKeys(chunk, span.GetIndexBuffer());
+  TakeChunk(*own, pinned, span, take);
+}
+
 }  // namespace
 
 FED_BlockSpan::~FED_BlockSpan() = default;
@@ -163,16 +179,13 @@ void FED_ForEachSpan(const FED_DataBlock& block, const FED_IdMapsPool& pool,
 void FED_VisitChunk(const FED_ColumnDataBlock& block, const FED_IdMapsPool& pool, std::size_t chunk,
                     const std::function<void(const FED_BlockSpan&)>& take)
 {
-  const auto* own = dynamic_cast<const ResultDataBlock*>(&block);
-  if (own == nullptr) ThrowBlockFailure(block.GetDescriptor(), "expected a block of FED_ResultDatabase", kTag);
-  if (chunk >= block.GetChunkCount())
-    ThrowBlockFailure(block.GetDescriptor(),
-                      "chunk is " + std::to_string(chunk) + ", the block has " + std::to_string(block.GetChunkCount()),
-                      kTag);
-  ChunkSpan         span(block, &pool);
-  const PinnedChunk pinned(*own, chunk);
-  own->ReadChunkKeys(chunk, span.GetIndexBuffer());
-  TakeChunk(*own, pinned, span, take);
+  VisitChunk(block, &pool, chunk, take);
+}
+
+void FED_VisitChunk(const FED_ColumnDataBlock& block, std::size_t chunk,
+                    const std::function<void(const FED_BlockSpan&)>& take)
+{
+  VisitChunk(block, nullptr, chunk, take);
 }
 
 bool FED_SpansAscend(const FED_DataBlock& block)

@@ -76,6 +76,13 @@ void StoredRows::ReadChunkKeys(std::size_t chunk, std::size_t rows, std::vector<
 void StoredRows::ReadExtents(const Extents& extents, std::size_t chunk, std::size_t rows,
                              std::vector<std::uint32_t>& keys) const
 {
+  if (extents.list.size() == 1) {  // it has all rows
+    ReadExtentKeys(extents.list.front(), keys);
+    const auto found =
+        std::find_if(keys.begin(), keys.end(), [](std::uint32_t key) { return key > KeyTable::kMaxKey; });
+    if (found != keys.end()) FailOfKey(*found);
+    return;
+  }
   std::vector<std::uint32_t> ofExtent;
   keys.assign(rows, KeyTable::kNone);
   for (const StoredExtent& extent : extents.list) {
@@ -105,6 +112,11 @@ std::vector<RowColumn> StoredRows::Load(std::size_t chunk, std::size_t rows) con
 }
 
 void StoredRows::Fail(const std::string& text) const { ThrowBlockFailure(descriptor_, text, kTag); }
+
+void StoredRows::FailOfKey(std::uint32_t key) const
+{
+  Fail("the store has index " + std::to_string(key) + ", expected 0 to 2147483647");
+}
 
 void StoredRows::CheckBytes(const StoredExtent& extent) const
 {
@@ -142,8 +154,7 @@ void StoredRows::PlaceKeys(const StoredExtent& extent, std::size_t firstRow, con
 {
   for (std::size_t i = 0; i < ofExtent.size(); ++i) {
     std::uint32_t& key = ofChunk[extent.firstRow - firstRow + i];
-    if (ofExtent[i] > KeyTable::kMaxKey)
-      Fail("the store has index " + std::to_string(ofExtent[i]) + ", expected 0 to 2147483647");
+    if (ofExtent[i] > KeyTable::kMaxKey) FailOfKey(ofExtent[i]);
     if (key != KeyTable::kNone && key != ofExtent[i])
       Fail("the store has the indices " + std::to_string(key) + " and " + std::to_string(ofExtent[i]) + " for row " +
            std::to_string(extent.firstRow + i));

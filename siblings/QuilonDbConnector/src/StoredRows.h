@@ -55,6 +55,7 @@ public:
 
 private:
   [[noreturn]] void Fail(const std::string& text) const;
+  [[noreturn]] void FailOfKey(std::uint32_t key) const;
   std::size_t       GetFirstRow(std::size_t chunk) const noexcept { return chunk << layout_.chunkShift; }
   void              CheckBytes(const StoredExtent& extent) const;
   void              CheckRun(const StoredExtent& extent) const;

@@ -235,7 +235,14 @@ TEST(BlockSpans, OfSingleChunksAreThoseOfTheWalk)
       EXPECT_TRUE(Copy(span.GetIds()) == ids[chunk]);
       EXPECT_TRUE(Copy(span.GetDoubles(1)) == values[chunk]);
     });
-    EXPECT_EQ(numSpans, 1);
+    FED_VisitChunk(block, chunk, [&](const FED_BlockSpan& span) {
+      ++numSpans;
+      EXPECT_EQ(span.GetIds().GetSize(), 0u);
+      ASSERT_EQ(span.GetIndices().GetSize(), ids[chunk].size());
+      EXPECT_EQ(database.GetIdMapsPool().GetId(0, span.GetIndices().GetData()[1]), ids[chunk][1]);
+      EXPECT_TRUE(Copy(span.GetDoubles(1)) == values[chunk]);
+    });
+    EXPECT_EQ(numSpans, 2);
   }
   const auto visit = [&] { FED_VisitChunk(block, database.GetIdMapsPool(), 2, [](const FED_BlockSpan&) {}); };
   EXPECT_EQ(MessageOf(visit), "block iteration=0 onf=521 substep=0: chunk is 2, the block has 2");
