@@ -435,16 +435,19 @@ void EvaluateTensors(const double* tensors, std::span<double> results, const Val
   }
 }
 
-using LaneMarks = std::array<bool, TensorLanes::kMany>;
+template <std::size_t N>
+using LaneMarks = std::array<bool, N>;
 
 /// Marks tensors that have to be scaled, or are not finite.
-void MarkScaled(const TensorLanes::Lanes& largest, LaneMarks& marks)
+template <std::size_t N>
+void MarkScaled(const TensorLanes::Lanes<N>& largest, LaneMarks<N>& marks)
 {
   for (std::size_t i = 0; i < marks.size(); ++i) marks[i] = marks[i] || !IsUnscaled(largest[i]);
 }
 
 /// Finds the squares of the deviators, and marks those that come otherwise with scaling.
-void FindSquares(const TensorLanes::Tensors& t, TensorLanes::Lanes& squares, LaneMarks& marks)
+template <std::size_t N>
+void FindSquares(const TensorLanes::Tensors<N>& t, TensorLanes::Lanes<N>& squares, LaneMarks<N>& marks)
 {
   for (std::size_t i = 0; i < marks.size(); ++i) {
     squares[i] = TensorBounds::DeviatorSquare({t[0][i], t[1][i], t[2][i], t[3][i], t[4][i], t[5][i]});
@@ -629,36 +632,47 @@ void Component::EvaluatePlain(const double* tensors, std::span<double> results) 
   }
 }
 
-/// Evaluates what Jacobi's method gives, several tensors at a time; those that need scaling alone.
+/// Evaluates what Jacobi's method gives, several tensors at a time.
 void Component::EvaluateRoots(const double* tensors, std::span<double> results) const
 {
-  constexpr std::size_t kMany   = TensorLanes::kMany;
-  const bool            isRange = invariant_ == Invariant::Tresca || invariant_ == Invariant::MaxShear;
-  for (std::size_t first = 0; first < results.size(); first += kMany) {
-    const std::size_t    count = std::min(kMany, results.size() - first);
-    const double* const  own   = tensors + 6 * first;
-    TensorLanes::Tensors t{};
-    TensorLanes::Lanes   largest;
-    TensorLanes::Lanes   squares{};
-    TensorLanes::Values  p;
-    LaneMarks            isAlone{};
-    for (std::size_t i = 0; i < count; ++i)
-      for (std::size_t k = 0; k < 6; ++k) t[k][i] = own[6 * i + k];
+  using TensorLanes::kFew;
+  using TensorLanes::kMany;
+  while (results.size() >= kMany) {
+    EvaluateLanes<kMany>(tensors, results.first(kMany));
+    tensors += 6 * kMany;
+    results = results.subspan(kMany);
+  }
+  for (std::size_t first = 0; first < results.size(); first += kFew)
+    EvaluateLanes<kFew>(tensors + 6 * first, results.subspan(first, std::min(kFew, results.size() - first)));
+}
+
+/// Those that need scaling go alone.
+/// @param results at most N
+template <std::size_t N>
+void Component::EvaluateLanes(const double* tensors, std::span<double> results) const
+{
+  const bool              isRange = invariant_ == Invariant::Tresca || invariant_ == Invariant::MaxShear;
+  TensorLanes::Tensors<N> t{};
+  TensorLanes::Lanes<N>   largest;
+  TensorLanes::Lanes<N>   squares{};
+  TensorLanes::Values<N>  p;
+  LaneMarks<N>            isAlone{};
+  for (std::size_t i = 0; i < results.size(); ++i)
+    for (std::size_t k = 0; k < 6; ++k) t[k][i] = tensors[6 * i + k];
+  TensorLanes::FindLargest(t, largest);
+  MarkScaled(largest, isAlone);
+  if (invariant_ == Invariant::SignedMises) FindSquares(t, squares, isAlone);
+  if (isRange) {
+    TensorLanes::ShiftToDifferences(t);
     TensorLanes::FindLargest(t, largest);
     MarkScaled(largest, isAlone);
-    if (invariant_ == Invariant::SignedMises) FindSquares(t, squares, isAlone);
-    if (isRange) {
-      TensorLanes::ShiftToDifferences(t);
-      TensorLanes::FindLargest(t, largest);
-      MarkScaled(largest, isAlone);
-    }
-    for (std::size_t i = 0; i < kMany; ++i)
-      if (isAlone[i]) TensorLanes::Clear(t, largest, i);
-    RunMany([&] { TensorLanes::FindPrincipalValues(t, largest, p); });
-    for (std::size_t i = 0; i < count; ++i)
-      results[first + i] =
-          isAlone[i] ? Evaluate(std::span(own + 6 * i, 6)) : OfPrincipalValues({p[0][i], p[1][i], p[2][i]}, squares[i]);
   }
+  for (std::size_t i = 0; i < N; ++i)
+    if (isAlone[i]) TensorLanes::Clear(t, largest, i);
+  RunMany([&] { TensorLanes::FindPrincipalValues(t, largest, p); });
+  for (std::size_t i = 0; i < results.size(); ++i)
+    results[i] = isAlone[i] ? Evaluate(std::span(tensors + 6 * i, 6))
+                            : OfPrincipalValues({p[0][i], p[1][i], p[2][i]}, squares[i]);
 }
 
 /// @param square of the deviator

@@ -109,6 +109,8 @@ private:
   double DeviatorFactor() const noexcept;
   void   EvaluatePlain(const double* tensors, std::span<double> results) const;
   void   EvaluateRoots(const double* tensors, std::span<double> results) const;
+  template <std::size_t N>
+  void   EvaluateLanes(const double* tensors, std::span<double> results) const;
   double OfPrincipalValues(const std::array<double, 3>& p, double square) const noexcept;
   void   KeepTensorsBeyond(const double* tensors, const ValueLimits& limits, std::vector<std::uint32_t>& records) const;
 

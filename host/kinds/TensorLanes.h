@@ -14,21 +14,28 @@
 
 namespace quilon::TensorLanes {
 
-constexpr std::size_t kMany = 8;
+/// How many at once: the operations of one tensor wait for each other, those of others fill the time.
+constexpr std::size_t kMany = 32;
+constexpr std::size_t kFew  = 8;  ///< where there are no more: those that are missing take their time, too
 
-using Lanes   = std::array<double, kMany>;
-using Tensors = std::array<Lanes, 6>;  // xx yy zz xy yz zx
-using Values  = std::array<Lanes, 3>;
+template <std::size_t N>
+using Lanes = std::array<double, N>;
+template <std::size_t N>
+using Tensors = std::array<Lanes<N>, 6>;  // xx yy zz xy yz zx
+template <std::size_t N>
+using Values = std::array<Lanes<N>, 3>;
 
 inline double Greater(double a, double b) noexcept { return a > b ? a : b; }
+inline double Lesser(double a, double b) noexcept { return a < b ? a : b; }
 
 /// The largest magnitude of each tensor's components; nan where one of them is not finite.
-inline void FindLargest(const Tensors& t, Lanes& largest) noexcept
+template <std::size_t N>
+void FindLargest(const Tensors<N>& t, Lanes<N>& largest) noexcept
 {
-  for (std::size_t i = 0; i < kMany; ++i) {
+  for (std::size_t i = 0; i < N; ++i) {
     double most    = 0.0;
     double nothing = 0.0;
-    for (const Lanes& component : t) {
+    for (const Lanes<N>& component : t) {
       most = Greater(std::fabs(component[i]), most);
       nothing += 0.0 * component[i];
     }
@@ -37,9 +44,10 @@ inline void FindLargest(const Tensors& t, Lanes& largest) noexcept
 }
 
 /// Takes yy from all normal components: differences of principal values stay.
-inline void ShiftToDifferences(Tensors& t) noexcept
+template <std::size_t N>
+void ShiftToDifferences(Tensors<N>& t) noexcept
 {
-  for (std::size_t i = 0; i < kMany; ++i) {
+  for (std::size_t i = 0; i < N; ++i) {
     t[0][i] -= t[1][i];
     t[2][i] -= t[1][i];
     t[1][i] = 0.0;
@@ -47,17 +55,19 @@ inline void ShiftToDifferences(Tensors& t) noexcept
 }
 
 /// Makes a tensor zero: there is nothing to do for it.
-inline void Clear(Tensors& t, Lanes& largest, std::size_t lane) noexcept
+template <std::size_t N>
+void Clear(Tensors<N>& t, Lanes<N>& largest, std::size_t lane) noexcept
 {
-  for (Lanes& component : t) component[lane] = 0.0;
+  for (Lanes<N>& component : t) component[lane] = 0.0;
   largest[lane] = 0.0;
 }
 
 /// One rotation makes pq zero, in lanes that are not done.
 /// @param pp, qq, pq, rp, rq components by row and column, r the third axis
-inline void Rotate(const Lanes& isDone, Lanes& pp, Lanes& qq, Lanes& pq, Lanes& rp, Lanes& rq) noexcept
+template <std::size_t N>
+void Rotate(const Lanes<N>& isDone, Lanes<N>& pp, Lanes<N>& qq, Lanes<N>& pq, Lanes<N>& rp, Lanes<N>& rq) noexcept
 {
-  for (std::size_t i = 0; i < kMany; ++i) {
+  for (std::size_t i = 0; i < N; ++i) {
     const double apq    = pq[i];
     const bool   turns  = (isDone[i] == 0.0) & (apq != 0.0);
     const double theta  = (qq[i] - pp[i]) / (2.0 * apq);
@@ -78,22 +88,37 @@ inline void Rotate(const Lanes& isDone, Lanes& pp, Lanes& qq, Lanes& pq, Lanes& 
   }
 }
 
+/// Finds whether no rotation that is left changes a component of the diagonal, d: whether what beside it, at most b, is
+/// so small. A rotation adds |t pq| <= pq^2 / |pp - qq|, and what is added to d stays without effect below 2^-54 |d|.
+/// It leaves the sum of the squares beside the diagonal, at most 3 b^2, as it is or makes it less. So 4 b^2 < 2^-54 |d|
+/// times the least difference says it of all that come, rounding included, as long as no product is lost.
+inline bool IsSettled(double xx, double yy, double zz, double beside) noexcept
+{
+  constexpr double kEffect = 0x1p-56;
+  constexpr double kLeast  = 0x1p-900;
+  const double     size    = Lesser(Lesser(std::fabs(xx), std::fabs(yy)), std::fabs(zz));
+  const double     apart   = Lesser(Lesser(std::fabs(xx - yy), std::fabs(yy - zz)), std::fabs(zz - xx));
+  const double     limit   = size * apart * kEffect;
+  return (limit > kLeast) & (beside * beside < limit);
+}
+
 /// @param t       finite, and no squares of them overflow; is used up
 /// @param largest see FindLargest()
 /// @param values  receives the principal values, descending
-inline void FindPrincipalValues(Tensors& t, const Lanes& largest, Values& values) noexcept
+template <std::size_t N>
+void FindPrincipalValues(Tensors<N>& t, const Lanes<N>& largest, Values<N>& values) noexcept
 {
   auto& [xx, yy, zz, xy, yz, zx] = t;
 
   constexpr int    kSweeps     = 50;
   constexpr double kNegligible = 0x1p-60;
-  Lanes            isDone;
+  Lanes<N>         isDone;
   for (int sweep = 0; sweep < kSweeps; ++sweep) {
     double done = 1.0;
-    for (std::size_t i = 0; i < kMany; ++i) {
+    for (std::size_t i = 0; i < N; ++i) {
       const double limit = largest[i] * kNegligible;
       const double most  = Greater(Greater(std::fabs(xy[i]), std::fabs(yz[i])), std::fabs(zx[i]));
-      const bool   is    = most <= limit;
+      const bool   is    = (most <= limit) | IsSettled(xx[i], yy[i], zz[i], most);
       isDone[i]          = is ? 1.0 : 0.0;
       done               = is ? done : 0.0;
     }
@@ -102,7 +127,7 @@ inline void FindPrincipalValues(Tensors& t, const Lanes& largest, Values& values
     Rotate(isDone, xx, zz, zx, xy, yz);
     Rotate(isDone, yy, zz, yz, xy, zx);
   }
-  for (std::size_t i = 0; i < kMany; ++i) {
+  for (std::size_t i = 0; i < N; ++i) {
     const double first  = yy[i] > xx[i] ? yy[i] : xx[i];
     const double second = yy[i] > xx[i] ? xx[i] : yy[i];
     const double middle = zz[i] > second ? zz[i] : second;
