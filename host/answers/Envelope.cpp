@@ -188,6 +188,76 @@ DividedChunks DivideChunks(const FED_Database& database, const AllSeries& allSer
   return divided;
 }
 
+/// The ids of the records that were read last. The steps of a chunk mostly have the same ones.
+class KnownIds
+{
+public:
+  using Ids = std::shared_ptr<const std::vector<int>>;
+
+  /// Calls take(span, ids) for the records of a chunk, with the same object for ids that are the same.
+  template <typename Take>
+  void Visit(const FED_ColumnDataBlock& block, const FED_IdMapsPool& pool, std::size_t chunk, const Take& take)
+  {
+    FED_VisitChunk(block, chunk, [&](const FED_BlockSpan& span) {
+      const std::span indices(span.GetIndices().GetData(), span.GetCount());
+      if (!std::equal(indices.begin(), indices.end(), indices_.begin(), indices_.end())) {
+        indices_.clear();
+        FED_VisitChunk(block, pool, chunk, [&](const FED_BlockSpan& withIds) { ids_ = CopyOf(withIds); });
+        indices_.assign(indices.begin(), indices.end());
+      }
+      take(span, ids_);
+    });
+  }
+
+  static Ids CopyOf(const FED_BlockSpan& span)
+  {
+    const int* const ids = span.GetIds().GetData();
+    return std::make_shared<std::vector<int>>(ids, ids + span.GetCount());
+  }
+
+private:
+  std::vector<std::uint32_t> indices_;
+  Ids                        ids_ = std::make_shared<std::vector<int>>();
+};
+
+/// Chunks of steps that have the same ids, which are offered together.
+class HeldChunks
+{
+public:
+  /// @param field borrowed
+  explicit HeldChunks(EnvelopeField& field) : field_(field), numValues_(field.GetComponents().front().NumValues()) {}
+
+  void Add(const FED_ColumnDataBlock& block, StepChunk chunk, const KnownIds::Ids& ids)
+  {
+    constexpr std::size_t kMostBytes = std::size_t{8} << 20;
+    const auto            step       = static_cast<std::uint32_t>(chunk.step);
+    if (ids != ids_ || (!steps_.empty() && step <= steps_.back().step)) Offer();
+    ids_ = ids;
+    chunks_.push_back(block.HoldChunk(chunk.number));
+    const auto values = block.GetDoubleChunk(1, chunk.number);
+    steps_.push_back({step, values.GetData()});
+    bytes_ += values.GetSize() * sizeof(double);
+    if (bytes_ >= kMostBytes) Offer();
+  }
+
+  void Offer()
+  {
+    if (steps_.empty()) return;
+    field_.OfferSteps(ids_->size(), ids_->data(), steps_, numValues_);
+    steps_.clear();
+    chunks_.clear();
+    bytes_ = 0;
+  }
+
+private:
+  EnvelopeField&                              field_;
+  std::size_t                                 numValues_;
+  KnownIds::Ids                               ids_;
+  std::vector<std::unique_ptr<FED_HeldChunk>> chunks_;
+  std::vector<EnvelopeField::StepValues>      steps_;
+  std::size_t                                 bytes_ = 0;
+};
+
 /// Reads chunks for envelopes, one thread its own.
 class ChunkReader
 {
@@ -215,25 +285,37 @@ public:
     const RecordTurner                       turner = axes_.TurnerOf(key);
     std::vector<std::optional<RegionFilter>> filters(members.size());
     EnvelopePart                             part{EnvelopeField(ChosenComponents(request_.selection, OnfOf(key)))};
+    KnownIds                                 known;
+    HeldChunks                               held(part.field);
+    const bool                               isAll = region_ == nullptr || region_->IsEverything();
     // All steps count, also those without a record here.
     part.field.BeginStep(static_cast<std::uint32_t>(members.size() - 1));
-    if (region_ == nullptr || region_->IsEverything()) part.field.Reserve(chunks.MostRecords());
+    if (isAll) part.field.Reserve(chunks.MostRecords());
     chunks.ForEach(range.begin, range.end, [&](StepChunk chunk) {
       ThrowIfInterrupted();
       onChunk();
       std::optional<RegionFilter>& filter = filters[chunk.step];
       const FED_DataBlock&         block  = chunks.GetBlock(chunk.step);
-      if (region_ != nullptr && !region_->IsEverything() && !filter) filter = region_->FilterOf(block);
-      part.field.BeginStep(static_cast<std::uint32_t>(chunk.step));
-      const auto take = [&](const FED_BlockSpan& span) {
+      if (!isAll && !filter) filter = region_->FilterOf(block);
+      const auto take = [&](const FED_BlockSpan& span, const int* ids) {
         ThrowIfInterrupted();
-        OfferSpan(span, turner, filter, part);
+        held.Offer();
+        part.field.BeginStep(static_cast<std::uint32_t>(chunk.step));
+        OfferSpan(span, ids, turner, filter, part);
       };
       if (const auto* const columns = chunks.GetColumns(chunk.step))
-        FED_VisitChunk(*columns, database_.GetIdMapsPool(), chunk.number, take);
+        known.Visit(*columns, database_.GetIdMapsPool(), chunk.number,
+                    [&](const FED_BlockSpan& span, const KnownIds::Ids& ids) {
+                      if (isAll && !turner.Turns())
+                        held.Add(*columns, chunk, ids);
+                      else
+                        take(span, ids->data());
+                    });
       else
-        FED_ForEachSpan(block, database_.GetIdMapsPool(), take);
+        FED_ForEachSpan(block, database_.GetIdMapsPool(),
+                        [&](const FED_BlockSpan& span) { take(span, span.GetIds().GetData()); });
     });
+    held.Offer();
     part.field.Settle();
     if (region_ != nullptr) part.notes = region_->GetNotes();
     return part;
@@ -242,12 +324,12 @@ public:
   const std::string& DescribeAxes() const noexcept { return axes_.Describe(); }
 
 private:
+  /// @param ids    of the records
   /// @param filter nothing: all records
-  static void OfferSpan(const FED_BlockSpan& span, const RecordTurner& turner,
+  static void OfferSpan(const FED_BlockSpan& span, const int* ids, const RecordTurner& turner,
                         const std::optional<RegionFilter>& filter, EnvelopePart& part)
   {
     const std::size_t   numValues = part.field.GetComponents().front().NumValues();
-    const int* const    ids       = span.GetIds().GetData();
     const double* const values    = span.GetDoubles(1).GetData();
     if (!turner.Turns() && !filter) return part.field.OfferAll(span.GetCount(), ids, values, numValues);
     constexpr std::size_t kMostAtOnce = 1024;
@@ -538,6 +620,21 @@ void EnvelopeField::FinishRows() noexcept
   greatestEstimates_.Clear();
 }
 
+void EnvelopeField::OfferSteps(std::size_t count, const int* ids, std::span<const StepValues> steps,
+                               std::size_t numValues)
+{
+  constexpr std::size_t kMostAtOnce = 1024;
+  for (std::size_t first = 0; first < count; first += kMostAtOnce) {
+    const std::size_t own = std::min(kMostAtOnce, count - first);
+    for (const StepValues& of : steps) {
+      // Steps of other ids may go back: of each id they ascend.
+      if (first == 0) BeginStep(of.step);
+      step_ = of.step;
+      OfferAll(own, ids + first, of.values + first * numValues, numValues);
+    }
+  }
+}
+
 void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues)
 {
   constexpr std::size_t kMostAtOnce = 1024;  // values that stay near the processor
@@ -609,14 +706,22 @@ void EnvelopeField::OfferEstimated(std::size_t component, std::size_t first, std
   evaluated_.resize(count);
   errors_.resize(count);
   components_[component].EstimateAll(std::span(values, 6 * count), evaluated_, errors_);
+  marks_.assign(count, MayBeLeast | MayBeGreatest);
+  if (size == 1)
+    MarkExtremes(evaluated_, errors_,
+                 {&least_[firstAt], &greatest_[firstAt], &leastEstimates_.errors[firstSlot],
+                  &greatestEstimates_.errors[firstSlot]},
+                 marks_);
   beyond_.clear();
   for (std::size_t r = 0; r < count; ++r) {
+    if (marks_[r] == 0) continue;
     const double* const tensor = values + 6 * r;
     const std::size_t   at     = firstAt + r * size;
     const std::size_t   slot   = firstSlot + r * numSlots_;
-    const bool          isTold = errors_[r] < std::numeric_limits<double>::infinity() &&
-                        TakeEstimate(Below, tensor, evaluated_[r], errors_[r], at, slot) &&
-                        TakeEstimate(Above, tensor, evaluated_[r], errors_[r], at, slot);
+    const bool          isTold =
+        errors_[r] < std::numeric_limits<double>::infinity() &&
+        ((marks_[r] & MayBeLeast) == 0 || TakeEstimate(Below, tensor, evaluated_[r], errors_[r], at, slot)) &&
+        ((marks_[r] & MayBeGreatest) == 0 || TakeEstimate(Above, tensor, evaluated_[r], errors_[r], at, slot));
     if (!isTold) beyond_.push_back(static_cast<std::uint32_t>(r));
   }
   if (beyond_.empty()) return;
@@ -644,7 +749,7 @@ bool EnvelopeField::TakeEstimate(Side side, const double* tensor, double estimat
   value              = estimate;
   step               = step_;
   known.errors[slot] = error;
-  std::copy_n(tensor, 6, known.tensors[slot].begin());
+  for (std::size_t k = 0; k < 6; ++k) known.tensors[slot][k] = tensor[k];
   return true;
 }
 
@@ -736,7 +841,11 @@ std::size_t EnvelopeField::CountKnown(std::size_t count, const int* ids) const
 {
   const auto        entries = rows_.Entries();
   const std::size_t most    = std::min(count, entries.size() - std::min(next_, entries.size()));
-  std::size_t       known   = 0;
+  // Mostly all are; it takes less time to look at all of them than at one after the other.
+  bool areAll = true;
+  for (std::size_t i = 0; i < most; ++i) areAll &= entries[next_ + i].first == ids[i];
+  if (areAll) return most;
+  std::size_t known = 0;
   while (known < most && entries[next_ + known].first == ids[known]) ++known;
   return known;
 }

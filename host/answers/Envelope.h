@@ -67,6 +67,18 @@ public:
   /// @param values shape [count, numValues], in stored order
   void OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues);
 
+  /// Values of the records of a step, shape [count, numValues], in stored order.
+  struct StepValues
+  {
+    std::uint32_t step;
+    const double* values;
+  };
+  /// Does what BeginStep() and OfferAll() do for each step, some records after the other: what is kept of them stays
+  /// near the processor.
+  /// @param ids   shape [count], each once; of all steps
+  /// @param steps ascending
+  void OfferSteps(std::size_t count, const int* ids, std::span<const StepValues> steps, std::size_t numValues);
+
   /// Evaluates what governs where it is only estimated so far: at once it takes less time than one by one, when it is
   /// asked for. More may be offered.
   void Settle();
@@ -187,6 +199,7 @@ private:
   std::vector<double>        gathered_;
   std::vector<double>        evaluated_;
   std::vector<double>        errors_;
+  std::vector<std::uint8_t>  marks_;  // see MarkExtremes()
   // Whose values are to be settled.
   std::vector<Place>  places_;
   std::vector<Place>  settled_;

@@ -34,4 +34,25 @@ std::size_t TakeAscending(std::span<const double> values, std::uint32_t step, co
   return nans;
 }
 
+void MarkExtremes(std::span<const double> estimates, std::span<const double> errors, const EstimatedExtremes& extremes,
+                  std::span<std::uint8_t> marks)
+{
+  const std::size_t   count          = marks.size();
+  const double* const estimate       = estimates.data();
+  const double* const error          = errors.data();
+  const double* const least          = extremes.least;
+  const double* const greatest       = extremes.greatest;
+  const double* const leastErrors    = extremes.leastErrors;
+  const double* const greatestErrors = extremes.greatestErrors;
+  std::uint8_t* const mark           = marks.data();
+  RunMany([=] {
+    for (std::size_t i = 0; i < count; ++i) {
+      // No comparison holds with what is unknown: neither with a NaN nor with an infinite error.
+      const bool isMore = least[i] - estimate[i] < -(error[i] + leastErrors[i]);
+      const bool isLess = estimate[i] - greatest[i] < -(error[i] + greatestErrors[i]);
+      mark[i]           = static_cast<std::uint8_t>((isMore ? 0 : MayBeLeast) | (isLess ? 0 : MayBeGreatest));
+    }
+  });
+}
+
 }  // namespace quilon

@@ -7,6 +7,7 @@
 #include <memory>
 #include <numeric>
 #include <random>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -337,6 +338,44 @@ TEST(EnvelopeField, InvariantsOfHostileTensorsAreThoseOfAPlainSearch)
   }
 }
 
+// More ids than go together, of two chunks of which the second begins with earlier steps, then the first once more.
+TEST(EnvelopeField, StepsTogetherAreThoseOfEachByItself)
+{
+  constexpr std::size_t kIds     = 2100;
+  constexpr std::size_t kSteps   = 4;
+  const auto            names    = std::vector<std::string>{"p1", "xx"};
+  const auto            tensors  = HostileTensors(kIds * kSteps, 11, false);
+  const auto            valuesOf = [&](std::size_t step) { return tensors[step * kIds].data(); };
+  std::vector<int>      ids(kIds);
+  EnvelopeField         together(StressComponents(names));
+  EnvelopeField         each(StressComponents(names));
+  for (const int first : {5000, 1, 5000}) {
+    std::iota(ids.begin(), ids.end(), first);
+    std::vector<EnvelopeField::StepValues> steps;
+    for (std::uint32_t step = 0; step < kSteps; ++step) {
+      const std::size_t from = (step + static_cast<std::size_t>(first)) % kSteps;
+      steps.push_back({2 * step, valuesOf(from)});
+      each.BeginStep(2 * step);
+      each.OfferAll(kIds, ids.data(), valuesOf(from), 6);
+    }
+    const std::span all(steps);
+    together.OfferSteps(kIds, ids.data(), all.first(3), 6);
+    together.OfferSteps(kIds, ids.data(), all.last(1), 6);
+  }
+  EXPECT_EQ(together.NumSteps(), each.NumSteps());
+  EXPECT_EQ(together.CountPartial(), each.CountPartial());
+  ASSERT_EQ(together.NumIds(), 2 * kIds);
+  for (std::size_t row = 0; row < 2 * kIds; ++row) {
+    ASSERT_EQ(together.GetId(row), each.GetId(row));
+    for (const std::size_t k : {0U, 1U}) {
+      const auto least    = each.GetLeast(row, k);
+      const auto greatest = each.GetGreatest(row, k);
+      ExpectExtreme(together.GetLeast(row, k), least.value, least.step);
+      ExpectExtreme(together.GetGreatest(row, k), greatest.value, greatest.step);
+    }
+  }
+}
+
 TEST(EnvelopeField, InvariantsAreThoseOfEachStep)
 {
   EnvelopeField field(StressComponents({"mises", "p1"}));
@@ -422,7 +461,7 @@ private:
   std::size_t units_ = 0;
 };
 
-// Two chunks of tensors, in one step in another order and in one without the last ids.
+// Two chunks of tensors, in one step in another order and in two without the last ids.
 TEST_F(Envelopes, OfManyRecordsAreTheSameForAnyCrew)
 {
   constexpr std::size_t kIds  = 66000;
@@ -431,7 +470,7 @@ TEST_F(Envelopes, OfManyRecordsAreTheSameForAnyCrew)
   EnvelopeField         expected(StressComponents({"xx"}));
   std::vector<int>      ids(kIds);
   std::iota(ids.begin(), ids.end(), 1);
-  for (std::size_t step = 0; step < 3; ++step) {
+  for (std::size_t step = 0; step < 4; ++step) {
     FED_DataBlock& block =
         database.GetOrCreateDataBlock(ResultKey(OnfKind::NodalStress, 1, static_cast<int>(step) + 1), kIds);
     if (step == 1) std::reverse(ids.begin(), ids.end());
@@ -465,11 +504,11 @@ TEST_F(Envelopes, OfManyRecordsAreTheSameForAnyCrew)
                                   ? 1
                                   : 0;
       EXPECT_EQ(series.field.CountPartial(), kIds - kLess);
-      EXPECT_EQ(series.field.NumSteps(), 3u);
+      EXPECT_EQ(series.field.NumSteps(), 4u);
     };
     CalculateEnvelopes(database, blocks, request, nullptr, compare, {.crew = &crew});
     EXPECT_EQ(numSame, kIds) << size;
-    EXPECT_EQ(crew.NumUnits(), std::min<std::size_t>(size, 6)) << "two chunks of three steps";
+    EXPECT_EQ(crew.NumUnits(), std::min<std::size_t>(size, 8)) << "two chunks of four steps";
   }
 }
 

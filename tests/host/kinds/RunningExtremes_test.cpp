@@ -81,4 +81,46 @@ TEST(RunningExtremes, AreThoseOfAPlainSearchForAnyNumberOfValues)
   }
 }
 
+TEST(RunningExtremes, MarksWhatMayGovernWithinTheErrorsAndWhatIsUnknown)
+{
+  constexpr double kInfinite = std::numeric_limits<double>::infinity();
+  struct Row
+  {
+    double   value, error, least, leastError, greatest, greatestError;
+    unsigned marks;
+  };
+  const Row rows[] = {{1, 0.25, 0, 0, 2, 0, 0},
+                      {1, 0.25, 0.75, 0, 2, 0, quilon::MayBeLeast},
+                      {1, 0.25, 0.5, 0.25, 2, 0, quilon::MayBeLeast},
+                      {1, 0.25, 0.5, 0.125, 2, 0, 0},
+                      {1, 0.25, 0, 0, 1.25, 0, quilon::MayBeGreatest},
+                      {1, 0.25, 0, 0, 1.5, 0.25, quilon::MayBeGreatest},
+                      {1, 0.25, 0, 0, 1.5, 0.125, 0},
+                      {3, 0, 0, 0, 2, 0, quilon::MayBeGreatest},
+                      {-1, 0, 0, 0, 2, 0, quilon::MayBeLeast},
+                      {1, 0, 1, 0, 1, 0, quilon::MayBeLeast | quilon::MayBeGreatest},
+                      {1, 0, kNaN, 0, kNaN, 0, quilon::MayBeLeast | quilon::MayBeGreatest},
+                      {1, kInfinite, 0, 0, 2, 0, quilon::MayBeLeast | quilon::MayBeGreatest},
+                      {kNaN, kInfinite, 0, 0, 2, 0, quilon::MayBeLeast | quilon::MayBeGreatest}};
+  // Whatever stands beside it: several are taken at once.
+  for (const std::size_t shift : {0U, 1U, 2U, 3U, 40U}) {
+    std::vector<double>   values, errors, least, leastErrors, greatest, greatestErrors;
+    std::vector<unsigned> expected;
+    for (std::size_t i = 0; i < shift + std::size(rows); ++i) {
+      const Row& row = i < shift ? rows[0] : rows[i - shift];
+      values.push_back(row.value);
+      errors.push_back(row.error);
+      least.push_back(row.least);
+      leastErrors.push_back(row.leastError);
+      greatest.push_back(row.greatest);
+      greatestErrors.push_back(row.greatestError);
+      expected.push_back(row.marks);
+    }
+    std::vector<std::uint8_t> marks(values.size(), 0xff);
+    quilon::MarkExtremes(values, errors, {least.data(), greatest.data(), leastErrors.data(), greatestErrors.data()},
+                         marks);
+    EXPECT_EQ(std::vector<unsigned>(marks.begin(), marks.end()), expected) << shift;
+  }
+}
+
 }  // namespace
