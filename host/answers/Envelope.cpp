@@ -842,9 +842,10 @@ std::size_t EnvelopeField::CountKnown(std::size_t count, const int* ids) const
   const auto        entries = rows_.Entries();
   const std::size_t most    = std::min(count, entries.size() - std::min(next_, entries.size()));
   // Mostly all are; it takes less time to look at all of them than at one after the other.
-  bool areAll = true;
-  for (std::size_t i = 0; i < most; ++i) areAll &= entries[next_ + i].first == ids[i];
-  if (areAll) return most;
+  unsigned different = 0;
+  for (std::size_t i = 0; i < most; ++i)
+    different |= static_cast<unsigned>(entries[next_ + i].first) ^ static_cast<unsigned>(ids[i]);
+  if (different == 0) return most;
   std::size_t known = 0;
   while (known < most && entries[next_ + known].first == ids[known]) ++known;
   return known;
