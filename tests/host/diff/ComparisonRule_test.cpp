@@ -152,6 +152,8 @@ TEST(ValueJudge, TellsHowManyTimesWhatIsAllowed)
   EXPECT_EQ(excess("abs=0.25 rel=0.25 any", 1.0, 2.0, 0), 2.0);
   EXPECT_EQ(excess("rel=1 peak=1", kMost, -kMost, kMost), 2.0);
   EXPECT_EQ(excess("abs=0.25", 1.0, kInf, 0), kInf);
+  EXPECT_EQ(excess("rel=0.25", 1.0, kInf, 0), kInf);
+  EXPECT_EQ(excess("rel=0.25", kInf, 1.0, 0), kInf);
   EXPECT_EQ(excess("exact", 1.0, 2.0, 0), kInf);
   EXPECT_DOUBLE_EQ(excess("default", 1.0, 3.0, 4.0), 2.5e4);
   EXPECT_DOUBLE_EQ(excess("library", 1.0, 3.0, 0), 2e6);

@@ -1,5 +1,6 @@
 #include "diff/DatabaseComparison.h"
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <filesystem>
@@ -124,6 +125,35 @@ TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
   EXPECT_EQ(fields.worst[0].rule, "abs 8 > 0.5");
 }
 
+TEST(DatabaseComparison, AsManyAreKeptAsAreAskedFor)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514), {0, 0, 0});
+  SetScalars(b, Key(514), {2, 8, 4});
+  for (const std::size_t most : {0u, 1u, 2u, 3u, 4u}) {
+    ComparisonTerms terms;
+    terms.rules.fallback        = ParseRule("abs=0.5", "");
+    terms.info.maxDiffsPerBlock = most;
+    const FieldOutcome fields   = CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).blocks[0].fields;
+    EXPECT_EQ(fields.differingRecords, 3u);
+    ASSERT_EQ(fields.worst.size(), std::min<std::size_t>(most, 3));
+    if (most > 0) {
+      EXPECT_EQ(fields.worst[0].index, 2u);
+    }
+  }
+}
+
+TEST(DatabaseComparison, TheRuleOfANaNSaysWhetherItIsForbidden)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514), {1});
+  SetScalars(b, Key(514), {std::numeric_limits<double>::quiet_NaN()});
+  EXPECT_EQ(Compare(a, b, "abs=1 nan=forbid").blocks[0].fields.worst.at(0).rule, "nan forbidden");
+  EXPECT_EQ(Compare(a, b, "abs=1 nan=different").blocks[0].fields.worst.at(0).rule, "nan");
+}
+
 TEST(DatabaseComparison, OfEquallyBadRecordsTheFirstAreKept)
 {
   const FieldOutcome fields = FieldsBesideZeros({2, 2, 2, 2}, 2);
@@ -219,9 +249,9 @@ TEST(DatabaseComparison, ManyValuesAtOnceGiveWhatRecordsOneByOneGive)
         SetDoubles(a, Key(onf), format, first, width, false);
         SetDoubles(inOrder, Key(onf), format, second, width, false);
         SetDoubles(inReverse, Key(onf), format, second, width, true);
-        for (const char* rule :
-             {"default", "exact", "abs=0.1", "rel=0.1", "peak=1e-9", "ulps=3", "abs=0.1 rel=0.2", "abs=0.1 rel=0.2 any",
-              "rel=0.1 ulps=3 any", "abs=1e308 peak=0.5", "abs=0.2 ulps=3", "exact nan=different", "abs=1 nan=forbid"})
+        for (const char* rule : {"default", "exact", "abs=0.1", "rel=0.1", "peak=1e-9", "ulps=3", "abs=0.1 rel=0.2",
+                                 "abs=0.1 rel=0.2 any", "rel=0.1 ulps=3 any", "rel=0.2 peak=1e-9", "abs=1e308 peak=0.5",
+                                 "abs=0.2 ulps=3", "exact nan=different", "abs=1 nan=forbid"})
         {
           const FieldOutcome atOnce   = Compare(a, inOrder, rule).blocks.at(0).fields;
           const FieldOutcome oneByOne = Compare(a, inReverse, rule).blocks.at(0).fields;
@@ -529,6 +559,29 @@ TEST(DatabaseComparison, ANodeOfASetThatHasNoCounterpartDiffersFromANodeOfTheSam
   EXPECT_TRUE(CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).IsSame());
 }
 
+// Under the library's rule as well, whose own comparison knows of no order.
+TEST(DatabaseComparison, ASetOfElementsIsTheSameInAnotherOrderWherePlacesAreCompared)
+{
+  const auto make = [](FED_Database& db, const std::vector<int>& elements) {
+    FED_DataBlock&        block  = *db.CreateDataBlock(FED_DataDescriptor(0, FED_OnfId(601)), 1, 20, "Slb");
+    FED_DataRecord* const record = block.CreateDataRecord();
+    record->SetString(1, "PART");
+    record->SetIntList(2, FED_IntArray(elements));
+    block.SetRecord(db.GetIdMapsPool().FindOrAddIndex(2, 1), *record);
+    block.DeleteDataRecord(record);
+  };
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  make(a, {7, 8});
+  make(b, {8, 7});
+  EXPECT_FALSE(Compare(a, b, "library").IsSame());
+  MeshMatch       mesh;
+  ComparisonTerms terms;
+  terms.mesh           = &mesh;
+  terms.rules.fallback = ParseRule("library", "");
+  EXPECT_TRUE(CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).IsSame());
+}
+
 std::string Learn(const std::vector<const FED_Database*>& runs, double factor, const std::string& head = "")
 {
   const quilon::KindTable kinds(*runs.front());
@@ -563,6 +616,17 @@ TEST(RuleLearner, ABlockOfNoiseCountsAsItIs)
   SetScalars(a, Key(514, 2), {1024, 1});
   SetScalars(b, Key(514, 2), {1024, 2});
   EXPECT_EQ(Learn({&a, &b}, 1024), "temperature: abs=1 peak=1 any\n");
+}
+
+TEST(RuleLearner, RoundsUpInTheThirdDigit)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  SetScalars(a, Key(514), {0.0});
+  SetScalars(b, Key(514), {1.2341});
+  EXPECT_EQ(Learn({&a, &b}, 1), "temperature: abs=1.24\n");
+  SetScalars(b, Key(514), {9.991});
+  EXPECT_EQ(Learn({&a, &b}, 1), "temperature: abs=10\n");
 }
 
 TEST(RuleLearner, AKindWithoutDifferencesStaysSo)

@@ -148,6 +148,27 @@ TEST(RecordMatcher, IndexZeroOfAKindThatNobodyKnowsStandsForItself)
   for (FED_ResultDatabase* const db : {&a, &b}) db->GetOrCreateDataBlock(Key(4711), 0).SetScalarAt(0, 1.0);
   RecordMatcher matcher(RecordMatcher::ById, a.GetIdMapsPool(), b.GetIdMapsPool(), nullptr);
   EXPECT_EQ(Pairs(matcher.Pair(a.GetConstDataBlock(Key(4711)), b.GetConstDataBlock(Key(4711)))), (PairList{{0, 0}}));
+  a.GetOrCreateDataBlock(Key(4711), 0).SetScalarAt(5, 1.0);
+  b.GetOrCreateDataBlock(Key(4711), 0).SetScalarAt(6, 1.0);
+  const RecordPairs pairs = matcher.Pair(a.GetConstDataBlock(Key(4711)), b.GetConstDataBlock(Key(4711)));
+  EXPECT_EQ(Pairs(pairs), (PairList{{0, 0}}));
+  EXPECT_EQ(pairs.firstOnly, Indices{5});
+  EXPECT_EQ(pairs.secondOnly, Indices{6});
+}
+
+TEST(RecordMatcher, WhatIsKnownOfSomeIndicesSaysNothingOfThoseBeforeThem)
+{
+  FED_ResultDatabase a;
+  FED_ResultDatabase b;
+  for (const int id : {10, 20, 30}) a.GetIdMapsPool().FindOrAddIndex(0, id);
+  for (const int id : {20, 10, 30}) b.GetIdMapsPool().FindOrAddIndex(0, id);
+  const FED_DataBlock& last    = SetScalars(a, 514, {30});
+  const FED_DataBlock& lastOfB = SetScalars(b, 514, {30});
+  const FED_DataBlock& all     = SetScalars(a, 517, {10, 20, 30});
+  const FED_DataBlock& allOfB  = SetScalars(b, 517, {10, 20, 30});
+  RecordMatcher        matcher(RecordMatcher::ById, a.GetIdMapsPool(), b.GetIdMapsPool(), nullptr);
+  EXPECT_EQ(Pairs(matcher.Pair(last, lastOfB)), (PairList{{3, 3}}));
+  EXPECT_EQ(Pairs(matcher.Pair(all, allOfB)), (PairList{{1, 2}, {2, 1}, {3, 3}}));
 }
 
 TEST(RecordMatcher, HistoriesPairByTheirPosition)

@@ -380,6 +380,8 @@ std::vector<Row> ModeRows()
   };
   return {
       {"a mode with the other sign", mode, flipped, "DD DDDD DD DD D S DD"},
+      {"a small mode with the other sign", Vectors(Key(510, 2), {{1, 0.5, 0, 0}}),
+       Vectors(Key(510, 2), {{1, -0.5, 0, 0}}), "DD DDDD DD DD D S DD"},
       {"a mode with the other sign in one node", Vectors(Key(510, 2), {{1, 1, 0, 0}, {2, 1, 0, 0}}),
        Vectors(Key(510, 2), {{1, 1, 0, 0}, {2, -1, 0, 0}}), "DD DDDD DD DD D D DD"},
       {"a mode with the other sign in most of it", Vectors(Key(510, 2), {{1, 3, 0, 0}, {2, 1, 0, 0}}),

@@ -65,6 +65,19 @@ TEST_F(OnfTextExportTest, WritesWhatATextDatabaseWrites)
   EXPECT_EQ(ReadAllFiles(path_), WriteThroughTextDatabase());
 }
 
+TEST_F(OnfTextExportTest, WritesTheNamesOfItsBlocksKindsAlone)
+{
+  SetScalar(database_, MakeKey(1000, 1), 10, 2.0);
+  database_.SetUserKindName(static_cast<FED_OnfId>(1000), "wear");
+  database_.SetUserKindName(static_cast<FED_OnfId>(1001), "unused");
+  OnfTextExport::Publish(path_, AllOf(database_));
+  QuilonOnfTxtDatabase text(path_.wstring());
+  OpenToRead(text);
+  EXPECT_EQ(text.GetUserKindName(static_cast<FED_OnfId>(1000)), "wear");
+  EXPECT_EQ(text.GetUserKindName(static_cast<FED_OnfId>(1001)), "");
+  EXPECT_EQ(text.GetUserKindName(static_cast<FED_OnfId>(1801)), "total force");
+}
+
 TEST_F(OnfTextExportTest, ReplacesBlocksOfEqualKeysAndLeavesOthers)
 {
   OnfTextExport::Publish(path_, {{&database_, MakeKey(514, 1)}, {&database_, MakeKey(514, 2)}});
