@@ -64,7 +64,8 @@ if [[ -n $quick ]]; then
   exit 0
 fi
 
-build() { [[ -f build/$1/CMakeCache.txt ]] || cmake --preset "$1"; cmake --build --preset "$1"; }
+# All of a preset, or the targets that are named.
+build() { [[ -f build/$1/CMakeCache.txt ]] || cmake --preset "$1"; cmake --build --preset "$1" ${2:+--target "${@:2}"}; }
 seconds() { echo $((minutes * 60 * $1 / 100)); }
 
 prove_faults() { build release; tests release 'Faults|Damage|Crash|Salvage|Forged|TextFolder|Writers'; }
@@ -81,7 +82,7 @@ prove_long() {
     pass "long-$name"
   done < <(ctest --preset long -N | sed -n 's/^ *Test *#[0-9]*: //p')
 }
-prove_soak() { build release; soak release "$(seconds 10)"; }
+prove_soak() { build release quilon; soak release "$(seconds 10)"; }
 # Other file systems, and full ones; only root can mount them.
 prove_systems() {
   ((EUID == 0)) || { echo "prove.sh: file systems are not tried: that wants root" >&2; return 0; }
@@ -91,7 +92,7 @@ prove_systems() {
 # A database of 100 GB and what is asked of it, in 512 MiB. Nearly all of it is zeros, which take no room on a file system
 # that compresses; only root can mount one, others try 5 GB.
 prove_large() {
-  build release
+  build release quilon make_large_database
   local disk=$state/large.img folder=$state/large size=(--steps 100 --index 50) mounted=false status=0
   mkdir -p "$folder"
   if ((EUID == 0)) && command -v mkfs.btrfs >/dev/null && truncate -s 400G "$disk" && mkfs.btrfs -q "$disk" &&
