@@ -237,6 +237,32 @@ TEST(StepMatcher, AnotherTimeEndsTheModes)
   EXPECT_EQ(KeyOf(matcher, Block(2.0, 1, "stresses")), (StepKey{2, AnalysisTime, 2}));
 }
 
+TEST(StepMatcher, BlocksOfTheLastModeStayThereAtItsTimeAlone)
+{
+  StepMatcher matcher;
+  AddDataset(matcher, Dataset(kModes, 1, 1, 100.0, 2, 1));
+  AddDataset(matcher, Dataset(kModes, 2, 1, 200.0, 3, 1));
+  EXPECT_EQ(KeyOf(matcher, Block(2.0, 1)), (StepKey{1, AnalysisModes, 1}));
+  EXPECT_EQ(KeyOf(matcher, Block(2.0, 1)), (StepKey{1, AnalysisModes, 1}));
+  EXPECT_EQ(KeyOf(matcher, Block(3.0, 1)), (StepKey{2, AnalysisModes, 1}));
+}
+
+TEST(StepMatcher, ARepeatedBlockIsOfAResultOfItsOwnInTimeAndWithoutOtherFiles)
+{
+  const auto repeat = [](StepMatcher& matcher, const DatBlock& block) {
+    const std::optional<StepMatcher::Match> match = matcher.MatchRepeated(calculix::StepOf(block), "again");
+    return match ? match->key : kNoKey;
+  };
+  StepMatcher alone;
+  EXPECT_EQ(KeyOf(alone, Block(1.0)), (StepKey{1, AnalysisTime, 1}));
+  EXPECT_EQ(repeat(alone, Block(1.0)), (StepKey{1, AnalysisTime, 2}));
+  EXPECT_EQ(repeat(alone, Block(1.0, 1)), kNoKey);
+  StepMatcher listed;
+  AddDataset(listed, Dataset(kTime, 1, 1, 1.0));
+  EXPECT_EQ(KeyOf(listed, Block(1.0)), (StepKey{1, AnalysisTime, 1}));
+  EXPECT_EQ(repeat(listed, Block(1.0)), kNoKey);
+}
+
 TEST(StepMatcher, AModeThatTheFileDoesNotListIsNotFound)
 {
   StepMatcher matcher;

@@ -60,6 +60,7 @@ TEST(OnfResultRequestFile, WhatIsNoIdAndNoNameIsNamedWithFileAndLine)
   };
   const Row rows[] = {
       {"\n# c\nnodal-stres\n", "3: no kind of result is named \"nodal-stres\", did you mean \"nodal-stress\"?"},
+      {"nodal-stressxyz", "1: no kind of result is named \"nodal-stressxyz\", did you mean \"nodal-stress\"?"},
       {"Temperature", "1: no kind of result is named \"Temperature\", did you mean \"temperature\"?"},
       {"something-else-entirely\n",
        "1: no kind of result is named \"something-else-entirely\", expected an ONF id or the name of a kind"},

@@ -8,6 +8,7 @@
 
 #include <bundled/FED_ColumnDataBlock.h>
 #include <bundled/FED_ResultDatabase.h>
+#include <bundled/OnfFileLayer.h>
 #include <gtest/gtest.h>
 
 #include "onf_text_support.h"
@@ -162,6 +163,14 @@ TEST_F(OnfTextExportTest, ABlockThatTheDatabaseDoesNotHaveIsAFailure)
 {
   EXPECT_THROW(OnfTextExport::Publish(path_, {{&database_, MakeKey(514, 9)}}), FED_Failure);
   EXPECT_FALSE(fs::exists(path_));
+}
+
+TEST(OnfFileLayer, GivesBackTheOneThatWasSetBefore)
+{
+  FED_FileLayer        own;
+  FED_FileLayer* const former = OnfFileLayer::Set(&own);
+  EXPECT_EQ(&OnfFileLayer::Get(), &own);
+  EXPECT_EQ(OnfFileLayer::Set(former), &own);
 }
 
 }  // namespace
