@@ -696,6 +696,25 @@ void EnvelopeField::OfferComponent(std::size_t component, std::size_t first, std
   for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], at + beyond_[i] * size);
 }
 
+/// @param slot position of the component of a row among estimated ones
+/// @return whether the estimate tells if the tensor governs
+inline bool EnvelopeField::TakeEstimate(Side side, const double* tensor, double estimate, double error, std::size_t at,
+                                        std::size_t slot)
+{
+  double&        value = side == Above ? greatest_[at] : least_[at];
+  std::uint32_t& step  = side == Above ? greatestStep_[at] : leastStep_[at];
+  Estimates&     known = side == Above ? greatestEstimates_ : leastEstimates_;
+  const double   ahead = side == Above ? estimate - value : value - estimate;
+  const double   width = error + known.errors[slot];
+  if (ahead < -width) return true;
+  if (step != kNoStep && !(ahead > width)) return std::equal(tensor, tensor + 6, known.tensors[slot].begin());
+  value              = estimate;
+  step               = step_;
+  known.errors[slot] = error;
+  for (std::size_t k = 0; k < 6; ++k) known.tensors[slot][k] = tensor[k];
+  return true;
+}
+
 /// Offers tensors of rows from fresh_ on by estimates of one component. What estimates do not tell apart is evaluated,
 /// and of the rest what governs in the end.
 void EnvelopeField::OfferEstimated(std::size_t component, std::size_t first, std::size_t count, const double* values)
@@ -734,36 +753,16 @@ void EnvelopeField::OfferEstimated(std::size_t component, std::size_t first, std
   for (std::size_t i = 0; i < beyond_.size(); ++i) TakeValue(evaluated_[i], firstAt + beyond_[i] * size);
 }
 
-/// @param slot position of the component of a row among estimated ones
-/// @return whether the estimate tells if the tensor governs
-bool EnvelopeField::TakeEstimate(Side side, const double* tensor, double estimate, double error, std::size_t at,
-                                 std::size_t slot)
-{
-  double&        value = side == Above ? greatest_[at] : least_[at];
-  std::uint32_t& step  = side == Above ? greatestStep_[at] : leastStep_[at];
-  Estimates&     known = side == Above ? greatestEstimates_ : leastEstimates_;
-  const double   ahead = side == Above ? estimate - value : value - estimate;
-  const double   width = error + known.errors[slot];
-  if (ahead < -width) return true;
-  if (step != kNoStep && !(ahead > width)) return std::equal(tensor, tensor + 6, known.tensors[slot].begin());
-  value              = estimate;
-  step               = step_;
-  known.errors[slot] = error;
-  for (std::size_t k = 0; k < 6; ++k) known.tensors[slot][k] = tensor[k];
-  return true;
-}
-
 /// Evaluates what governs a component at places_, where it is estimated, and forgets the places.
 void EnvelopeField::SettlePlaces(std::size_t component)
 {
   const auto settle = [&](Estimates& estimates, std::vector<double>& values) {
     settled_ = places_;
     std::erase_if(settled_, [&](const Place& place) { return estimates.errors[place.slot] == 0.0; });
-    gathered_.clear();
-    for (const Place& place : settled_) {
-      const std::array<double, 6>& tensor = estimates.tensors[place.slot];
-      gathered_.insert(gathered_.end(), tensor.begin(), tensor.end());
-    }
+    gathered_.resize(6 * settled_.size());
+    double* to = gathered_.data();
+    for (const Place& place : settled_)
+      for (const double value : estimates.tensors[place.slot]) *to++ = value;
     exact_.resize(settled_.size());
     components_[component].EvaluateAll(gathered_, exact_);
     for (std::size_t i = 0; i < settled_.size(); ++i) {
