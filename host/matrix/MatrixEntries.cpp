@@ -15,6 +15,15 @@ namespace quilon::matrix {
 
 namespace {
 
+void RequireCounts(int numRows, std::size_t numEntries, const std::string& name)
+{
+  if (numEntries > static_cast<std::size_t>(INT_MAX))
+    Fail(name + ": " + std::to_string(numEntries) + " values, expected at most " + std::to_string(INT_MAX));
+  if (numRows > static_cast<std::int64_t>(numEntries) + kMaxEmptyRows)
+    Fail(name + ": " + std::to_string(numRows) + " rows for " + std::to_string(numEntries) +
+         " values, expected at most " + std::to_string(kMaxEmptyRows) + " more rows than values");
+}
+
 bool SameBits(double a, double b) { return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b); }
 
 void CheckDuplicates(const std::vector<Entry>& sorted, const std::string& name)
@@ -58,13 +67,7 @@ bool Entry::operator<(const Entry& other) const noexcept
 FED_YaleMatrix Assemble(Entries&& given, const std::string& name)
 {
   std::vector<Entry> entries = std::move(given.entries);
-  if (entries.size() > static_cast<std::size_t>(INT_MAX))
-    Fail(name + ": " + std::to_string(entries.size()) + " values, expected at most " + std::to_string(INT_MAX));
-  const auto numEntries = static_cast<std::int64_t>(entries.size());
-  if (given.numRows > numEntries + kMaxEmptyRows)
-    Fail(name + ": " + std::to_string(given.numRows) + " rows for " + std::to_string(numEntries) +
-         " values, expected at most " + std::to_string(kMaxEmptyRows) + " more rows than values");
-
+  RequireCounts(given.numRows, entries.size(), name);
   Sort(entries, given.numRows);
   CheckDuplicates(entries, name);
 
@@ -84,6 +87,54 @@ FED_YaleMatrix Assemble(Entries&& given, const std::string& name)
   FED_YaleMatrix matrix;
   matrix.SetInternalData(static_cast<std::size_t>(given.numRows), static_cast<std::size_t>(given.numColumns),
                          std::move(values), std::move(rowPointers), std::move(columns));
+  return matrix;
+}
+
+EntryCollector::EntryCollector(int numRows, int numColumns, std::size_t most)
+    : list_{numRows, numColumns, {}}, most_(most)
+{
+  values_.Resize(most);
+  columns_.Resize(most);
+  value_  = values_.GetData();
+  column_ = columns_.GetData();
+}
+
+void EntryCollector::AddToList(const Entry& entry)
+{
+  if (most_ > 0) {
+    list_.entries.reserve(most_);
+    auto rows  = rows_.begin();
+    auto lines = lines_.begin();
+    for (std::size_t i = 0; i < size_; ++i) {
+      if (std::next(rows) != rows_.end() && std::next(rows)->first == i) ++rows;
+      if (std::next(lines) != lines_.end() && std::next(lines)->first == i) ++lines;
+      const auto line = lines->line + static_cast<std::int64_t>(i - lines->first);
+      list_.entries.push_back({rows->row, column_[i], value_[i], line});
+    }
+    values_.Resize(0);
+    columns_.Resize(0);
+    most_ = size_ = 0;
+  }
+  list_.entries.push_back(entry);
+}
+
+FED_YaleMatrix EntryCollector::Take(const std::string& name)
+{
+  if (most_ == 0) return Assemble(std::move(list_), name);
+  RequireCounts(list_.numRows, size_, name);
+  values_.Resize(size_);
+  columns_.Resize(size_);
+  FED_IntArray rowPointers;
+  rowPointers.Resize(static_cast<std::size_t>(list_.numRows) + 1);
+  int* const pointer = rowPointers.GetData();
+  int        row     = 0;
+  for (const RowStart& start : rows_)
+    while (row <= start.row) pointer[row++] = static_cast<int>(start.first);
+  while (row <= list_.numRows) pointer[row++] = static_cast<int>(size_);
+
+  FED_YaleMatrix matrix;
+  matrix.SetInternalData(static_cast<std::size_t>(list_.numRows), static_cast<std::size_t>(list_.numColumns),
+                         std::move(values_), std::move(rowPointers), std::move(columns_));
   return matrix;
 }
 

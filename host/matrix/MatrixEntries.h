@@ -3,6 +3,7 @@
 /// @file
 /// Sparse matrices entry by entry, as files list them.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -41,6 +42,61 @@ inline constexpr std::int64_t kMaxEmptyRows = 10'000'000;
 /// @throws FED_Failure for an entry that stands twice, for more values than 32 bits count, and for more than
 ///         kMaxEmptyRows rows beyond the number of entries
 FED_YaleMatrix Assemble(Entries&& entries, const std::string& name);
+
+/// Puts together entries that come one by one. As long as they come as compressed rows have them, they go into the
+/// arrays of these; a list of all is made for the first that does not.
+class EntryCollector
+{
+public:
+  /// @param most entries for which arrays are made, 0 where it is known that they come in another order
+  EntryCollector(int numRows, int numColumns, std::size_t most);
+
+  /// @param row, column in range
+  /// @param line of the file, ascending
+  void Add(int row, int column, double value, std::int64_t line)
+  {
+    const bool isBehind = row > lastRow_ || (row == lastRow_ && column > lastColumn_);
+    if (!isBehind || size_ == most_) return AddToList({row, column, value, line});
+    if (row != lastRow_) rows_.push_back({row, size_});
+    if (line != lastLine_ + 1) lines_.push_back({line, size_});
+    lastRow_         = row;
+    lastColumn_      = column;
+    lastLine_        = line;
+    value_[size_]    = value;
+    column_[size_++] = column;
+  }
+
+  /// @throws FED_Failure as Assemble() does
+  FED_YaleMatrix Take(const std::string& name);
+
+private:
+  /// Something that holds from an entry on.
+  struct RowStart
+  {
+    int         row;
+    std::size_t first;
+  };
+  struct LineStart  // lines of the next entries count up by one
+  {
+    std::int64_t line;
+    std::size_t  first;
+  };
+
+  void AddToList(const Entry& entry);
+
+  Entries                list_;
+  FED_DoubleArray        values_;
+  FED_IntArray           columns_;
+  double*                value_;   // of the arrays
+  int*                   column_;  // of the arrays
+  std::size_t            most_;    // 0 when all entries are in the list
+  std::size_t            size_       = 0;
+  int                    lastRow_    = -1;
+  int                    lastColumn_ = -1;
+  std::int64_t           lastLine_   = -1;
+  std::vector<RowStart>  rows_;  // that have entries
+  std::vector<LineStart> lines_;
+};
 
 /// A matrix to read row by row, whose arrays are known to fit each other. Indices count from 0 whatever the base that
 /// its arrays have. The matrix is borrowed.

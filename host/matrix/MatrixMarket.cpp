@@ -1,11 +1,12 @@
 #include "matrix/MatrixMarket.h"
 
-#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <ostream>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -85,20 +86,62 @@ double ReadIntegerValue(const WordFile& text, std::size_t i)
   return static_cast<double>(value);
 }
 
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+
+/// An entry as nearly all files write it: two integers and a number without blanks before or behind them, in digits
+/// that all readers take alike.
+struct PlainEntry
+{
+  int    row    = 0;  ///< from 1
+  int    column = 0;  ///< from 1
+  double value  = 0.0;
+
+  /// @return false for any other line, which may still be one of an entry
+  bool Read(std::string_view line)
+  {
+    const char*       at  = line.data();
+    const char* const end = at + line.size();
+    if (!ReadIndex(at, end, row) || !ReadIndex(at, end, column)) return false;
+    const char* const digit = at != end && *at == '-' ? at + 1 : at;
+    if (digit == end || !IsDigit(*digit) || end - at > kMostDigits) return false;
+    const auto [behind, error] = std::from_chars(at, end, value);
+    return error == std::errc() && behind == end;
+  }
+
+private:
+  static constexpr std::ptrdiff_t kMostDigits = 24;  // of 17 digits with all that goes with them
+
+  /// Reads the integer and the blanks behind it.
+  static bool ReadIndex(const char*& at, const char* end, int& index)
+  {
+    constexpr int     kMostOfIndex = 9;  // an int has them all
+    const char* const first        = at;
+    int               read         = 0;
+    for (; at != end && at - first <= kMostOfIndex && IsDigit(*at); ++at)
+      if (at - first < kMostOfIndex) read = 10 * read + (*at - '0');
+    if (at == first || at - first > kMostOfIndex || at == end || !IsBlank(*at)) return false;
+    while (at != end && IsBlank(*at)) ++at;
+    index = read;
+    return true;
+  }
+};
+
 class Reader
 {
 public:
   Reader(WordFile& text, const Banner& banner) : text_(text), banner_(banner) {}
 
-  Entries Read()
+  FED_YaleMatrix Read()
   {
     const std::int64_t numListed = ReadSizes();
+    entries_.emplace(numRows_, numColumns_, CountOrdered(static_cast<std::uint64_t>(numListed)));
     if (banner_.isArray)
       ReadArray();
     else
       ReadCoordinates(numListed);
     if (text_.NextLine()) text_.File().FailExpected("the end of the file");
-    return std::move(matrix_);
+    return entries_->Take(text_.Name());
   }
 
 private:
@@ -108,34 +151,44 @@ private:
     const char* const expected = banner_.isArray ? "rows and columns" : "rows, columns and number of entries";
     if (!text_.NextLine()) text_.File().FailAtEnd(expected);
     text_.RequireWords(banner_.isArray ? 2 : 3, expected);
-    matrix_.numRows    = text_.GetInteger(0, "number of rows", 0, INT_MAX);
-    matrix_.numColumns = text_.GetInteger(1, "number of columns", 0, INT_MAX);
-    if (banner_.symmetry != Symmetry::General && matrix_.numRows != matrix_.numColumns)
+    numRows_    = text_.GetInteger(0, "number of rows", 0, INT_MAX);
+    numColumns_ = text_.GetInteger(1, "number of columns", 0, INT_MAX);
+    if (banner_.symmetry != Symmetry::General && numRows_ != numColumns_)
       text_.File().FailExpected("as many columns as rows in a symmetric matrix");
     return banner_.isArray ? 0 : text_.GetInteger(2, "number of entries", 0, INT_MAX);
   }
 
   void ReadCoordinates(std::int64_t numListed)
   {
-    const bool        hasValue = banner_.field != Field::Pattern;
-    const char* const expected = hasValue ? "row, column and value" : "row and column";
-    MakeRoom(static_cast<std::uint64_t>(numListed));
+    const bool        hasValue   = banner_.field != Field::Pattern;
+    const char* const expected   = hasValue ? "row, column and value" : "row and column";
+    const bool        mayBePlain = banner_.field == Field::Real;
+    PlainEntry        plain;
     for (std::int64_t i = 0; i < numListed; ++i) {
-      NextEntry(i, numListed);
+      bool       isPlain = false;
+      const auto read    = [&](std::string_view line) {
+        isPlain = mayBePlain && plain.Read(line) && plain.row >= 1 && plain.row <= numRows_ && plain.column >= 1 &&
+                  plain.column <= numColumns_;
+        return isPlain;
+      };
+      NextEntry(i, numListed, read);
+      if (isPlain) {
+        Add(plain.row - 1, plain.column - 1, plain.value);
+        continue;
+      }
       text_.RequireWords(hasValue ? 3 : 2, expected);
-      const int row    = text_.GetInteger(0, "row", 1, matrix_.numRows) - 1;
-      const int column = text_.GetInteger(1, "column", 1, matrix_.numColumns) - 1;
+      const int row    = text_.GetInteger(0, "row", 1, numRows_) - 1;
+      const int column = text_.GetInteger(1, "column", 1, numColumns_) - 1;
       Add(row, column, hasValue ? ReadValue(2) : 1.0);
     }
   }
 
-  /// Of entries that are listed, as far as the file is long enough for them.
-  void MakeRoom(std::uint64_t numListed)
+  /// @return of how many entries arrays are made before they come: of all where these may be in the order of rows
+  std::size_t CountOrdered(std::uint64_t numListed) const
   {
     constexpr std::uint64_t kLeastBytes = 4;  // "1 1" and the line's end
-    const std::uint64_t     numThere    = std::min(numListed, text_.File().Remaining() / kLeastBytes);
-    const bool              isMirrored  = banner_.symmetry != Symmetry::General;
-    matrix_.entries.reserve(static_cast<std::size_t>(isMirrored ? 2 * numThere : numThere));
+    const bool              areThere    = numListed <= text_.File().Remaining() / kLeastBytes;
+    return areThere && banner_.symmetry == Symmetry::General ? static_cast<std::size_t>(numListed) : 0;
   }
 
   /// Column by column; of a symmetric matrix the lower triangle, of a skew-symmetric one without its diagonal.
@@ -143,23 +196,24 @@ private:
   {
     const bool         isGeneral = banner_.symmetry == Symmetry::General;
     const bool         isSkew    = banner_.symmetry == Symmetry::SkewSymmetric;
-    const std::int64_t numRows   = matrix_.numRows;
-    const std::int64_t numAll    = isGeneral ? numRows * matrix_.numColumns
+    const std::int64_t numRows   = numRows_;
+    const std::int64_t numAll    = isGeneral ? numRows * numColumns_
                                    : isSkew  ? numRows * (numRows - 1) / 2
                                              : numRows * (numRows + 1) / 2;
     std::int64_t       numRead   = 0;
     if (numAll == 0) return;
-    for (int column = 0; column < matrix_.numColumns; ++column)
-      for (int row = isGeneral ? 0 : column + (isSkew ? 1 : 0); row < matrix_.numRows; ++row) {
-        NextEntry(numRead++, numAll);
+    for (int column = 0; column < numColumns_; ++column)
+      for (int row = isGeneral ? 0 : column + (isSkew ? 1 : 0); row < numRows_; ++row) {
+        NextEntry(numRead++, numAll, [](std::string_view) { return false; });
         text_.RequireWords(1, "one value");
         Add(row, column, ReadValue(0));
       }
   }
 
-  void NextEntry(std::int64_t numRead, std::int64_t numAll)
+  template <typename Take>
+  void NextEntry(std::int64_t numRead, std::int64_t numAll, const Take& take)
   {
-    if (!text_.NextLine())
+    if (!text_.NextLine(take))
       text_.File().FailAtEnd("entry " + std::to_string(numRead + 1) + " of " + std::to_string(numAll));
     text_.RequireWholeLine();  // a number that was cut may still be one
   }
@@ -174,14 +228,16 @@ private:
     const std::int64_t line = text_.File().Line();
     if (banner_.symmetry == Symmetry::SkewSymmetric && row == column)
       text_.File().Fail("an entry on the diagonal, expected none in a skew-symmetric matrix");
-    matrix_.entries.push_back({row, column, value, line});
+    entries_->Add(row, column, value, line);
     if (banner_.symmetry == Symmetry::General || row == column) return;
-    matrix_.entries.push_back({column, row, banner_.symmetry == Symmetry::Symmetric ? value : -value, line});
+    entries_->Add(column, row, banner_.symmetry == Symmetry::Symmetric ? value : -value, line);
   }
 
-  WordFile& text_;
-  Banner    banner_;
-  Entries   matrix_;
+  WordFile&                     text_;
+  Banner                        banner_;
+  int                           numRows_    = 0;
+  int                           numColumns_ = 0;
+  std::optional<EntryCollector> entries_;
 };
 
 const char* NameOf(Symmetry symmetry)
@@ -209,7 +265,7 @@ FED_YaleMatrix ReadMatrixMarket(std::istream& in, const std::string& name, const
   }
   in.clear();
   WordFile text(in, name, '%', progress);
-  return Assemble(Reader(text, banner).Read(), name);
+  return Reader(text, banner).Read();
 }
 
 void WriteMatrixMarket(std::ostream& out, const FED_YaleMatrix& matrix, Symmetry symmetry, const std::string& name)

@@ -8,16 +8,6 @@ WordFile::WordFile(std::istream& in, const std::string& name, char comment, cons
     : name_(name), file_(in, name, progress), comment_(comment)
 {}
 
-bool WordFile::NextLine()
-{
-  while (file_.NextLine()) {
-    SplitLine();
-    const bool isComment = comment_ != '\0' && numWords_ > 0 && words_[0].front() == comment_;
-    if (numWords_ > 0 && !isComment) return true;
-  }
-  return false;
-}
-
 int WordFile::GetInteger(std::size_t i, const char* what, int least, int greatest) const
 {
   int value = 0;

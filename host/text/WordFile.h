@@ -25,7 +25,27 @@ public:
 
   /// Goes to the next line that is neither blank nor a comment.
   /// @return false at the end of the file
-  bool NextLine();
+  bool NextLine()
+  {
+    return NextLine([](std::string_view) { return false; });
+  }
+
+  /// The same for a caller who knows how most lines look.
+  /// @param take called as take(std::string_view line) for each line, comments and blank ones included; true where it
+  /// has
+  ///             taken what the line says, which has then no words
+  template <typename Take>
+  bool NextLine(const Take& take)
+  {
+    while (file_.NextLine()) {
+      numWords_ = 0;
+      if (take(file_.Text())) return true;
+      SplitLine();
+      const bool isComment = comment_ != '\0' && numWords_ > 0 && words_[0].front() == comment_;
+      if (numWords_ > 0 && !isComment) return true;
+    }
+    return false;
+  }
 
   /// Words of the current line; one more than kMaxWords says that there are more.
   std::size_t      NumWords() const noexcept { return numWords_; }

@@ -50,6 +50,19 @@ TEST(MatrixMarket, ReadsGeneralCoordinatesInAnyOrder)
   EXPECT_EQ(ReadShown(kCoordinate + "real general\n2 3 3\n2 3 9\n1 2 5\n2 1 7\n"), "2 x 3 | 5 7 9 | 0 1 3 | 1 0 2");
 }
 
+// Arrays are made for the order of rows; whatever comes first that is not in it, the matrix is the same.
+TEST(MatrixMarket, TheOrderOfEntriesDoesNotMatterWhereverItBreaks)
+{
+  const std::string head     = kCoordinate + "real general\n5 4 5\n";
+  const std::string expected = "5 x 4 | 5 -7.5 9 1e+20 -0 | 0 0 1 3 3 5 | 3 0 2 1 3";
+  EXPECT_EQ(ReadShown(head + "2 4 5\n3 1 -7.5\n3 3 9\n5 2 1e20\n5 4 -0\n"), expected);
+  EXPECT_EQ(ReadShown(head + "2 4 5\n3 1 -7.5\n3 3 9\n5 4 -0\n5 2 1e20\n"), expected);
+  EXPECT_EQ(ReadShown(head + "5 4 -0\n2 4 5\n3 1 -7.5\n3 3 9\n5 2 1e20\n"), expected);
+  EXPECT_EQ(ReadShown(head + "2 4 5\n3 3 9\n5 2 1e20\n3 1 -7.5\n5 4 -0\n"), expected);
+  // Numbers as other programs write them.
+  EXPECT_EQ(ReadShown(head + "2 4 +5.\n+3 1 -7.5D0 \n 3 3 0900E-2\n5\t\t2 1.+20\n00005 4 -.0\n"), expected);
+}
+
 TEST(MatrixMarket, FillsBothTrianglesOfASymmetricMatrix)
 {
   const std::string expected = "2 x 2 | 1 2 2 4 | 0 2 4 | 0 1 0 1";
@@ -189,6 +202,12 @@ TEST(MatrixMarket, AnEntryThatStandsTwiceIsRefused)
 {
   EXPECT_EQ(Failure(kCoordinate + "real general\n2 2 3\n1 2 5\n2 2 5\n1 2 5\n"),
             "a.mtx:5: row 1, column 2 is given again, expected each entry once (first in line 3)");
+  EXPECT_EQ(Failure(kCoordinate + "real general\n%\n2 2 3\n1 2 5\n\n%\n2 2 5\n2 2 6\n"),
+            "a.mtx:8: row 2, column 2 is given again, expected each entry once (first in line 7)");
+  EXPECT_EQ(Failure(kCoordinate + "real general\n2 2 4\n1 1 5\n\n%\n2 1 5\n2 2 6\n\n1 1 3\n"),
+            "a.mtx:9: row 1, column 1 is given again, expected each entry once (first in line 3)");
+  EXPECT_EQ(Failure(kCoordinate + "real general\n2 2 4\n1 1 5\n\n%\n2 1 5\n2 2 6\n\n2 2 3\n"),
+            "a.mtx:9: row 2, column 2 is given again, expected each entry once (first in line 7)");
   EXPECT_EQ(Failure(kCoordinate + "real symmetric\n2 2 2\n1 2 5\n2 1 5\n"),
             "a.mtx:4: row 1, column 2 is given again, expected each entry once (first in line 3)");
 }
