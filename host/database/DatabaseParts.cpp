@@ -13,24 +13,25 @@ namespace quilon {
 
 namespace {
 
-/// @return a fourth of what a user allows, 64 KiB at least; what is given here while nobody has set any
-std::size_t FourthOfMemoryOr(std::size_t usual)
+/// @return a fourth of what a user allows, 64 KiB at least; 16 MiB while nobody has set any
+std::size_t FourthOfMemory()
 {
+  constexpr std::size_t kUsual = std::size_t{64} << 20;
   constexpr std::size_t kLeast = std::size_t{1} << 16;
-  return std::max(MemoryLimit::GetOr(4 * usual) / 4, kLeast);
+  return std::max(MemoryLimit::GetOr(kUsual) / 4, kLeast);
 }
 
 /// How much of a part stays in memory does not depend on how many are written at a time: what is written would.
 FED_ResultDatabaseOptions OptionsOf(WatchedFiles& files)
 {
   FED_ResultDatabaseOptions options = files.GetOptions();
-  options.memoryLimit               = FourthOfMemoryOr(std::size_t{32} << 20);
+  options.memoryLimit               = FourthOfMemory();
   return options;
 }
 
 }  // namespace
 
-std::uint64_t LeastPartBytes() { return FourthOfMemoryOr(std::size_t{16} << 20); }
+std::uint64_t LeastPartBytes() { return FourthOfMemory(); }
 
 std::vector<std::size_t> DivideIntoParts(const std::vector<std::uint64_t>& bytes, std::size_t most)
 {

@@ -90,7 +90,7 @@ public:
   ~TextSlices()                            = default;
 
 private:
-  static constexpr std::size_t kRecords = std::size_t{1} << 15;  // some megabytes of text
+  static constexpr std::size_t kRecords = std::size_t{1} << 13;  // a megabyte of text
 
   struct Slice
   {

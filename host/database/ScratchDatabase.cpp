@@ -42,7 +42,7 @@ bool ScratchDatabase::IsNeededFor(std::uint64_t bytes) noexcept
 
 ScratchDatabase::ScratchDatabase()
     : database_(std::make_unique<FED_ResultDatabase>(folder_.path / "rows.fed", FED_ResultDatabase::Create,
-                                                     files_.GetOptions()))
+                                                     files_.GetOptions(kShare)))
 {}
 
 ScratchDatabase::~ScratchDatabase() = default;

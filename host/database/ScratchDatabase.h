@@ -15,8 +15,9 @@ class FED_ResultDatabase;
 
 namespace quilon {
 
-/// A working database in a folder of its own in the temporary folder, which nobody else may enter. Memory holds as much
-/// of it as of any other; all of it goes with the object. A program that is killed leaves the folder behind.
+/// A working database in a folder of its own in the temporary folder, which nobody else may enter. Memory holds a
+/// fourth of what it holds of another that is written: most often one is filled from it, which has the rest. All of it
+/// goes with the object. A program that is killed leaves the folder behind.
 class ScratchDatabase final : public OnfStore
 {
 public:
@@ -33,6 +34,8 @@ public:
   FED_ResultDatabase& Get() noexcept override { return *database_; }
 
 private:
+  static constexpr std::size_t kShare = 4;
+
   /// Removed behind the database.
   struct Folder
   {

@@ -13,7 +13,9 @@ namespace quilon::diff {
 
 namespace {
 
-constexpr std::size_t kUnasked = FED_IdMapsPool::npos - 1;
+// No index is as large as either.
+constexpr std::uint32_t kNone    = 0xffffffffu;
+constexpr std::uint32_t kUnasked = kNone - 1;
 
 /// @return the indices of the second block that no pair has, ascending
 std::vector<std::size_t> FindUnpaired(const RecordPairs& pairs, const FED_DataBlock& second)
@@ -103,18 +105,25 @@ std::optional<PairRun> RecordMatcher::FindOneRun(const FED_DataBlock& first, con
   if (byIndex) return all;
   if (known.sameBegin == known.sameEnd) known.sameBegin = known.sameEnd = begin;
   if (begin < known.sameBegin || begin > known.sameEnd) return std::nullopt;
-  while (known.sameEnd < end && FindInSecond(entity, known.sameEnd, known.inSecond) == known.sameEnd) ++known.sameEnd;
+  while (known.sameEnd < end && LookUp(entity, known.sameEnd) == known.sameEnd) ++known.sameEnd;
   return known.sameEnd >= end ? std::optional(all) : std::nullopt;
 }
 
-std::size_t RecordMatcher::FindInSecond(int entity, std::size_t index, std::vector<std::size_t>& known) const
+std::size_t RecordMatcher::FindInSecond(int entity, std::size_t index, std::vector<std::uint32_t>& known) const
 {
   // Indices of ids are dense. One that is far behind all others would make the table up to it mostly holes.
   constexpr std::size_t kLargestGap = std::size_t{1} << 20;
   if (index >= 2 * known.size() + kLargestGap) return LookUp(entity, index);
-  if (index >= known.size()) known.resize(std::max(index + 1, 2 * known.size()), kUnasked);
-  if (known[index] == kUnasked) known[index] = LookUp(entity, index);
-  return known[index];
+  if (index >= known.size()) {
+    // Exactly as much room: a vector would double what it is asked for.
+    known.reserve(std::max(index + 1, known.size() + known.size() / 2));
+    known.resize(known.capacity(), kUnasked);
+  }
+  if (known[index] == kUnasked) {
+    const std::size_t found = LookUp(entity, index);
+    known[index]            = found == FED_IdMapsPool::npos ? kNone : static_cast<std::uint32_t>(found);
+  }
+  return known[index] == kNone ? FED_IdMapsPool::npos : known[index];
 }
 
 std::size_t RecordMatcher::LookUp(int entity, std::size_t index) const

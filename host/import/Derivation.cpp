@@ -248,9 +248,9 @@ Plan<DerivedUnit> MakePlan(const DerivationBrief& brief, const FED_Database& sou
   plan.units      = brief.units.size();
   plan.state      = readers.state;
   plan.makeWorker = [&brief, &source, open = readers.open](bool isFirst) -> Plan<DerivedUnit>::Worker {
-    // This thread has a database of its own as well where there is one: what is read of the one that is written would
-    // decide when its rows go to the disk.
-    auto stored = open ? open() : nullptr;
+    // This thread has a database of its own as well, unless another one is written: what is read of the one that is
+    // would decide when its rows go to the disk.
+    auto stored = open && !(isFirst && brief.isCopy) ? open() : nullptr;
     if (!stored && !isFirst) return {};
     return [&brief, reader = std::make_shared<PrincipalReader>(std::move(stored), source)](std::size_t unit) {
       return reader->Derive(brief, unit);
