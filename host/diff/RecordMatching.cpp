@@ -14,8 +14,8 @@ namespace quilon::diff {
 namespace {
 
 // No index is as large as either.
-constexpr std::uint32_t kNone    = 0xffffffffu;
-constexpr std::uint32_t kUnasked = kNone - 1;
+constexpr std::uint32_t kUnpaired = 0xffffffffu;
+constexpr std::uint32_t kUnasked  = kUnpaired - 1;
 
 /// @return the indices of the second block that no pair has, ascending
 std::vector<std::size_t> FindUnpaired(const RecordPairs& pairs, const FED_DataBlock& second)
@@ -121,9 +121,9 @@ std::size_t RecordMatcher::FindInSecond(int entity, std::size_t index, std::vect
   }
   if (known[index] == kUnasked) {
     const std::size_t found = LookUp(entity, index);
-    known[index]            = found == FED_IdMapsPool::npos ? kNone : static_cast<std::uint32_t>(found);
+    known[index]            = found == FED_IdMapsPool::npos ? kUnpaired : static_cast<std::uint32_t>(found);
   }
-  return known[index] == kNone ? FED_IdMapsPool::npos : known[index];
+  return known[index] == kUnpaired ? FED_IdMapsPool::npos : known[index];
 }
 
 std::size_t RecordMatcher::LookUp(int entity, std::size_t index) const

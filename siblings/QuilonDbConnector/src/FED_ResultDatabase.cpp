@@ -63,7 +63,7 @@ SegmentStore::Access GetStoreAccess(FED_ResultDatabase::Access access) noexcept
   }
 }
 
-constexpr std::size_t kUsualReaderLimit = std::size_t{32} << 20;
+constexpr std::size_t kUsualReaderLimit = std::size_t{16} << 20;
 constexpr std::size_t kUsualWriterLimit = std::size_t{64} << 20;
 constexpr std::size_t kUsualMost        = std::size_t{1} << 30;
 constexpr std::size_t kLeastShare       = std::size_t{8} << 20;

@@ -77,8 +77,19 @@ std::uint32_t KeyTable::FindNext(std::uint32_t first, std::uint32_t last) const
   last = std::min(last, maxKey_);
   if (first > last) return kNone;
   if (form_ == Form::Direct) return FindNextDirect(first, last);
-  const std::uint32_t key = form_ == Form::Run ? std::max(first, firstKey_) : FindNextHashed(first);
+  const std::uint32_t key = form_ == Form::Run      ? std::max(first, firstKey_)
+                            : form_ == Form::Marked ? FindNextMarked(std::max(first, firstKey_))
+                                                    : FindNextHashed(first);
   return key <= last ? key : kNone;
+}
+
+// There is one: the greatest key is not less.
+std::uint32_t KeyTable::FindNextMarked(std::uint32_t first) const noexcept
+{
+  std::uint32_t at   = MarksOf(first);
+  std::uint32_t bits = marks_[at].bits & ~std::uint32_t{0} << first % kMarks;
+  while (bits == 0) bits = marks_[++at].bits;
+  return (firstKey_ / kMarks + at) * kMarks + static_cast<std::uint32_t>(std::countr_zero(bits));
 }
 
 std::uint32_t KeyTable::FindNextDirect(std::uint32_t first, std::uint32_t last) const noexcept
@@ -110,10 +121,13 @@ std::uint32_t KeyTable::FindNextHashed(std::uint32_t first) const
   return walkAt_ < sorted_.size() ? sorted_[walkAt_] : kNone;
 }
 
-void KeyTable::Grow(std::uint32_t key)
+void KeyTable::Grow(std::uint32_t key, std::uint32_t row)
 {
   const std::uint32_t maxKey = std::max(maxKey_, key);
-  if (DirectPays(maxKey))
+  const bool          ascend = (form_ == Form::Run || form_ == Form::Marked) && IsBehindAll(key, row);
+  if (ascend && MarksPay(maxKey))
+    BecomeMarked(maxKey);
+  else if (DirectPays(maxKey))
     BecomeDirect(maxKey);
   else
     BecomeHashed();
@@ -139,9 +153,23 @@ std::size_t KeyTable::GetLongestProbe() const noexcept
   return longest;
 }
 
+// Up to 8 bytes per key.
+bool KeyTable::MarksPay(std::uint32_t maxKey) const noexcept { return MarksOf(maxKey) < 32 + std::uint64_t{count_}; }
+
 bool KeyTable::DirectPays(std::uint32_t maxKey) const noexcept
 {
   return maxKey < 1024 + 8 * (std::uint64_t{count_} + 1);
+}
+
+void KeyTable::BecomeMarked(std::uint32_t maxKey)
+{
+  // A new one: a vector that grows would double its room.
+  std::vector<Marks> marks(std::max<std::size_t>(std::size_t{MarksOf(maxKey)} + 1, marks_.size() + marks_.size() / 2));
+  std::copy(marks_.begin(), marks_.end(), marks.begin());
+  marks_ = std::move(marks);
+  if (form_ == Form::Run)
+    for (std::uint32_t i = 0; i < count_; ++i) Mark(firstKey_ + i, i);
+  form_ = Form::Marked;
 }
 
 void KeyTable::BecomeDirect(std::uint32_t maxKey)
@@ -151,6 +179,7 @@ void KeyTable::BecomeDirect(std::uint32_t maxKey)
   std::vector<std::uint32_t> direct(size, kNone);
   ForEach([&direct](std::uint32_t key, std::uint32_t row) { direct[key] = row; });
   direct_ = std::move(direct);
+  marks_  = {};
   hashed_ = {};
   sorted_ = {};
   form_   = Form::Direct;
@@ -163,6 +192,7 @@ void KeyTable::BecomeHashed()
   ForEach([&](std::uint32_t key, std::uint32_t row) { hashed[FindSlot(hashed, key, seed)] = {key, row}; });
   seed_   = seed;
   hashed_ = std::move(hashed);
+  marks_  = {};
   direct_ = {};
   form_   = Form::Hashed;
 }
@@ -172,6 +202,9 @@ void KeyTable::ForEach(Visit visit) const
 {
   if (form_ == Form::Run) {
     for (std::uint32_t i = 0; i < count_; ++i) visit(firstKey_ + i, firstRow_ + i);
+  } else if (form_ == Form::Marked) {
+    std::uint32_t key = firstKey_;
+    for (std::uint32_t i = 0; i < count_; ++i, ++key) visit(key = FindNextMarked(key), firstRow_ + i);
   } else if (form_ == Form::Direct) {
     for (std::size_t key = 0; key < direct_.size(); ++key)
       if (direct_[key] != kNone) visit(static_cast<std::uint32_t>(key), direct_[key]);

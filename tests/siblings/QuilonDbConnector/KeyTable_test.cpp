@@ -71,7 +71,7 @@ TEST(KeyTable, EmptyTableFindsNothing)
   EXPECT_EQ(table.GetMaxKey(), 0u);
 }
 
-// Each pattern ends in one of the three forms, or passes from one into another.
+// Each pattern ends in one of the four forms, or passes from one into another.
 TEST(KeyTable, HoldsKeysOfEveryPattern)
 {
   struct Row
@@ -79,7 +79,7 @@ TEST(KeyTable, HoldsKeysOfEveryPattern)
     const char* name;
     Keys        keys;
   };
-  Keys run, backwards, steps, powers, far;
+  Keys run, backwards, steps, powers, far, gaps, late, groups;
   for (std::uint32_t i = 0; i < 3000; ++i) {
     run.push_back(i + 17);
     backwards.push_back(5000 - i);
@@ -94,8 +94,16 @@ TEST(KeyTable, HoldsKeysOfEveryPattern)
   far = run;
   far.push_back(KeyTable::kMaxKey);
   for (std::uint32_t i = 0; i < 20000; ++i) far.push_back(4000 + i);  // hashed, and dense again
+  for (std::uint32_t i = 0; i < 3000; ++i) gaps.push_back(1000000001 + 7 * i + i % 5);
+  late = gaps;
+  late.push_back(gaps[1000] + 1);  // not behind all others
+  late.push_back(gaps.back() + 9);
+  for (std::uint32_t i = 0; i < 6000; ++i) groups.push_back(i + i / 100 * 64);  // whole marks, and none between
   const Row rows[] = {
       {"nothing", {}},
+      {"ascending, with gaps", gaps},
+      {"ascending, but for one", late},
+      {"ascending in groups", groups},
       {"zero", {0}},
       {"greatest", {KeyTable::kMaxKey}},
       {"two at the ends", {KeyTable::kMaxKey, 0}},
@@ -111,6 +119,24 @@ TEST(KeyTable, HoldsKeysOfEveryPattern)
     KeyTable table;
     Add(table, row.keys);
     ExpectHolds(table, row.keys);
+  }
+}
+
+// As ids of nodes are, of which a mesh leaves some out.
+TEST(KeyTable, AscendingKeysTakeLittleMemoryWhateverTheFirst)
+{
+  for (const std::uint32_t first : {1u, 1000000000u}) {
+    for (const std::uint32_t step : {2u, 16u}) {
+      KeyTable                table;
+      constexpr std::uint32_t kCount = 100000;
+      for (std::uint32_t i = 0; i < kCount; ++i) {
+        table.Prepare(first + i * step, i);
+        table.Insert(first + i * step, i);
+      }
+      EXPECT_EQ(table.Find(first + 777 * step), 777u);
+      // 8 bytes for 32 numbers, half as much again as is used.
+      EXPECT_LE(table.CountBytes(), 1.6 * kCount * step / 4) << first << ", " << step;
+    }
   }
 }
 

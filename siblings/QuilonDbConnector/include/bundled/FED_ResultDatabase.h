@@ -27,7 +27,7 @@ class ResultDataBlock;
 /// How a database on disk is kept.
 struct FED_ResultDatabaseOptions
 {
-  /// Stands for 64 MiB where the database may be written and for 32 MiB where it is only read. Where rows are come back
+  /// Stands for 64 MiB where the database may be written and for 16 MiB where it is only read. Where rows are come back
   /// to out of order the limit grows, up to 1 GiB.
   static constexpr std::size_t kUsualLimit = static_cast<std::size_t>(-1);
 

@@ -19,7 +19,7 @@ class ChunkStore;
 ///
 /// On disk a map is read as a whole when it is first asked for more than its count.
 ///
-/// Memory: 8 bytes per id where ids are dense, up to 36 where they are scattered, 4 where they count up by one.
+/// Memory: 4 to 5 bytes per id where they ascend densely, 8 where they are dense in any order, else up to 36.
 class QUILON_DB_CONNECTOR_API FED_ResultIdMapsPool final : public FED_IdMapsPool
 {
 public:
