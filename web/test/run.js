@@ -52,6 +52,10 @@ after(() => browser.close());
 const settle = (page) => page.evaluate(() => new Promise((done) => setTimeout(done, 120)));
 const textOf = (page, selector) => page.$eval(selector, (element) => element.textContent);
 
+/** Waits until an element has a text, or fails. */
+const shows = (page, selector, text) =>
+  page.waitForFunction((where, expected) => document.querySelector(where)?.textContent === expected, {}, selector, text);
+
 async function choose(page, label, text) {
   await page.evaluate((labelText, optionText) => {
     const of = [...document.querySelectorAll('label')].find((element) => element.textContent === labelText);
@@ -426,7 +430,7 @@ test('nodes are found and followed', async () => {
   });
   assert.ok(await page.$('#history .uplot canvas'));
   await find('4711');
-  assert.equal(await textOf(page, '.row > .hint[role=status]'), 'No node 4711 in the model');
+  await shows(page, '.row > .hint[role=status]', 'No node 4711 in the model'); // which is looked for inside, too
   await press(page, 'forget node 5');
   assert.equal((await page.$$('.picked li')).length, 1);
   await press(page, 'iso'); // which scrolls
