@@ -43,13 +43,27 @@ def write_results(path, nodes, steps=None, megabytes=None):
 
 
 def measure(command, environment=None, codes=(0,)):
-    """@return seconds, and the most memory of a process in MiB; ends this program where the command ends with another code"""
-    start = time.perf_counter()
-    with subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE) as process:
-        errors = process.stderr.read()
+    """@return seconds, and the most memory of a process in MiB; ends this program where the command ends with another code
+
+    A small process starts it: the memory of a process counts from the most of who starts it.
+    """
+    starter = subprocess.run([sys.executable, __file__, *map(str, command)], env=environment, stdout=subprocess.PIPE,
+                             stderr=subprocess.PIPE)
+    seconds, mebibytes, code = starter.stdout.split()
+    if int(code) not in codes:
+        sys.exit(f"{' '.join(map(str, command))}: {starter.stderr.decode()}")
+    return float(seconds), float(mebibytes)
+
+
+def start(command):
+    """Prints seconds, MiB and exit code of a command."""
+    begin = time.perf_counter()
+    with subprocess.Popen(command, stdout=subprocess.DEVNULL) as process:
         _, status, usage = os.wait4(process.pid, 0)
-        seconds = time.perf_counter() - start
+        seconds = time.perf_counter() - begin
         process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode not in codes:
-        sys.exit(f"{' '.join(map(str, command))}: {errors.decode()}")
-    return seconds, usage.ru_maxrss / 1024
+    print(seconds, usage.ru_maxrss / 1024, process.returncode)
+
+
+if __name__ == "__main__":
+    start(sys.argv[1:])
