@@ -127,15 +127,8 @@ TEST(DatabaseComparison, TheWorstOfEachRecordIsKeptTheWorstFirst)
 
 TEST(DatabaseComparison, AsManyAreKeptAsAreAskedFor)
 {
-  FED_ResultDatabase a;
-  FED_ResultDatabase b;
-  SetScalars(a, Key(514), {0, 0, 0});
-  SetScalars(b, Key(514), {2, 8, 4});
   for (const std::size_t most : {0u, 1u, 2u, 3u, 4u}) {
-    ComparisonTerms terms;
-    terms.rules.fallback        = ParseRule("abs=0.5", "");
-    terms.info.maxDiffsPerBlock = most;
-    const FieldOutcome fields   = CompareDatabases(WholeDatabase(a), WholeDatabase(b), terms).blocks[0].fields;
+    const FieldOutcome fields = FieldsBesideZeros({2, 8, 4}, most);
     EXPECT_EQ(fields.differingRecords, 3u);
     ASSERT_EQ(fields.worst.size(), std::min<std::size_t>(most, 3));
     if (most > 0) {
