@@ -202,17 +202,14 @@ public:
       const std::span indices(span.GetIndices().GetData(), span.GetCount());
       if (!std::equal(indices.begin(), indices.end(), indices_.begin(), indices_.end())) {
         indices_.clear();
-        FED_VisitChunk(block, pool, chunk, [&](const FED_BlockSpan& withIds) { ids_ = CopyOf(withIds); });
+        FED_VisitChunk(block, pool, chunk, [&](const FED_BlockSpan& withIds) {
+          const int* const ids = withIds.GetIds().GetData();
+          ids_                 = std::make_shared<std::vector<int>>(ids, ids + withIds.GetCount());
+        });
         indices_.assign(indices.begin(), indices.end());
       }
       take(span, ids_);
     });
-  }
-
-  static Ids CopyOf(const FED_BlockSpan& span)
-  {
-    const int* const ids = span.GetIds().GetData();
-    return std::make_shared<std::vector<int>>(ids, ids + span.GetCount());
   }
 
 private:
@@ -623,7 +620,6 @@ void EnvelopeField::FinishRows() noexcept
 void EnvelopeField::OfferSteps(std::size_t count, const int* ids, std::span<const StepValues> steps,
                                std::size_t numValues)
 {
-  constexpr std::size_t kMostAtOnce = 1024;
   for (std::size_t first = 0; first < count; first += kMostAtOnce) {
     const std::size_t own = std::min(kMostAtOnce, count - first);
     for (const StepValues& of : steps) {
@@ -637,7 +633,6 @@ void EnvelopeField::OfferSteps(std::size_t count, const int* ids, std::span<cons
 
 void EnvelopeField::OfferAll(std::size_t count, const int* ids, const double* values, std::size_t numValues)
 {
-  constexpr std::size_t kMostAtOnce = 1024;  // values that stay near the processor
   for (std::size_t i = 0; i < count;) {
     std::size_t known = CountKnown(std::min(count - i, kMostAtOnce), ids + i);
     if (known == 0) known = InsertNew(std::min(count - i, kMostAtOnce), ids + i);
@@ -777,7 +772,6 @@ void EnvelopeField::SettlePlaces(std::size_t component)
 
 void EnvelopeField::Settle()
 {
-  constexpr std::size_t kMostAtOnce = 1024;
   SizeEstimates();
   for (std::size_t k = 0; k < components_.size(); ++k) {
     if (slots_[k] == kNoSlot) continue;

@@ -126,6 +126,8 @@ public:
   }
 
 private:
+  static constexpr std::size_t kMostAtOnce = 1024;  // records whose values stay near the processor
+
   std::size_t FindRow(int id);
   std::size_t InsertNew(std::size_t count, const int* ids);
   bool        FindRun(std::size_t count, const int* ids);

@@ -32,8 +32,7 @@ public:
 
   /// The same for a caller who knows how most lines look.
   /// @param take called as take(std::string_view line) for each line, comments and blank ones included; true where it
-  /// has
-  ///             taken what the line says, which has then no words
+  ///             has taken what the line says, which has then no words
   template <typename Take>
   bool NextLine(const Take& take)
   {
