@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "text/Case.h"
 #include "text/Format.h"
 #include "text/LineFile.h"
 #include "text/Suggestion.h"
@@ -36,8 +37,6 @@ struct WrittenLine
   std::vector<WrittenTerm> terms;
   std::int64_t             line = 0;
 };
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 /// Bytes of letters beyond ASCII count as letters.
 bool BeginsName(char c)

@@ -99,7 +99,6 @@ constexpr std::size_t kTotalIndent   = 6;  // and of any other total
 
 bool IsUpper(char c) noexcept { return c >= 'A' && c <= 'Z'; }
 bool IsLetter(char c) noexcept { return IsUpper(c) || (c >= 'a' && c <= 'z'); }
-bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 bool StartsWith(std::string_view text, std::string_view start) noexcept
 {

@@ -86,7 +86,6 @@ double ReadIntegerValue(const WordFile& text, std::size_t i)
   return static_cast<double>(value);
 }
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
 /// An entry as nearly all files write it: two integers and a number without blanks before or behind them, in digits

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Upper and lower case of ASCII letters, whatever the locale; other characters stay.
+/// Characters of ASCII, whatever the locale: digits, upper and lower case of letters; other characters stay.
 
 #include <algorithm>
 #include <filesystem>
@@ -9,6 +9,8 @@
 #include <string_view>
 
 namespace quilon {
+
+constexpr bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 constexpr char ToLower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 constexpr char ToUpper(char c) noexcept { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }

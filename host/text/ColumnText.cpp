@@ -14,8 +14,6 @@ namespace {
 
 constexpr std::size_t kMaxColumn = 64;
 
-bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-
 std::string_view WithoutLeadingBlanks(std::string_view text) noexcept
 {
   const std::size_t first = text.find_first_not_of(' ');

@@ -15,8 +15,6 @@ constexpr std::size_t kNumberCharacters = 20;
 
 bool IsBlank(char c) noexcept { return c == ' ' || c == '\t'; }
 
-bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-
 std::string_view Trimmed(std::string_view text) noexcept
 {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
